@@ -1,0 +1,65 @@
+#include "text/fecha.h"
+#include "text/numeros.h"
+#include "text/texto.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kv {
+
+TEST(Numeros, ATextoEnLaFormaMasCorta) {
+    EXPECT_EQ(textoDeNumero(1234.0), "1234");
+    EXPECT_EQ(textoDeNumero(-2), "-2");
+    EXPECT_EQ(textoDeNumero(1.5), "1.5");
+    EXPECT_EQ(textoDeNumero(0.1), "0.1");
+    EXPECT_EQ(textoDeNumero(-0.0), "0");
+    EXPECT_EQ(textoDeNumero(100000000), "100000000");
+    EXPECT_EQ(textoDeNumero(1e300), "1e+300");
+}
+
+TEST(Numeros, DeTextoSoloLoQueEsNumero) {
+    EXPECT_EQ(numeroDeTexto(" 12 "), 12);
+    EXPECT_EQ(numeroDeTexto("-1.5e2"), -150);
+    EXPECT_EQ(numeroDeTexto("+7"), 7);
+    EXPECT_EQ(numeroDeTexto(".5"), 0.5);
+    for (const char* malo : {"", " ", "1,5", "0x10", "inf", "nan", "+-1", "-", "1 2", "12a", "1e999"})
+        EXPECT_FALSE(esNumerico(malo)) << malo;
+}
+
+TEST(Numeros, EnterosRedondeanAlParYNoDesbordan) {
+    EXPECT_EQ(enteroCorto(2.5), 2);
+    EXPECT_EQ(enteroCorto(3.5), 4);
+    EXPECT_EQ(enteroCorto(-32768), -32768);
+    EXPECT_FALSE(enteroCorto(32768));
+    EXPECT_FALSE(entero(3e9));
+    EXPECT_FALSE(entero(std::numeric_limits<double>::quiet_NaN()));
+    EXPECT_EQ(hexadecimal("1F"), 31U);
+    EXPECT_EQ(hexadecimal("ffffffff"), 0xFFFFFFFFU);
+    for (const char* malo : {"", "G", "0x1", " 1", "-1", "123456789"})
+        EXPECT_FALSE(hexadecimal(malo)) << malo;
+}
+
+TEST(Texto, BuscaYReemplazaSinMirarLaCaja) {
+    EXPECT_EQ(reemplazarSinCaja("C:\\P\\Linea1.QMX", ".qmx", ".K"), "C:\\P\\Linea1.K");
+    EXPECT_EQ(reemplazarSinCaja("aAaA", "aa", "b"), "bb");
+    EXPECT_EQ(reemplazarSinCaja("abc", "", "x"), "abc");
+    EXPECT_EQ(buscarSinCaja("xx[WRITE]", "[Write]"), 2U);
+    EXPECT_EQ(buscarSinCaja("[Write]", "[Write]", 1), std::string_view::npos);
+    EXPECT_EQ(enUnaLinea("a\r\nb\rc\nd\n\r"), "a b c d  ");
+    EXPECT_EQ(partir("1.2.", '.'), (std::vector<std::string_view>{"1", "2", ""}));
+}
+
+TEST(Fecha, FormatosYCalendario) {
+    const FechaHora f{2026, 11, 16, 14, 5, 9, 0};
+    EXPECT_EQ(formatoDeSello(f), "14:05:09 16-11-2026");
+    EXPECT_EQ(formatoGeneral(f), "16/11/2026 14:05:09");
+    EXPECT_EQ(formatoDeDia(f), "261116");
+    EXPECT_EQ(formatoDeHora(f), "2026111614");
+    EXPECT_EQ(fechaDesdeSegundos(0), (FechaHora{1970, 1, 1, 0, 0, 0, 0}));
+    EXPECT_EQ(fechaDesdeSegundos(951782399), (FechaHora{2000, 2, 28, 23, 59, 59, 0}));
+    EXPECT_EQ(fechaDesdeSegundos(951782400), (FechaHora{2000, 2, 29, 0, 0, 0, 0}));
+    EXPECT_EQ(fechaDesdeSegundos(-1), (FechaHora{1969, 12, 31, 23, 59, 59, 0}));
+}
+
+} // namespace kv
