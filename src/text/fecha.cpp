@@ -5,8 +5,10 @@ namespace {
 
 void agregar(std::string& s, int numero, int digitos) {
     int divisor = 1;
-    for (int i = 1; i < digitos; ++i) divisor *= 10;
-    for (; divisor > 0; divisor /= 10) s += static_cast<char>('0' + numero / divisor % 10);
+    for (int i = 1; i < digitos; ++i)
+        divisor *= 10;
+    for (; divisor > 0; divisor /= 10)
+        s += static_cast<char>('0' + numero / divisor % 10);
 }
 
 void agregarHora(std::string& s, const FechaHora& f) {

@@ -8,7 +8,8 @@
 namespace kv {
 
 /// The shortest decimal text that gives the same number again: 1234, not 1234.0; 1.5; -2. Whole
-/// numbers below 10^15 are written without exponent. Appends, so that a message needs no temporaries.
+/// numbers below 10^15 are written without exponent. Appends, so that a message needs no
+/// temporaries.
 void agregarNumero(std::string& destino, double numero);
 [[nodiscard]] std::string textoDeNumero(double numero);
 

@@ -16,7 +16,8 @@ std::string_view recortar(std::string_view texto) {
 
 std::string minusculas(std::string_view texto) {
     std::string s(texto);
-    for (char& c : s) c = minuscula(c);
+    for (char& c : s)
+        c = minuscula(c);
     return s;
 }
 

@@ -23,7 +23,8 @@ TEST(Numeros, DeTextoSoloLoQueEsNumero) {
     EXPECT_EQ(numeroDeTexto("-1.5e2"), -150);
     EXPECT_EQ(numeroDeTexto("+7"), 7);
     EXPECT_EQ(numeroDeTexto(".5"), 0.5);
-    for (const char* malo : {"", " ", "1,5", "0x10", "inf", "nan", "+-1", "-", "1 2", "12a", "1e999"})
+    for (const char* malo :
+         {"", " ", "1,5", "0x10", "inf", "nan", "+-1", "-", "1 2", "12a", "1e999"})
         EXPECT_FALSE(esNumerico(malo)) << malo;
 }
 

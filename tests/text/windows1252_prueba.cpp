@@ -6,7 +6,8 @@ namespace kv {
 
 TEST(Windows1252, TodoByteVaYVuelveIgual) {
     std::string todos;
-    for (int b = 0; b < 256; ++b) todos += static_cast<char>(b);
+    for (int b = 0; b < 256; ++b)
+        todos += static_cast<char>(b);
     EXPECT_EQ(windows1252DesdeUtf8(utf8DesdeWindows1252(todos)), todos);
 }
 

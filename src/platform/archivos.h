@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// What one look at a file tells without reading it: equal marks mean unchanged content.
+struct HuellaDeArchivo {
+    bool existe = false;
+    std::int64_t modificadoNs = 0;
+    std::uint64_t largo = 0;
+    std::uint64_t identidad = 0;
+    friend bool operator==(const HuellaDeArchivo&, const HuellaDeArchivo&) = default;
+};
+
+/// Files, by paths in which both "\" and "/" separate and the case of letters does not matter where
+/// the exact name does not exist. No operation throws; failures are told by the result. File names
+/// are UTF-8, contents are bytes.
+class Archivos {
+  public:
+    virtual ~Archivos() = default;
+    /// True for anything whose attributes can be read, a folder too.
+    [[nodiscard]] virtual bool existe(const std::string& ruta) = 0;
+    [[nodiscard]] virtual HuellaDeArchivo huella(const std::string& ruta) = 0;
+    /// The whole content; nothing when it cannot be read or is larger than `maximo` bytes.
+    [[nodiscard]] virtual std::optional<std::string> leer(const std::string& ruta,
+                                                          std::size_t maximo) = 0;
+    /// Replaces the content so that a reader sees the old or the new file, whole.
+    virtual bool reemplazar(const std::string& ruta, std::string_view contenido) = 0;
+    /// Opens for appending, writes in one piece, closes.
+    virtual bool agregar(const std::string& ruta, std::string_view contenido) = 0;
+    virtual bool crearCarpeta(const std::string& ruta) = 0;
+};
+
+} // namespace kv

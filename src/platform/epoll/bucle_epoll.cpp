@@ -1,0 +1,259 @@
+#include "platform/epoll/bucle_epoll.h"
+
+#include "platform/epoll/zocalo_epoll.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <sys/epoll.h>
+#include <sys/signalfd.h>
+#include <sys/timerfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kv {
+namespace {
+
+constexpr std::size_t kMemoria = 64 * 1024; // the most that one arrival may bring
+constexpr int kSucesosPorMirada = 256;
+constexpr int kProfundidadMaxima = 2;          // a handler, and one more inside its yield
+constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at most once a millisecond
+
+[[noreturn]] void fallar(const char* que) {
+    throw std::system_error(errno, std::generic_category(), que);
+}
+
+} // namespace
+
+std::int64_t RelojReal::monotonicoUs() const {
+    timespec t{};
+    clock_gettime(CLOCK_MONOTONIC, &t);
+    return std::int64_t{t.tv_sec} * 1'000'000 + t.tv_nsec / 1000;
+}
+
+FechaHora RelojReal::ahora() const {
+    timespec t{};
+    clock_gettime(CLOCK_REALTIME, &t);
+    // Time zones change at whole minutes, so the zone's rules are consulted once a minute.
+    const std::int64_t minuto = t.tv_sec / 60;
+    if (minuto != minutoEpoca_) {
+        const time_t segundos = minuto * 60;
+        tm local{};
+        localtime_r(&segundos, &local);
+        minuto_ = {local.tm_year + 1900,
+                   local.tm_mon + 1,
+                   local.tm_mday,
+                   local.tm_hour,
+                   local.tm_min,
+                   0,
+                   0};
+        minutoEpoca_ = minuto;
+    }
+    FechaHora f = minuto_;
+    f.segundo = static_cast<int>(t.tv_sec % 60);
+    f.milisegundo = static_cast<int>(t.tv_nsec / 1'000'000);
+    return f;
+}
+
+class BucleEpoll::Senales final : public Atendido {
+  public:
+    Senales(BucleEpoll& bucle, std::span<const int> senales, std::function<void(int)> alLlegar)
+        : bucle_(bucle), alLlegar_(std::move(alLlegar)) {
+        sigset_t conjunto;
+        sigemptyset(&conjunto);
+        for (const int s : senales)
+            sigaddset(&conjunto, s);
+        sigprocmask(SIG_BLOCK, &conjunto, nullptr);
+        descriptor_ = signalfd(-1, &conjunto, SFD_NONBLOCK | SFD_CLOEXEC);
+        if (descriptor_ < 0) fallar("signalfd");
+        registro_ = bucle_.registrar(descriptor_, EPOLLIN, *this);
+    }
+    ~Senales() override {
+        bucle_.olvidar(registro_, descriptor_);
+        close(descriptor_);
+    }
+    void alOcurrir(std::uint32_t /*sucesos*/) override {
+        signalfd_siginfo info{};
+        if (read(descriptor_, &info, sizeof info) == static_cast<ssize_t>(sizeof info))
+            alLlegar_(static_cast<int>(info.ssi_signo));
+    }
+
+  private:
+    BucleEpoll& bucle_;
+    std::function<void(int)> alLlegar_;
+    int descriptor_ = -1;
+    Registro registro_ = 0;
+};
+
+BucleEpoll::BucleEpoll() : cola_([this] { return reloj_.monotonicoUs(); }) {
+    epoll_ = epoll_create1(EPOLL_CLOEXEC);
+    if (epoll_ < 0) fallar("epoll_create1");
+    for (auto& m : memoria_)
+        m.resize(kMemoria);
+}
+
+BucleEpoll::~BucleEpoll() {
+    senales_.reset();
+    if (despertador_ >= 0) close(despertador_);
+    close(epoll_);
+}
+
+std::unique_ptr<Zocalo> BucleEpoll::crearZocalo(OyenteDeZocalo& oyente, std::size_t indice) {
+    return std::make_unique<ZocaloEpoll>(*this, oyente, indice);
+}
+
+void BucleEpoll::alFinalDeVuelta(std::function<void()> tarea) {
+    tareas_.push_back(std::move(tarea));
+}
+
+void BucleEpoll::despuesDeEstaVuelta(std::function<void()> tarea) {
+    unaVez_.push_back(std::move(tarea));
+}
+
+void BucleEpoll::alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar) {
+    senales_ = std::make_unique<Senales>(*this, senales, std::move(alLlegar));
+}
+
+void BucleEpoll::correr() {
+    detenido_ = false;
+    while (!detenido_)
+        vuelta(esperaHastaElProximo());
+}
+
+void BucleEpoll::atender() {
+    vuelta(0);
+    if (despertador_ < 0) {
+        despertador_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
+        if (despertador_ < 0) fallar("timerfd_create");
+        epoll_event e{};
+        e.events = EPOLLIN;
+        e.data.u64 = static_cast<Registro>(-1); // no slot: it only makes the descriptor readable
+        epoll_ctl(epoll_, EPOLL_CTL_ADD, despertador_, &e);
+    }
+    const std::int64_t proximo = cola_.proximo();
+    if (proximo == despertadorUs_ && proximo > reloj_.monotonicoUs()) return;
+    despertadorUs_ = proximo;
+    itimerspec cuando{};
+    if (proximo >= 0) {
+        cuando.it_value.tv_sec = proximo / 1'000'000;
+        cuando.it_value.tv_nsec = proximo % 1'000'000 * 1000 + 1; // zero would disarm it
+    }
+    timerfd_settime(despertador_, TFD_TIMER_ABSTIME, &cuando, nullptr);
+}
+
+int BucleEpoll::esperaHastaElProximo() const {
+    const std::int64_t proximo = cola_.proximo();
+    if (proximo < 0) return -1;
+    const std::int64_t faltaUs = proximo - reloj_.monotonicoUs();
+    if (faltaUs <= 0) return 0;
+    return static_cast<int>(std::min<std::int64_t>((faltaUs + 999) / 1000, 3'600'000));
+}
+
+void BucleEpoll::vuelta(int esperaMs) {
+    ++profundidad_;
+    esperar(esperaMs);
+    atenderSucesos();
+    ticarVencidos();
+    --profundidad_;
+    terminarVuelta();
+}
+
+void BucleEpoll::dejarCorrerPendientes() {
+    if (profundidad_ >= kProfundidadMaxima) return;
+    ++profundidad_;
+    atenderSucesos();
+    if (reloj_.monotonicoUs() - miradoUs_ >= kEntreMiradasUs) {
+        esperar(0);
+        atenderSucesos();
+    }
+    ticarVencidos();
+    --profundidad_;
+}
+
+void BucleEpoll::esperar(int esperaMs) {
+    std::array<epoll_event, kSucesosPorMirada> sucesos; // NOLINT: filled by the kernel
+    const int n = epoll_wait(epoll_, sucesos.data(), kSucesosPorMirada, esperaMs);
+    miradoUs_ = reloj_.monotonicoUs();
+    if (siguiente_ == listos_.size()) {
+        listos_.clear();
+        siguiente_ = 0;
+    }
+    for (int i = 0; i < n; ++i)
+        listos_.push_back({sucesos[i].data.u64, sucesos[i].events});
+}
+
+void BucleEpoll::atenderSucesos() {
+    while (siguiente_ < listos_.size()) {
+        const Suceso s = listos_[siguiente_++];
+        const auto puesto = static_cast<std::size_t>(s.registro >> 32);
+        if (puesto >= puestos_.size()) { // the alarm of an embedded loop
+            std::uint64_t veces = 0;
+            despertadorUs_ = -1;
+            [[maybe_unused]] const auto n = read(despertador_, &veces, sizeof veces);
+            continue;
+        }
+        const Puesto& p = puestos_[puesto];
+        // A slot may have changed hands since the kernel told: then the news is for nobody.
+        if (p.atendido != nullptr && p.generacion == static_cast<std::uint32_t>(s.registro))
+            p.atendido->alOcurrir(s.sucesos);
+    }
+}
+
+void BucleEpoll::ticarVencidos() {
+    const std::int64_t ahora = reloj_.monotonicoUs();
+    const std::uint64_t marca = cola_.marca();
+    while (!detenido_ && cola_.ticar(ahora, marca)) {
+    }
+}
+
+void BucleEpoll::terminarVuelta() {
+    if (!unaVez_.empty()) {
+        std::vector<std::function<void()>> ahora;
+        ahora.swap(unaVez_);
+        for (const auto& tarea : ahora)
+            tarea();
+    }
+    for (const auto& tarea : tareas_)
+        tarea();
+}
+
+BucleEpoll::Registro BucleEpoll::registrar(int descriptor, std::uint32_t sucesos,
+                                           Atendido& atendido) {
+    std::uint32_t puesto = 0;
+    if (libres_.empty()) {
+        puesto = static_cast<std::uint32_t>(puestos_.size());
+        puestos_.emplace_back();
+    } else {
+        puesto = libres_.back();
+        libres_.pop_back();
+    }
+    puestos_[puesto].atendido = &atendido;
+    const Registro registro = Registro{puesto} << 32 | puestos_[puesto].generacion;
+    epoll_event e{};
+    e.events = sucesos;
+    e.data.u64 = registro;
+    if (epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &e) != 0) fallar("epoll_ctl");
+    return registro;
+}
+
+void BucleEpoll::cambiar(Registro registro, int descriptor, std::uint32_t sucesos) {
+    epoll_event e{};
+    e.events = sucesos;
+    e.data.u64 = registro;
+    epoll_ctl(epoll_, EPOLL_CTL_MOD, descriptor, &e);
+}
+
+void BucleEpoll::olvidar(Registro registro, int descriptor) {
+    const auto puesto = static_cast<std::uint32_t>(registro >> 32);
+    epoll_ctl(epoll_, EPOLL_CTL_DEL, descriptor, nullptr);
+    puestos_[puesto].atendido = nullptr;
+    ++puestos_[puesto].generacion;
+    libres_.push_back(puesto);
+}
+
+std::span<std::uint8_t> BucleEpoll::memoriaDeRecepcion() {
+    return memoria_[profundidad_ > 1 ? 1 : 0];
+}
+
+} // namespace kv

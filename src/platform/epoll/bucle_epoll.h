@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/bucle.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+struct epoll_event;
+
+namespace kv {
+
+/// The clocks of the machine; the calendar one in the machine's time zone.
+class RelojReal final : public Reloj {
+  public:
+    [[nodiscard]] std::int64_t monotonicoUs() const override;
+    [[nodiscard]] FechaHora ahora() const override;
+
+  private:
+    mutable std::int64_t minutoEpoca_ = -1; ///< the minute that `minuto_` is the local form of
+    mutable FechaHora minuto_;
+};
+
+/// Something with a descriptor that the loop watches.
+class Atendido {
+  public:
+    virtual ~Atendido() = default;
+    virtual void alOcurrir(std::uint32_t sucesos) = 0;
+};
+
+/// The real loop: one epoll, one heap of timers, one thread. Its descriptor can sit inside another
+/// loop, which then calls `atender` whenever it is readable.
+class BucleEpoll final : public Bucle {
+  public:
+    BucleEpoll();
+    ~BucleEpoll() override;
+    BucleEpoll(const BucleEpoll&) = delete;
+    BucleEpoll& operator=(const BucleEpoll&) = delete;
+
+    [[nodiscard]] const Reloj& reloj() const override { return reloj_; }
+    [[nodiscard]] std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
+                                                      std::size_t indice) override;
+    void dejarCorrerPendientes() override;
+    void alFinalDeVuelta(std::function<void()> tarea) override;
+    void detener() override { detenido_ = true; }
+
+    /// Turns until `detener`. Sleeps while nothing is due.
+    void correr();
+    /// One turn that does not sleep, for an outer loop; arms the descriptor for the next due timer.
+    void atender();
+    [[nodiscard]] int descriptor() const { return epoll_; }
+    /// Calls `alLlegar` in the loop when one of the signals arrives. At most once per loop.
+    void alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar);
+
+    // For what the loop watches:
+    using Registro = std::uint64_t;
+    Registro registrar(int descriptor, std::uint32_t sucesos, Atendido& atendido);
+    void cambiar(Registro registro, int descriptor, std::uint32_t sucesos);
+    void olvidar(Registro registro, int descriptor);
+    /// A receive buffer that no handler further out on the stack is using.
+    [[nodiscard]] std::span<std::uint8_t> memoriaDeRecepcion();
+    /// Calls `tarea` once, at the end of the present turn.
+    void despuesDeEstaVuelta(std::function<void()> tarea);
+
+  protected:
+    ColaDeTemporizadores& temporizadores() override { return cola_; }
+
+  private:
+    struct Puesto {
+        Atendido* atendido = nullptr;
+        std::uint32_t generacion = 0;
+    };
+    struct Suceso {
+        Registro registro;
+        std::uint32_t sucesos;
+    };
+    class Senales;
+
+    void vuelta(int esperaMs);
+    void esperar(int esperaMs);
+    void atenderSucesos();
+    void ticarVencidos();
+    void terminarVuelta();
+    [[nodiscard]] int esperaHastaElProximo() const;
+
+    RelojReal reloj_;
+    ColaDeTemporizadores cola_;
+    int epoll_ = -1;
+    int despertador_ = -1; ///< timerfd, made when the loop sits inside another
+    std::int64_t despertadorUs_ = -1;
+    std::vector<Puesto> puestos_;
+    std::vector<std::uint32_t> libres_;
+    std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
+    std::size_t siguiente_ = 0;
+    std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
+    int profundidad_ = 0;
+    bool detenido_ = false;
+    std::vector<std::function<void()>> tareas_;
+    std::vector<std::function<void()>> unaVez_;
+    std::array<std::vector<std::uint8_t>, 2> memoria_;
+    std::unique_ptr<Senales> senales_;
+};
+
+} // namespace kv

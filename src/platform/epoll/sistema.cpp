@@ -1,0 +1,175 @@
+#include "platform/epoll/sistema.h"
+
+#include "text/texto.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kv {
+namespace fs = std::filesystem;
+namespace {
+
+std::string conBarras(std::string ruta) {
+    for (char& c : ruta) {
+        if (c == '\\') c = '/';
+    }
+    return ruta;
+}
+
+/// The existing path that differs from `ruta` by the case of letters only, or `ruta` itself.
+std::string resolver(const std::string& ruta) {
+    const std::string recta = conBarras(ruta);
+    struct stat s {};
+    if (stat(recta.c_str(), &s) == 0) return recta;
+    fs::path hecha = !recta.empty() && recta.front() == '/' ? "/" : "";
+    for (const fs::path& parte : fs::path(recta).relative_path()) {
+        fs::path siguiente = hecha / parte;
+        std::error_code error;
+        if (!fs::exists(siguiente, error)) {
+            for (const auto& e : fs::directory_iterator(hecha.empty() ? "." : hecha, error)) {
+                if (igualSinCaja(e.path().filename().string(), parte.string())) {
+                    siguiente = hecha / e.path().filename();
+                    break;
+                }
+            }
+        }
+        hecha = std::move(siguiente);
+    }
+    return hecha.string();
+}
+
+/// A descriptor closed at the end of its scope.
+class Descriptor {
+  public:
+    Descriptor(const std::string& ruta, int modo) : numero_(open(ruta.c_str(), modo, 0644)) {}
+    ~Descriptor() { cerrar(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    [[nodiscard]] bool abierto() const { return numero_ >= 0; }
+    [[nodiscard]] int numero() const { return numero_; }
+    bool cerrar() {
+        const int n = numero_;
+        numero_ = -1;
+        return n < 0 || close(n) == 0;
+    }
+
+  private:
+    int numero_;
+};
+
+bool escribirTodo(int descriptor, std::string_view contenido) {
+    while (!contenido.empty()) {
+        const ssize_t n = write(descriptor, contenido.data(), contenido.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        contenido.remove_prefix(static_cast<std::size_t>(n));
+    }
+    return true;
+}
+
+} // namespace
+
+bool ArchivosReales::existe(const std::string& ruta) { return huella(ruta).existe; }
+
+HuellaDeArchivo ArchivosReales::huella(const std::string& ruta) {
+    struct stat s {};
+    if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0) return {};
+    return {true, std::int64_t{s.st_mtim.tv_sec} * 1'000'000'000 + s.st_mtim.tv_nsec,
+            static_cast<std::uint64_t>(s.st_size), s.st_ino};
+}
+
+std::optional<std::string> ArchivosReales::leer(const std::string& ruta, std::size_t maximo) {
+    const Descriptor d(resolver(ruta), O_RDONLY | O_CLOEXEC);
+    if (!d.abierto()) return std::nullopt;
+    struct stat s {};
+    if (fstat(d.numero(), &s) != 0 || !S_ISREG(s.st_mode)) return std::nullopt;
+    std::string contenido;
+    contenido.reserve(std::min(maximo, static_cast<std::size_t>(s.st_size)) + 1);
+    std::array<char, 65536> trozo; // NOLINT: filled by read
+    for (;;) {
+        const ssize_t n = read(d.numero(), trozo.data(), trozo.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return std::nullopt;
+        if (n == 0) return contenido;
+        if (contenido.size() + static_cast<std::size_t>(n) > maximo) return std::nullopt;
+        contenido.append(trozo.data(), static_cast<std::size_t>(n));
+    }
+}
+
+bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view contenido) {
+    const std::string destino = resolver(ruta);
+    const std::string nuevo = destino + ".nuevo";
+    struct stat s {};
+    // A file that may not be written stays as it is, although its folder would allow replacing it.
+    if (stat(destino.c_str(), &s) == 0 && access(destino.c_str(), W_OK) != 0) return false;
+    Descriptor d(nuevo, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
+    if (!d.abierto()) return false;
+    if (s.st_mode != 0) fchmod(d.numero(), s.st_mode & 07777);
+    const bool escrito = escribirTodo(d.numero(), contenido);
+    if (d.cerrar() && escrito && rename(nuevo.c_str(), destino.c_str()) == 0) return true;
+    unlink(nuevo.c_str());
+    return false;
+}
+
+bool ArchivosReales::agregar(const std::string& ruta, std::string_view contenido) {
+    const Descriptor d(resolver(ruta), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC);
+    return d.abierto() && escribirTodo(d.numero(), contenido);
+}
+
+bool ArchivosReales::crearCarpeta(const std::string& ruta) {
+    std::error_code error;
+    fs::create_directories(resolver(ruta), error);
+    return !error;
+}
+
+ProcesosReales::~ProcesosReales() {
+    if (cerrojo_ >= 0) close(cerrojo_);
+}
+
+std::optional<std::vector<std::string>> ProcesosReales::nombres() {
+    std::vector<std::string> todos;
+    std::error_code error;
+    for (const auto& e : fs::directory_iterator("/proc", error)) {
+        const std::string numero = e.path().filename().string();
+        if (numero.find_first_not_of("0123456789") != std::string::npos) continue;
+        // The kernel cuts the name of a process at fifteen letters; its file has the whole one.
+        std::error_code sinPermiso;
+        const fs::path archivo = fs::read_symlink(e.path() / "exe", sinPermiso);
+        if (!sinPermiso) {
+            todos.push_back(archivo.filename().string());
+            continue;
+        }
+        std::ifstream f(e.path() / "comm");
+        std::string nombre;
+        if (std::getline(f, nombre)) todos.push_back(nombre);
+    }
+    if (error) return std::nullopt;
+    return todos;
+}
+
+bool ProcesosReales::tomarCarpeta(const std::string& carpeta) {
+    const int d = open(resolver(carpeta).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (d < 0) return true; // a folder that cannot be opened tells nothing
+    if (flock(d, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        close(d);
+        return false;
+    }
+    cerrojo_ = d;
+    return true;
+}
+
+std::string carpetaDelPrograma() {
+    std::error_code error;
+    const fs::path archivo = fs::read_symlink("/proc/self/exe", error);
+    return error ? fs::current_path().string() : archivo.parent_path().string();
+}
+
+} // namespace kv

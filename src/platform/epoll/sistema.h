@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/archivos.h"
+#include "platform/procesos.h"
+
+namespace kv {
+
+/// The files of the machine.
+class ArchivosReales final : public Archivos {
+  public:
+    [[nodiscard]] bool existe(const std::string& ruta) override;
+    [[nodiscard]] HuellaDeArchivo huella(const std::string& ruta) override;
+    [[nodiscard]] std::optional<std::string> leer(const std::string& ruta,
+                                                  std::size_t maximo) override;
+    bool reemplazar(const std::string& ruta, std::string_view contenido) override;
+    bool agregar(const std::string& ruta, std::string_view contenido) override;
+    bool crearCarpeta(const std::string& ruta) override;
+};
+
+/// The processes of the machine. The folder is held by a lock of the kernel, which goes with the
+/// process however it ends.
+class ProcesosReales final : public Procesos {
+  public:
+    ~ProcesosReales() override;
+    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override;
+    [[nodiscard]] bool tomarCarpeta(const std::string& carpeta) override;
+
+  private:
+    int cerrojo_ = -1;
+};
+
+/// Folder of the running program's file.
+[[nodiscard]] std::string carpetaDelPrograma();
+
+} // namespace kv

@@ -1,0 +1,241 @@
+#include "platform/epoll/zocalo_epoll.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstring>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kv {
+namespace {
+
+constexpr std::uint32_t kRecibir = EPOLLIN | EPOLLRDHUP;
+
+std::string palabras(int error) { return std::generic_category().message(error); }
+
+bool direccionDe(const std::string& ip, std::uint32_t puerto, sockaddr_in& direccion) {
+    direccion = {};
+    direccion.sin_family = AF_INET;
+    direccion.sin_port = htons(static_cast<std::uint16_t>(puerto));
+    return puerto <= 65535 && inet_pton(AF_INET, ip.c_str(), &direccion.sin_addr) == 1;
+}
+
+std::string textoDe(const sockaddr_in& direccion) {
+    char texto[INET_ADDRSTRLEN] = {};
+    inet_ntop(AF_INET, &direccion.sin_addr, texto, sizeof texto);
+    return std::string(texto) + ":" + std::to_string(ntohs(direccion.sin_port));
+}
+
+void sinDemora(int descriptor) {
+    // A request is seven bytes that somebody waits for: never held back to be sent with others.
+    const int si = 1;
+    setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &si, sizeof si);
+}
+
+} // namespace
+
+ZocaloEpoll::ZocaloEpoll(BucleEpoll& bucle, OyenteDeZocalo& oyente, std::size_t indice)
+    : bucle_(bucle), oyente_(oyente), indice_(indice), yo_(std::make_shared<ZocaloEpoll*>(this)) {}
+
+ZocaloEpoll::~ZocaloEpoll() {
+    *yo_ = nullptr;
+    soltar();
+}
+
+void ZocaloEpoll::soltar() {
+    if (descriptor_ >= 0) {
+        bucle_.olvidar(registro_, descriptor_);
+        close(descriptor_);
+        descriptor_ = -1;
+    }
+    cola_.clear();
+    enviados_ = 0;
+    esperaEscritura_ = false;
+}
+
+void ZocaloEpoll::cerrar() {
+    soltar();
+    estado_ = EstadoZocalo::Cerrado;
+    motivo_.clear();
+}
+
+void ZocaloEpoll::fallar(std::string motivo) {
+    soltar();
+    estado_ = EstadoZocalo::Error;
+    motivo_ = std::move(motivo);
+}
+
+void ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos) {
+    descriptor_ = descriptor;
+    registro_ = bucle_.registrar(descriptor_, sucesos, *this);
+    estado_ = estado;
+}
+
+void ZocaloEpoll::conectar(const std::string& ip, std::uint32_t puerto) {
+    cerrar();
+    sockaddr_in direccion{};
+    if (!direccionDe(ip, puerto, direccion) || puerto == 0) return fallar("direccion no valida");
+    const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (d < 0) return fallar(palabras(errno));
+    sinDemora(d);
+    const auto* generica = reinterpret_cast<const sockaddr*>(&direccion); // NOLINT
+    if (::connect(d, generica, sizeof direccion) != 0 && errno != EINPROGRESS) {
+        const int error = errno;
+        close(d);
+        return fallar(palabras(error));
+    }
+    adoptar(d, EstadoZocalo::Conectando, EPOLLOUT);
+}
+
+void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
+    cerrar();
+    sockaddr_in direccion{};
+    if (!direccionDe(ip, puerto, direccion)) return fallar("direccion no valida");
+    const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (d < 0) return fallar(palabras(errno));
+    const int si = 1;
+    setsockopt(d, SOL_SOCKET, SO_REUSEADDR, &si, sizeof si);
+    const auto* generica = reinterpret_cast<const sockaddr*>(&direccion); // NOLINT
+    if (bind(d, generica, sizeof direccion) != 0 || listen(d, 128) != 0) {
+        const int error = errno;
+        close(d);
+        return fallar(palabras(error));
+    }
+    adoptar(d, EstadoZocalo::Escuchando, EPOLLIN);
+}
+
+std::uint32_t ZocaloEpoll::puertoLocal() const {
+    sockaddr_in direccion{};
+    socklen_t largo = sizeof direccion;
+    auto* generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
+    if (descriptor_ < 0 || getsockname(descriptor_, generica, &largo) != 0) return 0;
+    return ntohs(direccion.sin_port);
+}
+
+void ZocaloEpoll::aceptar() {
+    if (pedido_ < 0) return;
+    const int nuevo = pedido_;
+    pedido_ = -1;
+    cerrar();
+    sinDemora(nuevo);
+    adoptar(nuevo, EstadoZocalo::Conectado, kRecibir);
+    ++conexiones_;
+}
+
+bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
+    if (estado_ != EstadoZocalo::Conectado) return false;
+    std::size_t tomados = 0;
+    if (enCola() == 0 && !agrupar_) {
+        const ssize_t n = ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (n < 0 && errno != EAGAIN && errno != EINTR) {
+            fallar(palabras(errno));
+            return false;
+        }
+        tomados = n > 0 ? static_cast<std::size_t>(n) : 0;
+        if (tomados == bytes.size()) return true;
+    }
+    if (enCola() + bytes.size() - tomados > limiteDeCola_) {
+        fallar("el otro extremo no lee lo que se le envia");
+        return false;
+    }
+    const auto resto = bytes.subspan(tomados);
+    cola_.append(reinterpret_cast<const char*>(resto.data()), resto.size()); // NOLINT
+    if (agrupar_ && !esperaEscritura_) {
+        pedirEnvioAgrupado();
+        return true;
+    }
+    return esperaEscritura_ || vaciarCola();
+}
+
+void ZocaloEpoll::pedirEnvioAgrupado() {
+    if (agrupado_) return;
+    agrupado_ = true;
+    bucle_.despuesDeEstaVuelta([yo = yo_] {
+        if (*yo == nullptr) return;
+        ZocaloEpoll& z = **yo;
+        z.agrupado_ = false;
+        if (z.estado_ == EstadoZocalo::Conectado && !z.vaciarCola())
+            z.oyente_.alCortarse(z.indice_);
+    });
+}
+
+bool ZocaloEpoll::vaciarCola() {
+    while (enviados_ < cola_.size()) {
+        const ssize_t n =
+            ::send(descriptor_, cola_.data() + enviados_, cola_.size() - enviados_, MSG_NOSIGNAL);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0 && errno != EAGAIN) {
+            fallar(palabras(errno));
+            return false;
+        }
+        if (n < 0) break;
+        enviados_ += static_cast<std::size_t>(n);
+    }
+    if (enviados_ == cola_.size()) {
+        cola_.clear();
+        enviados_ = 0;
+    } else if (enviados_ > cola_.size() / 2) {
+        cola_.erase(0, enviados_);
+        enviados_ = 0;
+    }
+    const bool faltan = !cola_.empty();
+    if (faltan != esperaEscritura_) {
+        esperaEscritura_ = faltan;
+        bucle_.cambiar(registro_, descriptor_, faltan ? kRecibir | EPOLLOUT : kRecibir);
+    }
+    return true;
+}
+
+void ZocaloEpoll::alOcurrir(std::uint32_t sucesos) {
+    if (estado_ == EstadoZocalo::Conectando) return terminarConexion();
+    if (estado_ == EstadoZocalo::Escuchando) return atenderPedido();
+    if ((sucesos & EPOLLOUT) != 0 && !vaciarCola()) return oyente_.alCortarse(indice_);
+    if ((sucesos & ~static_cast<std::uint32_t>(EPOLLOUT)) != 0) recibir();
+}
+
+void ZocaloEpoll::terminarConexion() {
+    int error = 0;
+    socklen_t largo = sizeof error;
+    getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &largo);
+    if (error != 0) {
+        fallar(palabras(error));
+        return oyente_.alCortarse(indice_);
+    }
+    bucle_.cambiar(registro_, descriptor_, kRecibir);
+    estado_ = EstadoZocalo::Conectado;
+    ++conexiones_;
+    oyente_.alConectar(indice_);
+}
+
+void ZocaloEpoll::recibir() {
+    const auto memoria = bucle_.memoriaDeRecepcion();
+    const ssize_t n = ::recv(descriptor_, memoria.data(), memoria.size(), 0);
+    if (n > 0) return oyente_.alLlegarDatos(indice_, memoria.first(static_cast<std::size_t>(n)));
+    if (n < 0 && (errno == EAGAIN || errno == EINTR)) return;
+    if (n < 0) {
+        fallar(palabras(errno));
+    } else {
+        soltar();
+        estado_ = EstadoZocalo::CerradoPorElOtro;
+    }
+    oyente_.alCortarse(indice_);
+}
+
+void ZocaloEpoll::atenderPedido() {
+    sockaddr_in direccion{};
+    socklen_t largo = sizeof direccion;
+    auto* generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
+    pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    if (pedido_ < 0) return;
+    const auto yo = yo_;
+    oyente_.alPedirConexion(indice_, textoDe(direccion));
+    if (*yo == nullptr || pedido_ < 0) return;
+    close(pedido_);
+    pedido_ = -1;
+}
+
+} // namespace kv

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/epoll/bucle_epoll.h"
+#include "platform/zocalo.h"
+
+#include <memory>
+#include <string>
+
+namespace kv {
+
+/// A kernel TCP socket in the epoll loop.
+class ZocaloEpoll final : public Zocalo, private Atendido {
+  public:
+    ZocaloEpoll(BucleEpoll& bucle, OyenteDeZocalo& oyente, std::size_t indice);
+    ~ZocaloEpoll() override;
+    ZocaloEpoll(const ZocaloEpoll&) = delete;
+    ZocaloEpoll& operator=(const ZocaloEpoll&) = delete;
+
+    [[nodiscard]] EstadoZocalo estado() const override { return estado_; }
+    void conectar(const std::string& ip, std::uint32_t puerto) override;
+    void escuchar(const std::string& ip, std::uint32_t puerto) override;
+    void aceptar() override;
+    void cerrar() override;
+    bool enviar(std::span<const std::uint8_t> bytes) override;
+    void agruparEnvios(bool agrupar) override { agrupar_ = agrupar; }
+    void limitarCola(std::size_t bytes) override { limiteDeCola_ = bytes; }
+    [[nodiscard]] std::size_t enCola() const override { return cola_.size() - enviados_; }
+    [[nodiscard]] std::uint64_t conexiones() const override { return conexiones_; }
+    [[nodiscard]] const std::string& motivo() const override { return motivo_; }
+    [[nodiscard]] std::uint32_t puertoLocal() const override;
+
+  private:
+    void alOcurrir(std::uint32_t sucesos) override;
+    void terminarConexion();
+    void recibir();
+    void atenderPedido();
+    void adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);
+    void soltar();
+    void fallar(std::string motivo);
+    [[nodiscard]] bool vaciarCola();
+    void pedirEnvioAgrupado();
+
+    BucleEpoll& bucle_;
+    OyenteDeZocalo& oyente_;
+    std::size_t indice_;
+    int descriptor_ = -1;
+    int pedido_ = -1; ///< a link waiting for `aceptar`, during `alPedirConexion` only
+    BucleEpoll::Registro registro_ = 0;
+    EstadoZocalo estado_ = EstadoZocalo::Cerrado;
+    bool agrupar_ = false;
+    bool agrupado_ = false;        ///< the end of the turn will send
+    bool esperaEscritura_ = false; ///< the kernel tells when it takes more
+    std::uint64_t conexiones_ = 0;
+    std::string cola_; ///< [enviados_, size) still to be sent
+    std::size_t enviados_ = 0;
+    std::size_t limiteDeCola_ = 64 * 1024;
+    std::string motivo_;
+    std::shared_ptr<ZocaloEpoll*> yo_; ///< nulled at the end of life, for tasks that come later
+};
+
+} // namespace kv

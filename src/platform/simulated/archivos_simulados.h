@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/archivos.h"
+#include "platform/procesos.h"
+
+#include <map>
+#include <set>
+
+namespace kv {
+
+/// Files in memory, with the faults that disks have.
+class ArchivosSimulados final : public Archivos {
+  public:
+    [[nodiscard]] bool existe(const std::string& ruta) override;
+    [[nodiscard]] HuellaDeArchivo huella(const std::string& ruta) override;
+    [[nodiscard]] std::optional<std::string> leer(const std::string& ruta,
+                                                  std::size_t maximo) override;
+    bool reemplazar(const std::string& ruta, std::string_view contenido) override;
+    bool agregar(const std::string& ruta, std::string_view contenido) override;
+    bool crearCarpeta(const std::string& ruta) override;
+
+    /// What another program or an editor does; not subject to the faults below.
+    void poner(const std::string& ruta, std::string contenido);
+    void borrar(const std::string& ruta);
+    /// Every write fails from now on: a full or a read-only disk.
+    void negarEscrituras(bool negar) { niegaEscrituras_ = negar; }
+    [[nodiscard]] std::string contenido(const std::string& ruta);
+    /// How often a file was opened or looked at, for tests of what a tick costs.
+    [[nodiscard]] std::size_t lecturas() const { return lecturas_; }
+
+  private:
+    struct Archivo {
+        std::string contenido;
+        std::int64_t version = 0;
+    };
+    [[nodiscard]] static std::string clave(std::string_view ruta);
+
+    std::map<std::string, Archivo> archivos_;
+    std::set<std::string> carpetas_;
+    std::int64_t version_ = 0;
+    std::size_t lecturas_ = 0;
+    bool niegaEscrituras_ = false;
+};
+
+/// Processes as a test wants them.
+class ProcesosSimulados final : public Procesos {
+  public:
+    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override { return lista; }
+    [[nodiscard]] bool tomarCarpeta(const std::string& /*carpeta*/) override { return libre; }
+
+    std::optional<std::vector<std::string>> lista = std::vector<std::string>{};
+    bool libre = true;
+};
+
+} // namespace kv

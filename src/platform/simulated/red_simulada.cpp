@@ -1,0 +1,210 @@
+#include "platform/simulated/red_simulada.h"
+
+#include "platform/simulated/zocalo_simulado.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kv {
+namespace {
+
+std::string comoTexto(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; // NOLINT
+}
+
+std::span<const std::uint8_t> comoBytes(const std::string& texto) {
+    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()}; // NOLINT
+}
+
+} // namespace
+
+std::string RedSimulada::clave(const std::string& ip, std::uint32_t puerto) {
+    return ip + ":" + std::to_string(puerto);
+}
+
+void RedSimulada::atender(const std::string& ip, std::uint32_t puerto, ExtremoSimulado& extremo) {
+    servicios_[clave(ip, puerto)] = {&extremo, false};
+}
+
+void RedSimulada::rechazar(const std::string& ip, std::uint32_t puerto) {
+    servicios_.erase(clave(ip, puerto));
+}
+
+void RedSimulada::enmudecer(const std::string& ip, std::uint32_t puerto) {
+    servicios_[clave(ip, puerto)].mudo = true;
+}
+
+void RedSimulada::anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes) {
+    sucesos_.push({us, orden_++, tipo, enlace, std::move(bytes)});
+}
+
+void RedSimulada::enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes,
+                         std::int64_t demoraUs) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    auto& ultimo = e->second.ultimoAlZocalo;
+    ultimo = std::max(ultimo, reloj_.monotonicoUs() + demoraUs + latenciaUs_);
+    anotar(ultimo, Tipo::AlZocalo, enlace, comoTexto(bytes));
+}
+
+void RedSimulada::cortar(IdEnlace enlace, std::int64_t demoraUs) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    auto& ultimo = e->second.ultimoAlZocalo;
+    ultimo = std::max(ultimo, reloj_.monotonicoUs() + demoraUs + latenciaUs_);
+    anotar(ultimo, Tipo::CorteAlZocalo, enlace);
+}
+
+void RedSimulada::interrumpir(IdEnlace enlace) {
+    if (const auto e = enlaces_.find(enlace); e != enlaces_.end()) e->second.interrumpido = true;
+}
+
+void RedSimulada::reanudar(IdEnlace enlace) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    Enlace& en = e->second;
+    en.interrumpido = false;
+    const std::int64_t llega = reloj_.monotonicoUs() + latenciaUs_;
+    en.ultimoAlZocalo = std::max(en.ultimoAlZocalo, llega);
+    en.ultimoAlExtremo = std::max(en.ultimoAlExtremo, llega);
+    if (!en.guardadoAlZocalo.empty())
+        anotar(llega, Tipo::AlZocalo, enlace, std::exchange(en.guardadoAlZocalo, {}));
+    if (!en.guardadoAlExtremo.empty())
+        anotar(llega, Tipo::AlExtremo, enlace, std::exchange(en.guardadoAlExtremo, {}));
+}
+
+void RedSimulada::fijarVentana(IdEnlace enlace, std::size_t bytes) {
+    if (const auto e = enlaces_.find(enlace); e != enlaces_.end()) e->second.ventana = bytes;
+}
+
+std::size_t RedSimulada::ventana(IdEnlace enlace) const {
+    const auto e = enlaces_.find(enlace);
+    return e == enlaces_.end() ? 0 : e->second.ventana;
+}
+
+IdEnlace RedSimulada::conectarCliente(std::uint32_t puerto, ExtremoSimulado& extremo,
+                                      const std::string& remoto) {
+    const IdEnlace id = ++ultimoEnlace_;
+    Enlace& e = enlaces_[id];
+    e.extremo = &extremo;
+    e.puerto = puerto;
+    e.remoto = remoto;
+    anotar(reloj_.monotonicoUs() + latenciaUs_, Tipo::Pedido, id);
+    return id;
+}
+
+IdEnlace RedSimulada::pedirConexion(ZocaloSimulado& zocalo, const std::string& ip,
+                                    std::uint32_t puerto) {
+    const IdEnlace id = ++ultimoEnlace_;
+    const auto s = servicios_.find(clave(ip, puerto));
+    const bool hay = s != servicios_.end();
+    enlaces_[id].zocalo = &zocalo;
+    if (hay && s->second.mudo) return id;
+    enlaces_[id].extremo = hay ? s->second.extremo : nullptr;
+    anotar(reloj_.monotonicoUs() + 2 * latenciaUs_, Tipo::Conexion, id);
+    return id;
+}
+
+void RedSimulada::desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    Enlace& en = e->second;
+    if (en.ventana != static_cast<std::size_t>(-1))
+        en.ventana -= std::min(en.ventana, bytes.size());
+    en.ultimoAlExtremo = std::max(en.ultimoAlExtremo, reloj_.monotonicoUs() + latenciaUs_);
+    anotar(en.ultimoAlExtremo, Tipo::AlExtremo, enlace, comoTexto(bytes));
+}
+
+void RedSimulada::cerrarDesdeZocalo(IdEnlace enlace) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.zocalo = nullptr;
+    if (!e->second.conectado || e->second.interrumpido) {
+        enlaces_.erase(e);
+        return;
+    }
+    anotar(std::max(e->second.ultimoAlExtremo, reloj_.monotonicoUs() + latenciaUs_),
+           Tipo::CorteAlExtremo, enlace);
+}
+
+bool RedSimulada::escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo) {
+    return escuchas_.try_emplace(puerto, &zocalo).second;
+}
+
+void RedSimulada::dejarDeEscuchar(std::uint32_t puerto, const ZocaloSimulado& zocalo) {
+    const auto e = escuchas_.find(puerto);
+    if (e != escuchas_.end() && e->second == &zocalo) escuchas_.erase(e);
+}
+
+void RedSimulada::adoptar(IdEnlace enlace, ZocaloSimulado& zocalo) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.zocalo = &zocalo;
+    e->second.conectado = true;
+}
+
+bool RedSimulada::entregar() {
+    if (sucesos_.empty() || sucesos_.top().us > reloj_.monotonicoUs()) return false;
+    const Suceso s = sucesos_.top();
+    sucesos_.pop();
+    const auto e = enlaces_.find(s.enlace);
+    if (e != enlaces_.end()) aplicar(s, e->second);
+    return true;
+}
+
+void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
+    // Calls may end the link: nothing of `e` is used after one.
+    ZocaloSimulado* const zocalo = e.zocalo;
+    ExtremoSimulado* const extremo = e.extremo;
+    switch (s.tipo) {
+    case Tipo::Pedido:
+        aplicarPedido(s.enlace, e);
+        return;
+    case Tipo::Conexion:
+        if (zocalo == nullptr) return;
+        if (extremo == nullptr) {
+            enlaces_.erase(s.enlace);
+            return zocalo->entregarRechazo();
+        }
+        e.conectado = true;
+        extremo->alConectar(s.enlace);
+        return zocalo->entregarConexion(s.enlace);
+    case Tipo::AlZocalo:
+        if (e.interrumpido) {
+            e.guardadoAlZocalo += s.bytes;
+        } else if (zocalo != nullptr && e.conectado) {
+            zocalo->entregarDatos(comoBytes(s.bytes));
+        }
+        return;
+    case Tipo::AlExtremo:
+        if (e.interrumpido) {
+            e.guardadoAlExtremo += s.bytes;
+        } else if (extremo != nullptr) {
+            extremo->alRecibir(s.enlace, comoBytes(s.bytes));
+        }
+        return;
+    case Tipo::CorteAlZocalo:
+        enlaces_.erase(s.enlace);
+        if (zocalo != nullptr) zocalo->entregarCorte();
+        return;
+    case Tipo::CorteAlExtremo:
+        enlaces_.erase(s.enlace);
+        if (extremo != nullptr) extremo->alCortarse(s.enlace);
+        return;
+    }
+}
+
+void RedSimulada::aplicarPedido(IdEnlace id, Enlace& e) {
+    ExtremoSimulado* const extremo = e.extremo;
+    const auto escucha = escuchas_.find(e.puerto);
+    const bool aceptado =
+        escucha != escuchas_.end() && escucha->second->entregarPedido(id, std::string(e.remoto));
+    if (aceptado) {
+        extremo->alConectar(id);
+    } else {
+        enlaces_.erase(id);
+        extremo->alCortarse(id);
+    }
+}
+
+} // namespace kv

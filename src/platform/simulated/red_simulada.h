@@ -1,0 +1,128 @@
+#pragma once
+
+#include "platform/reloj.h"
+#include "platform/zocalo.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <queue>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kv {
+
+class ZocaloSimulado;
+
+/// A link of the simulated network, as the far side names it. Never reused.
+using IdEnlace = std::uint64_t;
+
+/// The far side of simulated links: a station that was connected to, or a client that connects.
+class ExtremoSimulado {
+  public:
+    virtual ~ExtremoSimulado() = default;
+    virtual void alConectar(IdEnlace /*enlace*/) {}
+    virtual void alRecibir(IdEnlace enlace, std::span<const std::uint8_t> bytes) = 0;
+    virtual void alCortarse(IdEnlace /*enlace*/) {}
+};
+
+/// A virtual TCP network. Bytes keep their order within one direction of a link, as on a real one;
+/// everything else (how late, how cut, whether at all) is the test's to say.
+class RedSimulada {
+  public:
+    explicit RedSimulada(const Reloj& reloj) : reloj_(reloj) {}
+
+    // The plant's side.
+    /// From now on connections to the address reach `extremo`, which must outlive the network's
+    /// use.
+    void atender(const std::string& ip, std::uint32_t puerto, ExtremoSimulado& extremo);
+    /// Connections to the address are refused (as they are to an address nobody ever served).
+    void rechazar(const std::string& ip, std::uint32_t puerto);
+    /// Connections to the address are never answered: the host is off.
+    void enmudecer(const std::string& ip, std::uint32_t puerto);
+    /// Bytes from the far side, arriving `demoraUs` from now but never before earlier ones.
+    void enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes, std::int64_t demoraUs = 0);
+    /// The far side closes: seen after what it sent before.
+    void cortar(IdEnlace enlace, std::int64_t demoraUs = 0);
+    /// The link dies without a word: nothing arrives any more, neither way. With `devolver` what is
+    /// sent meanwhile is kept and delivered when the link is `reanudar`-ed, as TCP does after an
+    /// outage; else the link is half-open for good.
+    void interrumpir(IdEnlace enlace);
+    void reanudar(IdEnlace enlace);
+    /// A client connects to a port on which the driver listens.
+    IdEnlace conectarCliente(std::uint32_t puerto, ExtremoSimulado& extremo,
+                             const std::string& remoto = "10.0.0.9:50000");
+    [[nodiscard]] bool vivo(IdEnlace enlace) const { return enlaces_.contains(enlace); }
+    /// One way, both ways alike; 200 us at the start.
+    void fijarLatencia(std::int64_t us) { latenciaUs_ = us; }
+    /// Bytes that a peer which reads nothing leaves in the link before `enviar` has to queue.
+    void fijarVentana(IdEnlace enlace, std::size_t bytes);
+
+    // The loop's side.
+    [[nodiscard]] std::int64_t proximo() const { return sucesos_.empty() ? -1 : sucesos_.top().us; }
+    /// Delivers the first event if it is due; false if none is.
+    bool entregar();
+
+    // The sockets' side.
+    IdEnlace pedirConexion(ZocaloSimulado& zocalo, const std::string& ip, std::uint32_t puerto);
+    void desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> bytes);
+    void cerrarDesdeZocalo(IdEnlace enlace);
+    bool escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo);
+    void dejarDeEscuchar(std::uint32_t puerto, const ZocaloSimulado& zocalo);
+    void adoptar(IdEnlace enlace, ZocaloSimulado& zocalo);
+    /// Bytes that the link still takes from the socket's side.
+    [[nodiscard]] std::size_t ventana(IdEnlace enlace) const;
+
+  private:
+    enum class Tipo : std::uint8_t {
+        Conexion,
+        AlZocalo,
+        AlExtremo,
+        CorteAlZocalo,
+        CorteAlExtremo,
+        Pedido
+    };
+    struct Suceso {
+        std::int64_t us;
+        std::uint64_t orden;
+        Tipo tipo;
+        IdEnlace enlace;
+        std::string bytes;
+        bool operator<(const Suceso& o) const { return us != o.us ? us > o.us : orden > o.orden; }
+    };
+    struct Enlace {
+        ZocaloSimulado* zocalo = nullptr;
+        ExtremoSimulado* extremo = nullptr;
+        std::int64_t ultimoAlZocalo = 0;
+        std::int64_t ultimoAlExtremo = 0;
+        bool conectado = false;
+        bool interrumpido = false;
+        std::uint32_t puerto = 0; ///< of a client's request
+        std::size_t ventana = static_cast<std::size_t>(-1);
+        std::string remoto;
+        std::string guardadoAlZocalo;
+        std::string guardadoAlExtremo;
+    };
+    struct Servicio {
+        ExtremoSimulado* extremo = nullptr;
+        bool mudo = false;
+    };
+
+    void anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes = {});
+    void aplicar(const Suceso& suceso, Enlace& enlace);
+    void aplicarPedido(IdEnlace id, Enlace& enlace);
+    [[nodiscard]] static std::string clave(const std::string& ip, std::uint32_t puerto);
+
+    const Reloj& reloj_;
+    std::int64_t latenciaUs_ = 200;
+    std::uint64_t orden_ = 0;
+    IdEnlace ultimoEnlace_ = 0;
+    std::priority_queue<Suceso> sucesos_;
+    std::unordered_map<IdEnlace, Enlace> enlaces_;
+    std::map<std::string, Servicio> servicios_;
+    std::map<std::uint32_t, ZocaloSimulado*> escuchas_;
+};
+
+} // namespace kv

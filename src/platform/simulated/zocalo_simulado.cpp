@@ -1,0 +1,124 @@
+#include "platform/simulated/zocalo_simulado.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kv {
+
+ZocaloSimulado::ZocaloSimulado(RedSimulada& red, OyenteDeZocalo& oyente, std::size_t indice,
+                               std::function<void(std::function<void()>)> alFinal)
+    : red_(red), oyente_(oyente), indice_(indice), alFinal_(std::move(alFinal)),
+      yo_(std::make_shared<ZocaloSimulado*>(this)) {}
+
+ZocaloSimulado::~ZocaloSimulado() {
+    *yo_ = nullptr;
+    soltar();
+}
+
+void ZocaloSimulado::soltar() {
+    if (enlace_ != 0) red_.cerrarDesdeZocalo(enlace_);
+    if (estado_ == EstadoZocalo::Escuchando) red_.dejarDeEscuchar(puerto_, *this);
+    enlace_ = 0;
+    puerto_ = 0;
+    cola_.clear();
+}
+
+void ZocaloSimulado::cerrar() {
+    soltar();
+    estado_ = EstadoZocalo::Cerrado;
+    motivo_.clear();
+}
+
+void ZocaloSimulado::conectar(const std::string& ip, std::uint32_t puerto) {
+    cerrar();
+    estado_ = EstadoZocalo::Conectando;
+    enlace_ = red_.pedirConexion(*this, ip, puerto);
+}
+
+void ZocaloSimulado::escuchar(const std::string& /*ip*/, std::uint32_t puerto) {
+    cerrar();
+    if (red_.escuchar(puerto, *this)) {
+        estado_ = EstadoZocalo::Escuchando;
+        puerto_ = puerto;
+    } else {
+        estado_ = EstadoZocalo::Error;
+        motivo_ = "puerto en uso";
+    }
+}
+
+void ZocaloSimulado::aceptar() {
+    if (pedido_ == 0) return;
+    const IdEnlace nuevo = std::exchange(pedido_, 0);
+    cerrar();
+    red_.adoptar(nuevo, *this);
+    enlace_ = nuevo;
+    estado_ = EstadoZocalo::Conectado;
+    ++conexiones_;
+}
+
+bool ZocaloSimulado::enviar(std::span<const std::uint8_t> bytes) {
+    if (estado_ != EstadoZocalo::Conectado) return false;
+    if (cola_.size() + bytes.size() > limiteDeCola_) {
+        soltar();
+        estado_ = EstadoZocalo::Error;
+        motivo_ = "el otro extremo no lee lo que se le envia";
+        return false;
+    }
+    cola_.append(reinterpret_cast<const char*>(bytes.data()), bytes.size()); // NOLINT
+    if (!agrupar_) {
+        pasarCola();
+    } else if (!agrupado_) {
+        agrupado_ = true;
+        alFinal_([yo = yo_] {
+            if (*yo == nullptr) return;
+            (*yo)->agrupado_ = false;
+            (*yo)->pasarCola();
+        });
+    }
+    return true;
+}
+
+void ZocaloSimulado::pasarCola() {
+    if (estado_ != EstadoZocalo::Conectado) return;
+    const std::size_t n = std::min(cola_.size(), red_.ventana(enlace_));
+    if (n == 0) return;
+    const std::string ahora = cola_.substr(0, n);
+    cola_.erase(0, n);
+    red_.desdeZocalo(enlace_,
+                     {reinterpret_cast<const std::uint8_t*>(ahora.data()), ahora.size()}); // NOLINT
+}
+
+void ZocaloSimulado::entregarConexion(IdEnlace enlace) {
+    enlace_ = enlace;
+    estado_ = EstadoZocalo::Conectado;
+    ++conexiones_;
+    oyente_.alConectar(indice_);
+}
+
+void ZocaloSimulado::entregarRechazo() {
+    enlace_ = 0;
+    estado_ = EstadoZocalo::Error;
+    motivo_ = "conexion rechazada";
+    oyente_.alCortarse(indice_);
+}
+
+void ZocaloSimulado::entregarDatos(std::span<const std::uint8_t> bytes) {
+    oyente_.alLlegarDatos(indice_, bytes);
+}
+
+void ZocaloSimulado::entregarCorte() {
+    enlace_ = 0;
+    cola_.clear();
+    estado_ = EstadoZocalo::CerradoPorElOtro;
+    oyente_.alCortarse(indice_);
+}
+
+bool ZocaloSimulado::entregarPedido(IdEnlace enlace, const std::string& remoto) {
+    pedido_ = enlace;
+    oyente_.alPedirConexion(indice_, remoto);
+    const bool aceptado = pedido_ == 0;
+    pedido_ = 0;
+    return aceptado;
+}
+
+} // namespace kv

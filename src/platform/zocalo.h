@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// The states of the original's socket control that this system looks at.
+enum class EstadoZocalo : std::uint8_t {
+    Cerrado = 0,
+    Escuchando = 2,
+    Conectando = 6,
+    Conectado = 7,
+    CerradoPorElOtro = 8, ///< the peer has closed and we have not yet
+    Error = 9,
+};
+
+/// What a socket tells. `indice` is the number that the socket was created with, so that one object
+/// can listen to a whole array of sockets. Any socket, also the one that tells, may be closed or
+/// destroyed inside a call.
+class OyenteDeZocalo {
+  public:
+    virtual ~OyenteDeZocalo() = default;
+    virtual void alConectar(std::size_t /*indice*/) {}
+    /// At most 64 KiB at a time. `bytes` is valid during the call only.
+    virtual void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) = 0;
+    /// The link ended from the other side or failed: the state is 8 or 9.
+    virtual void alCortarse(std::size_t /*indice*/) {}
+    /// Somebody wants to connect to a listening socket; `remoto` is "address:port". Accept with
+    /// `aceptar` during the call, or the request is dropped.
+    virtual void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) {}
+};
+
+/// A TCP socket that never blocks: client, listener or, after `aceptar`, the accepted link.
+class Zocalo {
+  public:
+    virtual ~Zocalo() = default;
+    [[nodiscard]] virtual EstadoZocalo estado() const = 0;
+    /// Closes what was open and starts connecting: state 6, later 7 or 9. A host that is no numeric
+    /// address or a port outside 1 to 65535 leads to state 9.
+    virtual void conectar(const std::string& ip, std::uint32_t puerto) = 0;
+    /// Closes what was open and listens: state 2, or 9 with `motivo()` saying why.
+    virtual void escuchar(const std::string& ip, std::uint32_t puerto) = 0;
+    /// Only inside `alPedirConexion`: stops listening and takes the link: state 7.
+    virtual void aceptar() = 0;
+    virtual void cerrar() = 0;
+    /// Hands bytes to the link in order. What the kernel does not take now waits in a queue; when
+    /// more than the queue's limit would wait the link is closed with state 9. False unless
+    /// state 7.
+    virtual bool enviar(std::span<const std::uint8_t> bytes) = 0;
+    /// From now on what is sent waits until the end of the loop's turn and leaves in one piece.
+    virtual void agruparEnvios(bool agrupar) = 0;
+    /// Bytes that may wait to be sent; 64 KiB at the start.
+    virtual void limitarCola(std::size_t bytes) = 0;
+    [[nodiscard]] virtual std::size_t enCola() const = 0;
+    /// Counts the connections that came up on this socket: a link that was lost and came back
+    /// shows.
+    [[nodiscard]] virtual std::uint64_t conexiones() const = 0;
+    /// Why the state is 9, in words; empty otherwise.
+    [[nodiscard]] virtual const std::string& motivo() const = 0;
+    /// Local port in use, 0 if none.
+    [[nodiscard]] virtual std::uint32_t puertoLocal() const = 0;
+};
+
+} // namespace kv

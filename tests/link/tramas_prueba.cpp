@@ -1,0 +1,61 @@
+#include "link/Modulo_Tramas_KV2200.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+std::string hex(const std::optional<Solicitud>& trama) {
+    return trama ? trazaDeTrama(*trama) : "nada";
+}
+
+} // namespace
+
+TEST(Tramas, SolicitudDeLectura) {
+    std::string traza;
+    const auto t = armarTramaLectura("1F", "1", traza);
+    EXPECT_EQ(*t, (Solicitud{0x52, 0x01, 0x00, 0x1F, 0x00, 0x00, 0x72}));
+    EXPECT_EQ(traza, "[52][01][00][1F][00][00][72]");
+    EXPECT_EQ((*armarTramaLectura("0a", "25", traza))[1], 0x25);
+    EXPECT_EQ(traza, "[52][25][00][A][00][00][81]");
+    EXPECT_EQ((*armarTramaLectura("FF", "99", traza))[1], 0x99);
+}
+
+TEST(Tramas, SolicitudDeEscritura) {
+    std::string traza;
+    EXPECT_EQ(*armarTramaEscritura("0A", "12", 1000, traza),
+              (Solicitud{0x57, 0x12, 0x00, 0x0A, 0x03, 0xE8, 0x5E}));
+    const auto valor = [&traza](double v) {
+        const auto t = armarTramaEscritura("1", "1", v, traza);
+        return t ? (*t)[4] * 256 + (*t)[5] : -1;
+    };
+    EXPECT_EQ(valor(255), 0x00FF);
+    EXPECT_EQ(valor(4095), 0x0FFF);
+    EXPECT_EQ(valor(65535), 0xFFFF);
+    EXPECT_EQ(valor(-2), 0xFFFE);
+    for (const double malo : {65536.0, -32769.0, 1.5, 1e300})
+        EXPECT_EQ(valor(malo), -1) << malo;
+}
+
+TEST(Tramas, LoQueNoCabeEnUnaTramaNoSeArma) {
+    std::string traza;
+    for (const char* d : {"", "100", "G", "-1", "1.5", "40001"})
+        EXPECT_EQ(hex(armarTramaLectura(d, "1", traza)), "nada") << d;
+    for (const char* e : {"100", "-1", "", "1.5", "A"})
+        EXPECT_EQ(hex(armarTramaLectura("10", e, traza)), "nada") << e;
+}
+
+TEST(Tramas, VerificaRespuestas) {
+    Respuesta r{0x07, 0x01, 0x00, 0x1F, 0x00, 0x01, 0x05, 0x26};
+    EXPECT_TRUE(verificarTramaRespuesta(r));
+    EXPECT_EQ(valorDeRespuesta(r), 261);
+    r[0] = 0x06;
+    EXPECT_FALSE(verificarTramaRespuesta(r));
+    EXPECT_TRUE(verificarTramaRespuesta(Respuesta{0x07, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_TRUE(verificarTramaRespuesta(Respuesta{0x07, 0xFF, 0xA4, 0, 0, 0, 0, 0xA3}));
+    EXPECT_FALSE(verificarTramaRespuesta(Respuesta{0x07, 0xFF, 0xA4, 0, 0, 0, 0, 0xA4}));
+    EXPECT_EQ(valorDeRespuesta(Respuesta{7, 0, 0, 0, 0, 0xFF, 0xFE, 0}), -2);
+    EXPECT_EQ(valorDeRespuesta(Respuesta{7, 0, 0, 0, 0, 0x80, 0x00, 0}), -32768);
+}
+
+} // namespace kv
