@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/tables/registros.h"
+
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+inline constexpr double kOk = 6;
+inline constexpr double kBad = 13;
+
+/// "OK" for 6, "BAD" for 13, nothing for any other code.
+[[nodiscard]] std::string_view textoEstado(double codigo);
+
+/// Splits a duration: up to 60 s it is one base; above, bases of a minute, the last possibly a
+/// fraction.
+void establecerBaseDeTiempoEnMilisegundos(double segundos, double& baseMs, double& cantidad);
+[[nodiscard]] BaseDeTiempo baseDeTiempo(double segundos);
+
+/// Port, station and start address joined by points: "1.1.10".
+[[nodiscard]] std::string claveDeBloque(double puerto, double plc, std::string_view direccion);
+/// "MW_" and the key with "_" for ".": "MW_1_1_10".
+[[nodiscard]] std::string nombreDeScript(std::string_view clave);
+
+} // namespace kv
