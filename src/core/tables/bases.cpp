@@ -33,7 +33,8 @@ std::string claveDeBloque(double puerto, double plc, std::string_view direccion)
 
 std::string nombreDeScript(std::string_view clave) {
     std::string nombre = "MW_";
-    for (const char c : clave) nombre += c == '.' ? '_' : c;
+    for (const char c : clave)
+        nombre += c == '.' ? '_' : c;
     return nombre;
 }
 

@@ -41,8 +41,8 @@ struct ConfiguracionDeBloque {
     std::string nombre;    ///< configuration only
     std::string direccion; ///< as configured; hexadecimal where a frame is built
     double nivel = 0;
-    double cantidad = 0; ///< variables of the block
-    double plc = 0;      ///< `numero` of the station
+    double cantidad = 0;          ///< variables of the block
+    double plc = 0;               ///< `numero` of the station
     double numeroConfigurado = 0; ///< configuration only
     double scanSegundos = 0;
     std::int16_t puerto = 0; ///< `numero` of the port

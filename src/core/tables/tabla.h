@@ -9,7 +9,8 @@ namespace kv {
 /// A table of runtime records. It always ends with one empty spare record: a new record is written
 /// into the spare and the table grows by one, so the live records are 0 to `limiteSuperior()` - 1.
 /// References stay valid while the table grows.
-template <class Registro> class Tabla {
+template <class Registro>
+class Tabla {
   public:
     Tabla() : registros_(1) {}
 

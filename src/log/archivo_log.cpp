@@ -1,0 +1,34 @@
+#include "log/archivo_log.h"
+
+#include "platform/ruta.h"
+#include "text/texto.h"
+#include "text/windows1252.h"
+
+namespace kv {
+
+ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj, std::string carpetaDelPrograma,
+                       std::string programa)
+    : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
+      programa_(std::move(programa)) {}
+
+std::string ArchivoLog::linea(std::string_view cuerpo) const {
+    std::string l = "Log: " + formatoGeneral(reloj_.ahora()) + "," + programa_ + ",";
+    l += cuerpo;
+    return windows1252DesdeUtf8(l) + "\r\n";
+}
+
+void ArchivoLog::escribirLog(std::string_view origen, std::string_view procedimiento,
+                             std::string_view mensaje, std::string_view descripcionError,
+                             bool tambienGlobal) {
+    std::string cuerpo(origen);
+    cuerpo += '>' + enUnaLinea(procedimiento);
+    cuerpo += '>' + enUnaLinea(mensaje.substr(0, kMaximo));
+    cuerpo += ", DescError:" + enUnaLinea(descripcionError.substr(0, kMaximo));
+    if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
+    const std::string dia = formatoDeDia(reloj_.ahora());
+    if (tambienGlobal)
+        archivos_.agregar(unirRuta(carpeta_, dia + " Archivo_Log_Global.txt"), linea(cuerpo));
+    archivos_.agregar(unirRuta(carpeta_, dia + " " + programa_ + " ArchivoLog.txt"), linea(cuerpo));
+}
+
+} // namespace kv

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/archivos.h"
+#include "platform/reloj.h"
+
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// The daily log files in the folder LOGS_DRIVER beside the program: one of the program's own, and
+/// one shared by all programs of the folder. Never disturbs its caller: what cannot be written is
+/// lost without a word.
+class ArchivoLog {
+  public:
+    /// Longest text of one entry in bytes; what is longer is cut, so that bytes from outside cannot
+    /// fill a disk with one message.
+    static constexpr std::size_t kMaximo = 4096;
+
+    ArchivoLog(Archivos& archivos, const Reloj& reloj, std::string carpetaDelPrograma,
+               std::string programa);
+    /// Appends one line to the program's file of the day and, if `tambienGlobal`, to the shared
+    /// one. Line breaks in the texts become blanks. On disk when it returns.
+    void escribirLog(std::string_view origen, std::string_view procedimiento,
+                     std::string_view mensaje, std::string_view descripcionError = {},
+                     bool tambienGlobal = true);
+
+  private:
+    [[nodiscard]] std::string linea(std::string_view cuerpo) const;
+
+    Archivos& archivos_;
+    const Reloj& reloj_;
+    std::string carpeta_;
+    std::string programa_;
+};
+
+} // namespace kv

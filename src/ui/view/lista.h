@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kv {
+
+/// A list of a window: rows of texts under columns, each row with a tag and a check box. Rows are
+/// only ever added, so a row's number is its handle.
+class Lista {
+  public:
+    explicit Lista(std::string_view nombre) : nombre_(nombre) {}
+
+    void ponerColumnas(std::vector<std::string> columnas) { columnas_ = std::move(columnas); }
+    [[nodiscard]] const std::vector<std::string>& columnas() const { return columnas_; }
+    [[nodiscard]] std::string_view nombre() const { return nombre_; }
+
+    /// A new row whose first column is `texto`; gives its number.
+    std::uint32_t agregar(std::string_view texto, std::int64_t etiqueta = -1);
+    [[nodiscard]] std::size_t filas() const { return filas_.size(); }
+    /// Column 0 is the row's own text; 1 and up are its sub-items. Rows that do not exist are
+    /// passed over: a list is a display and never a reason to fail.
+    void poner(std::uint32_t fila, std::size_t columna, std::string_view texto);
+    void agregarA(std::uint32_t fila, std::size_t columna, std::string_view texto);
+    [[nodiscard]] std::string_view texto(std::uint32_t fila, std::size_t columna) const;
+    /// Number that the row carries for the program (a block's index), -1 if none.
+    [[nodiscard]] std::int64_t etiqueta(std::uint32_t fila) const;
+    void tildar(std::uint32_t fila, bool tildada);
+    [[nodiscard]] bool tildada(std::uint32_t fila) const;
+    /// First row whose text equals `texto`, or -1. Does not depend on how many rows there are.
+    [[nodiscard]] std::int64_t buscar(std::string_view texto) const;
+    void seleccionar(std::uint32_t fila) { seleccionada_ = fila; }
+    [[nodiscard]] std::int64_t seleccionada() const { return seleccionada_; }
+
+    /// Changes with every change of any row; `cambiadas` tells which rows changed since the last
+    /// call and forgets them. A window asks at its own pace.
+    [[nodiscard]] std::uint64_t version() const { return version_; }
+    [[nodiscard]] std::vector<std::uint32_t> cambiadas();
+    /// Rows are noted for `cambiadas` only while somebody wants them.
+    void seguirCambios(bool seguir);
+
+  private:
+    /// All columns in one text, so that a row costs one allocation: there are two rows a block.
+    struct Fila {
+        std::string textos; ///< columns separated by NUL
+        std::int64_t etiqueta = -1;
+        bool tildada = false;
+        bool anotada = false;
+    };
+    void anotar(std::uint32_t fila);
+
+    std::string_view nombre_;
+    std::vector<std::string> columnas_;
+    std::deque<Fila> filas_;
+    std::unordered_multimap<std::size_t, std::uint32_t> porTexto_; ///< hash of column 0 to row
+    std::int64_t seleccionada_ = -1;
+    std::uint64_t version_ = 0;
+    bool sigue_ = false;
+    std::vector<std::uint32_t> cambiadas_;
+};
+
+} // namespace kv
