@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/tables/registros.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -9,11 +11,10 @@
 
 namespace kv {
 
-inline constexpr std::size_t kLargoSolicitud = 7;
+inline constexpr std::size_t kLargoSolicitud = std::tuple_size_v<Solicitud>;
 inline constexpr std::size_t kLargoRespuesta = 8;
 inline constexpr std::uint8_t kMarcaRespuesta = 0x07;
 
-using Solicitud = std::array<std::uint8_t, kLargoSolicitud>;
 using Respuesta = std::array<std::uint8_t, kLargoRespuesta>;
 
 /// The request that reads one register. `direccion` is the register as hexadecimal text, 0 to FF;

@@ -2,15 +2,16 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace kv {
 
 /// Where a row of a window's list is: its number in that list. Rows are never removed.
 using FilaDeLista = std::uint32_t;
 inline constexpr FilaDeLista kSinFila = 0xFFFFFFFF;
+
+/// The bytes of a request to a station.
+using Solicitud = std::array<std::uint8_t, 7>;
 
 /// A configured port: a group of stations that share settings. Blocks reach the record of port
 /// number n at index n - 1.
