@@ -3,6 +3,8 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
+#include <utility>
+
 namespace kv {
 namespace {
 

@@ -13,7 +13,8 @@ namespace kv {
 class AvisoAlCliente {
   public:
     virtual ~AvisoAlCliente() = default;
-    /// `direccion` is a block key; the value and status are those of one of the block's slots.
+    /// `direccion` is a block key; the value and status are those of one of the block's slots. Does
+    /// not let events run: whole connections are told of in one go.
     virtual void notificarVariable(std::string_view direccion, double valor, double estado) = 0;
 };
 

@@ -24,6 +24,7 @@ struct ConexionIP {
     bool ocupada = false;     ///< from any send to the end of the pause
     bool escribiendo = false; ///< the outstanding request belongs to a write
     bool escrituraPendiente = false;
+    std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
     EstadoDeTurno turno = EstadoDeTurno::Libre;
     bool pausaCumplida = false; ///< a pause of no length: over when the present handler is
     RespuestasDebidas debidas;

@@ -1,0 +1,141 @@
+#include "link/conexiones.h"
+
+#include "text/numeros.h"
+
+#include <cmath>
+
+namespace kv {
+namespace {
+
+constexpr std::int64_t kSupervisionMs = 5000;
+constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setting
+
+// Columns of the connections list.
+constexpr std::size_t kEstado = 2;
+constexpr std::size_t kBaseDeTiempo = 4;
+constexpr std::size_t kIntervalos = 5;
+constexpr std::size_t kSolicitudes = 6;
+constexpr std::size_t kTiempoFuera = 7;
+
+std::string deTantos(double cuantos, double maximo) {
+    std::string texto = textoDeNumero(cuantos);
+    texto += '/';
+    agregarNumero(texto, maximo);
+    return texto;
+}
+
+} // namespace
+
+GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Vista& vista,
+                                       AjustesDeConexion& ajustes)
+    : bucle_(bucle), tablas_(tablas), turnos_(turnos), vista_(vista), ajustes_(ajustes),
+      TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
+      timer_SolicitarConexion_(bucle.crearTemporizador([this] { ticSolicitarConexion(); })) {
+    TimerConexiones_->fijarIntervalo(kSupervisionMs);
+    timer_SolicitarConexion_->fijarIntervalo(kSolicitudesMs);
+}
+
+Indice GestorDeConexiones::levantarIP_oRetornarIdDeSocket(const std::string& ip,
+                                                          const std::string& puertoTCP) {
+    const Indice conexion = tablas_.buscarConexion(ip, puertoTCP);
+    if (conexion != kNinguno) return tablas_.conexiones[conexion].idSocket;
+    const auto i = static_cast<Indice>(wsSocket_.size());
+    wsSocket_.push_back(bucle_.crearZocalo(*recepcion_, i));
+    turnos_.agregarConexion();
+    turnos_.usarZocalo(i, wsSocket_.back().get());
+    return i;
+}
+
+void GestorDeConexiones::estadoConexiones() {
+    bool hacenFaltaSolicitudes = false;
+    for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n)
+        supervisar(static_cast<Indice>(n), hacenFaltaSolicitudes);
+    turnos_.fijarPausa(ajustes_.tiempoEntrePoleo());
+    if (!hacenFaltaSolicitudes) return timer_SolicitarConexion_->habilitar(false);
+    intervalosEnEstadoConectando_ = ajustes_.intervalosEnEstadoConectando();
+    intervalosDeConectarSeguidos_ = ajustes_.intervalosDeConectarSeguidos();
+    intervalosTiempoFuera_ = ajustes_.intervalosTiempoFuera();
+    const auto periodo = std::llround(ajustes_.baseDeSolicitudes());
+    if (!timer_SolicitarConexion_->habilitado() || timer_SolicitarConexion_->intervalo() != periodo)
+        timer_SolicitarConexion_->rearmar(periodo);
+}
+
+void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
+    ConexionIP& c = tablas_.conexiones[n];
+    const EstadoZocalo estado = wsSocket_[c.idSocket]->estado();
+    const bool conectada = estado == EstadoZocalo::Conectado;
+    const bool conectando = estado == EstadoZocalo::Cerrado || estado == EstadoZocalo::Conectando;
+    vista_.lstViewSockets.poner(c.filaLista, kEstado,
+                                conectada    ? "Conectado OK"
+                                : conectando ? "Conectando..."
+                                             : "NO Conectado");
+    if (!conectada) hacenFaltaSolicitudes = true;
+    const bool estaba = c.estadoSupervision == 1;
+    const std::uint64_t enlace = wsSocket_[c.idSocket]->conexiones();
+    // A link that went and came back between two passes was lost all the same.
+    if (estaba && (!conectada || enlace != c.enlaceSupervisado)) pasarA(n, false);
+    if (conectada && tablas_.conexiones[n].estadoSupervision == 0) {
+        tablas_.conexiones[n].enlaceSupervisado = enlace;
+        pasarA(n, true);
+    }
+}
+
+void GestorDeConexiones::pasarA(Indice n, bool conectada) {
+    // Stored first: a cascade that fails half-way must not be run again at every pass.
+    tablas_.conexiones[n].estadoSupervision = conectada ? 1 : 0;
+    if (destino_ == nullptr) return;
+    if (conectada) return destino_->activarPoling_En_Socket(n);
+    destino_->desActivarPoling_En_Socket(n);
+    destino_->establecerBAD_En_Socket(n);
+}
+
+void GestorDeConexiones::ticSolicitarConexion() {
+    for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n) {
+        solicitar(static_cast<Indice>(n));
+        refrescarFila(static_cast<Indice>(n));
+    }
+}
+
+void GestorDeConexiones::solicitar(Indice n) {
+    ConexionIP& c = tablas_.conexiones[n];
+    Zocalo& zocalo = *wsSocket_[c.idSocket];
+    if (c.enTiempoFuera) {
+        if (c.contadorTiempoFuera < intervalosTiempoFuera_) {
+            c.contadorTiempoFuera += 1;
+        } else {
+            c.enTiempoFuera = false;
+            c.contadorTiempoFuera = 0;
+        }
+        return;
+    }
+    if (zocalo.estado() == EstadoZocalo::Conectado) return;
+    if (c.contadorIntervalos == 0) {
+        c.contadorSolicitudes += 1;
+        c.contadorIntervalos += 1;
+        zocalo.cerrar();
+        zocalo.conectar(c.ip, c.numeroDePuertoTCP);
+    } else if (c.contadorIntervalos < intervalosEnEstadoConectando_) {
+        c.contadorIntervalos += 1;
+    } else {
+        c.contadorIntervalos = 0;
+    }
+    if (c.contadorSolicitudes >= intervalosDeConectarSeguidos_) {
+        zocalo.cerrar();
+        c.enTiempoFuera = true;
+        c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
+    }
+}
+
+void GestorDeConexiones::refrescarFila(Indice n) {
+    const ConexionIP& c = tablas_.conexiones[n];
+    Lista& lista = vista_.lstViewSockets;
+    lista.poner(c.filaLista, kBaseDeTiempo,
+                textoDeNumero(static_cast<double>(timer_SolicitarConexion_->intervalo())));
+    lista.poner(c.filaLista, kIntervalos,
+                deTantos(c.contadorIntervalos, intervalosEnEstadoConectando_));
+    lista.poner(c.filaLista, kSolicitudes,
+                deTantos(c.contadorSolicitudes, intervalosDeConectarSeguidos_));
+    lista.poner(c.filaLista, kTiempoFuera, deTantos(c.contadorTiempoFuera, intervalosTiempoFuera_));
+}
+
+} // namespace kv

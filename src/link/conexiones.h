@@ -1,0 +1,73 @@
+#pragma once
+
+#include "link/turno.h"
+#include "platform/bucle.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+/// The settings that the connection manager reads while it works.
+class AjustesDeConexion {
+  public:
+    virtual ~AjustesDeConexion() = default;
+    [[nodiscard]] virtual double tiempoEntrePoleo() = 0;  ///< ms
+    [[nodiscard]] virtual double baseDeSolicitudes() = 0; ///< ms, above 0
+    [[nodiscard]] virtual double intervalosEnEstadoConectando() = 0;
+    [[nodiscard]] virtual double intervalosDeConectarSeguidos() = 0;
+    [[nodiscard]] virtual double intervalosTiempoFuera() = 0;
+};
+
+/// Those whom the state of a connection concerns.
+class AlCambiarConexion {
+  public:
+    virtual ~AlCambiarConexion() = default;
+    virtual void activarPoling_En_Socket(Indice conexion) = 0;
+    virtual void desActivarPoling_En_Socket(Indice conexion) = 0;
+    virtual void establecerBAD_En_Socket(Indice conexion) = 0;
+};
+
+/// The connection manager: owns the sockets, shows their states, switches polling on and off when
+/// they change, and asks lost stations for a connection at a measured pace: some attempts, a pause,
+/// and again.
+class GestorDeConexiones {
+  public:
+    GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Vista& vista,
+                       AjustesDeConexion& ajustes);
+    void avisarA(AlCambiarConexion* destino) { destino_ = destino; }
+    void recibirCon(OyenteDeZocalo* recepcion) { recepcion_ = recepcion; }
+
+    /// The socket of an address: an existing one, or a new one at the end of the array.
+    Indice levantarIP_oRetornarIdDeSocket(const std::string& ip, const std::string& puertoTCP);
+    /// One supervision pass over all connections.
+    void estadoConexiones();
+    /// Starts the periodic supervision.
+    void habilitarSupervision() { TimerConexiones_->habilitar(true); }
+    [[nodiscard]] Zocalo& wsSocket(Indice i) { return *wsSocket_[i]; }
+    [[nodiscard]] std::size_t cuantosZocalos() const { return wsSocket_.size(); }
+
+  private:
+    void supervisar(Indice n, bool& hacenFaltaSolicitudes);
+    void pasarA(Indice n, bool conectada);
+    void ticSolicitarConexion();
+    void solicitar(Indice n);
+    void refrescarFila(Indice n);
+
+    Bucle& bucle_;
+    Tablas& tablas_;
+    Turnos& turnos_;
+    Vista& vista_;
+    AjustesDeConexion& ajustes_;
+    AlCambiarConexion* destino_ = nullptr;
+    OyenteDeZocalo* recepcion_ = nullptr;
+    std::vector<std::unique_ptr<Zocalo>> wsSocket_;
+    std::unique_ptr<Temporizador> TimerConexiones_;
+    std::unique_ptr<Temporizador> timer_SolicitarConexion_;
+    double intervalosEnEstadoConectando_ = 3;
+    double intervalosDeConectarSeguidos_ = 5;
+    double intervalosTiempoFuera_ = 3;
+};
+
+} // namespace kv

@@ -1,0 +1,153 @@
+#include "link/turno.h"
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+
+namespace kv {
+namespace {
+
+// A line that has been held back for so many time-outs without falling silent will not do so: the
+// link is closed, and a new one owes nothing.
+constexpr std::int64_t kTiemposRetenida = 12;
+
+std::int64_t enMs(double ms) { return std::max<std::int64_t>(1, std::llround(ms)); }
+
+} // namespace
+
+Turnos::Turnos(Bucle& bucle, Tablas& tablas, Vista& vista, Sello& sello)
+    : bucle_(bucle), tablas_(tablas), vista_(vista), sello_(sello) {}
+
+void Turnos::agregarConexion() {
+    const auto n = static_cast<Indice>(companeros_.size());
+    Companeros c;
+    c.Timer_TimerPorIPPuerto = bucle_.crearTemporizador([this, n] { ticTiempoFuera(n); });
+    c.Timer_IntervaloEntrePoleo = bucle_.crearTemporizador([this, n] { ticPausa(n); });
+    companeros_.push_back(std::move(c));
+    zocalos_.push_back(nullptr);
+}
+
+bool Turnos::conectada(Indice conexion) const {
+    return conexion < zocalos_.size() && zocalos_[conexion] != nullptr &&
+           zocalos_[conexion]->estado() == EstadoZocalo::Conectado;
+}
+
+bool Turnos::libre(Indice conexion) const {
+    return conectada(conexion) && tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre;
+}
+
+Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
+                             RespuestasDebidas::Registro registro, Plazo plazo) {
+    if (!libre(conexion)) return Envio::Imposible;
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const std::int64_t espera = c.debidas.esperaAntesDe(registro, bucle_.reloj().monotonicoMs());
+    if (espera > 0) {
+        retener(conexion, espera);
+        return Envio::Retenido;
+    }
+    c.turno = EstadoDeTurno::Esperando;
+    c.ocupada = true;
+    c.registroEnCurso = registro;
+    mandar(conexion, trama, plazo);
+    return Envio::Hecho;
+}
+
+bool Turnos::reenviar(Indice conexion, const Solicitud& trama, Plazo plazo) {
+    if (!conectada(conexion) || tablas_.conexiones[conexion].turno != EstadoDeTurno::Esperando)
+        return false;
+    mandar(conexion, trama, plazo);
+    return true;
+}
+
+void Turnos::mandar(Indice conexion, const Solicitud& trama, Plazo plazo) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    vaciarRecepcion(c);
+    c.debidas.alEnviar(c.registroEnCurso, bucle_.reloj().monotonicoMs(), enMs(plazo.totalMs));
+    // Armed before the send: an answer that is handled while events run must find it armed.
+    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(enMs(plazo.baseMs));
+    zocalos_[conexion]->enviar(trama);
+}
+
+void Turnos::acortarTiempoFuera(Indice conexion, double ms) {
+    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(enMs(ms));
+}
+
+void Turnos::retener(Indice conexion, std::int64_t ms) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const std::int64_t desde = c.debidas.retenidaDesde();
+    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    if (desde == ahora)
+        vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
+                                                  " En espera de respuestas atrasadas \r\n");
+    if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
+        vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
+                                                  " La linea no calla: se cierra \r\n");
+        zocalos_[conexion]->cerrar();
+        return olvidar(conexion);
+    }
+    c.turno = EstadoDeTurno::EnPausa;
+    c.ocupada = true;
+    companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(ms);
+}
+
+void Turnos::pausar(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    if (c.turno != EstadoDeTurno::Esperando) return;
+    Companeros& timers = companeros_[conexion];
+    timers.Timer_TimerPorIPPuerto->habilitar(false);
+    c.turno = EstadoDeTurno::EnPausa;
+    c.ocupada = true;
+    c.pausaCumplida = pausaMs_ < 1;
+    vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + "ACTIVACION DE TIMER \r\n");
+    timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
+}
+
+void Turnos::terminarPausaCumplida(Indice conexion) {
+    if (tablas_.conexiones[conexion].pausaCumplida) ticPausa(conexion);
+}
+
+void Turnos::ticTiempoFuera(Indice conexion) {
+    if (destino_ == nullptr) return;
+    try {
+        destino_->alVencerTiempoFuera(conexion);
+    } catch (const std::exception& falla) {
+        pausar(conexion);
+        destino_->alFallar(conexion, falla.what());
+    }
+    terminarPausaCumplida(conexion);
+}
+
+void Turnos::ticPausa(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
+    c.pausaCumplida = false;
+    if (c.turno != EstadoDeTurno::EnPausa) return;
+    vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + "HABILITACION A SIGUIENTE POOL\r\n");
+    c.turno = EstadoDeTurno::Libre;
+    c.ocupada = false;
+    c.escribiendo = false;
+    if (destino_ == nullptr) return;
+    try {
+        destino_->alQuedarLibre(conexion);
+    } catch (const std::exception& falla) {
+        destino_->alFallar(conexion, falla.what());
+    }
+}
+
+void Turnos::olvidar(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    companeros_[conexion].Timer_TimerPorIPPuerto->habilitar(false);
+    companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
+    c.turno = EstadoDeTurno::Libre;
+    c.ocupada = c.escribiendo = c.pausaCumplida = false;
+    c.debidas.vaciar();
+    vaciarRecepcion(c);
+}
+
+void Turnos::vaciarRecepcion(ConexionIP& c) {
+    c.recepcion.clear();
+    c.recepcionTexto.clear();
+    c.recepcionEstado = 0;
+}
+
+} // namespace kv

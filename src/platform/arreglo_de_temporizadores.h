@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/bucle.h"
+
+#include <deque>
+
+namespace kv {
+
+/// A numbered array of timers that tick into one operation.
+class ArregloDeTemporizadores {
+  public:
+    explicit ArregloDeTemporizadores(Bucle& bucle) : bucle_(bucle) {}
+    /// What a tick calls, with the number of its timer. Set before the first tick.
+    void alTic(std::function<void(std::size_t)> tic) { tic_ = std::move(tic); }
+    /// One more timer, off, at the end.
+    void agregar() {
+        bucle_.agregarTemporizador(timers_, [this, i = timers_.size()] { tic_(i); });
+    }
+    void acortarA(std::size_t cuantos) {
+        while (timers_.size() > cuantos)
+            timers_.pop_back();
+    }
+    [[nodiscard]] Temporizador& operator[](std::size_t i) { return timers_[i]; }
+    [[nodiscard]] std::size_t cuantos() const { return timers_.size(); }
+
+  private:
+    Bucle& bucle_;
+    std::function<void(std::size_t)> tic_;
+    std::deque<Temporizador> timers_;
+};
+
+} // namespace kv
