@@ -17,6 +17,7 @@ constexpr std::uint32_t kVanasHastaAcortar = 3;
 
 void RespuestasDebidas::saldar() {
     debidas_ = 0;
+    enviosDePrueba_ = 0;
     varios_ = aPrueba_ = trasPrueba_ = sospecha_ = algoLlego_ = false;
     retenidaDesde_ = -1;
 }
@@ -38,6 +39,7 @@ void RespuestasDebidas::alEnviar(Registro registro, std::int64_t ahora,
         varios_ = true;
     }
     ++debidas_;
+    if (aPrueba_) ++enviosDePrueba_;
     algoLlego_ = false;
     movimiento_ = ahora;
     retenidaDesde_ = -1;
@@ -47,13 +49,15 @@ void RespuestasDebidas::alEnviar(Registro registro, std::int64_t ahora,
 bool RespuestasDebidas::alRecibir(Registro registro, std::int64_t ahora) {
     movimiento_ = ahora;
     algoLlego_ = true;
-    if (debidas_ > 1) ++atrasadas_;
     const bool cierta = !varios_ && (unico_ == registro || debidas_ == 0);
+    if (debidas_ > 1) ++atrasadas_;
+    // The answer to a repeated request may be that of the first try.
+    if (debidas_ > 1 && cierta) huboAtraso_ = true;
     if (debidas_ > 0) --debidas_;
     if (debidas_ == 0) {
         saldar();
     } else if (!cierta) {
-        trasPrueba_ = aPrueba_;
+        trasPrueba_ = enviosDePrueba_ == 1; // after a retry, the other try may still be answered
     }
     return cierta;
 }
@@ -63,12 +67,13 @@ void RespuestasDebidas::alSobrar(std::int64_t ahora) {
     algoLlego_ = true;
     trasPrueba_ = false;
     vanas_ = 0;
+    huboAtraso_ = true;
     ++atrasadas_;
     if (debidas_ == 0) {
         sospecha_ = true;
-    } else if (--debidas_ == 0) {
-        saldar();
+        return;
     }
+    if (--debidas_ == 0) saldar();
 }
 
 void RespuestasDebidas::alDescartar(std::int64_t ahora) {
@@ -81,9 +86,9 @@ std::int64_t RespuestasDebidas::esperaAntesDe(Registro registro, std::int64_t ah
     if (debidas_ == 0 && !sospecha_) return 0;
     if (debidas_ > 0 && !varios_ && unico_ == registro && !sospecha_) return 0;
     const std::int64_t quieta = ahora - movimiento_;
-    const std::int64_t corta = tiempoFueraMs_ + tiempoFueraMs_ / 2;
+    const bool nuncaTarde = !huboAtraso_ && vanas_ >= kVanasHastaAcortar;
     const std::int64_t larga =
-        vanas_ >= kVanasHastaAcortar ? corta : kTiemposDeEspera * tiempoFueraMs_;
+        nuncaTarde ? tiempoFueraMs_ * 3 / 2 : kTiemposDeEspera * tiempoFueraMs_;
     const std::int64_t hasta = trasPrueba_ || debidas_ == 0 ? tiempoFueraMs_ : larga;
     if (quieta < hasta) {
         if (retenidaDesde_ < 0) retenidaDesde_ = ahora;
@@ -95,6 +100,7 @@ std::int64_t RespuestasDebidas::esperaAntesDe(Registro registro, std::int64_t ah
         perdonar();
     } else {
         aPrueba_ = true;
+        enviosDePrueba_ = 0;
     }
     retenidaDesde_ = -1;
     return 0;

@@ -55,10 +55,12 @@ class RespuestasDebidas {
     bool algoLlego_ = false;  ///< since the last request of those owed
     bool aPrueba_ = false;    ///< the trial request is out
     bool trasPrueba_ = false; ///< the trial was answered: quiet now means that nothing more comes
+    bool huboAtraso_ = false; ///< something came late on this link, or may have
     bool sospecha_ = false;   ///< something came that nobody was owed
     std::int64_t movimiento_ = 0;    ///< last request or answer
     std::int64_t tiempoFueraMs_ = 0; ///< the longest of those owed
     std::int64_t retenidaDesde_ = -1;
+    std::uint32_t enviosDePrueba_ = 0;
     std::uint32_t vanas_ = 0; ///< times in a row that waiting brought nothing
     std::uint64_t atrasadas_ = 0;
 };

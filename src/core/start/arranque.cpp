@@ -1,0 +1,100 @@
+#include "core/start/arranque.h"
+
+#include "config/proyecto.h"
+#include "core/start/instancia.h"
+#include "text/numeros.h"
+
+#include <algorithm>
+
+namespace kv {
+namespace {
+
+constexpr std::int64_t kVerMs = 5000;
+constexpr std::size_t kProblemasEnElLog = 200;
+
+} // namespace
+
+void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
+                           const Validacion& validacion) {
+    const auto sirve = [](const std::vector<Suerte>& suertes, std::size_t i) {
+        return i >= suertes.size() || suertes[i] != Suerte::NoConstruir;
+    };
+    // A port's place in the table is its number, so the ports are raised as they stand.
+    for (const Puerto& p : listas.puertos) {
+        if (p.numero > 0)
+            modelo.levantarPuerto(p.numero, p.tiempoFuera, p.scanPorDefecto, p.reintentosMax,
+                                  p.segReconeccion, p.tipoPlcPorDefecto, p.leerDespuesDeEscribir);
+    }
+    for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
+        const Estacion& e = listas.estaciones[i];
+        if (e.puerto > 0 && sirve(validacion.estaciones, i))
+            modelo.levantarEstacion(e.puerto, e.ip, e.puertoTCP, e.numero, e.digitos, e.indice);
+    }
+    for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
+        const ConfiguracionDeBloque& b = listas.bloques[i];
+        if (b.puerto > 0 && sirve(validacion.bloques, i))
+            modelo.levantarBloquePoleo(b.puerto, b.plc, b.direccion, b.cantidad, b.scanSegundos,
+                                       b.activoPorDefecto, b.nivel);
+    }
+}
+
+Arranque::Arranque(Motor& motor, Procesos& procesos)
+    : motor_(motor), procesos_(procesos),
+      Timer_VER_(motor.bucle.crearTemporizador([this] { Timer_VER_Timer(); })) {
+    Timer_VER_->fijarIntervalo(kVerMs);
+}
+
+bool Arranque::soyElUnico() {
+    const std::string& carpeta = motor_.ajustes.carpeta();
+    if (procesos_.tomarCarpeta(carpeta) &&
+        !SeRepiteProgramaEnRunTime(procesos_, kNombreDelPrograma))
+        return true;
+    motor_.vista.mostrarMensaje("Programa en ejecucion");
+    motor_.ajustes.escribirConfiguracion("VER", "1");
+    return false;
+}
+
+void Arranque::arrancar() {
+    Motor& m = motor_;
+    m.vista.Label1.poner(m.sello.ahora());
+    ConfiguracionLeida leida = leerConfiguracionUbicada(
+        m.ajustes, [&m](std::string_view texto) { m.vista.mostrarMensaje(texto); });
+    m.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
+    m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
+    m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
+    const Validacion validacion = validar(leida.listas, leida.problemas);
+    levantarConfiguracion(m.modelo, leida.listas, validacion);
+    informar(leida.problemas);
+    m.vista.lblCantidadDePuntos.poner(textoDeNumero(m.tablas.cantidadDePuntos));
+    m.bucle.dejarCorrerPendientes();
+    m.conexiones.estadoConexiones();
+    m.conexiones.habilitarSupervision();
+    Timer_VER_->habilitar(true);
+}
+
+void Arranque::informar(const Problemas& problemas) {
+    std::size_t escritos = 0;
+    for (const Problema& p : problemas.lista()) {
+        if (++escritos > kProblemasEnElLog) break;
+        motor_.log.escribirLog("DRIVER", "Configuracion", textoDeProblema(p));
+    }
+    const std::size_t callados =
+        problemas.demas() + problemas.lista().size() - std::min(problemas.lista().size(), escritos);
+    if (callados > 0)
+        motor_.log.escribirLog("DRIVER", "Configuracion",
+                               "y " + textoDeNumero(static_cast<double>(callados)) +
+                                   " problemas mas; vea --comprobar");
+}
+
+void Arranque::MnuOcultar() {
+    motor_.ajustes.escribirConfiguracion("VER", "0");
+    motor_.vista.Form1Visible = false;
+}
+
+void Arranque::Timer_VER_Timer() {
+    const bool ver = motor_.ajustes.leerConfiguracion("VER", "0") == "1";
+    motor_.vista.Form1Visible = ver;
+    if (!ver) motor_.vista.FrmServerTCPVisible = false;
+}
+
+} // namespace kv

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "config/listas.h"
+#include "config/validacion.h"
+#include "core/start/motor.h"
+#include "platform/procesos.h"
+
+#include <memory>
+
+namespace kv {
+
+/// Builds the runtime records from the configuration that was read: ports, then stations, then
+/// blocks. Records that the check has found to be unusable are passed over.
+void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
+                           const Validacion& validacion);
+
+/// Start-up and the life of the program's visibility. One per process.
+class Arranque {
+  public:
+    Arranque(Motor& motor, Procesos& procesos);
+
+    /// False when the program runs already: the message was shown and VER=1 written, nothing else.
+    [[nodiscard]] bool soyElUnico();
+    /// The whole sequence, from the configuration to the supervision of the connections.
+    void arrancar();
+    /// The hide command: the window goes at the next look at the setting.
+    void MnuOcultar();
+
+  private:
+    void informar(const Problemas& problemas);
+    void Timer_VER_Timer();
+
+    Motor& motor_;
+    Procesos& procesos_;
+    std::unique_ptr<Temporizador> Timer_VER_;
+};
+
+} // namespace kv

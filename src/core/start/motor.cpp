@@ -1,0 +1,79 @@
+#include "core/start/motor.h"
+
+#include "text/numeros.h"
+
+#include <exception>
+
+namespace kv {
+
+Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
+    : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta), sello(bucle_.reloj()),
+      log(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
+      guion(bucle_, archivos_, scriptControl, vista),
+      publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
+      turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),
+      recepcion(tablas, turnos, bucle_, vista, sello, log, guion),
+      lectura(tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
+      modelo(tablas, conexiones, publicacion, vista, sello, Timer1_Bloques),
+      poleo(bucle_, tablas, turnos, vista, sello, Timer1_Bloques),
+      tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques) {
+    turnos.avisarA(this);
+    conexiones.avisarA(this);
+    conexiones.recibirCon(&recepcion);
+    recepcion.interpretarCon(this);
+    Timer1_Bloques.alTic([this](std::size_t bloque) {
+        try {
+            poleo.Timer1_Bloques_Timer(bloque);
+        } catch (const std::exception& falla) {
+            log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
+        }
+    });
+    bucle.alFinalDeVuelta([this] { ajustes.vueltaNueva(); });
+}
+
+double Motor::ajuste(const AjusteNumerico& cual) {
+    return ajustes.leerTiempo(
+        cual, [this](std::string_view clave, const std::string& texto, double usado) {
+            log.escribirLog("DRIVER", "Ajustes",
+                            std::string(clave) + "=" + texto + ": valor no valido, se usa " +
+                                textoDeNumero(usado));
+        });
+}
+
+void Motor::alVencerTiempoFuera(Indice conexion) { tiemposFuera.ticDeLectura(conexion); }
+
+void Motor::alQuedarLibre(Indice conexion) { poleo.alTerminarPausa(conexion); }
+
+void Motor::alFallar(Indice conexion, const char* que) {
+    log.escribirLog("DRIVER", "Turno de conexion",
+                    tablas.conexiones[conexion].ip + ":" + tablas.conexiones[conexion].puertoTCP,
+                    que);
+}
+
+void Motor::interpretarTramaRecepcionada_OK(Indice conexion) {
+    lectura.interpretarTramaRecepcionada_OK(conexion);
+}
+
+void Motor::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
+    turnos.pausar(conexion); // nothing writes yet, so nothing answers a write
+}
+
+void Motor::respuestaDudosa(Indice conexion) { turnos.pausar(conexion); }
+
+void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
+
+void Motor::desActivarPoling_En_Socket(Indice conexion) {
+    poleo.desActivarPoling_En_Socket(conexion);
+}
+
+void Motor::establecerBAD_En_Socket(Indice conexion) {
+    publicacion.establecerBAD_En_Socket(conexion);
+}
+
+double Motor::tiempoEntrePoleo() { return ajuste(kTiempoEntrePoleo); }
+double Motor::baseDeSolicitudes() { return ajuste(kBaseSolicitarConexiones); }
+double Motor::intervalosEnEstadoConectando() { return ajuste(kIntervalosConectando); }
+double Motor::intervalosDeConectarSeguidos() { return ajuste(kIntervalosDeConectar); }
+double Motor::intervalosTiempoFuera() { return ajuste(kIntervalosFuera); }
+
+} // namespace kv

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "config/ajustes.h"
+#include "core/model/modelo.h"
+#include "core/tables/tablas.h"
+#include "link/conexiones.h"
+#include "link/lectura.h"
+#include "link/recepcion.h"
+#include "link/turno.h"
+#include "log/archivo_log.h"
+#include "platform/archivos.h"
+#include "platform/arreglo_de_temporizadores.h"
+#include "platform/bucle.h"
+#include "platform/sello.h"
+#include "poll/poleo.h"
+#include "poll/tiempos_fuera.h"
+#include "script/ScriptControl.h"
+#include "script/guion.h"
+#include "script/publicacion.h"
+#include "ui/view/vista.h"
+
+#include <string>
+
+namespace kv {
+
+inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
+
+/// The engine: every part of the driver that needs no window, made once and joined. It decides
+/// nothing; it is the one place that knows who answers to whom.
+class Motor final : private AlTerminarElTurno,
+                    private InterpretesDeRespuestas,
+                    private AlCambiarConexion,
+                    private AjustesDeConexion {
+  public:
+    /// The loop and the files must outlive the engine. `carpeta` is the program's folder.
+    Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta);
+    Motor(const Motor&) = delete;
+    Motor& operator=(const Motor&) = delete;
+
+    /// Reads a setting that is a number, logging what is wrong with it once.
+    [[nodiscard]] double ajuste(const AjusteNumerico& cual);
+
+    // In the order of the road of a value, which is also the order in which they are made.
+    Bucle& bucle;
+    Archivos& archivos;
+    Ajustes ajustes;
+    Sello sello;
+    ArchivoLog log;
+    Vista vista;
+    Tablas tablas;
+    ScriptControl scriptControl;
+    Guion guion;
+    Publicacion publicacion;
+    ArregloDeTemporizadores Timer1_Bloques;
+    Turnos turnos;
+    GestorDeConexiones conexiones;
+    Recepcion recepcion;
+    Lectura lectura;
+    Modelo modelo;
+    Poleo poleo;
+    TiemposFuera tiemposFuera;
+
+  private:
+    void alVencerTiempoFuera(Indice conexion) override;
+    void alQuedarLibre(Indice conexion) override;
+    void alFallar(Indice conexion, const char* que) override;
+    void interpretarTramaRecepcionada_OK(Indice conexion) override;
+    void interpretarTramaRecepcionada_PorEscritura(Indice conexion) override;
+    void respuestaDudosa(Indice conexion) override;
+    void activarPoling_En_Socket(Indice conexion) override;
+    void desActivarPoling_En_Socket(Indice conexion) override;
+    void establecerBAD_En_Socket(Indice conexion) override;
+    double tiempoEntrePoleo() override;
+    double baseDeSolicitudes() override;
+    double intervalosEnEstadoConectando() override;
+    double intervalosDeConectarSeguidos() override;
+    double intervalosTiempoFuera() override;
+};
+
+} // namespace kv

@@ -1,0 +1,162 @@
+// Late answers carry no name. None may be stored under another register's.
+
+#include "apoyo/planta.h"
+#include "core/tables/respuestas_debidas.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace kv {
+namespace {
+
+/// Runs a plant in which every register has a value of its own, and counts values in a wrong place.
+class Atrasadas : public testing::Test {
+  protected:
+    Planta& plantaDe(Configuracion c) {
+        planta = std::make_unique<Planta>(c);
+        planta->bucle.alTerminarCadaSuceso([this] { vigilar(); });
+        return *planta;
+    }
+    void vigilar() {
+        Tablas& t = planta->motor.tablas;
+        for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
+            const BloqueLectura& b = t.bloques[i];
+            const int propio = b.tramaSolicitud[1] * 100 + b.tramaSolicitud[3];
+            if (b.estados[0] == 6 && b.valores[0] != propio) ++enOtroLugar;
+        }
+    }
+    static Configuracion dosRegistros(const Configuracion::Puerto& puerto = {}) {
+        return Configuracion()
+            .puerto(puerto)
+            .estacion(1, "10.0.0.1", 1)
+            .estacion(2, "10.0.0.1", 2)
+            .bloque(1, "10", "2")
+            .bloque(1, "11", "3")
+            .bloque(2, "12", "4");
+    }
+    std::unique_ptr<Planta> planta;
+    int enOtroLugar = 0;
+};
+
+} // namespace
+
+TEST_F(Atrasadas, UnaEstacionAlgoMasLentaQueSuTiempoFuera) {
+    auto& p = plantaDe(dosRegistros());
+    auto& plc = p.en("10.0.0.1");
+    plc.demora = [](const Solicitud&) { return 5100.0; };
+    p.arrancarYConectar();
+    p.avanzar(600'000);
+    EXPECT_EQ(enOtroLugar, 0);
+    EXPECT_TRUE(p.ok(0) && p.ok(1) && p.ok(2)) << "a late answer of the same register counts";
+    EXPECT_EQ(plc.conexiones, 1);
+}
+
+TEST_F(Atrasadas, UnaDosVecesYMediaMasLenta) {
+    for (const char* reintentos : {"0", "1", "3"}) {
+        auto& p = plantaDe(dosRegistros({"5", reintentos, "30"}));
+        auto& plc = p.en("10.0.0.1");
+        plc.demora = [](const Solicitud&) { return 12'500.0; };
+        p.arrancarYConectar();
+        p.avanzar(900'000);
+        EXPECT_EQ(enOtroLugar, 0) << reintentos;
+        EXPECT_GT(plc.pedidos.size(), 30U) << "it goes on asking";
+    }
+}
+
+TEST_F(Atrasadas, UnaLentaQueAtiendeDeAUnaPorVez) {
+    auto& p = plantaDe(dosRegistros());
+    auto& plc = p.en("10.0.0.1");
+    double libre = 0;
+    plc.demora = [&](const Solicitud&) {
+        libre = std::max(libre, p.ahoraMs()) + 7000;
+        return libre - p.ahoraMs();
+    };
+    p.arrancarYConectar();
+    p.avanzar(900'000);
+    EXPECT_EQ(enOtroLugar, 0);
+}
+
+TEST_F(Atrasadas, UnCorteDeRedQueEntregaTodoJunto) {
+    for (const double cortada : {6'000.0, 22'000.0, 47'000.0, 300'000.0}) {
+        auto& p = plantaDe(dosRegistros());
+        auto& plc = p.en("10.0.0.1");
+        plc.demora = [](const Solicitud&) { return 50.0; };
+        p.arrancarYConectar();
+        p.avanzar(5000);
+        ASSERT_TRUE(p.ok(0) && p.ok(1) && p.ok(2));
+        p.bucle.red().interrumpir(plc.enlace());
+        p.avanzar(cortada);
+        p.bucle.red().reanudar(plc.enlace());
+        p.avanzar(90'000);
+        EXPECT_EQ(enOtroLugar, 0) << cortada;
+        EXPECT_TRUE(p.ok(0) && p.ok(1) && p.ok(2)) << cortada;
+        EXPECT_EQ(plc.conexiones, 1) << cortada;
+    }
+}
+
+TEST_F(Atrasadas, UnCorteTrasElCualLaEstacionContestaUnaPorSegundo) {
+    auto& p = plantaDe(dosRegistros());
+    auto& plc = p.en("10.0.0.1");
+    double libre = 0;
+    plc.demora = [&](const Solicitud&) {
+        libre = std::max(libre, p.ahoraMs()) + 1000;
+        return libre - p.ahoraMs();
+    };
+    p.arrancarYConectar();
+    p.avanzar(20'000);
+    ASSERT_TRUE(p.ok(0) && p.ok(1) && p.ok(2));
+    for (int vez = 0; vez < 10; ++vez) {
+        p.bucle.red().interrumpir(plc.enlace());
+        p.avanzar(21'300 + vez * 777);
+        p.bucle.red().reanudar(plc.enlace());
+        p.avanzar(120'000);
+        EXPECT_EQ(enOtroLugar, 0) << vez;
+        EXPECT_TRUE(p.ok(0) && p.ok(1) && p.ok(2)) << vez;
+    }
+}
+
+TEST_F(Atrasadas, DemorasAlAzarConUnaEstacionMuertaEnLaMismaDireccion) {
+    for (unsigned semilla = 1; semilla <= 20; ++semilla) {
+        auto& p = plantaDe(dosRegistros());
+        auto& plc = p.en("10.0.0.1");
+        std::mt19937 azar(semilla);
+        plc.demora = [&azar](const Solicitud& s) -> std::optional<double> {
+            if (s[1] == 2 || azar() % 20 == 0) return std::nullopt;
+            return static_cast<double>(azar() % 10 == 0 ? azar() % 13'000 : azar() % 300);
+        };
+        p.arrancarYConectar();
+        p.avanzar(3'600'000);
+        EXPECT_EQ(enOtroLugar, 0) << "seed " << semilla;
+        EXPECT_EQ(plc.conexiones, 1) << "seed " << semilla;
+    }
+}
+
+TEST(RespuestasDebidas, UnEnlaceSanoNoEsperaNunca) {
+    RespuestasDebidas d;
+    std::int64_t ahora = 0;
+    for (RespuestasDebidas::Registro r = 1; r < 100; ++r) {
+        EXPECT_EQ(d.esperaAntesDe(r, ahora), 0);
+        d.alEnviar(r, ahora, 5000);
+        EXPECT_TRUE(d.alRecibir(r, ahora += 20));
+        ahora += 800;
+    }
+    EXPECT_EQ(d.atrasadas(), 0U);
+}
+
+TEST(RespuestasDebidas, UnaLineaQueNoCallaSeReabre) {
+    auto config = Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "2");
+    Planta p(config);
+    auto& plc = p.en("10.0.0.1");
+    p.arrancarYConectar();
+    for (int s = 0; s < 90; ++s) { // answers that nobody asked for, every second
+        plc.mandar(respuestaCon(77));
+        p.avanzar(1000);
+    }
+    EXPECT_GT(plc.conexiones, 1);
+    p.avanzar(60'000);
+    EXPECT_TRUE(p.ok(0));
+    EXPECT_EQ(p.valor(0), 116);
+}
+
+} // namespace kv

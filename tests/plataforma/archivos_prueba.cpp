@@ -1,0 +1,66 @@
+#include "platform/epoll/sistema.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <unistd.h>
+
+namespace kv {
+namespace fs = std::filesystem;
+
+class EnDisco : public testing::Test {
+  protected:
+    EnDisco() {
+        std::string plantilla = (fs::temp_directory_path() / "kvXXXXXX").string();
+        carpeta = mkdtemp(plantilla.data());
+    }
+    ~EnDisco() override { fs::remove_all(carpeta); }
+    std::string carpeta;
+    ArchivosReales archivos;
+};
+
+TEST_F(EnDisco, CajaYBarrasNoImportan) {
+    ASSERT_TRUE(archivos.crearCarpeta(carpeta + "\\Sub"));
+    ASSERT_TRUE(archivos.reemplazar(carpeta + "\\Sub\\Sis_Config.ini", "a"));
+    EXPECT_EQ(archivos.leer(carpeta + "/sub/SIS_CONFIG.INI", 10), "a");
+    ASSERT_TRUE(archivos.reemplazar(carpeta + "\\SUB\\sis_config.INI", "b"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(carpeta + "/Sub"), fs::directory_iterator{}), 1)
+        << "the same file under both spellings, and no temporary one left";
+    EXPECT_TRUE(archivos.existe(carpeta + "/SUB")) << "a folder exists too";
+    EXPECT_FALSE(archivos.existe(carpeta + "/Sub/otro"));
+}
+
+TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
+    EXPECT_FALSE(archivos.leer(carpeta, 10)) << "a folder is no file";
+    EXPECT_FALSE(archivos.leer(carpeta + "/nada", 10));
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "0123456789"));
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "!"));
+    EXPECT_FALSE(archivos.leer(carpeta + "/f", 10)) << "larger than asked for";
+    EXPECT_EQ(archivos.leer(carpeta + "/f", 11), "0123456789!");
+    EXPECT_FALSE(archivos.reemplazar(carpeta + "/no/existe/f", "x"));
+    EXPECT_FALSE(archivos.agregar(carpeta + "/no/existe/f", "x"));
+}
+
+TEST_F(EnDisco, LaHuellaCambiaConElContenido) {
+    archivos.reemplazar(carpeta + "/f", "uno");
+    const auto antes = archivos.huella(carpeta + "/f");
+    EXPECT_EQ(archivos.huella(carpeta + "/f"), antes);
+    archivos.reemplazar(carpeta + "/f", "dos");
+    EXPECT_NE(archivos.huella(carpeta + "/f"), antes);
+    EXPECT_FALSE(archivos.huella(carpeta + "/g").existe);
+}
+
+TEST_F(EnDisco, LaCarpetaEsDeUnoSoloMientrasViva) {
+    ProcesosReales otro;
+    {
+        ProcesosReales uno;
+        EXPECT_TRUE(uno.tomarCarpeta(carpeta));
+        EXPECT_FALSE(otro.tomarCarpeta(carpeta));
+    }
+    EXPECT_TRUE(otro.tomarCarpeta(carpeta));
+    const auto nombres = otro.nombres();
+    ASSERT_TRUE(nombres);
+    EXPECT_NE(std::find(nombres->begin(), nombres->end(), "prueba_plataforma"), nombres->end());
+}
+
+} // namespace kv

@@ -1,0 +1,222 @@
+// The same rules on both loops: what the simulated one promises, the real one keeps.
+
+#include "platform/epoll/bucle_epoll.h"
+#include "platform/simulated/bucle_simulado.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kv {
+namespace {
+
+/// Gathers what a socket tells, and can be told what to do about it.
+class Oyente final : public OyenteDeZocalo {
+  public:
+    void alConectar(std::size_t /*indice*/) override { suceso += "conectado;"; }
+    void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override {
+        const std::string texto(bytes.begin(), bytes.end());
+        datos += texto;
+        if (alLlegar) alLlegar(indice, texto);
+    }
+    void alCortarse(std::size_t /*indice*/) override { suceso += "cortado;"; }
+    void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) override {
+        suceso += "pedido;";
+        if (alPedir) alPedir();
+    }
+    std::string datos, suceso;
+    std::function<void(std::size_t, const std::string&)> alLlegar;
+    std::function<void()> alPedir;
+};
+
+std::span<const std::uint8_t> bytes(std::string_view texto) {
+    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()}; // NOLINT
+}
+
+/// Turns a real loop until `listo` says so; a test that never gets there fails by its time limit.
+void correrHasta(BucleEpoll& bucle, const std::function<bool()>& listo) {
+    const auto vigia = bucle.crearTemporizador([] {});
+    vigia->rearmar(1);
+    bucle.alFinalDeVuelta([&bucle, &listo] {
+        if (listo()) bucle.detener();
+    });
+    bucle.correr();
+}
+
+} // namespace
+
+TEST(BucleEpoll, ConectaEscuchaHablaYCierra) {
+    BucleEpoll bucle;
+    Oyente del, delOtro;
+    const auto servidor = bucle.crearZocalo(delOtro, 0);
+    delOtro.alPedir = [&] { servidor->aceptar(); };
+    servidor->escuchar("127.0.0.1", 0);
+    ASSERT_EQ(servidor->estado(), EstadoZocalo::Escuchando) << servidor->motivo();
+    const auto cliente = bucle.crearZocalo(del, 0);
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    EXPECT_EQ(cliente->estado(), EstadoZocalo::Conectando);
+    delOtro.alLlegar = [&](std::size_t, const std::string& t) {
+        EXPECT_TRUE(servidor->enviar(bytes("<" + t + ">")));
+        if (t == "fin") servidor->cerrar();
+    };
+    bool dicho = false;
+    const std::function<bool()> listo = [&] {
+        if (!dicho && cliente->estado() == EstadoZocalo::Conectado)
+            dicho = cliente->enviar(bytes("fin"));
+        return cliente->estado() == EstadoZocalo::CerradoPorElOtro;
+    };
+    correrHasta(bucle, listo);
+    EXPECT_EQ(del.datos, "<fin>");
+    EXPECT_EQ(del.suceso, "conectado;cortado;");
+    EXPECT_EQ(cliente->conexiones(), 1U);
+    EXPECT_FALSE(cliente->enviar(bytes("x")));
+}
+
+TEST(BucleEpoll, UnPuertoCerradoYUnaDireccionImposibleSonErrores) {
+    BucleEpoll bucle;
+    Oyente oyente;
+    const auto malo = bucle.crearZocalo(oyente, 0);
+    malo->conectar("planta.local", 502);
+    EXPECT_EQ(malo->estado(), EstadoZocalo::Error);
+    const auto ocupa = bucle.crearZocalo(oyente, 0);
+    ocupa->escuchar("127.0.0.1", 0);
+    const auto puerto = ocupa->puertoLocal();
+    malo->escuchar("127.0.0.1", puerto);
+    EXPECT_EQ(malo->estado(), EstadoZocalo::Error);
+    EXPECT_FALSE(malo->motivo().empty());
+    ocupa->cerrar();
+    malo->conectar("127.0.0.1", puerto);
+    const std::function<bool()> listo = [&] { return malo->estado() == EstadoZocalo::Error; };
+    correrHasta(bucle, listo);
+    EXPECT_EQ(oyente.suceso, "cortado;");
+}
+
+TEST(BucleEpoll, QuienNoLeeEsCerradoEnElLimiteYSinBloquear) {
+    BucleEpoll bucle;
+    Oyente oyente, callado;
+    const auto servidor = bucle.crearZocalo(oyente, 0);
+    oyente.alPedir = [&] { servidor->aceptar(); };
+    servidor->escuchar("127.0.0.1", 0);
+    // A listener that never accepts: the kernel connects and nobody reads.
+    const auto sordo = bucle.crearZocalo(callado, 1);
+    sordo->escuchar("127.0.0.1", 0);
+    const auto cliente = bucle.crearZocalo(callado, 2);
+    cliente->limitarCola(1 << 20);
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    const std::function<bool()> unidos = [&] {
+        return cliente->estado() == EstadoZocalo::Conectado &&
+               servidor->estado() == EstadoZocalo::Conectado;
+    };
+    correrHasta(bucle, unidos);
+    const std::string trozo(100'000, 'x');
+    std::size_t enviados = 0;
+    while (cliente->enviar(bytes(trozo)) && enviados < 1000)
+        ++enviados;
+    EXPECT_LT(enviados, 1000U);
+    EXPECT_EQ(cliente->estado(), EstadoZocalo::Error);
+}
+
+TEST(BucleEpoll, LosEnviosAgrupadosSalenAlFinalDeLaVuelta) {
+    BucleEpoll bucle;
+    Oyente del, delOtro;
+    const auto servidor = bucle.crearZocalo(delOtro, 0);
+    int llegadas = 0;
+    delOtro.alPedir = [&] { servidor->aceptar(); };
+    delOtro.alLlegar = [&](std::size_t, const std::string&) { ++llegadas; };
+    servidor->escuchar("127.0.0.1", 0);
+    const auto cliente = bucle.crearZocalo(del, 0);
+    cliente->agruparEnvios(true);
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    bool dicho = false;
+    const std::function<bool()> listo = [&] {
+        if (!dicho && cliente->estado() == EstadoZocalo::Conectado) {
+            for (int i = 0; i < 1000; ++i)
+                cliente->enviar(bytes("abc"));
+            dicho = true;
+            EXPECT_EQ(cliente->enCola(), 3000U);
+        }
+        return delOtro.datos.size() == 3000;
+    };
+    correrHasta(bucle, listo);
+    EXPECT_LE(llegadas, 2);
+}
+
+TEST(Bucles, LasLlegadasVanAntesQueLosTiemposVencidosTrasUnaParada) {
+    BucleSimulado bucle;
+    Oyente oyente;
+    class Eco final : public ExtremoSimulado {
+      public:
+        explicit Eco(RedSimulada& r) : red(r) {}
+        void alRecibir(IdEnlace e, std::span<const std::uint8_t> b) override { red.enviar(e, b); }
+        RedSimulada& red;
+    } eco(bucle.red());
+    bucle.red().atender("10.0.0.1", 502, eco);
+    const auto z = bucle.crearZocalo(oyente, 0);
+    z->conectar("10.0.0.1", 502);
+    bucle.avanzar(10);
+    ASSERT_EQ(z->estado(), EstadoZocalo::Conectado);
+    std::string orden;
+    oyente.alLlegar = [&](std::size_t, const std::string&) { orden += "llegada "; };
+    const auto t = bucle.crearTemporizador([&] { orden += "tiempo "; });
+    t->rearmar(5);
+    z->enviar(bytes("hola"));
+    bucle.avanzarUs(250); // the answer is on its way back
+    bucle.demorar(1000);
+    bucle.avanzar(0);
+    EXPECT_EQ(orden, "llegada tiempo ");
+}
+
+TEST(Bucles, DejarCorrerAnidaUnaVezYNoMas) {
+    BucleSimulado bucle;
+    std::string orden;
+    int hondo = 0;
+    std::vector<std::unique_ptr<Temporizador>> ts;
+    for (int i = 0; i < 4; ++i) {
+        ts.push_back(bucle.crearTemporizador([&, i] {
+            ts[static_cast<std::size_t>(i)]->habilitar(false);
+            orden += "(" + std::to_string(i);
+            EXPECT_LT(++hondo, 3);
+            bucle.dejarCorrerPendientes();
+            --hondo;
+            orden += ")";
+        }));
+        ts.back()->rearmar(10);
+    }
+    bucle.avanzar(10);
+    EXPECT_EQ(orden, "(0(1)(2)(3))");
+}
+
+TEST(RedSimulada, UnEnlaceInterrumpidoGuardaYEntregaAlVolver) {
+    BucleSimulado bucle;
+    Oyente oyente;
+    class Otro final : public ExtremoSimulado {
+      public:
+        void alConectar(IdEnlace e) override { enlace = e; }
+        void alRecibir(IdEnlace /*e*/, std::span<const std::uint8_t> b) override {
+            datos.append(b.begin(), b.end());
+        }
+        IdEnlace enlace = 0;
+        std::string datos;
+    } otro;
+    bucle.red().atender("10.0.0.1", 502, otro);
+    const auto z = bucle.crearZocalo(oyente, 0);
+    z->conectar("10.0.0.1", 502);
+    bucle.avanzar(10);
+    bucle.red().interrumpir(otro.enlace);
+    z->enviar(bytes("uno"));
+    bucle.red().enviar(otro.enlace, bytes("x"));
+    bucle.avanzar(60'000);
+    z->enviar(bytes("dos"));
+    bucle.avanzar(1000);
+    EXPECT_EQ(otro.datos + oyente.datos, "");
+    bucle.red().reanudar(otro.enlace);
+    bucle.avanzar(10);
+    EXPECT_EQ(otro.datos, "unodos");
+    EXPECT_EQ(oyente.datos, "x");
+    bucle.red().rechazar("10.0.0.1", 502);
+    z->conectar("10.0.0.1", 502);
+    bucle.avanzar(10);
+    EXPECT_EQ(z->estado(), EstadoZocalo::Error);
+}
+
+} // namespace kv
