@@ -1,0 +1,173 @@
+#include "estaciones_de_banco.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <numeric>
+#include <sys/epoll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <unordered_map>
+#include <vector>
+
+namespace kv::banco {
+namespace {
+
+double ahoraMs() {
+    timespec t{};
+    clock_gettime(CLOCK_MONOTONIC, &t);
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
+}
+
+/// The stations' process: one epoll, no more.
+class Hijo {
+  public:
+    Hijo(int escucha, int ordenes, int informes)
+        : escucha_(escucha), ordenes_(ordenes), informes_(informes), epoll_(epoll_create1(0)) {
+        vigilar(escucha_);
+        vigilar(ordenes_);
+    }
+    [[noreturn]] void correr() {
+        std::array<epoll_event, 512> sucesos; // NOLINT: filled by the kernel
+        for (;;) {
+            const int n = epoll_wait(epoll_, sucesos.data(), sucesos.size(), -1);
+            for (int i = 0; i < n; ++i) {
+                const int d = sucesos[static_cast<std::size_t>(i)].data.fd;
+                if (d == escucha_) {
+                    aceptar();
+                } else if (d == ordenes_) {
+                    obedecer();
+                } else {
+                    contestar(d);
+                }
+            }
+        }
+    }
+
+  private:
+    void vigilar(int d) const {
+        epoll_event e{};
+        e.events = EPOLLIN;
+        e.data.fd = d;
+        epoll_ctl(epoll_, EPOLL_CTL_ADD, d, &e);
+    }
+    void aceptar() {
+        const int d = accept4(escucha_, nullptr, nullptr, SOCK_NONBLOCK);
+        if (d < 0) return;
+        const int si = 1;
+        setsockopt(d, IPPROTO_TCP, TCP_NODELAY, &si, sizeof si);
+        vigilar(d);
+    }
+    void contestar(int d) {
+        std::array<std::uint8_t, 7> pedido; // NOLINT: filled by recv
+        const ssize_t n = recv(d, pedido.data(), pedido.size(), 0);
+        if (n <= 0) {
+            close(d);
+            ultimos_.erase(d);
+            return;
+        }
+        const double ahora = ahoraMs();
+        const auto [ultimo, nuevo] = ultimos_.try_emplace(d, 0);
+        if (!nuevo && ultimo->second > 0) atrasos_.push_back(ahora - ultimo->second);
+        ++valor_;
+        std::array<std::uint8_t, 8> r{7,
+                                      pedido[1],
+                                      0,
+                                      pedido[3],
+                                      0,
+                                      static_cast<std::uint8_t>(valor_ >> 8 & 0x7F),
+                                      static_cast<std::uint8_t>(valor_),
+                                      0};
+        r[7] = static_cast<std::uint8_t>(std::accumulate(r.begin() + 1, r.end() - 1, 0));
+        send(d, r.data(), r.size(), MSG_NOSIGNAL);
+        ultimo->second = ahoraMs();
+    }
+    void obedecer() {
+        char orden = 0;
+        if (read(ordenes_, &orden, 1) != 1) _exit(0);
+        if (orden == 'o') {
+            atrasos_.clear();
+            return;
+        }
+        Atrasos a{0, 0, 0, atrasos_.size()};
+        if (!atrasos_.empty()) {
+            std::sort(atrasos_.begin(), atrasos_.end());
+            a.minimoMs = atrasos_.front();
+            a.p50Ms = atrasos_[atrasos_.size() / 2];
+            a.p99Ms = atrasos_[atrasos_.size() * 99 / 100];
+        }
+        if (write(informes_, &a, sizeof a) != sizeof a) _exit(1);
+    }
+
+    int escucha_, ordenes_, informes_, epoll_;
+    std::unordered_map<int, double> ultimos_;
+    std::vector<double> atrasos_;
+    unsigned valor_ = 0;
+};
+
+} // namespace
+
+EstacionesDeBanco::EstacionesDeBanco() {
+    const int escucha = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_ANY);
+    socklen_t largo = sizeof a;
+    auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+    if (bind(escucha, generica, sizeof a) != 0 || listen(escucha, 4096) != 0) std::abort();
+    getsockname(escucha, generica, &largo);
+    puerto_ = ntohs(a.sin_port);
+    std::array<int, 2> haciaHijo{}, desdeHijo{};
+    if (pipe(haciaHijo.data()) != 0 || pipe(desdeHijo.data()) != 0) std::abort();
+    hijo_ = fork();
+    if (hijo_ == 0) {
+        close(haciaHijo[1]);
+        close(desdeHijo[0]);
+        Hijo(escucha, haciaHijo[0], desdeHijo[1]).correr();
+    }
+    close(escucha);
+    close(haciaHijo[0]);
+    close(desdeHijo[1]);
+    ordenes_ = haciaHijo[1];
+    informes_ = desdeHijo[0];
+}
+
+EstacionesDeBanco::~EstacionesDeBanco() {
+    close(ordenes_); // the child ends when nobody can give orders any more
+    waitpid(hijo_, nullptr, 0);
+    close(informes_);
+}
+
+void EstacionesDeBanco::olvidar() const {
+    if (write(ordenes_, "o", 1) != 1) std::abort();
+}
+
+Atrasos EstacionesDeBanco::atrasos() const {
+    Atrasos a{};
+    if (write(ordenes_, "i", 1) != 1 || read(informes_, &a, sizeof a) != sizeof a) std::abort();
+    return a;
+}
+
+double tiempoDeProcesador() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    const auto s = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+    };
+    return s(u.ru_utime) + s(u.ru_stime);
+}
+
+void permitirMuchosArchivos() {
+    rlimit r{};
+    getrlimit(RLIMIT_NOFILE, &r);
+    r.rlim_cur = r.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &r);
+}
+
+} // namespace kv::banco

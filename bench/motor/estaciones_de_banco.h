@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <sys/types.h>
+
+namespace kv::banco {
+
+/// What the stations saw between two of their own answers and the requests that followed.
+struct Atrasos {
+    double minimoMs; ///< shortest time from an answer to the next request on the same link
+    double p50Ms;
+    double p99Ms;
+    std::uint64_t cuantos;
+};
+
+/// Stations in a process of their own: they answer every request at once, each time with another
+/// value. They listen on all of 127.0.0.0/8, so that every connection has an address of its own.
+class EstacionesDeBanco {
+  public:
+    EstacionesDeBanco();
+    ~EstacionesDeBanco();
+    EstacionesDeBanco(const EstacionesDeBanco&) = delete;
+    EstacionesDeBanco& operator=(const EstacionesDeBanco&) = delete;
+    [[nodiscard]] std::uint16_t puerto() const { return puerto_; }
+    /// Forgets what was seen so far.
+    void olvidar() const;
+    [[nodiscard]] Atrasos atrasos() const;
+
+  private:
+    pid_t hijo_ = -1;
+    int ordenes_ = -1;
+    int informes_ = -1;
+    std::uint16_t puerto_ = 0;
+};
+
+/// Processor time of this process, seconds; not that of the stations.
+[[nodiscard]] double tiempoDeProcesador();
+/// As many open files as the machine allows.
+void permitirMuchosArchivos();
+
+} // namespace kv::banco
