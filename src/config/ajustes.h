@@ -1,0 +1,117 @@
+#pragma once
+
+#include "config/ini.h"
+#include "platform/archivos.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+inline constexpr std::string_view kArchivoDeAjustes = "sis_config.ini";
+inline constexpr std::string_view kSeccionDeAjustes = "DRIVER_KV2200";
+
+/// A setting that is a number: what it is when the file says nothing, and the range outside which
+/// it would stop a timer for ever, spin it or mean nothing.
+struct AjusteNumerico {
+    std::string_view clave;
+    double porDefecto;
+    double minimo;
+    double maximo;
+};
+
+inline constexpr AjusteNumerico kTiempoEntrePoleo{"Tiempo_Entre_poleo", 800, 0, 3'600'000};
+inline constexpr AjusteNumerico kBaseSolicitarConexiones{
+    "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000};
+inline constexpr AjusteNumerico kIntervalosConectando{"Cantidad_Intervalos_En_Estado_Conectando", 3,
+                                                      0, 1'000'000};
+inline constexpr AjusteNumerico kIntervalosDeConectar{"Cantidad_Intervalos_De_Conectar_Seguidos", 5,
+                                                      0, 1'000'000};
+inline constexpr AjusteNumerico kIntervalosFuera{
+    "Luego_De_Intentar_Conectar_Cuantos_Intervalos_Tiempo_Fuera", 3, 0, 1'000'000};
+inline constexpr AjusteNumerico kBaseKeepAlive{"BaseTiempoMilisegundos_KeepALive", 5000, 10,
+                                               3'600'000};
+inline constexpr AjusteNumerico kMaximosKeepAlive{"Maximos_Keep_ALive", 6, 0, 1'000'000};
+inline constexpr AjusteNumerico kIntervalosKeepAlive{"Intervalos_Para_KeepALive", 2, 0, 1'000'000};
+inline constexpr AjusteNumerico kPuertoEscucha{"PuertoEscucha", 1334, 1, 65535};
+
+/// All of them, for a check of the whole file.
+[[nodiscard]] std::span<const AjusteNumerico> ajustesNumericos();
+
+/// Told once for every bad text of a setting: which setting, the text, and the number used instead.
+using AvisoDeAjuste =
+    std::function<void(std::string_view clave, const std::string& texto, double usado)>;
+
+/// The settings of the driver and every other INI file. Files are parsed once per content, and
+/// looked at once per turn of the loop; what another program writes is seen in the next turn. Texts
+/// are UTF-8, files Windows-1252. Nothing throws.
+class Ajustes {
+  public:
+    /// `archivos` must outlive this object.
+    Ajustes(Archivos& archivos, std::string carpetaDelPrograma);
+
+    /// `porDefecto` when the file, the section or the key is missing; a value is cut to 254
+    /// characters.
+    [[nodiscard]] std::string leerIni(const std::string& archivo, std::string_view seccion,
+                                      std::string_view clave, std::string_view porDefecto);
+    /// Creates file, section and key as needed; line breaks become blanks. Failures are ignored,
+    /// and a file that exists but cannot be read is left alone.
+    void escribirIni(const std::string& archivo, std::string_view seccion, std::string_view clave,
+                     std::string_view valor);
+    /// A key of the settings file; one that is missing or empty is written with its default.
+    [[nodiscard]] std::string leerConfiguracion(std::string_view clave,
+                                                std::string_view porDefecto);
+    void escribirConfiguracion(std::string_view clave, std::string_view valor);
+    [[nodiscard]] bool existeArchivo(const std::string& ruta);
+
+    /// The setting's number. A text that is no number or lies outside the range gives the last good
+    /// number, else the default, and is told to `avisar`, which may be empty, once.
+    [[nodiscard]] double leerTiempo(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar);
+
+    /// Line of a value, 0 when there is none.
+    [[nodiscard]] std::size_t lineaDe(const std::string& archivo, std::string_view seccion,
+                                      std::string_view clave);
+    /// To be called at the end of every turn of the loop: allows the next look at the files.
+    void vueltaNueva() { ++vuelta_; }
+    /// From now on nothing is written, as on a read-only disk.
+    void noEscribir() { escribe_ = false; }
+
+    [[nodiscard]] const std::string& carpeta() const { return carpeta_; }
+    [[nodiscard]] const std::string& archivoDeAjustes() const { return archivoDeAjustes_; }
+    [[nodiscard]] Archivos& archivos() { return archivos_; }
+
+  private:
+    struct Copia {
+        HuellaDeArchivo huella;
+        Ini ini;
+        std::uint64_t mirada = 0; ///< the turn of the last look
+        bool valida = false;
+        bool leida = false; ///< false: could not be read, which is tried again every turn
+    };
+    struct Numero {
+        double ultimoBueno = 0;
+        std::string malo; ///< the bad text that was told last
+    };
+
+    [[nodiscard]] const Copia& copia(const std::string& archivo);
+    bool intentarEscribir(const std::string& archivo, std::string_view seccion,
+                          std::string_view clave, std::string_view valor);
+
+    Archivos& archivos_;
+    std::string carpeta_;
+    std::string archivoDeAjustes_;
+    std::map<std::string, Copia, std::less<>> copias_;
+    std::map<std::string, Numero, std::less<>> numeros_;
+    /// Defaults that could not be written back to the settings file with the mark below: tried
+    /// again when the file changes.
+    std::set<std::string, std::less<>> negados_;
+    HuellaDeArchivo huellaNegada_;
+    std::uint64_t vuelta_ = 1;
+    bool escribe_ = true;
+};
+
+} // namespace kv

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "config/proyecto.h"
+#include "config/validacion.h"
+
+#include <string>
+
+namespace kv {
+
+/// What a check prints, and how the program ends: 0 without problems, 1 with.
+struct Comprobacion {
+    std::string informe;
+    int resultado = 0;
+};
+
+/// Reads settings and configuration as a start would, without writing anything from now on.
+[[nodiscard]] Comprobacion comprobar(Ajustes& ajustes);
+
+/// The report of what would be built and of every problem, each on a line of its own. Its length is
+/// bounded however large the plant is.
+[[nodiscard]] std::string informeDe(const ConfiguracionLeida& configuracion,
+                                    const Validacion& validacion);
+
+/// Tells every numeric setting that is no number or out of its range, each with file and line.
+void revisarAjustes(Ajustes& ajustes, Problemas& problemas);
+
+} // namespace kv

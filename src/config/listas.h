@@ -1,0 +1,32 @@
+#pragma once
+
+#include "config/problema.h"
+#include "core/tables/registros.h"
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+/// The configuration as it was read, before anything is built from it, and beside every record the
+/// line of the file that it begins on.
+struct ListasDeConfiguracion {
+    std::string archivo;
+    std::vector<Puerto> puertos;
+    std::vector<Estacion> estaciones;
+    std::vector<ConfiguracionDeBloque> bloques;
+    std::vector<std::uint32_t> lineasDePuertos;
+    std::vector<std::uint32_t> lineasDeEstaciones;
+    std::vector<std::uint32_t> lineasDeBloques;
+};
+
+/// The number by which stations and blocks name their port: a whole number from 1 to 32767, or 0
+/// for a port that cannot be built.
+[[nodiscard]] inline std::int16_t puertoDeRegistros(double numero) {
+    const bool sirve = numero >= 1 && numero <= 32767 && numero == std::floor(numero);
+    return sirve ? static_cast<std::int16_t>(numero) : std::int16_t{0};
+}
+
+} // namespace kv

@@ -1,0 +1,43 @@
+#include "config/problema.h"
+
+#include "text/windows1252.h"
+
+#include <cstdint>
+
+namespace kv {
+
+void Problemas::agregar(std::string_view archivo, std::size_t linea, std::string que,
+                        std::string consecuencia) {
+    if (lista_.size() == kMaximo) {
+        ++demas_;
+        return;
+    }
+    lista_.push_back({std::string(archivo), linea, std::move(que), std::move(consecuencia)});
+}
+
+std::string textoDeProblema(const Problema& problema) {
+    return rutaLegible(problema.archivo) + ":" + std::to_string(problema.linea) + ": " +
+           problema.que + "; " + problema.consecuencia;
+}
+
+std::string rutaLegible(std::string_view ruta) {
+    std::string texto(ruta);
+    if (texto.starts_with('/') || texto.starts_with("./")) {
+        for (char& c : texto) {
+            if (c == '\\') c = '/';
+        }
+    }
+    return texto;
+}
+
+std::string citar(std::string_view bytes) {
+    constexpr std::size_t kVisibles = 60;
+    std::string visible(bytes.substr(0, kVisibles));
+    for (char& c : visible) {
+        const auto b = static_cast<std::uint8_t>(c);
+        if (b < 0x20 || b == 0x7F) c = '?';
+    }
+    return "\"" + utf8DesdeWindows1252(visible) + (bytes.size() > kVisibles ? "…\"" : "\"");
+}
+
+} // namespace kv

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kv {
+
+/// Something wrong in a file of the field, told to the engineer who will mend it: where it is, what
+/// it is and what happens because of it. Texts are Spanish, in UTF-8.
+struct Problema {
+    std::string archivo;
+    std::size_t linea = 0; ///< counted from 1; 0 when the whole file is meant
+    std::string que;
+    std::string consecuencia;
+};
+
+/// The problems found, in the order in which they were found. The first thousand are kept, the
+/// others only counted.
+class Problemas {
+  public:
+    static constexpr std::size_t kMaximo = 1000;
+    void agregar(std::string_view archivo, std::size_t linea, std::string que,
+                 std::string consecuencia);
+    [[nodiscard]] const std::vector<Problema>& lista() const { return lista_; }
+    /// How many were found beyond those kept.
+    [[nodiscard]] std::size_t demas() const { return demas_; }
+    [[nodiscard]] bool ninguno() const { return lista_.empty(); }
+
+  private:
+    std::vector<Problema> lista_;
+    std::size_t demas_ = 0;
+};
+
+/// "FILE:LINE: what; consequence".
+[[nodiscard]] std::string textoDeProblema(const Problema& problema);
+
+/// A path as this machine shows it: from a folder with "/" separators, all are "/".
+[[nodiscard]] std::string rutaLegible(std::string_view ruta);
+
+/// Bytes of a field file as a message quotes them: in quotes, in UTF-8, at most 60 characters, none
+/// of them a control character.
+[[nodiscard]] std::string citar(std::string_view bytes);
+
+} // namespace kv

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "config/ajustes.h"
+#include "config/exportacion.h"
+#include "config/listas.h"
+
+#include <string>
+
+namespace kv {
+
+/// Which configuration the driver reads, derived from the settings file.
+struct Ubicacion {
+    std::string rutaProyecto; ///< as the settings say; empty when they name none
+    std::string rutaConfiguracion;
+    std::string nombreProyecto; ///< what the main window shows
+    std::string rutaExportacion;
+    bool desdeExportacion = false;
+};
+
+/// Derives the paths and tells what is wrong with the project's path. A path without a folder of
+/// its own is looked for in the program's folder.
+[[nodiscard]] Ubicacion ubicarConfiguracion(Ajustes& ajustes, Problemas& problemas);
+
+/// A configuration as it was found and read.
+struct ConfiguracionLeida {
+    Ubicacion ubicacion;
+    ListasDeConfiguracion listas;
+    Problemas problemas;
+};
+
+/// Locates the configuration and reads it: the project's export where there is one, else the INI
+/// file at the configuration path.
+[[nodiscard]] ConfiguracionLeida leerConfiguracionUbicada(Ajustes& ajustes,
+                                                          const MensajeDeError& mensaje);
+
+} // namespace kv

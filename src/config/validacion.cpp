@@ -1,0 +1,303 @@
+#include "config/validacion.h"
+
+#include "config/direccion.h"
+#include "core/tables/bases.h"
+#include "link/Modulo_Tramas_KV2200.h"
+#include "text/numeros.h"
+#include "text/windows1252.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace kv {
+namespace {
+
+constexpr double kAnioEnSegundos = 31'536'000;
+constexpr double kMinimoDeTimer = 0.001; // seconds: a timer's shortest interval
+constexpr std::size_t kMaximoDeNombre = 255 - std::string_view("_STATUS").size();
+
+bool entero(double n) { return n == std::floor(n); }
+
+std::string citarTexto(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
+
+/// A station as blocks look for it: the first in the order of connections, then of stations.
+struct Destino {
+    std::size_t conexion;
+    std::size_t estacion; ///< index into the lists
+};
+
+class Validador {
+  public:
+    Validador(ListasDeConfiguracion& listas, Problemas& problemas)
+        : listas_(listas), problemas_(problemas) {}
+    Validacion validar() {
+        puertos();
+        estaciones();
+        bloques();
+        return std::move(v_);
+    }
+
+  private:
+    void problema(std::size_t linea, std::string que, std::string consecuencia) {
+        problemas_.agregar(listas_.archivo, linea, std::move(que), std::move(consecuencia));
+    }
+    void puertos();
+    Suerte puerto(const Puerto& p, std::size_t linea);
+    void corregirTiempos(Puerto& p, std::size_t linea);
+    void estaciones();
+    Suerte estacion(std::size_t i);
+    std::size_t conexionDe(const Estacion& e);
+    bool alcanzable(const Estacion& e, std::size_t linea);
+    void bloques();
+    Suerte bloque(std::size_t i);
+    const Destino* destinoDe(const ConfiguracionDeBloque& b, std::size_t linea);
+    bool cantidades(const ConfiguracionDeBloque& b, std::size_t linea);
+    bool sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea);
+
+    static std::uint64_t llave(std::int16_t puerto, std::int16_t numero) {
+        return std::uint64_t{static_cast<std::uint16_t>(puerto)} << 16 |
+               static_cast<std::uint16_t>(numero);
+    }
+
+    ListasDeConfiguracion& listas_;
+    Problemas& problemas_;
+    Validacion v_;
+    std::size_t puertosConstruidos_ = 0;
+    std::unordered_set<double> numerosDePuerto_;
+    std::unordered_map<std::string, std::size_t> conexiones_;
+    std::unordered_set<std::uint64_t> indices_; ///< connection and indice
+    std::unordered_map<std::uint64_t, Destino> destinos_;
+    std::unordered_set<std::string> claves_;
+    std::string traza_;
+};
+
+void Validador::puertos() {
+    for (std::size_t i = 0; i < listas_.puertos.size(); ++i) {
+        const std::size_t linea = listas_.lineasDePuertos[i];
+        const Suerte suerte = puerto(listas_.puertos[i], linea);
+        v_.puertos.push_back(suerte);
+        if (suerte == Suerte::NoConstruir) continue;
+        corregirTiempos(listas_.puertos[i], linea);
+        ++puertosConstruidos_;
+    }
+}
+
+Suerte Validador::puerto(const Puerto& p, std::size_t linea) {
+    const std::string nombre = "el puerto " + textoDeNumero(p.numero);
+    if (puertoDeRegistros(p.numero) == 0) {
+        problema(linea, nombre + " no tiene un número entero de 1 a 32767",
+                 "no se construyen el puerto ni sus estaciones y bloques");
+        return Suerte::NoConstruir;
+    }
+    const auto lugar = static_cast<double>(puertosConstruidos_ + 1);
+    if (!numerosDePuerto_.insert(p.numero).second)
+        problema(linea, nombre + " está repetido",
+                 "sus bloques usan los tiempos del puerto que está en el lugar " +
+                     textoDeNumero(p.numero));
+    else if (p.numero != lugar)
+        problema(linea,
+                 nombre + " está en el lugar " + textoDeNumero(lugar) +
+                     " y debe estar en el lugar de su número",
+                 "sus bloques usan los tiempos del puerto que está en ese lugar, y sin ninguno "
+                 "no se crean");
+    return Suerte::Construir;
+}
+
+void Validador::corregirTiempos(Puerto& p, std::size_t linea) {
+    const auto corregir = [&](double& valor, bool sirve, const char* que, double porDefecto) {
+        if (sirve) return;
+        problema(linea,
+                 "el puerto " + textoDeNumero(p.numero) + " tiene " + que + " " +
+                     textoDeNumero(valor),
+                 "se usa " + textoDeNumero(porDefecto));
+        valor = porDefecto;
+    };
+    const auto duracion = [](double s, double maximo) {
+        return s >= kMinimoDeTimer && s <= maximo;
+    };
+    corregir(p.tiempoFuera, duracion(p.tiempoFuera, 3600), "TIME_OUT", 5);
+    corregir(p.reintentosMax,
+             p.reintentosMax >= 0 && p.reintentosMax <= 1000 && entero(p.reintentosMax),
+             "REINTENTOS_MAX", 3);
+    corregir(p.segReconeccion, duracion(p.segReconeccion, kAnioEnSegundos),
+             "segundos de reconexión", 30);
+    corregir(p.scanPorDefecto, p.scanPorDefecto == 0 || duracion(p.scanPorDefecto, kAnioEnSegundos),
+             "DEFAULT_SCAN_TIME", 5);
+}
+
+void Validador::estaciones() {
+    for (std::size_t i = 0; i < listas_.estaciones.size(); ++i)
+        v_.estaciones.push_back(estacion(i));
+}
+
+Suerte Validador::estacion(std::size_t i) {
+    const Estacion& e = listas_.estaciones[i];
+    const std::size_t linea = listas_.lineasDeEstaciones[i];
+    const std::string nombre = "la estación PLC " + std::to_string(e.numero);
+    if (e.puerto <= 0) return Suerte::NoConstruir; // told with its port
+    if (!numerosDePuerto_.contains(e.puerto))
+        problema(linea,
+                 nombre + " nombra el puerto " + std::to_string(e.puerto) + ", que no existe",
+                 "se construye, pero ninguno de sus bloques");
+    const std::size_t c = conexionDe(e);
+    ConexionPrevista& conexion = v_.conexiones[c];
+    if (!indices_.insert(std::uint64_t{c} << 16 | static_cast<std::uint16_t>(e.indice)).second) {
+        problema(linea,
+                 nombre + " repite el Indice " + std::to_string(e.indice) + " en " +
+                     citarTexto(e.ip + ":" + e.puertoTCP),
+                 "se ignora la estación");
+        return Suerte::NoConstruir;
+    }
+    if (conexion.puerto != e.puerto)
+        problema(linea,
+                 nombre + " es del puerto " + std::to_string(e.puerto) +
+                     " y su dirección ya pertenece al puerto " + std::to_string(conexion.puerto),
+                 "los bloques del puerto " + std::to_string(e.puerto) + " no la encuentran");
+    conexion.estaciones.push_back(i);
+    const auto [lugar, nuevo] = destinos_.try_emplace(llave(conexion.puerto, e.numero), c, i);
+    if (!nuevo) {
+        problema(linea, nombre + " repite un número del puerto " + std::to_string(conexion.puerto),
+                 "los bloques van a la estación de la primera conexión");
+        if (c < lugar->second.conexion) lugar->second = {c, i};
+    }
+    const bool cabe = e.indice >= 0 && e.indice <= 99;
+    if (!cabe)
+        problema(linea, nombre + " tiene Indice " + std::to_string(e.indice) + ", fuera de 0 a 99",
+                 "se construye y nunca se sondea: sus bloques quedan BAD");
+    return alcanzable(e, linea) && cabe ? Suerte::Construir : Suerte::SinSondeo;
+}
+
+std::size_t Validador::conexionDe(const Estacion& e) {
+    const auto [lugar, nueva] =
+        conexiones_.try_emplace(claveDeConexion(e.ip, e.puertoTCP), v_.conexiones.size());
+    if (nueva) v_.conexiones.push_back({e.ip, e.puertoTCP, e.puerto, {}, 0, 0});
+    return lugar->second;
+}
+
+bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
+    const std::string nombre = "la estación PLC " + std::to_string(e.numero);
+    const std::string consecuencia = "su conexión nunca se establece: sus bloques quedan BAD";
+    const bool ip = esIPv4(e.ip);
+    if (!ip)
+        problema(linea, nombre + " tiene la Ip " + citarTexto(e.ip) + ", que no es IPv4",
+                 consecuencia);
+    if (puertoTcpDeTexto(e.puertoTCP)) return ip;
+    problema(linea,
+             nombre + " tiene el puerto TCP " + citarTexto(e.puertoTCP) +
+                 ", que no es un entero de 1 a 65535",
+             consecuencia);
+    return false;
+}
+
+void Validador::bloques() {
+    v_.bloques.reserve(listas_.bloques.size());
+    claves_.reserve(listas_.bloques.size());
+    for (std::size_t i = 0; i < listas_.bloques.size(); ++i) {
+        const double total = v_.variables + listas_.bloques[i].cantidad;
+        const Suerte suerte = bloque(i);
+        if (suerte != Suerte::NoConstruir && total > kMaximoDeVariables) {
+            problema(listas_.lineasDeBloques[i],
+                     "con este bloque la planta pasa de " + textoDeNumero(kMaximoDeVariables) +
+                         " variables",
+                     "no se construyen este bloque ni los " +
+                         std::to_string(listas_.bloques.size() - i - 1) + " siguientes");
+            v_.bloques.resize(listas_.bloques.size(), Suerte::NoConstruir);
+            return;
+        }
+        v_.bloques.push_back(suerte);
+        if (suerte == Suerte::NoConstruir) continue;
+        const ConfiguracionDeBloque& b = listas_.bloques[i];
+        const auto numero = static_cast<std::int16_t>(b.plc);
+        ConexionPrevista& c = v_.conexiones[destinos_.at(llave(b.puerto, numero)).conexion];
+        ++c.bloques;
+        c.variables += b.cantidad;
+        ++v_.bloquesConstruidos;
+        v_.variables = total;
+    }
+}
+
+bool Validador::cantidades(const ConfiguracionDeBloque& b, std::size_t linea) {
+    const auto rechazar = [&](const char* que, double valor, const char* pide) {
+        problema(linea, std::string("el bloque tiene ") + que + " " + textoDeNumero(valor) + pide,
+                 "no se crea el bloque");
+        return false;
+    };
+    if (!(b.cantidad >= 1 && b.cantidad <= kMaximoDeCantidad) || !entero(b.cantidad))
+        return rechazar("cantidad", b.cantidad, " y debe ser un entero de 1 a 10000");
+    if (!(b.nivel >= 0 && b.nivel <= kMaximoDeNivel) || !entero(b.nivel))
+        return rechazar("nivel", b.nivel, " y debe ser un entero de 0 a 10000");
+    if (b.scanSegundos == 0) return true;
+    if (!(b.scanSegundos >= kMinimoDeTimer && b.scanSegundos <= kAnioEnSegundos))
+        return rechazar("ScanTime", b.scanSegundos, " y debe ser 0, o de 0.001 a 31536000 s");
+    return true;
+}
+
+const Destino* Validador::destinoDe(const ConfiguracionDeBloque& b, std::size_t linea) {
+    const std::string consecuencia = "no se crea el bloque";
+    if (!numerosDePuerto_.contains(b.puerto)) {
+        problema(linea, "el puerto " + std::to_string(b.puerto) + " del bloque no existe",
+                 consecuencia);
+        return nullptr;
+    }
+    const bool posible = b.plc >= -32768 && b.plc <= 32767 && entero(b.plc);
+    const auto d = posible ? destinos_.find(llave(b.puerto, static_cast<std::int16_t>(b.plc)))
+                           : destinos_.end();
+    if (d == destinos_.end()) {
+        problema(linea,
+                 "ninguna conexión del puerto " + std::to_string(b.puerto) + " tiene el PLC " +
+                     textoDeNumero(b.plc) + " del bloque",
+                 consecuencia);
+        return nullptr;
+    }
+    if (static_cast<std::size_t>(b.puerto) > puertosConstruidos_) {
+        problema(linea,
+                 "no hay ningún puerto en el lugar " + std::to_string(b.puerto) +
+                     ", del que el bloque toma sus tiempos",
+                 consecuencia);
+        return nullptr;
+    }
+    return &d->second;
+}
+
+Suerte Validador::bloque(std::size_t i) {
+    const ConfiguracionDeBloque& b = listas_.bloques[i];
+    const std::size_t linea = listas_.lineasDeBloques[i];
+    if (b.puerto <= 0) return Suerte::NoConstruir; // told with its port
+    const Destino* d = destinoDe(b, linea);
+    if (d == nullptr || !cantidades(b, linea)) return Suerte::NoConstruir;
+    const std::string clave = claveDeBloque(b.puerto, b.plc, b.direccion);
+    if (!nombrePublicable(nombreDeScript(clave)))
+        problema(linea,
+                 "el nombre " + citarTexto(nombreDeScript(clave)) +
+                     " no sirve de variable del guión",
+                 "se construye y no se publica");
+    if (!claves_.insert(clave).second)
+        problema(linea, "el bloque " + citarTexto(clave) + " está repetido",
+                 "se construyen los dos, con el mismo nombre");
+    return sondeable(b, *d, linea) ? Suerte::Construir : Suerte::SinSondeo;
+}
+
+bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
+    if (!armarTramaLectura(b.direccion, "0", traza_)) {
+        problema(linea, "la dirección " + citarTexto(b.direccion) + " no es hexadecimal de 0 a FF",
+                 "se construye y nunca se sondea: queda BAD");
+        return false;
+    }
+    return v_.estaciones[d.estacion] == Suerte::Construir;
+}
+
+} // namespace
+
+Validacion validar(ListasDeConfiguracion& listas, Problemas& problemas) {
+    return Validador(listas, problemas).validar();
+}
+
+bool nombrePublicable(std::string_view nombre) {
+    const auto letra = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+    const auto sirve = [&letra](char c) { return letra(c) || (c >= '0' && c <= '9') || c == '_'; };
+    return !nombre.empty() && nombre.size() <= kMaximoDeNombre && letra(nombre.front()) &&
+           std::all_of(nombre.begin(), nombre.end(), sirve);
+}
+
+} // namespace kv
