@@ -1,4 +1,6 @@
 #include "config/comprobacion.h"
+#include "platform/epoll/sistema.h"
+#include "platform/ruta.h"
 #include "platform/simulated/archivos_simulados.h"
 
 #include <gtest/gtest.h>
@@ -92,6 +94,31 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
                              "65535; se usa 1334\n"),
               std::string::npos);
     EXPECT_NE(c.informe.find("Config.ini:0: no existe el archivo"), std::string::npos);
+}
+
+/// The example plants have no problem, and their two forms build the same.
+TEST(Ejemplos, IniYExportacionDescribenLaMismaPlanta) {
+    ArchivosReales reales;
+    for (const auto& [planta, bloques] : std::vector<std::pair<std::string, std::size_t>>{
+             {"planta-chica", 20}, {"planta-50-estaciones", 1000}}) {
+        const std::string carpeta = std::string(KV_FUENTES) + "/examples/" + planta;
+        ArchivosSimulados archivos;
+        for (const char* nombre : {"DRIVER_KV2200_Config.ini", "Planta.qmx", "sis_config.ini",
+                                   "Planta.KalmorKV2200_Conf"})
+            archivos.poner(unirRuta("P", nombre), *reales.leer(unirRuta(carpeta, nombre), 1 << 20));
+        Ajustes ajustes(archivos, "P");
+        const Comprobacion ini = comprobar(ajustes);
+        EXPECT_EQ(ini.resultado, 0) << ini.informe;
+        archivos.poner("P\\sis_config.ini", "[PROYECTO_PREDETERMINADO]\nRutaProyecto=Planta.qmx\n");
+        ajustes.vueltaNueva();
+        const Comprobacion exportacion = comprobar(ajustes);
+        EXPECT_EQ(exportacion.resultado, 0) << exportacion.informe;
+        const auto construido = [](const std::string& informe) {
+            return informe.substr(informe.find("Se construyen"));
+        };
+        EXPECT_EQ(construido(ini.informe), construido(exportacion.informe));
+        EXPECT_NE(ini.informe.find(" " + std::to_string(bloques) + " bloques"), std::string::npos);
+    }
 }
 
 } // namespace kv
