@@ -33,6 +33,9 @@ std::optional<std::uint32_t> quitarNumero(std::string_view& texto) {
 std::optional<std::uint8_t> campoDe(std::string_view nombre,
                                     std::span<const std::string_view> nombres) {
     for (std::size_t i = 0; i < nombres.size(); ++i) {
+        if (nombre == nombres[i]) return static_cast<std::uint8_t>(i);
+    }
+    for (std::size_t i = 0; i < nombres.size(); ++i) {
         if (igualSinCaja(nombre, nombres[i])) return static_cast<std::uint8_t>(i);
     }
     return std::nullopt;
@@ -47,28 +50,40 @@ DatoIni dato(const LineaIni& l, const char* base) {
     return d;
 }
 
-/// "Bloque12_PLC" goes to `destino` as number 12, field PLC. False when the key is nothing of the
-/// kind.
-bool entrada(const LineaIni& l, const char* base, std::string_view prefijo,
-             std::span<const std::string_view> nombres, std::vector<DatoIni>& destino) {
-    std::string_view resto = l.nombre;
-    if (!quitarPrefijo(resto, prefijo)) return false;
+/// An entry's name without its field, "Bloque12_": the keys of an entry mostly follow one another,
+/// and then the name need not be taken apart again.
+struct Entrada {
+    std::string_view nombre;
+    std::uint32_t numero = 0;
+    bool esBloque = false;
+};
+
+std::optional<Entrada> entradaDe(std::string_view clave) {
+    std::string_view resto = clave;
+    const bool esBloque = quitarPrefijo(resto, kBloque);
+    if (!esBloque && !quitarPrefijo(resto, kEsclavo)) return std::nullopt;
     const auto numero = quitarNumero(resto);
-    if (!numero || resto.empty() || resto.front() != '_') return false;
-    const auto campo = campoDe(resto.substr(1), nombres);
-    if (!campo) return false;
-    DatoIni d = dato(l, base);
-    d.numero = *numero;
-    d.campo = *campo;
-    destino.push_back(d);
-    return true;
+    if (!numero || resto.empty() || resto.front() != '_') return std::nullopt;
+    return Entrada{clave.substr(0, clave.size() - resto.size() + 1), *numero, esBloque};
 }
 
-void clave(const LineaIni& l, const char* base, SeccionDePuerto& seccion) {
-    if (entrada(l, base, kBloque, kCamposDeBloque, seccion.bloques)) return;
-    if (entrada(l, base, kEsclavo, kCamposDeEsclavo, seccion.esclavos)) return;
-    const auto campo = campoDe(l.nombre, kCamposDePuerto);
-    if (campo && seccion.propios[*campo].linea == 0) seccion.propios[*campo] = dato(l, base);
+void clave(const LineaIni& l, const char* base, Entrada& reciente, SeccionDePuerto& seccion) {
+    const bool sigue = !reciente.nombre.empty() && l.nombre.starts_with(reciente.nombre);
+    const auto entrada = sigue ? reciente : entradaDe(l.nombre);
+    if (!entrada) {
+        const auto campo = campoDe(l.nombre, kCamposDePuerto);
+        if (campo && seccion.propios[*campo].linea == 0) seccion.propios[*campo] = dato(l, base);
+        return;
+    }
+    reciente = *entrada;
+    const std::string_view sufijo = l.nombre.substr(entrada->nombre.size());
+    const auto campo =
+        entrada->esBloque ? campoDe(sufijo, kCamposDeBloque) : campoDe(sufijo, kCamposDeEsclavo);
+    if (!campo) return;
+    DatoIni d = dato(l, base);
+    d.numero = entrada->numero;
+    d.campo = *campo;
+    (entrada->esBloque ? seccion.bloques : seccion.esclavos).push_back(d);
 }
 
 void ordenar(std::vector<DatoIni>& datos) {
@@ -83,6 +98,7 @@ void ordenar(std::vector<DatoIni>& datos) {
 ClavesDeDriver ClavesDeDriver::de(std::string_view contenido) {
     ClavesDeDriver claves;
     SeccionDePuerto* seccion = nullptr;
+    Entrada reciente;
     bool enConfig = false;
     bool huboConfig = false;
     LectorIni lector(contenido);
@@ -90,7 +106,7 @@ ClavesDeDriver ClavesDeDriver::de(std::string_view contenido) {
         const LineaIni& l = lector.linea();
         if (l.clase == LineaIni::Clase::Clave) {
             if (seccion != nullptr) {
-                clave(l, contenido.data(), *seccion);
+                clave(l, contenido.data(), reciente, *seccion);
             } else if (enConfig && claves.cantPuertos.linea == 0 &&
                        igualSinCaja(l.nombre, "CANT_PUERTOS")) {
                 claves.cantPuertos = dato(l, contenido.data());

@@ -151,6 +151,7 @@ void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
     entradas<kCamposDeEsclavo.size()>(
         s, CampoDePuerto::CantEsclavos, s.esclavos, "Esclavo", esclavosLeidos_,
         [this](auto n, auto linea, const auto& c) { esclavo(n, linea, c); });
+    listas_.bloques.reserve(listas_.bloques.size() + s.bloques.size() / kCamposDeBloque.size());
     entradas<kCamposDeBloque.size()>(
         s, CampoDePuerto::CantBloques, s.bloques, "Bloque", bloquesLeidos_,
         [this](auto n, auto linea, const auto& c) { bloque(n, linea, c); });

@@ -1,0 +1,99 @@
+#include "config/ajustes.h"
+#include "platform/simulated/archivos_simulados.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+struct AjustesPrueba : testing::Test {
+    ArchivosSimulados archivos;
+    Ajustes ajustes{archivos, "C:\\Driver"};
+    const std::string ruta = "C:\\Driver\\sis_config.ini";
+};
+
+} // namespace
+
+TEST_F(AjustesPrueba, LoQueFaltaSeEscribeConSuValorPorDefecto) {
+    EXPECT_EQ(ajustes.leerConfiguracion("Maximos_Keep_ALive", "6"), "6");
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nMaximos_Keep_ALive=6\r\n");
+    archivos.poner(ruta, "[Driver_kv2200]\nVER=\n");
+    ajustes.vueltaNueva();
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+    EXPECT_EQ(archivos.contenido(ruta), "[Driver_kv2200]\nVER=0\n");
+    EXPECT_EQ(ajustes.leerConfiguracion("Otra", ""), "");
+    EXPECT_EQ(ajustes.leerIni(ruta, "PROYECTO_PREDETERMINADO", "RutaProyecto", ""), "");
+    EXPECT_EQ(archivos.contenido(ruta), "[Driver_kv2200]\nVER=0\n");
+}
+
+TEST_F(AjustesPrueba, EscribeEnUnaLineaYEnWindows1252) {
+    ajustes.escribirConfiguracion("Nota", "año\r\ndos");
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nNota=a\xF1o  dos\r\n");
+    EXPECT_EQ(ajustes.leerConfiguracion("nota", ""), "año  dos");
+    ajustes.escribirConfiguracion("Larga", std::string(300, 'x'));
+    EXPECT_EQ(ajustes.leerConfiguracion("Larga", "").size(), 254U);
+    ajustes.escribirIni("c:\\driver\\SIS_CONFIG.INI", "DRIVER_KV2200", "VER", "1");
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "1"); // the same file, at once
+}
+
+TEST_F(AjustesPrueba, LoQueOtroProgramaEscribeSeVeEnLaVueltaSiguiente) {
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\nVER=0\r\n");
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+    const auto lecturas = archivos.lecturas();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+        ajustes.vueltaNueva();
+    }
+    EXPECT_EQ(archivos.lecturas(), lecturas); // unchanged: not opened again
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\nVER=1\r\nNota=mia\r\n");
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "1");
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\nVER=1\r\nNota=otra\r\n");
+    ajustes.escribirConfiguracion("VER", "2"); // must not undo what was written meanwhile
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nVER=2\r\nNota=otra\r\n");
+    archivos.borrar(ruta);
+    ajustes.vueltaNueva();
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", ""), "");
+}
+
+TEST_F(AjustesPrueba, UnDiscoQueNiegaNoSeIntentaEnCadaTic) {
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\n");
+    archivos.negarEscrituras(true);
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+    const auto lecturas = archivos.lecturas();
+    for (int i = 0; i < 10; ++i) {
+        ajustes.vueltaNueva();
+        EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+    }
+    EXPECT_EQ(archivos.lecturas(), lecturas);
+    archivos.negarEscrituras(false);
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\nX=1\r\n");
+    ajustes.vueltaNueva();
+    EXPECT_EQ(ajustes.leerConfiguracion("VER", "0"), "0");
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nX=1\r\nVER=0\r\n");
+    ajustes.noEscribir();
+    EXPECT_EQ(ajustes.leerConfiguracion("Nueva", "5"), "5");
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nX=1\r\nVER=0\r\n");
+}
+
+TEST_F(AjustesPrueba, UnTiempoMaloDaElUltimoBuenoYSeAvisaUnaVez) {
+    std::vector<std::string> avisos;
+    const auto leer = [&](const std::string& texto) {
+        archivos.poner(ruta, "[DRIVER_KV2200]\r\nTiempo_Entre_poleo=" + texto + "\r\n");
+        ajustes.vueltaNueva();
+        return ajustes.leerTiempo(
+            kTiempoEntrePoleo, [&](std::string_view, const std::string& t, double usado) {
+                avisos.push_back(t + ">" + std::to_string(static_cast<int>(usado)));
+            });
+    };
+    EXPECT_EQ(leer("pronto"), 800);
+    EXPECT_EQ(leer("pronto"), 800);
+    EXPECT_EQ(leer("0"), 0); // a pause of nothing is good
+    EXPECT_EQ(leer("250"), 250);
+    for (const char* malo : {"-1", "1000000000", "1,5", "1e400"})
+        EXPECT_EQ(leer(malo), 250) << malo;
+    EXPECT_EQ(avisos, (std::vector<std::string>{"pronto>800", "-1>250", "1000000000>250", "1,5>250",
+                                                "1e400>250"}));
+    EXPECT_EQ(ajustes.leerTiempo(kBaseKeepAlive, {}), 5000);
+}
+
+} // namespace kv
