@@ -117,11 +117,13 @@ Medida medirBuclePelado(std::uint16_t puerto, int conexiones, double segundos, d
     Bucle bucle(puerto, conexiones, pausaMs);
     bucle.empezar(pausaMs > 0);
     bucle.correr(pausaMs > 0 ? 2 : 0.3);
-    const double cpu = tiempoDeProcesador();
+    const Procesador antesCpu = tiempoDeProcesador();
     const std::uint64_t antes = bucle.intercambios();
     bucle.correr(segundos);
     const auto hechos = static_cast<double>(bucle.intercambios() - antes);
-    return {(tiempoDeProcesador() - cpu) * 1e6 / hechos, hechos / segundos};
+    const Procesador cpu = tiempoDeProcesador();
+    return {(cpu.total - antesCpu.total) * 1e6 / hechos,
+            (cpu.fueraDelNucleo - antesCpu.fueraDelNucleo) * 1e6 / hechos, hechos / segundos};
 }
 
 } // namespace kv::banco

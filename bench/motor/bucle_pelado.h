@@ -6,6 +6,7 @@ namespace kv::banco {
 
 struct Medida {
     double usPorIntercambio; ///< processor time of this process
+    double usFueraDelNucleo; ///< of that, outside the kernel
     double intercambiosPorSegundo;
 };
 

@@ -85,8 +85,9 @@ class Hijo {
                                       static_cast<std::uint8_t>(valor_),
                                       0};
         r[7] = static_cast<std::uint8_t>(std::accumulate(r.begin() + 1, r.end() - 1, 0));
-        send(d, r.data(), r.size(), MSG_NOSIGNAL);
+        // Stamped before the send: the driver may have the answer before this process goes on.
         ultimo->second = ahoraMs();
+        send(d, r.data(), r.size(), MSG_NOSIGNAL);
     }
     void obedecer() {
         char orden = 0;
@@ -154,13 +155,13 @@ Atrasos EstacionesDeBanco::atrasos() const {
     return a;
 }
 
-double tiempoDeProcesador() {
+Procesador tiempoDeProcesador() {
     rusage u{};
     getrusage(RUSAGE_SELF, &u);
     const auto s = [](const timeval& t) {
         return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
     };
-    return s(u.ru_utime) + s(u.ru_stime);
+    return {s(u.ru_utime) + s(u.ru_stime), s(u.ru_utime)};
 }
 
 void permitirMuchosArchivos() {

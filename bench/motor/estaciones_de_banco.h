@@ -34,7 +34,11 @@ class EstacionesDeBanco {
 };
 
 /// Processor time of this process, seconds; not that of the stations.
-[[nodiscard]] double tiempoDeProcesador();
+struct Procesador {
+    double total;
+    double fueraDelNucleo;
+};
+[[nodiscard]] Procesador tiempoDeProcesador();
 /// As many open files as the machine allows.
 void permitirMuchosArchivos();
 

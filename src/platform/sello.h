@@ -15,7 +15,7 @@ class Sello {
     [[nodiscard]] const std::string& ahora() {
         FechaHora f = reloj_.ahora();
         f.milisegundo = 0;
-        if (texto_.empty() || f != ultima_) {
+        if (f != ultima_ || texto_.empty()) {
             ultima_ = f;
             texto_ = formatoDeSello(f);
         }

@@ -31,19 +31,22 @@ class Temporizador {
 
   private:
     friend class ColaDeTemporizadores;
-    static constexpr std::size_t kFuera = static_cast<std::size_t>(-1);
 
     ColaDeTemporizadores& cola_;
     std::function<void()> alTic_;
-    std::int64_t venceUs_ = 0;
-    std::uint64_t orden_ = 0;
-    std::size_t lugar_ = kFuera; ///< position in the heap
+    std::int64_t venceUs_ = 0;  ///< due time, while it runs
+    std::uint64_t orden_ = 0;   ///< when it was armed, counted in armings
+    std::uint64_t entrada_ = 0; ///< its valid entry in the queue, 0 if none
+    std::int64_t venceEntradaUs_ = 0;
+    std::uint32_t puesto_ = 0;
     std::int32_t intervaloMs_ = 0;
     bool habilitado_ = false;
 };
 
 /// All timers of a loop in one heap, by due time and, at the same instant, by the order in which
-/// they were armed.
+/// they were armed. A timer that is switched off or armed for later leaves its entry where it is
+/// until it comes up: most time-outs are answered long before they are due, and moving their
+/// entries about would cost more than everything else about an exchange.
 class ColaDeTemporizadores {
   public:
     using LeerReloj = std::function<std::int64_t()>; ///< monotonic microseconds
@@ -51,28 +54,39 @@ class ColaDeTemporizadores {
 
     /// Due time of the next tick in microseconds, or -1 when no timer runs. Always a whole
     /// millisecond, rounded up: no timer is ever early.
-    [[nodiscard]] std::int64_t proximo() const {
-        return monticulo_.empty() ? -1 : monticulo_.front()->venceUs_;
-    }
-    /// Ticks the first timer if it is due at `ahoraUs` and was armed before mark `hastaOrden` (so
-    /// that one turn of the loop ticks nothing that the turn itself armed). False if none did.
-    bool ticar(std::int64_t ahoraUs, std::uint64_t hastaOrden);
-    /// The mark for `ticar`: everything armed from now on lies beyond it.
-    [[nodiscard]] std::uint64_t marca() const { return orden_; }
-    [[nodiscard]] std::size_t encendidos() const { return monticulo_.size(); }
+    [[nodiscard]] std::int64_t proximo();
+    /// Ticks the first timer if it is due at `ahoraUs`; false if none is. A timer that its own tick
+    /// leaves running is due later than that.
+    bool ticar(std::int64_t ahoraUs);
+    /// Timers that run and will tick.
+    [[nodiscard]] std::size_t encendidos() const;
 
   private:
     friend class Temporizador;
+    struct Entrada {
+        std::int64_t venceUs;
+        std::uint64_t orden;
+        std::uint32_t puesto;
+        std::uint64_t numero;
+        bool operator<(const Entrada& o) const {
+            return venceUs != o.venceUs ? venceUs < o.venceUs : orden < o.orden;
+        }
+    };
+    void anotar(Temporizador& t);
+    void borrar(Temporizador& t);
     void armar(Temporizador& t);
-    void quitar(Temporizador& t);
-    void colocar(std::size_t lugar, Temporizador* t);
-    void subir(std::size_t lugar);
-    void bajar(std::size_t lugar);
-    [[nodiscard]] static bool antes(const Temporizador* a, const Temporizador* b);
+    void meter(Temporizador& t);
+    void sacarPrimera();
+    void bajarDesde(std::size_t hueco, const Entrada& e);
+    void compactar();
+    [[nodiscard]] Temporizador* duenio(const Entrada& e) const;
 
     LeerReloj reloj_;
-    std::vector<Temporizador*> monticulo_;
+    std::vector<Entrada> monticulo_;
+    std::vector<Temporizador*> puestos_;
+    std::vector<std::uint32_t> libres_;
     std::uint64_t orden_ = 0;
+    std::uint64_t numero_ = 0;
 };
 
 } // namespace kv

@@ -33,6 +33,7 @@ std::int64_t RelojReal::monotonicoUs() const {
 }
 
 FechaHora RelojReal::ahora() const {
+    if (vigente_) return ahora_;
     timespec t{};
     clock_gettime(CLOCK_REALTIME, &t);
     // Time zones change at whole minutes, so the zone's rules are consulted once a minute.
@@ -50,10 +51,11 @@ FechaHora RelojReal::ahora() const {
                    0};
         minutoEpoca_ = minuto;
     }
-    FechaHora f = minuto_;
-    f.segundo = static_cast<int>(t.tv_sec % 60);
-    f.milisegundo = static_cast<int>(t.tv_nsec / 1'000'000);
-    return f;
+    ahora_ = minuto_;
+    ahora_.segundo = static_cast<int>(t.tv_sec % 60);
+    ahora_.milisegundo = static_cast<int>(t.tv_nsec / 1'000'000);
+    vigente_ = true;
+    return ahora_;
 }
 
 class BucleEpoll::Senales final : public Atendido {
@@ -142,7 +144,7 @@ void BucleEpoll::atender() {
     timerfd_settime(despertador_, TFD_TIMER_ABSTIME, &cuando, nullptr);
 }
 
-int BucleEpoll::esperaHastaElProximo() const {
+int BucleEpoll::esperaHastaElProximo() {
     const std::int64_t proximo = cola_.proximo();
     if (proximo < 0) return -1;
     const std::int64_t faltaUs = proximo - reloj_.monotonicoUs();
@@ -175,6 +177,7 @@ void BucleEpoll::esperar(int esperaMs) {
     std::array<epoll_event, kSucesosPorMirada> sucesos; // NOLINT: filled by the kernel
     const int n = epoll_wait(epoll_, sucesos.data(), kSucesosPorMirada, esperaMs);
     miradoUs_ = reloj_.monotonicoUs();
+    reloj_.caducar();
     if (siguiente_ == listos_.size()) {
         listos_.clear();
         siguiente_ = 0;
@@ -202,8 +205,7 @@ void BucleEpoll::atenderSucesos() {
 
 void BucleEpoll::ticarVencidos() {
     const std::int64_t ahora = reloj_.monotonicoUs();
-    const std::uint64_t marca = cola_.marca();
-    while (!detenido_ && cola_.ticar(ahora, marca)) {
+    while (!detenido_ && cola_.ticar(ahora)) {
     }
 }
 

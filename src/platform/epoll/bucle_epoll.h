@@ -12,13 +12,19 @@ struct epoll_event;
 
 namespace kv {
 
-/// The clocks of the machine; the calendar one in the machine's time zone.
+/// The clocks of the machine; the calendar one in the machine's time zone. The calendar is read
+/// once per look at the kernel: an exchange with a station wants many stamps.
 class RelojReal final : public Reloj {
   public:
     [[nodiscard]] std::int64_t monotonicoUs() const override;
     [[nodiscard]] FechaHora ahora() const override;
 
+    /// The calendar is to be read again.
+    void caducar() { vigente_ = false; }
+
   private:
+    mutable bool vigente_ = false;
+    mutable FechaHora ahora_;
     mutable std::int64_t minutoEpoca_ = -1; ///< the minute that `minuto_` is the local form of
     mutable FechaHora minuto_;
 };
@@ -83,7 +89,7 @@ class BucleEpoll final : public Bucle {
     void atenderSucesos();
     void ticarVencidos();
     void terminarVuelta();
-    [[nodiscard]] int esperaHastaElProximo() const;
+    [[nodiscard]] int esperaHastaElProximo();
 
     RelojReal reloj_;
     ColaDeTemporizadores cola_;

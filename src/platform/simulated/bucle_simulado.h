@@ -52,7 +52,7 @@ class BucleSimulado final : public Bucle {
     ColaDeTemporizadores& temporizadores() override { return cola_; }
 
   private:
-    [[nodiscard]] std::int64_t proximo() const;
+    [[nodiscard]] std::int64_t proximo();
     void vuelta();
     void atenderLoQueVence();
 

@@ -10,9 +10,9 @@ namespace kv {
 class Observador;
 class PresupuestoDeCajas;
 
-/// A trace box: text that grows at its end. When it would hold more than `kMaximo` characters it is
-/// emptied first, so no box grows without bound; and when all boxes together hold more than their
-/// common budget, the ones that nobody has written to for longest are emptied.
+/// A trace box: text that grows at its end. When it would hold more than its limit it is emptied
+/// first, so no box grows without bound. The limit is `kMaximo` characters, or less where there are
+/// so many boxes that all of them together would hold more than their common budget.
 class CajaDeTexto {
   public:
     static constexpr std::size_t kMaximo = 40000; ///< characters
@@ -32,36 +32,31 @@ class CajaDeTexto {
     [[nodiscard]] std::uint64_t version() const { return version_; }
 
   private:
-    friend class PresupuestoDeCajas;
     PresupuestoDeCajas& presupuesto_;
     std::string_view nombre_;
     std::int64_t indice_;
     std::string texto_;
     std::size_t caracteres_ = 0;
     std::uint64_t version_ = 0;
-    CajaDeTexto* anterior_ = nullptr; ///< in the budget's list, by the last time of writing
-    CajaDeTexto* siguiente_ = nullptr;
-    bool enLista_ = false;
 };
 
-/// The memory that all trace boxes share. A box for each of 100,000 blocks must not cost gigabytes.
+/// The memory that all trace boxes share evenly: a box for each of 100,000 blocks must not cost
+/// gigabytes.
 class PresupuestoDeCajas {
   public:
-    explicit PresupuestoDeCajas(std::size_t maximo = 32U << 20) : maximo_(maximo) {}
-    [[nodiscard]] std::size_t usado() const { return usado_; }
+    explicit PresupuestoDeCajas(std::size_t maximo = 64U << 20) : maximo_(maximo) {}
+    /// Characters that one box may hold now.
+    [[nodiscard]] std::size_t limite() const { return limite_; }
     void observar(Observador* observador) { observador_ = observador; }
 
   private:
     friend class CajaDeTexto;
-    void alCambiar(CajaDeTexto& caja, std::size_t antes);
-    void quitar(CajaDeTexto& caja);
-    void ponerAlFinal(CajaDeTexto& caja);
+    void contar(std::ptrdiff_t cajas);
 
     std::size_t maximo_;
-    std::size_t usado_ = 0;
+    std::size_t limite_ = 0;
+    std::ptrdiff_t cajas_ = 0;
     Observador* observador_ = nullptr;
-    CajaDeTexto* primera_ = nullptr; ///< the box longest without news
-    CajaDeTexto* ultima_ = nullptr;
 };
 
 } // namespace kv
