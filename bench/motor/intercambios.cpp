@@ -107,7 +107,7 @@ void saturado(int conexiones, double segundos, const std::string& guion) {
     // Blocks enough that one is always due, and scan times so long that a block is not due over and
     // over again while it waits for its turn.
     const int bloques = conexiones < 100 ? 16 : conexiones < 1000 ? 4 : 2;
-    const double scan = std::max(0.001, conexiones * 6e-6);
+    const double scan = std::max(0.001, conexiones * 20e-6);
     const EstacionesDeBanco estaciones;
     const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, 0);
     Driver driver(estaciones.puerto(), conexiones, bloques, scan, 0, guion);
