@@ -94,7 +94,7 @@ DefinicionDeFallas fallasDeTexto(std::string_view texto, std::string& error) {
         if (error.empty() && nombre == "cortar-cada" && lugar->estacion)
             error = "es de la dirección entera, no de una estación";
         if (!error.empty()) {
-            error = nombre + ": " + error;
+            error.insert(0, nombre + ": ");
             return d;
         }
         d.opciones.emplace_back(nombre, valor);

@@ -82,6 +82,11 @@ std::string enCastellano(const CLI::ParseError& e) {
     return "valor no válido: " + detalle.substr(detalle.find(": ") + 2);
 }
 
+std::string queja(const std::string& opcion, const std::string& texto, const std::string& error) {
+    std::string q = opcion;
+    return q.append(" ").append(texto).append(": ").append(error);
+}
+
 /// The texts made into an order. Empty when all is good, else what is wrong.
 std::string interpretar(const Textos& t, Orden& orden) {
     if (orden.config.empty() && t.escuchar.empty())
@@ -89,26 +94,26 @@ std::string interpretar(const Textos& t, Orden& orden) {
     std::string error;
     for (const std::string& texto : t.escuchar) {
         const auto e = escuchadaDeTexto(texto);
-        if (!e) return "--escuchar " + texto + ": debe ser IP:PUERTO, como 127.0.0.1:5021";
+        if (!e) return queja("--escuchar", texto, "debe ser IP:PUERTO, como 127.0.0.1:5021");
         orden.escuchar.push_back(*e);
     }
     for (const std::string& texto : t.registros) {
         orden.registros.push_back(registroDeTexto(texto, error));
-        if (!error.empty()) return "--registro " + texto + ": " + error;
+        if (!error.empty()) return queja("--registro", texto, error);
     }
     for (const std::string& texto : t.estaciones) {
         orden.porLugar.push_back(fallasDeTexto(texto, error));
-        if (!error.empty()) return "--estacion " + texto + ": " + error;
+        if (!error.empty()) return queja("--estacion", texto, error);
     }
     for (const auto& [nombre, valor] : t.fallas) {
         error = valor.empty() ? "" : fijarFalla(orden.fallas, nombre, valor);
-        if (!error.empty()) return "--" + nombre + " " + valor + ": " + error;
+        if (!error.empty()) return queja("--" + nombre, valor, error);
     }
     orden.fallas.fragmentar = t.fragmentar;
     const auto semilla = numeroDeTexto(t.semilla);
     if (!semilla || !(*semilla >= 0 && *semilla <= 9007199254740992.0) ||
         *semilla != std::floor(*semilla))
-        return "--semilla " + t.semilla + ": debe ser un entero de 0 a 2^53";
+        return queja("--semilla", t.semilla, "debe ser un entero de 0 a 2^53");
     orden.semilla = static_cast<std::uint64_t>(*semilla);
     return {};
 }

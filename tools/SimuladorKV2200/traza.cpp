@@ -5,7 +5,7 @@
 namespace kv::simulador {
 namespace {
 
-constexpr std::size_t kVolcarDesde = 64 * 1024;
+constexpr std::size_t kVolcarDesde = std::size_t{64} * 1024;
 constexpr std::size_t kMaximoDeBytes = 64; // of one line
 
 } // namespace
