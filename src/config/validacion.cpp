@@ -155,7 +155,8 @@ Suerte Validador::estacion(std::size_t i) {
                      " y su dirección ya pertenece al puerto " + std::to_string(conexion.puerto),
                  "los bloques del puerto " + std::to_string(e.puerto) + " no la encuentran");
     conexion.estaciones.push_back(i);
-    const auto [lugar, nuevo] = destinos_.try_emplace(llave(conexion.puerto, e.numero), c, i);
+    const auto [lugar, nuevo] =
+        destinos_.try_emplace(llave(conexion.puerto, e.numero), Destino{c, i});
     if (!nuevo) {
         problema(linea, nombre + " repite un número del puerto " + std::to_string(conexion.puerto),
                  "los bloques van a la estación de la primera conexión");

@@ -1,0 +1,144 @@
+#include "SimuladorKV2200/orden.h"
+
+#include "config/direccion.h"
+#include "text/numeros.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <ostream>
+
+namespace kv::simulador {
+namespace {
+
+/// The command line's texts before anything is made of them.
+struct Textos {
+    std::vector<std::string> escuchar;
+    std::vector<std::string> registros;
+    std::vector<std::string> estaciones;
+    std::string semilla = "1";
+    std::map<std::string, std::string> fallas; ///< by option name
+    bool fragmentar = false;
+};
+
+constexpr const char* kPie =
+    "Opciones de --estacion: retardo-ms=A[-B], sin-respuesta=P, basura=P, fragmentar,\n"
+    "  perder-respuesta-de-escritura=P, ausente=DURA/CADA (calla los últimos DURA segundos de\n"
+    "  cada CADA) y, para una dirección entera, cortar-cada=S. Valen sobre las generales.\n"
+    "P es una probabilidad de 0 a 1. Todo el azar sale de --semilla y se repite con ella.\n"
+    "Ejemplos:\n"
+    "  SimuladorKV2200 --config DRIVER_KV2200_Config.ini --registro '*.10=rampa' 25.1F=1234\n"
+    "  SimuladorKV2200 --escuchar 127.0.0.1:5021 --estacion 127.0.0.1:5021/02,retardo-ms=100-900\n";
+
+void opcionDeFalla(CLI::App& app, Textos& t, const std::string& nombre, const char* tipo,
+                   const char* ayuda) {
+    app.add_option("--" + nombre, t.fallas[nombre], ayuda)->type_name(tipo);
+}
+
+void declarar(CLI::App& app, Textos& t, Orden& orden) {
+    app.option_defaults()->group("Opciones");
+    app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
+    auto* config = app.add_option("--config", orden.config,
+                                  "Sirve todas las direcciones de estaciones de una configuración "
+                                  "del driver")
+                       ->type_name("ARCHIVO.ini");
+    app.add_option("--escuchar", t.escuchar,
+                   "Sirve esta dirección, con cualquier estación; el puerto 0 elige uno libre")
+        ->type_name("IP:PUERTO")
+        ->excludes(config);
+    app.add_option("--registro", t.registros,
+                   "Valor de un registro: un entero, rampa, seno o azar. ESTACION son las dos "
+                   "cifras de su byte, REG es hexadecimal, * vale por todos")
+        ->type_name("[IP:PUERTO/]ESTACION.REG=VALOR");
+    app.add_option("--estacion", t.estaciones, "Opciones de una dirección o de una estación")
+        ->type_name("LUGAR,OPCION=VALOR,...");
+    opcionDeFalla(app, t, "retardo-ms", "A[-B]", "Tarda A, o de A a B, milisegundos en responder");
+    opcionDeFalla(app, t, "sin-respuesta", "P", "Probabilidad de no responder");
+    opcionDeFalla(app, t, "basura", "P",
+                  "Probabilidad de bytes de más ante la respuesta, o de uno cambiado en ella");
+    app.add_flag("--fragmentar", t.fragmentar, "Parte las respuestas, con pausas cortas");
+    opcionDeFalla(app, t, "cortar-cada", "S", "Corta cada enlace cada S segundos, más o menos");
+    opcionDeFalla(app, t, "perder-respuesta-de-escritura", "P",
+                  "Probabilidad de guardar lo escrito y no responder");
+    opcionDeFalla(app, t, "ausente", "DURA/CADA",
+                  "Todas callan los últimos DURA segundos de cada CADA");
+    app.add_option("--semilla", t.semilla, "Semilla del azar (1 si no se da)")->type_name("N");
+    app.add_flag("--traza", orden.traza, "Imprime cada solicitud y respuesta en hexadecimal");
+    app.footer(kPie);
+    app.get_formatter()->label("Usage", "Uso");
+    app.get_formatter()->label("OPTIONS", "OPCIONES");
+    app.get_formatter()->label("Excludes", "Excluye");
+    app.get_formatter()->column_width(36);
+}
+
+std::string enCastellano(const CLI::ParseError& e) {
+    const std::string detalle = e.what();
+    if (dynamic_cast<const CLI::ExtrasError*>(&e) != nullptr)
+        return "argumento desconocido: " + detalle.substr(detalle.find(": ") + 2);
+    if (dynamic_cast<const CLI::ExcludesError*>(&e) != nullptr)
+        return "--config y --escuchar no van juntos";
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&e) != nullptr)
+        return "a " + detalle.substr(0, detalle.find(':')) + " le falta o le sobra un valor";
+    return "valor no válido: " + detalle.substr(detalle.find(": ") + 2);
+}
+
+std::string queja(const std::string& opcion, const std::string& texto, const std::string& error) {
+    std::string q = opcion;
+    return q.append(" ").append(texto).append(": ").append(error);
+}
+
+/// The texts made into an order. Empty when all is good, else what is wrong.
+std::string interpretar(const Textos& t, Orden& orden) {
+    if (orden.config.empty() && t.escuchar.empty())
+        return "falta qué servir: --config ARCHIVO.ini o --escuchar IP:PUERTO";
+    std::string error;
+    for (const std::string& texto : t.escuchar) {
+        const auto e = escuchadaDeTexto(texto);
+        if (!e) return queja("--escuchar", texto, "debe ser IP:PUERTO, como 127.0.0.1:5021");
+        orden.escuchar.push_back(*e);
+    }
+    for (const std::string& texto : t.registros) {
+        orden.registros.push_back(registroDeTexto(texto, error));
+        if (!error.empty()) return queja("--registro", texto, error);
+    }
+    for (const std::string& texto : t.estaciones) {
+        orden.porLugar.push_back(fallasDeTexto(texto, error));
+        if (!error.empty()) return queja("--estacion", texto, error);
+    }
+    for (const auto& [nombre, valor] : t.fallas) {
+        error = valor.empty() ? "" : fijarFalla(orden.fallas, nombre, valor);
+        if (!error.empty()) return queja("--" + nombre, valor, error);
+    }
+    orden.fallas.fragmentar = t.fragmentar;
+    const auto semilla = numeroDeTexto(t.semilla);
+    if (!semilla || !(*semilla >= 0 && *semilla <= 9007199254740992.0) ||
+        *semilla != std::floor(*semilla))
+        return queja("--semilla", t.semilla, "debe ser un entero de 0 a 2^53");
+    orden.semilla = static_cast<std::uint64_t>(*semilla);
+    return {};
+}
+
+} // namespace
+
+std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, std::ostream& salida,
+                             std::ostream& errores) {
+    CLI::App app("Planta simulada: estaciones KV2200 en TCP, con las fallas que se le pidan",
+                 "SimuladorKV2200");
+    Textos textos;
+    declarar(app, textos, orden);
+    std::string error;
+    try {
+        app.parse(argc, argv);
+        error = interpretar(textos, orden);
+    } catch (const CLI::CallForHelp&) {
+        salida << app.help();
+        return 0;
+    } catch (const CLI::ParseError& e) {
+        error = enCastellano(e);
+    }
+    if (error.empty()) return std::nullopt;
+    errores << "SimuladorKV2200: " << error << "\nVea SimuladorKV2200 --help\n";
+    return kOrdenMala;
+}
+
+} // namespace kv::simulador
