@@ -1,0 +1,45 @@
+#pragma once
+
+#include "script/vbscript/runtime.h"
+
+#include <span>
+#include <vector>
+
+namespace vbscript {
+
+using Arguments = std::span<Value>;
+using BuiltinFunction = Value (*)(Runtime& rt, Arguments args);
+
+struct Builtin {
+    const char* name;
+    BuiltinFunction run;
+    std::uint8_t least, most; ///< Arguments; others are error 450.
+};
+
+/// The groups, one file each.
+std::span<const Builtin> convertBuiltins();
+std::span<const Builtin> testBuiltins();
+std::span<const Builtin> mathBuiltins();
+std::span<const Builtin> stringBuiltins();
+std::span<const Builtin> listBuiltins();
+std::span<const Builtin> byteBuiltins();
+std::span<const Builtin> dateBuiltins();
+std::span<const Builtin> datePartBuiltins();
+std::span<const Builtin> formatBuiltins();
+std::span<const Builtin> hostBuiltins();
+
+struct BuiltinConstant {
+    const char* name;
+    Value value;
+};
+/// Made anew for each engine: values are not shared between threads.
+std::vector<BuiltinConstant> builtinConstants();
+
+/// An argument that may be left out: whether it is there.
+inline bool given(Arguments args, std::size_t k) { return k < args.size() && !args[k].isMissing(); }
+/// A whole number argument, or what it stands for when it is left out.
+std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t otherwise);
+/// vbBinaryCompare or vbTextCompare. Throws Fault 5 for another number.
+bool textCompareArg(Runtime& rt, Arguments args, std::size_t k);
+
+} // namespace vbscript

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "script/vbscript/host_object.h"
+#include "script/vbscript/object.h"
+
+#include <memory>
+#include <utility>
+
+namespace vbscript {
+
+/// The face that a host's object shows to scripts.
+class HostAdapter : public Object {
+  public:
+    explicit HostAdapter(std::shared_ptr<HostObject> object) : object_(std::move(object)) {}
+    [[nodiscard]] std::string typeName() const override { return "Object"; }
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override;
+
+  private:
+    std::shared_ptr<HostObject> object_;
+};
+
+} // namespace vbscript

@@ -1,0 +1,86 @@
+#include "script/vbscript/instance.h"
+
+#include "script/vbscript/fault.h"
+#include "script/vbscript/machine.h"
+
+namespace vbscript {
+
+Linked::Linked(Linked& ring) : next_(ring.next_), before_(&ring) {
+    next_->before_ = this;
+    ring.next_ = this;
+}
+
+Linked::~Linked() {
+    next_->before_ = before_;
+    before_->next_ = next_;
+}
+
+void Linked::breakUpAll() {
+    // Each one moves behind the head when it has been seen: those freed on the way unlink
+    // themselves.
+    Linked seen;
+    while (next_ != this) {
+        Linked* one = next_;
+        one->next_->before_ = one->before_;
+        one->before_->next_ = one->next_;
+        one->next_ = seen.next_;
+        one->before_ = &seen;
+        one->next_->before_ = one;
+        seen.next_ = one;
+        one->breakUp();
+    }
+    while (seen.next_ != &seen) {
+        Linked* one = seen.next_;
+        one->next_->before_ = one->before_;
+        one->before_->next_ = one->next_;
+        one->next_ = one->before_ = one;
+    }
+}
+
+Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
+    : Linked(ring), machine_(machine), class_(cls), unit_(cls.unit->shared_from_this()),
+      account_(Memory::current()) {
+    const std::size_t bytes = cls.variables.size() * sizeof(Value);
+    account_.grow(bytes, 7);
+    charged_ = bytes;
+    variables_.resize(cls.variables.size());
+    for (std::size_t k = 0; k < variables_.size(); ++k) {
+        const MemberVariable& v = cls.variables[k];
+        if (v.isArray) variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
+    }
+}
+
+Instance::~Instance() { account_.shrink(charged_); }
+
+std::string Instance::typeName() const { return machine_.names.text(class_.name); }
+
+const Member& Instance::find(Atom name, bool inside) const {
+    if (name == 0) {
+        if (!class_.defaultMember) throw Fault(438);
+        return *class_.defaultMember;
+    }
+    const auto at = class_.members.find(name);
+    if (at == class_.members.end()) throw Fault(438);
+    const Member& m = at->second;
+    if (!inside && !m.getPublic && !m.letPublic && !m.setPublic && !m.variablePublic)
+        throw Fault(438);
+    return m;
+}
+
+void Instance::access(Runtime&, Atom member, Access how, std::span<Value> args, Value& result) {
+    machine_.accessInstance(*this, member, how, args, result);
+}
+
+void Instance::dying() {
+    if (ended_ || !class_.terminate) return;
+    ended_ = true;
+    machine_.terminate(*this);
+}
+
+void Instance::breakUp() {
+    ended_ = true;
+    std::vector<Value> gone;
+    gone.swap(variables_);
+}
+
+} // namespace vbscript

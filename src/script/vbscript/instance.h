@@ -1,0 +1,60 @@
+#pragma once
+
+#include "script/vbscript/code.h"
+#include "script/vbscript/object.h"
+
+#include <memory>
+#include <vector>
+
+namespace vbscript {
+
+class Machine;
+
+/// Objects that may hold other objects, in a ring: what is left of them when the engine ends lets
+/// go of the rest, so circles are freed too.
+class Linked {
+  public:
+    Linked() = default;
+    explicit Linked(Linked& ring);
+    virtual ~Linked();
+    Linked(const Linked&) = delete;
+    Linked& operator=(const Linked&) = delete;
+    virtual void breakUp() {}
+    /// Breaks up all members of this ring.
+    void breakUpAll();
+
+  private:
+    Linked* next_ = this;
+    Linked* before_ = this;
+};
+
+/// An object of a script's class.
+class Instance : public Object, public Linked {
+  public:
+    Instance(Machine& machine, const ClassInfo& cls, Linked& ring);
+    ~Instance() override;
+
+    [[nodiscard]] std::string typeName() const override;
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override;
+    Instance* instance() override { return this; }
+    void dying() override;
+    void breakUp() override;
+
+    [[nodiscard]] const ClassInfo& info() const { return class_; }
+    /// The member for `name` (0: the default one) as seen from `from`; Fault 438 when there is none
+    /// or it is private.
+    const Member& find(Atom name, bool inside) const;
+    [[nodiscard]] Value* variables() { return variables_.data(); }
+
+  private:
+    Machine& machine_;
+    const ClassInfo& class_;
+    std::shared_ptr<Unit> unit_;
+    std::vector<Value> variables_;
+    std::size_t charged_ = 0;
+    Memory& account_;
+    bool ended_ = false;
+};
+
+} // namespace vbscript

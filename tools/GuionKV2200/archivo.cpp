@@ -1,0 +1,23 @@
+#include "archivo.h"
+
+#include "text/windows1252.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+constexpr std::size_t mayor = std::size_t{8} << 20;
+}
+
+std::optional<std::string> leerGuion(const std::string& ruta) {
+    std::ifstream in(ruta, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string bytes;
+    char trozo[65536];
+    while (in.read(trozo, sizeof trozo) || in.gcount() > 0) {
+        bytes.append(trozo, static_cast<std::size_t>(in.gcount()));
+        if (bytes.size() > mayor) return std::nullopt;
+    }
+    if (in.bad()) return std::nullopt;
+    return kv::pareceUtf8(bytes) ? bytes : kv::utf8DesdeWindows1252(bytes);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "script/vbscript/engine.h"
+
+/// The objects that a plant script finds in the driver, here on paper: what they are asked is
+/// printed. "WScript" is there for scripts that are written for the desk.
+void agregarObjetos(vbscript::Engine& motor);
