@@ -55,7 +55,24 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
     vista_.lstViewVariables.poner(fila, kValor, textoDeNumero(valor));
     vista_.lstViewVariables.poner(fila, kEstado, textoEstado(kOk));
     vista_.lstViewVariables.poner(fila, kFechaHora, sello_.ahora());
+    if (!b.bits.empty()) valorEnBits(b);
     notificar(b, 0);
+}
+
+/// A bit variable follows the register that it is a bit of.
+void Publicacion::valorEnBits(BloqueLectura& bloque) {
+    if (!bloque.bits[0]) return;
+    BitsDeVariable& bits = *bloque.bits[0];
+    const auto palabra = static_cast<std::uint32_t>(entero(bloque.valores[0]).value_or(0));
+    for (std::size_t b = 0; b < bits.bitDefinido.size(); ++b) {
+        if (!bits.bitDefinido[b]) continue;
+        const double valor = palabra >> b & 1;
+        publicar(bits.ranuraValor[b], valor);
+        publicar(bits.ranuraEstado[b], kOk);
+        vista_.lstViewVariables.poner(bits.bitFilas[b], kValor, textoDeNumero(valor));
+        vista_.lstViewVariables.poner(bits.bitFilas[b], kEstado, textoEstado(kOk));
+        vista_.lstViewVariables.poner(bits.bitFilas[b], kFechaHora, sello_.ahora());
+    }
 }
 
 void Publicacion::bloqueSinRespuesta(Indice bloque) {

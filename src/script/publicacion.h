@@ -41,6 +41,7 @@ class Publicacion {
   private:
     void publicar(Indice ranura, double valor);
     void notificar(const BloqueLectura& bloque, std::size_t k);
+    void valorEnBits(BloqueLectura& bloque);
     void perderBits(BloqueLectura& bloque, double estado);
     [[nodiscard]] std::pair<Indice, Indice> ranuras(const std::string& nombre);
 

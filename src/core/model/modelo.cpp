@@ -12,10 +12,9 @@ namespace {
 // A time-out or rest of no length would spin a timer or stop it for ever.
 constexpr double kTiempoFueraPorDefecto = 5;
 constexpr double kReconeccionPorDefecto = 30;
-constexpr double kSegundosMaximos = 86400.0 * 365;
 
 double segundosUtiles(double segundos, double porDefecto) {
-    return segundos > 0 && segundos <= kSegundosMaximos ? segundos : porDefecto;
+    return segundos > 0 && segundos <= Modelo::kScanMaximo ? segundos : porDefecto;
 }
 
 void partirEnBases(double segundos, double& baseMs, double& cantidad) {
@@ -99,7 +98,7 @@ double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string&
     const auto lugar = tablas_.buscarEstacion(puerto, plc);
     if (lugar.conexion == kNinguno || !tablas_.puertos.vive(puerto - 1) ||
         !enRango(cantidad, 1, kCantidadMaxima) || !enRango(nivel, 0, kNivelMaximo) ||
-        !(scanSegundos >= 0 && scanSegundos <= kSegundosMaximos))
+        !(scanSegundos >= 0 && scanSegundos <= Modelo::kScanMaximo))
         return -1;
     ConexionIP& c = tablas_.conexiones[lugar.conexion];
     const Estacion& estacion = c.estaciones[lugar.estacion];
@@ -133,6 +132,7 @@ double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string&
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
     tablas_.bloques.crecer();
+    tablas_.anotarRegistro(k);
     levantarControles(b);
     return k;
 }

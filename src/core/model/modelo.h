@@ -38,6 +38,7 @@ class Modelo {
 
     static constexpr double kCantidadMaxima = 10'000; ///< variables of a block
     static constexpr double kNivelMaximo = 10'000;
+    static constexpr double kScanMaximo = 86400.0 * 365; ///< seconds
 
   private:
     Indice levantarConexion(double puerto, const std::string& ip, const std::string& puertoTCP);

@@ -16,7 +16,11 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       lectura(tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
       modelo(tablas, conexiones, publicacion, vista, sello, Timer1_Bloques),
       poleo(bucle_, tablas, turnos, vista, sello, Timer1_Bloques),
-      tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques) {
+      tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
+      ejecucion(bucle_, tablas, turnos, publicacion, vista, sello, log),
+      solicitudes(tablas, turnos, ejecucion, vista, sello, log),
+      forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques) {
+    poleo.escribirCon(&ejecucion);
     turnos.avisarA(this);
     conexiones.avisarA(this);
     conexiones.recibirCon(&recepcion);
@@ -40,7 +44,10 @@ double Motor::ajuste(const AjusteNumerico& cual) {
         });
 }
 
-void Motor::alVencerTiempoFuera(Indice conexion) { tiemposFuera.ticDeLectura(conexion); }
+void Motor::alVencerTiempoFuera(Indice conexion) {
+    if (tablas.conexiones[conexion].escribiendo) return ejecucion.ticDeEscritura(conexion);
+    tiemposFuera.ticDeLectura(conexion);
+}
 
 void Motor::alQuedarLibre(Indice conexion) { poleo.alTerminarPausa(conexion); }
 
@@ -55,15 +62,19 @@ void Motor::interpretarTramaRecepcionada_OK(Indice conexion) {
 }
 
 void Motor::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
-    turnos.pausar(conexion); // nothing writes yet, so nothing answers a write
+    ejecucion.interpretarTramaRecepcionada_PorEscritura(conexion);
 }
 
-void Motor::respuestaDudosa(Indice conexion) { turnos.pausar(conexion); }
+void Motor::respuestaDudosa(Indice conexion) {
+    // A write is not told done by an answer that may be another's: it is read back at its time-out.
+    if (!tablas.conexiones[conexion].escribiendo) turnos.pausar(conexion);
+}
 
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
 
 void Motor::desActivarPoling_En_Socket(Indice conexion) {
     poleo.desActivarPoling_En_Socket(conexion);
+    ejecucion.alPerderConexion(conexion);
 }
 
 void Motor::establecerBAD_En_Socket(Indice conexion) {

@@ -18,6 +18,9 @@
 #include "script/guion.h"
 #include "script/publicacion.h"
 #include "ui/view/vista.h"
+#include "write/ejecucion.h"
+#include "write/forzado.h"
+#include "write/solicitudes.h"
 
 #include <string>
 
@@ -59,6 +62,9 @@ class Motor final : private AlTerminarElTurno,
     Modelo modelo;
     Poleo poleo;
     TiemposFuera tiemposFuera;
+    EjecucionDeEscrituras ejecucion;
+    SolicitudesDeEscritura solicitudes;
+    Forzado forzado;
 
   private:
     void alVencerTiempoFuera(Indice conexion) override;

@@ -64,11 +64,15 @@ struct BloqueLectura : ConfiguracionDeBloque {
     std::vector<std::unique_ptr<BitsDeVariable>> bits; ///< empty, or one per slot
     FilaDeLista filaBloque = kSinFila;
 
+    Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
+
     // Write blocks only:
     bool esBit = false;
     bool esperandoConfirmacion = false;
     double bit = -1;
     double valorBit = 0;
+    bool enviada = false; ///< at least once
+    std::string origen;   ///< who asked for it
     Indice indiceBloqueLectura = kNinguno;
     Solicitud tramaLectura{};
     std::string trazaLectura;

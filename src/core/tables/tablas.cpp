@@ -42,6 +42,21 @@ std::size_t Tablas::siguientePorPolear(Indice conexion) const {
                                        : c.porPolear.siguienteEnRonda(c.cursorBloques);
 }
 
+Indice Tablas::buscarPorRegistro(Indice conexion, double plc, std::string_view registro) const {
+    const auto numero = hexadecimal(registro);
+    if (!numero) return kNinguno;
+    const auto& por = conexiones[conexion].porRegistro;
+    const auto i = por.find(claveDeEstacion(plc, 0) | *numero);
+    return i == por.end() ? kNinguno : i->second;
+}
+
+void Tablas::anotarRegistro(Indice bloque) {
+    const BloqueLectura& b = bloques[bloque];
+    if (const auto numero = hexadecimal(b.direccion))
+        conexiones[b.idConexion].porRegistro.try_emplace(claveDeEstacion(b.plc, 0) | *numero,
+                                                         bloque);
+}
+
 std::string Tablas::claveDeConexion(const std::string& ip, const std::string& puertoTCP) {
     const auto numero = numeroDeTexto(puertoTCP);
     return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));

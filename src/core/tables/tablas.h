@@ -6,7 +6,9 @@
 #include "core/tables/respuestas_debidas.h"
 #include "core/tables/tabla.h"
 
+#include <deque>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -44,7 +46,8 @@ struct ConexionIP {
     Tabla<Estacion> estaciones;
     std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
     ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
-    std::vector<Indice> escrituras; ///< the connection's write blocks in creation order
+    std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
+    std::deque<Indice> escrituras;  ///< the writes still to be done, oldest first
     FilaDeLista filaLista = kSinFila;
 
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;
@@ -89,6 +92,13 @@ class Tablas {
     };
     [[nodiscard]] LugarDeEstacion buscarEstacion(double puerto, double plc) const;
 
+    /// The first read block of a connection that polls a station's register, both addresses read as
+    /// hexadecimal numbers; kNinguno if there is none or `registro` is no such number.
+    [[nodiscard]] Indice buscarPorRegistro(Indice conexion, double plc,
+                                           std::string_view registro) const;
+
+    /// Enters a new block into the look-up above.
+    void anotarRegistro(Indice bloque);
     /// Enters a new connection or station into the look-ups above.
     void anotarConexion(Indice conexion);
     void anotarEstacion(Indice conexion, Indice estacion);

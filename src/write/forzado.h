@@ -1,0 +1,58 @@
+#pragma once
+
+#include "core/model/modelo.h"
+#include "link/turno.h"
+#include "log/archivo_log.h"
+#include "platform/arreglo_de_temporizadores.h"
+#include "poll/poleo.h"
+#include "ui/view/vista.h"
+
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// Forced reads and block control: one address, one block, a whole level, on and off, scan times.
+class Forzado {
+  public:
+    Forzado(Tablas& tablas, Turnos& turnos, Poleo& poleo, Modelo& modelo, Vista& vista,
+            Sello& sello, ArchivoLog& log, ArregloDeTemporizadores& Timer1_Bloques);
+
+    /// Reads the block that holds an address port.PLC.register[.bit] now; makes a block for it when
+    /// only the station exists. What came of it is said in the operator's box.
+    void forzarPoleo(const std::string& direccion);
+    void forzarBloque_porID(Indice bloque);
+    void forzarBloque_porNivel(double nivel);
+    /// `veces` above 0: reads every block of the level so often, then switches it off; 0 switches
+    /// the level on, -1 off.
+    void forzarBloque_porNivel_NVeces(double nivel, double veces);
+    void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado);
+    void Activar_Dir(std::string_view clave, bool estado);
+    /// Seconds, 0 and up; other values change nothing, like an index of no block.
+    void ModificarScanDeBloque(double bloque, double segundos);
+
+    /// Blocks that forced reads may make while the driver runs.
+    static constexpr std::size_t kDadosDeAltaMaximo = 10'000;
+
+  private:
+    [[nodiscard]] Indice buscarBloque(Indice conexion, double plc, double registro) const;
+    void forzarConocido(Indice bloque, const std::string& direccion, double bit, bool nuevo);
+    void darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
+                   const std::string& registro, const std::string& direccion, double bit);
+    void ponerChecks(const BloqueLectura& b, bool estado);
+    template <class Accion>
+    void enNivel(double nivel, const Accion& accion);
+    void decir(const std::string& texto);
+
+    Tablas& tablas_;
+    Turnos& turnos_;
+    Poleo& poleo_;
+    Modelo& modelo_;
+    Vista& vista_;
+    Sello& sello_;
+    ArchivoLog& log_;
+    ArregloDeTemporizadores& Timer1_Bloques_;
+    std::size_t dadosDeAlta_ = 0;
+};
+
+} // namespace kv
