@@ -139,6 +139,11 @@ void EjecucionDeEscrituras::interpretarTramaRecepcionada_PorEscritura(Indice con
     publicacion_.valorLeido(leido, valor);
 }
 
+void EjecucionDeEscrituras::respuestaDudosa(Indice conexion) {
+    const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
+    if (i < tablas_.escrituras.limiteSuperior()) tablas_.escrituras[i].respuestaDudosa = true;
+}
+
 void EjecucionDeEscrituras::ticDeEscritura(Indice conexion) {
     const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
     if (i >= tablas_.escrituras.limiteSuperior() || !tablas_.escrituras[i].activo)
@@ -152,7 +157,9 @@ void EjecucionDeEscrituras::ticDeEscritura(Indice conexion) {
     if (cuenta.acortarA > 0)
         turnos_.acortarTiempoFuera(conexion, cuenta.acortarA * e.tiempoFueraBaseMs);
     if (!cuenta.vencio) return;
-    if (e.reintentos >= e.reintentosMax) return abandonar(i, FinDeEscritura::SinRespuesta);
+    const bool releer = !e.esperandoConfirmacion && e.respuestaDudosa;
+    if (e.reintentos >= e.reintentosMax && !releer)
+        return abandonar(i, FinDeEscritura::SinRespuesta);
     if (!e.esperandoConfirmacion) {
         e.esperandoConfirmacion = true;
         polear_ConfirmacionEscritura(i);

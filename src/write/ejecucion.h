@@ -46,6 +46,9 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     bool enviarSiguiente(Indice conexion) override;
     /// A valid answer that belongs to the connection's write came.
     void interpretarTramaRecepcionada_PorEscritura(Indice conexion);
+    /// An answer came that may be another request's. It tells nothing of the write, which is read
+    /// back at its time-out, even where no retries are allowed.
+    void respuestaDudosa(Indice conexion);
     /// Tick of the time-out of a connection that waits for the answer to a write.
     void ticDeEscritura(Indice conexion);
     void alPerderConexion(Indice conexion);

@@ -66,8 +66,8 @@ void Motor::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
 }
 
 void Motor::respuestaDudosa(Indice conexion) {
-    // A write is not told done by an answer that may be another's: it is read back at its time-out.
-    if (!tablas.conexiones[conexion].escribiendo) turnos.pausar(conexion);
+    if (tablas.conexiones[conexion].escribiendo) return ejecucion.respuestaDudosa(conexion);
+    turnos.pausar(conexion);
 }
 
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }

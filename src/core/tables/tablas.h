@@ -47,7 +47,7 @@ struct ConexionIP {
     std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
     ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
     std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
-    std::deque<Indice> escrituras;  ///< the writes still to be done, oldest first
+    std::deque<Indice> escrituras; ///< the writes still to be done, oldest first
     FilaDeLista filaLista = kSinFila;
 
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;

@@ -1,0 +1,282 @@
+// What happens to a write, from the request to its confirmation or its end.
+
+#include "apoyo/planta.h"
+#include "write/palabra.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+class Escribe : public testing::Test {
+  protected:
+    void planta(const Configuracion::Puerto& puerto = {}, const std::string& scan = "600") {
+        auto config = Configuracion()
+                          .puerto(puerto)
+                          .estacion(1, "10.0.0.1", 1)
+                          .bloque(1, "10", scan)
+                          .bloque(1, "0A", scan)
+                          .bloque(1, "40001", scan);
+        p = std::make_unique<Planta>(config);
+        plc = &p->en("10.0.0.1");
+        p->motor.ejecucion.avisarA(&fines);
+        p->arrancarYConectar();
+        p->avanzar(3000); // the first reads are done and the line is free
+        plc->pedidos.clear();
+    }
+    double escribir(const std::string& direccion, double valor) {
+        return p->motor.solicitudes.escribirDireccion(direccion, valor, "prueba");
+    }
+    /// W for a write, R for a read, with the address, in the order in which the station saw them.
+    [[nodiscard]] std::string visto() const {
+        std::string s;
+        for (const auto& x : plc->pedidos) {
+            char t[32];
+            std::snprintf(t, sizeof t, x.trama[0] == 0x57 ? "W%02X=%d " : "R%02X ", x.trama[3],
+                          x.trama[4] * 256 + x.trama[5]);
+            s += t;
+        }
+        return s;
+    }
+    struct Fines final : AlTerminarEscritura {
+        void alTerminar(const BloqueEscritura& e, FinDeEscritura fin) override {
+            texto += e.direccion + "=" + std::to_string(static_cast<int>(e.valores[0])) +
+                     (fin == FinDeEscritura::Confirmada ? " " : "! ");
+        }
+        std::string texto;
+    } fines;
+    void callarEscrituras() {
+        plc->demora = [](const Solicitud& s) {
+            return s[0] == 0x57 ? std::optional<double>() : std::optional<double>(0);
+        };
+    }
+    void callar() {
+        plc->demora = [](const Solicitud&) { return std::nullopt; };
+    }
+    [[nodiscard]] const std::string& demanda() const {
+        return p->motor.vista.txtDemandaLecturaEscritura.texto();
+    }
+    std::unique_ptr<Planta> p;
+    Estaciones* plc = nullptr;
+};
+
+} // namespace
+
+TEST_F(Escribe, ContestadaEnseguidaSeConfirmaYSePublica) {
+    planta();
+    EXPECT_EQ(escribir("1.1.10", 65534), 0);
+    EXPECT_TRUE(p->conexion(0).ocupada && p->conexion(0).escribiendo);
+    p->avanzar(1);
+    EXPECT_EQ(visto(), "W10=65534 ");
+    EXPECT_EQ(fines.texto, "10=65534 ");
+    EXPECT_EQ(p->valor(0), -2) << "the same 16 bits, read as the driver reads registers";
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10"), -2);
+    EXPECT_TRUE(
+        p->tramasTiene("Escritura: 1.1.10[Dir 10 : Valor 65534] Envio -> [57][01][00][10]"));
+    escribir("1.1.10", 5);
+    p->avanzar(700);
+    EXPECT_EQ(visto(), "W10=65534 ") << "the pause comes first";
+    p->avanzar(200);
+    EXPECT_EQ(visto(), "W10=65534 W10=5 ");
+    p->avanzar(10'000);
+    EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 0U) << "reclaimed";
+}
+
+TEST_F(Escribe, RespuestaPerdidaYLaPrimeraRelecturaConfirma) {
+    planta();
+    callarEscrituras();
+    escribir("1.1.10", 7);
+    p->avanzar(5100);
+    EXPECT_EQ(visto(), "W10=7 R10 ");
+    EXPECT_EQ(fines.texto, "10=7 ");
+    EXPECT_TRUE(
+        p->tramasTiene(" PEDIDO DE CONFIRMACION 0 Bloque: 1.1.10[Dir 10: Valor 7] Envio -> "));
+}
+
+TEST_F(Escribe, CalladaConDosReintentosYConNinguno) {
+    planta({"5", "2", "30"});
+    callar();
+    escribir("1.1.10", 7);
+    p->avanzar(24'900);
+    EXPECT_EQ(visto(), "W10=7 R10 W10=7 R10 W10=7 ");
+    EXPECT_EQ(fines.texto, "");
+    EXPECT_TRUE(p->tramasTiene(" REINTENTO ESCRITURA1 Bloque: 1.1.10"));
+    p->avanzar(200);
+    EXPECT_EQ(fines.texto, "10=7! ");
+    EXPECT_TRUE(p->tramasTiene(" Deshabilitacion de ESCRITURA: 1.1.10 [10 Valor: 7]\r\n"));
+    p->avanzar(60'000);
+    const std::string todo = visto();
+    EXPECT_EQ(std::count(todo.begin(), todo.end(), 'W'), 3) << "never sent again";
+    EXPECT_EQ(p->conexion(0).turno, EstadoDeTurno::Libre);
+    planta({"5", "0", "30"});
+    fines.texto.clear();
+    callar();
+    escribir("1.1.10", 7);
+    p->avanzar(5100);
+    EXPECT_EQ(visto(), "W10=7 ");
+    EXPECT_EQ(fines.texto, "10=7! ");
+}
+
+TEST_F(Escribe, UnaRespuestaConOtroValorNoConfirma) {
+    planta({"5", "1", "30"});
+    callarEscrituras();
+    escribir("1.1.10", 7);
+    p->avanzar(1);
+    plc->mandar(respuestaCon(8));
+    p->avanzar(10);
+    EXPECT_EQ(fines.texto, "");
+    EXPECT_TRUE(p->conexion(0).recepcion.empty());
+    EXPECT_EQ(p->conexion(0).turno, EstadoDeTurno::Esperando);
+    p->avanzar(5000);
+    EXPECT_EQ(fines.texto, "10=7 ") << "the read-back tells";
+    plc->mandar(respuestaCon(7)); // a second equal frame completes nothing
+    p->avanzar(10);
+    EXPECT_EQ(fines.texto, "10=7 ");
+}
+
+TEST_F(Escribe, ConElEnlacePerdidoAntesDuranteYEnEspera) {
+    planta();
+    callar();
+    escribir("1.1.10", 1);
+    escribir("1.1.0A", 2);
+    p->avanzar(100);
+    plc->cortar();
+    p->avanzar(5000);
+    EXPECT_EQ(fines.texto, "10=1! 0A=2! ") << "given up at the supervision";
+    EXPECT_TRUE(p->tramasTiene("[0A Valor: 2] Sin conexion\r\n"));
+    p->bucle.red().rechazar("10.0.0.1", 502);
+    p->motor.conexiones.wsSocket(0).cerrar();
+    EXPECT_EQ(escribir("1.1.10", 3), -1);
+    EXPECT_NE(
+        demanda().find(" Imposible escribir. Sin conexion con 10.0.0.1:502 Direccion: 1.1.10"),
+        std::string::npos);
+    p->bucle.red().atender("10.0.0.1", 502, *plc);
+    p->avanzar(60'000);
+    EXPECT_EQ(visto().find("W0A"), std::string::npos) << "no command hours later";
+}
+
+TEST_F(Escribe, UnPulsoSaleEnOrdenYDosIgualesSinEnviarSonUna) {
+    planta();
+    escribir("1.1.0A", 9); // takes the line
+    for (const double v : {1.0, 0.0, 1.0, 1.0, 1.0, 0.0})
+        escribir("1.1.10", v);
+    p->avanzar(6000);
+    EXPECT_EQ(visto(), "W0A=9 W10=1 W10=0 W10=1 W10=0 ");
+    EXPECT_EQ(fines.texto, "0A=9 10=1 10=0 10=1 10=0 ");
+}
+
+TEST_F(Escribe, PedidaEnCadaEstadoDeLaConexionEsperaSuTurno) {
+    planta({}, "2");
+    plc->demora = [](const Solicitud&) { return 300.0; };
+    for (int ms = 0; ms < 40; ++ms) { // idle, waiting for a read, for a write, pausing
+        escribir("1.1.10", ms);
+        p->avanzar(977);
+    }
+    p->avanzar(60'000);
+    std::string esperado;
+    for (int v = 0; v < 40; ++v)
+        esperado += "10=" + std::to_string(v) + " ";
+    EXPECT_EQ(fines.texto, esperado);
+    for (std::size_t i = 1; i < plc->pedidos.size(); ++i)
+        EXPECT_GE(plc->pedidos[i].ms - plc->pedidos[i - 1].ms, 1100) << "one request at a time";
+}
+
+TEST_F(Escribe, ABloqueQueDescansaTambienSeEscribe) {
+    planta({"1", "0", "600"}, "2");
+    callar();
+    p->avanzar(10'000);
+    ASSERT_FALSE(p->ok(0));
+    plc->demora = [](const Solicitud&) { return 0.0; };
+    plc->pedidos.clear();
+    escribir("1.1.10", 4);
+    p->avanzar(20'000);
+    EXPECT_EQ(fines.texto, "10=4 ");
+}
+
+TEST_F(Escribe, LoQueNoSePuedeSeDiceYNoDejaNada) {
+    planta();
+    EXPECT_EQ(escribir("1.9.10", 1), -1);
+    EXPECT_NE(demanda().find(" Imposible escribir.1.9.10 No se encuentra PLC"), std::string::npos);
+    const auto& log = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
+    for (const char* mala : {"1.1.33", "1.1.40001", "", "x", "1.1", "1.1.10.16", "1.1.10.1.5e9.3"})
+        EXPECT_EQ(escribir(mala, 1), mala == std::string("1.1.10.1.5e9.3") ? 0 : -1) << mala;
+    for (const double malo : {70000.0, -40000.0, 1.5})
+        EXPECT_EQ(escribir("1.1.10", malo), -1);
+    EXPECT_NE(p->archivos.contenido(log).find("DRIVER>escritura de 1.1.33 valor: 1 - Scan: 3>"),
+              std::string::npos);
+    for (int i = 0; i < 1000; ++i)
+        escribir("1.1.33", i);
+    EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 1U);
+}
+
+TEST_F(Escribe, UnBitSeMezclaConLaPalabraQueHay) {
+    planta();
+    plc->registros[{1, 16}] = 0x8001;
+    p->motor.forzado.forzarBloque_porID(0);
+    p->avanzar(2000);
+    plc->pedidos.clear();
+    escribir("1.1.10.3", 1);
+    escribir("1.1.10.0", 0);
+    p->avanzar(3000);
+    EXPECT_EQ(visto(), "W10=32777 W10=32776 ");
+    EXPECT_TRUE(p->tramasTiene("Escritura de BIT: Lectura Primaria: 1.1.10[Dir 10 : Valor 32777]"));
+    p->motor.forzado.forzarPoleo("1.1.10.3");
+    p->avanzar(1000);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3_STATUS"), 6);
+    escribir("1.1.10", 0);
+    p->avanzar(2000);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3"), 0);
+}
+
+TEST_F(Escribe, DiezMilEnOrdenYLasLecturasNoSeQuedanSinTurno) {
+    planta({}, "1");
+    p->ajuste("Tiempo_Entre_poleo", "0");
+    p->avanzar(10'000);
+    plc->pedidos.clear();
+    for (int i = 0; i < 10'000; ++i)
+        escribir("1.1.10", i);
+    p->avanzar(30'000);
+    EXPECT_EQ(p->motor.ejecucion.enEspera(), 0U);
+    int esperado = 0;
+    int lecturas = 0;
+    for (const auto& x : plc->pedidos) {
+        if (x.trama[0] == 0x57) {
+            EXPECT_EQ(x.trama[4] * 256 + x.trama[5], esperado++);
+        } else if (esperado < 10'000) {
+            ++lecturas;
+        }
+    }
+    EXPECT_EQ(esperado, 10'000);
+    EXPECT_GT(lecturas, 5) << "reads came through meanwhile";
+    EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 0U);
+}
+
+TEST_F(Escribe, QuienEscribeSiempreNoHaceCrecerLaTabla) {
+    planta({}, "1");
+    p->ajuste("Tiempo_Entre_poleo", "0");
+    p->avanzar(10'000);
+    callar(); // one write is under way all the time, so nothing is ever reclaimed
+    plc->demora = [](const Solicitud&) { return 1.0; };
+    for (int i = 0; i < 20'000; ++i) {
+        escribir("1.1.10", i);
+        escribir("1.1.0A", i);
+        p->avanzar(3);
+    }
+    EXPECT_LT(p->motor.tablas.escrituras.limiteSuperior(), 3000U);
+}
+
+TEST(Palabra, BitsDeUnaPalabra) {
+    EXPECT_EQ(SetearBIT_YDevolverPalabra(5, 1, true), 7);
+    EXPECT_EQ(SetearBIT_YDevolverPalabra(70001, 0, false), 4464);
+    EXPECT_EQ(SetearBIT_YDevolverPalabra(0, 15, true), 32768);
+    EXPECT_EQ(wordbit(5, 0) * 100 + wordbit(5, 1) * 10 + wordbit(5, 2), 101);
+    EXPECT_EQ(wordbit(-1, 15), 1);
+    EXPECT_EQ(ValidarIngresoDeNumeros('7', false, false), '7');
+    EXPECT_EQ(ValidarIngresoDeNumeros(8, false, false), 8);
+    EXPECT_EQ(ValidarIngresoDeNumeros('.', false, false), 16);
+    EXPECT_EQ(ValidarIngresoDeNumeros('.', false, true), '.');
+    EXPECT_EQ(ValidarIngresoDeNumeros('-', true, false), '-');
+    EXPECT_EQ(ValidarIngresoDeNumeros('a', true, true), 16);
+}
+
+} // namespace kv

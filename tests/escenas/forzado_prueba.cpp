@@ -1,0 +1,161 @@
+// Forced reads, levels, switching blocks and changing their scan times.
+
+#include "apoyo/planta.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+class Fuerza : public testing::Test {
+  protected:
+    Fuerza() {
+        p.arrancarYConectar();
+        p.avanzar(4000);
+        plc.pedidos.clear();
+    }
+    [[nodiscard]] std::string columna4(std::size_t b) {
+        return p.fila(p.motor.vista.lstViewEstadoDeBloques, p.bloque(b).filaBloque, 4);
+    }
+    [[nodiscard]] bool dicho(const std::string& texto) const {
+        return p.motor.vista.txtDemandaLecturaEscritura.texto().find(texto) != std::string::npos;
+    }
+    [[nodiscard]] bool tildado(std::size_t b) {
+        return p.motor.vista.lstViewEstadoDeBloques.tildada(p.bloque(b).filaBloque) &&
+               p.motor.vista.lstViewVariables.tildada(p.bloque(b).filasVariables[0]);
+    }
+    Configuracion config = Configuracion()
+                               .puerto()
+                               .estacion(1, "10.0.0.1", 1)
+                               .bloque(1, "10", "600", true, 5, 2)
+                               .bloque(1, "20", "600", true, 1, 2)
+                               .bloque(1, "30", "90", true, 1, 3);
+    Planta p{config};
+    Estaciones& plc{p.en("10.0.0.1")};
+    Forzado& forzado{p.motor.forzado};
+};
+
+} // namespace
+
+TEST_F(Fuerza, UnaDireccionDentroDeUnBloque) {
+    forzado.forzarPoleo("1.1.14");
+    p.avanzar(10);
+    EXPECT_EQ(plc.pedidos.size(), 1U);
+    EXPECT_TRUE(dicho(" Forzado OK 1.1.14\r\n"));
+    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 3U);
+    EXPECT_EQ(p.motor.scriptControl.valorDe("MW_1_1_14_3"), std::nullopt);
+    forzado.forzarPoleo("1.1.14.3");
+    EXPECT_EQ(p.motor.scriptControl.valorDe("MW_1_1_14_3"), 0);
+    EXPECT_EQ(p.motor.tablas.cantidadDePuntos, 8);
+    forzado.forzarPoleo("1.1.14.3");
+    EXPECT_EQ(p.motor.tablas.cantidadDePuntos, 8) << "one bit, one point";
+}
+
+TEST_F(Fuerza, UnaDesconocidaSeDaDeAltaYOtrasSeRechazan) {
+    forzado.forzarPoleo("1.1.15"); // not below 10 + 5
+    p.avanzar(2000);
+    ASSERT_EQ(p.motor.tablas.bloques.limiteSuperior(), 4U);
+    EXPECT_TRUE(dicho(" Bloque 1.1.15 dado de alta. DefaultScan de 5 Segundos\r\n"));
+    EXPECT_TRUE(dicho(" Forzado OK 1.1.15\r\n"));
+    EXPECT_TRUE(p.ok(3));
+    forzado.forzarPoleo("1.1");
+    forzado.forzarPoleo("7.1.10");
+    EXPECT_TRUE(dicho(" NO EXISTE PUERTO O PLC \r\n"));
+    for (int i = 0; i < 1000; ++i)
+        forzado.forzarPoleo("1.1.F00D" + std::to_string(i));
+    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 4U);
+    plc.cortar();
+    p.bucle.red().rechazar("10.0.0.1", 502);
+    p.avanzar(100);
+    forzado.forzarPoleo("1.1.20");
+    EXPECT_TRUE(dicho(" Imposible FORZAR, Sin conexion con estacion 10.0.0.1:502\r\n"));
+}
+
+TEST_F(Fuerza, UnNivelTresVecesYLuegoApagado) {
+    forzado.ModificarScanDeBloque(0, 2);
+    forzado.ModificarScanDeBloque(1, 2);
+    p.avanzar(3000);
+    forzado.forzarBloque_porNivel_NVeces(2, 3);
+    EXPECT_EQ(columna4(0), "FORZANDO POR NIVEL, Cantidad de veces a leer : 3");
+    std::string pasos;
+    for (int ms = 0; ms < 20'000; ms += 100) {
+        p.avanzar(100);
+        if (pasos.find(columna4(0)) == std::string::npos) pasos += columna4(0) + "|";
+    }
+    EXPECT_NE(pasos.find("FORZADO POR NIVEL: Recepcion 2 de 3|FORZADO POR NIVEL: Recepcion 3 de "
+                         "3|FORZADO POR NIVEL OK|"),
+              std::string::npos)
+        << pasos;
+    EXPECT_FALSE(p.bloque(0).activo || p.bloque(1).activo);
+    EXPECT_TRUE(p.bloque(2).activo) << "another level";
+    const auto antes = plc.pedidos.size();
+    p.avanzar(30'000);
+    EXPECT_EQ(plc.pedidos.size(), antes);
+    forzado.forzarBloque_porNivel_NVeces(2, 0);
+    EXPECT_TRUE(tildado(0) && tildado(1));
+    p.avanzar(10'000);
+    EXPECT_GT(plc.pedidos.size(), antes + 6);
+    forzado.forzarBloque_porNivel_NVeces(2, -2);
+    EXPECT_TRUE(p.bloque(0).activo);
+    forzado.forzarBloque_porNivel_NVeces(2, -1);
+    EXPECT_FALSE(tildado(0) || tildado(1) || p.bloque(0).activo);
+    forzado.forzarBloque_porNivel_NVeces(1e300, 1);
+    forzado.forzarBloque_porNivel(-1);
+}
+
+TEST_F(Fuerza, ApagadoMientrasSeLoEsperaYEncendidoDeNuevo) {
+    plc.demora = [](const Solicitud&) { return 2000.0; };
+    forzado.forzarPoleo("1.1.20");
+    p.avanzar(500);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(1, false);
+    p.avanzar(30'000);
+    EXPECT_EQ(plc.pedidos.size(), 1U);
+    EXPECT_EQ(p.conexion(0).turno, EstadoDeTurno::Libre);
+    forzado.Activar_Dir("1.1.20", true);
+    p.avanzar(1000);
+    EXPECT_EQ(plc.pedidos.size(), 2U);
+    plc.cortar();
+    p.bucle.red().rechazar("10.0.0.1", 502);
+    p.avanzar(5000);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, false);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, true); // while the link is down
+    plc.pedidos.clear();
+    p.bucle.red().atender("10.0.0.1", 502, plc);
+    p.avanzar(60'000);
+    EXPECT_TRUE(p.ok(0)) << "read when the connection came back";
+}
+
+TEST_F(Fuerza, ElScanCambiaDe90A2YVuelve) {
+    forzado.ModificarScanDeBloque(2, 2);
+    EXPECT_EQ(p.fila(p.motor.vista.lstViewEstadoDeBloques, p.bloque(2).filaBloque, 2), "2");
+    p.avanzar(20'500);
+    EXPECT_NEAR(static_cast<double>(plc.pedidos.size()), 11, 1);
+    plc.pedidos.clear();
+    forzado.ModificarScanDeBloque(2, 90);
+    p.avanzar(200'000);
+    ASSERT_EQ(plc.pedidos.size(), 3U);
+    EXPECT_NEAR(plc.pedidos[1].ms - plc.pedidos[0].ms, 90'000, 5);
+    EXPECT_NEAR(plc.pedidos[2].ms - plc.pedidos[1].ms, 90'000, 5);
+    for (const double malo : {-1.0, 1e300})
+        forzado.ModificarScanDeBloque(2, malo);
+    forzado.ModificarScanDeBloque(99, 1);
+    forzado.ModificarScanDeBloque(-1, 1);
+    EXPECT_EQ(p.bloque(2).scanSegundos, 90);
+}
+
+TEST_F(Fuerza, UnBloqueQueDescansaSeRechazaPorDireccionYPorNivelEsperaSuDescanso) {
+    plc.demora = [](const Solicitud&) { return std::nullopt; };
+    forzado.forzarPoleo("1.1.20");
+    p.avanzar(21'000);
+    ASSERT_FALSE(p.bloque(1).habilitadoPorRespuestas);
+    forzado.forzarPoleo("1.1.20");
+    EXPECT_TRUE(
+        dicho(" Imposible de forzar la lectura por deshabilitacion del bloque: 1.1.20\r\n"));
+    plc.pedidos.clear();
+    plc.demora = [](const Solicitud&) { return 0.0; };
+    forzado.forzarBloque_porNivel(2);
+    p.avanzar(35'000);
+    EXPECT_TRUE(p.ok(1));
+}
+
+} // namespace kv
