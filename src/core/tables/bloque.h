@@ -71,8 +71,9 @@ struct BloqueLectura : ConfiguracionDeBloque {
     bool esperandoConfirmacion = false;
     double bit = -1;
     double valorBit = 0;
-    bool enviada = false; ///< at least once
-    std::string origen;   ///< who asked for it
+    bool enviada = false;         ///< at least once
+    bool respuestaDudosa = false; ///< an answer came that may be another request's
+    std::string origen;           ///< who asked for it
     Indice indiceBloqueLectura = kNinguno;
     Solicitud tramaLectura{};
     std::string trazaLectura;
