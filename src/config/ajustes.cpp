@@ -65,6 +65,11 @@ std::size_t Ajustes::lineaDe(const std::string& archivo, std::string_view seccio
     return hallazgo ? hallazgo->linea : 0;
 }
 
+bool Ajustes::ilegible(const std::string& archivo) {
+    const Copia& c = copia(archivo);
+    return c.huella.existe && !c.leida;
+}
+
 bool Ajustes::intentarEscribir(const std::string& archivo, std::string_view seccion,
                                std::string_view clave, std::string_view valor) {
     if (!escribe_) return false;

@@ -75,6 +75,8 @@ class Ajustes {
     /// Line of a value, 0 when there is none.
     [[nodiscard]] std::size_t lineaDe(const std::string& archivo, std::string_view seccion,
                                       std::string_view clave);
+    /// Whether the file is there and could not be read, or is too large to be.
+    [[nodiscard]] bool ilegible(const std::string& archivo);
     /// To be called at the end of every turn of the loop: allows the next look at the files.
     void vueltaNueva() { ++vuelta_; }
     /// From now on nothing is written, as on a read-only disk.

@@ -30,11 +30,12 @@ std::optional<std::uint32_t> quitarNumero(std::string_view& texto) {
     return numero;
 }
 
+/// `esperado` is tried first: keys mostly come in the order of their table.
 std::optional<std::uint8_t> campoDe(std::string_view nombre,
-                                    std::span<const std::string_view> nombres) {
-    for (std::size_t i = 0; i < nombres.size(); ++i) {
-        if (nombre == nombres[i]) return static_cast<std::uint8_t>(i);
-    }
+                                    std::span<const std::string_view> nombres,
+                                    std::size_t esperado = 0) {
+    if (esperado < nombres.size() && nombre == nombres[esperado])
+        return static_cast<std::uint8_t>(esperado);
     for (std::size_t i = 0; i < nombres.size(); ++i) {
         if (igualSinCaja(nombre, nombres[i])) return static_cast<std::uint8_t>(i);
     }
@@ -55,6 +56,7 @@ DatoIni dato(const LineaIni& l, const char* base) {
 struct Entrada {
     std::string_view nombre;
     std::uint32_t numero = 0;
+    std::uint8_t siguiente = 0; ///< the field that would come next
     bool esBloque = false;
 };
 
@@ -64,7 +66,7 @@ std::optional<Entrada> entradaDe(std::string_view clave) {
     if (!esBloque && !quitarPrefijo(resto, kEsclavo)) return std::nullopt;
     const auto numero = quitarNumero(resto);
     if (!numero || resto.empty() || resto.front() != '_') return std::nullopt;
-    return Entrada{clave.substr(0, clave.size() - resto.size() + 1), *numero, esBloque};
+    return Entrada{clave.substr(0, clave.size() - resto.size() + 1), *numero, 0, esBloque};
 }
 
 void clave(const LineaIni& l, const char* base, Entrada& reciente, SeccionDePuerto& seccion) {
@@ -77,9 +79,10 @@ void clave(const LineaIni& l, const char* base, Entrada& reciente, SeccionDePuer
     }
     reciente = *entrada;
     const std::string_view sufijo = l.nombre.substr(entrada->nombre.size());
-    const auto campo =
-        entrada->esBloque ? campoDe(sufijo, kCamposDeBloque) : campoDe(sufijo, kCamposDeEsclavo);
+    const auto campo = entrada->esBloque ? campoDe(sufijo, kCamposDeBloque, entrada->siguiente)
+                                         : campoDe(sufijo, kCamposDeEsclavo, entrada->siguiente);
     if (!campo) return;
+    reciente.siguiente = static_cast<std::uint8_t>(*campo + 1);
     DatoIni d = dato(l, base);
     d.numero = entrada->numero;
     d.campo = *campo;

@@ -83,6 +83,10 @@ std::string informeDe(const ConfiguracionLeida& configuracion, const Validacion&
 }
 
 void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
+    if (ajustes.ilegible(ajustes.archivoDeAjustes()))
+        problemas.agregar(ajustes.archivoDeAjustes(), 0,
+                          "el archivo no se puede leer o tiene más de 256 MiB",
+                          "se usan los valores por defecto");
     for (const AjusteNumerico& a : ajustesNumericos()) {
         static_cast<void>(
             ajustes.leerTiempo(a, [&](std::string_view clave, const std::string& texto, double n) {

@@ -189,10 +189,10 @@ void LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
     const std::string rango = std::string(nombre) + " es " + textoDeNumero(hasta - desde);
     if (encontradas < hasta - desde)
         problema(dato.linea,
-                 rango + " y el archivo tiene " + textoDeNumero(encontradas) +
-                     " entradas; la primera que falta es " + std::string(prefijo) +
+                 rango + " y el archivo tiene sólo " + textoDeNumero(encontradas) +
+                     "; la primera que falta es " + std::string(prefijo) +
                      textoDeNumero(primeraAusente),
-                 "las que faltan no se crean");
+                 "lo que falta no se crea");
     if (lineaDeSobra != 0)
         problema(lineaDeSobra,
                  rango + ", desde " + std::string(prefijo) + textoDeNumero(desde) +

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF"; // what some editors put before the text
 constexpr std::size_t kMaximoDeEntradas = 1 << 20;
+constexpr std::size_t kMaximoDeRecordados = 256;
 constexpr std::size_t kMaximoDePasos = 256; // of a look-up, so that no choice of keys is slow
 
 constexpr bool esBlanco(char c) { return c == ' ' || c == '\t' || c == '\r'; }
@@ -154,7 +155,15 @@ std::optional<Ini::Hallazgo> Ini::buscar(std::string_view seccion, std::string_v
         const LineaIni l = lineaDe(entradas_[n]);
         return Hallazgo{l.valor, l.numero};
     }
-    return completo_ ? std::nullopt : recorrer(seccion, clave);
+    return completo_ ? std::nullopt : recordar(seccion, clave);
+}
+
+std::optional<Ini::Hallazgo> Ini::recordar(std::string_view seccion, std::string_view clave) const {
+    std::string llave = minusculas(seccion).append("=").append(minusculas(clave));
+    const auto lugar = recordados_.find(llave);
+    if (lugar != recordados_.end()) return lugar->second;
+    if (recordados_.size() == kMaximoDeRecordados) recordados_.clear();
+    return recordados_.emplace(std::move(llave), recorrer(seccion, clave)).first->second;
 }
 
 std::optional<Ini::Hallazgo> Ini::recorrer(std::string_view seccion, std::string_view clave) const {

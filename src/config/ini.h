@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,6 +53,12 @@ class Ini {
 
     Ini() = default;
     explicit Ini(std::string contenido);
+    Ini(Ini&&) = default;
+    Ini& operator=(Ini&&) = default;
+    Ini(const Ini&) = delete; // what was found points into the content
+    Ini& operator=(const Ini&) = delete;
+    ~Ini() = default;
+
     [[nodiscard]] std::optional<Hallazgo> buscar(std::string_view seccion,
                                                  std::string_view clave) const;
     [[nodiscard]] const std::string& contenido() const { return contenido_; }
@@ -75,11 +82,15 @@ class Ini {
     [[nodiscard]] LineaIni lineaDe(const Entrada& e) const;
     [[nodiscard]] std::optional<Hallazgo> recorrer(std::string_view seccion,
                                                    std::string_view clave) const;
+    [[nodiscard]] std::optional<Hallazgo> recordar(std::string_view seccion,
+                                                   std::string_view clave) const;
 
     std::string contenido_;
     std::vector<Entrada> entradas_;
     std::vector<std::uint32_t> lugares_; ///< open addressing: numbers of entries
     bool completo_ = true;               ///< the index covers the whole file
+    /// What was looked for beyond the index: once through the file for every key, not every time.
+    mutable std::map<std::string, std::optional<Hallazgo>> recordados_;
 };
 
 /// The content with the key set: an existing key is replaced in place, a new one goes to the end of

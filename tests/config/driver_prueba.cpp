@@ -111,10 +111,10 @@ TEST(Driver, CantidadesQueElArchivoNoTiene) {
     EXPECT_EQ(l.listas.estaciones.size(), 2U);
     EXPECT_EQ(l.listas.bloques.size(), 2U);
     EXPECT_EQ(problemasDe(l),
-              "D.ini:5: CantEsclavos es 1000000000 y el archivo tiene 2 entradas; la primera que "
-              "falta es Esclavo1; las que faltan no se crean\n"
-              "D.ini:8: CantBloques es 1000000000 y el archivo tiene 2 entradas; la primera que "
-              "falta es Bloque2; las que faltan no se crean\n"
+              "D.ini:5: CantEsclavos es 1000000000 y el archivo tiene sólo 2; la primera que "
+              "falta es Esclavo1; lo que falta no se crea\n"
+              "D.ini:8: CantBloques es 1000000000 y el archivo tiene sólo 2; la primera que "
+              "falta es Bloque2; lo que falta no se crea\n"
               "D.ini:17: CantBloques es 0, desde Bloque1000000000, y hay entradas con otros "
               "números; se ignoran\n"
               "D.ini:2: CANT_PUERTOS es 1000000000 y no hay secciones desde [PUERTO3] en adelante; "

@@ -94,6 +94,10 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
                              "65535; se usa 1334\n"),
               std::string::npos);
     EXPECT_NE(c.informe.find("Config.ini:0: no existe el archivo"), std::string::npos);
+    archivos.poner("C:\\Driver\\sis_config.ini", std::string(kMaximoDeArchivo + 1, ' '));
+    ajustes.vueltaNueva();
+    EXPECT_NE(comprobar(ajustes).informe.find("sis_config.ini:0: el archivo no se puede leer"),
+              std::string::npos);
 }
 
 /// The example plants have no problem, and their two forms build the same.
