@@ -18,8 +18,10 @@ namespace vbscript {
     X(Move)      /* a = b, b emptied */                                                            \
     X(SetObject) /* Set a = b; n: b may be emptied */                                              \
     X(Add)                                                                                         \
-    X(Subtract) X(Multiply) X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal)           \
-        X(NotEqual) X(Less) X(Greater) X(LessEqual) X(GreaterEqual) /* n: how written */           \
+    X(Subtract)                                                                                    \
+    X(Multiply)                                                                                    \
+    X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater)    \
+        X(LessEqual) X(GreaterEqual)           /* n: how written */                                \
         X(Logical)                             /* a = b op c; n: the operator */                   \
         X(Is) X(Not) X(Negate) X(Plus) X(Join) /* a = b & ... from base b, count */                \
         X(Append)                              /* a = a & b & ..., in place when possible */       \

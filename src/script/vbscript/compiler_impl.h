@@ -65,6 +65,7 @@ class Compiler {
     void compileProc(Proc& proc, const ProcDecl& decl);
     void enterScope(const ProcDecl& decl);
     void makeAutomatic(const ProcDecl& decl);
+    void makeAutomatic(Atom name, bool isMain);
     void finish();
     void moveTemporaries(Instruction& i) const;
     std::uint32_t shape(const Declared& d);
@@ -127,6 +128,7 @@ class Compiler {
 
     // Calls (compiler_calls.cpp).
     Operand call(const Expr* e, Operand want);
+    [[nodiscard]] bool isRecursion(const Meaning& m, const Expr* callee) const;
     Operand callNamed(const Meaning& m, const Expr* callee, const std::vector<Expr*>& args,
                       Operand want);
     Operand index(Operand array, const std::vector<Expr*>& args, Operand want);

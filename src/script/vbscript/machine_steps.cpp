@@ -325,8 +325,8 @@ void Machine::opExecute(const Instruction& i) {
         } else {
             if (!f.extra)
                 frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<Extra>();
-            const auto tree =
-                i.n == 2 ? parseExpression(source, names) : parseModule(source, names);
+            const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
+                                       : parseModule(source, names, f.me.is(Type::Object));
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
@@ -334,7 +334,7 @@ void Machine::opExecute(const Instruction& i) {
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
     } catch (const CompileFault& f) {
-        Fault fault(f.number,
+        Fault fault(i.n == 2 ? 1002 : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
         throw fault;
