@@ -108,6 +108,7 @@ class Compiler {
     void assignMember(const Expr* object, Atom member, const std::vector<Expr*>& args,
                       const Stmt& s);
     void assignElement(const Stmt& s);
+    bool plainIndex(const Expr* e);
     void store(Operand target, const Expr* e, bool isSet);
     bool append(Operand target, const Expr* target0, const Expr* e);
     Operand place(const Expr* e);
@@ -152,7 +153,8 @@ class Compiler {
     void clearDirty();
     Operand temp();
     Operand result(Operand want); ///< Where a call's result goes: `want` or a register in between.
-    bool steal(Operand from);     ///< Whether `from` may be emptied by its only reader.
+    [[nodiscard]] bool isDirty(Operand o) const;
+    bool steal(Operand from); ///< Whether `from` may be emptied by its only reader.
     static bool isTemp(Operand o) {
         return (o & (operand::kindMask | operand::temporary)) == operand::temporary;
     }

@@ -21,7 +21,7 @@ r.Pattern = "(\w)\1" : Echo r.Test("abb"), r.Test("abc") '= Verdadero Falso
 r.Pattern = "a.+?c" : Echo r.Execute("abcabc")(0) '= abc
 r.Pattern = "x(?=y)" : Echo r.Test("xy"), r.Test("xz") '= Verdadero Falso
 r.Pattern = "\x41\u0042" : Echo r.Test("AB") '= Verdadero
-r.Pattern = "[[:alpha:]]" : Echo r.Test("a"), r.Test("[]") '= Falso Falso
+r.Pattern = "[[:alpha:]]" : Echo r.Test("a"), r.Test("[]") '= Falso Verdadero
 r.Pattern = "[\]\-x]" : Echo r.Test("-") '= Verdadero
 r.Pattern = "(" : x = r.Test("a") ' error 5020
 r.Pattern = "[a" : x = r.Test("a") ' error 5019
