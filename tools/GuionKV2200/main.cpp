@@ -28,8 +28,9 @@ class Escritorio : public vbscript::Surroundings {
         const std::time_t t = std::chrono::system_clock::to_time_t(segundos);
         std::tm local{};
         localtime_r(&t, &local);
-        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
-        return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,        local.tm_hour,
+        const auto ms =
+            std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
+        return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,       local.tm_hour,
                 local.tm_min,         local.tm_sec,     static_cast<int>(ms)};
     }
 
@@ -38,7 +39,8 @@ class Escritorio : public vbscript::Surroundings {
         return 1;
     }
 
-    std::string inputBox(std::string_view texto, std::string_view, std::string_view propuesto) override {
+    std::string inputBox(std::string_view texto, std::string_view,
+                         std::string_view propuesto) override {
         std::cout << "InputBox: " << texto << '\n';
         return std::string(propuesto);
     }

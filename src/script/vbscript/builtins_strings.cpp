@@ -113,7 +113,7 @@ Value replace(Runtime& rt, Arguments a) {
     const Value what = toText(rt, a[1]);
     const Value with = toText(rt, a[2]);
     const std::int64_t start = numberArg(rt, a, 3, 1);
-    std::int64_t count = numberArg(rt, a, 4, -1);
+    const std::int64_t count = numberArg(rt, a, 4, -1);
     if (start < 1 || count < -1) throw Fault(5);
     const bool asText = textCompareArg(rt, a, 5);
     const auto from = static_cast<std::size_t>(start - 1);
@@ -123,18 +123,24 @@ Value replace(Runtime& rt, Arguments a) {
     const std::u16string folded = asText ? lowered(tail) : std::u16string();
     const std::u16string needle = asText ? lowered(what.chars()) : std::u16string(what.chars());
     const std::u16string_view hay = asText ? std::u16string_view(folded) : tail;
-    Value out = Value::string({});
-    std::size_t at = 0;
-    while (count != 0) {
-        const std::size_t hit = findText(hay, needle, at);
-        if (hit == npos) break;
-        appendTo(out, tail.substr(at, hit - at));
-        appendTo(out, with.chars());
-        at = hit + needle.size();
-        if (count > 0) --count;
-        if ((at & 0xFF) == 0) rt.checkTime();
+    // Counted first: what comes out may be far larger than all that went in.
+    std::int64_t hits = 0;
+    for (std::size_t at = findText(hay, needle, 0); at != npos && hits != count; ++hits) {
+        at = findText(hay, needle, at + needle.size());
+        if ((hits & 0xFF) == 0) rt.checkTime();
     }
-    appendTo(out, tail.substr(at));
+    const auto grows =
+        static_cast<std::int64_t>(with.chars().size()) - static_cast<std::int64_t>(needle.size());
+    Value out = blank(static_cast<std::int64_t>(tail.size()) + hits * grows, 0);
+    char16_t* to = out.s->chars();
+    std::size_t at = 0;
+    for (; hits > 0; --hits) {
+        const std::size_t hit = findText(hay, needle, at);
+        to = std::copy(tail.begin() + at, tail.begin() + hit, to);
+        to = std::copy(with.chars().begin(), with.chars().end(), to);
+        at = hit + needle.size();
+    }
+    std::copy(tail.begin() + at, tail.end(), to);
     return out;
 }
 

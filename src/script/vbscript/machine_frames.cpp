@@ -62,7 +62,9 @@ void Machine::drop() {
             if (fp[k].owns()) fp[k].clear();
         }
     }
-    Frame gone = std::move(frames_.back());
+    Frame& top = frames_.back();
+    if (!top.me.owns() && !top.extra) return frames_.pop_back();
+    const Frame gone = std::move(top); // what goes may run code: not in the midst of pop_back
     frames_.pop_back();
 }
 

@@ -20,7 +20,7 @@ void Machine::opSetObject(const Instruction& i) {
         at(i.a) = from;
 }
 
-void Machine::opPower(const Instruction& i) { at(i.a) = power(*this, at(i.b), at(i.c)); }
+void Machine::opPower(const Instruction& i) { slow(i, power); }
 
 void Machine::opConcat(const Instruction& i) {
     Value& to = at(i.a);
@@ -28,23 +28,30 @@ void Machine::opConcat(const Instruction& i) {
     if (&to == &left && to.is(Type::String)) {
         const Value more = joinable(*this, at(i.c));
         appendTo(to, more.chars());
+        finished(i, i.b, i.c);
         return;
     }
-    to = concat(*this, left, at(i.c));
+    slow(i, concat);
 }
 
 void Machine::opLogical(const Instruction& i) {
     const Value& b = at(i.b);
     const Value& c = at(i.c);
-    const auto op = static_cast<Operator>(i.n);
+    const auto op = static_cast<Operator>(i.n & 0xFF);
     if (b.is(Type::Boolean) && c.is(Type::Boolean) && (op == Operator::And || op == Operator::Or)) {
         at(i.a) = Value::boolean(op == Operator::And ? (b.i & c.i) != 0 : (b.i | c.i) != 0);
         return;
     }
-    at(i.a) = logical(*this, op, b, c);
+    Value v = logical(*this, op, b, c);
+    finished(i, i.b, i.c);
+    at(i.a) = std::move(v);
 }
 
-void Machine::opIs(const Instruction& i) { at(i.a) = Value::boolean(sameObject(at(i.b), at(i.c))); }
+void Machine::opIs(const Instruction& i) {
+    const bool same = sameObject(at(i.b), at(i.c));
+    finished(i, i.b, i.c);
+    at(i.a) = Value::boolean(same);
+}
 void Machine::opNot(const Instruction& i) { at(i.a) = logicalNot(*this, at(i.b)); }
 void Machine::opNegate(const Instruction& i) { at(i.a) = negate(*this, at(i.b)); }
 
@@ -325,8 +332,8 @@ void Machine::opExecute(const Instruction& i) {
         } else {
             if (!f.extra)
                 frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<Extra>();
-            const auto tree =
-                i.n == 2 ? parseExpression(source, names) : parseModule(source, names);
+            const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
+                                       : parseModule(source, names, f.me.is(Type::Object));
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
@@ -334,7 +341,7 @@ void Machine::opExecute(const Instruction& i) {
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
     } catch (const CompileFault& f) {
-        Fault fault(f.number,
+        Fault fault(i.n == 2 ? 1002 : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
         throw fault;
