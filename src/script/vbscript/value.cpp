@@ -213,6 +213,7 @@ Value arrayOf(std::vector<Value> items) {
 }
 
 void appendTo(Value& target, std::u16string_view more) {
+    if (more.empty()) return;
     StringData* s = target.s;
     const std::size_t length = std::size_t{s->length} + more.size();
     if (s->refs == 1 && length <= s->capacity && s->account == &Memory::current()) {
@@ -229,9 +230,7 @@ void appendTo(Value& target, std::u16string_view more) {
     grown.type = Type::String;
     grown.s->refs = 1;
     if (s->length) std::memcpy(grown.s->chars(), s->chars(), s->length * sizeof(char16_t));
-    if (!more.empty()) {
-        std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
-    }
+    std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
     target.swap(grown);
 }
 
