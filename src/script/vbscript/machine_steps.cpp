@@ -70,6 +70,7 @@ void Machine::opJoin(const Instruction& i) {
         if (!p.is(Type::String)) p = joinable(*this, p);
         length += p.s->length;
     }
+    work(length);
     Value all;
     if (allNull) {
         all = Value::null();
@@ -244,6 +245,9 @@ void Machine::opCallBuiltin(const Instruction& i) {
     const Builtin& f = library.at(i.c);
     if (args.size() < f.least || args.size() > f.most) throw Fault(450);
     tick();
+    for (const Value& a : args) {
+        if (a.is(Type::String)) work(a.s->length);
+    }
     Value v = f.run(*this, args);
     clearAll(args);
     at(i.a) = std::move(v);
@@ -275,6 +279,7 @@ void Machine::opDim(const Instruction& i) {
     const bool keeps = i.n == 1 && v.is(Type::Array) && v.a->fixed == shape.fixed;
     if (keeps && (!shape.fixed || v.a->extents == shape.extents)) return;
     v = Value::array(ArrayData::make(shape.extents, shape.fixed));
+    work(v.a->items.size());
 }
 
 void Machine::opReDim(const Instruction& i) {
@@ -290,11 +295,13 @@ void Machine::opReDim(const Instruction& i) {
     const bool keeps = (i.n & flagBit) && v.is(Type::Array) && !v.a->extents.empty();
     if (!keeps) {
         v = Value::array(ArrayData::make(std::move(extents), false));
+        work(v.a->items.size());
         return;
     }
     const auto& old = v.a->extents;
     if (old.size() != extents.size() || !std::equal(old.begin(), old.end() - 1, extents.begin()))
         throw Fault(9);
+    work(v.a->items.size());
     makeUnique(v);
     v.a->resizeLast(extents.back());
 }
@@ -319,6 +326,7 @@ void Machine::opExecute(const Instruction& i) {
     }
     tick();
     const std::string source = text.utf8();
+    work(source.size() * 20);
     Value result;
     try {
         auto frame = static_cast<int>(frames_.size()) - 1;
