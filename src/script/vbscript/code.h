@@ -21,15 +21,16 @@ namespace vbscript {
     X(SetObject) /* Set a = b; n: b may be emptied */                                              \
     X(Add)                                                                                         \
     X(Subtract)                                                                                    \
-    X(Multiply) X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less)   \
-        X(Greater) X(LessEqual) X(GreaterEqual) /* n: how written */                               \
-        X(Logical)                              /* a = b op c; n: the operator */                  \
-        X(Is) X(Not) X(Negate) X(Plus) X(Join)  /* a = b & ... from base b, count */               \
-        X(Append)                               /* a = a & b & ..., in place when possible */      \
-        X(EachPrepare)                          /* a: base of array, index; b: what to go over */  \
-        X(Index1)                               /* a = b(c); 1 in n: as Let does */                \
-        X(Index)                                /* a = b(...), base c, count */                    \
-        X(SetIndex1)                            /* a(b) = c; 1 in n: Set */                        \
+    X(Multiply)                                                                                    \
+    X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater)    \
+        X(LessEqual) X(GreaterEqual)           /* n: how written */                                \
+        X(Logical)                             /* a = b op c; n: the operator */                   \
+        X(Is) X(Not) X(Negate) X(Plus) X(Join) /* a = b & ... from base b, count */                \
+        X(Append)                              /* a = a & b & ..., in place when possible */       \
+        X(EachPrepare)                         /* a: base of array, index; b: what to go over */   \
+        X(Index1)                              /* a = b(c); 1 in n: as Let does */                 \
+        X(Index)                               /* a = b(...), base c, count */                     \
+        X(SetIndex1)                           /* a(b) = c; 1 in n: Set */                         \
         X(SetIndex)    /* a(...) = value behind the last, base b, count; Set with 256 in n */      \
         X(Element)     /* a = reference to b(...), base c, count; 256 in n: locked in base c */    \
         X(CallValue)   /* a = b as a statement, its default member, base c, count */               \
@@ -54,7 +55,8 @@ namespace vbscript {
     X(JumpFalse)                                                                                   \
     X(JumpTrue) /* on a, to c */                                                                   \
     X(UnlessEqual)                                                                                 \
-    X(UnlessNotEqual) X(UnlessLess) X(UnlessGreater) X(UnlessLessEqual)                            \
+    X(UnlessNotEqual)                                                                              \
+    X(UnlessLess) X(UnlessGreater) X(UnlessLessEqual)                                              \
         X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */                             \
         X(ForPrepare) /* a = start is set; b: base of limit, step, ready; to c when done */        \
         X(ForNext)    /* again to c */                                                             \

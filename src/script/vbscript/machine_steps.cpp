@@ -75,9 +75,7 @@ void Machine::opJoin(const Instruction& i) {
     if (allNull) {
         all = Value::null();
     } else {
-        all.s = StringData::make(length, length);
-        all.type = Type::String;
-        all.s->refs = 1;
+        all = Value::room(length, length);
         char16_t* to = all.s->chars();
         for (const Value& p : parts)
             to = std::copy_n(p.s->chars(), p.s->length, to);
@@ -104,10 +102,7 @@ void Machine::opAppend(const Instruction& i) {
     std::size_t length = 0;
     for (const Value& p : parts)
         length += p.s->length;
-    Value all;
-    all.s = StringData::make(length, length);
-    all.type = Type::String;
-    all.s->refs = 1;
+    Value all = Value::room(length, length);
     char16_t* at0 = all.s->chars();
     for (const Value& p : parts)
         at0 = std::copy_n(p.s->chars(), p.s->length, at0);
@@ -138,12 +133,9 @@ void Machine::opEachPrepare(const Instruction& i) {
     Value list;
     if (source.is(Type::Array)) {
         list = source.a->locks ? Value::array(ArrayData::copyOf(*source.a)) : source;
-    } else if (!source.is(Type::Object)) {
-        throw Fault(451);
-    } else if (!source.o) {
-        throw Fault(91);
-    } else if (!source.o->elements(*this, list)) {
-        throw Fault(451);
+    } else {
+        if (source.is(Type::Object) && !source.o) throw Fault(91);
+        if (!source.is(Type::Object) || !source.o->elements(*this, list)) throw Fault(451);
     }
     r_.fp[i.a] = std::move(list);
     r_.fp[i.a + 1] = Value::longint(0);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t mostSteps = 2'000'000; // of one attempt: a fraction of a second
 constexpr std::uint32_t mostHeapKib = 16 * 1024;
-constexpr std::size_t longestPattern = 32 * 1024;
+constexpr std::size_t longestPattern = std::size_t{32} << 10;
 
 struct FreeCode {
     void operator()(pcre2_code* c) const { pcre2_code_free(c); }
@@ -166,7 +166,7 @@ Found RegExp::found(const Subject& subject) const {
     Found f;
     f.at = subject.charAt(at[0]);
     f.length = subject.charAt(std::max(at[0], at[1])) - f.at;
-    for (std::uint32_t g = 1; g <= groups_; ++g) {
+    for (std::size_t g = 1; g <= groups_; ++g) {
         if (at[2 * g] == PCRE2_UNSET) {
             f.groups.push_back({Found::unset, 0});
         } else {
