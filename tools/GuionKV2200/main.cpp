@@ -60,6 +60,18 @@ void informar(const std::string& archivo, const vbscript::ScriptError& e) {
 int main(int argc, char** argv) {
     CLI::App app("Ejecuta un guion de planta en el escritorio, sin el controlador.");
     app.set_help_flag("-h,--ayuda", "Muestra esta ayuda y termina");
+    const auto formato = std::dynamic_pointer_cast<CLI::Formatter>(app.get_formatter());
+    for (const auto& [ingles, propio] : {std::pair("Usage", "Uso"),
+                                         {"OPTIONS", "OPCIONES"},
+                                         {"Positionals", "Argumentos"},
+                                         {"Options", "Opciones"},
+                                         {"REQUIRED", "(obligatorio)"},
+                                         {"TEXT", "TEXTO"}}) {
+        formato->label(ingles, propio);
+    }
+    app.failure_message([](const CLI::App*, const CLI::Error& e) {
+        return std::string("No se entiende la línea de órdenes (") + e.what() + "). Vea --ayuda.\n";
+    });
     bool comprobar = false;
     std::string idioma = "es-AR";
     std::string archivo;

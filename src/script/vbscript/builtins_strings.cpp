@@ -13,10 +13,7 @@ constexpr std::size_t npos = std::u16string_view::npos;
 /// A string of `n` characters to fill in; error 14 before anything is allocated when it is absurd.
 Value blank(std::int64_t n, char16_t fill) {
     if (n < 0) throw Fault(5);
-    Value v;
-    v.s = StringData::make(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
-    v.type = Type::String;
-    v.s->refs = 1;
+    Value v = Value::room(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
     std::fill_n(v.s->chars(), n, fill);
     return v;
 }
@@ -34,7 +31,7 @@ std::size_t countArg(Runtime& rt, const Value& v) {
 }
 
 Value len(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (v.is(Type::Null)) return v;
     return Value::longint(static_cast<std::int64_t>(toText(rt, v).chars().size()));
 }

@@ -20,8 +20,10 @@ namespace vbscript {
     X(Move)      /* a = b, b emptied */                                                            \
     X(SetObject) /* Set a = b; n: b may be emptied */                                              \
     X(Add)                                                                                         \
-    X(Subtract) X(Multiply) X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal)           \
-        X(NotEqual) X(Less) X(Greater) X(LessEqual) X(GreaterEqual) /* n: how written */           \
+    X(Subtract)                                                                                    \
+    X(Multiply)                                                                                    \
+    X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater)    \
+        X(LessEqual) X(GreaterEqual)           /* n: how written */                                \
         X(Logical)                             /* a = b op c; n: the operator */                   \
         X(Is) X(Not) X(Negate) X(Plus) X(Join) /* a = b & ... from base b, count */                \
         X(Append)                              /* a = a & b & ..., in place when possible */       \
@@ -52,8 +54,10 @@ namespace vbscript {
     X(Repeat) /* back to c; where time is counted */                                               \
     X(JumpFalse)                                                                                   \
     X(JumpTrue) /* on a, to c */                                                                   \
-        X(UnlessEqual) X(UnlessNotEqual) X(UnlessLess) X(UnlessGreater) X(UnlessLessEqual)         \
-            X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */                         \
+    X(UnlessEqual)                                                                                 \
+    X(UnlessNotEqual)                                                                              \
+    X(UnlessLess) X(UnlessGreater) X(UnlessLessEqual)                                              \
+        X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */                             \
         X(ForPrepare) /* a = start is set; b: base of limit, step, ready; to c when done */        \
         X(ForNext)    /* again to c */                                                             \
         X(EachNext)   /* a: variable; b: base; again to c */                                       \

@@ -96,6 +96,8 @@ class Machine : public Runtime {
     void tick() {
         if (--ticks_ <= 0) checkTime();
     }
+    /// A step that went over `units` elements brings the next look at the clock nearer.
+    void work(std::size_t units) { ticks_ -= static_cast<int>(units >> 10); }
     [[nodiscard]] Instance* me() const;
     [[nodiscard]] bool insideOf(const Instance& o) const;
     void declare(Unit& unit);

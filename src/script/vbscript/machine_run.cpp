@@ -78,6 +78,7 @@ VBS_HOT bool compares(T a, T b) {
 // The way for all other operands: what is in between is done with when the result is there.
 [[gnu::noinline]] void Machine::slow(const Instruction& i, BinaryFunction f) {
     Value v = f(*this, at(i.b), at(i.c));
+    if (v.is(Type::String)) work(v.s->length);
     finished(i, i.b, i.c);
     at(i.a) = std::move(v);
 }
