@@ -22,8 +22,9 @@ namespace vbscript {
     X(Add)                                                                                         \
     X(Subtract)                                                                                    \
     X(Multiply)                                                                                    \
-    X(Divide) X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater)    \
-        X(LessEqual) X(GreaterEqual)           /* n: how written */                                \
+    X(Divide)                                                                                      \
+    X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater) X(LessEqual) \
+        X(GreaterEqual)                        /* n: how written */                                \
         X(Logical)                             /* a = b op c; n: the operator */                   \
         X(Is) X(Not) X(Negate) X(Plus) X(Join) /* a = b & ... from base b, count */                \
         X(Append)                              /* a = a & b & ..., in place when possible */       \
@@ -56,7 +57,8 @@ namespace vbscript {
     X(JumpTrue) /* on a, to c */                                                                   \
     X(UnlessEqual)                                                                                 \
     X(UnlessNotEqual)                                                                              \
-    X(UnlessLess) X(UnlessGreater) X(UnlessLessEqual)                                              \
+    X(UnlessLess)                                                                                  \
+    X(UnlessGreater) X(UnlessLessEqual)                                                            \
         X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */                             \
         X(ForPrepare) /* a = start is set; b: base of limit, step, ready; to c when done */        \
         X(ForNext)    /* again to c */                                                             \
