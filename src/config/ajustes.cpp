@@ -11,9 +11,10 @@ namespace kv {
 namespace {
 
 constexpr std::array kAjustesNumericos = {
-    kTiempoEntrePoleo,     kBaseSolicitarConexiones, kIntervalosConectando,
-    kIntervalosDeConectar, kIntervalosFuera,         kBaseKeepAlive,
-    kMaximosKeepAlive,     kIntervalosKeepAlive,     kPuertoEscucha};
+    kTiempoEntrePoleo,  kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
+    kIntervalosFuera,   kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
+    kPuertoEscucha,     kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
+    kReintentoDelGuion, kReclamoDeEscrituras};
 
 constexpr std::size_t kMaximoDeCopias = 8;
 

@@ -39,6 +39,17 @@ inline constexpr AjusteNumerico kMaximosKeepAlive{"Maximos_Keep_ALive", 6, 0, 1'
 inline constexpr AjusteNumerico kIntervalosKeepAlive{"Intervalos_Para_KeepALive", 2, 0, 1'000'000};
 inline constexpr AjusteNumerico kPuertoEscucha{"PuertoEscucha", 1334, 1, 65535};
 
+// What we add: the script's budgets and the care of the write table.
+inline constexpr AjusteNumerico kTiempoDelGuion{"Guion_Tiempo_Maximo_Milisegundos", 10000, 10,
+                                                600'000};
+inline constexpr AjusteNumerico kHonduraDelGuion{"Guion_Llamadas_Anidadas_Maximo", 2000, 10,
+                                                 10'000};
+inline constexpr AjusteNumerico kMemoriaDelGuion{"Guion_Memoria_Maxima_KiB", 65'536, 256,
+                                                 1'048'576};
+inline constexpr AjusteNumerico kReintentoDelGuion{"Guion_Reintento_Segundos", 60, 1, 86'400};
+inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escrituras_Milisegundos",
+                                                     5000, 100, 3'600'000};
+
 /// All of them, for a check of the whole file.
 [[nodiscard]] std::span<const AjusteNumerico> ajustesNumericos();
 

@@ -1,54 +1,106 @@
 #include "script/ScriptControl.h"
 
+#include "script/vbscript/fault.h"
+#include "script/vbscript/host_object.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+
+#include <algorithm>
+#include <exception>
 
 namespace kv {
 namespace {
 
-constexpr int kErrorDeSintaxis = 1002;
-constexpr std::size_t kLargoDeNombre = 255;
+using vbscript::Fault;
+using vbscript::HostTable;
+using vbscript::HostValues;
+using vbscript::Value;
 
-bool esLetra(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-bool esIdentificador(std::string_view n) {
-    if (n.empty() || n.size() > kLargoDeNombre || !esLetra(n.front())) return false;
-    for (const char c : n) {
-        if (!esLetra(c) && c != '_' && (c < '0' || c > '9')) return false;
-    }
-    return true;
-}
+constexpr int kNumeroDeArgumentos = 450;
+constexpr int kAceptar = 1;
 
 } // namespace
 
-std::optional<Indice> ScriptControl::ranura(std::string_view nombre) {
-    if (!esIdentificador(nombre)) return std::nullopt;
-    const auto [i, nueva] =
-        nombres_.try_emplace(minusculas(nombre), static_cast<Indice>(valores_.size()));
-    if (nueva) valores_.push_back(0);
-    return i->second;
+std::string direccionDeNombre(std::string_view nombre) {
+    std::string direccion = reemplazarSinCaja(nombre, "MW_", "");
+    std::replace(direccion.begin(), direccion.end(), '_', '.');
+    return direccion;
 }
 
-std::optional<double> ScriptControl::valorDe(std::string_view nombre) const {
-    const auto i = nombres_.find(minusculas(nombre));
-    if (i == nombres_.end()) return std::nullopt;
-    return valores_[i->second];
+ScriptControl::ScriptControl(const Reloj& reloj, Vista& vista)
+    : reloj_(reloj), vista_(vista), motor_(*this) {
+    agregarMw();
+    agregarLabel();
 }
 
-void ScriptControl::AddCode(std::string_view texto) {
-    for (std::string_view linea : partir(texto, '\n')) {
-        linea = recortar(linea.substr(0, linea.find('\'')));
-        if (linea.empty()) continue;
-        const auto igual = linea.find('=');
-        const auto destino = ranura(recortar(linea.substr(0, igual)));
-        const auto origen =
-            igual == std::string_view::npos ? std::nullopt : numeroDeTexto(linea.substr(igual + 1));
-        if (!destino || !origen) {
-            numero_ = kErrorDeSintaxis;
-            return;
+ScriptControl::~ScriptControl() = default;
+
+void ScriptControl::agregarMw() {
+    const auto mw = std::make_shared<HostTable>();
+    mw->method("writeMW", [this](std::span<const Value> args, HostValues& valores) {
+        if (args.size() != 2) throw Fault(kNumeroDeArgumentos);
+        const std::string direccion = direccionDeNombre(valores.text(args[0]));
+        const double valor = valores.number(args[1]);
+        if (ordenes_ == nullptr) return Value();
+        try {
+            ordenes_->escribirDireccion(direccion, valor);
+        } catch (const std::exception& falla) {
+            ordenes_->alFallar("writeMW", falla.what());
         }
-        publicar(*destino, *origen);
-    }
+        return Value();
+    });
+    mw->method("READBLOQ", [this](std::span<const Value> args, HostValues& valores) {
+        if (args.size() != 1) throw Fault(kNumeroDeArgumentos);
+        const std::string direccion = direccionDeNombre(valores.text(args[0]));
+        if (ordenes_ == nullptr) return Value();
+        try {
+            ordenes_->forzarPoleo(direccion);
+        } catch (const std::exception& falla) {
+            ordenes_->alFallar("READBLOQ", falla.what());
+        }
+        return Value();
+    });
+    motor_.addObject("mw", mw);
+}
+
+void ScriptControl::agregarLabel() {
+    const auto label = std::make_shared<HostTable>();
+    label->property(
+        "Caption",
+        [this](std::span<const Value>, HostValues&) { return Value::text(vista_.Label10.texto()); },
+        [this](const Value& v, HostValues& valores) { vista_.Label10.poner(valores.text(v)); });
+    label->defaultProperty("Caption");
+    motor_.addObject("Label", label);
+}
+
+void ScriptControl::fijarPresupuesto(const PresupuestoDelGuion& presupuesto) {
+    motor_.setLimits({static_cast<std::int64_t>(presupuesto.tiempoMs),
+                      static_cast<int>(presupuesto.llamadasAnidadas),
+                      static_cast<std::size_t>(presupuesto.memoriaKiB) * 1024});
+}
+
+std::optional<double> ScriptControl::valorDe(std::string_view nombre) {
+    const auto ranura = motor_.global(nombre);
+    if (!ranura) return std::nullopt;
+    std::string texto = motor_.text(motor_.value(*ranura));
+    std::replace(texto.begin(), texto.end(), ',', '.');
+    return numeroDeTexto(texto);
+}
+
+vbscript::LocalTime ScriptControl::wallClock() {
+    const FechaHora f = reloj_.ahora();
+    return {f.anio, f.mes, f.dia, f.hora, f.minuto, f.segundo, f.milisegundo};
+}
+
+int ScriptControl::messageBox(std::string_view text, int /*buttons*/, std::string_view title) {
+    vista_.mostrarMensaje(text, title);
+    return kAceptar;
+}
+
+std::string ScriptControl::inputBox(std::string_view prompt, std::string_view title,
+                                    std::string_view /*proposed*/) {
+    vista_.mostrarMensaje(prompt, title);
+    return {};
 }
 
 } // namespace kv

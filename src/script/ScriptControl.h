@@ -1,38 +1,86 @@
 #pragma once
 
 #include "core/tables/bloque.h"
+#include "platform/reloj.h"
+#include "script/vbscript/engine.h"
+#include "ui/view/vista.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 namespace kv {
 
-/// The script host as the engine knows it. It keeps the published global variables and understands
-/// code that consists of assignments of numbers, one a line; the rest of the language is not here
-/// yet, and other statements are errors.
-class ScriptControl {
+/// What a user script may ask of the driver, by the names of variables (MW_1_1_10).
+class OrdenesDelGuion {
   public:
+    virtual ~OrdenesDelGuion() = default;
+    virtual void escribirDireccion(const std::string& direccion, double valor) = 0;
+    virtual void forzarPoleo(const std::string& direccion) = 0;
+    /// One of the two above ended with an exception, which the script does not see.
+    virtual void alFallar(std::string_view procedimiento, const char* que) = 0;
+};
+
+/// What a run of the user script may cost.
+struct PresupuestoDelGuion {
+    double tiempoMs;
+    double llamadasAnidadas;
+    double memoriaKiB;
+};
+
+/// The script host of the driver: one module of the script language in which the published
+/// variables are globals and the objects "mw" and "Label" are known.
+class ScriptControl final : private vbscript::Surroundings {
+  public:
+    ScriptControl(const Reloj& reloj, Vista& vista);
+    ~ScriptControl() override;
+    ScriptControl(const ScriptControl&) = delete;
+    ScriptControl& operator=(const ScriptControl&) = delete;
+
+    /// Null: "mw" knows its operations and they do nothing.
+    void obedecerA(OrdenesDelGuion* ordenes) { ordenes_ = ordenes; }
+    void fijarPresupuesto(const PresupuestoDelGuion& presupuesto);
+    /// "es-AR" or "en-US"; anything else changes nothing and gives false.
+    bool fijarIdioma(std::string_view idioma) { return motor_.setLocale(idioma); }
+    /// The one folder in which scripts may use files; none at first.
+    void fijarCarpetaDeArchivos(std::string carpeta) { carpeta_ = std::move(carpeta); }
+
     /// The number of a global variable, made on first use. Nothing when `nombre` is no identifier:
     /// text from a configuration never reaches the host as code.
-    [[nodiscard]] std::optional<Indice> ranura(std::string_view nombre);
+    [[nodiscard]] std::optional<Indice> ranura(std::string_view nombre) {
+        return motor_.global(nombre);
+    }
     /// What the statement name=value does, without a statement to parse.
-    void publicar(Indice ranura, double valor) { valores_[ranura] = valor; }
-    [[nodiscard]] double valor(Indice ranura) const { return valores_[ranura]; }
-    [[nodiscard]] std::optional<double> valorDe(std::string_view nombre) const;
+    void publicar(Indice ranura, double valor) { motor_.setNumber(ranura, valor); }
+    /// The number that a global variable holds; nothing if it holds none.
+    [[nodiscard]] std::optional<double> valorDe(std::string_view nombre);
 
-    /// Adds code to the global module and runs its statements at once; ends at the first error.
-    void AddCode(std::string_view texto);
-    /// Number of the last error, 0 if none since `Clear`.
-    [[nodiscard]] int Number() const { return numero_; }
-    void Clear() { numero_ = 0; }
+    /// Adds code to the global module and runs its statements at once.
+    void AddCode(std::string_view texto) { motor_.addCode(texto); }
+    [[nodiscard]] const vbscript::ScriptError& Error() const { return motor_.error(); }
+    void Clear() { motor_.clearError(); }
+    /// How many texts have been compiled.
+    [[nodiscard]] std::uint64_t compilaciones() const { return motor_.compilations(); }
 
   private:
-    std::unordered_map<std::string, Indice> nombres_; ///< in lower case
-    std::vector<double> valores_;
-    int numero_ = 0;
+    std::int64_t monotonicMs() override { return reloj_.monotonicoMs(); }
+    vbscript::LocalTime wallClock() override;
+    int messageBox(std::string_view text, int buttons, std::string_view title) override;
+    std::string inputBox(std::string_view prompt, std::string_view title,
+                         std::string_view proposed) override;
+    std::string filesFolder() override { return carpeta_; }
+    void agregarMw();
+    void agregarLabel();
+
+    const Reloj& reloj_;
+    Vista& vista_;
+    OrdenesDelGuion* ordenes_ = nullptr;
+    std::string carpeta_;
+    vbscript::Engine motor_;
 };
+
+/// The address that a variable's script name stands for: every "MW_" taken out, whatever its letter
+/// case, and "_" turned into ".".
+[[nodiscard]] std::string direccionDeNombre(std::string_view nombre);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #include "script/guion.h"
 
+#include "platform/ruta.h"
+#include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
 
@@ -10,6 +12,7 @@ namespace {
 
 constexpr std::size_t kMaximoDelGuion = 4U << 20;
 constexpr std::int64_t kEntreMiradasUs = 1000;
+constexpr std::size_t kErroresDichos = 100; // distinct errors told of one content of the file
 
 } // namespace
 
@@ -22,8 +25,10 @@ std::string rutaDelGuion(const std::string& ruta) {
     return {};
 }
 
-Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista)
-    : bucle_(bucle), archivos_(archivos), control_(control), vista_(vista) {}
+Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sello& sello,
+             ArchivoLog& log)
+    : bucle_(bucle), archivos_(archivos), control_(control), vista_(vista), sello_(sello),
+      log_(log) {}
 
 void Guion::ejectutarScript() {
     if (corriendo_) {
@@ -39,9 +44,24 @@ void Guion::ejectutarScript() {
 
 void Guion::correr() {
     cargar();
+    if (bucle_.reloj().monotonicoUs() < detenidoHastaUs_) return;
+    detenidoHastaUs_ = -1;
     control_.Clear();
     control_.AddCode(texto_);
-    vista_.lblEstadoScript.colorear(control_.Number() != 0 ? Color::Rojo : Color::Verde);
+    const vbscript::ScriptError& error = control_.Error();
+    vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
+    if (error.number == 0) return;
+    if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
+    informar(error);
+}
+
+void Guion::informar(const vbscript::ScriptError& error) {
+    const std::string que = std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) +
+                            ", " + textoDeNumero(error.column) + "): " + error.description + " (" +
+                            textoDeNumero(error.number) + ")";
+    if (dichos_.size() >= kErroresDichos || !dichos_.insert(que).second) return;
+    vista_.txtTramas.agregar(sello_.ahora() + "  *Guion* " + que + "\r\n");
+    log_.escribirLog("DRIVER", "Guion", que, error.source);
 }
 
 void Guion::cargar() {
@@ -52,10 +72,14 @@ void Guion::cargar() {
     miradoUs_ = ahora;
     const HuellaDeArchivo huella = archivos_.huella(ruta_);
     if (huella == huella_) return;
-    huella_ = huella;
     const auto bytes = archivos_.leer(ruta_, kMaximoDelGuion);
+    // A file that is there and cannot be read just now is looked at again at the next answer.
+    if (!bytes && huella.existe && huella.largo <= kMaximoDelGuion) return;
+    huella_ = huella;
     texto_ = bytes ? utf8DesdeWindows1252(*bytes) : std::string();
     if (!texto_.empty() && texto_.back() != '\n') texto_ += "\r\n";
+    detenidoHastaUs_ = -1;
+    dichos_.clear();
 }
 
 } // namespace kv

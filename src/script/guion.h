@@ -1,10 +1,13 @@
 #pragma once
 
+#include "log/archivo_log.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
+#include "platform/sello.h"
 #include "script/ScriptControl.h"
 #include "ui/view/vista.h"
 
+#include <set>
 #include <string>
 
 namespace kv {
@@ -17,8 +20,15 @@ namespace kv {
 /// The plant engineer's script: loaded into the host and run after every answer.
 class Guion {
   public:
-    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista);
+    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sello& sello,
+          ArchivoLog& log);
     void fijarRuta(std::string ruta) { ruta_ = std::move(ruta); }
+    /// Seconds after which a script that was stopped for taking too much is tried again, if its
+    /// file does not change before.
+    void fijarReintento(double segundos) {
+        reintentoUs_ = static_cast<std::int64_t>(segundos * 1e6);
+    }
+
     /// Adds the file's text to the host, which runs its statements; shows green or red; lets events
     /// run. A run that is asked for inside a run is made when that one has ended.
     void ejectutarScript();
@@ -26,15 +36,21 @@ class Guion {
   private:
     void correr();
     void cargar();
+    void informar(const vbscript::ScriptError& error);
 
     Bucle& bucle_;
     Archivos& archivos_;
     ScriptControl& control_;
     Vista& vista_;
+    Sello& sello_;
+    ArchivoLog& log_;
     std::string ruta_;
     std::string texto_;
     HuellaDeArchivo huella_;
     std::int64_t miradoUs_ = -1;
+    std::int64_t reintentoUs_ = 60'000'000;
+    std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
+    std::set<std::string> dichos_;      ///< errors of the present file that were told
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

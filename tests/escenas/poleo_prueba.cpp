@@ -134,22 +134,4 @@ TEST(Poleo, UnaRespuestaSePublicaSoloCuandoTraeAlgoNuevo) {
     EXPECT_EQ(p.fila(p.motor.vista.lstViewVariables, 0, 2), "OK");
 }
 
-TEST(Poleo, ElGuionCorreTrasCadaRespuestaYSuErrorSeVe) {
-    auto config = bloques({"1"});
-    Planta p(config);
-    p.en("10.0.0.1");
-    p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "corrio=1\r\n");
-    p.arrancarYConectar();
-    p.avanzar(100);
-    EXPECT_EQ(p.motor.scriptControl.valorDe("corrio"), 1);
-    EXPECT_EQ(p.motor.vista.lblEstadoScript.color(), Color::Verde);
-    p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "corrio=2\r\nesto no es nada\r\n");
-    p.avanzar(2000);
-    EXPECT_EQ(p.motor.scriptControl.valorDe("corrio"), 2);
-    EXPECT_EQ(p.motor.vista.lblEstadoScript.color(), Color::Rojo);
-    p.archivos.borrar("/kv/DRIVER_KV2200_Config.MDrivScrip");
-    p.avanzar(2000);
-    EXPECT_EQ(p.motor.vista.lblEstadoScript.color(), Color::Verde);
-}
-
 } // namespace kv

@@ -28,8 +28,9 @@ class Escritorio : public vbscript::Surroundings {
         const std::time_t t = std::chrono::system_clock::to_time_t(segundos);
         std::tm local{};
         localtime_r(&t, &local);
-        const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
-        return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,        local.tm_hour,
+        const auto ms =
+            std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
+        return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,       local.tm_hour,
                 local.tm_min,         local.tm_sec,     static_cast<int>(ms)};
     }
 
@@ -38,7 +39,8 @@ class Escritorio : public vbscript::Surroundings {
         return 1;
     }
 
-    std::string inputBox(std::string_view texto, std::string_view, std::string_view propuesto) override {
+    std::string inputBox(std::string_view texto, std::string_view,
+                         std::string_view propuesto) override {
         std::cout << "InputBox: " << texto << '\n';
         return std::string(propuesto);
     }
@@ -58,6 +60,18 @@ void informar(const std::string& archivo, const vbscript::ScriptError& e) {
 int main(int argc, char** argv) {
     CLI::App app("Ejecuta un guion de planta en el escritorio, sin el controlador.");
     app.set_help_flag("-h,--ayuda", "Muestra esta ayuda y termina");
+    const auto formato = std::dynamic_pointer_cast<CLI::Formatter>(app.get_formatter());
+    for (const auto& [ingles, propio] : {std::pair("Usage", "Uso"),
+                                         {"OPTIONS", "OPCIONES"},
+                                         {"Positionals", "Argumentos"},
+                                         {"Options", "Opciones"},
+                                         {"REQUIRED", "(obligatorio)"},
+                                         {"TEXT", "TEXTO"}}) {
+        formato->label(ingles, propio);
+    }
+    app.failure_message([](const CLI::App*, const CLI::Error& e) {
+        return std::string("No se entiende la línea de órdenes (") + e.what() + "). Vea --ayuda.\n";
+    });
     bool comprobar = false;
     std::string idioma = "es-AR";
     std::string archivo;

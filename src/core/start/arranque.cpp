@@ -61,6 +61,7 @@ void Arranque::arrancar() {
         m.ajustes, [&m](std::string_view texto) { m.vista.mostrarMensaje(texto); });
     m.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
+    m.aplicarAjustes();
     m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
     const Validacion validacion = validar(leida.listas, leida.problemas);
     levantarConfiguracion(m.modelo, leida.listas, validacion);
@@ -92,6 +93,7 @@ void Arranque::MnuOcultar() {
 }
 
 void Arranque::Timer_VER_Timer() {
+    motor_.aplicarAjustes();
     const bool ver = motor_.ajustes.leerConfiguracion("VER", "0") == "1";
     motor_.vista.Form1Visible = ver;
     if (!ver) motor_.vista.FrmServerTCPVisible = false;

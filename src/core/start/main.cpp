@@ -33,6 +33,16 @@ int comprobar(const Opciones& opciones) {
     return comprobacion.resultado;
 }
 
+/// The folder in which scripts may use files, below the program's; a setting names it.
+std::string carpetaDelGuion(kv::Motor& motor, kv::Archivos& archivos) {
+    const std::string nombre = motor.ajustes.leerConfiguracion("Carpeta_De_Guion", "GUION");
+    if (nombre.find_first_of("/\\") != std::string::npos || nombre.find("..") != std::string::npos)
+        return {};
+    const std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;
+    archivos.crearCarpeta(carpeta);
+    return carpeta;
+}
+
 int correr(const Opciones& opciones) {
     kv::BucleEpoll bucle;
     kv::ArchivosReales archivos;
@@ -45,6 +55,7 @@ int correr(const Opciones& opciones) {
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [&bucle](int) { bucle.detener(); });
     bucle.alFinalDeVuelta([&salida] { salida.volcar(); });
+    motor.scriptControl.fijarCarpetaDeArchivos(carpetaDelGuion(motor, archivos));
     arranque.arrancar();
     salida.volcar(); // the first turn of the loop may end seconds from now
     bucle.correr();

@@ -5,11 +5,17 @@
 #include <exception>
 
 namespace kv {
+namespace {
+
+constexpr std::string_view kIdiomaPorDefecto = "es-AR";
+
+} // namespace
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta), sello(bucle_.reloj()),
       log(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
-      guion(bucle_, archivos_, scriptControl, vista),
+      scriptControl(bucle_.reloj(), vista),
+      guion(bucle_, archivos_, scriptControl, vista, sello, log),
       publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
       turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),
       recepcion(tablas, turnos, bucle_, vista, sello, log, guion),
@@ -21,6 +27,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques) {
     poleo.escribirCon(&ejecucion);
+    scriptControl.obedecerA(this);
     turnos.avisarA(this);
     conexiones.avisarA(this);
     conexiones.recibirCon(&recepcion);
@@ -42,6 +49,18 @@ double Motor::ajuste(const AjusteNumerico& cual) {
                             std::string(clave) + "=" + texto + ": valor no valido, se usa " +
                                 textoDeNumero(usado));
         });
+}
+
+void Motor::aplicarAjustes() {
+    scriptControl.fijarPresupuesto(
+        {ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion), ajuste(kMemoriaDelGuion)});
+    guion.fijarReintento(ajuste(kReintentoDelGuion));
+    ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
+    const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);
+    if (idioma == idioma_) return;
+    idioma_ = idioma;
+    if (!scriptControl.fijarIdioma(idioma))
+        log.escribirLog("DRIVER", "Ajustes", "Idioma=" + idioma + ": no es es-AR ni en-US");
 }
 
 void Motor::alVencerTiempoFuera(Indice conexion) {
@@ -79,6 +98,16 @@ void Motor::desActivarPoling_En_Socket(Indice conexion) {
 
 void Motor::establecerBAD_En_Socket(Indice conexion) {
     publicacion.establecerBAD_En_Socket(conexion);
+}
+
+void Motor::escribirDireccion(const std::string& direccion, double valor) {
+    solicitudes.escribirDireccion(direccion, valor, "guion");
+}
+
+void Motor::forzarPoleo(const std::string& direccion) { forzado.forzarPoleo(direccion); }
+
+void Motor::alFallar(std::string_view procedimiento, const char* que) {
+    log.escribirLog("DRIVER", procedimiento, "guion", que);
 }
 
 double Motor::tiempoEntrePoleo() { return ajuste(kTiempoEntrePoleo); }

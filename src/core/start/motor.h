@@ -33,7 +33,8 @@ inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
 class Motor final : private AlTerminarElTurno,
                     private InterpretesDeRespuestas,
                     private AlCambiarConexion,
-                    private AjustesDeConexion {
+                    private AjustesDeConexion,
+                    private OrdenesDelGuion {
   public:
     /// The loop and the files must outlive the engine. `carpeta` is the program's folder.
     Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta);
@@ -42,6 +43,10 @@ class Motor final : private AlTerminarElTurno,
 
     /// Reads a setting that is a number, logging what is wrong with it once.
     [[nodiscard]] double ajuste(const AjusteNumerico& cual);
+
+    /// Takes over the settings that are read now and then: the script's language and budgets, the
+    /// interval of the reclaim.
+    void aplicarAjustes();
 
     // In the order of the road of a value, which is also the order in which they are made.
     Bucle& bucle;
@@ -67,6 +72,8 @@ class Motor final : private AlTerminarElTurno,
     Forzado forzado;
 
   private:
+    std::string idioma_;
+
     void alVencerTiempoFuera(Indice conexion) override;
     void alQuedarLibre(Indice conexion) override;
     void alFallar(Indice conexion, const char* que) override;
@@ -81,6 +88,9 @@ class Motor final : private AlTerminarElTurno,
     double intervalosEnEstadoConectando() override;
     double intervalosDeConectarSeguidos() override;
     double intervalosTiempoFuera() override;
+    void escribirDireccion(const std::string& direccion, double valor) override;
+    void forzarPoleo(const std::string& direccion) override;
+    void alFallar(std::string_view procedimiento, const char* que) override;
 };
 
 } // namespace kv

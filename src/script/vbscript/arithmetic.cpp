@@ -189,9 +189,7 @@ Value concat(Runtime& rt, const Value& a, const Value& b) {
     const Value y = joinable(rt, b);
     Value r;
     const std::size_t length = std::size_t{x.s->length} + y.s->length;
-    r.s = StringData::make(length, length);
-    r.type = Type::String;
-    r.s->refs = 1;
+    r = Value::room(length, length);
     std::copy_n(x.s->chars(), x.s->length, r.s->chars());
     std::copy_n(y.s->chars(), y.s->length, r.s->chars() + x.s->length);
     return r;

@@ -72,7 +72,8 @@ struct Declared {
 struct Scope {
     std::vector<Declared> variables;
     std::vector<Declared> constants;
-    std::vector<Atom> assigned; ///< Names that get a value here, or may get one as an argument.
+    std::vector<Atom> assigned; ///< Names that get a value here.
+    std::vector<Atom> passed;   ///< Names that may get one as an argument.
     bool executes = false;      ///< Runs text, which may use any name.
 };
 

@@ -11,7 +11,7 @@ namespace {
 Value cBool(Runtime& rt, Arguments a) { return Value::boolean(toBool(rt, a[0])); }
 
 Value cByte(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (v.is(Type::Boolean)) return Value::byte(v.i ? 255 : 0);
     const std::int64_t n = toLong(rt, v);
     if (n < 0 || n > 255) throw Fault(6);
@@ -33,7 +33,7 @@ Value cSng(Runtime& rt, Arguments a) {
 Value cStr(Runtime& rt, Arguments a) { return toText(rt, a[0]); }
 
 Value radix(Runtime& rt, const Value& given0, unsigned shift) {
-    const Value v = plain(rt, given0);
+    Value v = plain(rt, given0);
     if (v.is(Type::Null)) return v;
     const std::int64_t n = toLong(rt, v);
     // An Integer shows sixteen bits, and so does whatever fits one without being its lowest value.

@@ -31,7 +31,7 @@ Value timer(Runtime& rt, Arguments) {
 /// The parts of a date argument; Null stays Null.
 template <int Civil::*Part>
 Value partOf(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (v.is(Type::Null)) return v;
     return Value::integer(civil(toDate(rt, v)).*Part);
 }
@@ -43,7 +43,7 @@ int firstDay(Runtime& rt, Arguments a, std::size_t k) {
 }
 
 Value weekdayOf(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (v.is(Type::Null)) return v;
     const int day = weekday(daysOf(toDate(rt, v)));
     return Value::integer((day - firstDay(rt, a, 1) + 7) % 7 + 1);

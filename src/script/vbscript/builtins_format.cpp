@@ -85,7 +85,7 @@ Value setLocale(Runtime& rt, Arguments a) {
     if (!given(a, 0)) {
         wanted = &spanish();
     } else {
-        const Value v = plain(rt, a[0]);
+        Value v = plain(rt, a[0]);
         double n = 0;
         if (v.is(Type::String) && !numberIn(rt, v, n))
             wanted = localeByTag(v.utf8());

@@ -29,7 +29,7 @@ Value getObject(Runtime&, Arguments) { throw Fault(429); }
 Value loadPicture(Runtime&, Arguments) { throw Fault(481); }
 
 Value getRef(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (!v.is(Type::String)) throw Fault(13);
     return rt.procedureNamed(v.utf8());
 }

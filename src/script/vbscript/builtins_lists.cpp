@@ -80,8 +80,8 @@ Value filter(Runtime& rt, Arguments a) {
     const Value held = a[0];
     for (const Value& v : held.a->items) {
         const Value t = toText(rt, v);
-        const bool has =
-            (asText ? findText(lowered(t.chars()), needle, 0) : findText(t.chars(), needle, 0)) != npos;
+        const bool has = (asText ? findText(lowered(t.chars()), needle, 0)
+                                 : findText(t.chars(), needle, 0)) != npos;
         if (has == include) kept.push_back(t);
     }
     return arrayOf(std::move(kept));

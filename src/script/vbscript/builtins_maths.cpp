@@ -13,7 +13,7 @@ Value realOf(double d) {
 }
 
 Value absolute(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     switch (v.type) {
     case Type::Null:
     case Type::Byte:
@@ -63,7 +63,7 @@ std::int64_t roundedDown(std::int64_t tenThousandths, bool towardZero) {
 }
 
 Value whole(Runtime& rt, const Value& given0, bool towardZero) {
-    const Value v = plain(rt, given0);
+    Value v = plain(rt, given0);
     switch (v.type) {
     case Type::Null:
     case Type::Byte:
@@ -95,7 +95,7 @@ Value sign(Runtime& rt, Arguments a) {
 }
 
 Value roundTo(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     const std::int64_t places = numberArg(rt, a, 1, 0);
     if (places < 0 || places > 22) throw Fault(5);
     if (v.is(Type::Null) || v.isInt() || v.is(Type::Byte)) return v;

@@ -13,10 +13,7 @@ constexpr std::size_t npos = std::u16string_view::npos;
 /// A string of `n` characters to fill in; error 14 before anything is allocated when it is absurd.
 Value blank(std::int64_t n, char16_t fill) {
     if (n < 0) throw Fault(5);
-    Value v;
-    v.s = StringData::make(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
-    v.type = Type::String;
-    v.s->refs = 1;
+    Value v = Value::room(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
     std::fill_n(v.s->chars(), n, fill);
     return v;
 }
@@ -34,7 +31,7 @@ std::size_t countArg(Runtime& rt, const Value& v) {
 }
 
 Value len(Runtime& rt, Arguments a) {
-    const Value v = plain(rt, a[0]);
+    Value v = plain(rt, a[0]);
     if (v.is(Type::Null)) return v;
     return Value::longint(static_cast<std::int64_t>(toText(rt, v).chars().size()));
 }
@@ -113,7 +110,7 @@ Value replace(Runtime& rt, Arguments a) {
     const Value what = toText(rt, a[1]);
     const Value with = toText(rt, a[2]);
     const std::int64_t start = numberArg(rt, a, 3, 1);
-    std::int64_t count = numberArg(rt, a, 4, -1);
+    const std::int64_t count = numberArg(rt, a, 4, -1);
     if (start < 1 || count < -1) throw Fault(5);
     const bool asText = textCompareArg(rt, a, 5);
     const auto from = static_cast<std::size_t>(start - 1);
@@ -123,18 +120,24 @@ Value replace(Runtime& rt, Arguments a) {
     const std::u16string folded = asText ? lowered(tail) : std::u16string();
     const std::u16string needle = asText ? lowered(what.chars()) : std::u16string(what.chars());
     const std::u16string_view hay = asText ? std::u16string_view(folded) : tail;
-    Value out = Value::string({});
-    std::size_t at = 0;
-    while (count != 0) {
-        const std::size_t hit = findText(hay, needle, at);
-        if (hit == npos) break;
-        appendTo(out, tail.substr(at, hit - at));
-        appendTo(out, with.chars());
-        at = hit + needle.size();
-        if (count > 0) --count;
-        if ((at & 0xFF) == 0) rt.checkTime();
+    // Counted first: what comes out may be far larger than all that went in.
+    std::int64_t hits = 0;
+    for (std::size_t at = findText(hay, needle, 0); at != npos && hits != count; ++hits) {
+        at = findText(hay, needle, at + needle.size());
+        if ((hits & 0xFF) == 0) rt.checkTime();
     }
-    appendTo(out, tail.substr(at));
+    const auto grows =
+        static_cast<std::int64_t>(with.chars().size()) - static_cast<std::int64_t>(needle.size());
+    Value out = blank(static_cast<std::int64_t>(tail.size()) + hits * grows, 0);
+    char16_t* to = out.s->chars();
+    std::size_t at = 0;
+    for (; hits > 0; --hits) {
+        const std::size_t hit = findText(hay, needle, at);
+        to = std::copy(tail.begin() + at, tail.begin() + hit, to);
+        to = std::copy(with.chars().begin(), with.chars().end(), to);
+        at = hit + needle.size();
+    }
+    std::copy(tail.begin() + at, tail.end(), to);
     return out;
 }
 

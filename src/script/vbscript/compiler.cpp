@@ -187,18 +187,25 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
             context_.globals[m.index].defined = true;
     }
     if (module_.optionExplicit) return;
-    for (const Atom name : decl.scope.assigned) {
-        const Meaning m = meaning(name);
-        if (m.kind != Meaning::Unknown) continue;
-        if (isMain && live_) {
-            (*live_->extra)[name] = std::make_unique<Value>();
-        } else if (isMain) {
-            context_.globals[m.index].defined = true;
-        } else {
-            const Operand o = newLocal();
-            body_.locals[name] = o | operand::follow;
-            emit(Op::BindAuto, o, 0, m.index);
-        }
+    for (const Atom name : decl.scope.assigned)
+        makeAutomatic(name, isMain);
+    // At module level an argument that nobody knows yet needs no more than its global.
+    if (isMain) return;
+    for (const Atom name : decl.scope.passed)
+        makeAutomatic(name, false);
+}
+
+void Compiler::makeAutomatic(Atom name, bool isMain) {
+    const Meaning m = meaning(name);
+    if (m.kind != Meaning::Unknown) return;
+    if (isMain && live_) {
+        (*live_->extra)[name] = std::make_unique<Value>();
+    } else if (isMain) {
+        context_.globals[m.index].defined = true;
+    } else {
+        const Operand o = newLocal();
+        body_.locals[name] = o | operand::follow;
+        emit(Op::BindAuto, o, 0, m.index);
     }
 }
 

@@ -63,6 +63,16 @@ bool Compiler::append(Operand target, const Expr* name, const Expr* e) {
     return true;
 }
 
+// One element of a variable: it can go where it belongs at once.
+bool Compiler::plainIndex(const Expr* e) {
+    if (e->kind != ExprKind::Call || e->left->kind != ExprKind::Name || e->args.size() != 1 ||
+        e->args[0]->kind == ExprKind::Missing) {
+        return false;
+    }
+    const Meaning m = meaning(e->left->name);
+    return m.kind == Meaning::Variable && !isRecursion(m, e->left);
+}
+
 void Compiler::store(Operand target, const Expr* e, bool isSet) {
     const Mark mark(*this);
     if (isSet) {
@@ -74,6 +84,13 @@ void Compiler::store(Operand target, const Expr* e, bool isSet) {
     if (e->kind == ExprKind::Binary || e->kind == ExprKind::Unary) {
         const Operand v = value(e, target);
         if (v != target) emit(Op::Copy, target, v);
+        return;
+    }
+    if (plainIndex(e)) {
+        const Meaning m = meaning(e->left->name);
+        const Operand array = variable(m);
+        const Operand i = value(e->args[0]);
+        emit(Op::Index1, target, array, i, 1);
         return;
     }
     const Operand v = value(e);
@@ -96,7 +113,10 @@ void Compiler::assignIndexed(const Stmt& s) {
     const bool isSet = s.kind == StmtKind::Set;
     if (s.a->args.size() == 1 && s.a->args[0]->kind != ExprKind::Missing) {
         const auto [index, v] = pair(s.a->args[0], s.b);
-        emit(Op::SetIndex1, array, index, v, isSet ? 1 : 0);
+        std::size_t n = isSet ? 1 : 0;
+        if (isDirty(index) && steal(index)) n |= emptyFirst;
+        if (isDirty(v) && steal(v)) n |= emptySecond;
+        emit(Op::SetIndex1, array, index, v, n);
         return;
     }
     const std::uint32_t base = values(s.a->args);

@@ -35,6 +35,7 @@ void Compiler::argumentTo(const Expr* e, Operand to) {
         return;
     }
     if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown) return valueTo(e, to);
+    if (element && isRecursion(m, e->left)) return valueTo(e, to);
     const Operand v = variable(m);
     if (!element) {
         emit(Op::Ref, to, v);
@@ -50,15 +51,18 @@ void Compiler::argumentTo(const Expr* e, Operand to) {
     emit(Op::Move, lock, base);
 }
 
+// Inside a function its name is the result; with parentheses, or as a statement, it calls again.
+bool Compiler::isRecursion(const Meaning& m, const Expr* callee) const {
+    return m.kind == Meaning::Variable && m.at == body_.proc->result &&
+           body_.decl->kind != ProcKind::Main && callee->name == body_.proc->name;
+}
+
 Operand Compiler::call(const Expr* e, Operand want) {
     const Expr* callee = e->left;
     if (callee->kind == ExprKind::Member) return member(callee, &e->args, want, false);
     if (callee->kind == ExprKind::Name) {
         const Meaning m = meaning(callee->name);
-        const bool recursion = m.kind == Meaning::Variable && m.at == body_.proc->result &&
-                               body_.decl->kind != ProcKind::Main &&
-                               callee->name == body_.proc->name;
-        if (!recursion) return callNamed(m, callee, e->args, want);
+        if (!isRecursion(m, callee)) return callNamed(m, callee, e->args, want);
         Meaning self;
         self.kind = class_ ? Meaning::Own : Meaning::Procedure;
         if (class_)
@@ -183,9 +187,7 @@ void Compiler::callStatement(const Expr* e) {
 
 void Compiler::nameStatement(const Expr* callee, const std::vector<Expr*>& args) {
     Meaning m = meaning(callee->name);
-    const bool insideItself = m.kind == Meaning::Variable && m.at == body_.proc->result &&
-                              callee->name == body_.proc->name;
-    if (insideItself) {
+    if (isRecursion(m, callee)) {
         m.kind = class_ ? Meaning::Own : Meaning::Procedure;
         if (class_)
             m.own = &class_->members.at(callee->name);

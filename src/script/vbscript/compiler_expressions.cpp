@@ -208,6 +208,8 @@ Operand Compiler::binary(const Expr* e, Operand want) {
         n = static_cast<std::size_t>(e->op);
     }
     const bool mayBeText = e->op == Operator::Add || e->op == Operator::Concat;
+    if (isDirty(l) && steal(l)) n |= emptyFirst;
+    if (isDirty(r) && steal(r)) n |= emptySecond;
     const Operand out = want != operand::none ? want : mayBeText ? result(want) : temp();
     emit(opOf(e->op), out, l, r, n);
     return out;

@@ -65,6 +65,7 @@ class Compiler {
     void compileProc(Proc& proc, const ProcDecl& decl);
     void enterScope(const ProcDecl& decl);
     void makeAutomatic(const ProcDecl& decl);
+    void makeAutomatic(Atom name, bool isMain);
     void finish();
     void moveTemporaries(Instruction& i) const;
     std::uint32_t shape(const Declared& d);
@@ -107,6 +108,7 @@ class Compiler {
     void assignMember(const Expr* object, Atom member, const std::vector<Expr*>& args,
                       const Stmt& s);
     void assignElement(const Stmt& s);
+    bool plainIndex(const Expr* e);
     void store(Operand target, const Expr* e, bool isSet);
     bool append(Operand target, const Expr* target0, const Expr* e);
     Operand place(const Expr* e);
@@ -127,6 +129,7 @@ class Compiler {
 
     // Calls (compiler_calls.cpp).
     Operand call(const Expr* e, Operand want);
+    [[nodiscard]] bool isRecursion(const Meaning& m, const Expr* callee) const;
     Operand callNamed(const Meaning& m, const Expr* callee, const std::vector<Expr*>& args,
                       Operand want);
     Operand index(Operand array, const std::vector<Expr*>& args, Operand want);
@@ -150,7 +153,8 @@ class Compiler {
     void clearDirty();
     Operand temp();
     Operand result(Operand want); ///< Where a call's result goes: `want` or a register in between.
-    bool steal(Operand from);     ///< Whether `from` may be emptied by its only reader.
+    [[nodiscard]] bool isDirty(Operand o) const;
+    bool steal(Operand from); ///< Whether `from` may be emptied by its only reader.
     static bool isTemp(Operand o) {
         return (o & (operand::kindMask | operand::temporary)) == operand::temporary;
     }

@@ -44,6 +44,10 @@ Operand Compiler::result(Operand want) {
     return o;
 }
 
+bool Compiler::isDirty(Operand o) const {
+    return std::find(body_.dirty.begin(), body_.dirty.end(), o) != body_.dirty.end();
+}
+
 bool Compiler::steal(Operand from) {
     if (!isTemp(from)) return false;
     std::erase(body_.dirty, from);
@@ -138,7 +142,9 @@ std::size_t Compiler::condition(const Expr* e, bool jumpIf) {
         e->kind == ExprKind::Binary && e->op >= Operator::Equal && e->op <= Operator::GreaterEqual;
     if (compares && !jumpIf) {
         const auto [l, r] = pair(e->left, e->right);
-        const std::size_t flags = writtenFlags(written(e->left), written(e->right));
+        std::size_t flags = writtenFlags(written(e->left), written(e->right));
+        if (isDirty(l) && steal(l)) flags |= emptyFirst;
+        if (isDirty(r) && steal(r)) flags |= emptySecond;
         if (body_.dirty.empty() && body_.locksUsed == 0)
             return emit(unlessOf(e->op), l, r, 0, flags);
         const auto plain = static_cast<Op>(static_cast<int>(Op::Equal) + static_cast<int>(e->op) -

@@ -161,10 +161,12 @@ class Reader {
             separated = false;
             if (p.kind == Part::Number) {
                 numbers.push_back(p);
-            } else if (p.word != u"de" && !isDayName(locale_, p.word)) {
-                if (named != 0) return false;
-                named = monthNamed(locale_, p.word);
-                if (named == 0) return false;
+            } else if (p.word != u"de") {
+                // "mar" is a Tuesday only where another word says the month.
+                const int month = monthNamed(locale_, p.word);
+                if (month == 0 && !isDayName(locale_, p.word)) return false;
+                if (month != 0 && named != 0) return false;
+                if (month != 0) named = month;
             }
         }
         if (separated && rest_.back().kind == Part::Mark) return false;

@@ -27,6 +27,7 @@ class Globals {
         if (name >= byAtom_.size()) byAtom_.resize(name + name / 2 + 64, unknown);
         std::uint32_t& s = byAtom_[name];
         if (s == unknown) {
+            Memory::current().grow(sizeof(Global), 7);
             s = static_cast<std::uint32_t>(list_.size());
             list_.emplace_back().name = name;
         }

@@ -16,6 +16,8 @@ class HostAdapter : public Object {
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
 
+    bool elements(Runtime& rt, Value& list) override;
+
   private:
     std::shared_ptr<HostObject> object_;
 };

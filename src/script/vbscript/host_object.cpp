@@ -75,4 +75,11 @@ void HostAdapter::access(Runtime& rt, Atom member, Access how, std::span<Value> 
     if (!known) throw Fault(438);
 }
 
+bool HostAdapter::elements(Runtime&, Value& list) {
+    std::vector<Value> all;
+    if (!object_->elements(all)) return false;
+    list = arrayOf(std::move(all));
+    return true;
+}
+
 } // namespace vbscript

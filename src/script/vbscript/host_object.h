@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vbscript {
 
@@ -33,6 +34,8 @@ class HostObject {
     /// A property is assigned, the default one when a script assigns to the object itself.
     virtual bool assign(std::string_view member, std::span<const Value> args, const Value& v,
                         HostValues& values) = 0;
+    /// What For Each goes over; false: not a collection.
+    virtual bool elements(std::vector<Value>& /*all*/) { return false; }
 };
 
 /// A host object made of functions, for those that need no class of their own.

@@ -294,6 +294,9 @@ class Lexer {
 
 } // namespace
 
-TokenList tokenize(std::string_view source, Names& names) { return Lexer(source, names).run(); }
+TokenList tokenize(std::string_view source, Names& names) {
+    if (source.size() > longestSource) throw CompileFault{1001, 1, 1, {}};
+    return Lexer(source, names).run();
+}
 
 } // namespace vbscript

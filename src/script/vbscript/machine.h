@@ -96,6 +96,8 @@ class Machine : public Runtime {
     void tick() {
         if (--ticks_ <= 0) checkTime();
     }
+    /// A step that went over `units` elements brings the next look at the clock nearer.
+    void work(std::size_t units) { ticks_ -= static_cast<int>(units >> 10); }
     [[nodiscard]] Instance* me() const;
     [[nodiscard]] bool insideOf(const Instance& o) const;
     void declare(Unit& unit);
@@ -103,24 +105,22 @@ class Machine : public Runtime {
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
 
     Value& at(Operand o) {
-        switch (o >> operand::kindShift) {
-        case 0:
-            return r_.fp[o];
-        case 1:
-            return *r_.pool[o & operand::indexMask];
-        case 2: {
-            Value& v = r_.fp[o & operand::indexMask];
-            return v.is(Type::Ref) ? *v.ref : v;
-        }
-        default:
-            return r_.me[o & operand::indexMask];
-        }
+        if (o < operand::pool) return r_.fp[o];
+        if (o < operand::follow) return *r_.pool[o & operand::indexMask];
+        if (o >= operand::member) return r_.me[o & operand::indexMask];
+        Value& v = r_.fp[o & operand::indexMask];
+        return v.is(Type::Ref) ? *v.ref : v;
     }
     std::span<Value> registersFrom(Operand base, std::size_t n) { return {r_.fp + base, n}; }
 
 #define VBS_STEP(name) void op##name(const Instruction& i);
     VBS_OPS(VBS_STEP)
 #undef VBS_STEP
+    using BinaryFunction = Value (*)(Runtime&, const Value&, const Value&);
+    void slow(const Instruction& i, BinaryFunction f);
+    void finished(const Instruction& i, Operand first, Operand second);
+    template <Operator Which>
+    int comparison(const Instruction& i, Operand first, Operand second);
     template <Operator Which>
     void compareStep(const Instruction& i);
     template <Operator Which>

@@ -64,6 +64,7 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
     }
     if (!base.is(Type::Array)) throw Fault(13);
     const std::size_t at = offset(*this, *base.a, indexes);
+    if (base.a->refs - base.a->locks > 1) work(base.a->items.size());
     makeUnique(base);
     base.a->items[at] = std::move(stored);
 }

@@ -4,6 +4,11 @@
 
 namespace vbscript {
 
+namespace {
+// A caught error costs as much time as some dozen steps.
+constexpr std::size_t costOfError = 16 << 10;
+} // namespace
+
 Value* Machine::freeRegisters() const {
     return frames_.empty() ? stack_.get() : r_.fp + frames_.back().proc->registers;
 }
@@ -62,7 +67,9 @@ void Machine::drop() {
             if (fp[k].owns()) fp[k].clear();
         }
     }
-    Frame gone = std::move(frames_.back());
+    Frame& top = frames_.back();
+    if (!top.me.owns() && !top.extra) return frames_.pop_back();
+    const Frame gone = std::move(top); // what goes may run code: not in the midst of pop_back
     frames_.pop_back();
 }
 
@@ -119,6 +126,7 @@ bool Machine::handle(Fault& f, std::size_t base) {
         const Region* region = regionOf(*frame.proc, pc > 0 ? pc - 1 : 0);
         if (frame.resumeNext && region && pc - 1 < region->end) {
             err.set(f);
+            work(costOfError);
             r_.pc = frame.proc->code.data() + region->resume;
             for (std::size_t k = 0; k < frame.proc->registers; ++k) {
                 if (k >= frame.proc->locals || r_.fp[k].is(Type::Lock)) r_.fp[k].clear();

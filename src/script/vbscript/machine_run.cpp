@@ -73,19 +73,20 @@ VBS_HOT bool compares(T a, T b) {
         return a >= b;
 }
 
-/// 1, 0; -1: Null.
-template <Operator Which>
-VBS_HOT int comparison(Runtime& rt, const Value& a, const Value& b, const Instruction& i) {
-    if (a.isInt() && b.isInt()) return compares<Which>(a.i, b.i);
-    double x = 0;
-    double y = 0;
-    if (reals(a, b, x, y)) return compares<Which>(x, y);
-    const Order o = order(rt, a, b, leftOf(i), rightOf(i));
-    if (o == Order::Unknown) return -1;
-    return holds(Which, o);
+} // namespace
+
+// The way for all other operands: what is in between is done with when the result is there.
+[[gnu::noinline]] void Machine::slow(const Instruction& i, BinaryFunction f) {
+    Value v = f(*this, at(i.b), at(i.c));
+    if (v.is(Type::String)) work(v.s->length);
+    finished(i, i.b, i.c);
+    at(i.a) = std::move(v);
 }
 
-} // namespace
+void Machine::finished(const Instruction& i, Operand first, Operand second) {
+    if (i.n & emptyFirst) at(first).clear();
+    if (i.n & emptySecond) at(second).clear();
+}
 
 VBS_HOT void Machine::opAdd(const Instruction& i) {
     const Value& b = at(i.b);
@@ -94,7 +95,7 @@ VBS_HOT void Machine::opAdd(const Instruction& i) {
     double y = 0;
     if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i + c.i);
     if (reals(b, c, x, y) && std::isfinite(x + y)) return put(at(i.a), x + y);
-    at(i.a) = add(*this, b, c);
+    slow(i, add);
 }
 
 VBS_HOT void Machine::opSubtract(const Instruction& i) {
@@ -104,7 +105,7 @@ VBS_HOT void Machine::opSubtract(const Instruction& i) {
     double y = 0;
     if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i - c.i);
     if (reals(b, c, x, y) && std::isfinite(x - y)) return put(at(i.a), x - y);
-    at(i.a) = subtract(*this, b, c);
+    slow(i, subtract);
 }
 
 VBS_HOT void Machine::opMultiply(const Instruction& i) {
@@ -114,7 +115,7 @@ VBS_HOT void Machine::opMultiply(const Instruction& i) {
     double y = 0;
     if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i * c.i);
     if (reals(b, c, x, y) && std::isfinite(x * y)) return put(at(i.a), x * y);
-    at(i.a) = multiply(*this, b, c);
+    slow(i, multiply);
 }
 
 VBS_HOT void Machine::opDivide(const Instruction& i) {
@@ -123,26 +124,41 @@ VBS_HOT void Machine::opDivide(const Instruction& i) {
     double x = 0;
     double y = 0;
     if (reals(b, c, x, y) && y != 0 && std::isfinite(x / y)) return put(at(i.a), x / y);
-    at(i.a) = divide(*this, b, c);
+    slow(i, divide);
 }
 
 VBS_HOT void Machine::opIntDivide(const Instruction& i) {
     const Value& b = at(i.b);
     const Value& c = at(i.c);
     if (b.isInt() && c.isInt() && c.i > 0) return putWhole(at(i.a), b.type, c.type, b.i / c.i);
-    at(i.a) = intDivide(*this, b, c);
+    slow(i, intDivide);
 }
 
 VBS_HOT void Machine::opModulo(const Instruction& i) {
     const Value& b = at(i.b);
     const Value& c = at(i.c);
     if (b.isInt() && c.isInt() && c.i > 0) return putWhole(at(i.a), b.type, c.type, b.i % c.i);
-    at(i.a) = modulo(*this, b, c);
+    slow(i, modulo);
+}
+
+/// 1, 0; -1: Null.
+template <Operator Which>
+VBS_HOT int Machine::comparison(const Instruction& i, Operand first, Operand second) {
+    const Value& a = at(first);
+    const Value& b = at(second);
+    if (a.isInt() && b.isInt()) return compares<Which>(a.i, b.i);
+    double x = 0;
+    double y = 0;
+    if (reals(a, b, x, y)) return compares<Which>(x, y);
+    const Order o = order(*this, a, b, leftOf(i), rightOf(i));
+    finished(i, first, second);
+    if (o == Order::Unknown) return -1;
+    return holds(Which, o);
 }
 
 template <Operator Which>
 VBS_HOT void Machine::compareStep(const Instruction& i) {
-    const int c = comparison<Which>(*this, at(i.b), at(i.c), i);
+    const int c = comparison<Which>(i, i.b, i.c);
     if (c < 0)
         at(i.a) = Value::null();
     else
@@ -151,7 +167,7 @@ VBS_HOT void Machine::compareStep(const Instruction& i) {
 
 template <Operator Which>
 VBS_HOT void Machine::unlessStep(const Instruction& i) {
-    if (comparison<Which>(*this, at(i.a), at(i.b), i) != 1) {
+    if (comparison<Which>(i, i.a, i.b) != 1) {
         r_.pc = r_.code + i.c;
     }
 }
@@ -235,24 +251,34 @@ VBS_HOT void Machine::opIndex1(const Instruction& i) {
     Value& index = at(i.c);
     if (array.is(Type::Array) && index.isInt() && array.a->extents.size() == 1) {
         if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
-        at(i.a) = array.a->items[static_cast<std::size_t>(index.i)];
-        return;
+        const Value& element = array.a->items[static_cast<std::size_t>(index.i)];
+        if (i.n == 0 || !element.is(Type::Object)) {
+            at(i.a) = element;
+            return;
+        }
     }
     Value v = indexed(array, {&index, 1});
+    if (i.n != 0) v = forStore(std::move(v), false);
     at(i.a) = std::move(v);
 }
 
 VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
     Value& array = at(i.a);
     Value& index = at(i.b);
-    const Value& v = at(i.c);
-    if (array.is(Type::Array) && index.isInt() && array.a->extents.size() == 1 && i.n == 0 &&
+    Value& v = at(i.c);
+    if (array.is(Type::Array) && index.isInt() && array.a->extents.size() == 1 && !(i.n & 1) &&
         v.type < Type::Array && array.a->refs - array.a->locks == 1) {
         if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
-        array.a->items[static_cast<std::size_t>(index.i)] = v;
+        Value& element = array.a->items[static_cast<std::size_t>(index.i)];
+        if (i.n & emptySecond)
+            element = std::move(v);
+        else
+            element = v;
         return;
     }
-    setIndexed(array, {&index, 1}, v, i.n != 0);
+    Value copy(index);
+    setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
+    finished(i, i.b, i.c);
 }
 
 VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
@@ -260,18 +286,29 @@ VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
     callProc(*p, i, Value());
 }
 
+// The step that comes next is kept apart from r_, which only says where an error happened.
 void Machine::execute() {
+    const Instruction* pc = r_.pc;
     for (;;) {
-        const Instruction& i = *r_.pc++;
+        const Instruction& i = *pc++;
+        r_.pc = pc;
         switch (i.op) {
 #define VBS_STEP(name)                                                                             \
     case Op::name:                                                                                 \
         op##name(i);                                                                               \
         break;
-            VBS_OPS(VBS_STEP)
+            VBS_PLAIN_OPS(VBS_STEP)
+#undef VBS_STEP
+#define VBS_STEP(name)                                                                             \
+    case Op::name:                                                                                 \
+        op##name(i);                                                                               \
+        pc = r_.pc;                                                                                \
+        break;
+            VBS_CONTROL_OPS(VBS_STEP)
 #undef VBS_STEP
         case Op::Return:
             if (leave()) return;
+            pc = r_.pc;
             break;
         }
     }

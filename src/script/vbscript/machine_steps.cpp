@@ -20,7 +20,7 @@ void Machine::opSetObject(const Instruction& i) {
         at(i.a) = from;
 }
 
-void Machine::opPower(const Instruction& i) { at(i.a) = power(*this, at(i.b), at(i.c)); }
+void Machine::opPower(const Instruction& i) { slow(i, power); }
 
 void Machine::opConcat(const Instruction& i) {
     Value& to = at(i.a);
@@ -28,23 +28,30 @@ void Machine::opConcat(const Instruction& i) {
     if (&to == &left && to.is(Type::String)) {
         const Value more = joinable(*this, at(i.c));
         appendTo(to, more.chars());
+        finished(i, i.b, i.c);
         return;
     }
-    to = concat(*this, left, at(i.c));
+    slow(i, concat);
 }
 
 void Machine::opLogical(const Instruction& i) {
     const Value& b = at(i.b);
     const Value& c = at(i.c);
-    const auto op = static_cast<Operator>(i.n);
+    const auto op = static_cast<Operator>(i.n & 0xFF);
     if (b.is(Type::Boolean) && c.is(Type::Boolean) && (op == Operator::And || op == Operator::Or)) {
         at(i.a) = Value::boolean(op == Operator::And ? (b.i & c.i) != 0 : (b.i | c.i) != 0);
         return;
     }
-    at(i.a) = logical(*this, op, b, c);
+    Value v = logical(*this, op, b, c);
+    finished(i, i.b, i.c);
+    at(i.a) = std::move(v);
 }
 
-void Machine::opIs(const Instruction& i) { at(i.a) = Value::boolean(sameObject(at(i.b), at(i.c))); }
+void Machine::opIs(const Instruction& i) {
+    const bool same = sameObject(at(i.b), at(i.c));
+    finished(i, i.b, i.c);
+    at(i.a) = Value::boolean(same);
+}
 void Machine::opNot(const Instruction& i) { at(i.a) = logicalNot(*this, at(i.b)); }
 void Machine::opNegate(const Instruction& i) { at(i.a) = negate(*this, at(i.b)); }
 
@@ -63,13 +70,12 @@ void Machine::opJoin(const Instruction& i) {
         if (!p.is(Type::String)) p = joinable(*this, p);
         length += p.s->length;
     }
+    work(length);
     Value all;
     if (allNull) {
         all = Value::null();
     } else {
-        all.s = StringData::make(length, length);
-        all.type = Type::String;
-        all.s->refs = 1;
+        all = Value::room(length, length);
         char16_t* to = all.s->chars();
         for (const Value& p : parts)
             to = std::copy_n(p.s->chars(), p.s->length, to);
@@ -96,10 +102,7 @@ void Machine::opAppend(const Instruction& i) {
     std::size_t length = 0;
     for (const Value& p : parts)
         length += p.s->length;
-    Value all;
-    all.s = StringData::make(length, length);
-    all.type = Type::String;
-    all.s->refs = 1;
+    Value all = Value::room(length, length);
     char16_t* at0 = all.s->chars();
     for (const Value& p : parts)
         at0 = std::copy_n(p.s->chars(), p.s->length, at0);
@@ -130,12 +133,9 @@ void Machine::opEachPrepare(const Instruction& i) {
     Value list;
     if (source.is(Type::Array)) {
         list = source.a->locks ? Value::array(ArrayData::copyOf(*source.a)) : source;
-    } else if (!source.is(Type::Object)) {
-        throw Fault(451);
-    } else if (!source.o) {
-        throw Fault(91);
-    } else if (!source.o->elements(*this, list)) {
-        throw Fault(451);
+    } else {
+        if (source.is(Type::Object) && !source.o) throw Fault(91);
+        if (!source.is(Type::Object) || !source.o->elements(*this, list)) throw Fault(451);
     }
     r_.fp[i.a] = std::move(list);
     r_.fp[i.a + 1] = Value::longint(0);
@@ -237,6 +237,9 @@ void Machine::opCallBuiltin(const Instruction& i) {
     const Builtin& f = library.at(i.c);
     if (args.size() < f.least || args.size() > f.most) throw Fault(450);
     tick();
+    for (const Value& a : args) {
+        if (a.is(Type::String)) work(a.s->length);
+    }
     Value v = f.run(*this, args);
     clearAll(args);
     at(i.a) = std::move(v);
@@ -268,6 +271,7 @@ void Machine::opDim(const Instruction& i) {
     const bool keeps = i.n == 1 && v.is(Type::Array) && v.a->fixed == shape.fixed;
     if (keeps && (!shape.fixed || v.a->extents == shape.extents)) return;
     v = Value::array(ArrayData::make(shape.extents, shape.fixed));
+    work(v.a->items.size());
 }
 
 void Machine::opReDim(const Instruction& i) {
@@ -283,11 +287,13 @@ void Machine::opReDim(const Instruction& i) {
     const bool keeps = (i.n & flagBit) && v.is(Type::Array) && !v.a->extents.empty();
     if (!keeps) {
         v = Value::array(ArrayData::make(std::move(extents), false));
+        work(v.a->items.size());
         return;
     }
     const auto& old = v.a->extents;
     if (old.size() != extents.size() || !std::equal(old.begin(), old.end() - 1, extents.begin()))
         throw Fault(9);
+    work(v.a->items.size());
     makeUnique(v);
     v.a->resizeLast(extents.back());
 }
@@ -312,6 +318,7 @@ void Machine::opExecute(const Instruction& i) {
     }
     tick();
     const std::string source = text.utf8();
+    work(source.size() * 20);
     Value result;
     try {
         auto frame = static_cast<int>(frames_.size()) - 1;
@@ -325,8 +332,8 @@ void Machine::opExecute(const Instruction& i) {
         } else {
             if (!f.extra)
                 frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<Extra>();
-            const auto tree =
-                i.n == 2 ? parseExpression(source, names) : parseModule(source, names);
+            const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
+                                       : parseModule(source, names, f.me.is(Type::Object));
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
@@ -334,7 +341,7 @@ void Machine::opExecute(const Instruction& i) {
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
     } catch (const CompileFault& f) {
-        Fault fault(f.number,
+        Fault fault(i.n == 2 ? 1002 : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
         throw fault;

@@ -41,8 +41,13 @@ class Match : public Object {
     Match(Value text, std::size_t at, Value groups)
         : text_(std::move(text)), at_(at), groups_(std::move(groups)) {}
     [[nodiscard]] std::string typeName() const override { return "IMatch2"; }
-    void access(Runtime&, Atom member, Access how, std::span<Value> args, Value& result) override {
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override {
         if (how == Access::Let || how == Access::Set) throw Fault(438);
+        if (!args.empty() && wordOf(member) == Word::SubMatches) {
+            groups_.o->access(rt, 0, how, args, result);
+            return;
+        }
         if (!args.empty()) throw Fault(450);
         switch (member == 0 ? Word::Value : wordOf(member)) {
         case Word::Value:

@@ -45,6 +45,10 @@ bool Names::Same::operator()(std::string_view a, std::string_view b) const {
 Atom Names::of(std::string_view name) {
     const auto at = atoms_.find(name);
     if (at != atoms_.end()) return at->second;
+    // Names are never given up: a script that makes new ones without end has to run into its
+    // budget.
+    constexpr std::size_t bookkeeping = 120;
+    Memory::current().grow(name.size() + bookkeeping, 7);
     const auto a = static_cast<Atom>(texts_.size());
     texts_.emplace_back(name);
     atoms_.emplace(texts_.back(), a);

@@ -47,7 +47,7 @@ std::u16string numberText(double v, int significant, char16_t decimal) {
     if (std::isnan(v)) return u"-1" + std::u16string(1, decimal) + u"#IND";
     if (std::isinf(v)) return (v < 0 ? u"-1" : u"1") + std::u16string(1, decimal) + u"#INF";
     if (v == 0) return u"0";
-    if (std::fabs(v) < 1e9 && v == std::trunc(v))
+    if (std::fabs(v) < (significant < 9 ? 1e6 : 1e9) && v == std::trunc(v))
         return wide(std::to_string(static_cast<long long>(v)));
     char buffer[40];
     const auto r = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(v),

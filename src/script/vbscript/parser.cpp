@@ -4,8 +4,8 @@
 
 namespace vbscript {
 
-Parser::Parser(std::string_view source, Names& names)
-    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()) {
+Parser::Parser(std::string_view source, Names& names, bool me)
+    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me) {
     scope_ = &module_->main.scope;
 }
 
@@ -79,14 +79,14 @@ void Parser::skipSeparators() {
         ++at_;
 }
 
-std::unique_ptr<Module> parseModule(std::string_view source, Names& names) {
-    Parser p(source, names);
+std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me) {
+    Parser p(source, names, me);
     p.module();
     return p.take();
 }
 
-std::unique_ptr<Module> parseExpression(std::string_view source, Names& names) {
-    Parser p(source, names);
+std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me) {
+    Parser p(source, names, me);
     p.expressionOnly();
     return p.take();
 }

@@ -190,7 +190,7 @@ Expr* Parser::keywordOperand() {
         v = Value::nothing();
         break;
     case Word::Me: {
-        if (!class_) fail(1037);
+        if (!class_ && !me_) fail(1037);
         ++at_;
         return suffixes(node(ExprKind::Me, t.at));
     }

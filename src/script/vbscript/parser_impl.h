@@ -9,7 +9,7 @@ namespace vbscript {
 /// declarations.
 class Parser {
   public:
-    Parser(std::string_view source, Names& names);
+    Parser(std::string_view source, Names& names, bool me);
     void module();
     void expressionOnly();
     std::unique_ptr<Module> take() { return std::move(module_); }
@@ -118,6 +118,7 @@ class Parser {
     TokenList list_;
     Names& names_;
     std::unique_ptr<Module> module_;
+    bool me_;
     std::size_t at_ = 0;
     int depth_ = 0;
     Scope* scope_ = nullptr;

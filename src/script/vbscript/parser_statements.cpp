@@ -108,7 +108,7 @@ void Parser::assignmentOrCall(Block& out) {
         e = memberOf(nullptr);
     } else {
         e = node(is(Word::Me) && is(Tok::Keyword) ? ExprKind::Me : ExprKind::Name, tok().at);
-        if (e->kind == ExprKind::Me && !class_) fail(1037);
+        if (e->kind == ExprKind::Me && !class_ && !me_) fail(1037);
         e->name = list_.tokens[at_++].atom;
         if (e->name == atomOf(Word::Execute)) scope_->executes = true;
     }
@@ -156,7 +156,7 @@ void Parser::noteAssigned(const Expr* target) {
 }
 
 void Parser::notePassed(const Expr* arg) {
-    if (arg->kind == ExprKind::Name && !arg->parens) scope_->assigned.push_back(arg->name);
+    if (arg->kind == ExprKind::Name && !arg->parens) scope_->passed.push_back(arg->name);
 }
 
 Expr* Parser::argumentList(Expr* callee) {

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t mostSteps = 2'000'000; // of one attempt: a fraction of a second
 constexpr std::uint32_t mostHeapKib = 16 * 1024;
-constexpr std::size_t longestPattern = 32 * 1024;
+constexpr std::size_t longestPattern = std::size_t{32} << 10;
 
 struct FreeCode {
     void operator()(pcre2_code* c) const { pcre2_code_free(c); }
@@ -86,6 +86,7 @@ class Subject {
 
 class RegExp : public Object {
   public:
+    ~RegExp() override { forget(); }
     [[nodiscard]] std::string typeName() const override { return "IRegExp2"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
@@ -93,6 +94,7 @@ class RegExp : public Object {
   private:
     void assign(Runtime& rt, Word member, const Value& v);
     void compile();
+    void forget();
     bool match(const Subject& subject, std::size_t from);
     [[nodiscard]] Found found(const Subject& subject) const;
     Value execute(Runtime& rt, const Value& text);
@@ -106,7 +108,15 @@ class RegExp : public Object {
     std::unique_ptr<pcre2_match_data, FreeData> data_;
     std::unique_ptr<pcre2_match_context, FreeContext> context_;
     std::uint32_t groups_ = 0;
+    Memory& account_ = Memory::current();
+    std::size_t charged_ = 0;
 };
+
+void RegExp::forget() {
+    code_.reset();
+    account_.shrink(charged_);
+    charged_ = 0;
+}
 
 void RegExp::compile() {
     if (code_) return;
@@ -131,6 +141,15 @@ void RegExp::compile() {
     pcre2_set_match_limit(context_.get(), mostSteps);
     pcre2_set_heap_limit(context_.get(), mostHeapKib);
     pcre2_pattern_info(code_.get(), PCRE2_INFO_CAPTURECOUNT, &groups_);
+    std::size_t size = 0;
+    pcre2_pattern_info(code_.get(), PCRE2_INFO_SIZE, &size);
+    try {
+        account_.grow(size, 7);
+    } catch (...) {
+        code_.reset();
+        throw;
+    }
+    charged_ = size;
 }
 
 bool RegExp::match(const Subject& subject, std::size_t from) {
@@ -147,7 +166,7 @@ Found RegExp::found(const Subject& subject) const {
     Found f;
     f.at = subject.charAt(at[0]);
     f.length = subject.charAt(std::max(at[0], at[1])) - f.at;
-    for (std::uint32_t g = 1; g <= groups_; ++g) {
+    for (std::size_t g = 1; g <= groups_; ++g) {
         if (at[2 * g] == PCRE2_UNSET) {
             f.groups.push_back({Found::unset, 0});
         } else {
@@ -210,7 +229,7 @@ void RegExp::assign(Runtime& rt, Word member, const Value& v) {
     default:
         throw Fault(438);
     }
-    code_.reset();
+    forget();
 }
 
 void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {

@@ -11,10 +11,17 @@ namespace {
 // What a script may let a file grow to: a loop gone wild must not fill the disk.
 constexpr std::uint64_t largestFile = std::uint64_t{32} << 20;
 
+// Open for writing at one time: files are few, and the program around us needs some, too.
+constexpr int mostOpen = 32;
+thread_local int openNow = 0;
+
 class TextStream : public Object {
   public:
     TextStream(const std::string& path, FileMode mode, bool unicode);
-    ~TextStream() override { account_.shrink(charged_); }
+    ~TextStream() override {
+        account_.shrink(charged_);
+        if (counted_) --openNow;
+    }
     [[nodiscard]] std::string typeName() const override { return "TextStream"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
@@ -36,6 +43,7 @@ class TextStream : public Object {
     std::int64_t line_ = 1, column_ = 1;
     std::ofstream out_;
     std::uint64_t size_ = 0;
+    bool counted_ = false;
     Memory& account_ = Memory::current();
     std::size_t charged_ = 0;
 };
@@ -46,12 +54,15 @@ TextStream::TextStream(const std::string& path, FileMode mode, bool unicode)
         load(path);
         return;
     }
+    if (openNow >= mostOpen) throw Fault(67);
     const auto how = mode == FileMode::Append ? std::ios::app : std::ios::trunc;
     out_.open(path, std::ios::binary | std::ios::out | how);
     if (!out_) throw Fault(76);
+    counted_ = true;
+    ++openNow;
     out_.seekp(0, std::ios::end);
     size_ = static_cast<std::uint64_t>(std::max<std::streamoff>(out_.tellp(), 0));
-    if (unicode_ && size_ == 0) put(u"\uFEFF");
+    if (unicode_ && size_ == 0) out_.write("\xFF\xFE", 2);
 }
 
 void TextStream::load(const std::string& path) {
@@ -83,6 +94,8 @@ void TextStream::close() {
     account_.shrink(charged_);
     charged_ = 0;
     if (!reading_) out_.close();
+    if (counted_) --openNow;
+    counted_ = false;
 }
 
 std::u16string TextStream::line() {

@@ -118,11 +118,17 @@ Value Value::reference(Value* target) {
     return v;
 }
 
-Value Value::string(std::u16string_view chars) {
+Value Value::room(std::size_t length, std::size_t capacity) {
+    StringData* s = StringData::make(length, capacity);
+    s->refs = 1;
     Value v;
-    v.s = StringData::make(chars.size(), chars.size());
     v.type = Type::String;
-    v.s->refs = 1;
+    v.s = s;
+    return v;
+}
+
+Value Value::string(std::u16string_view chars) {
+    Value v = Value::room(chars.size(), chars.size());
     if (!chars.empty()) std::memcpy(v.s->chars(), chars.data(), chars.size() * sizeof(char16_t));
     return v;
 }
@@ -213,6 +219,7 @@ Value arrayOf(std::vector<Value> items) {
 }
 
 void appendTo(Value& target, std::u16string_view more) {
+    if (more.empty()) return;
     StringData* s = target.s;
     const std::size_t length = std::size_t{s->length} + more.size();
     if (s->refs == 1 && length <= s->capacity && s->account == &Memory::current()) {
@@ -224,14 +231,9 @@ void appendTo(Value& target, std::u16string_view more) {
     std::size_t capacity = length + length / 2 + 8;
     const Memory& account = Memory::current();
     if (account.used() + capacity * sizeof(char16_t) > account.limit()) capacity = length;
-    Value grown;
-    grown.s = StringData::make(length, capacity);
-    grown.type = Type::String;
-    grown.s->refs = 1;
+    Value grown = Value::room(length, capacity);
     if (s->length) std::memcpy(grown.s->chars(), s->chars(), s->length * sizeof(char16_t));
-    if (!more.empty()) {
-        std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
-    }
+    std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
     target.swap(grown);
 }
 

@@ -112,6 +112,8 @@ class Value {
     static Value reference(Value* v);
     static Value string(std::u16string_view chars);
     static Value text(std::string_view utf8);
+    /// A string whose characters the caller fills in; its only owner.
+    static Value room(std::size_t length, std::size_t capacity);
     /// As a literal of this value in source: Integer, Long or Double, whichever is enough.
     static Value number(double v);
     static Value smallest(std::int64_t n); ///< Integer or Long; beyond, Double.

@@ -1,0 +1,5 @@
+return function()
+    local s = ""
+    for i = 1, 100000 do s = s .. "x" end
+    return #s
+end

@@ -1,0 +1,5 @@
+def correr():
+    s = ""
+    for i in range(100000):
+        s = s + "x"
+    return len(s)

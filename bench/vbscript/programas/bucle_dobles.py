@@ -1,0 +1,5 @@
+def correr():
+    s = 0.5
+    for i in range(1, 10000001):
+        s = s * 0.999 + 1.5
+    return s

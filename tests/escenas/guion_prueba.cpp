@@ -1,0 +1,126 @@
+// The plant engineer's script among the answers.
+
+#include "apoyo/planta.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+constexpr const char* kGuion = "/kv/DRIVER_KV2200_Config.MDrivScrip";
+constexpr const char* kLog = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
+
+class ConGuion : public testing::Test {
+  protected:
+    void arrancar(const std::string& guion) {
+        p.archivos.poner(kGuion, guion);
+        p.arrancarYConectar();
+        p.avanzar(900);
+    }
+    [[nodiscard]] std::optional<double> global(const char* nombre) {
+        return p.motor.scriptControl.valorDe(nombre);
+    }
+    [[nodiscard]] Color color() const { return p.motor.vista.lblEstadoScript.color(); }
+    [[nodiscard]] std::size_t enElLog(const std::string& que) {
+        const std::string log = p.archivos.contenido(kLog);
+        std::size_t veces = 0;
+        for (auto i = log.find(que); i != std::string::npos; i = log.find(que, i + 1))
+            ++veces;
+        return veces;
+    }
+    Configuracion config = Configuracion()
+                               .puerto()
+                               .estacion(1, "10.0.0.1", 1)
+                               .bloque(1, "10", "1")
+                               .bloque(1, "11", "600");
+    Planta p{config};
+    Estaciones& plc{p.en("10.0.0.1")};
+};
+
+} // namespace
+
+TEST_F(ConGuion, VeLosValoresGuardaSusTotalesYMuestraUnTexto) {
+    arrancar("Dim corridas\r\ncorridas = corridas + 1\r\n"
+             "doble = MW_1_1_10 * 2 : estado = MW_1_1_10_STATUS\r\n"
+             "Label.Caption = \"corrida \" & corridas\r\n");
+    EXPECT_EQ(global("doble"), 232);
+    EXPECT_EQ(global("estado"), 6);
+    EXPECT_EQ(global("corridas"), static_cast<double>(plc.pedidos.size()));
+    EXPECT_EQ(color(), Color::Verde);
+    const auto compilados = p.motor.scriptControl.compilaciones();
+    p.avanzar(10'000);
+    EXPECT_EQ(p.motor.scriptControl.compilaciones(), compilados) << "compiled when it changes only";
+    EXPECT_EQ(p.motor.vista.Label10.texto(),
+              "corrida " + std::to_string(p.motor.recepcion.respuestas()));
+}
+
+TEST_F(ConGuion, UnErrorSeVeSeDiceUnaVezConSuLugarYNoParaNada) {
+    arrancar("a = 1\r\nb = a + \"x\"\r\n");
+    p.avanzar(10'000);
+    EXPECT_EQ(color(), Color::Rojo);
+    EXPECT_EQ(enElLog("DRIVER_KV2200_Config.MDrivScrip(2, "), 1U) << p.archivos.contenido(kLog);
+    EXPECT_TRUE(p.tramasTiene("  *Guion* DRIVER_KV2200_Config.MDrivScrip(2, "));
+    EXPECT_TRUE(p.ok(0));
+    p.archivos.poner(kGuion, "If falta");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Rojo);
+    p.archivos.poner(kGuion, "b = 3");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Verde);
+    EXPECT_EQ(global("b"), 3);
+    p.archivos.borrar(kGuion);
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Verde) << "no file is an empty script";
+}
+
+TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {
+    arrancar("If MW_1_1_10 = 116 And Not hecho Then\r\n  hecho = True\r\n"
+             "  mw.writeMW \"mw_1_1_10\", 25\r\n  mw.READBLOQ \"MW_1_1_11\"\r\n"
+             "  mw.writeMW \"MW_7_7_7\", 1 : mw.READBLOQ \"nada\"\r\nEnd If\r\n");
+    p.avanzar(5000);
+    EXPECT_EQ(p.valor(0), 25);
+    EXPECT_EQ(color(), Color::Verde) << "refusals do not reach the script";
+    const std::string& dicho = p.motor.vista.txtDemandaLecturaEscritura.texto();
+    EXPECT_NE(dicho.find(" Imposible escribir.7.7.7 No se encuentra PLC"), std::string::npos);
+    EXPECT_NE(dicho.find(" Forzado OK 1.1.11"), std::string::npos);
+    EXPECT_NE(dicho.find(" NO EXISTE PUERTO O PLC "), std::string::npos);
+}
+
+TEST_F(ConGuion, UnoQueNoTerminaSeDetieneYSeReintentaALosSesentaSegundos) {
+    p.ajuste("Guion_Llamadas_Anidadas_Maximo", "50");
+    arrancar("veces = veces + 1\r\nOn Error Resume Next\r\n"
+             "Sub hondo()\r\n  hondo\r\nEnd Sub\r\nhondo\r\nveces = 99\r\n");
+    EXPECT_EQ(color(), Color::Rojo);
+    EXPECT_EQ(global("veces"), 1);
+    p.avanzar(58'000);
+    EXPECT_EQ(global("veces"), 1) << "not at every answer";
+    EXPECT_TRUE(p.ok(0)) << "polling goes on";
+    p.avanzar(5000);
+    EXPECT_EQ(global("veces"), 2);
+    EXPECT_EQ(enElLog("DRIVER>Guion>"), 1U);
+    p.archivos.poner(kGuion, "veces = 10");
+    p.avanzar(2000);
+    EXPECT_EQ(global("veces"), 10) << "at once when the file changes";
+    EXPECT_EQ(color(), Color::Verde);
+}
+
+TEST_F(ConGuion, ElIdiomaEsUnAjuste) {
+    arrancar("t = CStr(1.5)\r\nMsgBox \"aviso\"\r\n"
+             "If t = \"1,5\" Then largo = 3 Else largo = 4\r\n");
+    EXPECT_EQ(global("largo"), 3);
+    p.ajuste("Idioma", "en-US");
+    p.avanzar(10'000);
+    EXPECT_EQ(global("largo"), 4);
+}
+
+TEST(Guion, LaRutaSaleDeLaConfiguracion) {
+    EXPECT_EQ(rutaDelGuion("C:\\Driver\\DRIVER_KV2200_Config.ini"),
+              "C:\\Driver\\DRIVER_KV2200_Config.MDrivScrip");
+    EXPECT_EQ(rutaDelGuion("C:\\Inicio\\a.INI"), "C:\\MDrivScripcio\\a.MDrivScrip");
+    EXPECT_EQ(rutaDelGuion("/p/x.mdriv.ini"), "/p/x.MDrivScrip.ini");
+    EXPECT_EQ(rutaDelGuion("/p/Linea1.KalmorKV2200"), "");
+    EXPECT_EQ(direccionDeNombre("MW_2_5_40010_3"), "2.5.40010.3");
+    EXPECT_EQ(direccionDeNombre("otra_cosa"), "otra.cosa");
+}
+
+} // namespace kv

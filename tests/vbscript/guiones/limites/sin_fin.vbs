@@ -1,0 +1,5 @@
+'! budget 17
+On Error Resume Next
+Do
+  x = x + 1
+Loop
