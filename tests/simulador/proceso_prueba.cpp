@@ -1,7 +1,7 @@
 // The program itself: started on free ports, spoken to in raw frames over sockets.
 
+#include "apoyo/proceso.h"
 #include "link/Modulo_Tramas_KV2200.h"
-#include "proceso.h"
 
 #include <gtest/gtest.h>
 
@@ -152,7 +152,7 @@ TEST(SimuladorProceso, UnaDireccionOcupadaTerminaCon1) {
     const auto puerto = puertoDe(p.linea());
     Proceso q({kPrograma, "--escuchar", "127.0.0.1:" + std::to_string(puerto)});
     EXPECT_EQ(q.linea(), "");
-    EXPECT_EQ(q.terminar(0), 1);
+    EXPECT_EQ(q.terminar(), 1);
     EXPECT_EQ(p.terminar(SIGTERM), 0);
 }
 

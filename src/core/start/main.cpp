@@ -57,6 +57,7 @@ int correr(const Opciones& opciones) {
     bucle.alFinalDeVuelta([&salida] { salida.volcar(); });
     motor.scriptControl.fijarCarpetaDeArchivos(carpetaDelGuion(motor, archivos));
     arranque.arrancar();
+    salida.volcar(); // the first turn of the loop may end seconds from now
     bucle.correr();
     motor.vista.observar(nullptr);
     return kOrdenado;
@@ -68,6 +69,9 @@ int main(int argc, char** argv) {
     Opciones opciones;
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
                  std::string(kv::kNombreDelPrograma)};
+    app.option_defaults()->group("Opciones");
+    app.get_formatter()->label("Usage", "Uso");
+    app.get_formatter()->label("OPTIONS", "OPCIONES");
     app.set_help_flag("--help", "Muestra esta ayuda y termina");
     app.set_version_flag("--version", std::string(kv::kNombreDelPrograma) + " " + KV_VERSION,
                          "Muestra la version y termina");

@@ -1,0 +1,200 @@
+// The tree keeps the shape that docs/architecture.md gives it, and the habits that the rest relies
+// on.
+
+#include "fuentes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace kv::arquitectura {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr std::size_t kLineasDeFuncion = 70;
+constexpr std::size_t kLineasDeArchivo = 600;
+
+const fs::path kRaiz = KV_FUENTES;
+
+const std::vector<Fuente>& fuentes() {
+    static const std::vector<Fuente> todas = leerFuentes(kRaiz);
+    return todas;
+}
+
+const std::vector<Fila>& tabla() {
+    static const std::vector<Fila> leida = leerTabla(kRaiz / "docs/architecture.md");
+    return leida;
+}
+
+/// The row that a file belongs to: the longest folder that it lies in; null if there is none.
+const Fila* filaDe(const std::string& ruta) {
+    const std::string r = ruta.starts_with("src/") ? ruta.substr(4) : ruta;
+    const Fila* mejor = nullptr;
+    for (const Fila& f : tabla()) {
+        if (r.starts_with(f.carpeta + "/") &&
+            (mejor == nullptr || f.carpeta.size() > mejor->carpeta.size()))
+            mejor = &f;
+    }
+    // A folder below another one is that one's only when it says so: src/ has rows to the leaves.
+    const bool suya =
+        mejor != nullptr &&
+        (!ruta.starts_with("src/") || r.find('/', mejor->carpeta.size() + 1) == std::string::npos);
+    return suya ? mejor : nullptr;
+}
+
+/// Where an include in quotes leads, from the root of the tree; empty when nowhere.
+std::string destinoDe(const std::string& desde, const std::string& incluido) {
+    for (const fs::path& base :
+         {fs::path(desde).parent_path(), fs::path("src"), fs::path("tools"), fs::path("tests")}) {
+        const fs::path r = (base / incluido).lexically_normal();
+        if (fs::exists(kRaiz / r)) return r.string();
+    }
+    return {};
+}
+
+/// Files that do what others may not, because it is their business.
+using Salvo = std::vector<std::string>;
+
+bool salva(const Salvo& salvo, const std::string& ruta) {
+    return std::any_of(salvo.begin(), salvo.end(),
+                       [&](const std::string& s) { return ruta.starts_with(s); });
+}
+
+void nadieUsa(const char* que, const char* expresion, const Salvo& salvo) {
+    const std::regex mala(expresion);
+    for (const Fuente& f : fuentes()) {
+        if (salva(salvo, f.ruta)) continue;
+        for (std::sregex_iterator i(f.codigo.begin(), f.codigo.end(), mala), fin; i != fin; ++i)
+            ADD_FAILURE_AT(f.ruta.c_str(),
+                           static_cast<int>(f.lineaDe(static_cast<std::size_t>(i->position()))))
+                << que << ": " << i->str();
+    }
+}
+
+} // namespace
+
+TEST(Arquitectura, LaTablaVaDeAbajoHaciaArriba) {
+    ASSERT_GT(tabla().size(), 15U);
+    std::set<std::string> conocidas;
+    for (const Fila& f : tabla()) {
+        for (const std::string& otra : f.incluye)
+            EXPECT_TRUE(conocidas.contains(otra))
+                << f.carpeta << " names " << otra << ", which has no row above it";
+        EXPECT_TRUE(conocidas.insert(f.carpeta).second) << f.carpeta << " has two rows";
+        const bool prueba = f.carpeta == "tests" || f.carpeta == "bench" || f.carpeta == "fuzz";
+        EXPECT_TRUE(prueba || !f.incluye.contains("platform/simulated")) << f.carpeta;
+    }
+}
+
+TEST(Arquitectura, CadaCarpetaIncluyeSoloLoQueLaTablaLeDeja) {
+    static const std::regex include(R"re((?:^|\n)[ \t]*#[ \t]*include[ \t]*"([^"]+)")re");
+    std::size_t vistos = 0;
+    for (const Fuente& f : fuentes()) {
+        const Fila* fila = filaDe(f.ruta);
+        ASSERT_NE(fila, nullptr) << f.ruta << " lies in a folder without a row";
+        for (std::sregex_iterator i(f.texto.begin(), f.texto.end(), include), fin; i != fin; ++i) {
+            ++vistos;
+            const std::string destino = destinoDe(f.ruta, (*i)[1]);
+            const Fila* otra = filaDe(destino);
+            ASSERT_NE(otra, nullptr) << f.ruta << " includes " << (*i)[1] << ", which is nowhere";
+            EXPECT_TRUE(otra == fila || fila->incluye.contains(otra->carpeta))
+                << f.ruta << " includes " << destino << "; " << fila->carpeta << " may not include "
+                << otra->carpeta;
+        }
+    }
+    EXPECT_GT(vistos, 100U);
+}
+
+TEST(Arquitectura, ElTiempoYElAzarVienenDeLaPlataforma) {
+    // The tools bring clocks of their own to what they drive; benchmarks measure; a test that
+    // starts a program must not wait for it for ever.
+    nadieUsa("a clock of its own",
+             R"(\b(clock_gettime|gettimeofday|time\s*\(\s*(0|NULL|nullptr|&)|\w+_clock::now|)"
+             R"(timespec_get|std::time\s*\())",
+             {"src/platform/epoll/", "tools/", "bench/", "tests/apoyo/proceso.h"});
+    nadieUsa("a sleep", R"(\b(sleep|usleep|nanosleep|clock_nanosleep|sleep_for|sleep_until)\s*\()",
+             {});
+    nadieUsa("chance without a seed", R"(\b(std::rand|rand|srand)\s*\(|\brandom_device\b)", {});
+}
+
+TEST(Arquitectura, LaMemoriaTieneDuenio) {
+    // The language counts the references of its values itself, against an account that bounds what
+    // a script may take.
+    nadieUsa("memory without an owner",
+             R"(\bnew\s+[\w:(]|(^|[^=])\s\bdelete\b\s*[\w*([]|\b(malloc|calloc|realloc|free)\s*\()",
+             {"src/script/vbscript/"});
+}
+
+TEST(Arquitectura, NadaQuedaAMedioHacerNiImprimeParaDepurar) {
+    static const std::regex marca(R"(\b(TODO|FIXME|XXX)\b)");
+    for (const Fuente& f : fuentes()) {
+        if (f.ruta.starts_with("tests/arquitectura/")) continue; // they stand in its rules
+        EXPECT_FALSE(std::regex_search(f.texto, marca)) << f.ruta;
+    }
+    nadieUsa("a print", R"(\bstd::(cout|cerr|clog)\b|\b(printf|fprintf|puts|putchar|perror)\s*\()",
+             {"tools/", "bench/", "src/core/start/main.cpp", "src/core/start/salida_de_traza.cpp"});
+}
+
+TEST(Arquitectura, FuncionesYArchivosCabenEnLaVista) {
+    std::size_t vistas = 0;
+    for (const Fuente& f : fuentes()) {
+        EXPECT_LE(std::count(f.texto.begin(), f.texto.end(), '\n'), kLineasDeArchivo) << f.ruta;
+        for (const Funcion& g : funcionesDe(f.codigo)) {
+            ++vistas;
+            EXPECT_LE(g.lineas, kLineasDeFuncion) << f.ruta << ":" << f.lineaDe(g.posicion);
+        }
+    }
+    EXPECT_GT(vistas, 500U);
+}
+
+TEST(Arquitectura, TodoSeCompila) {
+    std::map<std::string, std::string> listas; // by folder
+    for (const auto& e : fs::recursive_directory_iterator(kRaiz)) {
+        const std::string r = e.path().lexically_relative(kRaiz).string();
+        if (r.starts_with("build/") || e.path().filename() != "CMakeLists.txt") continue;
+        std::ostringstream todo;
+        todo << std::ifstream(e.path()).rdbuf();
+        listas[fs::path(r).parent_path().string()] = " " + todo.str() + " ";
+    }
+    for (const Fuente& f : fuentes()) {
+        if (!f.ruta.ends_with(".cpp")) continue;
+        bool nombrada = false;
+        for (fs::path carpeta = fs::path(f.ruta).parent_path(); !carpeta.empty();
+             carpeta = carpeta.parent_path()) {
+            const std::string nombre = fs::path(f.ruta).lexically_relative(carpeta).string();
+            const std::string& lista = listas[carpeta.string()];
+            static const std::string separa = " \n\t()";
+            for (auto p = lista.find(nombre); p != std::string::npos; p = lista.find(nombre, p + 1))
+                nombrada |= separa.find(lista[p - 1]) != std::string::npos &&
+                            separa.find(lista[p + nombre.size()]) != std::string::npos;
+        }
+        EXPECT_TRUE(nombrada) << f.ruta << " is in no CMakeLists.txt";
+    }
+}
+
+TEST(Arquitectura, ElContadorDeLineasVeLoQueDebe) {
+    const std::string codigo = sinComentariosNiLiterales("namespace a {\n"
+                                                         "struct S : T {\n"
+                                                         "    S() : x{1}, y(2) {\n"
+                                                         "        // }}}\n"
+                                                         "        f(\"}\", '}', 1'000);\n"
+                                                         "    }\n"
+                                                         "    int x = 3;\n"
+                                                         "};\n"
+                                                         "int g(int n) {\n"
+                                                         "    if (n) {\n"
+                                                         "        return 1;\n"
+                                                         "    }\n"
+                                                         "    return 2;\n"
+                                                         "}\n"
+                                                         "} // namespace a\n");
+    const auto funciones = funcionesDe(codigo);
+    ASSERT_EQ(funciones.size(), 2U);
+    EXPECT_EQ(funciones[0].lineas, 4U);
+    EXPECT_EQ(funciones[1].lineas, 6U);
+}
+
+} // namespace kv::arquitectura

@@ -1,0 +1,140 @@
+#include "fuentes.h"
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace kv::arquitectura {
+namespace fs = std::filesystem;
+namespace {
+
+std::string contenidoDe(const fs::path& ruta) {
+    std::ostringstream todo;
+    todo << std::ifstream(ruta, std::ios::binary).rdbuf();
+    return todo.str();
+}
+
+std::size_t saltos(std::string_view texto) {
+    return static_cast<std::size_t>(std::count(texto.begin(), texto.end(), '\n'));
+}
+
+/// End of the literal that begins at `i` with a quote, past its closing one.
+std::size_t finDeLiteral(std::string_view t, std::size_t i) {
+    const char comilla = t[i];
+    if (comilla == '"' && i > 0 && t[i - 1] == 'R') {
+        const auto abre = t.find('(', i);
+        const std::string cierre = ")" + std::string(t.substr(i + 1, abre - i - 1)) + "\"";
+        return std::min(t.find(cierre, abre), t.size() - cierre.size()) + cierre.size();
+    }
+    for (++i; i < t.size() && t[i] != comilla && t[i] != '\n'; ++i) {
+        if (t[i] == '\\') ++i;
+    }
+    return std::min(i + 1, t.size());
+}
+
+/// Whether what stands before a brace is the head of a function.
+bool encabeza(std::string_view antes) {
+    static const std::regex noFuncion(R"(^\s*(namespace|class|struct|union|enum|extern)\b)");
+    return antes.find(')') != std::string_view::npos &&
+           !std::regex_search(antes.begin(), antes.end(), noFuncion);
+}
+
+std::size_t llaveQueCierra(std::string_view codigo, std::size_t abre) {
+    std::size_t profundidad = 0;
+    for (std::size_t i = abre; i < codigo.size(); ++i) {
+        if (codigo[i] == '{') ++profundidad;
+        if (codigo[i] == '}' && --profundidad == 0) return i;
+    }
+    return codigo.size();
+}
+
+std::set<std::string> palabras(const std::string& texto) {
+    static const std::regex palabra(R"([\w/]+)");
+    return {std::sregex_token_iterator(texto.begin(), texto.end(), palabra),
+            std::sregex_token_iterator()};
+}
+
+} // namespace
+
+std::size_t Fuente::lineaDe(std::size_t posicion) const {
+    return saltos(std::string_view(codigo).substr(0, posicion)) + 1;
+}
+
+std::vector<Fuente> leerFuentes(const fs::path& raiz) {
+    std::vector<Fuente> todas;
+    for (const char* carpeta : {"src", "tools", "tests", "bench", "fuzz"}) {
+        for (const auto& e : fs::recursive_directory_iterator(raiz / carpeta)) {
+            if (e.path().extension() != ".cpp" && e.path().extension() != ".h") continue;
+            std::string texto = contenidoDe(e.path());
+            std::string codigo = sinComentariosNiLiterales(texto);
+            todas.push_back(
+                {e.path().lexically_relative(raiz).string(), std::move(texto), std::move(codigo)});
+        }
+    }
+    return todas;
+}
+
+std::string sinComentariosNiLiterales(std::string_view t) {
+    std::string codigo;
+    for (std::size_t i = 0; i < t.size();) {
+        std::size_t fin = i;
+        const bool deDigitos = t[i] == '\'' && i > 0 && std::isxdigit(t[i - 1]) != 0;
+        if (t.substr(i, 2) == "//") fin = std::min(t.find('\n', i), t.size());
+        if (t.substr(i, 2) == "/*") fin = std::min(t.find("*/", i), t.size() - 2) + 2;
+        if (t[i] == '"' || (t[i] == '\'' && !deDigitos)) fin = finDeLiteral(t, i);
+        if (fin == i) {
+            codigo += t[i++];
+            continue;
+        }
+        codigo.append(saltos(t.substr(i, fin - i)), '\n');
+        if (t[i] != '/') codigo += t[i];
+        i = fin;
+    }
+    return codigo;
+}
+
+std::vector<Funcion> funcionesDe(std::string_view codigo) {
+    std::vector<Funcion> todas;
+    std::size_t desde = 0;
+    for (std::size_t i = 0; i < codigo.size(); ++i) {
+        const char c = codigo[i];
+        if (c == ';' || c == '}') desde = i + 1;
+        if (c != '{') continue;
+        if (!encabeza(codigo.substr(desde, i - desde))) {
+            desde = i + 1;
+            continue;
+        }
+        const std::size_t cierra = llaveQueCierra(codigo, i);
+        const std::size_t sigue = codigo.find_first_not_of(" \n\t", cierra + 1);
+        const bool miembro =
+            sigue != std::string_view::npos && (codigo[sigue] == ',' || codigo[sigue] == '{');
+        // The braces of a member's initialiser: the head goes on.
+        if (!miembro) {
+            todas.push_back({i, saltos(codigo.substr(i, cierra - i)) + 1});
+            desde = cierra + 1;
+        }
+        i = cierra;
+    }
+    return todas;
+}
+
+std::vector<Fila> leerTabla(const fs::path& documento) {
+    std::vector<Fila> tabla;
+    std::istringstream lineas(contenidoDe(documento));
+    static const std::regex fila(R"(^\|\s*([\w/]+)\s*\|([^|]*)\|\s*$)");
+    std::smatch partes;
+    bool dentro = false;
+    for (std::string l; std::getline(lineas, l);) {
+        if (l.starts_with("| folder | may include |")) {
+            dentro = true;
+        } else if (dentro && std::regex_match(l, partes, fila)) {
+            tabla.push_back({partes[1], palabras(partes[2])});
+        } else if (dentro && !l.starts_with("|--")) {
+            break;
+        }
+    }
+    return tabla;
+}
+
+} // namespace kv::arquitectura

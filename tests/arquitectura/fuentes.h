@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kv::arquitectura {
+
+/// A source file: its path from the root of the tree, and its text, also without comments and with
+/// empty literals, line for line.
+struct Fuente {
+    std::string ruta;
+    std::string texto;
+    std::string codigo;
+    [[nodiscard]] std::size_t lineaDe(std::size_t posicion) const;
+};
+
+/// All .cpp and .h files of the tree.
+[[nodiscard]] std::vector<Fuente> leerFuentes(const std::filesystem::path& raiz);
+
+[[nodiscard]] std::string sinComentariosNiLiterales(std::string_view texto);
+
+/// The bodies of functions: where each begins in `codigo`, and how many lines it has, brace to
+/// brace.
+struct Funcion {
+    std::size_t posicion;
+    std::size_t lineas;
+};
+[[nodiscard]] std::vector<Funcion> funcionesDe(std::string_view codigo);
+
+/// "folder | may include" in the order of the document.
+struct Fila {
+    std::string carpeta;
+    std::set<std::string> incluye;
+};
+[[nodiscard]] std::vector<Fila> leerTabla(const std::filesystem::path& documento);
+
+} // namespace kv::arquitectura

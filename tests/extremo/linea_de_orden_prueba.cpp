@@ -1,0 +1,87 @@
+// The command line of the driver: scripts in plants depend on it.
+
+#include "programas.h"
+
+namespace kv::extremo {
+namespace {
+
+struct Resultado {
+    int codigo;
+    std::string salida;
+    std::string errores;
+};
+
+Resultado correr(const std::vector<std::string>& argumentos) {
+    std::vector<std::string> todos{kDriver};
+    todos.insert(todos.end(), argumentos.begin(), argumentos.end());
+    Proceso p(todos);
+    std::string salida = p.resto();
+    const int codigo = p.terminar();
+    return {codigo, salida, p.errores()};
+}
+
+bool tiene(const std::string& texto, const std::string& parte) {
+    return texto.find(parte) != std::string::npos;
+}
+
+} // namespace
+
+TEST(LineaDeOrden, UnaMalaTermina2YLoDiceEnLaSalidaDeErrores) {
+    for (const auto& mala : std::vector<std::vector<std::string>>{
+             {"--no-existe"}, {"suelto"}, {"--carpeta"}, {"--carpeta", "/no/existe"}}) {
+        const Resultado r = correr(mala);
+        EXPECT_EQ(r.codigo, 2) << mala[0];
+        EXPECT_NE(r.errores, "") << mala[0];
+        EXPECT_EQ(r.salida, "") << mala[0];
+    }
+}
+
+TEST(LineaDeOrden, VersionYAyuda) {
+    const Resultado version = correr({"--version"});
+    EXPECT_EQ(version.codigo, 0);
+    EXPECT_TRUE(version.salida.starts_with("DriverKV2200 ")) << version.salida;
+    const Resultado ayuda = correr({"--help"});
+    EXPECT_EQ(ayuda.codigo, 0);
+    for (const char* que : {"Uso: DriverKV2200", "--carpeta DIR", "--sin-ventana", "--traza",
+                            "--comprobar", "--version", "Muestra esta ayuda"})
+        EXPECT_TRUE(tiene(ayuda.salida, que)) << que << " in\n" << ayuda.salida;
+    for (const char* ingles : {"Usage", "OPTIONS", "Options", "TEXT", "Print"})
+        EXPECT_FALSE(tiene(ayuda.salida, ingles)) << ingles << " in\n" << ayuda.salida;
+}
+
+TEST(LineaDeOrden, ComprobarLosEjemplosNoHallaNada) {
+    for (const char* planta : {"planta-chica", "planta-50-estaciones"}) {
+        const Resultado r =
+            correr({"--comprobar", "--carpeta", std::string(KV_FUENTES) + "/examples/" + planta});
+        EXPECT_EQ(r.codigo, 0) << r.salida;
+        EXPECT_TRUE(tiene(r.salida, "Sin problemas\n"));
+        EXPECT_TRUE(tiene(r.salida, "PLC 1 - Indice 1\n"));
+        EXPECT_EQ(r.errores, "");
+    }
+}
+
+TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
+    const Carpeta c;
+    c.escribir("sis_config.ini", "[DRIVER_KV2200]\nTiempo_Entre_poleo=mucho\n");
+    c.escribir("DRIVER_KV2200_Config.ini",
+               "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\nTIME_OUT=0\nCantEsclavos=1\n"
+               "Esclavo0_Numero=1\nEsclavo0_Ip=127.0.0.1\nEsclavo0_Puerto=502\n"
+               "Esclavo0_Indice=1\nCantBloques=3\n"
+               "Bloque0_PLC=9\nBloque0_Quantity=1\nBloque0_StarAdrees=10\nBloque0_ScanTime=1\n"
+               "Bloque1_PLC=1\nBloque1_Quantity=1\nBloque1_StarAdrees=GG\nBloque1_ScanTime=1\n"
+               "Bloque2_PLC=1\nBloque2_Quantity=1000000000\nBloque2_StarAdrees=12\n"
+               "Bloque2_ScanTime=1\n");
+    const auto habia = c.nombres();
+    const std::string ajustes = c.leer("sis_config.ini");
+    const Resultado r = correr({"--comprobar", "--carpeta", c.ruta()});
+    EXPECT_EQ(r.codigo, 1);
+    const std::string ini = c.ruta() + "/DRIVER_KV2200_Config.ini:";
+    EXPECT_TRUE(tiene(r.salida, c.ruta() + "/sis_config.ini:2: Tiempo_Entre_poleo="));
+    EXPECT_TRUE(tiene(r.salida, ": el puerto 1 tiene TIME_OUT 0; se usa 5\n"));
+    for (const char* linea : {"12: ", "16: ", "20: "}) // unknown station, no frame, too many
+        EXPECT_TRUE(tiene(r.salida, ini + linea)) << linea << " in\n" << r.salida;
+    EXPECT_EQ(c.nombres(), habia);
+    EXPECT_EQ(c.leer("sis_config.ini"), ajustes);
+}
+
+} // namespace kv::extremo

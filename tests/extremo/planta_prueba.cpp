@@ -1,0 +1,111 @@
+// Driver and stations as they run in a plant: processes that meet on real sockets.
+
+#include "programas.h"
+
+#include <csignal>
+#include <sys/wait.h>
+
+namespace kv::extremo {
+namespace {
+
+/// No process of ours is left when a test has let go of its own.
+class Planta : public testing::Test {
+  protected:
+    ~Planta() override {
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a process was left behind";
+    }
+};
+
+} // namespace
+
+TEST_F(Planta, VariasDireccionesConstantesYRampas) {
+    Simulador s({0, 0}, {"--registro", "01.10=261", "02.1F=-2", "25.20=rampa", "--fragmentar"});
+    const Instalacion casa(Configuracion()
+                               .puerto()
+                               .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                               .estacion(2, "127.0.0.1", 2, s.puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .bloque(2, "1F", "0.1")
+                               .puerto()
+                               .estacion(7, "127.0.0.1", 25, s.puerto(1))
+                               .bloque(7, "20", "0.1")
+                               .texto());
+    const auto habia = casa.nombres();
+    Proceso driver(casa.correr());
+    EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    EXPECT_EQ(recibido(driver, "2", "1F"), -2);
+    int antes = recibido(driver, "25", "20");
+    for (int subidas = 0; subidas < 3;) {
+        const int ahora = recibido(driver, "25", "20");
+        ASSERT_TRUE(ahora >= antes || ahora == 0) << antes << " then " << ahora;
+        subidas += ahora > antes ? 1 : 0;
+        antes = ahora;
+    }
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_EQ(driver.errores(), "");
+    EXPECT_EQ(casa.nombres(), habia) << "nothing to log, and no temporary file left";
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
+}
+
+TEST_F(Planta, UnaEstacionCallaYVuelveSinCostarElEnlaceALaOtra) {
+    Simulador s({0}, {"--registro", "01.10=1", "02.10=2", "--estacion", "02,ausente=1/2"});
+    const Instalacion casa(Configuracion()
+                               .puerto({"0.1", "1", "0.2"})
+                               .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                               .estacion(2, "127.0.0.1", 2, s.puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .bloque(2, "10", "0.1")
+                               .texto());
+    Proceso driver(casa.correr());
+    EXPECT_EQ(recibido(driver, "2", "10"), 2);
+    EXPECT_NE(driver.lineaCon(" REINTENTO 1 Bloque: 1.2.10 Envio -> "), "");
+    EXPECT_NE(driver.lineaCon(" Deshabilitacion de 1.2.10"), "");
+    EXPECT_EQ(recibido(driver, "1", "10"), 1) << "the other one is polled on";
+    EXPECT_NE(driver.lineaCon(" HABILITACION de 1.2.10"), "");
+    EXPECT_EQ(recibido(driver, "2", "10"), 2);
+    EXPECT_EQ(driver.terminar(SIGINT), 0);
+    EXPECT_EQ(s.terminar(SIGINT), 0);
+    const std::string enlaces = s.resto();
+    EXPECT_NE(enlaces.find(" #1 conectado"), std::string::npos);
+    EXPECT_EQ(enlaces.find(" #2 conectado"), std::string::npos);
+}
+
+TEST_F(Planta, LasEstacionesMuerenVuelvenYSeReconecta) {
+    auto s = std::make_unique<Simulador>(std::vector{0},
+                                         std::vector<std::string>{"--registro", "01.10=111"});
+    const int puerto = std::stoi(s->puerto(0));
+    const Instalacion casa(Configuracion()
+                               .puerto()
+                               .estacion(1, "127.0.0.1", 1, s->puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .texto());
+    Proceso driver(casa.correr());
+    EXPECT_EQ(recibido(driver, "1", "10"), 111);
+    s.reset(); // killed in the middle of everything
+    Simulador otro({puerto}, {"--registro", "01.10=222"});
+    EXPECT_NE(otro.lineaCon(" #1 conectado"), "");
+    EXPECT_NE(otro.lineaCon(" #1 <- 52 01 00 10 00 00 63"), "");
+    int valor = 0;
+    while ((valor = recibido(driver, "1", "10")) == 111) { // answers of before, still in the pipe
+    }
+    EXPECT_EQ(valor, 222);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_EQ(otro.terminar(SIGTERM), 0);
+}
+
+TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {
+    const Instalacion casa(Configuracion().puerto().texto());
+    Proceso driver(casa.correr());
+    EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 0"), "");
+    EXPECT_NE(casa.leer("sis_config.ini").find("VER=0"), std::string::npos);
+    Proceso segunda(casa.correr());
+    EXPECT_EQ(segunda.terminar(), 1);
+    EXPECT_NE(segunda.errores().find("Programa en ejecucion\n"), std::string::npos);
+    EXPECT_NE(casa.leer("sis_config.ini").find("VER=1"), std::string::npos);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    Proceso tercera(casa.correr());
+    EXPECT_NE(tercera.lineaCon("lblCantidadDePuntos: 0"), "") << "the folder is free again";
+    EXPECT_EQ(tercera.terminar(SIGTERM), 0);
+}
+
+} // namespace kv::extremo

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "apoyo/carpeta.h"
+#include "apoyo/configuracion.h"
+#include "apoyo/proceso.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kv::extremo {
+
+inline const std::string kSimulador = std::string(KV_BIN) + "/SimuladorKV2200";
+inline const std::string kDriver = std::string(KV_BIN) + "/DriverKV2200";
+
+/// Simulated stations on addresses of their own, one process.
+class Simulador : public Proceso {
+  public:
+    /// Listens on the ports given, 0 for a free one.
+    Simulador(const std::vector<int>& puertos, const std::vector<std::string>& opciones)
+        : Proceso(argumentos(puertos, opciones)) {
+        for (std::size_t i = 0; i < puertos.size(); ++i) {
+            const std::string l = linea();
+            EXPECT_TRUE(l.starts_with("Escuchando 127.0.0.1:")) << l << errores();
+            puertos_.push_back(l.substr(l.rfind(':') + 1));
+        }
+    }
+    [[nodiscard]] const std::string& puerto(std::size_t i) const { return puertos_[i]; }
+
+  private:
+    static std::vector<std::string> argumentos(const std::vector<int>& puertos,
+                                               const std::vector<std::string>& opciones) {
+        std::vector<std::string> a{kSimulador, "--traza", "--escuchar"};
+        for (const int p : puertos)
+            a.push_back("127.0.0.1:" + std::to_string(p));
+        a.insert(a.end(), opciones.begin(), opciones.end());
+        return a;
+    }
+    std::vector<std::string> puertos_;
+};
+
+/// The program's folder of a driver: a copy of the program with its settings and configuration
+/// beside it. The copy has a name of its own, because a driver refuses to start where several
+/// processes of its name run, and another one on this machine is none of the test's business.
+class Instalacion : public Carpeta {
+  public:
+    explicit Instalacion(const std::string& configuracion = {}) {
+        std::filesystem::copy_file(kDriver, programa());
+        // Fast, so that nobody waits: what these tests are about is not how long things take.
+        escribir("sis_config.ini", "[DRIVER_KV2200]\r\nVER=0\r\nTiempo_Entre_poleo=20\r\n"
+                                   "Base_Tiempo_Solicitar_Conexiones_Milisegundos=100\r\n");
+        escribir("DRIVER_KV2200_Config.ini", configuracion);
+    }
+    [[nodiscard]] std::string programa() const { return ruta() + "/driver"; }
+    [[nodiscard]] std::vector<std::string> correr() const {
+        return {programa(), "--sin-ventana", "--traza"};
+    }
+};
+
+/// The value that the driver traces for the next answer of a station's register; -99999 if none
+/// comes.
+inline int recibido(Proceso& driver, const std::string& estacion, const std::string& registro) {
+    const std::string l =
+        driver.lineaCon("  Recepcion <- [7][" + estacion + "][0][" + registro + "][0][");
+    EXPECT_TRUE(l.starts_with("txtTramas: ")) << l;
+    const auto cierre = l.rfind('[');
+    const auto bajo = l.rfind('[', cierre - 1);
+    const auto alto = l.rfind('[', bajo - 1);
+    if (cierre == std::string::npos) return -99999;
+    return static_cast<std::int16_t>(std::stoi(l.substr(alto + 1), nullptr, 16) << 8 |
+                                     std::stoi(l.substr(bajo + 1), nullptr, 16));
+}
+
+} // namespace kv::extremo
