@@ -12,6 +12,7 @@ namespace vbscript {
 
 // The steps of compiled code; a, b, c are operands unless said otherwise. "base": the first of
 // several registers in a row. "count": how many of them, in `n` (its low byte).
+// clang-format off: a list, not code
 // On operators 256 in `n` means that register b (of the "unless" steps: a) is done with, 512 the
 // same of c (b): it is emptied.
 #define VBS_PLAIN_OPS(X)                                                                           \
@@ -23,7 +24,8 @@ namespace vbscript {
     X(Subtract)                                                                                    \
     X(Multiply)                                                                                    \
     X(Divide)                                                                                      \
-    X(IntDivide) X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater) X(LessEqual) \
+    X(IntDivide)                                                                                   \
+    X(Modulo) X(Power) X(Concat) X(Equal) X(NotEqual) X(Less) X(Greater) X(LessEqual)              \
         X(GreaterEqual)                        /* n: how written */                                \
         X(Logical)                             /* a = b op c; n: the operator */                   \
         X(Is) X(Not) X(Negate) X(Plus) X(Join) /* a = b & ... from base b, count */                \
@@ -58,8 +60,8 @@ namespace vbscript {
     X(UnlessEqual)                                                                                 \
     X(UnlessNotEqual)                                                                              \
     X(UnlessLess)                                                                                  \
-    X(UnlessGreater) X(UnlessLessEqual)                                                            \
-        X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */                             \
+    X(UnlessGreater)                                                                               \
+    X(UnlessLessEqual) X(UnlessGreaterEqual) /* compare a, b; to c unless it holds */              \
         X(ForPrepare) /* a = start is set; b: base of limit, step, ready; to c when done */        \
         X(ForNext)    /* again to c */                                                             \
         X(EachNext)   /* a: variable; b: base; again to c */                                       \
@@ -71,6 +73,7 @@ namespace vbscript {
         X(RefName)    /* a = reference to global c, or what the function gives */                  \
         X(GetMember)  /* a = member c of base b, arguments behind it, count; 256: a statement */   \
         X(LetMember) X(SetMember) /* member c of base b, arguments, value, count without value */
+// clang-format on
 
 #define VBS_OPS(X) VBS_PLAIN_OPS(X) VBS_CONTROL_OPS(X)
 
