@@ -125,7 +125,7 @@ void pausado(int conexiones, double segundos) {
     constexpr int kPausaMs = 800;
     const EstacionesDeBanco estaciones;
     const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, kPausaMs);
-    Driver driver(estaciones.puerto(), conexiones, 4, 0.5, kPausaMs, "");
+    Driver driver(estaciones.puerto(), conexiones, 1, 0.8, kPausaMs, "");
     driver.correr(5);
     estaciones.olvidar();
     const Medida m = medirDriver(driver, segundos);

@@ -5,6 +5,7 @@
 #include "script/vbscript/engine.h"
 #include "ui/view/vista.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,8 +43,10 @@ class ScriptControl final : private vbscript::Surroundings {
     void fijarPresupuesto(const PresupuestoDelGuion& presupuesto);
     /// "es-AR" or "en-US"; anything else changes nothing and gives false.
     bool fijarIdioma(std::string_view idioma) { return motor_.setLocale(idioma); }
-    /// The one folder in which scripts may use files; none at first.
-    void fijarCarpetaDeArchivos(std::string carpeta) { carpeta_ = std::move(carpeta); }
+    /// Tells the one folder in which scripts may use files, when one first wants to; none at first.
+    void fijarCarpetaDeArchivos(std::function<std::string()> carpeta) {
+        carpeta_ = std::move(carpeta);
+    }
 
     /// The number of a global variable, made on first use. Nothing when `nombre` is no identifier:
     /// text from a configuration never reaches the host as code.
@@ -68,14 +71,14 @@ class ScriptControl final : private vbscript::Surroundings {
     int messageBox(std::string_view text, int buttons, std::string_view title) override;
     std::string inputBox(std::string_view prompt, std::string_view title,
                          std::string_view proposed) override;
-    std::string filesFolder() override { return carpeta_; }
+    std::string filesFolder() override { return carpeta_ ? carpeta_() : std::string(); }
     void agregarMw();
     void agregarLabel();
 
     const Reloj& reloj_;
     Vista& vista_;
     OrdenesDelGuion* ordenes_ = nullptr;
-    std::string carpeta_;
+    std::function<std::string()> carpeta_;
     vbscript::Engine motor_;
 };
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <unistd.h>
 
 namespace vbscript {
 
@@ -102,7 +103,11 @@ void Guion::comparar(std::size_t linea, const std::string& obtenido) {
 
 void Guion::correr() {
     Entorno entorno;
-    entorno.carpeta = (std::filesystem::temp_directory_path() / "kv_guiones").string();
+    entorno.carpeta =
+        (std::filesystem::temp_directory_path() / ("kv_guiones_" + std::to_string(getpid())))
+            .string();
+    const auto borrar = [](const std::string* carpeta) { std::filesystem::remove_all(*carpeta); };
+    const std::unique_ptr<const std::string, decltype(borrar)> alFinal(&entorno.carpeta, borrar);
     std::filesystem::remove_all(entorno.carpeta);
     std::filesystem::create_directories(entorno.carpeta);
     Engine motor(entorno);

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 // One test case a script file, named after its folder and file.
 
 namespace vbscript {
@@ -30,9 +32,11 @@ bool registrar() {
     }
     std::sort(rutas.begin(), rutas.end());
     for (const fs::path& r : rutas) {
-        ::testing::RegisterTest(
-            r.parent_path().filename().c_str(), r.stem().c_str(), nullptr, nullptr, __FILE__,
-            __LINE__, [ruta = r.string()]() -> ::testing::Test* { return new CasoGuion(ruta); });
+        ::testing::RegisterTest(r.parent_path().filename().c_str(), r.stem().c_str(), nullptr,
+                                nullptr, __FILE__, __LINE__,
+                                [ruta = r.string()]() -> ::testing::Test* {
+                                    return std::make_unique<CasoGuion>(ruta).release();
+                                });
     }
     return !rutas.empty();
 }

@@ -55,7 +55,8 @@ int correr(const Opciones& opciones) {
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [&bucle](int) { bucle.detener(); });
     bucle.alFinalDeVuelta([&salida] { salida.volcar(); });
-    motor.scriptControl.fijarCarpetaDeArchivos(carpetaDelGuion(motor, archivos));
+    motor.scriptControl.fijarCarpetaDeArchivos(
+        [&motor, &archivos] { return carpetaDelGuion(motor, archivos); });
     arranque.arrancar();
     salida.volcar(); // the first turn of the loop may end seconds from now
     bucle.correr();

@@ -42,7 +42,7 @@ double inRange(double date) {
 double addMonths(double date, std::int64_t months) {
     const Civil c = civil(date);
     const std::int64_t count = std::int64_t{c.year} * 12 + (c.month - 1) + months;
-    if (count < 100 * 12 || count >= 10000 * 12) throw Fault(5);
+    if (count < std::int64_t{100} * 12 || count >= std::int64_t{10000} * 12) throw Fault(5);
     const std::int64_t year = count / 12;
     const auto month = static_cast<int>(count % 12) + 1;
     const int day = std::min(c.day, daysInMonth(year, month));

@@ -54,7 +54,7 @@ fs::path FileSystem::inside(const std::string& given) const {
     std::error_code bad;
     const fs::path root = fs::weakly_canonical(folder_, bad);
     if (bad) throw Fault(76);
-    const fs::path full = fs::weakly_canonical(root / path, bad);
+    fs::path full = fs::weakly_canonical(root / path, bad);
     if (bad) throw Fault(52);
     const auto [end, rest] = std::mismatch(root.begin(), root.end(), full.begin(), full.end());
     if (end != root.end() && !(end->empty() && std::next(end) == root.end())) throw Fault(70);
@@ -94,7 +94,7 @@ Value FileSystem::open(Runtime& rt, std::span<Value> args) const {
     if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
     const fs::path path = inside(toText(rt, args[0]).utf8());
     std::error_code bad;
-    if (!fs::exists(path, bad) && (mode == 1 ? !createIt : !createIt)) throw Fault(53);
+    if (!fs::exists(path, bad) && !createIt) throw Fault(53);
     return openTextStream(path.string(),
                           mode == 1 && !fs::exists(path, bad) ? FileMode::Append
                                                               : static_cast<FileMode>(mode),

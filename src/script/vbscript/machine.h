@@ -105,9 +105,11 @@ class Machine : public Runtime {
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
 
     Value& at(Operand o) {
-        if (o < operand::pool) return r_.fp[o];
+        if (o < operand::pool)
+            return r_.fp[o]; // NOLINT(clang-analyzer-core.*): loaded with the frame
         if (o < operand::follow) return *r_.pool[o & operand::indexMask];
-        if (o >= operand::member) return r_.me[o & operand::indexMask];
+        if (o >= operand::member)
+            return r_.me[o & operand::indexMask]; // NOLINT(clang-analyzer-core.*)
         Value& v = r_.fp[o & operand::indexMask];
         return v.is(Type::Ref) ? *v.ref : v;
     }
