@@ -3,8 +3,9 @@
 // rule of the connections must hold, and when the station is well again, so must be the plant.
 //
 // The first byte says whether there is garbage. Without, every answer is one that the station gave
-// to a request, in order, at most two and a half time-outs late: then no value may ever stand in
-// another register's place. With, only those values are known to be wrong that nothing answered.
+// to a request, in order, at most two and a half time-outs after it came, or, on a link that was
+// held, within one, and none is on its way when it is: then no value may ever stand in another
+// register's place. With, only those values are known to be wrong that nothing answered.
 
 #include "apoyo/planta.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 constexpr double kTiempoFueraMs = 1000;
 constexpr double kMasTarde = 2.5 * kTiempoFueraMs;
+constexpr double kMasTardeTrasCorte = 0.9 * kTiempoFueraMs;
 constexpr double kPausaMs = 20;
 
 void exigir(bool cierto) {
@@ -54,7 +56,7 @@ class Contrario final : public ExtremoSimulado {
         pedidas.clear();
         ultimoMs_ = -kPausaMs;
         libre = true;
-        interrumpida = false;
+        interrumpida = huboCorte = false;
         llegaron = 0;
     }
     void alCortarse(IdEnlace id) override {
@@ -66,7 +68,7 @@ class Contrario final : public ExtremoSimulado {
         exigir(interrumpida || bytes.size() == kLargoSolicitud);
         const double ahora = planta_.ahoraMs();
         exigir(interrumpida || ahora - ultimoMs_ >= kPausaMs);
-        ultimoMs_ = ahora;
+        ultimoMs_ = interrumpida ? 0 : ahora; // what was held left long ago
         for (; bytes.size() >= kLargoSolicitud; bytes = bytes.subspan(kLargoSolicitud)) {
             Solicitud s{};
             std::copy_n(bytes.begin(), s.size(), s.begin());
@@ -74,7 +76,7 @@ class Contrario final : public ExtremoSimulado {
             exigir(interrumpida || libre || s == ultima_);
             ultima_ = s;
             pedidas.insert(s);
-            libre = false;
+            libre = interrumpida;
             pendientes.push_back({s, ahora});
             if (sanas) responder(kLargoRespuesta);
         }
@@ -102,6 +104,7 @@ class Contrario final : public ExtremoSimulado {
         llegaron += bytes.size();
         planta_.bucle.red().enviar(enlace, bytes);
     }
+    [[nodiscard]] bool nadaDebe() const { return pendientes.empty() && parte.empty(); }
     void callar() {
         if (!pendientes.empty()) pendientes.pop_front();
     }
@@ -117,11 +120,13 @@ class Contrario final : public ExtremoSimulado {
     std::set<Solicitud> pedidas; ///< what was asked for on this link
     bool libre = true;           ///< the connection was seen not waiting since the last request
     bool interrumpida = false;
+    bool huboCorte = false; ///< this link was held once
     bool sanas = false;
 
   private:
     void olvidarViejas() {
-        while (!pendientes.empty() && planta_.ahoraMs() - pendientes.front().ms > kMasTarde)
+        const double hasta = planta_.ahoraMs() - (huboCorte ? kMasTardeTrasCorte : kMasTarde);
+        while (!pendientes.empty() && pendientes.front().ms < hasta)
             pendientes.pop_front();
     }
 
@@ -146,8 +151,9 @@ class Mundo {
         planta_.bucle.red().atender("10.0.0.1", 502, contrario_);
         planta_.ajuste("Tiempo_Entre_poleo", "20");
         planta_.ajuste("Base_Tiempo_Solicitar_Conexiones_Milisegundos", "100");
-        planta_.bucle.alTerminarCadaSuceso([this] { vigilar(); });
         planta_.arrancar();
+        fijos_ = planta_.bucle.temporizadoresEncendidos() - 1; // but the one that asks for links
+        planta_.bucle.alTerminarCadaSuceso([this] { vigilar(); });
         planta_.avanzar(5100);
     }
     void paso(Entrada& e) {
@@ -182,11 +188,12 @@ class Mundo {
     }
     /// A station that is well brings every value back, whatever was before.
     void sanar() {
-        contrario_.pendientes.clear();
-        contrario_.parte.clear();
         planta_.bucle.red().reanudar(contrario_.enlace);
         planta_.avanzar(1); // what was held back comes now, in one piece
         contrario_.interrumpida = false;
+        contrario_.completar();
+        while (!contrario_.pendientes.empty())
+            contrario_.responder(kLargoRespuesta);
         contrario_.sanas = true;
         planta_.avanzar(120'000);
         for (std::size_t i = 0; i < 3; ++i)
@@ -200,9 +207,10 @@ class Mundo {
     void enlace(std::size_t que) {
         RedSimulada& red = planta_.bucle.red();
         if (que % 4 == 0) red.cortar(contrario_.enlace);
-        if (que % 4 == 1) {
+        // An answer that is owed when the line goes dead may be held for longer than anybody waits.
+        if (que % 4 == 1 && (conBasura_ || contrario_.nadaDebe())) {
             red.interrumpir(contrario_.enlace);
-            contrario_.interrumpida = true;
+            contrario_.interrumpida = contrario_.huboCorte = true;
         }
         if (que % 4 >= 2) {
             red.reanudar(contrario_.enlace);
@@ -218,13 +226,20 @@ class Mundo {
         vigilarTimers(c);
         vigilarValores();
     }
-    /// Those of the connection are the ones that run beside all others.
+    /// Those of the connection are the ones that run beside all others: exactly one of its two
+    /// while it is not free.
     void vigilarTimers(const ConexionIP& c) {
         const Zocalo& z = planta_.motor.conexiones.wsSocket(c.idSocket);
         const bool supervisada = z.estado() == EstadoZocalo::Conectado &&
                                  c.estadoSupervision == 1 && c.enlaceSupervisado == z.conexiones();
-        if (!supervisada) return;
-        std::size_t otros = 2; // the supervision's and that of the window's visibility
+        if (!supervisada || enlaceVisto_ != c.enlaceSupervisado) {
+            enlaceVisto_ = supervisada ? c.enlaceSupervisado : 0;
+            vistoMs_ = planta_.ahoraMs();
+        }
+        // The timer that asks for connections goes off at the end of the pass that sees the last of
+        // them; until then it would be counted.
+        if (!supervisada || planta_.ahoraMs() == vistoMs_) return;
+        std::size_t otros = fijos_;
         for (std::size_t i = 0; i < 3; ++i)
             otros += planta_.motor.Timer1_Bloques[i].habilitado() ? 1U : 0U;
         const std::size_t suyos = planta_.bucle.temporizadoresEncendidos() - otros;
@@ -246,6 +261,9 @@ class Mundo {
     Configuracion config_ = planta();
     Planta planta_;
     Contrario contrario_;
+    std::size_t fijos_ = 0; ///< timers that always run
+    std::uint64_t enlaceVisto_ = 0;
+    double vistoMs_ = 0;
     std::array<bool, 3> estabaOk_{};
 };
 
