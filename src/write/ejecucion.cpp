@@ -29,10 +29,9 @@ std::string queYDonde(const BloqueEscritura& e, std::string_view separador) {
 } // namespace
 
 EjecucionDeEscrituras::EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos,
-                                             Publicacion& publicacion, Vista& vista, Sello& sello,
-                                             ArchivoLog& log)
+                                             Publicacion& publicacion, Vista& vista, Sello& sello)
     : Timer_Escrituras(bucle), bucle_(bucle), tablas_(tablas), turnos_(turnos),
-      publicacion_(publicacion), vista_(vista), sello_(sello), log_(log),
+      publicacion_(publicacion), vista_(vista), sello_(sello),
       TimerEscriturasEnDesuso_(bucle.crearTemporizador([this] { buscarEscriturasRealizadas(); })) {
     TimerEscriturasEnDesuso_->fijarIntervalo(kReclamoMs);
     Timer_Escrituras.alTic([this](std::size_t i) { Timer_Escrituras_Timer(i); });

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "link/turno.h"
-#include "log/archivo_log.h"
 #include "platform/arreglo_de_temporizadores.h"
 #include "poll/poleo.h"
 #include "script/publicacion.h"
@@ -34,7 +33,7 @@ class AlTerminarEscritura {
 class EjecucionDeEscrituras final : public TurnoDeEscrituras {
   public:
     EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                          Vista& vista, Sello& sello, ArchivoLog& log);
+                          Vista& vista, Sello& sello);
     void avisarA(AlTerminarEscritura* destino) { destino_ = destino; }
     /// Interval of the reclaim of finished records, ms, above 0.
     void fijarReclamo(double ms);
@@ -77,7 +76,6 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     Publicacion& publicacion_;
     Vista& vista_;
     Sello& sello_;
-    ArchivoLog& log_;
     AlTerminarEscritura* destino_ = nullptr;
     std::unique_ptr<Temporizador> TimerEscriturasEnDesuso_;
     std::size_t enEspera_ = 0;

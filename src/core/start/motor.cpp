@@ -23,7 +23,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       modelo(tablas, conexiones, publicacion, vista, sello, Timer1_Bloques),
       poleo(bucle_, tablas, turnos, vista, sello, Timer1_Bloques),
       tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
-      ejecucion(bucle_, tablas, turnos, publicacion, vista, sello, log),
+      ejecucion(bucle_, tablas, turnos, publicacion, vista, sello),
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques) {
     poleo.escribirCon(&ejecucion);
