@@ -36,6 +36,18 @@ TEST(KeepAlive, QuienNoContestaCaeEnElOctavoTic) {
     EXPECT_FALSE(p.otro.conectado);
 }
 
+TEST(KeepAlive, QuienLlegaNoRespondePorElSilencioDelAnterior) {
+    PlantaConServidor p(tresBloques());
+    p.arrancarConCliente();
+    p.planta.avanzar(30'000);
+    EXPECT_EQ(veces(p.cliente.tomar(), kPregunta), 5U);
+    p.cliente.cerrar();
+    p.planta.avanzar(3000);
+    p.otro.conectar();
+    p.planta.avanzar(29'000);
+    EXPECT_TRUE(p.otro.conectado);
+}
+
 TEST(KeepAlive, UnaRespuestaQueFaltaNoLoTiraYQuienContestaSiempreVeUnoCadaDos) {
     PlantaConServidor p(tresBloques());
     p.arrancarConCliente();

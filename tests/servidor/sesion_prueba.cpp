@@ -101,7 +101,7 @@ TEST(Ordenes, UnaSesionQueReemplazaAOtraNoHeredaNada) {
         p.planta.bucle.red().cortar(p.cliente.enlace());
         p.planta.bucle.demorar(4000);
         p.planta.bucle.dejarCorrerPendientes(); // the state timer listens again
-        (void)p.planta.bucle.red().conectarCliente(1334, p.otro, "10.0.0.10:50001");
+        p.otro.pedir();
         p.planta.bucle.demorar(5);
         p.planta.bucle.dejarCorrerPendientes();
     };
