@@ -34,6 +34,11 @@ void CajasConFichas::vaciar() {
     titulos_.assign(1, {});
 }
 
+VistaServidor::VistaServidor(Observador*& observador, PresupuestoDeCajas& presupuesto)
+    : lblPuertoServidor(observador, "lblPuertoServidor"), lblEstado(observador, "lblEstado"),
+      lblKeepALive(observador, "lblKeepALive"), Text1(presupuesto, "Text1", -1),
+      Text2(presupuesto, "Text2", -1) {}
+
 Vista::Vista() {
     lstViewSockets.ponerColumnas({"Puerto", "IP:PuertoTCP", "Estado", "[PLC X - Indice Y]",
                                   "Base de Tiempo Conexion", "Cant.Intervalos para solicitar",

@@ -53,6 +53,18 @@ class CajasConFichas {
     std::vector<std::string> titulos_;
 };
 
+/// The supervisory client's window: what its wire brings and takes, and how the link stands. It is
+/// served whether the window is shown or not.
+struct VistaServidor {
+    VistaServidor(Observador*& observador, PresupuestoDeCajas& presupuesto);
+
+    Etiqueta lblPuertoServidor;
+    Etiqueta lblEstado;
+    Etiqueta lblKeepALive;
+    CajaDeTexto Text1; ///< outgoing, written only while the window is shown
+    CajaDeTexto Text2; ///< incoming
+};
+
 /// All that the windows show, without any toolkit. The engine writes here and nowhere else; a
 /// window shows it, a test reads it, and without a window it is simply there.
 class Vista {
@@ -89,6 +101,8 @@ class Vista {
     Etiqueta lblCantidadDePuntos{observador_, "lblCantidadDePuntos"};
     Etiqueta lblEstadoScript{observador_, "lblEstadoScript"};
     Etiqueta lblResultadoBusqueda{observador_, "lblResultadoBusqueda"};
+
+    VistaServidor servidor{observador_, presupuesto_};
 
     bool Form1Visible = false;
     bool FrmServerTCPVisible = false;

@@ -1,0 +1,31 @@
+#include "server/log_acotado.h"
+
+namespace kv {
+namespace {
+
+constexpr std::string_view kModulo = "DriverKV2200";
+constexpr std::int64_t kMinutoMs = 60'000;
+
+} // namespace
+
+void LogAcotado::escribir(std::string_view procedimiento, std::string_view mensaje,
+                          std::string_view descripcion) {
+    alPasarElTiempo();
+    if (escritas_ == 0) minutoMs_ = reloj_.monotonicoMs();
+    if (escritas_ == kPorMinuto) {
+        ++calladas_;
+        return;
+    }
+    ++escritas_;
+    log_.escribirLog(kModulo, procedimiento, mensaje, descripcion);
+}
+
+void LogAcotado::alPasarElTiempo() {
+    if (escritas_ == 0 || reloj_.monotonicoMs() - minutoMs_ < kMinutoMs) return;
+    if (calladas_ > 0)
+        log_.escribirLog(kModulo, "Servidor", "y " + std::to_string(calladas_) + " entradas mas");
+    escritas_ = 0;
+    calladas_ = 0;
+}
+
+} // namespace kv

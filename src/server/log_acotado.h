@@ -1,0 +1,29 @@
+#pragma once
+
+#include "log/archivo_log.h"
+
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// The log of what clients cause, in bounds: so many entries a minute, the others counted.
+class LogAcotado {
+  public:
+    static constexpr int kPorMinuto = 20;
+
+    LogAcotado(ArchivoLog& log, const Reloj& reloj) : log_(log), reloj_(reloj) {}
+    void escribir(std::string_view procedimiento, std::string_view mensaje,
+                  std::string_view descripcion = {});
+    /// To be called now and then: says how many entries were passed over once their minute is over.
+    void alPasarElTiempo();
+
+  private:
+    ArchivoLog& log_;
+    const Reloj& reloj_;
+    std::int64_t minutoMs_ = 0; ///< when the present minute began
+    int escritas_ = 0;
+    std::uint64_t calladas_ = 0;
+};
+
+} // namespace kv

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "config/ajustes.h"
+#include "core/tables/tablas.h"
+#include "log/archivo_log.h"
+#include "platform/bucle.h"
+#include "script/publicacion.h"
+#include "server/log_acotado.h"
+#include "server/puerta.h"
+#include "server/sesion.h"
+#include "ui/view/vista.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// The supervisory client's window, without the window: one client at a time is listened for,
+/// served, kept alive and told the news. What goes to the client in one turn of the loop leaves in
+/// one piece; a client that does not read two whole synchronisations is closed.
+class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, private CableDelCliente {
+  public:
+    /// All that is given must outlive the server.
+    FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes, Vista& vista,
+                 ArchivoLog& log, OrdenesDelCliente& ordenes);
+    FrmServerTCP(const FrmServerTCP&) = delete;
+    FrmServerTCP& operator=(const FrmServerTCP&) = delete;
+
+    /// Reads the settings, listens, and from then on serves. The first synchronisation goes to the
+    /// first client that comes.
+    void Form_Load();
+    /// Only hides: the client is served on.
+    void BtnOcultar_Click() { vista_.FrmServerTCPVisible = false; }
+    /// Listens, unless it does already.
+    void escuchar();
+    /// Sends one payload in its envelope if a client is connected. Lets events run.
+    void enviarDatos(std::string_view carga) override;
+    /// The read reply for an address on the wire's bytes; empty when there is no such variable.
+    [[nodiscard]] std::string obtenerTramaParaENVIAR(std::string_view direccion) {
+        return sesion_.obtenerTramaParaENVIAR(direccion);
+    }
+    void notificarVariable(std::string_view direccion, double valor, double estado) override;
+    [[nodiscard]] const Zocalo& zocalo() const { return *wsEscucha_; }
+
+  private:
+    void TimerEstado_Timer();
+    void timer_keep_Alive_Timer();
+    void timerDeSincronizmo_Timer();
+    void leerAjustesDeConexion();
+    [[nodiscard]] double ajuste(const AjusteNumerico& cual);
+    void vigilarPlazoDeLogin();
+    void cerrarYEscuchar();
+
+    void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
+    void alCortarse(std::size_t indice) override;
+    void alPedirConexion(std::size_t indice, std::string_view remoto) override;
+
+    void enviarSuelto(std::string_view bytes) override;
+    void pedirSincronismo() override;
+    void alContestarKeepAlive() override;
+    [[nodiscard]] const Separadores& separadores() const override { return separadores_; }
+
+    [[nodiscard]] bool conectado() const;
+    [[nodiscard]] bool puedeSaber() const;
+    void enviar(std::string_view bytes);
+    void enviarSobre();
+    void anotarFalla();
+    void anotarFallaDeEscucha();
+    [[nodiscard]] bool sincronizar();
+    [[nodiscard]] bool sincronizarBloque(const BloqueLectura& bloque, std::uint64_t enlace);
+    [[nodiscard]] std::size_t limiteDeCola() const;
+
+    Bucle& bucle_;
+    const Tablas& tablas_;
+    Ajustes& ajustes_;
+    Vista& vista_;
+    LogAcotado log_;
+    Puerta puerta_;
+    Sesion sesion_;
+    std::unique_ptr<Zocalo> wsEscucha_;
+    std::unique_ptr<Temporizador> TimerEstado_;
+    std::unique_ptr<Temporizador> timer_keep_Alive_;
+    std::unique_ptr<Temporizador> timerDeSincronizmo_;
+
+    double puertoEscucha_ = kPuertoEscucha.porDefecto;
+    Separadores separadores_;
+    std::string sobre_;          ///< the message being put together; empty while events run
+    std::string fallaDeEscucha_; ///< why listening failed, as it was logged last
+    double tics_ = 0;            ///< of the keep-alive timer since the client last answered
+    double intentos_ = 0;        ///< keep-alives sent to this client and not answered
+    bool sincronizando_ = false; ///< a synchronisation is letting events run
+    bool pedidoNuevo_ = false;   ///< and one more was asked for meanwhile
+    std::size_t mensajesSinCeder_ = 0;
+};
+
+} // namespace kv

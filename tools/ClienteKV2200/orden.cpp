@@ -1,0 +1,142 @@
+#include "ClienteKV2200/orden.h"
+
+#include "config/direccion.h"
+#include "text/numeros.h"
+#include "text/windows1252.h"
+
+#include <CLI/CLI.hpp>
+
+#include <ostream>
+
+namespace kv::cliente {
+namespace {
+
+/// The command line's texts before anything is made of them.
+struct Textos {
+    std::string servidor = "127.0.0.1:1334";
+    std::string espera = "5";
+    std::string durante;
+    std::string direccion; ///< to be written
+    std::string campo = ";";
+    std::string sobre = "#";
+};
+
+void declarar(CLI::App& app, Textos& t, Orden& orden) {
+    app.option_defaults()->group("Opciones");
+    app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
+    app.add_option("--servidor", t.servidor, "Dirección del driver (127.0.0.1:1334 si no se da)")
+        ->type_name("IP:PUERTO");
+    app.add_flag("--json", orden.json, "Escribe un objeto JSON por línea");
+    app.add_option("--espera", t.espera, "Segundos que espera cada respuesta (5 si no se da)")
+        ->type_name("S");
+    app.add_option("--separador", t.campo, "El ajuste primerSeparador del driver")
+        ->type_name("TEXTO");
+    app.add_option("--separador-de-tramas", t.sobre, "El ajuste tramasSeparador del driver")
+        ->type_name("TEXTO");
+    app.require_subcommand(1);
+    app.fallthrough();
+    auto* leer = app.add_subcommand("leer", "Lee variables")->group("Órdenes");
+    leer->add_option("DIR", orden.direcciones, "Direcciones, como 1.1.10")->required();
+    auto* escribir = app.add_subcommand("escribir", "Escribe una variable")->group("Órdenes");
+    escribir->add_option("DIR", t.direccion, "Dirección, como 1.1.10")->required();
+    escribir->add_option("VALOR", orden.valor, "Número")->required();
+    auto* forzar = app.add_subcommand("forzar", "Fuerza lecturas de todos los bloques de un nivel")
+                       ->group("Órdenes");
+    forzar->add_option("NIVEL", orden.nivel, "Nivel")->required();
+    forzar->add_option("VECES", orden.veces, "Cantidad de lecturas")->required();
+    app.add_subcommand("sincronizar", "Muestra todas las variables")->group("Órdenes");
+    auto* vigilar =
+        app.add_subcommand("vigilar", "Muestra las variables y sus cambios")->group("Órdenes");
+    vigilar->add_option("--durante", t.durante, "Termina después de S segundos")->type_name("S");
+    app.footer(
+        "Termina con 0 si se hizo, 1 si no hubo respuesta o se rechazó (y dice qué), 2 si la "
+        "orden está mal.");
+    app.get_formatter()->label("Usage", "Uso");
+    app.get_formatter()->label("OPTIONS", "OPCIONES");
+    app.get_formatter()->label("SUBCOMMAND", "ORDEN");
+    app.get_formatter()->label("SUBCOMMANDS", "ORDENES");
+    app.get_formatter()->label("Positionals", "Argumentos");
+    app.get_formatter()->label("REQUIRED", "OBLIGATORIO");
+    app.get_formatter()->column_width(36);
+}
+
+bool segundos(const std::string& texto, double& destino) {
+    const auto n = numeroDeTexto(texto);
+    if (!n || !(*n > 0 && *n <= 86'400 * 365.0)) return false;
+    destino = *n;
+    return true;
+}
+
+constexpr char kMenos = '\x01';
+
+/// The arguments in the order in which the library wants them, last first. It would take a negative
+/// number for an option, so its sign travels in disguise.
+std::vector<std::string> argumentos(int argc, const char* const* argv) {
+    std::vector<std::string> lista;
+    for (int i = argc - 1; i > 0; --i) {
+        lista.emplace_back(argv[i]);
+        if (lista.back().starts_with('-') && esNumerico(lista.back())) lista.back()[0] = kMenos;
+    }
+    return lista;
+}
+
+/// The texts made into an order. Empty when all is good, else what is wrong.
+std::string interpretar(const CLI::App& app, const Textos& t, Orden& orden) {
+    const std::string accion = app.get_subcommands().front()->get_name();
+    orden.accion = accion == "leer"          ? Accion::Leer
+                   : accion == "escribir"    ? Accion::Escribir
+                   : accion == "forzar"      ? Accion::Forzar
+                   : accion == "sincronizar" ? Accion::Sincronizar
+                                             : Accion::Vigilar;
+    const auto dosPuntos = t.servidor.rfind(':');
+    const auto puerto = dosPuntos == std::string::npos
+                            ? std::nullopt
+                            : puertoTcpDeTexto(t.servidor.substr(dosPuntos + 1));
+    orden.ip = t.servidor.substr(0, dosPuntos);
+    if (!puerto || !esIPv4(orden.ip)) return "--servidor debe ser IP:PUERTO, como 127.0.0.1:1334";
+    orden.puerto = *puerto;
+    if (orden.accion == Accion::Escribir) orden.direcciones = {t.direccion};
+    if (!segundos(t.espera, orden.esperaSegundos)) return "--espera debe ser un número mayor que 0";
+    if (!t.durante.empty() && !segundos(t.durante, orden.duranteSegundos))
+        return "--durante debe ser un número mayor que 0";
+    if (t.campo.empty() || t.sobre.empty()) return "un separador no puede estar vacío";
+    orden.separadores = {windows1252DesdeUtf8(t.campo), windows1252DesdeUtf8(t.sobre)};
+    for (const std::string& d : orden.direcciones) {
+        if (d.empty() || d.find_first_of(";[]\r\n") != std::string::npos)
+            return "dirección no válida: " + d;
+    }
+    for (std::string* n : {&orden.valor, &orden.nivel, &orden.veces}) {
+        if (n->starts_with(kMenos)) n->front() = '-';
+        if (!n->empty() && !esNumerico(*n)) return "no es un número: " + *n;
+    }
+    return {};
+}
+
+} // namespace
+
+std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, std::ostream& salida,
+                             std::ostream& errores) {
+    CLI::App app("Cliente de supervisión del driver KV2200", "ClienteKV2200");
+    Textos textos;
+    declarar(app, textos, orden);
+    std::string error;
+    try {
+        app.parse(argumentos(argc, argv));
+        error = interpretar(app, textos, orden);
+    } catch (const CLI::CallForHelp&) {
+        salida << app.help();
+        return kHecho;
+    } catch (const CLI::RequiredError&) {
+        error = "falta la orden o alguno de sus argumentos";
+    } catch (const CLI::ExtrasError& e) {
+        error = std::string("argumento desconocido: ") +
+                std::string(e.what()).substr(std::string(e.what()).find(": ") + 2);
+    } catch (const CLI::ParseError& e) {
+        error = std::string("orden no válida: ") + e.what();
+    }
+    if (error.empty()) return std::nullopt;
+    errores << "ClienteKV2200: " << error << "\nVea ClienteKV2200 --help\n";
+    return kOrdenMala;
+}
+
+} // namespace kv::cliente

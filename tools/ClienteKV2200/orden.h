@@ -1,0 +1,39 @@
+#pragma once
+
+#include "server/mensajes.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kv::cliente {
+
+enum class Accion : std::uint8_t { Leer, Escribir, Forzar, Sincronizar, Vigilar };
+
+inline constexpr int kHecho = 0;
+inline constexpr int kNoHecho = 1;
+inline constexpr int kOrdenMala = 2;
+
+/// What the command line asks for. Texts are UTF-8.
+struct Orden {
+    Accion accion = Accion::Sincronizar;
+    std::string ip = "127.0.0.1";
+    std::uint16_t puerto = 1334;
+    bool json = false;
+    double esperaSegundos = 5;
+    std::vector<std::string> direcciones;
+    std::string valor;
+    std::string nivel;
+    std::string veces;
+    double duranteSegundos = 0; ///< 0: until it is stopped
+    Separadores separadores;    ///< of the driver's messages, on the wire's bytes
+};
+
+/// Reads the command line. When there is nothing to do, because help was asked for (0) or the line
+/// is bad (2), gives that exit code; the text goes to `salida` or `errores`.
+[[nodiscard]] std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden,
+                                           std::ostream& salida, std::ostream& errores);
+
+} // namespace kv::cliente

@@ -1,0 +1,95 @@
+#include "ClienteKV2200/salida.h"
+
+#include "text/numeros.h"
+#include "text/windows1252.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+
+namespace kv::cliente {
+namespace {
+
+constexpr std::size_t kRegistrosPorSobre = 10;
+
+std::string estadoDe(const Variable& v) {
+    return v.estado == "6" ? "OK" : v.estado == "13" ? "BAD" : utf8DesdeWindows1252(v.estado);
+}
+
+std::string enJson(std::string_view texto) {
+    std::string json = "\"";
+    for (const char c : texto) {
+        if (c == '"' || c == '\\') json += '\\';
+        if (static_cast<unsigned char>(c) >= 0x20) {
+            json += c;
+        } else {
+            constexpr std::string_view kCifras = "0123456789abcdef";
+            json += "\\u00";
+            json += kCifras[static_cast<std::size_t>(c) >> 4];
+            json += kCifras[static_cast<std::size_t>(c) & 15];
+        }
+    }
+    return json + "\"";
+}
+
+/// For a terminal or a line of text: nothing that steers it.
+std::string visible(std::string_view bytes) {
+    std::string texto = utf8DesdeWindows1252(bytes);
+    std::replace_if(
+        texto.begin(), texto.end(),
+        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
+    return texto;
+}
+
+} // namespace
+
+std::string lineaDe(const Variable& v, bool json, const std::string& hora) {
+    if (!json)
+        return (hora.empty() ? "" : hora + " ") + visible(v.direccion) + " " + visible(v.valor) +
+               " " + visible(estadoDe(v));
+    const auto numero = numeroDeTexto(v.valor);
+    std::string linea = hora.empty() ? "{" : "{\"hora\":" + enJson(hora) + ",";
+    linea += "\"direccion\":" + enJson(utf8DesdeWindows1252(v.direccion));
+    linea += ",\"valor\":" + (numero ? textoDeNumero(*numero) : enJson(visible(v.valor)));
+    return linea + ",\"estado\":" + enJson(estadoDe(v)) + "}";
+}
+
+std::vector<std::size_t> Tabla::agregar(const std::vector<Variable>& variables,
+                                        const std::string& hora) {
+    std::vector<std::size_t> cambiadas;
+    for (const Variable& v : variables) {
+        siguiente_ = v.direccion == ultima_ ? siguiente_ + 1 : 0;
+        ultima_ = v.direccion;
+        const auto [i, nueva] = numeros_.try_emplace({v.direccion, siguiente_}, filas_.size());
+        if (nueva) filas_.push_back({v, hora, siguiente_});
+        Fila& fila = filas_[i->second];
+        if (!nueva && fila.variable.valor == v.valor && fila.variable.estado == v.estado) continue;
+        fila.variable = v;
+        fila.hora = hora;
+        cambiadas.push_back(i->second);
+    }
+    // Only a full envelope is followed by another of the same block.
+    if (variables.size() < kRegistrosPorSobre) ultima_.clear();
+    return cambiadas;
+}
+
+void Tabla::dibujar(std::ostream& salida, std::size_t lineas) const {
+    const auto linea = [&salida](const auto& a, const auto& b, const auto& c, const auto& d) {
+        salida << std::left << std::setw(18) << a << std::right << std::setw(10) << b << "  "
+               << std::left << std::setw(6) << c << d << "\033[K\n";
+    };
+    salida << "\033[H";
+    linea("Direccion", "Valor", "Estado", "Hora");
+    const std::size_t caben = lineas > 3 ? lineas - 3 : 1;
+    for (std::size_t i = 0; i < std::min(caben, filas_.size()); ++i) {
+        const Fila& f = filas_[i];
+        const std::string lugar = f.lugar == 0 ? "" : " [" + std::to_string(f.lugar) + "]";
+        linea(visible(f.variable.direccion) + lugar, visible(f.variable.valor),
+              visible(estadoDe(f.variable)), f.hora);
+    }
+    if (filas_.size() > caben)
+        salida << "... y " << filas_.size() - caben << " variables más\033[K\n";
+    salida << "\033[J" << std::flush;
+}
+
+} // namespace kv::cliente
