@@ -47,6 +47,33 @@ TEST_F(Planta, VariasDireccionesConstantesYRampas) {
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
+TEST_F(Planta, UnClienteLeeEscribeFuerzaYSincroniza) {
+    Simulador s({0}, {"--registro", "01.10=261", "01.11=7"});
+    const Instalacion casa(Configuracion()
+                               .puerto()
+                               .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                               .bloque(1, "10", "0.2")
+                               .bloque(1, "11", "0.2")
+                               .texto());
+    Proceso driver(casa.correr());
+    EXPECT_EQ(recibido(driver, "1", "11"), 7);
+    const auto pedir = [&casa](std::vector<std::string> orden, const std::string& espera) {
+        Proceso cliente(casa.cliente(std::move(orden)));
+        if (!espera.empty()) {
+            EXPECT_NE(cliente.lineaCon(espera), "") << cliente.errores();
+        }
+        EXPECT_EQ(cliente.terminar(), 0) << cliente.errores();
+    };
+    pedir({"leer", "1.1.10"}, "261");
+    pedir({"escribir", "1.1.10", "42"}, "");
+    EXPECT_NE(driver.lineaCon("Escritura: 1.1.10[Dir 10 : Valor 42]"), "");
+    EXPECT_EQ(recibido(driver, "1", "10"), 42);
+    pedir({"forzar", "1", "0"}, "");
+    pedir({"sincronizar"}, "1.1.11");
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
+}
+
 TEST_F(Planta, UnaEstacionCallaYVuelveSinCostarElEnlaceALaOtra) {
     Simulador s({0}, {"--registro", "01.10=1", "02.10=2", "--estacion", "02,ausente=1/2"});
     const Instalacion casa(Configuracion()

@@ -5,6 +5,9 @@
 #include "apoyo/proceso.h"
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -15,6 +18,8 @@ namespace kv::extremo {
 
 inline const std::string kSimulador = std::string(KV_BIN) + "/SimuladorKV2200";
 inline const std::string kDriver = std::string(KV_BIN) + "/DriverKV2200";
+
+inline const std::string kCliente = std::string(KV_BIN) + "/ClienteKV2200";
 
 /// Simulated stations on addresses of their own, one process.
 class Simulador : public Proceso {
@@ -42,6 +47,19 @@ class Simulador : public Proceso {
     std::vector<std::string> puertos_;
 };
 
+/// A TCP port that nobody listens on just now.
+inline int puertoLibre() {
+    const int d = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t largo = sizeof a;
+    auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+    if (bind(d, generica, sizeof a) == 0) getsockname(d, generica, &largo);
+    close(d);
+    return ntohs(a.sin_port);
+}
+
 /// The program's folder of a driver: a copy of the program with its settings and configuration
 /// beside it. The copy has a name of its own, because a driver refuses to start where several
 /// processes of its name run, and another one on this machine is none of the test's business.
@@ -51,13 +69,24 @@ class Instalacion : public Carpeta {
         std::filesystem::copy_file(kDriver, programa());
         // Fast, so that nobody waits: what these tests are about is not how long things take.
         escribir("sis_config.ini", "[DRIVER_KV2200]\r\nVER=0\r\nTiempo_Entre_poleo=20\r\n"
-                                   "Base_Tiempo_Solicitar_Conexiones_Milisegundos=100\r\n");
+                                   "Base_Tiempo_Solicitar_Conexiones_Milisegundos=100\r\n"
+                                   "PuertoEscucha=" +
+                                       std::to_string(escucha_) + "\r\n");
         escribir("DRIVER_KV2200_Config.ini", configuracion);
     }
     [[nodiscard]] std::string programa() const { return ruta() + "/driver"; }
     [[nodiscard]] std::vector<std::string> correr() const {
         return {programa(), "--sin-ventana", "--traza"};
     }
+    /// A supervisory client of this driver that carries out one order.
+    [[nodiscard]] std::vector<std::string> cliente(std::vector<std::string> orden) const {
+        orden.insert(orden.begin(),
+                     {kCliente, "--servidor", "127.0.0.1:" + std::to_string(escucha_)});
+        return orden;
+    }
+
+  private:
+    int escucha_ = puertoLibre();
 };
 
 /// The value that the driver traces for the next answer of a station's register; -99999 if none

@@ -73,8 +73,9 @@ void Conversacion::alConectar(std::size_t /*indice*/) {
 }
 
 void Conversacion::identificarse() {
-    std::random_device semilla;
-    const auto azar = [generador = std::mt19937(semilla())]() mutable {
+    // The filler only has to differ from one login to the next; it hides nothing.
+    const auto semilla = static_cast<std::uint32_t>(bucle_.reloj().monotonicoUs());
+    const auto azar = [generador = std::mt19937(semilla)]() mutable {
         return std::uniform_real_distribution<double>(0, 1)(generador);
     };
     ++claves_;

@@ -73,6 +73,11 @@ void Arranque::arrancar() {
     Timer_VER_->habilitar(true);
 }
 
+void Arranque::abrirServidor() {
+    motor_.publicacion.avisarA(&motor_.servidor);
+    motor_.servidor.Form_Load();
+}
+
 void Arranque::informar(const Problemas& problemas) {
     std::size_t escritos = 0;
     for (const Problema& p : problemas.lista()) {

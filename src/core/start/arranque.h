@@ -23,6 +23,8 @@ class Arranque {
     [[nodiscard]] bool soyElUnico();
     /// The whole sequence, from the configuration to the supervision of the connections.
     void arrancar();
+    /// The last step of the sequence: the client's server begins to listen.
+    void abrirServidor();
     /// The hide command: the window goes at the next look at the setting.
     void MnuOcultar();
 

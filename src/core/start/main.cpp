@@ -58,6 +58,7 @@ int correr(const Opciones& opciones) {
     motor.scriptControl.fijarCarpetaDeArchivos(
         [&motor, &archivos] { return carpetaDelGuion(motor, archivos); });
     arranque.arrancar();
+    arranque.abrirServidor();
     salida.volcar(); // the first turn of the loop may end seconds from now
     bucle.correr();
     motor.vista.observar(nullptr);

@@ -25,7 +25,8 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
       ejecucion(bucle_, tablas, turnos, publicacion, vista, sello),
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
-      forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques) {
+      forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
+      servidor(bucle_, tablas, ajustes, vista, log, *this) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(this);
@@ -102,6 +103,14 @@ void Motor::establecerBAD_En_Socket(Indice conexion) {
 
 void Motor::escribirDireccion(const std::string& direccion, double valor) {
     solicitudes.escribirDireccion(direccion, valor, "guion");
+}
+
+void Motor::escribirDireccion(std::string_view direccion, double valor, std::string_view origen) {
+    solicitudes.escribirDireccion(direccion, valor, origen);
+}
+
+void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces) {
+    forzado.forzarBloque_porNivel_NVeces(nivel, veces);
 }
 
 void Motor::forzarPoleo(const std::string& direccion) { forzado.forzarPoleo(direccion); }

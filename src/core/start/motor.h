@@ -17,6 +17,7 @@
 #include "script/ScriptControl.h"
 #include "script/guion.h"
 #include "script/publicacion.h"
+#include "server/servidor.h"
 #include "ui/view/vista.h"
 #include "write/ejecucion.h"
 #include "write/forzado.h"
@@ -34,7 +35,8 @@ class Motor final : private AlTerminarElTurno,
                     private InterpretesDeRespuestas,
                     private AlCambiarConexion,
                     private AjustesDeConexion,
-                    private OrdenesDelGuion {
+                    private OrdenesDelGuion,
+                    private OrdenesDelCliente {
   public:
     /// The loop and the files must outlive the engine. `carpeta` is the program's folder.
     Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta);
@@ -70,6 +72,7 @@ class Motor final : private AlTerminarElTurno,
     EjecucionDeEscrituras ejecucion;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
+    FrmServerTCP servidor;
 
   private:
     std::string idioma_;
@@ -91,6 +94,9 @@ class Motor final : private AlTerminarElTurno,
     void escribirDireccion(const std::string& direccion, double valor) override;
     void forzarPoleo(const std::string& direccion) override;
     void alFallar(std::string_view procedimiento, const char* que) override;
+    void escribirDireccion(std::string_view direccion, double valor,
+                           std::string_view origen) override;
+    void forzarBloque_porNivel_NVeces(double nivel, double veces) override;
 };
 
 } // namespace kv
