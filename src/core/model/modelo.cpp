@@ -142,8 +142,8 @@ void Modelo::levantarVariables(BloqueLectura& b) {
     b.nombreScript = nombreDeScript(b.clave);
     b.valores.assign(cuantas, 0);
     b.estados.assign(cuantas, kBad);
-    b.numerosDePunto.resize(cuantas);
-    b.filasVariables.resize(cuantas);
+    b.numerosDePunto.assign(cuantas, 0);
+    b.filasVariables.assign(cuantas, kSinFila);
     Lista& lista = vista_.lstViewVariables;
     for (std::size_t j = 0; j < cuantas; ++j) {
         b.numerosDePunto[j] = tablas_.cantidadDePuntos += 1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/tables/ranuras.h"
 #include "core/tables/registros.h"
 
 #include <array>
@@ -24,8 +25,7 @@ struct BitsDeVariable {
     std::array<Indice, 16> ranuraEstado{};
 };
 
-/// A block: one register of one station, polled (a read block) or to be written (a write block). A
-/// `Variable` is slot k of the lists at the end.
+/// A block: one register of one station. A `Variable` is slot k of the lists at the end.
 struct BloqueLectura : ConfiguracionDeBloque {
     bool activo = false;                 ///< enabled; for a write: still to be done
     bool forzado = false;                ///< a forced read by level is running
@@ -54,19 +54,23 @@ struct BloqueLectura : ConfiguracionDeBloque {
     Solicitud tramaSolicitud{};
     std::string tramaSolicitudTexto;
 
-    std::vector<double> valores;
-    std::vector<double> estados;
-    std::vector<double> numerosDePunto;
+    Ranuras<double> valores;
+    Ranuras<double> estados;
+    Ranuras<double> numerosDePunto;
     std::string nombreScript;      ///< all slots of a block are published under one name
     Indice ranuraValor = kNinguno; ///< of the script's variable, kNinguno if not published
     Indice ranuraEstado = kNinguno;
-    std::vector<FilaDeLista> filasVariables;
+    Ranuras<FilaDeLista> filasVariables;
     std::vector<std::unique_ptr<BitsDeVariable>> bits; ///< empty, or one per slot
     FilaDeLista filaBloque = kSinFila;
 
     Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
 
-    // Write blocks only:
+    [[nodiscard]] bool tieneBits(std::size_t k) const { return k < bits.size() && bits[k]; }
+};
+
+/// A write block: the layout of a read block and what only writes need.
+struct BloqueEscritura : BloqueLectura {
     bool esBit = false;
     bool esperandoConfirmacion = false;
     double bit = -1;
@@ -77,10 +81,6 @@ struct BloqueLectura : ConfiguracionDeBloque {
     Indice indiceBloqueLectura = kNinguno;
     Solicitud tramaLectura{};
     std::string trazaLectura;
-
-    [[nodiscard]] bool tieneBits(std::size_t k) const { return k < bits.size() && bits[k]; }
 };
-
-using BloqueEscritura = BloqueLectura;
 
 } // namespace kv
