@@ -24,6 +24,9 @@ class AlTerminarEscritura {
   public:
     virtual ~AlTerminarEscritura() = default;
     virtual void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) = 0;
+    /// A request that became no write at all.
+    virtual void alRechazar(std::string_view direccion, double valor, std::string_view origen,
+                            std::string_view motivo) = 0;
 };
 
 /// Carries writes out: sends them one at a time in the order in which they were asked for, reads
@@ -35,6 +38,7 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
                           Vista& vista, Sello& sello);
     void avisarA(AlTerminarEscritura* destino) { destino_ = destino; }
+    [[nodiscard]] AlTerminarEscritura* avisado() const { return destino_; }
     /// Interval of the reclaim of finished records, ms, above 0.
     void fijarReclamo(double ms);
 

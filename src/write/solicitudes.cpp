@@ -54,13 +54,13 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno) {
             decir(" Imposible escribir." + clave + " No se encuentra PLC");
-            return -1;
+            return rechazar(direccion, valor, origen, "no se encuentra PLC");
         }
         ConexionIP& c = tablas_.conexiones[lugar.conexion];
         if (!turnos_.conectada(lugar.conexion)) {
             decir(" Imposible escribir. Sin conexion con " + c.ip + ":" + c.puertoTCP +
                   " Direccion: " + clave);
-            return -1;
+            return rechazar(direccion, valor, origen, "sin conexion");
         }
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
         if (leido == kNinguno) throw std::invalid_argument("ningun bloque lee ese registro");
@@ -73,6 +73,8 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         BloqueEscritura nueva;
         armar(nueva, d, b, valor, scanSegundos);
         nueva.origen = origen;
+        nueva.valorAnterior = b.valores[0];
+        nueva.seConociaAnterior = b.estados[0] == kOk;
         const Indice n = ejecucion_.tomarLugar(std::move(nueva));
         b.ultimaEscritura = n;
         ejecucion_.polearBloque_De_Escritura(n);
@@ -83,8 +85,15 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
                          "escritura de " + std::string(direccion.substr(0, 200)) + " valor: " +
                              textoDeNumero(valor) + " - Scan: " + textoDeNumero(scanSegundos),
                          "", falla.what());
-        return -1;
+        return rechazar(direccion, valor, origen, falla.what());
     }
+}
+
+double SolicitudesDeEscritura::rechazar(std::string_view direccion, double valor,
+                                        std::string_view origen, std::string_view motivo) {
+    if (ejecucion_.avisado() != nullptr)
+        ejecucion_.avisado()->alRechazar(direccion, valor, origen, motivo);
+    return -1;
 }
 
 /// A write that waits for its first turn, asks for the same and is the last one of its register: a

@@ -40,6 +40,8 @@ class SolicitudesDeEscritura {
                double scanSegundos) const;
     [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const Direccion& d,
                                         double valor) const;
+    double rechazar(std::string_view direccion, double valor, std::string_view origen,
+                    std::string_view motivo);
     void decir(const std::string& texto);
 
     Tablas& tablas_;

@@ -43,6 +43,7 @@ class Escribe : public testing::Test {
             texto += e.direccion + "=" + std::to_string(static_cast<int>(e.valores[0])) +
                      (fin == FinDeEscritura::Confirmada ? " " : "! ");
         }
+        void alRechazar(std::string_view, double, std::string_view, std::string_view) override {}
         std::string texto;
     } fines;
     void callarEscrituras() {
@@ -263,6 +264,32 @@ TEST_F(Escribe, QuienEscribeSiempreNoHaceCrecerLaTabla) {
         p->avanzar(3);
     }
     EXPECT_LT(p->motor.tablas.escrituras.limiteSuperior(), 3000U);
+}
+
+TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
+    planta();
+    p->motor.ejecucion.avisarA(&p->motor.auditoria);
+    p->motor.solicitudes.escribirDireccion("1.1.10", 7, "cliente 10.0.0.9:50000");
+    p->avanzar(2000);
+    p->motor.solicitudes.escribirDireccion("1.1.10.0", 0, "guion");
+    p->avanzar(2000);
+    for (int i = 0; i < 1000; ++i)
+        p->motor.solicitudes.escribirDireccion("9.9.1;\r\n", 1, "x");
+    p->motor.solicitudes.escribirDireccion(std::string(5000, '.'), 2, "x");
+    callar();
+    p->motor.solicitudes.escribirDireccion("1.1.0A", 3, "guion");
+    p->avanzar(60'000);
+    const std::string registro =
+        p->archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
+    const auto tiene = [&registro](const std::string& que) {
+        EXPECT_NE(registro.find(que), std::string::npos) << que << "\n" << registro;
+    };
+    tiene(";cliente 10.0.0.9:50000;1.1.10;116;7;confirmada\r\n");
+    tiene(";guion;1.1.10.0;7;0;confirmada\r\n");
+    tiene(";x;9.9.1\\3B\\0D\\0A;?;1;rechazada: no se encuentra PLC\r\n");
+    tiene(";;;;;la anterior 999 veces mas\r\n");
+    tiene(";guion;1.1.0A;110;3;sin respuesta\r\n");
+    EXPECT_LT(registro.size(), 2000U);
 }
 
 TEST(Palabra, BitsDeUnaPalabra) {

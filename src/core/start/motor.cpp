@@ -24,6 +24,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       poleo(bucle_, tablas, turnos, vista, sello, Timer1_Bloques),
       tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
       ejecucion(bucle_, tablas, turnos, publicacion, vista, sello),
+      auditoria(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
       servidor(bucle_, tablas, ajustes, vista, log, *this) {
@@ -40,7 +41,11 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
             log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
         }
     });
-    bucle.alFinalDeVuelta([this] { ajustes.vueltaNueva(); });
+    ejecucion.avisarA(&auditoria);
+    bucle.alFinalDeVuelta([this] {
+        ajustes.vueltaNueva();
+        auditoria.volcar();
+    });
 }
 
 double Motor::ajuste(const AjusteNumerico& cual) {

@@ -19,6 +19,7 @@
 #include "script/publicacion.h"
 #include "server/servidor.h"
 #include "ui/view/vista.h"
+#include "write/auditoria.h"
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 #include "write/solicitudes.h"
@@ -70,6 +71,7 @@ class Motor final : private AlTerminarElTurno,
     Poleo poleo;
     TiemposFuera tiemposFuera;
     EjecucionDeEscrituras ejecucion;
+    Auditoria auditoria;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;

@@ -78,6 +78,8 @@ struct BloqueEscritura : BloqueLectura {
     bool enviada = false;         ///< at least once
     bool respuestaDudosa = false; ///< an answer came that may be another request's
     std::string origen;           ///< who asked for it
+    double valorAnterior = 0;     ///< of the register when the write was asked for
+    bool seConociaAnterior = false;
     Indice indiceBloqueLectura = kNinguno;
     Solicitud tramaLectura{};
     std::string trazaLectura;
