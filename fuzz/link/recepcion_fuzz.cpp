@@ -209,6 +209,7 @@ class Mundo {
         if (que % 4 == 0) red.cortar(contrario_.enlace);
         // An answer that is owed when the line goes dead may be held for longer than anybody waits.
         if (que % 4 == 1 && (conBasura_ || contrario_.nadaDebe())) {
+            planta_.avanzar(1);
             red.interrumpir(contrario_.enlace);
             contrario_.interrumpida = contrario_.huboCorte = true;
         }
