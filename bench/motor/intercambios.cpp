@@ -1,7 +1,7 @@
 // What an exchange with a station costs the driver, beside a bare loop that does the same in the
 // same run. The figures that matter are the ratios.
 //
-//     intercambios [--segundos S] [--conexiones N ...] [--pausado]
+//     intercambios [--segundos S] [--conexiones N ...] [--guion FILE] [--pausado | --saturado]
 
 #include "bucle_pelado.h"
 #include "core/start/arranque.h"
@@ -144,10 +144,12 @@ int main(int argc, char** argv) {
     CLI::App app{"Exchanges with stations: the driver beside a bare loop"};
     double segundos = 4;
     std::vector<int> conexiones{10, 100, 1000, 5000};
+    std::string archivoDelGuion;
     bool soloPausado = false;
     bool soloSaturado = false;
     app.add_option("--segundos", segundos, "Length of each measurement");
     app.add_option("--conexiones", conexiones, "Numbers of connections");
+    app.add_option("--guion", archivoDelGuion, "A script to run after every answer");
     app.add_flag("--pausado", soloPausado, "Only the paced measurement");
     app.add_flag("--saturado", soloSaturado, "Only the saturated measurements");
     CLI11_PARSE(app, argc, argv);

@@ -6,8 +6,8 @@
 
 namespace kv {
 
-ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj, std::string carpetaDelPrograma,
-                       std::string programa)
+ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
+                       const std::string& carpetaDelPrograma, std::string programa)
     : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
       programa_(std::move(programa)) {}
 

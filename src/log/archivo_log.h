@@ -17,7 +17,7 @@ class ArchivoLog {
     /// fill a disk with one message.
     static constexpr std::size_t kMaximo = 4096;
 
-    ArchivoLog(Archivos& archivos, const Reloj& reloj, std::string carpetaDelPrograma,
+    ArchivoLog(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
                std::string programa);
     /// Appends one line to the program's file of the day and, if `tambienGlobal`, to the shared
     /// one. Line breaks in the texts become blanks. On disk when it returns.

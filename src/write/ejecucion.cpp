@@ -214,7 +214,11 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
     if (c.escrituraEnCurso == i) c.escrituraEnCurso = kNinguno;
     e.activo = e.pendiente = e.esperandoConfirmacion = false;
     Timer_Escrituras[i].habilitar(false);
-    std::erase(c.escrituras, i); // almost always the first
+    if (!c.escrituras.empty() && c.escrituras.front() == i) {
+        c.escrituras.pop_front();
+    } else {
+        c.escrituras.remove(i);
+    }
     c.escrituraPendiente = !c.escrituras.empty();
     --enEspera_;
     terminadas_.push_back(i);

@@ -38,7 +38,7 @@ std::string carpetaDelGuion(kv::Motor& motor, kv::Archivos& archivos) {
     const std::string nombre = motor.ajustes.leerConfiguracion("Carpeta_De_Guion", "GUION");
     if (nombre.find_first_of("/\\") != std::string::npos || nombre.find("..") != std::string::npos)
         return {};
-    const std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;
+    std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;
     archivos.crearCarpeta(carpeta);
     return carpeta;
 }

@@ -8,8 +8,8 @@ namespace kv {
 
 /// A table of runtime records. It always ends with one empty spare record: a new record is written
 /// into the spare and the table grows by one, so the live records are 0 to `limiteSuperior()` - 1.
-/// References stay valid while the table grows.
-template <class Registro>
+/// References stay valid while the table grows, unless it is kept in a vector.
+template <class Registro, class Contenedor = std::deque<Registro>>
 class Tabla {
   public:
     Tabla() : registros_(1) {}
@@ -37,7 +37,7 @@ class Tabla {
     }
 
   private:
-    std::deque<Registro> registros_;
+    Contenedor registros_;
 };
 
 } // namespace kv

@@ -6,7 +6,7 @@
 #include "core/tables/respuestas_debidas.h"
 #include "core/tables/tabla.h"
 
-#include <deque>
+#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -43,11 +43,11 @@ struct ConexionIP {
     std::uint32_t numeroDePuertoTCP = 0; ///< 0 when the text is no port
     double puerto = 0;
     Indice idSocket = kNinguno;
-    Tabla<Estacion> estaciones;
+    Tabla<Estacion, std::vector<Estacion>> estaciones;
     std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
     ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
     std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
-    std::deque<Indice> escrituras; ///< the writes still to be done, oldest first
+    std::list<Indice> escrituras; ///< the writes still to be done, oldest first
     FilaDeLista filaLista = kSinFila;
 
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;

@@ -15,7 +15,7 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kMemoria = 64 * 1024; // the most that one arrival may bring
+constexpr std::size_t kMemoria = std::size_t{64} * 1024; // the most that one arrival may bring
 constexpr int kSucesosPorMirada = 256;
 constexpr int kProfundidadMaxima = 2;          // a handler, and one more inside its yield
 constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at most once a millisecond

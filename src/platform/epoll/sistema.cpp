@@ -26,7 +26,7 @@ std::string conBarras(std::string ruta) {
 
 /// The existing path that differs from `ruta` by the case of letters only, or `ruta` itself.
 std::string resolver(const std::string& ruta) {
-    const std::string recta = conBarras(ruta);
+    std::string recta = conBarras(ruta);
     struct stat s {};
     if (stat(recta.c_str(), &s) == 0) return recta;
     fs::path hecha = !recta.empty() && recta.front() == '/' ? "/" : "";

@@ -53,7 +53,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     std::uint64_t conexiones_ = 0;
     std::string cola_; ///< [enviados_, size) still to be sent
     std::size_t enviados_ = 0;
-    std::size_t limiteDeCola_ = 64 * 1024;
+    std::size_t limiteDeCola_ = std::size_t{64} * 1024;
     std::string motivo_;
     std::shared_ptr<ZocaloEpoll*> yo_; ///< nulled at the end of life, for tasks that come later
 };

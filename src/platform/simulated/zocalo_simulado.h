@@ -55,7 +55,7 @@ class ZocaloSimulado final : public Zocalo {
     bool agrupado_ = false;
     std::uint64_t conexiones_ = 0;
     std::string cola_;
-    std::size_t limiteDeCola_ = 64 * 1024;
+    std::size_t limiteDeCola_ = std::size_t{64} * 1024;
     std::string motivo_;
     std::shared_ptr<ZocaloSimulado*> yo_;
 };

@@ -31,7 +31,7 @@ std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
     filas_.emplace_back();
     filas_.back().textos = texto;
     filas_.back().etiqueta = etiqueta;
-    porTexto_.emplace(std::hash<std::string_view>{}(texto), fila);
+    if (buscable_) porTexto_.emplace(std::hash<std::string_view>{}(texto), fila);
     anotar(fila);
     return fila;
 }

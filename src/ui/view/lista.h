@@ -14,7 +14,9 @@ namespace kv {
 /// only ever added, so a row's number is its handle.
 class Lista {
   public:
-    explicit Lista(std::string_view nombre) : nombre_(nombre) {}
+    /// Only a list that is made searchable pays for `buscar`.
+    explicit Lista(std::string_view nombre, bool buscable = false)
+        : nombre_(nombre), buscable_(buscable) {}
 
     void ponerColumnas(std::vector<std::string> columnas) { columnas_ = std::move(columnas); }
     [[nodiscard]] const std::vector<std::string>& columnas() const { return columnas_; }
@@ -55,6 +57,7 @@ class Lista {
     void anotar(std::uint32_t fila);
 
     std::string_view nombre_;
+    bool buscable_;
     std::vector<std::string> columnas_;
     std::deque<Fila> filas_;
     std::unordered_multimap<std::size_t, std::uint32_t> porTexto_; ///< hash of column 0 to row

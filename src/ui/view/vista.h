@@ -72,7 +72,7 @@ class Vista {
 
   public:
     Lista lstViewSockets{"lstViewSockets"};
-    Lista lstViewVariables{"lstViewVariables"};
+    Lista lstViewVariables{"lstViewVariables", true};
     Lista lstViewEstadoDeBloques{"lstViewEstadoDeBloques"};
 
     CajaDeTexto txtTramas{presupuesto_, "txtTramas", -1};
