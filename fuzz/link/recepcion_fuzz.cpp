@@ -2,10 +2,12 @@
 // late, in pieces, never, with garbage; the link is cut, held and let go. After every event the
 // rule of the connections must hold, and when the station is well again, so must be the plant.
 //
-// The first byte says whether there is garbage. Without, every answer is one that the station gave
-// to a request, in order, at most two and a half time-outs after it came, or, on a link that was
-// held, within one, and none is on its way when it is: then no value may ever stand in another
-// register's place. With, only those values are known to be wrong that nothing answered.
+// The first byte says which kind of station it is:
+// - one with garbage: of its values only those are known to be wrong that nothing answered;
+// - a slow one: it answers everything in order, up to two and a half time-outs late;
+// - a fitful one: it answers in order and in time, or not at all, and the network may hold
+//   everything back for any time, except an answer that is owed already.
+// Neither of the last two may ever put a value in another register's place.
 
 #include "apoyo/planta.h"
 
@@ -19,8 +21,10 @@ namespace {
 
 constexpr double kTiempoFueraMs = 1000;
 constexpr double kMasTarde = 2.5 * kTiempoFueraMs;
-constexpr double kMasTardeTrasCorte = 0.9 * kTiempoFueraMs;
+constexpr double kATiempo = 0.9 * kTiempoFueraMs;
 constexpr double kPausaMs = 20;
+
+enum class Clase : std::uint8_t { ConBasura, Lenta, Caprichosa };
 
 void exigir(bool cierto) {
     if (!cierto) __builtin_trap();
@@ -47,7 +51,7 @@ int propio(const Solicitud& s) { return s[1] * 100 + s[3]; }
 /// The stations at the other end. They do nothing on their own until `sanas`.
 class Contrario final : public ExtremoSimulado {
   public:
-    explicit Contrario(Planta& planta) : planta_(planta) {}
+    Contrario(Planta& planta, Clase clase) : planta_(planta), clase_(clase) {}
 
     void alConectar(IdEnlace id) override {
         enlace = id;
@@ -56,7 +60,7 @@ class Contrario final : public ExtremoSimulado {
         pedidas.clear();
         ultimoMs_ = -kPausaMs;
         libre = true;
-        interrumpida = huboCorte = false;
+        interrumpida = false;
         llegaron = 0;
     }
     void alCortarse(IdEnlace id) override {
@@ -84,9 +88,10 @@ class Contrario final : public ExtremoSimulado {
     /// The oldest request is answered: so many bytes now, the others before anything else is sent.
     void responder(std::size_t ahora) {
         completar();
-        olvidarViejas();
+        if (clase_ == Clase::Caprichosa) olvidarViejas();
         if (pendientes.empty()) return;
         const Solicitud s = pendientes.front().solicitud;
+        parteDesdeMs_ = pendientes.front().ms;
         pendientes.pop_front();
         const Respuesta r = respuestaCon(propio(s), s[1], s[3]);
         parte.assign(r.begin(), r.end());
@@ -99,6 +104,13 @@ class Contrario final : public ExtremoSimulado {
         mandar(std::vector<std::uint8_t>(parte.begin(), parte.end()));
         parte.clear();
     }
+    /// Before so much time passes: what would be too late is sent.
+    void apurar(double ms) {
+        const double hasta = planta_.ahoraMs() + ms - masTarde();
+        if (parteDesdeMs_ < hasta) completar();
+        while (clase_ == Clase::Lenta && !pendientes.empty() && pendientes.front().ms < hasta)
+            responder(kLargoRespuesta);
+    }
     void mandar(std::span<const std::uint8_t> bytes) {
         if (enlace == 0 || bytes.empty()) return;
         llegaron += bytes.size();
@@ -106,7 +118,7 @@ class Contrario final : public ExtremoSimulado {
     }
     [[nodiscard]] bool nadaDebe() const { return pendientes.empty() && parte.empty(); }
     void callar() {
-        if (!pendientes.empty()) pendientes.pop_front();
+        if (clase_ != Clase::Lenta && !pendientes.empty()) pendientes.pop_front();
     }
 
     struct Pendiente {
@@ -120,18 +132,20 @@ class Contrario final : public ExtremoSimulado {
     std::set<Solicitud> pedidas; ///< what was asked for on this link
     bool libre = true;           ///< the connection was seen not waiting since the last request
     bool interrumpida = false;
-    bool huboCorte = false; ///< this link was held once
     bool sanas = false;
 
   private:
+    [[nodiscard]] double masTarde() const { return clase_ == Clase::Lenta ? kMasTarde : kATiempo; }
     void olvidarViejas() {
-        const double hasta = planta_.ahoraMs() - (huboCorte ? kMasTardeTrasCorte : kMasTarde);
+        const double hasta = planta_.ahoraMs() - masTarde();
         while (!pendientes.empty() && pendientes.front().ms < hasta)
             pendientes.pop_front();
     }
 
     Planta& planta_;
+    Clase clase_;
     Solicitud ultima_{};
+    double parteDesdeMs_ = 0;
     double ultimoMs_ = 0;
 };
 
@@ -147,7 +161,7 @@ Configuracion planta() {
 
 class Mundo {
   public:
-    explicit Mundo(bool conBasura) : conBasura_(conBasura), planta_(config_), contrario_(planta_) {
+    explicit Mundo(Clase clase) : clase_(clase), planta_(config_), contrario_(planta_, clase) {
         planta_.bucle.red().atender("10.0.0.1", 502, contrario_);
         planta_.ajuste("Tiempo_Entre_poleo", "20");
         planta_.ajuste("Base_Tiempo_Solicitar_Conexiones_Milisegundos", "100");
@@ -175,10 +189,10 @@ class Mundo {
             contrario_.callar();
             break;
         case 5:
-            planta_.avanzar(orden / 8);
+            dejarPasar(orden / 8);
             break;
         case 6:
-            planta_.avanzar(e.byte() * 20.0);
+            dejarPasar(e.byte() * 20.0);
             break;
         default:
             enlace(orden / 8U);
@@ -201,16 +215,24 @@ class Mundo {
     }
 
   private:
+    void dejarPasar(double ms) {
+        constexpr double kTrozoMs = 100;
+        for (; ms > 0; ms -= kTrozoMs) {
+            contrario_.apurar(kTrozoMs);
+            planta_.avanzar(std::min(ms, kTrozoMs));
+        }
+    }
     void basura(std::span<const std::uint8_t> bytes) {
-        if (conBasura_) contrario_.mandar(bytes);
+        if (clase_ == Clase::ConBasura) contrario_.mandar(bytes);
     }
     void enlace(std::size_t que) {
         RedSimulada& red = planta_.bucle.red();
         if (que % 4 == 0) red.cortar(contrario_.enlace);
-        // An answer that is owed when the line goes dead may be held for longer than anybody waits.
-        if (que % 4 == 1 && (conBasura_ || contrario_.nadaDebe())) {
+        if (que % 4 == 1 && (clase_ == Clase::ConBasura ||
+                             (clase_ == Clase::Caprichosa && contrario_.nadaDebe()))) {
+            planta_.avanzar(1);
             red.interrumpir(contrario_.enlace);
-            contrario_.interrumpida = contrario_.huboCorte = true;
+            contrario_.interrumpida = true;
         }
         if (que % 4 >= 2) {
             red.reanudar(contrario_.enlace);
@@ -252,12 +274,12 @@ class Mundo {
             if (nuevo && !contrario_.interrumpida)
                 exigir(contrario_.llegaron >= kLargoRespuesta &&
                        contrario_.pedidas.contains(planta_.bloque(i).tramaSolicitud));
-            if (!conBasura_ && planta_.ok(i))
+            if (clase_ != Clase::ConBasura && planta_.ok(i))
                 exigir(planta_.valor(i) == propio(planta_.bloque(i).tramaSolicitud));
         }
     }
 
-    bool conBasura_;
+    Clase clase_;
     Configuracion config_ = planta();
     Planta planta_;
     Contrario contrario_;
@@ -273,7 +295,7 @@ class Mundo {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t largo) {
     constexpr std::size_t kPasos = 400;
     kv::Entrada entrada(datos, largo);
-    kv::Mundo mundo(entrada.byte() % 2 == 1);
+    kv::Mundo mundo(static_cast<kv::Clase>(entrada.byte() % 3));
     for (std::size_t i = 0; i < kPasos && entrada.quedan(); ++i)
         mundo.paso(entrada);
     mundo.sanar();
