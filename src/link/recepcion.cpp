@@ -120,8 +120,8 @@ void Recepcion::entregar(Indice n, std::size_t masRespuestas) {
     sobrantes_ += masRespuestas;
     if (!cierta) {
         sobrar(n);
-        if (esperaba) interpretes_->respuestaDudosa(n);
-        return;
+        if (esperaba) return interpretes_->respuestaDudosa(n);
+        return turnos_.revisarRetencion(n);
     }
     ++respuestas_;
     if (c.escribiendo) {

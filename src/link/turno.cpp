@@ -87,7 +87,15 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     }
     c.turno = EstadoDeTurno::EnPausa;
     c.ocupada = true;
+    c.retenida = true;
     companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(ms);
+}
+
+void Turnos::revisarRetencion(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    if (c.turno != EstadoDeTurno::EnPausa || !c.retenida || !c.debidas.nadaDebe()) return;
+    c.retenida = false;
+    companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
 }
 
 void Turnos::pausar(Indice conexion) {
@@ -120,7 +128,7 @@ void Turnos::ticTiempoFuera(Indice conexion) {
 void Turnos::ticPausa(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
     companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
-    c.pausaCumplida = false;
+    c.pausaCumplida = c.retenida = false;
     if (c.turno != EstadoDeTurno::EnPausa) return;
     vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + "HABILITACION A SIGUIENTE POOL\r\n");
     c.turno = EstadoDeTurno::Libre;
@@ -139,7 +147,7 @@ void Turnos::olvidar(Indice conexion) {
     companeros_[conexion].Timer_TimerPorIPPuerto->habilitar(false);
     companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
     c.turno = EstadoDeTurno::Libre;
-    c.ocupada = c.escribiendo = c.pausaCumplida = false;
+    c.ocupada = c.escribiendo = c.pausaCumplida = c.retenida = false;
     c.debidas.vaciar();
     vaciarRecepcion(c);
 }

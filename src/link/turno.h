@@ -72,6 +72,8 @@ class Turnos {
     /// The link came up or was lost: nothing is outstanding, both timers are off, the receive
     /// buffer is empty.
     void olvidar(Indice conexion);
+    /// An answer came that nobody waited for: a line that was held back for it goes on.
+    void revisarRetencion(Indice conexion);
     /// Ends a pause of no length. Called where handlers end.
     void terminarPausaCumplida(Indice conexion);
 

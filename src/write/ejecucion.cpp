@@ -140,7 +140,13 @@ void EjecucionDeEscrituras::interpretarTramaRecepcionada_PorEscritura(Indice con
 
 void EjecucionDeEscrituras::respuestaDudosa(Indice conexion) {
     const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
-    if (i < tablas_.escrituras.limiteSuperior()) tablas_.escrituras[i].respuestaDudosa = true;
+    if (i >= tablas_.escrituras.limiteSuperior()) return turnos_.pausar(conexion);
+    BloqueEscritura& e = tablas_.escrituras[i];
+    e.respuestaDudosa = true;
+    // It is read back when the line has been quiet for so long that the answer can only be its own.
+    e.tiempoFueraBasesRestantes = e.tiempoFueraCantidadBases;
+    turnos_.acortarTiempoFuera(
+        conexion, static_cast<double>(tablas_.conexiones[conexion].debidas.silencioMs()));
 }
 
 void EjecucionDeEscrituras::ticDeEscritura(Indice conexion) {

@@ -132,6 +132,50 @@ TEST_F(Atrasadas, DemorasAlAzarConUnaEstacionMuertaEnLaMismaDireccion) {
     }
 }
 
+TEST_F(Atrasadas, UnaPruebaContestadaPorUnaAtrasadaYLaPropiaTarde) {
+    // A's repetition and the trial of B reach the station together; A is answered at once, B after
+    // more than its time-out.
+    auto& p = plantaDe(dosRegistros({"1", "1", "600"}));
+    auto& plc = p.en("10.0.0.1");
+    int vez = 0;
+    plc.demora = [&vez](const Solicitud& s) -> std::optional<double> {
+        ++vez;
+        if (vez <= 2) return vez == 1 ? std::optional<double>() : std::optional<double>(2100.0);
+        return s[3] == 0x11 ? 1200.0 : 100.0;
+    };
+    p.arrancarYConectar();
+    p.avanzar(120'000);
+    EXPECT_EQ(enOtroLugar, 0);
+}
+
+TEST_F(Atrasadas, UnaRespuestaRetenidaPorLaRedMasDeTresTiemposFuera) {
+    auto& p = plantaDe(dosRegistros({"1", "3", "30"}));
+    auto& plc = p.en("10.0.0.1");
+    int vez = 0;
+    plc.demora = [&vez](const Solicitud&) {
+        return ++vez == 1 ? 1100.0 : vez == 2 ? 9000.0 : 50.0;
+    };
+    p.arrancarYConectar();
+    p.avanzar(120'000);
+    EXPECT_EQ(enOtroLugar, 0);
+    EXPECT_TRUE(p.ok(0) && p.ok(1) && p.ok(2));
+}
+
+TEST_F(Atrasadas, UnaQueEmpiezaATardarTrasMuchasQueNoContestaron) {
+    auto& p = plantaDe(dosRegistros({"1", "3", "2"}));
+    auto& plc = p.en("10.0.0.1");
+    bool lenta = false;
+    plc.demora = [&lenta](const Solicitud& s) -> std::optional<double> {
+        if (s[1] == 2) return std::nullopt;
+        return lenta ? 1500.0 : 20.0;
+    };
+    p.arrancarYConectar();
+    p.avanzar(120'000);
+    lenta = true;
+    p.avanzar(300'000);
+    EXPECT_EQ(enOtroLugar, 0);
+}
+
 TEST(RespuestasDebidas, UnEnlaceSanoNoEsperaNunca) {
     RespuestasDebidas d;
     std::int64_t ahora = 0;
@@ -149,7 +193,7 @@ TEST(RespuestasDebidas, UnaLineaQueNoCallaSeReabre) {
     Planta p(config);
     auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
-    for (int s = 0; s < 90; ++s) { // answers that nobody asked for, every second
+    for (int s = 0; s < 120; ++s) { // answers that nobody asked for, every second
         plc.mandar(respuestaCon(77));
         p.avanzar(1000);
     }

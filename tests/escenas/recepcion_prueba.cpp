@@ -96,7 +96,7 @@ TEST_F(Recibe, DosRespuestasAUnPedidoNoSeSabeCualEs) {
     llega(r);
     EXPECT_FALSE(p.ok(0));
     plc.demora = [](const Solicitud&) { return 0.0; };
-    p.avanzar(8000);
+    p.avanzar(17'000); // three time-outs of silence and a pause
     EXPECT_TRUE(p.ok(0)) << "asked again when the line had been quiet";
     EXPECT_EQ(p.valor(0), 116);
 }

@@ -11,12 +11,11 @@ namespace kv {
 /// must not be stored as the value of another. So the requests that are still owed an answer are
 /// counted, together with the one register they ask for, if it is one:
 /// - an answer counts when all requests that are owed one ask for the same register;
-/// - before another register is asked, the line must have brought all answers or have been quiet so
-///   long that none will come (`esperaAntesDe`);
-/// - if nothing at all has come since (a dead station, or a network that holds everything back),
-/// the
-///   next exchange is a trial: its answer does not count, and only if the line stays quiet after it
-///   are the missing answers written off.
+/// - another register is asked on trial while something is owed: the answer does not count, and
+/// only
+///   if the line stays quiet for three time-outs after it is what is missing written off
+///   (`esperaAntesDe`). A dead station, a slow one and a network that holds everything back look
+///   the same until then.
 ///
 /// Values in, values out: the time is a parameter, in milliseconds of a clock that never goes back.
 class RespuestasDebidas {
@@ -39,29 +38,33 @@ class RespuestasDebidas {
     [[nodiscard]] std::int64_t esperaAntesDe(Registro registro, std::int64_t ahora);
 
     [[nodiscard]] std::uint32_t debidas() const { return debidas_; }
+    /// Nothing is owed and nothing came unasked: any register may be asked.
+    [[nodiscard]] bool nadaDebe() const { return debidas_ == 0 && !sospecha_; }
     /// Answers that came late, or that nobody had asked for, since the link came up.
     [[nodiscard]] std::uint64_t atrasadas() const { return atrasadas_; }
     /// The line has been held back since then without falling silent, or -1.
     [[nodiscard]] std::int64_t retenidaDesde() const { return retenidaDesde_; }
     [[nodiscard]] std::int64_t paciencia() const { return tiempoFueraMs_; }
+    /// How long the line has to be quiet after a trial.
+    [[nodiscard]] std::int64_t silencioMs() const { return kTiemposDeEspera * tiempoFueraMs_; }
 
   private:
+    /// A station may be up to three times slower than its time-out before its answers are taken for
+    /// lost.
+    static constexpr std::int64_t kTiemposDeEspera = 3;
+
     void saldar();
-    void perdonar();
 
     std::uint32_t debidas_ = 0;
     Registro unico_ = 0; ///< what all owed requests ask for, unless `varios_`
     bool varios_ = false;
-    bool algoLlego_ = false;  ///< since the last request of those owed
     bool aPrueba_ = false;    ///< the trial request is out
     bool trasPrueba_ = false; ///< the trial was answered: quiet now means that nothing more comes
-    bool huboAtraso_ = false; ///< something came late on this link, or may have
     bool sospecha_ = false;   ///< something came that nobody was owed
     std::int64_t movimiento_ = 0;    ///< last request or answer
     std::int64_t tiempoFueraMs_ = 0; ///< the longest of those owed
     std::int64_t retenidaDesde_ = -1;
     std::uint32_t enviosDePrueba_ = 0;
-    std::uint32_t vanas_ = 0; ///< times in a row that waiting brought nothing
     std::uint64_t atrasadas_ = 0;
 };
 

@@ -29,6 +29,7 @@ struct ConexionIP {
     std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
     EstadoDeTurno turno = EstadoDeTurno::Libre;
     bool pausaCumplida = false; ///< a pause of no length: over when the present handler is
+    bool retenida = false;      ///< the pause waits for the line to fall silent
     RespuestasDebidas debidas;
     RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
 
