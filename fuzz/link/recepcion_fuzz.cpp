@@ -6,7 +6,7 @@
 // - one with garbage: of its values only those are known to be wrong that nothing answered;
 // - a slow one: it answers everything in order, up to two and a half time-outs late;
 // - a fitful one: it answers in order and in time, or not at all, and the network may hold
-//   everything back for any time, except an answer that is owed already.
+//   everything back for any time.
 // Neither of the last two may ever put a value in another register's place.
 
 #include "apoyo/planta.h"
@@ -116,7 +116,6 @@ class Contrario final : public ExtremoSimulado {
         llegaron += bytes.size();
         planta_.bucle.red().enviar(enlace, bytes);
     }
-    [[nodiscard]] bool nadaDebe() const { return pendientes.empty() && parte.empty(); }
     void callar() {
         if (clase_ != Clase::Lenta && !pendientes.empty()) pendientes.pop_front();
     }
@@ -228,8 +227,7 @@ class Mundo {
     void enlace(std::size_t que) {
         RedSimulada& red = planta_.bucle.red();
         if (que % 4 == 0) red.cortar(contrario_.enlace);
-        if (que % 4 == 1 && (clase_ == Clase::ConBasura ||
-                             (clase_ == Clase::Caprichosa && contrario_.nadaDebe()))) {
+        if (que % 4 == 1 && clase_ != Clase::Lenta) {
             planta_.avanzar(1);
             red.interrumpir(contrario_.enlace);
             contrario_.interrumpida = true;
