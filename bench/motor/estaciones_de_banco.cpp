@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <map>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <numeric>
@@ -14,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace kv::banco {
@@ -36,7 +39,11 @@ class Hijo {
     [[noreturn]] void correr() {
         std::array<epoll_event, 512> sucesos; // NOLINT: filled by the kernel
         for (;;) {
-            const int n = epoll_wait(epoll_, sucesos.data(), sucesos.size(), -1);
+            const int espera = demorados_.empty() ? -1 : 1;
+            const int n = epoll_wait(epoll_, sucesos.data(), sucesos.size(), espera);
+            for (; !demorados_.empty() && demorados_.begin()->first <= ahoraMs();
+                 demorados_.erase(demorados_.begin()))
+                responder(demorados_.begin()->second);
             for (int i = 0; i < n; ++i) {
                 const int d = sucesos[static_cast<std::size_t>(i)].data.fd;
                 if (d == escucha_) {
@@ -72,9 +79,19 @@ class Hijo {
             ultimos_.erase(d);
             return;
         }
+        pedidos_[d] = pedido;
         const double ahora = ahoraMs();
         const auto [ultimo, nuevo] = ultimos_.try_emplace(d, 0);
         if (!nuevo && ultimo->second > 0) atrasos_.push_back(ahora - ultimo->second);
+        if (repartir_ > 0 && repartidos_.insert(d).second) {
+            // One answer of each link comes late, by another time: from then on they are spread.
+            demorados_.emplace(ahora + std::fmod(d * 0.618, 1.0) * repartir_, d);
+            return;
+        }
+        responder(d);
+    }
+    void responder(int d) {
+        const auto& pedido = pedidos_[d];
         ++valor_;
         std::array<std::uint8_t, 8> r{7,
                                       pedido[1],
@@ -86,12 +103,16 @@ class Hijo {
                                       0};
         r[7] = static_cast<std::uint8_t>(std::accumulate(r.begin() + 1, r.end() - 1, 0));
         // Stamped before the send: the driver may have the answer before this process goes on.
-        ultimo->second = ahoraMs();
+        ultimos_[d] = ahoraMs();
         send(d, r.data(), r.size(), MSG_NOSIGNAL);
     }
     void obedecer() {
         char orden = 0;
         if (read(ordenes_, &orden, 1) != 1) _exit(0);
+        if (orden == 'r') {
+            repartir_ = 800;
+            return;
+        }
         if (orden == 'o') {
             atrasos_.clear();
             return;
@@ -108,6 +129,10 @@ class Hijo {
 
     int escucha_, ordenes_, informes_, epoll_;
     std::unordered_map<int, double> ultimos_;
+    std::unordered_map<int, std::array<std::uint8_t, 7>> pedidos_;
+    std::unordered_set<int> repartidos_;
+    std::multimap<double, int> demorados_;
+    double repartir_ = 0; ///< ms over which the links are spread, 0: not
     std::vector<double> atrasos_;
     unsigned valor_ = 0;
 };
@@ -147,6 +172,10 @@ EstacionesDeBanco::~EstacionesDeBanco() {
 
 void EstacionesDeBanco::olvidar() const {
     if (write(ordenes_, "o", 1) != 1) std::abort();
+}
+
+void EstacionesDeBanco::repartir() const {
+    if (write(ordenes_, "r", 1) != 1) std::abort();
 }
 
 Atrasos EstacionesDeBanco::atrasos() const {

@@ -24,6 +24,8 @@ class EstacionesDeBanco {
     [[nodiscard]] std::uint16_t puerto() const { return puerto_; }
     /// Forgets what was seen so far.
     void olvidar() const;
+    /// From now on the links come one after the other over 800 ms instead of all at once.
+    void repartir() const;
     [[nodiscard]] Atrasos atrasos() const;
 
   private:

@@ -126,7 +126,8 @@ void pausado(int conexiones, double segundos) {
     const EstacionesDeBanco estaciones;
     const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, kPausaMs);
     Driver driver(estaciones.puerto(), conexiones, 1, 0.8, kPausaMs, "");
-    driver.correr(5);
+    estaciones.repartir();
+    driver.correr(6);
     estaciones.olvidar();
     const Medida m = medirDriver(driver, segundos);
     const Atrasos a = estaciones.atrasos();
