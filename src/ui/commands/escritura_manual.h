@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// Where writes by hand go; true arguments of a write request, said in the operator's box.
+class OrdenDeEscribir {
+  public:
+    virtual ~OrdenDeEscribir() = default;
+    virtual void escribirDireccion(const std::string& direccion, double valor) = 0;
+};
+
+/// The manual write dialog without its window: four texts, sixteen bits and what its buttons do.
+class EscrituraManual {
+  public:
+    std::string txtPuerto;
+    std::string TxtPlc;
+    std::string TxtDireccion;
+
+    /// The value's text, brought in line with what a word can be: "0" when empty or no number.
+    void ponerValor(std::string_view texto);
+    void recibirValorMW(double valor);
+    [[nodiscard]] const std::string& TxtValor() const { return valor_; }
+    [[nodiscard]] bool CheckBin(int bit) const;
+    [[nodiscard]] std::string LblBinario() const;
+    /// A check box was clicked: the value follows.
+    void marcar(int bit, bool marcado);
+    /// OK: what is wrong with the first bad field, to be shown, or empty when the write was asked
+    /// for.
+    [[nodiscard]] std::string BtnOk(OrdenDeEscribir& orden) const;
+
+  private:
+    std::string valor_ = "0";
+};
+
+} // namespace kv
