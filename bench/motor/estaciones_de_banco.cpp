@@ -92,14 +92,15 @@ class Hijo {
     }
     void responder(int d) {
         const auto& pedido = pedidos_[d];
-        ++valor_;
+        // A write is answered with what was written, a read with another value each time.
+        const unsigned valor = pedido[0] == 'W' ? pedido[4] * 256U + pedido[5] : ++valor_;
         std::array<std::uint8_t, 8> r{7,
                                       pedido[1],
                                       0,
                                       pedido[3],
                                       0,
-                                      static_cast<std::uint8_t>(valor_ >> 8 & 0x7F),
-                                      static_cast<std::uint8_t>(valor_),
+                                      static_cast<std::uint8_t>(valor >> 8 & 0x7F),
+                                      static_cast<std::uint8_t>(valor),
                                       0};
         r[7] = static_cast<std::uint8_t>(std::accumulate(r.begin() + 1, r.end() - 1, 0));
         // Stamped before the send: the driver may have the answer before this process goes on.
@@ -117,12 +118,13 @@ class Hijo {
             atrasos_.clear();
             return;
         }
-        Atrasos a{0, 0, 0, atrasos_.size()};
+        Atrasos a{0, 0, 0, 0, atrasos_.size()};
         if (!atrasos_.empty()) {
             std::sort(atrasos_.begin(), atrasos_.end());
             a.minimoMs = atrasos_.front();
             a.p50Ms = atrasos_[atrasos_.size() / 2];
             a.p99Ms = atrasos_[atrasos_.size() * 99 / 100];
+            a.maximoMs = atrasos_.back();
         }
         if (write(informes_, &a, sizeof a) != sizeof a) _exit(1);
     }

@@ -10,6 +10,7 @@ struct Atrasos {
     double minimoMs; ///< shortest time from an answer to the next request on the same link
     double p50Ms;
     double p99Ms;
+    double maximoMs;
     std::uint64_t cuantos;
 };
 

@@ -1,9 +1,14 @@
 // What an exchange with a station costs the driver, beside a bare loop that does the same in the
 // same run. The figures that matter are the ratios.
 //
-//     intercambios [--segundos S] [--conexiones N ...] [--guion FILE] [--pausado | --saturado]
+//     intercambios [--segundos S] [--conexiones N ...] [--guion FILE] [--cliente]
+//                  [--pausado | --saturado | --hostil]
+//
+// With --cliente a supervisory client in a process of its own is told of every value. --hostil says
+// how late the driver's requests are with no client, and with each kind of client that means harm.
 
 #include "bucle_pelado.h"
+#include "cliente_de_banco.h"
 #include "core/start/arranque.h"
 #include "core/start/motor.h"
 #include "estaciones_de_banco.h"
@@ -13,9 +18,12 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <sstream>
 #include <unistd.h>
 
 namespace kv::banco {
@@ -62,6 +70,8 @@ std::string configuracion(std::uint16_t puerto, int conexiones, int bloques, dou
     return c;
 }
 
+constexpr std::uint16_t kEscucha = 21335;
+
 /// A driver without a window on real sockets.
 class Driver {
   public:
@@ -70,13 +80,16 @@ class Driver {
         : motor_(bucle_, archivos_, carpeta_.ruta()), arranque_(motor_, procesos_) {
         carpeta_.escribir("sis_config.ini",
                           "[DRIVER_KV2200]\nTiempo_Entre_poleo=" + std::to_string(pausaMs) +
-                              "\nBase_Tiempo_Solicitar_Conexiones_Milisegundos=100\n");
+                              "\nBase_Tiempo_Solicitar_Conexiones_Milisegundos=100\n"
+                              "PuertoEscucha=" +
+                              std::to_string(kEscucha) + "\n");
         carpeta_.escribir("DRIVER_KV2200_Config.ini",
                           configuracion(puerto, conexiones, bloques, scan));
         carpeta_.escribir("DRIVER_KV2200_Config.MDrivScrip", guion);
         arranque_.arrancar();
         correr(6.5); // every connection is up after the second supervision
     }
+    void servir() { arranque_.abrirServidor(); }
     void correr(double segundos) {
         const auto fin = bucle_.crearTemporizador([this] { bucle_.detener(); });
         fin->rearmar(static_cast<std::int64_t>(segundos * 1000));
@@ -103,7 +116,7 @@ Medida medirDriver(Driver& driver, double segundos) {
             (cpu.fueraDelNucleo - antesCpu.fueraDelNucleo) * 1e6 / hechos, hechos / segundos};
 }
 
-void saturado(int conexiones, double segundos, const std::string& guion) {
+void saturado(int conexiones, double segundos, const std::string& guion, bool conCliente) {
     // Blocks enough that one is always due, and scan times so long that a block is not due over and
     // over again while it waits for its turn.
     const int bloques = conexiones < 100 ? 16 : conexiones < 1000 ? 4 : 2;
@@ -111,6 +124,12 @@ void saturado(int conexiones, double segundos, const std::string& guion) {
     const EstacionesDeBanco estaciones;
     const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, 0);
     Driver driver(estaciones.puerto(), conexiones, bloques, scan, 0, guion);
+    std::optional<ClienteDeBanco> cliente;
+    if (conCliente) {
+        driver.servir();
+        cliente.emplace(kEscucha, Conducta::Lee);
+        driver.correr(3);
+    }
     const Medida m = medirDriver(driver, segundos);
     std::printf(
         "saturated %5d connections: floor %6.2f us (%.2f outside the kernel)  driver %6.2f us "
@@ -138,6 +157,43 @@ void pausado(int conexiones, double segundos) {
                 a.p50Ms - kPausaMs, a.p99Ms - kPausaMs);
 }
 
+void hostil(int conexiones, double segundos) {
+    constexpr int kPausaMs = 800;
+    struct Caso {
+        const char* nombre;
+        std::optional<Conducta> conducta;
+    };
+    constexpr std::array<Caso, 9> kCasos{{{"no client", std::nullopt},
+                                          {"one that reads", Conducta::Lee},
+                                          {"junk", Conducta::Basura},
+                                          {"nested frames", Conducta::Anidadas},
+                                          {"refused writes", Conducta::Negadas},
+                                          {"writes of a register", Conducta::Escrituras},
+                                          {"never reads", Conducta::NoLee},
+                                          {"a byte a millisecond", Conducta::Goteo},
+                                          {"comes and goes", Conducta::VaYViene}}};
+    const EstacionesDeBanco estaciones;
+    Driver driver(estaciones.puerto(), conexiones, 1, 0.8, kPausaMs, "");
+    driver.servir();
+    estaciones.repartir();
+    driver.correr(6);
+    for (const Caso& caso : kCasos) {
+        std::optional<ClienteDeBanco> cliente;
+        if (caso.conducta) cliente.emplace(kEscucha, *caso.conducta);
+        driver.correr(4); // it is let in within three seconds
+        estaciones.olvidar();
+        driver.correr(segundos);
+        const Atrasos a = estaciones.atrasos();
+        std::printf("hostile   %5d connections, %-20s: next request late by p50 %6.2f ms  p99 "
+                    "%6.2f ms  at most %6.2f ms  (%.0f exchanges/s)\n",
+                    conexiones, caso.nombre, a.p50Ms - kPausaMs, a.p99Ms - kPausaMs,
+                    a.maximoMs - kPausaMs, static_cast<double>(a.cuantos) / segundos);
+        std::fflush(stdout);
+        cliente.reset();
+        driver.correr(4);
+    }
+}
+
 } // namespace
 } // namespace kv::banco
 
@@ -148,16 +204,26 @@ int main(int argc, char** argv) {
     std::string archivoDelGuion;
     bool soloPausado = false;
     bool soloSaturado = false;
+    bool soloHostil = false;
+    bool cliente = false;
     app.add_option("--segundos", segundos, "Length of each measurement");
     app.add_option("--conexiones", conexiones, "Numbers of connections");
     app.add_option("--guion", archivoDelGuion, "A script to run after every answer");
     app.add_flag("--pausado", soloPausado, "Only the paced measurement");
     app.add_flag("--saturado", soloSaturado, "Only the saturated measurements");
+    app.add_flag("--hostil", soloHostil, "Only the lateness beside clients that mean harm");
+    app.add_flag("--cliente", cliente, "With a client that is told of every value");
     CLI11_PARSE(app, argc, argv);
     kv::banco::permitirMuchosArchivos();
+    std::ostringstream guion;
+    if (!archivoDelGuion.empty()) guion << std::ifstream(archivoDelGuion).rdbuf();
+    if (soloHostil) {
+        kv::banco::hostil(conexiones.front(), segundos);
+        return 0;
+    }
     if (!soloPausado) {
         for (const int n : conexiones)
-            kv::banco::saturado(n, segundos, "");
+            kv::banco::saturado(n, segundos, guion.str(), cliente);
     }
     if (!soloSaturado) kv::banco::pausado(conexiones.back(), segundos * 2);
     return 0;

@@ -5,6 +5,11 @@
 #include "text/windows1252.h"
 
 namespace kv {
+namespace {
+
+constexpr std::int64_t kSegundoMs = 1000;
+
+} // namespace
 
 ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
                        const std::string& carpetaDelPrograma, std::string programa)
@@ -20,10 +25,31 @@ std::string ArchivoLog::linea(std::string_view cuerpo) const {
 void ArchivoLog::escribirLog(std::string_view origen, std::string_view procedimiento,
                              std::string_view mensaje, std::string_view descripcionError,
                              bool tambienGlobal) {
+    alPasarElTiempo();
+    if (escritas_ == 0) segundoMs_ = reloj_.monotonicoMs();
+    if (escritas_ == kPorSegundo) {
+        ++calladas_;
+        return;
+    }
+    ++escritas_;
     std::string cuerpo(origen);
     cuerpo += '>' + enUnaLinea(procedimiento);
     cuerpo += '>' + enUnaLinea(mensaje.substr(0, kMaximo));
     cuerpo += ", DescError:" + enUnaLinea(descripcionError.substr(0, kMaximo));
+    agregar(cuerpo, tambienGlobal);
+}
+
+void ArchivoLog::alPasarElTiempo() {
+    if (escritas_ == 0 || reloj_.monotonicoMs() - segundoMs_ < kSegundoMs) return;
+    escritas_ = 0;
+    if (calladas_ > 0)
+        agregar("DRIVER>Registro>y " + std::to_string(calladas_) +
+                    " entradas mas en el mismo segundo, DescError:",
+                true);
+    calladas_ = 0;
+}
+
+void ArchivoLog::agregar(std::string_view cuerpo, bool tambienGlobal) {
     if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
     const std::string dia = formatoDeDia(reloj_.ahora());
     if (tambienGlobal)

@@ -16,22 +16,33 @@ class ArchivoLog {
     /// Longest text of one entry in bytes; what is longer is cut, so that bytes from outside cannot
     /// fill a disk with one message.
     static constexpr std::size_t kMaximo = 4096;
+    /// Entries of one second. More are counted and not written: an entry opens and closes two
+    /// files, and a flood of refused orders must not keep the stations waiting.
+    static constexpr int kPorSegundo = 100;
 
     ArchivoLog(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
                std::string programa);
     /// Appends one line to the program's file of the day and, if `tambienGlobal`, to the shared
-    /// one. Line breaks in the texts become blanks. On disk when it returns.
+    /// one. Line breaks in the texts become blanks. On disk when it returns, unless it is one too
+    /// many of its second.
     void escribirLog(std::string_view origen, std::string_view procedimiento,
                      std::string_view mensaje, std::string_view descripcionError = {},
                      bool tambienGlobal = true);
+    /// To be called at every turn of the loop: tells how many entries a second lost, once it is
+    /// over.
+    void alPasarElTiempo();
 
   private:
+    void agregar(std::string_view cuerpo, bool tambienGlobal);
     [[nodiscard]] std::string linea(std::string_view cuerpo) const;
 
     Archivos& archivos_;
     const Reloj& reloj_;
     std::string carpeta_;
     std::string programa_;
+    std::int64_t segundoMs_ = 0; ///< when the present second began
+    int escritas_ = 0;           ///< entries in it
+    std::uint64_t calladas_ = 0; ///< entries in it that were not written
 };
 
 } // namespace kv

@@ -10,6 +10,12 @@ namespace {
 
 constexpr std::size_t kNinguna = std::string_view::npos;
 
+/// Steps that the search for equal frames may take over a whole arrival: so many, and so many for
+/// every byte. Frames that stand one after the other take two a byte; only ones that are nested in
+/// hundreds come near the limit, and then equal ones are done as often as they came.
+constexpr std::size_t kPasos = 1U << 20;
+constexpr std::size_t kPasosPorByte = 16;
+
 /// Frames carried out so far by their text: numbers, from 1 on, of the frames with that text.
 class Hechas {
   public:
@@ -73,6 +79,7 @@ class Extractor {
         const std::string minuscula = minusculas(llegada);
         tramas_.resto.reserve(llegada.size());
         texto_.reserve(llegada.size());
+        pasos_ = kPasos + kPasosPorByte * llegada.size();
         for (std::size_t i = 0; i < minuscula.size();) {
             const auto fin = minuscula.find(cierra_.back(), i);
             const std::size_t largo = fin == kNinguna ? kNinguna : fin + 1 - i;
@@ -123,7 +130,7 @@ class Extractor {
 
     /// Where the stretch ends in the text of a frame carried out before, and with the number of
     /// which it went; the earliest one, if there are several.
-    std::pair<std::size_t, std::uint32_t> buscarHecha(std::size_t cierre) const {
+    std::pair<std::size_t, std::uint32_t> buscarHecha(std::size_t cierre) {
         std::pair<std::size_t, std::uint32_t> hallada{kNinguna, 0};
         Hechas::Huella huella;
         auto costura = costuras_.rbegin();
@@ -136,6 +143,8 @@ class Extractor {
                 desde = std::max(desde, costura->numero);
             if (desde >= hechas_.cuantas() || (hallada.second != 0 && hallada.second <= desde + 1))
                 break;
+            if (pasos_ == 0) return {kNinguna, 0};
+            --pasos_;
             huella.anteponer(todo[--i]);
             if (todo[i] != abre_[0] || i + abre_.size() > cierre ||
                 todo.substr(i, abre_.size()) != abre_)
@@ -178,6 +187,7 @@ class Extractor {
     std::size_t buscado_ = 0; ///< no opening mark of the stretch begins before
     std::size_t abierta_ = kNinguna; ///< the first opening mark of the stretch, once found
     std::vector<Costura> costuras_;  ///< of the stretch, in order of place
+    std::size_t pasos_ = 0;          ///< that the search for equal frames may still take
 };
 
 } // namespace

@@ -38,7 +38,8 @@ struct Tramas {
 /// Takes the frames out of an arrival: again and again the first opening mark with the first
 /// closing one after it, and with every frame also all others of exactly its text (whatever the
 /// letter case). So "1, 0, 1" written to one address in one arrival writes 1, 0. Text that closes
-/// up around a frame taken out may form marks anew. One pass over the arrival.
+/// up around a frame taken out may form marks anew. One pass over the arrival; of frames nested in
+/// hundreds equal ones may come more than once, so that the time stays linear.
 [[nodiscard]] Tramas extraerTramas(std::string_view llegada, const Marcas& marcas);
 
 /// Takes every `palabra` out of `texto`, whatever its letter case; false when there was none.

@@ -74,6 +74,11 @@ class Instalacion : public Carpeta {
                                        std::to_string(escucha_) + "\r\n");
         escribir("DRIVER_KV2200_Config.ini", configuracion);
     }
+    /// One more line of the driver's settings.
+    void agregarAjuste(const std::string& linea) const {
+        escribir("sis_config.ini", leer("sis_config.ini") + linea + "\r\n");
+    }
+    [[nodiscard]] int escucha() const { return escucha_; }
     [[nodiscard]] std::string programa() const { return ruta() + "/driver"; }
     [[nodiscard]] std::vector<std::string> correr() const {
         return {programa(), "--sin-ventana", "--traza"};

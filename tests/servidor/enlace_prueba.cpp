@@ -164,6 +164,21 @@ TEST(Hostil, BasuraABytesYARafagasMientrasSePolea) {
     EXPECT_NE(p.cliente.tomar().find("[DRI]#1.1.10;116;6;#[/DRI]"), std::string::npos);
 }
 
+TEST(Hostil, MilesDeOrdenesQueSeNieganNoLlenanElLog) {
+    Configuracion c = tresBloques();
+    Planta p(c);
+    p.arrancar();
+    p.avanzar(10'000);
+    const auto ruta = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
+    for (int i = 0; i < 5000; ++i)
+        p.motor.solicitudes.escribirDireccion("no es direccion " + std::to_string(i), 1);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "no es direccion"), 100U);
+    p.avanzar(10'000);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "y 4900 entradas mas en el mismo segundo"), 1U);
+    p.motor.solicitudes.escribirDireccion("otra mala", 1);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "otra mala"), 1U) << "the next second is its own";
+}
+
 TEST(Hostil, IrYVenirMilVeces) {
     PlantaConServidor p(tresBloques());
     p.planta.ajuste("Escucha_Clientes_Permitidos", "10.0.0.9");

@@ -116,6 +116,25 @@ TEST(Puerta, SoloEntranLosPermitidos) {
     EXPECT_TRUE(p.otro.conectado);
 }
 
+TEST(Puerta, AjustesQueNuncaSePudieronLeerNoDejanEntrarANadie) {
+    PlantaConServidor p(tresBloques());
+    const std::string enorme = "[DRIVER_KV2200]\r\n" + std::string(5U << 20, ';');
+    p.planta.archivos.poner("/kv/sis_config.ini", enorme);
+    p.arrancar();
+    p.cliente.conectar();
+    EXPECT_FALSE(p.cliente.conectado);
+    p.planta.archivos.poner("/kv/sis_config.ini", "[DRIVER_KV2200]\r\n");
+    p.planta.avanzar(3000);
+    p.cliente.conectar();
+    EXPECT_TRUE(p.cliente.conectado);
+    // Once it was read, a file that cannot be read any more leaves the door as it was.
+    p.cliente.cerrar();
+    p.planta.archivos.poner("/kv/sis_config.ini", enorme);
+    p.planta.avanzar(6000);
+    p.cliente.conectar();
+    EXPECT_TRUE(p.cliente.conectado);
+}
+
 TEST(Puerta, Redes) {
     EXPECT_TRUE(redDeTexto("10.0.0.9"));
     EXPECT_EQ(redDeTexto("10.1.2.3/8")->direccion, 0x0A000000U);

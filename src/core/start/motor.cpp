@@ -44,6 +44,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
     ejecucion.avisarA(&auditoria);
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
+        log.alPasarElTiempo();
         auditoria.volcar();
     });
 }
