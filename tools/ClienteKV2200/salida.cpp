@@ -76,7 +76,7 @@ std::vector<std::size_t> Tabla::agregar(const std::vector<Variable>& variables,
 void Tabla::dibujar(std::ostream& salida, std::size_t lineas) const {
     const auto linea = [&salida](const auto& a, const auto& b, const auto& c, const auto& d) {
         salida << std::left << std::setw(18) << a << std::right << std::setw(10) << b << "  "
-               << std::left << std::setw(6) << c << d << "\033[K\n";
+               << std::left << std::setw(8) << c << d << "\033[K\n";
     };
     salida << "\033[H";
     linea("Direccion", "Valor", "Estado", "Hora");
