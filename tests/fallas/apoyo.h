@@ -36,32 +36,46 @@ inline std::string claveDeAhora() {
     return cifrar(textoDeClave(formatoDeHora(RelojReal().ahora())), [] { return 0.5; });
 }
 
-/// A client's whole visit: it identifies itself, and asks for `pedido` until `respuesta` has come.
-/// False when it was let down.
-inline bool visitar(int puerto, const std::string& pedido, const std::string& respuesta) {
-    const int d = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(static_cast<std::uint16_t>(puerto));
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const timeval plazo{Proceso::kPlazo.count(), 0};
-    setsockopt(d, SOL_SOCKET, SO_RCVTIMEO, &plazo, sizeof plazo);
-    const auto* generica = reinterpret_cast<const sockaddr*>(&a); // NOLINT
-    bool bien = connect(d, generica, sizeof a) == 0;
-    std::string recibido;
-    const auto decir = [&](const std::string& que, const std::string& espera) {
-        bien = bien && send(d, que.data(), que.size(), MSG_NOSIGNAL) > 0;
+/// A client's end of a link.
+class Enlace {
+  public:
+    explicit Enlace(int puerto) : descriptor_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_port = htons(static_cast<std::uint16_t>(puerto));
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const timeval plazo{Proceso::kPlazo.count(), 0};
+        setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &plazo, sizeof plazo);
+        const auto* generica = reinterpret_cast<const sockaddr*>(&a); // NOLINT
+        vivo_ = connect(descriptor_, generica, sizeof a) == 0;
+    }
+    ~Enlace() { close(descriptor_); }
+    Enlace(const Enlace&) = delete;
+    Enlace& operator=(const Enlace&) = delete;
+
+    /// Sends, and takes what comes until the answer is in it; false when the link ends before.
+    bool decir(const std::string& que, const std::string& espera) {
+        vivo_ = vivo_ && send(descriptor_, que.data(), que.size(), MSG_NOSIGNAL) > 0;
         std::array<char, 4096> memoria{};
-        while (bien && recibido.find(espera) == std::string::npos) {
-            const ssize_t n = recv(d, memoria.data(), memoria.size(), 0);
-            bien = n > 0;
-            if (bien) recibido.append(memoria.data(), static_cast<std::size_t>(n));
+        while (vivo_ && recibido_.find(espera) == std::string::npos) {
+            const ssize_t n = recv(descriptor_, memoria.data(), memoria.size(), 0);
+            vivo_ = n > 0;
+            if (vivo_) recibido_.append(memoria.data(), static_cast<std::size_t>(n));
         }
-    };
-    decir(claveDeAhora(), "PassOK");
-    decir(pedido, respuesta);
-    close(d);
-    return bien;
+        return vivo_;
+    }
+
+  private:
+    int descriptor_;
+    bool vivo_ = false;
+    std::string recibido_;
+};
+
+/// A client's whole visit: it identifies itself, asks, and stays until the answer has come. False
+/// when it was let down.
+inline bool visitar(int puerto, const std::string& pedido, const std::string& respuesta) {
+    Enlace cliente(puerto);
+    return cliente.decir(claveDeAhora(), "PassOK") && cliente.decir(pedido, respuesta);
 }
 
 /// The log and audit files of a driver by name, with 9 for every digit of their date stamps.

@@ -5,7 +5,8 @@
 //     KV_FALLAS=write:ENOSPC:3:0:1      from the 3rd write to a file on (to the last: 0) every one
 //     KV_FALLAS=recv:EINTR:1:0:2,...    every second one; "corto" instead of an error lets one byte
 //                                       through
-//     KV_CUENTA=file                    told at an orderly end how many steps there were
+//     KV_CUENTA=file                    told at an orderly end: steps of writing, a blank, and how
+//                                       often somebody was asked for who wants to connect
 //
 // A step of writing is an open for writing, a write (two steps: before it, and with half of it
 // done), and a close, fsync, rename, unlink, mkdir or change of mode or length. Every call goes
@@ -66,7 +67,7 @@ class Plan {
         const char* archivo = std::getenv("KV_CUENTA");
         if (archivo == nullptr) return;
         const auto d = syscall(SYS_openat, AT_FDCWD, archivo, O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        const std::string n = std::to_string(pasos_);
+        const std::string n = std::to_string(pasos_) + " " + std::to_string(aceptados_);
         syscall(SYS_write, d, n.data(), n.size());
     }
     Plan(const Plan&) = delete;
@@ -75,6 +76,7 @@ class Plan {
     void paso() {
         if (++pasos_ == mortal_) syscall(SYS_kill, getpid(), SIGKILL);
     }
+    void aceptado() { ++aceptados_; }
     /// What is to become of this call: 0 nothing, an error, or kCorto.
     int falla(const char* llamada) {
         for (Regla& r : reglas()) {
@@ -125,11 +127,12 @@ class Plan {
     };
     Rango reglas() { return {reglas_.data(), reglas_.data() + cuantas_}; }
 
-    std::array<Regla, 8> reglas_;
+    std::array<Regla, 16> reglas_;
     std::size_t cuantas_ = 0;
     std::array<bool, kDescriptores> abiertos_{};
     long pasos_ = 0;
     long mortal_ = 0;
+    long aceptados_ = 0;
 };
 
 Plan& plan() {
@@ -227,6 +230,7 @@ int connect(int d, const sockaddr* a, socklen_t n) {
     return fallo("connect") ? -1 : static_cast<int>(r);
 }
 int accept4(int d, sockaddr* a, socklen_t* n, int modo) {
+    plan().aceptado();
     if (fallo("accept")) return -1;
     return static_cast<int>(syscall(SYS_accept4, d, a, n, modo));
 }
