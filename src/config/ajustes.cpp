@@ -47,11 +47,13 @@ const Ajustes::Copia& Ajustes::copia(const std::string& archivo) {
     if (c.valida && c.leida && c.huella == huella) return c;
     c.huella = huella;
     c.valida = true;
+    c.leida = false; // until all of it has been
     auto contenido = huella.existe ? archivos_.leer(archivo, kMaximoDeArchivo) : std::string();
-    c.leida = contenido.has_value();
     // What cannot be read just now still says what it said: a want of descriptors that lasts a
     // moment must not put the defaults in force.
-    if (contenido) c.ini = Ini(std::move(*contenido));
+    if (!contenido) return c;
+    c.ini = Ini(std::move(*contenido));
+    c.leida = true;
     return c;
 }
 
