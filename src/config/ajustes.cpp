@@ -47,10 +47,13 @@ const Ajustes::Copia& Ajustes::copia(const std::string& archivo) {
     if (c.valida && c.leida && c.huella == huella) return c;
     c.huella = huella;
     c.valida = true;
-    c.ini = Ini(); // the old content goes before the new one comes
+    c.leida = false; // until all of it has been
     auto contenido = huella.existe ? archivos_.leer(archivo, kMaximoDeArchivo) : std::string();
-    c.leida = contenido.has_value();
-    if (contenido) c.ini = Ini(std::move(*contenido));
+    // What cannot be read just now still says what it said: a want of descriptors that lasts a
+    // moment must not put the defaults in force.
+    if (!contenido) return c;
+    c.ini = Ini(std::move(*contenido));
+    c.leida = true;
     return c;
 }
 
@@ -97,6 +100,8 @@ void Ajustes::escribirIni(const std::string& archivo, std::string_view seccion,
 std::string Ajustes::leerConfiguracion(std::string_view clave, std::string_view porDefecto) {
     std::string texto = leerIni(archivoDeAjustes_, kSeccionDeAjustes, clave, "");
     if (!texto.empty() || porDefecto.empty()) return texto;
+    // Whether the key is missing is not known, and what it says must not be overwritten.
+    if (ilegible(archivoDeAjustes_)) return std::string(porDefecto);
     const HuellaDeArchivo huella = copia(archivoDeAjustes_).huella;
     if (huella != huellaNegada_) negados_.clear();
     if (!negados_.contains(clave) &&

@@ -28,10 +28,12 @@ class Archivos {
     /// The whole content; nothing when it cannot be read or is larger than `maximo` bytes.
     [[nodiscard]] virtual std::optional<std::string> leer(const std::string& ruta,
                                                           std::size_t maximo) = 0;
-    /// Replaces the content so that a reader sees the old or the new file, whole.
+    /// Replaces the content so that a reader sees the old or the new file, whole, also after an end
+    /// of the process at any moment. False too while another process is replacing it.
     virtual bool reemplazar(const std::string& ruta, std::string_view contenido) = 0;
-    /// Opens for appending, writes in one piece, closes.
-    virtual bool agregar(const std::string& ruta, std::string_view contenido) = 0;
+    /// Opens for appending, writes whole lines in one piece, closes. A last line that an end in the
+    /// middle of writing left without its end gets it first, so that it spoils no other one.
+    virtual bool agregar(const std::string& ruta, std::string_view lineas) = 0;
     virtual bool crearCarpeta(const std::string& ruta) = 0;
 };
 

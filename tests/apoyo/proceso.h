@@ -82,6 +82,8 @@ class Proceso {
         }
         return std::exchange(lados_[0].leido, {});
     }
+    /// -1 once it has ended.
+    [[nodiscard]] pid_t pid() const { return pid_; }
     /// What it has printed on standard error until now; after `resto` or `terminar`, all of it.
     [[nodiscard]] const std::string& errores() const { return lados_[1].leido; }
 

@@ -33,10 +33,12 @@ TEST_F(EnDisco, CajaYBarrasNoImportan) {
 TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
     EXPECT_FALSE(archivos.leer(carpeta, 10)) << "a folder is no file";
     EXPECT_FALSE(archivos.leer(carpeta + "/nada", 10));
-    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "0123456789"));
-    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "!"));
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "0123\r\n"));
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "cut of"));
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "!\r\n"));
     EXPECT_FALSE(archivos.leer(carpeta + "/f", 10)) << "larger than asked for";
-    EXPECT_EQ(archivos.leer(carpeta + "/f", 11), "0123456789!");
+    EXPECT_EQ(archivos.leer(carpeta + "/f", 17), "0123\r\ncut of\r\n!\r\n")
+        << "a line that was broken off is ended first";
     EXPECT_FALSE(archivos.reemplazar(carpeta + "/no/existe/f", "x"));
     EXPECT_FALSE(archivos.agregar(carpeta + "/no/existe/f", "x"));
 }

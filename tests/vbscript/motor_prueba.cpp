@@ -163,7 +163,10 @@ TEST(Motor, LosPresupuestosNoSeTragan) {
         {"On Error Resume Next\nSub R : R : End Sub\nR", 28},
         {"On Error Resume Next\nDo : s = s & \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\" : Loop", 7},
         {"On Error Resume Next\nDo : Execute \"x = 1 / 0\" : Loop", 17},
-        {"On Error Resume Next\nSub E : Execute \"E\" : End Sub\nE", 28}};
+        {"On Error Resume Next\nSub E : Execute \"E\" : End Sub\nE", 28},
+        {"On Error Resume Next\nt = \" '\" & String(20000, \"a\")\n"
+         "Do : i = i + 1 : Execute \"x = \" & i & t : Loop",
+         7}};
     Limits limites;
     limites.maxBytes = 2 << 20;
     limites.maxMilliseconds = 300;

@@ -70,6 +70,7 @@ class BucleEpoll::Senales final : public Atendido {
         descriptor_ = signalfd(-1, &conjunto, SFD_NONBLOCK | SFD_CLOEXEC);
         if (descriptor_ < 0) fallar("signalfd");
         registro_ = bucle_.registrar(descriptor_, EPOLLIN, *this);
+        if (registro_ == kNoRegistrado) fallar("epoll_ctl");
     }
     ~Senales() override {
         bucle_.olvidar(registro_, descriptor_);
@@ -130,7 +131,7 @@ void BucleEpoll::atender() {
         if (despertador_ < 0) fallar("timerfd_create");
         epoll_event e{};
         e.events = EPOLLIN;
-        e.data.u64 = static_cast<Registro>(-1); // no slot: it only makes the descriptor readable
+        e.data.u64 = kNoRegistrado; // no slot: it only makes the descriptor readable
         epoll_ctl(epoll_, EPOLL_CTL_ADD, despertador_, &e);
     }
     const std::int64_t proximo = cola_.proximo();
@@ -222,20 +223,18 @@ void BucleEpoll::terminarVuelta() {
 
 BucleEpoll::Registro BucleEpoll::registrar(int descriptor, std::uint32_t sucesos,
                                            Atendido& atendido) {
-    std::uint32_t puesto = 0;
     if (libres_.empty()) {
-        puesto = static_cast<std::uint32_t>(puestos_.size());
+        libres_.push_back(static_cast<std::uint32_t>(puestos_.size()));
         puestos_.emplace_back();
-    } else {
-        puesto = libres_.back();
-        libres_.pop_back();
     }
-    puestos_[puesto].atendido = &atendido;
+    const std::uint32_t puesto = libres_.back();
     const Registro registro = Registro{puesto} << 32 | puestos_[puesto].generacion;
     epoll_event e{};
     e.events = sucesos;
     e.data.u64 = registro;
-    if (epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &e) != 0) fallar("epoll_ctl");
+    if (epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &e) != 0) return kNoRegistrado;
+    libres_.pop_back();
+    puestos_[puesto].atendido = &atendido;
     return registro;
 }
 

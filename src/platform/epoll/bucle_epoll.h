@@ -62,7 +62,9 @@ class BucleEpoll final : public Bucle {
 
     // For what the loop watches:
     using Registro = std::uint64_t;
-    Registro registrar(int descriptor, std::uint32_t sucesos, Atendido& atendido);
+    static constexpr Registro kNoRegistrado = static_cast<Registro>(-1);
+    /// kNoRegistrado, with errno saying why, when the kernel watches no more descriptors.
+    [[nodiscard]] Registro registrar(int descriptor, std::uint32_t sucesos, Atendido& atendido);
     void cambiar(Registro registro, int descriptor, std::uint32_t sucesos);
     void olvidar(Registro registro, int descriptor);
     /// A receive buffer that no handler further out on the stack is using.

@@ -50,16 +50,13 @@ std::string resolver(const std::string& ruta) {
 class Descriptor {
   public:
     Descriptor(const std::string& ruta, int modo) : numero_(open(ruta.c_str(), modo, 0644)) {}
-    ~Descriptor() { cerrar(); }
+    ~Descriptor() {
+        if (numero_ >= 0) close(numero_);
+    }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     [[nodiscard]] bool abierto() const { return numero_ >= 0; }
     [[nodiscard]] int numero() const { return numero_; }
-    bool cerrar() {
-        const int n = numero_;
-        numero_ = -1;
-        return n < 0 || close(n) == 0;
-    }
 
   private:
     int numero_;
@@ -73,6 +70,23 @@ bool escribirTodo(int descriptor, std::string_view contenido) {
         contenido.remove_prefix(static_cast<std::size_t>(n));
     }
     return true;
+}
+
+/// Holds the file that is to take another's place against other processes until its descriptor is
+/// closed. False when another one has it, or had it and put it in its place.
+bool tomarPara(const std::string& ruta, int descriptor) {
+    struct stat abierto {};
+    struct stat nombrado {};
+    return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &abierto) == 0 &&
+           stat(ruta.c_str(), &nombrado) == 0 && abierto.st_ino == nombrado.st_ino;
+}
+
+/// Whether the last line has no end: somebody ended, or the disk was full, in the middle of it.
+bool quedoSinTerminar(int descriptor) {
+    struct stat s {};
+    char ultimo = '\n';
+    return fstat(descriptor, &s) == 0 && s.st_size > 0 &&
+           pread(descriptor, &ultimo, 1, s.st_size - 1) == 1 && ultimo != '\n';
 }
 
 } // namespace
@@ -110,18 +124,23 @@ bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view conten
     struct stat s {};
     // A file that may not be written stays as it is, although its folder would allow replacing it.
     if (stat(destino.c_str(), &s) == 0 && access(destino.c_str(), W_OK) != 0) return false;
-    Descriptor d(nuevo, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
-    if (!d.abierto()) return false;
+    const Descriptor d(nuevo, O_WRONLY | O_CREAT | O_CLOEXEC);
+    if (!d.abierto() || !tomarPara(nuevo, d.numero())) return false;
     if (s.st_mode != 0) fchmod(d.numero(), s.st_mode & 07777);
-    const bool escrito = escribirTodo(d.numero(), contenido);
-    if (d.cerrar() && escrito && rename(nuevo.c_str(), destino.c_str()) == 0) return true;
+    // On the disk before it takes the place, or a failure of power leaves neither of the two; and
+    // held until it has, or another process writes into it meanwhile.
+    const bool escrito = ftruncate(d.numero(), 0) == 0 && escribirTodo(d.numero(), contenido) &&
+                         fsync(d.numero()) == 0;
+    if (escrito && rename(nuevo.c_str(), destino.c_str()) == 0) return true;
     unlink(nuevo.c_str());
     return false;
 }
 
-bool ArchivosReales::agregar(const std::string& ruta, std::string_view contenido) {
-    const Descriptor d(resolver(ruta), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC);
-    return d.abierto() && escribirTodo(d.numero(), contenido);
+bool ArchivosReales::agregar(const std::string& ruta, std::string_view lineas) {
+    const Descriptor d(resolver(ruta), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC);
+    if (!d.abierto()) return false;
+    if (!quedoSinTerminar(d.numero())) return escribirTodo(d.numero(), lineas);
+    return escribirTodo(d.numero(), "\r\n" + std::string(lineas));
 }
 
 bool ArchivosReales::crearCarpeta(const std::string& ruta) {

@@ -14,6 +14,7 @@ namespace kv {
 namespace {
 
 constexpr std::uint32_t kRecibir = EPOLLIN | EPOLLRDHUP;
+constexpr std::int64_t kDescansoMs = 1000;
 
 std::string palabras(int error) { return std::generic_category().message(error); }
 
@@ -52,6 +53,7 @@ void ZocaloEpoll::soltar() {
         close(descriptor_);
         descriptor_ = -1;
     }
+    if (descanso_) descanso_->habilitar(false);
     cola_.clear();
     enviados_ = 0;
     esperaEscritura_ = false;
@@ -69,10 +71,17 @@ void ZocaloEpoll::fallar(std::string motivo) {
     motivo_ = std::move(motivo);
 }
 
-void ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos) {
+bool ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos) {
+    registro_ = bucle_.registrar(descriptor, sucesos, *this);
+    if (registro_ == BucleEpoll::kNoRegistrado) {
+        const int error = errno;
+        close(descriptor);
+        fallar(palabras(error));
+        return false;
+    }
     descriptor_ = descriptor;
-    registro_ = bucle_.registrar(descriptor_, sucesos, *this);
     estado_ = estado;
+    return true;
 }
 
 void ZocaloEpoll::conectar(const std::string& ip, std::uint32_t puerto) {
@@ -83,7 +92,8 @@ void ZocaloEpoll::conectar(const std::string& ip, std::uint32_t puerto) {
     if (d < 0) return fallar(palabras(errno));
     sinDemora(d);
     const auto* generica = reinterpret_cast<const sockaddr*>(&direccion); // NOLINT
-    if (::connect(d, generica, sizeof direccion) != 0 && errno != EINPROGRESS) {
+    // An interrupted one goes on by itself, as one that has just begun does.
+    if (::connect(d, generica, sizeof direccion) != 0 && errno != EINPROGRESS && errno != EINTR) {
         const int error = errno;
         close(d);
         return fallar(palabras(error));
@@ -122,8 +132,7 @@ void ZocaloEpoll::aceptar() {
     pedido_ = -1;
     cerrar();
     sinDemora(nuevo);
-    adoptar(nuevo, EstadoZocalo::Conectado, kRecibir);
-    ++conexiones_;
+    if (adoptar(nuevo, EstadoZocalo::Conectado, kRecibir)) ++conexiones_;
 }
 
 bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
@@ -230,12 +239,28 @@ void ZocaloEpoll::atenderPedido() {
     socklen_t largo = sizeof direccion;
     auto* generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
     pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
-    if (pedido_ < 0) return;
+    if (pedido_ < 0) {
+        if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) descansarDeAceptar();
+        return;
+    }
     const auto yo = yo_;
     oyente_.alPedirConexion(indice_, textoDe(direccion));
     if (*yo == nullptr || pedido_ < 0) return;
     close(pedido_);
     pedido_ = -1;
+}
+
+/// Out of descriptors or memory: who wants to connect still waits, and the kernel would say so at
+/// every look. Nobody is asked for until a while later, when some may have come free.
+void ZocaloEpoll::descansarDeAceptar() {
+    if (!descanso_) {
+        descanso_ = bucle_.crearTemporizador([this] {
+            descanso_->habilitar(false);
+            bucle_.cambiar(registro_, descriptor_, EPOLLIN);
+        });
+    }
+    bucle_.cambiar(registro_, descriptor_, 0);
+    descanso_->rearmar(kDescansoMs);
 }
 
 } // namespace kv

@@ -34,7 +34,9 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     void terminarConexion();
     void recibir();
     void atenderPedido();
-    void adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);
+    void descansarDeAceptar();
+    /// False, and the state is 9, when the loop cannot watch it.
+    bool adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);
     void soltar();
     void fallar(std::string motivo);
     [[nodiscard]] bool vaciarCola();
@@ -55,6 +57,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     std::size_t enviados_ = 0;
     std::size_t limiteDeCola_ = std::size_t{64} * 1024;
     std::string motivo_;
+    std::unique_ptr<Temporizador> descanso_; ///< made when it is first wanted
     std::shared_ptr<ZocaloEpoll*> yo_; ///< nulled at the end of life, for tasks that come later
 };
 

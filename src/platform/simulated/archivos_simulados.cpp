@@ -35,10 +35,11 @@ bool ArchivosSimulados::reemplazar(const std::string& ruta, std::string_view con
     return true;
 }
 
-bool ArchivosSimulados::agregar(const std::string& ruta, std::string_view contenido) {
+bool ArchivosSimulados::agregar(const std::string& ruta, std::string_view lineas) {
     if (niegaEscrituras_) return false;
     Archivo& a = archivos_[clave(ruta)];
-    a.contenido += contenido;
+    if (!a.contenido.empty() && a.contenido.back() != '\n') a.contenido += "\r\n";
+    a.contenido += lineas;
     a.version = ++version_;
     return true;
 }

@@ -16,7 +16,7 @@ class ArchivosSimulados final : public Archivos {
     [[nodiscard]] std::optional<std::string> leer(const std::string& ruta,
                                                   std::size_t maximo) override;
     bool reemplazar(const std::string& ruta, std::string_view contenido) override;
-    bool agregar(const std::string& ruta, std::string_view contenido) override;
+    bool agregar(const std::string& ruta, std::string_view lineas) override;
     bool crearCarpeta(const std::string& ruta) override;
 
     /// What another program or an editor does; not subject to the faults below.

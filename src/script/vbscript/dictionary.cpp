@@ -94,13 +94,14 @@ std::uint32_t Dictionary::find(const Value& key, std::size_t hash) const {
 }
 
 void Dictionary::rebuild(std::size_t slots) {
+    std::vector<std::uint32_t> fresh(slots, free);
     std::vector<Entry> kept;
     kept.reserve(count_);
     for (Entry& e : entries_) {
         if (e.there) kept.push_back(std::move(e));
     }
     entries_ = std::move(kept);
-    slots_.assign(slots, free);
+    slots_ = std::move(fresh);
     for (std::size_t n = 0; n < entries_.size(); ++n) {
         std::size_t k = entries_[n].hash & (slots - 1);
         while (slots_[k] != free)
@@ -122,9 +123,9 @@ Dictionary::Entry& Dictionary::add(Value key, std::size_t hash) {
     std::size_t k = hash & (slots_.size() - 1);
     while (slots_[k] != free)
         k = (k + 1) & (slots_.size() - 1);
-    slots_[k] = static_cast<std::uint32_t>(entries_.size());
-    ++count_;
     Entry& e = entries_.emplace_back();
+    slots_[k] = static_cast<std::uint32_t>(entries_.size() - 1);
+    ++count_;
     e.key = std::move(key);
     e.hash = hash;
     return e;

@@ -28,8 +28,8 @@ class Globals {
         std::uint32_t& s = byAtom_[name];
         if (s == unknown) {
             Memory::current().grow(sizeof(Global), 7);
-            s = static_cast<std::uint32_t>(list_.size());
             list_.emplace_back().name = name;
+            s = static_cast<std::uint32_t>(list_.size() - 1);
         }
         return s;
     }

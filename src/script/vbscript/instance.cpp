@@ -41,13 +41,14 @@ Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
     : Linked(ring), machine_(machine), class_(cls), unit_(cls.unit->shared_from_this()),
       account_(Memory::current()) {
     const std::size_t bytes = cls.variables.size() * sizeof(Value);
-    account_.grow(bytes, 7);
-    charged_ = bytes;
     variables_.resize(cls.variables.size());
     for (std::size_t k = 0; k < variables_.size(); ++k) {
         const MemberVariable& v = cls.variables[k];
         if (v.isArray) variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
     }
+    // Last: nobody would give it back if anything before had failed.
+    account_.grow(bytes, 7);
+    charged_ = bytes;
 }
 
 Instance::~Instance() { account_.shrink(charged_); }

@@ -80,8 +80,9 @@ std::shared_ptr<Unit> Machine::unitFor(std::string_view source) {
         const auto oldest =
             std::min_element(kept_.begin(), kept_.end(),
                              [](const Kept& a, const Kept& b) { return a.used < b.used; });
-        retire(std::move(oldest->unit));
-        kept_.erase(oldest);
+        const auto gone = std::move(oldest->unit);
+        kept_.erase(oldest); // what comes may go over the budget
+        retire(gone);
     }
     kept_.push_back({unit, uses_});
     return unit;

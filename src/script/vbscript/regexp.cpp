@@ -137,7 +137,10 @@ void RegExp::compile() {
     if (!code_) throw Fault(faultOf(error));
     data_.reset(pcre2_match_data_create_from_pattern(code_.get(), nullptr));
     context_.reset(pcre2_match_context_create(nullptr));
-    if (!data_ || !context_) throw Fault(7);
+    if (!data_ || !context_) {
+        code_.reset();
+        throw Fault(7);
+    }
     pcre2_set_match_limit(context_.get(), mostSteps);
     pcre2_set_heap_limit(context_.get(), mostHeapKib);
     pcre2_pattern_info(code_.get(), PCRE2_INFO_CAPTURECOUNT, &groups_);

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <memory>
 #include <new>
 
 namespace vbscript {
@@ -19,18 +20,37 @@ constexpr int freeDepth = 50;
 thread_local int freeing = 0;
 thread_local std::vector<Value>* waiting = nullptr;
 
+/// A charge to the current account that goes back unless what it is for gets made.
+class Charge {
+  public:
+    Charge(std::size_t bytes, int tooBig) : bytes_(bytes) { account_.take(bytes, tooBig); }
+    ~Charge() {
+        if (open_) account_.giveBack(bytes_);
+    }
+    Charge(const Charge&) = delete;
+    Charge& operator=(const Charge&) = delete;
+    Memory* settle() {
+        open_ = false;
+        return &account_;
+    }
+
+  private:
+    Memory& account_ = Memory::current();
+    std::size_t bytes_;
+    bool open_ = true;
+};
+
 } // namespace
 
 StringData* StringData::make(std::size_t length, std::size_t capacity) {
     if (capacity > 0x7FFFFFF0U) throw Fault(14);
     const std::size_t bytes = sizeof(StringData) + capacity * sizeof(char16_t);
-    Memory& account = Memory::current();
-    account.take(bytes, 14);
+    Charge charge(bytes, 14);
     auto* s = static_cast<StringData*>(::operator new(bytes));
     s->refs = 0;
     s->length = static_cast<std::uint32_t>(length);
     s->capacity = static_cast<std::uint32_t>(capacity);
-    s->account = &account;
+    s->account = charge.settle();
     return s;
 }
 
@@ -50,23 +70,22 @@ std::size_t ArrayData::bytesFor(const std::vector<std::uint32_t>& extents) {
 
 ArrayData* ArrayData::make(std::vector<std::uint32_t> extents, bool fixed) {
     const std::size_t bytes = bytesFor(extents);
-    Memory& account = Memory::current();
-    account.take(bytes, 7);
-    auto* a = new ArrayData;
+    Charge charge(bytes, 7);
+    auto a = std::make_unique<ArrayData>();
     a->fixed = fixed;
-    a->account = &account;
     a->items.resize((bytes - sizeof(ArrayData)) / sizeof(Value));
     a->extents = std::move(extents);
-    return a;
+    a->account = charge.settle();
+    return a.release();
 }
 
 ArrayData* ArrayData::copyOf(const ArrayData& from) {
-    ArrayData* a = make(from.extents, from.fixed);
+    std::unique_ptr<ArrayData, void (*)(ArrayData*)> a(make(from.extents, from.fixed), free);
     a->items = from.items;
     for (auto& v : a->items) {
         if (v.is(Type::Array) && v.a->locks != 0) makeUnique(v);
     }
-    return a;
+    return a.release();
 }
 
 void ArrayData::free(ArrayData* a) {
@@ -81,10 +100,19 @@ void ArrayData::resizeLast(std::uint32_t extent) {
     changed.back() = extent;
     const std::size_t before = bytesFor(extents);
     const std::size_t after = bytesFor(changed);
-    if (after > before) account->grow(after - before, 7);
+    const std::size_t count = (after - sizeof(ArrayData)) / sizeof(Value);
     // What goes may run code that looks at this array: it goes when the array is whole again.
     std::vector<Value> gone;
-    const std::size_t count = (after - sizeof(ArrayData)) / sizeof(Value);
+    if (count < items.size()) gone.reserve(items.size() - count);
+    if (after > before) {
+        account->grow(after - before, 7);
+        try {
+            items.resize(count);
+        } catch (...) {
+            account->shrink(after - before);
+            throw;
+        }
+    }
     for (std::size_t k = count; k < items.size(); ++k)
         gone.push_back(std::move(items[k]));
     items.resize(count);
@@ -186,9 +214,12 @@ void Value::drop() noexcept {
         return;
     }
     if (freeing >= freeDepth && waiting) {
-        waiting->emplace_back();
-        waiting->back().swap(*this); // still one share: freed by the loop below
-        return;
+        try {
+            waiting->emplace_back();
+            waiting->back().swap(*this); // still one share: freed by the loop below
+            return;
+        } catch (const std::bad_alloc&) { // then by recursion
+        }
     }
     std::vector<Value> later;
     const bool outermost = !waiting;
