@@ -46,6 +46,7 @@ inline constexpr AjusteNumerico kHonduraDelGuion{"Guion_Llamadas_Anidadas_Maximo
                                                  10'000};
 inline constexpr AjusteNumerico kMemoriaDelGuion{"Guion_Memoria_Maxima_KiB", 65'536, 256,
                                                  1'048'576};
+inline constexpr AjusteNumerico kPasosDelGuion{"Guion_Pasos_Maximos", 0, 0, 1e12};
 inline constexpr AjusteNumerico kReintentoDelGuion{"Guion_Reintento_Segundos", 60, 1, 86'400};
 inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escrituras_Milisegundos",
                                                      5000, 100, 3'600'000};
