@@ -29,8 +29,9 @@ inline constexpr AjusteNumerico kBaseSolicitarConexiones{
     "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000};
 inline constexpr AjusteNumerico kIntervalosConectando{"Cantidad_Intervalos_En_Estado_Conectando", 3,
                                                       0, 1'000'000};
+// The last attempt in a row is closed at once: with a single one no link would ever come up.
 inline constexpr AjusteNumerico kIntervalosDeConectar{"Cantidad_Intervalos_De_Conectar_Seguidos", 5,
-                                                      0, 1'000'000};
+                                                      2, 1'000'000};
 inline constexpr AjusteNumerico kIntervalosFuera{
     "Luego_De_Intentar_Conectar_Cuantos_Intervalos_Tiempo_Fuera", 3, 0, 1'000'000};
 inline constexpr AjusteNumerico kBaseKeepAlive{"BaseTiempoMilisegundos_KeepALive", 5000, 10,

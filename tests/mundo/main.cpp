@@ -53,8 +53,9 @@ void contarFallo(const Plan& plan, const Resultado& r, const std::vector<Suceso>
     std::vector<Suceso> corta = historia;
     if (o.reducir) {
         vigilar(plan.semilla, 20 * o.cuelgueSegundos);
-        corta = reducir(historia, [&plan](const std::vector<Suceso>& parte) {
-            return !vivir(plan, parte).fallo.empty();
+        const auto regla = [](const Resultado& x) { return x.fallo.substr(0, x.fallo.find(" (")); };
+        corta = reducir(historia, [&](const std::vector<Suceso>& parte) {
+            return regla(vivir(plan, parte)) == regla(r);
         });
     }
     std::printf("  shortest history found, %zu of %zu events: %s\n", corta.size(), historia.size(),

@@ -38,7 +38,8 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
         nueva(n, s, t);
     s.ultima = t;
     s.pausaAlEnviarMs = pausa;
-    s.envioUs = c_.ahoraUs();
+    s.envioUs = s.desdeUs = c_.ahoraUs();
+    s.visto = c.turno;
     s.enVuelo = true;
 }
 
