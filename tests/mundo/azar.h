@@ -8,7 +8,11 @@ namespace kv::mundo {
 /// floating point.
 class Azar {
   public:
-    explicit Azar(std::uint64_t semilla) : estado_(semilla) {}
+    /// Neighbouring seeds give streams that have nothing to do with each other.
+    explicit Azar(std::uint64_t semilla) : estado_(semilla) {
+        estado_ = siguiente();
+        estado_ = siguiente();
+    }
     std::uint64_t siguiente() {
         std::uint64_t z = estado_ += 0x9E3779B97F4A7C15U;
         z = (z ^ z >> 30) * 0xBF58476D1CE4E5B9U;

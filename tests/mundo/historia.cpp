@@ -129,7 +129,7 @@ class Dibujante {
 } // namespace
 
 std::vector<Suceso> historiaDe(const Plan& plan) {
-    Azar azar(plan.semilla * 0x9E3779B97F4A7C15U + 77);
+    Azar azar(plan.semilla ^ 0x5851F42D4C957F2DU);
     Dibujante dibujante(plan, azar);
     const std::int64_t cuantos = plan.duracionMs * plan.faltasPorHora / 3'600'000;
     std::vector<Suceso> historia;

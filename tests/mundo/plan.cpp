@@ -145,7 +145,7 @@ std::string texto(const Plan& plan, Levantador& levantador,
 } // namespace
 
 Plan::Plan(std::uint64_t s) : semilla(s) {
-    Azar azar(s * 0x2545F4914F6CDD1DU + 1);
+    Azar azar(s);
     const Tamano t = tamano(azar);
     duracionMs = t.duracionMs;
     faltasPorHora = static_cast<int>(azar.entre(130, 220));

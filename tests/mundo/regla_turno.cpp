@@ -51,8 +51,15 @@ void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
               "a request is repeated after its time-out", n);
     ++s.envios;
     const int reintentos = c_.lineas[n]->plan().reintentos;
-    c_.exigir(s.envios <= (deEscritura ? 2 * reintentos + 2 : reintentos + 1),
+    if (deEscritura) {
+        c_.exigir(s.envios <= 2 * reintentos + 2, "a write is repeated so often as allowed", n);
+        return;
+    }
+    // Counted by the block, which begins anew when it is switched off and on.
+    const double suyos = c_.motor.tablas.bloques[c_.conexion(n).bloqueEnCurso].reintentos;
+    c_.exigir((suyos == s.reintentos + 1 || suyos == 1) && suyos <= reintentos,
               "a request is repeated so often as allowed", n);
+    s.reintentos = suyos;
 }
 
 void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
@@ -60,6 +67,7 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
         c_.exigir(c_.ahoraUs() - s.finUs >= us(s.pausaMs), "never sooner than the pause", n);
     s.envios = 1;
     s.bloque = t[0] == 0x52 ? c_.conexion(n).bloqueEnCurso : kNinguno;
+    s.reintentos = s.bloque != kNinguno ? c_.motor.tablas.bloques[s.bloque].reintentos : 0;
     turnos(n, s, t);
 }
 
@@ -76,7 +84,7 @@ void ReglaDeTurno::turnos(std::size_t n, Seguida& s, const Solicitud& t) {
         alguno = alguno || espera;
         if (!espera) {
             esperas_[i] = 0;
-        } else if (t[0] == 0x52) {
+        } else if (t[0] == 0x52 && t != s.ultima) { // without a pause repetitions come by here
             c_.exigir(++esperas_[i] <= 2 * c.bloques.size() + 3, "every due block has its turn", i);
         }
     }
