@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::uint32_t kPuerto = 1334;
 constexpr std::int64_t kEntreIntentosUs = 4'000'000;
-constexpr std::int64_t kEnCaminoUs = 2000; // what was said so short ago may not have come yet
+constexpr std::int64_t kTrasColaUs = 3'000'000; // what waited for long comes in its time
+constexpr std::int64_t kEnCaminoUs = 2000;      // what was said so short ago may not have come yet
 
 } // namespace
 
@@ -128,9 +129,11 @@ void Cliente::atender(const cliente::Mensaje& m) {
 
 void Cliente::comparar() {
     const Zocalo& zocalo = c_.motor.servidor.zocalo();
-    if (!sincronizado_ || !conectado_ || noLeeHastaUs_ > 0 || zocalo.enCola() > 0 ||
-        zocalo.estado() != EstadoZocalo::Conectado || !c_.bucle.red().vivo(enlace_) ||
-        c_.ahoraUs() - valores_.ultimoAvisoUs() < kEnCaminoUs || desaparecido_)
+    if (zocalo.enCola() > 0) ultimaColaUs_ = c_.ahoraUs();
+    if (!sincronizado_ || !conectado_ || noLeeHastaUs_ > 0 ||
+        c_.ahoraUs() - ultimaColaUs_ < kTrasColaUs || zocalo.estado() != EstadoZocalo::Conectado ||
+        !c_.bucle.red().vivo(enlace_) || c_.ahoraUs() - valores_.ultimoAvisoUs() < kEnCaminoUs ||
+        desaparecido_)
         return;
     const Tablas& t = c_.motor.tablas;
     for (std::size_t i = 0; i < std::min(tabla_.size(), t.bloques.limiteSuperior()); ++i) {

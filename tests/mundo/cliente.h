@@ -50,7 +50,7 @@ class Cliente final : public ExtremoSimulado {
     IdEnlace enlace_ = 0;
     bool quiere_ = false, conectado_ = false, logueado_ = false, sincronizado_ = false;
     bool desaparecido_ = false; ///< its link is half-open
-    std::int64_t proximoIntentoUs_ = 0, ignoraHastaUs_ = 0, noLeeHastaUs_ = 0;
+    std::int64_t proximoIntentoUs_ = 0, ignoraHastaUs_ = 0, noLeeHastaUs_ = 0, ultimaColaUs_ = 0;
     struct Sabido {
         std::string valor, estado;
     };

@@ -6,7 +6,7 @@ namespace kv::mundo {
 namespace {
 
 constexpr std::int64_t kSinEnlaceUs = 12'000'000; // two passes of the supervision and some
-constexpr std::size_t kTablaMaxima = 1000 + 10; // finished records that are kept, and spares
+constexpr std::size_t kTablaMaxima = 1000 + 10;   // finished records that are kept, and spares
 
 std::uint64_t clave(std::size_t conexion, std::uint8_t estacion, std::uint8_t registro) {
     return std::uint64_t{conexion} << 16 | std::uint64_t{estacion} << 8 | registro;
@@ -121,6 +121,7 @@ void ReglaDeEscrituras::barrer() {
     }
     c_.exigir(enEspera == c_.motor.ejecucion.enEspera(), "the writes that wait are counted",
               enEspera);
+    masEnEspera_ = std::max(masEnEspera_, enEspera);
     c_.exigir(t.escrituras.limiteSuperior() <= kTablaMaxima + masEnEspera_,
               "the write table is bounded", t.escrituras.limiteSuperior());
 }

@@ -60,7 +60,7 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
     std::unordered_map<std::uint64_t, Escritor> escritores_;
     std::unordered_map<std::string, Escritor*> porDireccion_;
     std::array<std::vector<Escritor*>, 5> porFuente_;
-    std::size_t masEnEspera_ = 0; ///< writes that ever waited at the same time
+    std::size_t masEnEspera_ = 0;           ///< writes that ever waited at the same time
     std::vector<std::int64_t> sinEnlaceUs_; ///< by connection: writes wait and there is no link
 };
 

@@ -84,7 +84,8 @@ void ReglaDeTurno::turnos(std::size_t n, Seguida& s, const Solicitud& t) {
         alguno = alguno || espera;
         if (!espera) {
             esperas_[i] = 0;
-        } else if (t[0] == 0x52 && t != s.ultima) { // without a pause repetitions come by here
+        } else if (t[0] == 0x52 && t != s.ultima && !c.escribiendo) {
+            // Without a pause repetitions and read-backs come by here too.
             c_.exigir(++esperas_[i] <= 2 * c.bloques.size() + 3, "every due block has its turn", i);
         }
     }

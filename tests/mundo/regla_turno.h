@@ -34,7 +34,7 @@ class ReglaDeTurno {
         int envios = 0;             ///< of this transaction
         std::int64_t finUs = 0;     ///< of the last transaction
         double pausaMs = 0;         ///< that followed it
-        double reintentos = 0; ///< of the block being read, when last seen
+        double reintentos = 0;      ///< of the block being read, when last seen
         Indice bloque = kNinguno;   ///< being read
         std::int64_t ociosaUs = -1; ///< free with work to do since then
         int escrituras = 0;         ///< in a row while a read was due

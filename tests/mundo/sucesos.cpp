@@ -159,9 +159,8 @@ void Mundo::enMaquina(const Suceso& s) {
         // The budgets stand first and stay: without them a script would hold up the world for ever.
         // A line stays whole: with half a number the driver would listen on another port.
         const std::size_t mitad = s.c % 2 == 0 ? 0 : texto.size() / 2;
-        return archivos_.poner(
-            kAjustes, texto.substr(0, std::max(texto.find("Tiempo_Entre_poleo"),
-                                               texto.rfind('\n', mitad) + 1)));
+        return archivos_.poner(kAjustes, texto.substr(0, std::max(texto.find("Tiempo_Entre_poleo"),
+                                                                  texto.rfind('\n', mitad) + 1)));
     }
     case Que::Reloj:
         return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
