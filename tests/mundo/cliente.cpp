@@ -41,6 +41,7 @@ void Cliente::desaparecer() {
 void Cliente::noLeer(std::size_t bytes, std::int64_t hastaUs) {
     c_.bucle.red().fijarVentana(enlace_, bytes);
     noLeeHastaUs_ = hastaUs;
+    leeTodo_ = false;
 }
 
 void Cliente::sanar() {
@@ -61,6 +62,8 @@ void Cliente::paso() {
     if (enlace_ != 0 && !c_.bucle.red().vivo(enlace_)) enlace_ = 0, conectado_ = false;
     if (enlace_ == 0) {
         logueado_ = sincronizado_ = desaparecido_ = false;
+        leeTodo_ = true;
+        avisosDeVida_ = 0;
         lector_ = cliente::Lector({});
         tabla_.clear();
         enlace_ = c_.bucle.red().conectarCliente(kPuerto, *this, remoto_);
@@ -89,6 +92,8 @@ void Cliente::alConectar(IdEnlace enlace) {
 
 void Cliente::alCortarse(IdEnlace enlace) {
     if (enlace != enlace_) return;
+    // Twice unanswered is never enough, and it reads and answers: nobody else's silence is its own.
+    if (logueado_ && leeTodo_) c_.exigir(avisosDeVida_ >= 3, "a client that answers is kept", 0);
     conectado_ = logueado_ = sincronizado_ = false;
     enlace_ = 0;
 }
@@ -109,6 +114,7 @@ void Cliente::atender(const cliente::Mensaje& m) {
         enviar(kSincronizar);
         break;
     case Tipo::KeepAlive:
+        ++avisosDeVida_;
         if (c_.ahoraUs() >= ignoraHastaUs_) enviar(kKeepAliveDelDriver);
         break;
     case Tipo::FinDeSincronismo:
@@ -154,7 +160,7 @@ std::string groseria(std::uint32_t cual, std::uint32_t semilla) {
     case 1:
         return "[Write]9.9.9;1[/Write][Write]9.9.9;1[/Write][/Write][Write]";
     case 2:
-        return "Read;;FinRead;Read;1.1;FinRead;FinRead;Read;";
+        return "Read;FinRead;Read;;FinRead;Read;1.1;FinRead;FinRead;Read;";
     case 3:
         return "[FORZNIV]9999;1[/FORZNIV][FORZNIV]-1;1[/FORZNIV][FORZNIV]1;-7[/FORZNIV]";
     case 4:
@@ -166,7 +172,7 @@ std::string groseria(std::uint32_t cual, std::uint32_t semilla) {
     case 7:
         return "[KEEP_DESDE_SERVIDOR][KEEP_DESDE_SERVIDOR]sincronizarSINCRONIZAR";
     case 8: // a password whose units have no length
-        return std::string(20, '5') + "1" + "3" + std::string(40, '0');
+        return std::string(20, '5') + "1" + "3" + "1111" + std::string(40, '0');
     case 9:
         for (std::int64_t n = azar.entre(1, 300); n > 0; --n)
             s += static_cast<char>('0' + azar.entre(0, 9));

@@ -50,6 +50,8 @@ class Cliente final : public ExtremoSimulado {
     IdEnlace enlace_ = 0;
     bool quiere_ = false, conectado_ = false, logueado_ = false, sincronizado_ = false;
     bool desaparecido_ = false; ///< its link is half-open
+    bool leeTodo_ = true;       ///< it never left anything unread on this link
+    int avisosDeVida_ = 0;      ///< keep-alives of the driver on this link
     std::int64_t proximoIntentoUs_ = 0, ignoraHastaUs_ = 0, noLeeHastaUs_ = 0, ultimaColaUs_ = 0;
     struct Sabido {
         std::string valor, estado;

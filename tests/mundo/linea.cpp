@@ -129,6 +129,12 @@ void Linea::mirarPasar(std::span<const std::uint8_t> bytes) {
     }
 }
 
+bool Linea::respondio(std::uint8_t estacion, std::uint8_t direccion, std::int16_t valor) {
+    if (plan_.clase == Clase::ConBasura) return vistos_.test(static_cast<std::uint16_t>(valor));
+    const auto& enviados = registro(estacion, direccion).enviados;
+    return std::find(enviados.begin(), enviados.end(), valor) != enviados.end();
+}
+
 bool Linea::pudoLlegar(std::uint8_t estacion, std::uint8_t direccion, std::int16_t valor) {
     if (plan_.clase == Clase::ConBasura) return vistos_.test(static_cast<std::uint16_t>(valor));
     auto& enviados = registro(estacion, direccion).enviados;

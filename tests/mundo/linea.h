@@ -47,6 +47,9 @@ class Linea final : public ExtremoSimulado {
     [[nodiscard]] bool pudoLlegar(std::uint8_t estacion, std::uint8_t direccion,
                                   std::int16_t valor);
 
+    /// Whether an answer with that value left on this link, as far back as is remembered.
+    [[nodiscard]] bool respondio(std::uint8_t estacion, std::uint8_t direccion, std::int16_t valor);
+
     // Faults. `cuantas` requests from now on are concerned.
     void demorar(std::uint32_t cuantas, std::int64_t us) {
         demorarProximas_ = cuantas, extraUs_ = us;

@@ -76,6 +76,11 @@ void ReglaDeEscrituras::alEnviar(std::size_t n, const Solicitud& t) {
 }
 
 void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin) {
+    if (fin == FinDeEscritura::Confirmada)
+        c_.exigir(c_.lineas[b.idConexion]->respondio(
+                      b.tramaSolicitud[1], b.tramaSolicitud[3],
+                      static_cast<std::int16_t>(static_cast<int>(b.valores[0]))),
+                  "what is confirmed was answered", b.idConexion);
     masEnEspera_ = std::max(masEnEspera_, c_.motor.ejecucion.enEspera() + 1);
     Escritor* e = buscar(b.idConexion, b.tramaSolicitud[1], b.tramaSolicitud[3]);
     if (e != nullptr) {
