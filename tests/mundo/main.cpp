@@ -103,6 +103,7 @@ int correr(const Opciones& o) {
         todo.comprobadas += r.comprobadas;
         todo.intercambios += r.intercambios;
         peorCalma = std::max(peorCalma, r.calmaMs);
+        if (o.primera && fallos > 0) break;
         if (o.horas > 0 && static_cast<double>(todo.simuladoMs) >= o.horas * 3.6e6) break;
         if (o.cpuSegundos > 0 && cpu() - desde >= o.cpuSegundos) break;
     }
@@ -128,7 +129,7 @@ int main(int argc, char** argv) {
     const auto opciones = kv::mundo::leerOpciones(argc, argv);
     if (!opciones) {
         std::printf("mundo [--semillas A-B] [--horas N] [--cpu SECONDS] [--cuelgue SECONDS]\n"
-                    "      [--solo EVENT,EVENT,... | -] [--sin-reducir] [--detalle]\n");
+                    "      [--solo EVENT,EVENT,... | -] [--sin-reducir] [--primera] [--detalle]\n");
         return 2;
     }
     for (const int senal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGPROF})

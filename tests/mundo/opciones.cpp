@@ -46,6 +46,10 @@ std::optional<Opciones> leerOpciones(int cuantos, const char* const* argumentos)
             o.reducir = false;
             continue;
         }
+        if (nombre == "--primera") {
+            o.primera = true;
+            continue;
+        }
         if (nombre == "--detalle") {
             o.detalle = true;
             continue;
