@@ -12,7 +12,7 @@ struct Opciones {
     double cpuSegundos = 0;                         ///< 0: no limit
     double cuelgueSegundos = 60;                    ///< of one seed, then it is said to hang
     bool reducir = true;
-    bool primera = false; ///< end with the first seed that breaks a rule
+    bool primera = false;                           ///< end with the first seed that breaks a rule
     bool detalle = false;                           ///< print every seed
     std::optional<std::vector<std::uint32_t>> solo; ///< play only these events
 };
