@@ -14,7 +14,7 @@ constexpr std::array kAjustesNumericos = {
     kTiempoEntrePoleo,  kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
     kIntervalosFuera,   kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
     kPuertoEscucha,     kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
-    kReintentoDelGuion, kReclamoDeEscrituras};
+    kPasosDelGuion,     kReintentoDelGuion,      kReclamoDeEscrituras};
 
 constexpr std::size_t kMaximoDeCopias = 8;
 

@@ -29,8 +29,9 @@ inline constexpr AjusteNumerico kBaseSolicitarConexiones{
     "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000};
 inline constexpr AjusteNumerico kIntervalosConectando{"Cantidad_Intervalos_En_Estado_Conectando", 3,
                                                       0, 1'000'000};
+// The last attempt in a row is closed at once: with a single one no link would ever come up.
 inline constexpr AjusteNumerico kIntervalosDeConectar{"Cantidad_Intervalos_De_Conectar_Seguidos", 5,
-                                                      0, 1'000'000};
+                                                      2, 1'000'000};
 inline constexpr AjusteNumerico kIntervalosFuera{
     "Luego_De_Intentar_Conectar_Cuantos_Intervalos_Tiempo_Fuera", 3, 0, 1'000'000};
 inline constexpr AjusteNumerico kBaseKeepAlive{"BaseTiempoMilisegundos_KeepALive", 5000, 10,
@@ -46,6 +47,7 @@ inline constexpr AjusteNumerico kHonduraDelGuion{"Guion_Llamadas_Anidadas_Maximo
                                                  10'000};
 inline constexpr AjusteNumerico kMemoriaDelGuion{"Guion_Memoria_Maxima_KiB", 65'536, 256,
                                                  1'048'576};
+inline constexpr AjusteNumerico kPasosDelGuion{"Guion_Pasos_Maximos", 0, 0, 1e12};
 inline constexpr AjusteNumerico kReintentoDelGuion{"Guion_Reintento_Segundos", 60, 1, 86'400};
 inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escrituras_Milisegundos",
                                                      5000, 100, 3'600'000};

@@ -28,8 +28,17 @@ void Turnos::agregarConexion() {
 }
 
 bool Turnos::conectada(Indice conexion) const {
-    return conexion < zocalos_.size() && zocalos_[conexion] != nullptr &&
-           zocalos_[conexion]->estado() == EstadoZocalo::Conectado;
+    if (conexion >= zocalos_.size() || zocalos_[conexion] == nullptr) return false;
+    const ConexionIP& c = tablas_.conexiones[conexion];
+    const Zocalo& z = *zocalos_[conexion];
+    return z.estado() == EstadoZocalo::Conectado && c.estadoSupervision == 1 &&
+           c.enlaceSupervisado == z.conexiones();
+}
+
+int Turnos::temporizadoresEncendidos(Indice conexion) const {
+    const Companeros& timers = companeros_[conexion];
+    return (timers.Timer_TimerPorIPPuerto->habilitado() ? 1 : 0) +
+           (timers.Timer_IntervaloEntrePoleo->habilitado() ? 1 : 0);
 }
 
 bool Turnos::libre(Indice conexion) const {

@@ -39,6 +39,8 @@ class Turnos {
     void fijarPausa(double ms) { pausaMs_ = ms; }
     [[nodiscard]] double pausa() const { return pausaMs_; }
 
+    /// The link is up and the supervision has found it so. What came up since its last pass is not
+    /// used yet: that pass begins the link anew, and would forget a request that is out on it.
     [[nodiscard]] bool conectada(Indice conexion) const;
     /// Connected and nothing outstanding.
     [[nodiscard]] bool libre(Indice conexion) const;
@@ -78,6 +80,9 @@ class Turnos {
     void terminarPausaCumplida(Indice conexion);
 
     static void vaciarRecepcion(ConexionIP& c);
+
+    /// How many of the connection's two timers run, for whoever checks the rule.
+    [[nodiscard]] int temporizadoresEncendidos(Indice conexion) const;
 
   private:
     struct Companeros {

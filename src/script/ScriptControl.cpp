@@ -76,7 +76,8 @@ void ScriptControl::agregarLabel() {
 void ScriptControl::fijarPresupuesto(const PresupuestoDelGuion& presupuesto) {
     motor_.setLimits({static_cast<std::int64_t>(presupuesto.tiempoMs),
                       static_cast<int>(presupuesto.llamadasAnidadas),
-                      static_cast<std::size_t>(presupuesto.memoriaKiB) * 1024});
+                      static_cast<std::size_t>(presupuesto.memoriaKiB) * 1024,
+                      static_cast<std::int64_t>(presupuesto.pasos)});
 }
 
 std::optional<double> ScriptControl::valorDe(std::string_view nombre) {

@@ -27,6 +27,7 @@ struct PresupuestoDelGuion {
     double tiempoMs;
     double llamadasAnidadas;
     double memoriaKiB;
+    double pasos = 0; ///< 0: as many as the time allows
 };
 
 /// The script host of the driver: one module of the script language in which the published

@@ -176,6 +176,22 @@ TEST_F(Atrasadas, UnaQueEmpiezaATardarTrasMuchasQueNoContestaron) {
     EXPECT_EQ(enOtroLugar, 0);
 }
 
+TEST_F(Atrasadas, UnEnlaceQueSePierdeYVuelveEntreDosSupervisiones) {
+    // The other address never answers, so that connections are asked for all the time.
+    auto& p = plantaDe(dosRegistros().estacion(3, "10.0.0.2", 3));
+    p.ajuste("Base_Tiempo_Solicitar_Conexiones_Milisegundos", "100");
+    auto& plc = p.en("10.0.0.1");
+    plc.demora = [](const Solicitud&) { return 1500.0; };
+    p.arrancarYConectar();
+    for (int vez = 0; vez < 40; ++vez) {
+        plc.cortar();
+        p.avanzar(5000 + vez * 130);
+        p.motor.forzado.forzarPoleo("1.1.10");
+    }
+    EXPECT_GT(plc.conexiones, 30);
+    EXPECT_EQ(enOtroLugar, 0) << "the pass of the supervision forgets no request that is out";
+}
+
 TEST(RespuestasDebidas, UnEnlaceSanoNoEsperaNunca) {
     RespuestasDebidas d;
     std::int64_t ahora = 0;

@@ -104,6 +104,21 @@ TEST_F(ConGuion, UnoQueNoTerminaSeDetieneYSeReintentaALosSesentaSegundos) {
     EXPECT_EQ(color(), Color::Verde);
 }
 
+TEST_F(ConGuion, UnoQueNoTerminaSeDetieneALosTantosPasosAunqueElRelojNoCorra) {
+    p.ajuste("Guion_Pasos_Maximos", "20000");
+    arrancar("antes = 1\r\nDo\r\n  vueltas = vueltas + 1\r\nLoop\r\n");
+    EXPECT_EQ(color(), Color::Rojo);
+    const auto vueltas = global("vueltas");
+    ASSERT_TRUE(vueltas && *vueltas > 100);
+    EXPECT_TRUE(p.ok(0)) << "polling goes on";
+    p.archivos.poner(kGuion, "vueltas = 0\r\nDo\r\n  vueltas = vueltas + 1\r\nLoop\r\n");
+    p.avanzar(2000);
+    EXPECT_NEAR(*global("vueltas"), *vueltas, 500) << "the same number of steps every time";
+    p.archivos.poner(kGuion, "antes = 2");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Verde);
+}
+
 TEST_F(ConGuion, ElIdiomaEsUnAjuste) {
     arrancar("t = CStr(1.5)\r\nMsgBox \"aviso\"\r\n"
              "If t = \"1,5\" Then largo = 3 Else largo = 4\r\n");

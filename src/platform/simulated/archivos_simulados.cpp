@@ -30,13 +30,13 @@ std::optional<std::string> ArchivosSimulados::leer(const std::string& ruta, std:
 }
 
 bool ArchivosSimulados::reemplazar(const std::string& ruta, std::string_view contenido) {
-    if (niegaEscrituras_) return false;
+    if (niega(ruta)) return false;
     poner(ruta, std::string(contenido));
     return true;
 }
 
 bool ArchivosSimulados::agregar(const std::string& ruta, std::string_view lineas) {
-    if (niegaEscrituras_) return false;
+    if (niega(ruta)) return false;
     Archivo& a = archivos_[clave(ruta)];
     if (!a.contenido.empty() && a.contenido.back() != '\n') a.contenido += "\r\n";
     a.contenido += lineas;
@@ -45,7 +45,7 @@ bool ArchivosSimulados::agregar(const std::string& ruta, std::string_view lineas
 }
 
 bool ArchivosSimulados::crearCarpeta(const std::string& ruta) {
-    if (niegaEscrituras_) return false;
+    if (niega(ruta)) return false;
     carpetas_.insert(clave(ruta));
     return true;
 }
@@ -55,6 +55,15 @@ void ArchivosSimulados::poner(const std::string& ruta, std::string contenido) {
 }
 
 void ArchivosSimulados::borrar(const std::string& ruta) { archivos_.erase(clave(ruta)); }
+
+std::vector<std::string> ArchivosSimulados::en(std::string_view carpeta) const {
+    std::vector<std::string> rutas;
+    const std::string prefijo = clave(carpeta);
+    for (auto a = archivos_.lower_bound(prefijo);
+         a != archivos_.end() && a->first.starts_with(prefijo); ++a)
+        rutas.push_back(a->first);
+    return rutas;
+}
 
 std::string ArchivosSimulados::contenido(const std::string& ruta) {
     const auto a = archivos_.find(clave(ruta));

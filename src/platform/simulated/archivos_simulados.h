@@ -5,6 +5,9 @@
 
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace kv {
 
@@ -23,7 +26,11 @@ class ArchivosSimulados final : public Archivos {
     void poner(const std::string& ruta, std::string contenido);
     void borrar(const std::string& ruta);
     /// Every write fails from now on: a full or a read-only disk.
-    void negarEscrituras(bool negar) { niegaEscrituras_ = negar; }
+    void negarEscrituras(bool negar) { negado_ = negar ? "/" : ""; }
+    /// The same for what lies in one folder; empty: nowhere.
+    void negarEscriturasEn(std::string_view carpeta) { negado_ = clave(carpeta); }
+    /// The paths of the files in a folder and below, in lower case.
+    [[nodiscard]] std::vector<std::string> en(std::string_view carpeta) const;
     [[nodiscard]] std::string contenido(const std::string& ruta);
     /// How often a file was opened or looked at, for tests of what a tick costs.
     [[nodiscard]] std::size_t lecturas() const { return lecturas_; }
@@ -39,7 +46,10 @@ class ArchivosSimulados final : public Archivos {
     std::set<std::string> carpetas_;
     std::int64_t version_ = 0;
     std::size_t lecturas_ = 0;
-    bool niegaEscrituras_ = false;
+    [[nodiscard]] bool niega(const std::string& ruta) const {
+        return !negado_.empty() && clave(ruta).starts_with(negado_);
+    }
+    std::string negado_; ///< where no write succeeds
 };
 
 /// Processes as a test wants them.

@@ -25,7 +25,7 @@ class RelojSimulado final : public Reloj {
 
 /// The loop on a virtual clock. It stops at every due time in due order, arrivals before timers at
 /// the same instant, exactly as the real one after a stall.
-class BucleSimulado final : public Bucle {
+class BucleSimulado : public Bucle {
   public:
     BucleSimulado();
 

@@ -151,6 +151,7 @@ int budgetNumber(BudgetKind kind) {
     case BudgetKind::Memory:
         return 7;
     case BudgetKind::Time:
+    case BudgetKind::Steps:
         break;
     }
     return 17; // there is no classic number: the classic host asked its user
@@ -162,6 +163,8 @@ std::string_view budgetText(BudgetKind kind) {
         return "Out of stack space";
     case BudgetKind::Memory:
         return "Out of memory";
+    case BudgetKind::Steps:
+        return "The script took more steps than its budget";
     case BudgetKind::Time:
         break;
     }

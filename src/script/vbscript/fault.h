@@ -27,7 +27,7 @@ struct CompileFault {
     std::string description; ///< Empty: the classic text of the number.
 };
 
-enum class BudgetKind { Time, Depth, Memory };
+enum class BudgetKind { Time, Steps, Depth, Memory };
 
 /// A budget is used up: no handler of the script sees this one.
 struct BudgetFault {

@@ -43,6 +43,7 @@ Machine::Run::Run(Machine& m) : machine_(m) {
     if (m.depthOfRuns_++ > 0) return;
     m.started_ = m.world.monotonicMs();
     m.ticks_ = stepsPerLook;
+    m.steps_ = 0;
     m.pending_.reset();
     m.pendingBudget_.reset();
 }
@@ -59,7 +60,12 @@ void Machine::checkTime() {
         const BudgetFault f = *pendingBudget_;
         throw f;
     }
+    steps_ += stepsPerLook - ticks_ + 1; // long work looks without a step in between
     ticks_ = stepsPerLook;
+    if (limits_.maxSteps > 0 && steps_ > limits_.maxSteps) {
+        ticks_ = 0;
+        throw BudgetFault(BudgetKind::Steps);
+    }
     if (world.monotonicMs() - started_ > limits_.maxMilliseconds) {
         ticks_ = 0;
         throw BudgetFault(BudgetKind::Time);

@@ -155,6 +155,7 @@ class Machine : public Runtime {
     int depthOfRuns_ = 0;
     bool closing_ = false;
     std::int64_t started_ = 0;
+    std::int64_t steps_ = 0; ///< of the present run, up to the last look at the clock
     std::vector<std::shared_ptr<Unit>> retired_; ///< Replaced, but a frame may still be in it.
     std::size_t retiredBytes_ = 0;
     std::unique_ptr<Fault> pending_; ///< From Class_Terminate.

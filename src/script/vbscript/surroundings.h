@@ -17,11 +17,14 @@ struct ScriptError {
     bool budget = false; ///< Stopped by a budget: trying again at once would end the same.
 };
 
-/// What a run may use. Depth counts calls of procedures; bytes what all values hold together.
+/// What a run may use. Depth counts calls of procedures; bytes what all values hold together. Steps
+/// stop a run at the same place every time, whatever the clock does; they are counted where the
+/// clock is looked at, about every thousand, and 0 sets no limit.
 struct Limits {
     std::int64_t maxMilliseconds = 10000;
     int maxDepth = 2000;
     std::size_t maxBytes = std::size_t{64} << 20;
+    std::int64_t maxSteps = 0;
 };
 
 struct LocalTime {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/simulated/bucle_simulado.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace kv::mundo {
+
+/// Hears of every request at the moment in which the driver sends it, before anything else can
+/// happen.
+class AlEnviar {
+  public:
+    virtual ~AlEnviar() = default;
+    virtual void alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) = 0;
+};
+
+/// A socket that passes everything on and tells what is sent.
+class ZocaloEspia final : public Zocalo {
+  public:
+    ZocaloEspia(std::unique_ptr<Zocalo> real, std::size_t indice, AlEnviar*& oidor)
+        : real_(std::move(real)), indice_(indice), oidor_(oidor) {}
+    [[nodiscard]] EstadoZocalo estado() const override { return real_->estado(); }
+    void conectar(const std::string& ip, std::uint32_t puerto) override {
+        real_->conectar(ip, puerto);
+    }
+    void escuchar(const std::string& ip, std::uint32_t puerto) override {
+        real_->escuchar(ip, puerto);
+    }
+    void aceptar() override { real_->aceptar(); }
+    void cerrar() override { real_->cerrar(); }
+    bool enviar(std::span<const std::uint8_t> bytes) override {
+        if (oidor_ != nullptr) oidor_->alEnviar(indice_, bytes);
+        return real_->enviar(bytes);
+    }
+    void agruparEnvios(bool agrupar) override { real_->agruparEnvios(agrupar); }
+    void limitarCola(std::size_t bytes) override { real_->limitarCola(bytes); }
+    [[nodiscard]] std::size_t enCola() const override { return real_->enCola(); }
+    [[nodiscard]] std::uint64_t conexiones() const override { return real_->conexiones(); }
+    [[nodiscard]] const std::string& motivo() const override { return real_->motivo(); }
+    [[nodiscard]] std::uint32_t puertoLocal() const override { return real_->puertoLocal(); }
+
+  private:
+    std::unique_ptr<Zocalo> real_;
+    std::size_t indice_;
+    AlEnviar*& oidor_;
+};
+
+/// The simulated loop, with an ear on the sockets towards the stations. The first socket that an
+/// engine makes is that of its server and is left alone.
+class BucleEspia final : public BucleSimulado {
+  public:
+    [[nodiscard]] std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
+                                                      std::size_t indice) override {
+        auto real = BucleSimulado::crearZocalo(oyente, indice);
+        if (!std::exchange(hayServidor_, true)) return real;
+        return std::make_unique<ZocaloEspia>(std::move(real), indice, oidor_);
+    }
+    void avisarA(AlEnviar* oidor) { oidor_ = oidor; }
+
+  private:
+    AlEnviar* oidor_ = nullptr;
+    bool hayServidor_ = false;
+};
+
+} // namespace kv::mundo

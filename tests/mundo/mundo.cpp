@@ -1,0 +1,222 @@
+#include "mundo/mundo.h"
+
+#include "core/tables/bases.h"
+#include "mundo/guiones.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace kv::mundo {
+namespace {
+
+constexpr std::int64_t kEntreBarridasUs = 2'000'000;
+constexpr std::uint64_t kSucesosPorInstante = 2'000'000;
+constexpr std::int64_t kSegundoUs = 1'000'000;
+
+std::uint8_t comoDecimal(int indice) {
+    return static_cast<std::uint8_t>(indice / 10 * 16 + indice % 10);
+}
+
+} // namespace
+
+Mundo::Mundo(const Plan& plan)
+    : plan_(plan), motor_(bucle_, archivos_, "/kv"),
+      arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, 0}, turno_(c_),
+      valores_(c_, motor_.servidor), escrituras_(c_, motor_.auditoria), limites_(c_, archivos_),
+      cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
+    for (const PlanDeConexion& p : plan.conexiones) {
+        lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
+        bucle_.red().atender(p.ip, p.puertoTCP, *lineas_.back());
+    }
+    archivos_.poner("/kv/DRIVER_KV2200_Config.ini", plan.configuracion);
+    for (const auto& [clave, valor] :
+         {std::pair{"Guion_Pasos_Maximos", std::string("5000")},
+          {"Guion_Memoria_Maxima_KiB", std::string("512")},
+          {"Tiempo_Entre_poleo", std::to_string(plan.pausaMs)},
+          {"Base_Tiempo_Solicitar_Conexiones_Milisegundos",
+           std::to_string(plan.baseDeSolicitudesMs)},
+          {"Escucha_Login_Antes_De_Todo", std::string(plan.exigeLogin ? "1" : "0")},
+          {"Ajena", std::to_string(plan.semilla)}})
+        motor_.ajustes.escribirConfiguracion(clave, valor);
+    turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
+    motor_.ejecucion.avisarA(&escrituras_);
+    levantar();
+}
+
+/// Starts the driver and tells everybody who is who.
+void Mundo::levantar() {
+    const auto ancho = static_cast<std::uint16_t>(
+        std::bit_floor(65536 / std::max<std::size_t>(plan_.bloques.size(), 2)));
+    arranque_.arrancar();
+    arranque_.abrirServidor();
+    motor_.publicacion.avisarA(&valores_);
+    for (std::size_t n = 0; n < c_.conexiones(); ++n) {
+        const auto suya = std::find_if(lineas_.begin(), lineas_.end(), [&](const auto& l) {
+            return l->plan().ip == c_.conexion(n).ip;
+        });
+        c_.lineas.push_back(suya->get());
+    }
+    std::uint32_t base = 0;
+    for (const PlanDeBloque& b : plan_.bloques) {
+        Linea& linea = *lineas_[b.conexion];
+        const std::uint8_t estacion = comoDecimal(b.indice);
+        const auto registro = static_cast<std::uint8_t>(b.registro);
+        if (linea.registro(estacion, registro).mascara != 0) continue; // a second block of it
+        const auto mascara = static_cast<std::uint16_t>(ancho - 1);
+        linea.darBanda(estacion, registro, static_cast<std::uint16_t>(base), mascara, b.fuente);
+        const auto n = static_cast<std::size_t>(
+            std::find(c_.lineas.begin(), c_.lineas.end(), &linea) - c_.lineas.begin());
+        if (b.fuente != Fuente::Nadie)
+            escrituras_.agregar({.linea = &linea,
+                                 .base = static_cast<std::uint16_t>(base),
+                                 .mascara = mascara,
+                                 .fuente = b.fuente,
+                                 .conexion = n,
+                                 .direccion = b.direccion(),
+                                 .enlaces = {}},
+                                estacion, registro);
+        if (b.direccion().find_first_of("ABCDEF") == std::string::npos)
+            forzables_.push_back(b.direccion());
+        base += ancho;
+    }
+    archivos_.poner("/kv/DRIVER_KV2200_Config.MDrivScrip",
+                    guion(13, escrituras_.de(Fuente::Guion), forzables_));
+    bucle_.avisarA(this);
+    bucle_.alTerminarCadaSuceso([this] { alTerminarSuceso(); });
+    inicioUs_ = proximaBarridaUs_ = c_.ahoraUs();
+    valores_.conocerBloques();
+}
+
+void Mundo::alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) {
+    turno_.alEnviar(zocalo, bytes);
+    if (!c_.fallo.empty() || bytes[0] != 0x57) return;
+    Solicitud t{};
+    std::copy(bytes.begin(), bytes.end(), t.begin());
+    escrituras_.alEnviar(zocalo, t);
+}
+
+void Mundo::alTerminarSuceso() {
+    ++r_.sucesos;
+    if (c_.ahoraUs() != instanteUs_) {
+        instanteUs_ = c_.ahoraUs();
+        enElInstante_ = 0;
+    }
+    c_.exigir(++enElInstante_ < kSucesosPorInstante, "time goes on", 0);
+    turno_.mirar();
+    for (const Suceso* s : std::exchange(enMedio_, {}))
+        ocurrir(*s);
+}
+
+void Mundo::avanzarHasta(std::int64_t us) {
+    while (c_.fallo.empty()) {
+        const std::int64_t accion = luego_.empty() ? us : luego_.begin()->first;
+        const std::int64_t hasta = std::min({us, proximaBarridaUs_, accion});
+        bucle_.avanzarUs(std::max<std::int64_t>(0, hasta - c_.ahoraUs()));
+        if (!c_.fallo.empty()) return;
+        while (!luego_.empty() && luego_.begin()->first <= c_.ahoraUs()) {
+            const auto hacer = std::move(luego_.begin()->second);
+            luego_.erase(luego_.begin());
+            hacer();
+        }
+        if (c_.ahoraUs() >= proximaBarridaUs_) {
+            barrer();
+            proximaBarridaUs_ = c_.ahoraUs() + kEntreBarridasUs;
+        }
+        if (c_.ahoraUs() >= us) return;
+    }
+}
+
+void Mundo::barrer() {
+    turno_.barrer();
+    valores_.barrer();
+    escrituras_.barrer();
+    limites_.barrer();
+    cliente_.comparar();
+    cliente_.paso();
+    otro_.paso();
+}
+
+Resultado Mundo::vivir(const std::vector<Suceso>& historia) {
+    for (const Suceso& s : historia) {
+        avanzarHasta(inicioUs_ + s.us);
+        if (!c_.fallo.empty()) break;
+        ++r_.faltas;
+        if (s.enMedio)
+            enMedio_.push_back(&s);
+        else
+            ocurrir(s);
+    }
+    if (c_.fallo.empty()) avanzarHasta(inicioUs_ + plan_.duracionMs * 1000);
+    if (c_.fallo.empty()) calmar();
+    r_.fallo = c_.fallo;
+    r_.simuladoMs = (c_.ahoraUs() - inicioUs_) / 1000;
+    r_.comprobadas = c_.comprobadas;
+    for (const auto& l : lineas_)
+        r_.intercambios += l->respuestas();
+    return r_;
+}
+
+/// Nothing goes wrong any more. Everything has to be well within the time that the plant's own
+/// figures allow.
+void Mundo::calmar() {
+    for (auto& [us, accion] : std::exchange(luego_, {}))
+        accion();
+    enMedio_.clear();
+    archivos_.negarEscrituras(false);
+    for (const auto& l : lineas_) {
+        l->sanar();
+        bucle_.red().reanudar(l->enlace());
+        bucle_.red().atender(l->plan().ip, l->plan().puertoTCP, *l);
+    }
+    motor_.ajustes.escribirConfiguracion("Tiempo_Entre_poleo", std::to_string(plan_.pausaMs));
+    motor_.ajustes.escribirConfiguracion("Base_Tiempo_Solicitar_Conexiones_Milisegundos",
+                                         std::to_string(plan_.baseDeSolicitudesMs));
+    archivos_.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", guion(0, {}, {}));
+    for (Indice i = 0; i < motor_.tablas.bloques.limiteSuperior(); ++i)
+        motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, true);
+    cliente_.sanar();
+    otro_.salir();
+    const std::int64_t desde = c_.ahoraUs();
+    const std::int64_t hasta = desde + plazoDeCalmaUs();
+    while (c_.fallo.empty() && !enCalma() && c_.ahoraUs() < hasta)
+        avanzarHasta(c_.ahoraUs() + 5 * kSegundoUs);
+    r_.calmaMs = (c_.ahoraUs() - desde) / 1000;
+    if (!c_.fallo.empty()) return;
+    const Tablas& t = motor_.tablas;
+    for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
+        const BloqueLectura& b = t.bloques[i];
+        c_.exigir(!b.tieneTrama || b.estados[0] == kOk, "in the calm every block becomes OK", i);
+    }
+    c_.exigir(motor_.ejecucion.enEspera() == 0, "in the calm no write is left", 0);
+    c_.exigir(cliente_.logueado() && cliente_.sincronizado(),
+              "in the calm the client logs in and synchronises", 0);
+    escrituras_.alFinal();
+    limites_.alFinal();
+}
+
+bool Mundo::enCalma() {
+    const Tablas& t = motor_.tablas;
+    for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
+        if (t.bloques[i].tieneTrama && t.bloques[i].estados[0] != kOk) return false;
+    }
+    return motor_.ejecucion.enEspera() == 0 && cliente_.logueado() && cliente_.sincronizado();
+}
+
+/// A connection comes back after some requests and a pause; its blocks end their rest and are read
+/// one by one; writes that wait go first; what is owed on a line is waited for.
+std::int64_t Mundo::plazoDeCalmaUs() const {
+    std::int64_t peorMs = 0;
+    const std::int64_t turnoMs = plan_.pausaMs + 500;
+    for (std::size_t n = 0; n < c_.conexiones(); ++n) {
+        const PlanDeConexion& p = c_.lineas[n]->plan();
+        const auto& c = c_.conexion(n);
+        const auto turnos = static_cast<std::int64_t>(c.bloques.size() + c.escrituras.size());
+        std::int64_t descansoMs = 0;
+        for (const PlanDePuerto& puerto : plan_.puertos)
+            descansoMs = std::max(descansoMs, puerto.reconexionMs + 60'000);
+        peorMs = std::max(peorMs, 40 * p.tiempoFueraMs + descansoMs + 4 * turnos * turnoMs);
+    }
+    return (peorMs + 40 * plan_.baseDeSolicitudesMs + 120'000) * 1000;
+}
+
+} // namespace kv::mundo

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "core/start/arranque.h"
+#include "mundo/cliente.h"
+#include "mundo/corrida.h"
+#include "mundo/regla_escrituras.h"
+#include "mundo/regla_limites.h"
+#include "mundo/regla_turno.h"
+#include "mundo/regla_valores.h"
+#include "platform/simulated/archivos_simulados.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+
+namespace kv::mundo {
+
+/// A plant, its driver, its client and the rules, living through a history.
+class Mundo final : private AlEnviar {
+  public:
+    explicit Mundo(const Plan& plan);
+    [[nodiscard]] Resultado vivir(const std::vector<Suceso>& historia);
+
+  private:
+    using Indices = std::vector<std::size_t>;
+
+    // The life (mundo.cpp).
+    void levantar();
+    void alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) override;
+    void alTerminarSuceso();
+    void avanzarHasta(std::int64_t us);
+    void barrer();
+    void calmar();
+    [[nodiscard]] bool enCalma();
+    [[nodiscard]] std::int64_t plazoDeCalmaUs() const;
+
+    // What happens (sucesos.cpp).
+    void ocurrir(const Suceso& s);
+    void enLinea(const Suceso& s, Linea& linea);
+    void enCliente(const Suceso& s);
+    void enMaquina(const Suceso& s);
+    void enOperador(const Suceso& s);
+    void escribirClientes(const Suceso& s);
+    void ajustar(std::uint32_t cual, std::uint32_t texto);
+    void forzar(const Suceso& s);
+    /// Later, unless the calm comes first: then at once.
+    void luego(std::int64_t ms, std::function<void()> accion);
+    [[nodiscard]] ReglaDeEscrituras::Escritor* escritorCerca(Fuente fuente, std::size_t desde);
+
+    const Plan& plan_;
+    BucleEspia bucle_;
+    ArchivosSimulados archivos_;
+    ProcesosSimulados procesos_;
+    Motor motor_;
+    Arranque arranque_;
+    Contexto c_;
+    std::vector<std::unique_ptr<Linea>> lineas_; ///< by connection of the plan
+    ReglaDeTurno turno_;
+    ReglaDeValores valores_;
+    ReglaDeEscrituras escrituras_;
+    ReglaDeLimites limites_;
+    Cliente cliente_;
+    Cliente otro_;
+    Resultado r_;
+    std::multimap<std::int64_t, std::function<void()>> luego_;
+    std::vector<const Suceso*> enMedio_; ///< wait for a handler to happen in
+    std::vector<std::string> forzables_;
+    std::int64_t inicioUs_ = 0;
+    std::int64_t proximaBarridaUs_ = 0;
+    std::int64_t instanteUs_ = 0;
+    std::uint64_t enElInstante_ = 0;
+};
+
+} // namespace kv::mundo

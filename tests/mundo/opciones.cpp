@@ -1,0 +1,69 @@
+#include "mundo/opciones.h"
+
+#include "text/numeros.h"
+#include "text/texto.h"
+
+#include <string_view>
+
+namespace kv::mundo {
+namespace {
+
+bool semillas(std::string_view texto, Opciones& o) {
+    const auto partes = partir(texto, '-');
+    const auto a = numeroDeTexto(partes[0]);
+    const auto b = partes.size() == 2 ? numeroDeTexto(partes[1]) : a;
+    if (partes.size() > 2 || !a || !b || *a < 0 || *b < *a) return false;
+    o.desde = static_cast<std::uint64_t>(*a);
+    o.hasta = static_cast<std::uint64_t>(*b);
+    return true;
+}
+
+bool eventos(std::string_view texto, Opciones& o) {
+    o.solo.emplace();
+    if (texto == "-") return true; // none at all
+    for (const std::string_view parte : partir(texto, ',')) {
+        const auto n = numeroDeTexto(parte);
+        if (!n || *n < 0) return false;
+        o.solo->push_back(static_cast<std::uint32_t>(*n));
+    }
+    return true;
+}
+
+bool positivo(std::string_view texto, double& donde) {
+    const auto n = numeroDeTexto(texto);
+    if (!n || *n <= 0) return false;
+    donde = *n;
+    return true;
+}
+
+} // namespace
+
+std::optional<Opciones> leerOpciones(int cuantos, const char* const* argumentos) {
+    Opciones o;
+    for (int i = 1; i < cuantos; ++i) {
+        const std::string_view nombre = argumentos[i];
+        if (nombre == "--sin-reducir") {
+            o.reducir = false;
+            continue;
+        }
+        if (nombre == "--primera") {
+            o.primera = true;
+            continue;
+        }
+        if (nombre == "--detalle") {
+            o.detalle = true;
+            continue;
+        }
+        const std::string_view valor = i + 1 < cuantos ? argumentos[++i] : "";
+        const bool bien = nombre == "--semillas"  ? semillas(valor, o)
+                          : nombre == "--solo"    ? eventos(valor, o)
+                          : nombre == "--horas"   ? positivo(valor, o.horas)
+                          : nombre == "--cpu"     ? positivo(valor, o.cpuSegundos)
+                          : nombre == "--cuelgue" ? positivo(valor, o.cuelgueSegundos)
+                                                  : false;
+        if (!bien) return std::nullopt;
+    }
+    return o;
+}
+
+} // namespace kv::mundo

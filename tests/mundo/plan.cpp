@@ -1,0 +1,183 @@
+#include "mundo/plan.h"
+
+#include "apoyo/configuracion.h"
+#include "mundo/azar.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace kv::mundo {
+namespace {
+
+constexpr std::int64_t kHoraMs = 3'600'000;
+
+struct Tamano {
+    std::int64_t conexiones, bloques, duracionMs;
+};
+
+Tamano tamano(Azar& azar) {
+    const std::int64_t suerte = azar.entre(1, 100);
+    const std::int64_t larga = azar.entre(8, 10) * kHoraMs / 2;
+    if (suerte <= 12) return {1, azar.entre(1, 16), larga};
+    if (suerte <= 25) return {azar.entre(2, 3), azar.entre(1, 12), larga};
+    if (suerte <= 90) return {azar.entre(6, 10), azar.entre(8, 12), larga};
+    if (suerte <= 97) return {azar.entre(20, 60), azar.entre(2, 6), kHoraMs};
+    return {azar.entre(100, 200), azar.entre(1, 5), kHoraMs / 3};
+}
+
+std::string segundos(std::int64_t ms) {
+    std::string s = std::to_string(ms / 1000);
+    if (ms % 1000 != 0) s += "." + std::to_string(1000 + ms % 1000).substr(1);
+    return s;
+}
+
+std::string hexadecimalDe(int n) {
+    constexpr std::string_view kDigitos = "0123456789ABCDEF";
+    return {kDigitos[static_cast<std::size_t>(n / 16)], kDigitos[static_cast<std::size_t>(n % 16)]};
+}
+
+PlanDePuerto puerto(Azar& azar) {
+    PlanDePuerto p;
+    p.tiempoFueraMs = azar.uno(8) ? azar.enEscala(10'000, 200'000) : azar.enEscala(500, 8000);
+    if (azar.uno(12)) p.tiempoFueraMs = azar.entre(1, 3) * 60'000;
+    p.reintentos = static_cast<int>(azar.entre(0, 4));
+    p.reconexionMs = azar.enEscala(1000, 200'000);
+    return p;
+}
+
+std::int64_t scan(Azar& azar, bool saturada) {
+    if (saturada) return azar.enEscala(200, 4000);
+    if (azar.uno(40)) return 0; // once, when the connection comes up
+    if (azar.uno(20)) return azar.enEscala(60'001, 3'600'000);
+    return azar.enEscala(4000, 120'000);
+}
+
+} // namespace
+
+std::string PlanDeBloque::direccion() const {
+    return std::to_string(puerto + 1) + "." + std::to_string(plc) + "." + hexadecimalDe(registro);
+}
+
+namespace {
+
+/// Stations and blocks of one connection.
+class Levantador {
+  public:
+    Levantador(Plan& plan, Azar& azar) : plan_(plan), azar_(azar) {}
+
+    void conexion(std::size_t c, std::size_t puerto, std::int64_t cuantosBloques) {
+        const std::int64_t estaciones = azar_.entre(1, 4);
+        const bool saturada = azar_.uno(6);
+        std::vector<std::pair<int, int>> hechas; // number and index
+        for (std::int64_t e = 0; e < estaciones; ++e) {
+            const int plc = ++plcs_[puerto];
+            const int indice = static_cast<int>(azar_.entre(0, 24) * 4 + e);
+            hechas.emplace_back(plc, indice);
+        }
+        estaciones_[c] = hechas;
+        for (std::int64_t b = 0; b < cuantosBloques; ++b) {
+            const auto [plc, indice] =
+                hechas[static_cast<std::size_t>(azar_.entre(0, estaciones - 1))];
+            bloque(c, puerto, plc, indice, saturada);
+        }
+    }
+    [[nodiscard]] std::vector<std::pair<int, int>>& estaciones(std::size_t c) {
+        return estaciones_[c];
+    }
+
+  private:
+    void bloque(std::size_t c, std::size_t puerto, int plc, int indice, bool saturada) {
+        PlanDeBloque b;
+        b.puerto = puerto;
+        b.conexion = c;
+        b.plc = plc;
+        b.indice = indice;
+        b.registro = static_cast<int>(azar_.entre(0, 255));
+        b.scanMs = scan(azar_, saturada);
+        if (azar_.uno(10)) b.cantidad = static_cast<int>(azar_.entre(2, 23));
+        b.nivel = static_cast<int>(azar_.entre(1, 4));
+        b.activo = !azar_.uno(15);
+        if (azar_.uno(3)) b.fuente = static_cast<Fuente>(azar_.entre(1, 4));
+        const auto igual = [&b](const PlanDeBloque& o) {
+            return o.conexion == b.conexion && o.indice == b.indice && o.registro == b.registro;
+        };
+        // Two blocks of one register are drawn now and then; who writes it must stay one.
+        const auto otro = std::find_if(plan_.bloques.begin(), plan_.bloques.end(), igual);
+        if (otro != plan_.bloques.end()) b.fuente = Fuente::Nadie;
+        plan_.bloques.push_back(b);
+    }
+
+    Plan& plan_;
+    Azar& azar_;
+    std::map<std::size_t, int> plcs_; ///< station numbers given out, by port
+    std::map<std::size_t, std::vector<std::pair<int, int>>> estaciones_;
+};
+
+std::string texto(const Plan& plan, Levantador& levantador,
+                  const std::vector<std::size_t>& puertoDe, Azar& azar) {
+    Configuracion c;
+    for (std::size_t p = 0; p < plan.puertos.size(); ++p) {
+        const PlanDePuerto& puerto = plan.puertos[p];
+        c.puerto({segundos(puerto.tiempoFueraMs), std::to_string(puerto.reintentos),
+                  segundos(puerto.reconexionMs)});
+        for (std::size_t k = 0; k < plan.conexiones.size(); ++k) {
+            if (puertoDe[k] != p) continue;
+            const PlanDeConexion& con = plan.conexiones[k];
+            for (const auto& [plc, indice] : levantador.estaciones(k)) {
+                c.estacion(plc, con.ip, indice, std::to_string(con.puertoTCP));
+                // The same station a second time, under its own or another number.
+                if (azar.uno(12))
+                    c.estacion(azar.uno(2) ? plc : plc + 1000, con.ip, indice,
+                               std::to_string(con.puertoTCP));
+            }
+        }
+        for (const PlanDeBloque& b : plan.bloques) {
+            if (b.puerto == p)
+                c.bloque(b.plc, hexadecimalDe(b.registro), segundos(b.scanMs), b.activo, b.cantidad,
+                         b.nivel);
+        }
+        if (azar.uno(4)) c.bloque(1, "1F0", "5"); // fits no frame: listed and never polled
+    }
+    return c.texto();
+}
+
+} // namespace
+
+Plan::Plan(std::uint64_t s) : semilla(s) {
+    Azar azar(s);
+    const Tamano t = tamano(azar);
+    duracionMs = t.duracionMs;
+    faltasPorHora = static_cast<int>(azar.entre(130, 220));
+    pausaMs = azar.uno(6) ? azar.entre(0, 60) : azar.uno(2) ? 800 : azar.enEscala(50, 2000);
+    baseDeSolicitudesMs = azar.enEscala(500, 8000);
+    exigeLogin = azar.uno(5);
+    const auto cuantosPuertos = static_cast<std::size_t>(azar.entre(1, 3));
+    for (std::size_t p = 0; p < cuantosPuertos; ++p)
+        puertos.push_back(puerto(azar));
+    Levantador levantador(*this, azar);
+    std::vector<std::size_t> puertoDe;
+    for (std::size_t k = 0; k < static_cast<std::size_t>(t.conexiones); ++k) {
+        const auto p = static_cast<std::size_t>(
+            azar.entre(0, azar.uno(3) ? static_cast<std::int64_t>(cuantosPuertos) - 1 : 0));
+        PlanDeConexion c;
+        c.ip = "10." + std::to_string(k / 250) + ".0." + std::to_string(k % 250 + 1);
+        c.puertoTCP = azar.uno(3) ? 503 : 502;
+        c.clase = static_cast<Clase>(azar.entre(0, 2));
+        c.tiempoFueraMs = puertos[p].tiempoFueraMs;
+        c.reintentos = puertos[p].reintentos;
+        c.demoraUs = azar.enEscala(100, std::min<std::int64_t>(400'000, c.tiempoFueraMs * 100));
+        conexiones.push_back(c);
+        puertoDe.push_back(p);
+        levantador.conexion(k, p, t.bloques);
+    }
+    configuracion = texto(*this, levantador, puertoDe, azar);
+}
+
+std::string Plan::resumen() const {
+    return std::to_string(conexiones.size()) + " connections, " + std::to_string(bloques.size()) +
+           " blocks, pause " + std::to_string(pausaMs) + " ms, " +
+           std::to_string(duracionMs / 60'000) + " min";
+}
+
+} // namespace kv::mundo

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kv::mundo {
+
+/// What stations behind an address may do wrong. Each is a kind of trouble in which the driver can
+/// tell which value is whose; docs/reliability.md says why all of it at once is not asked for.
+enum class Clase : std::uint8_t {
+    Caprichosa, ///< answers in order and in time, or not at all; the network may hold all back
+    Lenta,      ///< answers everything in order, up to two and a half time-outs late
+    ConBasura,  ///< anything: damaged, doubled, swapped, unasked for
+};
+
+/// Who writes a register; each has one writer, so that the order of its writes is known.
+enum class Fuente : std::uint8_t { Nadie, Operador, Cliente, Guion, Bit };
+
+struct PlanDeConexion {
+    std::string ip;
+    std::uint32_t puertoTCP = 502;
+    Clase clase = Clase::Caprichosa;
+    std::int64_t demoraUs = 0;      ///< of an answer of the station when nothing is wrong
+    std::int64_t tiempoFueraMs = 0; ///< of its port, like the next
+    int reintentos = 0;
+};
+
+struct PlanDePuerto {
+    std::int64_t tiempoFueraMs = 5000;
+    int reintentos = 3;
+    std::int64_t reconexionMs = 30'000;
+};
+
+struct PlanDeBloque {
+    std::size_t puerto = 0; ///< from 0
+    std::size_t conexion = 0;
+    int plc = 0;
+    int indice = 0;   ///< of the station, 0 to 99
+    int registro = 0; ///< 0 to 255
+    std::int64_t scanMs = 1000;
+    int cantidad = 1;
+    int nivel = 1;
+    bool activo = true;
+    Fuente fuente = Fuente::Nadie;
+
+    [[nodiscard]] std::string direccion() const; ///< port.PLC.register
+};
+
+/// A plant, drawn from a seed.
+struct Plan {
+    explicit Plan(std::uint64_t semilla);
+
+    std::uint64_t semilla;
+    std::int64_t duracionMs = 0; ///< of the life before the calm
+    int faltasPorHora = 150;
+    std::int64_t pausaMs = 800;
+    std::int64_t baseDeSolicitudesMs = 5000;
+    bool exigeLogin = false;
+    std::vector<PlanDePuerto> puertos;
+    std::vector<PlanDeConexion> conexiones;
+    std::vector<PlanDeBloque> bloques;
+    std::string configuracion; ///< the driver's file
+
+    [[nodiscard]] std::string resumen() const;
+};
+
+} // namespace kv::mundo

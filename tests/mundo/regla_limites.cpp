@@ -1,0 +1,49 @@
+#include "mundo/regla_limites.h"
+
+#include "text/texto.h"
+
+namespace kv::mundo {
+namespace {
+
+constexpr std::size_t kCadaTantasBarridas = 30;
+constexpr std::size_t kColaDelCliente = 4U << 20;
+constexpr const char* kAjustes = "/kv/sis_config.ini";
+
+} // namespace
+
+void ReglaDeLimites::barrer() {
+    const Vista& v = c_.motor.vista;
+    for (const CajaDeTexto* caja :
+         {&v.txtTramas, &v.txtTramasDescartadas, &v.txtDemandaLecturaEscritura, &v.servidor.Text1,
+          &v.servidor.Text2})
+        c_.exigir(caja->texto().size() <= 4 * CajaDeTexto::kMaximo, "a trace box is bounded", 0);
+    c_.exigir(c_.motor.servidor.zocalo().enCola() <= kColaDelCliente,
+              "what waits for the client is bounded", 0);
+    const std::string ajustes = archivos_.contenido(kAjustes);
+    c_.exigir(!ajustesEnteros_ ||
+                  ajustes.find("Ajena=" + std::to_string(c_.plan.semilla)) != std::string::npos,
+              "settings of others stay", 0);
+    if (++vez_ % kCadaTantasBarridas == 0) registros();
+}
+
+/// The day's files hold whole lines only, and are taken away before they fill the memory.
+void ReglaDeLimites::registros() {
+    for (const std::string& ruta : archivos_.en("/kv/logs_driver/")) {
+        const std::string texto = archivos_.contenido(ruta);
+        c_.exigir(texto.ends_with("\r\n"), "a log holds whole lines", 0);
+        const bool deEscrituras = ruta.find("escrituras.txt") != std::string::npos;
+        for (std::size_t i = 0; i < texto.size();) {
+            const std::size_t fin = std::min(texto.find("\r\n", i), texto.size());
+            const std::string_view linea = std::string_view(texto).substr(i, fin - i);
+            const auto campos = std::count(linea.begin(), linea.end(), ';');
+            c_.exigir(deEscrituras ? campos == 5 : linea.starts_with("Log: "),
+                      "a line of a log is whole", 0);
+            i = fin + 2;
+        }
+        archivos_.borrar(ruta);
+    }
+}
+
+void ReglaDeLimites::alFinal() { registros(); }
+
+} // namespace kv::mundo

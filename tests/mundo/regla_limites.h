@@ -1,0 +1,26 @@
+#pragma once
+
+#include "mundo/contexto.h"
+#include "platform/simulated/archivos_simulados.h"
+
+namespace kv::mundo {
+
+/// Memory is bounded, whatever comes; files are whole lines and whole settings.
+class ReglaDeLimites {
+  public:
+    ReglaDeLimites(Contexto& c, ArchivosSimulados& archivos) : c_(c), archivos_(archivos) {}
+    void barrer();
+    void alFinal();
+    /// The settings file was taken away or spoilt by others: what it held does not count any more.
+    void ajustesPerdidos() { ajustesEnteros_ = false; }
+
+  private:
+    void registros();
+
+    Contexto& c_;
+    ArchivosSimulados& archivos_;
+    bool ajustesEnteros_ = true;
+    std::size_t vez_ = 0;
+};
+
+} // namespace kv::mundo

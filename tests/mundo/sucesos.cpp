@@ -1,0 +1,231 @@
+// What the events of a history do to a world.
+
+#include "apoyo/estaciones.h"
+#include "mundo/azar.h"
+#include "mundo/guiones.h"
+#include "mundo/mundo.h"
+
+#include <algorithm>
+
+namespace kv::mundo {
+namespace {
+
+constexpr const char* kGuion = "/kv/DRIVER_KV2200_Config.MDrivScrip";
+constexpr const char* kAjustes = "/kv/sis_config.ini";
+constexpr const char* kLogs = "/kv/LOGS_DRIVER";
+
+} // namespace
+
+void Mundo::luego(std::int64_t ms, std::function<void()> accion) {
+    luego_.emplace(c_.ahoraUs() + ms * 1000, std::move(accion));
+}
+
+void Mundo::ocurrir(const Suceso& s) {
+    if (s.que < Que::Entrar) return enLinea(s, *lineas_[s.a]);
+    if (s.que < Que::Guion) return enCliente(s);
+    if (s.que < Que::Forzar) return enMaquina(s);
+    enOperador(s);
+}
+
+void Mundo::enLinea(const Suceso& s, Linea& linea) {
+    RedSimulada& red = bucle_.red();
+    const PlanDeConexion& p = linea.plan();
+    const IdEnlace enlace = linea.enlace();
+    switch (s.que) {
+    case Que::Cortar:
+        return linea.cortar();
+    case Que::Retener:
+        linea.interrumpir();
+        return luego(s.ms, [&red, enlace] { red.reanudar(enlace); });
+    case Que::MedioAbrir:
+        linea.interrumpir();
+        return luego(s.ms, [&red, enlace] { red.cortar(enlace); });
+    case Que::Rechazar:
+        red.rechazar(p.ip, p.puertoTCP);
+        linea.cortar();
+        return luego(s.ms, [&red, &p, &linea] { red.atender(p.ip, p.puertoTCP, linea); });
+    case Que::Enmudecer:
+        red.atender(p.ip, p.puertoTCP, linea);
+        red.enmudecer(p.ip, p.puertoTCP);
+        linea.interrumpir();
+        return luego(s.ms, [&red, &p, &linea, enlace] {
+            red.cortar(enlace);
+            red.atender(p.ip, p.puertoTCP, linea);
+        });
+    case Que::Perder:
+        return linea.perder(s.b);
+    case Que::Callar:
+        return linea.callar(linea.estacion(s.b), c_.ahoraUs() + s.ms * 1000);
+    case Que::Demorar:
+        return linea.demorar(s.b, p.tiempoFueraMs * s.c);
+    case Que::Partir:
+        return linea.partir(s.b, s.c);
+    case Que::Danar:
+        return linea.danar(s.b, s.c);
+    case Que::Duplicar:
+        return linea.duplicar(s.b);
+    case Que::Trocar:
+        return linea.trocar();
+    case Que::Reiniciar:
+        return linea.reiniciar();
+    default:
+        break;
+    }
+    if (s.b > 2) return linea.mandarSuelto(respuestaCon(static_cast<int>(s.c)));
+    Azar azar(s.c);
+    std::vector<std::uint8_t> basura(static_cast<std::size_t>(azar.entre(1, 40)));
+    for (std::uint8_t& b : basura)
+        b = static_cast<std::uint8_t>(azar.uno(3) ? kMarcaRespuesta : azar.entre(0, 255));
+    linea.mandarSuelto(basura);
+}
+
+void Mundo::enCliente(const Suceso& s) {
+    const std::int64_t hasta = c_.ahoraUs() + s.ms * 1000;
+    switch (s.que) {
+    case Que::Entrar:
+        return cliente_.entrar();
+    case Que::Salir:
+        return cliente_.salir();
+    case Que::Desaparecer:
+        return cliente_.desaparecer();
+    case Que::NoLeer:
+        return cliente_.noLeer(s.b * 100, hasta);
+    case Que::Ignorar:
+        return cliente_.ignorarHasta(hasta);
+    case Que::Sincronizar:
+        return cliente_.enviar("SINCRONIZAR");
+    case Que::Escribir:
+        return escribirClientes(s);
+    case Que::PedirLectura:
+        return cliente_.enviar("Read;" + plan_.bloques[s.b].direccion() + ";FinRead;");
+    case Que::PedirForzado:
+        return cliente_.enviar("[FORZNIV]" + std::to_string(s.b % 5) + ";" +
+                               std::to_string(static_cast<int>(s.c % 5) - 1) + "[/FORZNIV]");
+    case Que::Hostil:
+        return cliente_.enviar(groseria(s.b, s.c));
+    default:
+        break;
+    }
+    if (s.c % 3 == 0) return otro_.salir();
+    otro_.tocar();
+    otro_.enviar(groseria(s.b, s.c));
+}
+
+void Mundo::escribirClientes(const Suceso& s) {
+    const auto& suyos = escrituras_.de(Fuente::Cliente);
+    if (suyos.empty() || !cliente_.logueado()) return;
+    std::string todas;
+    for (std::uint32_t k = 0; k < s.b; ++k) {
+        ReglaDeEscrituras::Escritor& e = *suyos[(s.c + k) % suyos.size()];
+        todas += "[Write]" + e.direccion + ";" + std::to_string(e.valor(++e.pedidas)) + "[/Write]";
+    }
+    cliente_.enviar(todas);
+}
+
+void Mundo::ajustar(std::uint32_t cual, std::uint32_t texto) {
+    static constexpr std::array<std::string_view, 10> kClaves = {
+        "Tiempo_Entre_poleo",
+        "Base_Tiempo_Solicitar_Conexiones_Milisegundos",
+        "Cantidad_Intervalos_En_Estado_Conectando",
+        "Cantidad_Intervalos_De_Conectar_Seguidos",
+        "Luego_De_Intentar_Conectar_Cuantos_Intervalos_Tiempo_Fuera",
+        "BaseTiempoMilisegundos_KeepALive",
+        "Maximos_Keep_ALive",
+        "Intervalos_Para_KeepALive",
+        "Intervalo_Reclamo_Escrituras_Milisegundos",
+        "Idioma"};
+    static constexpr std::array<std::string_view, 10> kTextos = {
+        "", "nada", "-1", "1e300", "0", "500", "1000", "2", "3", "5000"};
+    const std::size_t clave = cual % kClaves.size();
+    std::string_view t = kTextos[texto % kTextos.size()];
+    // What a good text may do to the pace of the plant is kept within what the calm waits for.
+    if (clave >= 2 && clave <= 4 && t.size() > 2) t = "2";
+    if (clave == 0 && t == "5000") t = "700";
+    if (clave >= 6 && clave <= 7 && (t == "0" || t.size() > 2)) t = "3";
+    motor_.ajustes.escribirConfiguracion(kClaves[clave], t);
+}
+
+void Mundo::enMaquina(const Suceso& s) {
+    switch (s.que) {
+    case Que::Guion: {
+        const std::string texto = guion(s.b, escrituras_.de(Fuente::Guion), forzables_);
+        return texto.empty() ? archivos_.borrar(kGuion) : archivos_.poner(kGuion, texto);
+    }
+    case Que::Ajuste:
+        return ajustar(s.b, s.c);
+    case Que::SinAjustes: {
+        limites_.ajustesPerdidos();
+        const std::string texto = archivos_.contenido(kAjustes);
+        // The budgets stand first and stay: without them a script would hold up the world for ever.
+        // A line stays whole: with half a number the driver would listen on another port.
+        const std::size_t mitad = s.c % 2 == 0 ? 0 : texto.size() / 2;
+        return archivos_.poner(kAjustes, texto.substr(0, std::max(texto.find("Tiempo_Entre_poleo"),
+                                                                  texto.rfind('\n', mitad) + 1)));
+    }
+    case Que::Reloj:
+        return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
+    case Que::Parada:
+        c_.demoradoUs += s.ms * 1000;
+        return bucle_.demorar(s.ms);
+    case Que::DiscoLleno:
+        archivos_.negarEscrituras(true);
+        break;
+    default:
+        archivos_.negarEscriturasEn(kLogs);
+        break;
+    }
+    luego(s.ms, [this] { archivos_.negarEscrituras(false); });
+}
+
+ReglaDeEscrituras::Escritor* Mundo::escritorCerca(Fuente fuente, std::size_t desde) {
+    const auto& suyos = escrituras_.de(fuente);
+    return suyos.empty() ? nullptr : suyos[desde % suyos.size()];
+}
+
+void Mundo::enOperador(const Suceso& s) {
+    Forzado& forzado = motor_.forzado;
+    const auto i = static_cast<Indice>(s.a % motor_.tablas.bloques.limiteSuperior());
+    switch (s.que) {
+    case Que::Forzar:
+        return forzar(s);
+    case Que::Nivel:
+        return forzado.forzarBloque_porNivel_NVeces(s.b % 5, static_cast<int>(s.c % 6) - 1);
+    case Que::Encender:
+        forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, false);
+        return luego(s.ms,
+                     [&forzado, i] { forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, true); });
+    case Que::Scan: {
+        const double antes = motor_.tablas.bloques[i].scanSegundos;
+        forzado.ModificarScanDeBloque(i, static_cast<double>(s.ms) / 1000);
+        return luego(10 * s.ms, [&forzado, i, antes] { forzado.ModificarScanDeBloque(i, antes); });
+    }
+    case Que::EscribirAMano: {
+        const bool tormenta = s.c % 16 == 0;
+        for (std::uint32_t k = 0; k < (tormenta ? 60 : s.b); ++k) {
+            if (auto* e = escritorCerca(Fuente::Operador, tormenta ? s.a + k : s.a))
+                escrituras_.escribirAMano(*e);
+        }
+        return;
+    }
+    default:
+        if (auto* e = escritorCerca(Fuente::Bit, s.a))
+            motor_.solicitudes.escribirDireccion(e->direccion + "." + std::to_string(s.c % 4),
+                                                 s.b % 2, "operador");
+        return;
+    }
+}
+
+/// A forced read is answered or refused, and either is said.
+void Mundo::forzar(const Suceso& s) {
+    static constexpr std::array<std::string_view, 6> kMalas = {"",      "1.1",      "7.7.7",
+                                                               "1.1.X", "1.1.1000", "....."};
+    const bool mala = s.c % 5 == 0;
+    const std::string direccion =
+        mala ? std::string(kMalas[s.b % kMalas.size()]) : plan_.bloques[s.a].direccion();
+    const CajaDeTexto& caja = motor_.vista.txtDemandaLecturaEscritura;
+    const std::uint64_t antes = caja.version();
+    motor_.forzado.forzarPoleo(direccion);
+    c_.exigir(caja.version() != antes, "a forced read is answered or refused", s.a);
+}
+
+} // namespace kv::mundo
