@@ -58,7 +58,7 @@ class Guion {
     std::int64_t reintentoUs_ = 60'000'000;
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
     std::optional<vbscript::ScriptError> falla_;
-    std::set<std::string> dichos_;      ///< errors of the present file that were told
+    std::set<std::string> dichos_; ///< errors of the present file that were told
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

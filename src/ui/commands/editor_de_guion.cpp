@@ -48,11 +48,11 @@ std::size_t largoDelCaracter(std::string_view texto) {
 } // namespace
 
 std::optional<std::string> EditorDeGuion::leer() {
-    huella_ = {};
+    propia_ = conocida_ = {};
     if (ruta().empty()) return std::string();
-    huella_ = archivos_.huella(ruta());
+    propia_ = conocida_ = archivos_.huella(ruta());
     const auto bytes = archivos_.leer(ruta(), kMaximoDelArchivo);
-    if (!bytes && huella_.existe) return std::nullopt;
+    if (!bytes && propia_.existe) return std::nullopt;
     return bytes ? conFinDeLinea(utf8DesdeWindows1252(*bytes)) : std::string();
 }
 
@@ -62,12 +62,12 @@ EditorDeGuion::Guardado EditorDeGuion::guardar(std::string_view texto) {
     if (utf8DesdeWindows1252(bytes) != texto) return Guardado::CaracterAjeno;
     bytes += kFinDeLinea;
     if (!archivos_.reemplazar(ruta(), bytes)) return Guardado::NoSePudo;
-    huella_ = archivos_.huella(ruta());
+    propia_ = conocida_ = archivos_.huella(ruta());
     return Guardado::Hecho;
 }
 
 bool EditorDeGuion::cambioAfuera() const {
-    return !ruta().empty() && archivos_.huella(ruta()) != huella_;
+    return !ruta().empty() && archivos_.huella(ruta()) != conocida_;
 }
 
 std::optional<FallaDeGuion> EditorDeGuion::caracterAjeno(std::string_view texto) {
@@ -97,7 +97,7 @@ std::optional<FallaDeGuion> EditorDeGuion::comprobar(std::string_view texto) {
 }
 
 std::optional<FallaDeGuion> EditorDeGuion::fallaDeLaCorrida() const {
-    const vbscript::ScriptError* falla = guion_.falla(huella_);
+    const vbscript::ScriptError* falla = guion_.falla(propia_);
     if (falla == nullptr) return std::nullopt;
     return desde(*falla);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/archivos.h"
+#include "platform/ruta.h"
 #include "script/guion.h"
 
 #include <optional>
@@ -25,6 +26,8 @@ class EditorDeGuion {
 
     /// Empty when the driver's configuration has no place for a script.
     [[nodiscard]] const std::string& ruta() const { return guion_.ruta(); }
+    /// The file's name without its folder.
+    [[nodiscard]] std::string_view nombre() const { return nombreDeRuta(ruta()); }
     /// The script, each line followed by CR LF; a missing file is an empty text. Nothing when there
     /// is a file that cannot be read: saving would destroy it.
     [[nodiscard]] std::optional<std::string> leer();
@@ -35,6 +38,8 @@ class EditorDeGuion {
     [[nodiscard]] Guardado guardar(std::string_view texto);
     /// Whether somebody else changed the file since it was read or saved here.
     [[nodiscard]] bool cambioAfuera() const;
+    /// What others have written so far is known, and not wanted.
+    void pasarPorAltoElCambio() { conocida_ = archivos_.huella(ruta()); }
 
     /// The first character that the file's code page does not have.
     [[nodiscard]] static std::optional<FallaDeGuion> caracterAjeno(std::string_view texto);
@@ -46,7 +51,8 @@ class EditorDeGuion {
   private:
     Archivos& archivos_;
     const Guion& guion_;
-    HuellaDeArchivo huella_;
+    HuellaDeArchivo propia_;   ///< the file as it was read or saved here
+    HuellaDeArchivo conocida_; ///< the newest that the user knows of
 };
 
 } // namespace kv

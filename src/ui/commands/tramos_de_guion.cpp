@@ -21,9 +21,13 @@ std::string minuscula(std::u16string_view palabra) {
 bool esReservada(const std::string& palabra) {
 #define KV_PALABRA(p) minuscula(u## #p),
     // Some names mean something to the language only where they stand; they are coloured anyway.
-    static const std::unordered_set<std::string> todas = {
-        VBS_KEYWORDS(KV_PALABRA) "default", "error", "explicit", "preserve", "property", "get",
-        "step"};
+    static const std::unordered_set<std::string> todas = {VBS_KEYWORDS(KV_PALABRA) "default",
+                                                          "error",
+                                                          "explicit",
+                                                          "preserve",
+                                                          "property",
+                                                          "get",
+                                                          "step"};
 #undef KV_PALABRA
     return todas.contains(palabra);
 }
@@ -64,8 +68,8 @@ class Lector {
     void paso() {
         const char16_t c = ver();
         const std::size_t antes = i_;
-        const bool base = c == u'&' && (ver(1) == u'h' || ver(1) == u'H' || ver(1) == u'o' ||
-                                        ver(1) == u'O');
+        const bool base =
+            c == u'&' && (ver(1) == u'h' || ver(1) == u'H' || ver(1) == u'o' || ver(1) == u'O');
         if (c == u'\'') {
             tramo(linea_.size(), ClaseDeTramo::Comentario);
         } else if (c == u'"') {
