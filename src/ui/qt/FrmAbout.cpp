@@ -1,6 +1,6 @@
 #include "ui/qt/FrmAbout.h"
 
-#include "ui/qt/crear.h"
+#include "ui/qt/control.h"
 #include "ui/qt/ventana.h"
 
 #include <QGridLayout>
@@ -59,7 +59,7 @@ FrmAbout::FrmAbout(QWidget* padre, const QString& version) : QDialog(padre) {
     setObjectName("FrmAbout");
     setWindowTitle("Driver KV2200v1 - About");
     if (padre != nullptr) setWindowIcon(padre->window()->windowIcon());
-    auto* rejilla = crear<QGridLayout>(this);
+    auto* rejilla = hacer<QGridLayout>(this);
     rejilla->setContentsMargins(18, 18, 18, 14);
     rejilla->setHorizontalSpacing(16);
     auto* icono = control<QLabel>("Icono", this);
@@ -79,7 +79,7 @@ FrmAbout::FrmAbout(QWidget* padre, const QString& version) : QDialog(padre) {
         "Label2", tr("Driver de comunicaciones entre el supervisor y las estaciones KV2200."),
         this);
     rejilla->addWidget(que, 3, 0, 1, 2);
-    auto* cerrar = crear<QPushButton>(tr("&Cerrar"), this);
+    auto* cerrar = hacer<QPushButton>(tr("&Cerrar"), this);
     connect(cerrar, &QPushButton::clicked, this, &QWidget::close);
     rejilla->addWidget(cerrar, 4, 1, Qt::AlignRight);
     layout()->setSizeConstraint(QLayout::SetFixedSize);

@@ -1,8 +1,7 @@
 #include "ui/qt/FrmEscritura.h"
 
 #include "ui/qt/avisar.h"
-#include "ui/qt/crear.h"
-#include "ui/qt/texto_qt.h"
+#include "ui/qt/control.h"
 #include "ui/qt/ventana.h"
 
 #include <QCheckBox>
@@ -43,8 +42,8 @@ FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre) : QDialog(pad
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmEscritura");
     setWindowTitle(tr("Escritura manual"));
-    auto* todo = crear<QVBoxLayout>(this);
-    auto* campos = crear<QFormLayout>();
+    auto* todo = hacer<QVBoxLayout>(this);
+    auto* campos = hacer<QFormLayout>();
     txtPuerto_ = caja("txtPuerto", tr("P&uerto"), *campos);
     TxtPlc_ = caja("TxtPlc", tr("&PLC"), *campos);
     TxtDireccion_ = caja("TxtDireccion", tr("&Dirección"), *campos);
@@ -65,7 +64,7 @@ FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre) : QDialog(pad
 
 QLineEdit* FrmEscritura::caja(const char* nombre, const QString& rotulo, QFormLayout& donde) {
     auto* nueva = control<QLineEdit>(nombre, this);
-    nueva->setValidator(crear<SoloDigitos>(nueva));
+    nueva->setValidator(hacer<SoloDigitos>(nueva));
     QString sinMarca = rotulo;
     nueva->setAccessibleName(sinMarca.remove('&'));
     donde.addRow(rotulo, nueva);
@@ -75,23 +74,23 @@ QLineEdit* FrmEscritura::caja(const char* nombre, const QString& rotulo, QFormLa
 QLayout* FrmEscritura::bits() {
     constexpr int kPorGrupo = 4;
     constexpr int kEntreGrupos = 14;
-    auto* rejilla = crear<QGridLayout>();
+    auto* rejilla = hacer<QGridLayout>();
     rejilla->setHorizontalSpacing(6);
     int columna = 0;
     // From the left, as the tab key goes: bit 15 first, bit 0 last.
     for (int b = static_cast<int>(CheckBin_.size()) - 1; b >= 0; --b) {
-        auto* bit = crear<QCheckBox>(this);
+        auto* bit = hacer<QCheckBox>(this);
         bit->setObjectName(QString("CheckBin(%1)").arg(b));
         bit->setAccessibleName(tr("Bit %1").arg(b));
         bit->setToolTip(tr("Bit %1, vale %2").arg(b).arg(1 << b));
-        auto* numero = crear<QLabel>(QString::number(b), this);
+        auto* numero = hacer<QLabel>(QString::number(b), this);
         numero->setAlignment(Qt::AlignHCenter);
         rejilla->addWidget(numero, 0, columna);
         rejilla->addWidget(bit, 1, columna++, Qt::AlignHCenter);
         if (b % kPorGrupo == 0 && b > 0) rejilla->setColumnMinimumWidth(columna++, kEntreGrupos);
         connect(bit, &QCheckBox::clicked, this, [this, b](bool marcado) {
             escritura_.marcar(b, marcado);
-            TxtValor_->setText(aQt(escritura_.TxtValor()));
+            TxtValor_->setText(enQt(escritura_.TxtValor()));
         });
         CheckBin_.at(static_cast<std::size_t>(b)) = bit;
     }
@@ -100,7 +99,7 @@ QLayout* FrmEscritura::bits() {
 }
 
 QLayout* FrmEscritura::botones() {
-    auto* fila = crear<QHBoxLayout>();
+    auto* fila = hacer<QHBoxLayout>();
     const auto boton = [&](const char* nombre, const QString& rotulo) {
         auto* nuevo = control<QPushButton>(nombre, rotulo, this);
         nuevo->setAutoDefault(false);
@@ -129,13 +128,13 @@ void FrmEscritura::mostrarPara(const QString& puerto, const QString& plc, const 
 
 void FrmEscritura::recibirValorMW(double valor) {
     escritura_.recibirValorMW(valor);
-    TxtValor_->setText(aQt(escritura_.TxtValor()));
+    TxtValor_->setText(enQt(escritura_.TxtValor()));
     actualizarChecks();
 }
 
 void FrmEscritura::actualizarChecks() {
     escritura_.ponerValor(deQt(TxtValor_->text()));
-    const QString valor = aQt(escritura_.TxtValor());
+    const QString valor = enQt(escritura_.TxtValor());
     if (valor != TxtValor_->text()) {
         TxtValor_->setText(valor); // comes back here
         TxtValor_->selectAll();    // so that what is typed next stands alone
@@ -143,7 +142,7 @@ void FrmEscritura::actualizarChecks() {
     }
     for (std::size_t b = 0; b < CheckBin_.size(); ++b)
         CheckBin_.at(b)->setChecked(escritura_.CheckBin(static_cast<int>(b)));
-    LblBinario_->setText(aQt(escritura_.LblBinario()));
+    LblBinario_->setText(enQt(escritura_.LblBinario()));
 }
 
 void FrmEscritura::BtnOk() {
@@ -160,7 +159,7 @@ void FrmEscritura::BtnOk() {
         c->setFocus();
         break;
     }
-    avisar(this, aQt(falta));
+    avisar(this, enQt(falta));
 }
 
 } // namespace kv

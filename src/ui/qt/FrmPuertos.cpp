@@ -1,6 +1,6 @@
 #include "ui/qt/FrmPuertos.h"
 
-#include "ui/qt/crear.h"
+#include "ui/qt/control.h"
 #include "ui/qt/ventana.h"
 
 #include <QGroupBox>
@@ -16,21 +16,21 @@ namespace kv {
 FrmPuertos::FrmPuertos(QWidget* padre) : QDialog(padre) {
     setObjectName("FrmPuertos");
     setWindowTitle(tr("Puertos"));
-    auto* todo = crear<QVBoxLayout>(this);
-    auto* marco = crear<QGroupBox>(tr("Puertos"), this);
-    auto* dentro = crear<QVBoxLayout>(marco);
+    auto* todo = hacer<QVBoxLayout>(this);
+    auto* marco = hacer<QGroupBox>(tr("Puertos"), this);
+    auto* dentro = hacer<QVBoxLayout>(marco);
     LstViewPuertos_ = control<QTreeWidget>("LstViewPuertos", marco);
     LstViewPuertos_->setAccessibleName(tr("Lista de puertos"));
     LstViewPuertos_->setRootIsDecorated(false);
     LstViewPuertos_->setHeaderLabels({tr("Puerto")});
     dentro->addWidget(LstViewPuertos_);
     todo->addWidget(marco);
-    auto* nota = crear<QLabel>(
+    auto* nota = hacer<QLabel>(
         tr("Los puertos configurados se ven en la lista de conexiones de la ventana principal."),
         this);
     nota->setWordWrap(true);
     todo->addWidget(nota);
-    auto* fila = crear<QHBoxLayout>();
+    auto* fila = hacer<QHBoxLayout>();
     fila->addStretch();
     const std::pair<const char*, QString> botones[] = {{"BtnAgregar", tr("Agregar")},
                                                        {"BtnModificar", tr("Modificar")},

@@ -3,8 +3,7 @@
 #include "ui/qt/avisar.h"
 #include "ui/qt/barra_de_busqueda.h"
 #include "ui/qt/caja_de_codigo.h"
-#include "ui/qt/crear.h"
-#include "ui/qt/texto_qt.h"
+#include "ui/qt/control.h"
 #include "ui/qt/ventana.h"
 
 #include <QCloseEvent>
@@ -27,12 +26,12 @@ QString enPalabras(const FallaDeGuion& falla) {
     return FrmScript::tr("línea %1, columna %2: %3")
         .arg(falla.linea)
         .arg(falla.columna)
-        .arg(aQt(falla.descripcion));
+        .arg(enQt(falla.descripcion));
 }
 
 /// A question over `padre`, answered later through `finished`.
 QMessageBox* pregunta(QWidget* padre, const QString& texto) {
-    auto* caja = crear<QMessageBox>(QMessageBox::Question, padre->windowTitle().remove("[*]"),
+    auto* caja = hacer<QMessageBox>(QMessageBox::Question, padre->windowTitle().remove("[*]"),
                                     texto, QMessageBox::NoButton, padre);
     caja->setAttribute(Qt::WA_DeleteOnClose);
     return caja;
@@ -43,15 +42,15 @@ QMessageBox* pregunta(QWidget* padre, const QString& texto) {
 FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     : QWidget(padre, Qt::Window), editor_(editor),
       TextCodigo_(control<CajaDeCodigo>("TextCodigo", this)),
-      busqueda_(crear<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
-      lugar_(crear<QLabel>(this)), mensaje_(control<QLabel>("LblMensaje", this)),
+      busqueda_(hacer<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
+      lugar_(hacer<QLabel>(this)), mensaje_(control<QLabel>("LblMensaje", this)),
       BtnOk_(control<QPushButton>("BtnOk", tr("&Guardar"), this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
-    setWindowTitle(tr("Guion: %1[*]").arg(aQt(editor.nombre())));
+    setWindowTitle(tr("Guion: %1[*]").arg(enQt(editor.nombre())));
     resize(900, 640);
     TextCodigo_->setAccessibleName(tr("Texto del guion"));
-    auto* todo = crear<QVBoxLayout>(this);
+    auto* todo = hacer<QVBoxLayout>(this);
     todo->setContentsMargins(kBorde, kBorde, kBorde, kBorde);
     todo->setMenuBar(menus());
     todo->addWidget(aviso_);
@@ -75,7 +74,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
 }
 
 QMenuBar* FrmScript::menus() {
-    auto* barra = crear<QMenuBar>(this);
+    auto* barra = hacer<QMenuBar>(this);
     QMenu* menu = barra->addMenu(tr("&Guion"));
     const auto entrada = [&](const QString& rotulo, const char* teclas, auto accion) {
         menu->addAction(rotulo, QKeySequence(teclas), this, accion);
@@ -100,11 +99,11 @@ QMenuBar* FrmScript::menus() {
 }
 
 QWidget* FrmScript::avisoDeCambio() {
-    auto* marco = crear<QFrame>(this);
+    auto* marco = hacer<QFrame>(this);
     marco->setObjectName("AvisoDeCambio");
     marco->setFrameShape(QFrame::StyledPanel);
-    auto* fila = crear<QHBoxLayout>(marco);
-    fila->addWidget(crear<QLabel>(tr("⚠ Otro programa cambió el archivo."), marco), 1);
+    auto* fila = hacer<QHBoxLayout>(marco);
+    fila->addWidget(hacer<QLabel>(tr("⚠ Otro programa cambió el archivo."), marco), 1);
     auto* recargar =
         control<QPushButton>("BtnRecargar", tr("&Recargar (se pierde lo de aquí)"), marco);
     auto* conservar = control<QPushButton>("BtnConservar", tr("Co&nservar lo de aquí"), marco);
@@ -121,7 +120,7 @@ QWidget* FrmScript::avisoDeCambio() {
 }
 
 QHBoxLayout* FrmScript::pie() {
-    auto* fila = crear<QHBoxLayout>();
+    auto* fila = hacer<QHBoxLayout>();
     mensaje_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     mensaje_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     fila->addWidget(lugar_);
@@ -141,7 +140,7 @@ void FrmScript::cargar() {
     legible_ = leido.has_value();
     BtnOk_->setEnabled(legible_);
     TextCodigo_->setReadOnly(!legible_);
-    TextCodigo_->setPlainText(aQt(leido.value_or(std::string())));
+    TextCodigo_->setPlainText(enQt(leido.value_or(std::string())));
     TextCodigo_->irA(linea);
     TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
     aviso_->hide();
@@ -196,7 +195,7 @@ void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) 
     TextCodigo_->irA(ajeno->linea, ajeno->columna);
     avisar(this, tr("El archivo no puede guardar el carácter \"%1\" de la línea %2. No se guardó "
                     "nada.")
-                     .arg(aQt(ajeno->descripcion))
+                     .arg(enQt(ajeno->descripcion))
                      .arg(ajeno->linea));
 }
 
@@ -234,7 +233,7 @@ void FrmScript::decir(const QString& que) {
 }
 
 void FrmScript::irALinea() {
-    auto* caja = crear<QInputDialog>(this);
+    auto* caja = hacer<QInputDialog>(this);
     caja->setAttribute(Qt::WA_DeleteOnClose);
     caja->setWindowTitle(tr("Ir a la línea"));
     caja->setLabelText(tr("Línea (1 a %1):").arg(TextCodigo_->blockCount()));

@@ -1,6 +1,6 @@
 #include "ui/qt/barra_de_busqueda.h"
 
-#include "ui/qt/crear.h"
+#include "ui/qt/control.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -18,7 +18,7 @@ BarraDeBusqueda::BarraDeBusqueda(QPlainTextEdit& caja, QWidget* padre)
     : QWidget(padre), caja_(caja), buscado_(control<QLineEdit>("TxtBuscar", this)),
       nuevo_(control<QLineEdit>("TxtReemplazo", this)),
       mayusculas_(control<QCheckBox>("ChkMayusculas", tr("&Mayúsculas"), this)),
-      cuenta_(control<QLabel>("LblCoincidencias", this)), filaDeReemplazo_(crear<QWidget>(this)) {
+      cuenta_(control<QLabel>("LblCoincidencias", this)), filaDeReemplazo_(hacer<QWidget>(this)) {
     buscado_->setPlaceholderText(tr("Buscar"));
     buscado_->setAccessibleName(tr("Buscar"));
     nuevo_->setPlaceholderText(tr("Reemplazar por"));
@@ -32,9 +32,9 @@ BarraDeBusqueda::BarraDeBusqueda(QPlainTextEdit& caja, QWidget* padre)
 }
 
 void BarraDeBusqueda::armar() {
-    auto* filas = crear<QVBoxLayout>(this);
+    auto* filas = hacer<QVBoxLayout>(this);
     filas->setContentsMargins(0, 0, 0, 0);
-    auto* arriba = crear<QHBoxLayout>();
+    auto* arriba = hacer<QHBoxLayout>();
     arriba->addWidget(buscado_, 1);
     arriba->addWidget(boton("BtnAnterior", tr("&Anterior"), &BarraDeBusqueda::anterior));
     arriba->addWidget(boton("BtnSiguiente", tr("&Siguiente"), &BarraDeBusqueda::siguiente));
@@ -42,7 +42,7 @@ void BarraDeBusqueda::armar() {
     arriba->addWidget(cuenta_);
     arriba->addWidget(boton("BtnCerrarBusqueda", tr("Cerrar"), &BarraDeBusqueda::cerrar));
     filas->addLayout(arriba);
-    auto* abajo = crear<QHBoxLayout>(filaDeReemplazo_);
+    auto* abajo = hacer<QHBoxLayout>(filaDeReemplazo_);
     abajo->setContentsMargins(0, 0, 0, 0);
     abajo->addWidget(nuevo_, 1);
     abajo->addWidget(boton("BtnReemplazar", tr("&Reemplazar"), &BarraDeBusqueda::reemplazar));

@@ -1,7 +1,7 @@
 #include "ui/qt/caja_de_codigo.h"
 
 #include "ui/qt/colores.h"
-#include "ui/qt/crear.h"
+#include "ui/qt/control.h"
 #include "ui/qt/margen_de_codigo.h"
 #include "ui/qt/resaltado_de_guion.h"
 
@@ -29,8 +29,8 @@ QString sangriaDe(const QString& linea, int hasta) {
 } // namespace
 
 CajaDeCodigo::CajaDeCodigo(QWidget* padre)
-    : QPlainTextEdit(padre), resaltado_(crear<ResaltadoDeGuion>(document())),
-      margen_(crear<MargenDeCodigo>(*this)) {
+    : QPlainTextEdit(padre), resaltado_(hacer<ResaltadoDeGuion>(document())),
+      margen_(hacer<MargenDeCodigo>(*this)) {
     setLineWrapMode(NoWrap);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setTabStopDistance(kSangria * QFontMetricsF(font()).horizontalAdvance(' '));
