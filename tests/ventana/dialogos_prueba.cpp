@@ -36,7 +36,9 @@ class Escritura : public testing::Test {
         dialogo->mostrarPara("1", "2", "40001", 5);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(dialogo));
     }
-    [[nodiscard]] QLineEdit& caja(const char* nombre) { return hallar<QLineEdit>(*dialogo, nombre); }
+    [[nodiscard]] QLineEdit& caja(const char* nombre) {
+        return hallar<QLineEdit>(*dialogo, nombre);
+    }
     [[nodiscard]] QString valor() { return caja("TxtValor").text(); }
     [[nodiscard]] QString binario() { return hallar<QLabel>(*dialogo, "LblBinario").text(); }
     [[nodiscard]] QCheckBox& bit(int b) {
@@ -151,6 +153,7 @@ TEST_F(Escritura, CancelarYSalirCierranSinEscribir) {
 TEST_F(Escritura, SeVeBienEnOscuro) {
     ConPaletaOscura oscura;
     dialogo->recibirValorMW(43690);
+    EXPECT_TRUE(llega([&] { return caja("TxtValor").palette() == QApplication::palette(); }));
     EXPECT_EQ(tildados(), "1010101010101010");
     fotografiar(*dialogo, "frmescritura-oscura");
 }

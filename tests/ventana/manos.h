@@ -10,7 +10,8 @@
 namespace kv {
 
 /// A control by its name; a test that asks for one that is not there is wrong, and ends.
-template <class T> [[nodiscard]] T& hallar(QWidget& ventana, const QString& nombre) {
+template <class T>
+[[nodiscard]] T& hallar(QWidget& ventana, const QString& nombre) {
     T* hallado = ventana.findChild<T*>(nombre);
     if (hallado == nullptr) qFatal("no control named %s", qPrintable(nombre));
     return *hallado;
@@ -21,7 +22,8 @@ inline void clic(QWidget& ventana, const char* boton) {
 }
 
 /// Lets events run until something is so; false when it is not within five seconds.
-template <class F> [[nodiscard]] bool llega(F condicion) {
+template <class F>
+[[nodiscard]] bool llega(F condicion) {
     return QTest::qWaitFor(condicion, 5000);
 }
 

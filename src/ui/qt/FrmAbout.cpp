@@ -62,6 +62,8 @@ FrmAbout::FrmAbout(QWidget* padre, const QString& version) : QDialog(padre) {
     auto* rejilla = hacer<QGridLayout>(this);
     rejilla->setContentsMargins(18, 18, 18, 14);
     rejilla->setHorizontalSpacing(16);
+    rejilla->setVerticalSpacing(10);
+    rejilla->setColumnStretch(1, 1);
     auto* icono = control<QLabel>("Icono", this);
     icono->setPixmap(iconoDe(padre, *style()).pixmap(QSize(kLadoDelIcono, kLadoDelIcono)));
     icono->setAccessibleName(tr("Icono del programa"));

@@ -18,6 +18,8 @@
 namespace kv {
 namespace {
 
+constexpr int kMargen = 14;
+
 /// Lets no character in that the key filter refuses, whether it is typed, pasted or dropped. What
 /// the driver itself put there (the sign of a value) may stay.
 class SoloDigitos final : public QValidator {
@@ -43,6 +45,8 @@ FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre) : QDialog(pad
     setObjectName("FrmEscritura");
     setWindowTitle(tr("Escritura manual"));
     auto* todo = hacer<QVBoxLayout>(this);
+    todo->setContentsMargins(kMargen, kMargen, kMargen, kMargen);
+    todo->setSpacing(kMargen);
     auto* campos = hacer<QFormLayout>();
     txtPuerto_ = caja("txtPuerto", tr("P&uerto"), *campos);
     TxtPlc_ = caja("TxtPlc", tr("&PLC"), *campos);
@@ -73,9 +77,9 @@ QLineEdit* FrmEscritura::caja(const char* nombre, const QString& rotulo, QFormLa
 
 QLayout* FrmEscritura::bits() {
     constexpr int kPorGrupo = 4;
-    constexpr int kEntreGrupos = 14;
+    constexpr int kEntreGrupos = 20;
     auto* rejilla = hacer<QGridLayout>();
-    rejilla->setHorizontalSpacing(6);
+    rejilla->setHorizontalSpacing(8);
     int columna = 0;
     // From the left, as the tab key goes: bit 15 first, bit 0 last.
     for (int b = static_cast<int>(CheckBin_.size()) - 1; b >= 0; --b) {
