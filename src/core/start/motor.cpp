@@ -27,7 +27,9 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       auditoria(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
-      servidor(bucle_, tablas, ajustes, vista, log, *this) {
+      servidor(bucle_, tablas, ajustes, vista, log, *this),
+      operador(
+          {tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(this);
