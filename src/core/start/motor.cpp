@@ -28,8 +28,8 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
       servidor(bucle_, tablas, ajustes, vista, log, *this),
-      operador(
-          {tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello}) {
+      operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
+                bucle_.reloj()}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(this);

@@ -5,6 +5,7 @@
 #include "link/recepcion.h"
 #include "link/turno.h"
 #include "platform/archivos.h"
+#include "platform/reloj.h"
 #include "platform/sello.h"
 #include "ui/commands/escritura_manual.h"
 #include "ui/view/vista.h"
@@ -62,6 +63,7 @@ class Operador final : public OrdenDeEscribir {
         Archivos& archivos;
         Vista& vista;
         Sello& sello;
+        const Reloj& reloj;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
 
@@ -100,8 +102,13 @@ class Operador final : public OrdenDeEscribir {
     void BtnOcultar() { p_.vista.FrmServerTCPVisible = false; }
     /// Writes what a trace box shows into a file.
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
-    /// Answers that have come from the stations since the start.
-    [[nodiscard]] std::uint64_t respuestas() const { return p_.recepcion.respuestas(); }
+    struct Cifras {
+        std::uint64_t respuestas; ///< of the stations since the start
+        std::int64_t ms;          ///< when: on a clock that only goes forward
+    };
+    [[nodiscard]] Cifras cifras() const {
+        return {p_.recepcion.respuestas(), p_.reloj.monotonicoMs()};
+    }
 
   private:
     [[nodiscard]] const BloqueLectura* bloque(std::int64_t indice) const;
