@@ -50,7 +50,9 @@ void Guion::correr() {
     control_.AddCode(texto_);
     const vbscript::ScriptError& error = control_.Error();
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
+    falla_.reset();
     if (error.number == 0) return;
+    falla_ = error;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
 }
@@ -79,6 +81,7 @@ void Guion::cargar() {
     texto_ = bytes ? utf8DesdeWindows1252(*bytes) : std::string();
     if (!texto_.empty() && texto_.back() != '\n') texto_ += "\r\n";
     detenidoHastaUs_ = -1;
+    falla_.reset();
     dichos_.clear();
 }
 

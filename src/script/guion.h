@@ -7,6 +7,7 @@
 #include "script/ScriptControl.h"
 #include "ui/view/vista.h"
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -23,6 +24,12 @@ class Guion {
     Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sello& sello,
           ArchivoLog& log);
     void fijarRuta(std::string ruta) { ruta_ = std::move(ruta); }
+    [[nodiscard]] const std::string& ruta() const { return ruta_; }
+    /// What the last run of the file's content with that mark failed with; null after a good run,
+    /// before any, and when the last run was of another content.
+    [[nodiscard]] const vbscript::ScriptError* falla(const HuellaDeArchivo& de) const {
+        return falla_ && de == huella_ ? &*falla_ : nullptr;
+    }
     /// Seconds after which a script that was stopped for taking too much is tried again, if its
     /// file does not change before.
     void fijarReintento(double segundos) {
@@ -50,7 +57,8 @@ class Guion {
     std::int64_t miradoUs_ = -1;
     std::int64_t reintentoUs_ = 60'000'000;
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
-    std::set<std::string> dichos_;      ///< errors of the present file that were told
+    std::optional<vbscript::ScriptError> falla_;
+    std::set<std::string> dichos_; ///< errors of the present file that were told
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

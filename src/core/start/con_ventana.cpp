@@ -98,7 +98,8 @@ int correrConVentana(const Opciones& opciones) {
     motor.vista.observar(&mensajero);
     const bool unico = programa.arranque.soyElUnico();
     if (unico) {
-        Ventanas ventanas(motor.vista, motor.operador, mensajero, terminar);
+        EditorDeGuion editor(programa.archivos, motor.guion);
+        Ventanas ventanas({motor.vista, motor.operador, editor, mensajero, KV_VERSION, terminar});
         bool corriendo = true;
         programa.bucle.alFinalDeVuelta([&] {
             if (corriendo) ventanas.mirarVisibilidad();

@@ -32,6 +32,11 @@ void EscrituraManual::marcar(int bit, bool marcado) {
     ponerValor(textoDeNumero(SetearBIT_YDevolverPalabra(numero(valor_), bit, marcado)));
 }
 
+bool EscrituraManual::admite(char16_t caracter) {
+    const auto tecla = static_cast<std::int16_t>(caracter);
+    return caracter >= u' ' && ValidarIngresoDeNumeros(tecla, false, false) == tecla;
+}
+
 std::string EscrituraManual::BtnOk(OrdenDeEscribir& orden) const {
     if (recortar(txtPuerto).empty()) return "Error de numero de Puerto";
     if (recortar(TxtPlc).empty()) return "Error de numero de PLC";

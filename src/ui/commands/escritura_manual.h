@@ -28,6 +28,8 @@ class EscrituraManual {
     [[nodiscard]] std::string LblBinario() const;
     /// A check box was clicked: the value follows.
     void marcar(int bit, bool marcado);
+    /// Whether a box takes the character, typed or pasted: digits, and nothing else.
+    [[nodiscard]] static bool admite(char16_t caracter);
     /// OK: what is wrong with the first bad field, to be shown, or empty when the write was asked
     /// for.
     [[nodiscard]] std::string BtnOk(OrdenDeEscribir& orden) const;

@@ -1,5 +1,9 @@
 #include "ui/qt/Form1.h"
 
+#include "ui/qt/FrmAbout.h"
+#include "ui/qt/FrmEscritura.h"
+#include "ui/qt/FrmPuertos.h"
+#include "ui/qt/FrmScript.h"
 #include "ui/qt/barra_de_estado.h"
 #include "ui/qt/caja_de_traza.h"
 #include "ui/qt/control.h"
@@ -31,20 +35,27 @@ void poner(QLabel* rotulo, const QString& texto) {
     if (rotulo->text() != texto) rotulo->setText(texto);
 }
 
+void alFrente(QWidget& ventana) {
+    ventana.show();
+    ventana.raise();
+    ventana.activateWindow();
+}
+
 } // namespace
 
-Form1::Form1(Vista& vista, Operador& operador, Mensajero& mensajero, std::function<void()> alApagar)
-    : vista_(vista), operador_(operador), mensajero_(mensajero), alApagar_(std::move(alApagar)),
-      ritmo_(hacer<QTimer>(this)), Label1_(control<QLabel>("Label1", this)),
-      Label10_(control<QLabel>("Label10", this)),
+Form1::Form1(const PartesDeVentana& partes)
+    : partes_(partes), vista_(partes.vista), operador_(partes.operador),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
+      Label1_(control<QLabel>("Label1", this)), Label10_(control<QLabel>("Label10", this)),
       lblProyecto_(control<QLabel>("lblProyecto", this)),
       lblCantidadDePuntos_(control<QLabel>("lblCantidadDePuntos", this)),
       lblEstadoScript_(control<QLabel>("lblEstadoScript", this)),
-      sockets_(hacer<TablaDeLista>(vista.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
+      sockets_(
+          hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
       variables_(
-          hacer<TablaDeLista>(vista.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
-      bloques_(
-          hacer<TablaDeLista>(vista.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"), this)),
+          hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
+      bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
+                                   this)),
       estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
@@ -87,6 +98,10 @@ void Form1::armarMenu() {
     auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
     menuBar()->addMenu(driver);
     entrada(driver, "MnuServer", tr("&Servidor de clientes"), [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), [this] {
+        MnuScript();
+    })->setShortcut(Qt::CTRL | Qt::Key_G);
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), [this] { MnuAbout(); });
     driver->addSeparator();
     entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), [this] {
         operador_.MnuOcultar();
@@ -139,6 +154,9 @@ QWidget* Form1::armarCabeza() {
     fila->addWidget(lblCantidadDePuntos_);
     fila->addWidget(lblEstadoScript_);
     fila->addWidget(Label10_, 1);
+    auto* puertos = control<QPushButton>("BtnConfig", tr("P&uertos…"));
+    connect(puertos, &QPushButton::clicked, this, &Form1::BtnConfig);
+    fila->addWidget(puertos);
     auto* tamanio = control<QPushButton>("btnTamañoFormulario", tr("&Tamaño"));
     tamanio->setToolTip(tr("Ventana chica o entera (F11)"));
     tamanio->setShortcut(Qt::Key_F11);
@@ -257,16 +275,32 @@ void Form1::refrescarCabeza() {
     lblEstadoScript_->setPalette(paleta);
 }
 
+void Form1::MnuScript() {
+    if (guion_ == nullptr) guion_ = hacer<FrmScript>(partes_.editor, this);
+    alFrente(*guion_);
+}
+
+void Form1::MnuAbout() { alFrente(*hacer<FrmAbout>(this, enQt(partes_.version))); }
+
+void Form1::BtnConfig() {
+    if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(this);
+    puertos_->mostrarPuertos();
+}
+
 void Form1::MnuShutdown() {
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
-        alApagar_();
+        partes_.alApagar();
     });
 }
 
 void Form1::abrirEscritura(std::uint32_t fila) {
     const AperturaDeEscritura apertura = operador_.abrirEscritura(fila);
     mensajero_.avisar(apertura.aviso);
+    if (!apertura.abrir) return;
+    if (escritura_ == nullptr) escritura_ = hacer<FrmEscritura>(operador_, this);
+    escritura_->mostrarPara(enQt(apertura.puerto), enQt(apertura.plc), enQt(apertura.direccion),
+                            apertura.valor);
 }
 
 void Form1::preguntarScan(std::uint32_t fila) {

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "ui/commands/editor_de_guion.h"
 #include "ui/commands/operador.h"
 #include "ui/view/vista.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 class QAction;
@@ -19,9 +22,22 @@ namespace kv {
 class BarraDeEstado;
 class CajaDeTraza;
 class Fichas;
+class FrmEscritura;
+class FrmPuertos;
+class FrmScript;
 class Mensajero;
 class PanelDeOrdenes;
 class TablaDeLista;
+
+/// What the windows show and whom they ask. All of them must outlive the windows.
+struct PartesDeVentana {
+    Vista& vista;
+    Operador& operador;
+    EditorDeGuion& editor;
+    Mensajero& mensajero;
+    std::string version;
+    std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
+};
 
 /// The main window: three lists, the traces, the commands, the menu. It shows the view at the
 /// screen's pace while it is itself shown, and nothing of it costs anything while it is hidden. It
@@ -29,9 +45,7 @@ class TablaDeLista;
 class Form1 final : public QMainWindow {
     Q_OBJECT
   public:
-    /// `alApagar` is called once, when the operator has confirmed the shutdown. All that is given
-    /// must outlive the window.
-    Form1(Vista& vista, Operador& operador, Mensajero& mensajero, std::function<void()> alApagar);
+    explicit Form1(const PartesDeVentana& partes);
     ~Form1() override;
 
     /// Shows what changed since the last time; called ten times a second while the window is shown.
@@ -55,16 +69,22 @@ class Form1 final : public QMainWindow {
     CajaDeTraza* traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja);
     void seguir(bool seguir);
     void refrescarCabeza();
+    void MnuScript();
+    void MnuAbout();
     void MnuShutdown();
+    void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);
     void guardar(const QString& ruta, const QString& texto);
     void btnTamanioFormulario();
 
+    PartesDeVentana partes_;
     Vista& vista_;
     Operador& operador_;
     Mensajero& mensajero_;
-    std::function<void()> alApagar_;
+    QPointer<FrmEscritura> escritura_;
+    QPointer<FrmScript> guion_;
+    QPointer<FrmPuertos> puertos_;
     bool salirPermitido_ = false;
     bool compacta_ = false;
     unsigned vueltas_ = 0;

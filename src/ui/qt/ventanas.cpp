@@ -13,11 +13,10 @@ void mostrar(QWidget& ventana, bool seVe) {
 
 } // namespace
 
-Ventanas::Ventanas(Vista& vista, Operador& operador, Mensajero& mensajero,
-                   std::function<void()> alApagar)
-    : vista_(vista), form1_(vista, operador, mensajero, std::move(alApagar)),
-      servidor_(vista.servidor, operador, mensajero) {
-    mensajero.delante(&form1_);
+Ventanas::Ventanas(const PartesDeVentana& partes)
+    : vista_(partes.vista), form1_(partes),
+      servidor_(partes.vista.servidor, partes.operador, partes.mensajero) {
+    partes.mensajero.delante(&form1_);
 }
 
 void Ventanas::mirarVisibilidad() {

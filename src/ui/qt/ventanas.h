@@ -4,16 +4,12 @@
 #include "ui/qt/mensajero.h"
 #include "ui/qt/ventana_servidor.h"
 
-#include <functional>
-
 namespace kv {
 
 /// The windows that live as long as the program.
 class Ventanas {
   public:
-    /// All that is given must outlive the windows.
-    Ventanas(Vista& vista, Operador& operador, Mensajero& mensajero,
-             std::function<void()> alApagar);
+    explicit Ventanas(const PartesDeVentana& partes);
 
     /// Shows and hides what the view says. Costs nothing when that is so already.
     void mirarVisibilidad();

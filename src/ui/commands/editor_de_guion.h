@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/archivos.h"
+#include "platform/ruta.h"
+#include "script/guion.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// A place of the script and what is wrong there. Line and column count from 1; 0: unknown.
+struct FallaDeGuion {
+    int linea = 0;
+    int columna = 0;
+    std::string descripcion;
+    friend bool operator==(const FallaDeGuion&, const FallaDeGuion&) = default;
+};
+
+/// The script editor without its window: it reads and saves the file that the engine runs, and
+/// never runs it. Texts are UTF-8. One window at a time.
+class EditorDeGuion {
+  public:
+    EditorDeGuion(Archivos& archivos, const Guion& guion) : archivos_(archivos), guion_(guion) {}
+
+    /// Empty when the driver's configuration has no place for a script.
+    [[nodiscard]] const std::string& ruta() const { return guion_.ruta(); }
+    /// The file's name without its folder.
+    [[nodiscard]] std::string_view nombre() const { return nombreDeRuta(ruta()); }
+    /// The script, each line followed by CR LF; a missing file is an empty text. Nothing when there
+    /// is a file that cannot be read: saving would destroy it.
+    [[nodiscard]] std::optional<std::string> leer();
+
+    enum class Guardado { Hecho, SinRuta, CaracterAjeno, NoSePudo };
+    /// Replaces the file's content with `texto` and a CR LF. Unless the answer is `Hecho`, the file
+    /// is as it was.
+    [[nodiscard]] Guardado guardar(std::string_view texto);
+    /// Whether somebody else changed the file since it was read or saved here.
+    [[nodiscard]] bool cambioAfuera() const;
+    /// What others have written so far is known, and not wanted.
+    void pasarPorAltoElCambio() { conocida_ = archivos_.huella(ruta()); }
+
+    /// The first character that the file's code page does not have.
+    [[nodiscard]] static std::optional<FallaDeGuion> caracterAjeno(std::string_view texto);
+    /// The first mistake that a compilation finds.
+    [[nodiscard]] static std::optional<FallaDeGuion> comprobar(std::string_view texto);
+    /// What the last run failed with, as long as it was of the text that was read or saved here.
+    [[nodiscard]] std::optional<FallaDeGuion> fallaDeLaCorrida() const;
+
+  private:
+    Archivos& archivos_;
+    const Guion& guion_;
+    HuellaDeArchivo propia_;   ///< the file as it was read or saved here
+    HuellaDeArchivo conocida_; ///< the newest that the user knows of
+};
+
+} // namespace kv

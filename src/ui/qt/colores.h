@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace kv {
+
+/// Whether the palette's paper is dark.
+[[nodiscard]] inline bool esOscura(const QPalette& paleta) {
+    return paleta.color(QPalette::Base).lightness() < 128;
+}
+
+/// `encima` over the palette's paper, `parte` of it (0 to 1).
+[[nodiscard]] inline QColor sobrePapel(const QPalette& paleta, const QColor& encima, float parte) {
+    const QColor papel = paleta.color(QPalette::Base);
+    const auto mezcla = [parte](float a, float b) { return a + (b - a) * parte; };
+    return QColor::fromRgbF(mezcla(papel.redF(), encima.redF()),
+                            mezcla(papel.greenF(), encima.greenF()),
+                            mezcla(papel.blueF(), encima.blueF()));
+}
+
+} // namespace kv

@@ -1,0 +1,304 @@
+// The script editor on the file that a running plant's engine reads.
+
+#include "apoyo/planta.h"
+#include "ui/commands/editor_de_guion.h"
+#include "ui/commands/tramos_de_guion.h"
+#include "ui/qt/FrmScript.h"
+#include "ui/qt/caja_de_codigo.h"
+#include "ventana/manos.h"
+#include "ventana/pantalla.h"
+
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+
+namespace kv {
+namespace {
+
+constexpr const char* kConfiguracion = "/kv/DRIVER_KV2200_Config.ini";
+constexpr const char* kGuion = "/kv/DRIVER_KV2200_Config.MDrivScrip";
+using Marca = CajaDeCodigo::Marca;
+
+class Editor : public testing::Test {
+  protected:
+    void abrir(const std::string& guion) {
+        p.archivos.poner(kGuion, guion);
+        arrancarYAbrir();
+    }
+    void arrancarYAbrir() {
+        p.arrancarYConectar();
+        reabrir();
+    }
+    void reabrir() {
+        ventana = std::make_unique<FrmScript>(editor, nullptr).release();
+        ventana->show();
+        ventana->activateWindow(); // key bindings are those of the active window
+        ASSERT_TRUE(QTest::qWaitForWindowActive(ventana));
+    }
+    void TearDown() override {
+        if (ventana != nullptr) clic(*ventana, "BtnCancelar");
+        EXPECT_TRUE(seCerro());
+    }
+    [[nodiscard]] bool seCerro() {
+        return llega([&] { return ventana == nullptr; });
+    }
+    [[nodiscard]] CajaDeCodigo& codigo() { return hallar<CajaDeCodigo>(*ventana, "TextCodigo"); }
+    [[nodiscard]] QString mensaje() { return hallar<QLabel>(*ventana, "LblMensaje").text(); }
+    [[nodiscard]] std::string archivo() { return p.archivos.contenido(kGuion); }
+    void tecla(int cual, Qt::KeyboardModifiers con = Qt::NoModifier) {
+        QTest::keyClick(&codigo(), static_cast<Qt::Key>(cual), con);
+    }
+    void ponerCursor(int linea) { codigo().irA(linea); }
+
+    Configuracion config = Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "1");
+    Planta p{config};
+    Estaciones& plc{p.en("10.0.0.1")};
+    EditorDeGuion editor{p.archivos, p.motor.guion};
+    QPointer<FrmScript> ventana;
+};
+
+} // namespace
+
+TEST_F(Editor, CadaAbrirYGuardarAgregaUnaLineaVaciaYNadaMas) {
+    const std::string configuracion = p.archivos.contenido(kConfiguracion);
+    arrancarYAbrir();
+    EXPECT_EQ(codigo().texto(), "") << "a missing file is an empty text";
+    QTest::keyClicks(&codigo(), "a=1");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(archivo(), "a=1\r\n");
+    EXPECT_TRUE(ventana->isVisible());
+    for (const char* sigue : {"a=1\r\n\r\n", "a=1\r\n\r\n\r\n"}) {
+        clic(*ventana, "BtnCancelar");
+        ASSERT_TRUE(seCerro());
+        reabrir();
+        tecla(Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(archivo(), sigue);
+    }
+    EXPECT_EQ(p.archivos.contenido(kConfiguracion), configuracion);
+}
+
+TEST_F(Editor, CadaByteDelArchivoVuelveComoEstaba) {
+    std::string todos = "' ";
+    for (int b = 1; b < 256; ++b)
+        todos += b == '\r' || b == '\n' ? ' ' : static_cast<char>(b);
+    todos += std::string("x\0y", 3);
+    abrir(todos + "\nb=2\rc=3");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(archivo(), todos + "\r\nb=2\r\nc=3\r\n\r\n");
+}
+
+TEST_F(Editor, UnCaracterQueElArchivoNoTieneSeRechazaYNadaSePierde) {
+    abrir("a=1\r\n' total: ");
+    codigo().appendPlainText(QString::fromUtf8("' 5 € ✓"));
+    clic(*ventana, "BtnOk");
+    ASSERT_NE(mensajeSobre(*ventana), nullptr);
+    EXPECT_TRUE(mensajeSobre(*ventana)->text().contains(QString::fromUtf8("✓")));
+    responder(*ventana, "OK");
+    EXPECT_EQ(archivo(), "a=1\r\n' total: ");
+    EXPECT_TRUE(ventana->isWindowModified());
+    EXPECT_EQ(codigo().columnaActual(), 7);
+    tecla(Qt::Key_Delete);
+    p.archivos.negarEscrituras(true);
+    clic(*ventana, "BtnOk");
+    responder(*ventana, "OK");
+    EXPECT_TRUE(ventana->isWindowModified()) << "a disk that refuses";
+    p.archivos.negarEscrituras(false);
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(archivo(), "a=1\r\n' total: \r\n\r\n' 5 \x80 \r\n");
+    EXPECT_FALSE(ventana->isWindowModified());
+}
+
+TEST_F(Editor, LoQueNoCompilaSeAvisaYSeGuarda) {
+    abrir("a = 1\r\n");
+    tecla(Qt::Key_End, Qt::ControlModifier);
+    QTest::keyClicks(&codigo(), "If a Then b = (");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(archivo(), "a = 1\r\nIf a Then b = (\r\n");
+    EXPECT_EQ(mensajeSobre(*ventana), nullptr) << "a warning in its place, nothing to click away";
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 2);
+    EXPECT_TRUE(mensaje().contains("Guardado.")) << qPrintable(mensaje());
+    EXPECT_TRUE(mensaje().contains(QString::fromUtf8("línea 2"))) << qPrintable(mensaje());
+    tecla(Qt::Key_Backspace);
+    QTest::keyClicks(&codigo(), "2");
+    tecla(Qt::Key_F7);
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 0);
+    EXPECT_TRUE(archivo().ends_with("(\r\n")) << "checking saves nothing";
+}
+
+TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
+    abrir("a = 1\r\nb = 2\r\nc = a / (b - 2)\r\n");
+    p.avanzar(2000);
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 3; }));
+    EXPECT_TRUE(mensaje().contains(QString::fromUtf8("Última corrida: línea 3")));
+    EXPECT_EQ(codigo().mensajeDe(3).count('\n'), 0);
+    fotografiar(*ventana, "frmscript-falla");
+    ponerCursor(1);
+    tecla(Qt::Key_Return);
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 4) << "the mark goes with its line";
+    codigo().undo();
+    ponerCursor(2);
+    tecla(Qt::Key_End);
+    QTest::keyClicks(&codigo(), "0");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "what is saved now has not run yet";
+    p.avanzar(2000);
+    EXPECT_EQ(p.motor.scriptControl.valorDe("b"), 20);
+    EXPECT_FALSE(editor.fallaDeLaCorrida().has_value());
+    p.archivos.poner(kGuion, "x = 1 / 0");
+    p.avanzar(2000);
+    EXPECT_FALSE(editor.fallaDeLaCorrida().has_value()) << "that was another text's failure";
+}
+
+TEST_F(Editor, ElArchivoCambiadoPorOtroSeDiceYSeElige) {
+    abrir("a=1");
+    auto& aviso = hallar<QWidget>(*ventana, "AvisoDeCambio");
+    EXPECT_FALSE(aviso.isVisible());
+    QTest::keyClicks(&codigo(), "x");
+    p.archivos.poner(kGuion, "a=2");
+    ASSERT_TRUE(llega([&] { return aviso.isVisible(); }));
+    clic(*ventana, "BtnOk");
+    responder(*ventana, "No guardar");
+    EXPECT_EQ(archivo(), "a=2");
+    clic(*ventana, "BtnRecargar");
+    EXPECT_EQ(codigo().texto(), "a=2\n");
+    EXPECT_FALSE(aviso.isVisible());
+    QTest::keyClicks(&codigo(), "y");
+    p.archivos.poner(kGuion, "a=3");
+    ASSERT_TRUE(llega([&] { return aviso.isVisible(); }));
+    clic(*ventana, "BtnConservar");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(archivo(), "ya=2\r\n\r\n") << "already chosen, not asked again";
+    p.archivos.poner(kGuion, "a=4");
+    clic(*ventana, "BtnOk");
+    responder(*ventana, "Guardar encima");
+    EXPECT_EQ(archivo(), "ya=2\r\n\r\n");
+}
+
+TEST_F(Editor, CerrarLaVentanaPreguntaPorLosCambios) {
+    abrir("a=1");
+    QTest::keyClicks(&codigo(), "z");
+    ventana->close();
+    responder(*ventana, "Seguir editando");
+    ASSERT_TRUE(ventana && ventana->isVisible());
+    EXPECT_EQ(archivo(), "a=1");
+    ventana->close();
+    responder(*ventana, "Guardar");
+    EXPECT_TRUE(seCerro());
+    EXPECT_EQ(archivo(), "za=1\r\n\r\n");
+    reabrir();
+    QTest::keyClicks(&codigo(), "z");
+    ventana->close();
+    responder(*ventana, "Cerrar sin guardar");
+    EXPECT_TRUE(seCerro());
+    EXPECT_EQ(archivo(), "za=1\r\n\r\n");
+    reabrir();
+    ventana->close();
+    EXPECT_TRUE(seCerro()) << "without changes nothing is asked";
+}
+
+TEST_F(Editor, BuscaYReemplazaSinMirarMayusculas) {
+    abrir("Caudal = 1\r\ncaudal2 = CAUDAL\r\nx = 5");
+    tecla(Qt::Key_F, Qt::ControlModifier);
+    auto& buscar = hallar<QLineEdit>(*ventana, "TxtBuscar");
+    auto& cuenta = hallar<QLabel>(*ventana, "LblCoincidencias");
+    QTest::keyClicks(&buscar, "caudal");
+    EXPECT_EQ(codigo().textCursor().selectedText(), "Caudal");
+    EXPECT_EQ(cuenta.text(), "1 de 3");
+    QTest::keyClick(&buscar, Qt::Key_Return);
+    tecla(Qt::Key_F3);
+    EXPECT_EQ(codigo().textCursor().selectedText(), "CAUDAL");
+    tecla(Qt::Key_F3);
+    EXPECT_EQ(cuenta.text(), "1 de 3") << "around the end";
+    tecla(Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(cuenta.text(), "3 de 3");
+    tecla(Qt::Key_H, Qt::ControlModifier);
+    QTest::keyClicks(&hallar<QLineEdit>(*ventana, "TxtReemplazo"), "q");
+    fotografiar(*ventana, "frmscript-reemplazar");
+    clic(*ventana, "BtnReemplazar");
+    EXPECT_EQ(codigo().texto(), "Caudal = 1\ncaudal2 = q\nx = 5\n");
+    clic(*ventana, "BtnReemplazarTodo");
+    EXPECT_EQ(codigo().texto(), "q = 1\nq2 = q\nx = 5\n");
+    EXPECT_TRUE(cuenta.text().startsWith("2 "));
+    codigo().undo();
+    EXPECT_EQ(codigo().texto(), "Caudal = 1\ncaudal2 = q\nx = 5\n") << "one step";
+    QTest::keyClick(&buscar, Qt::Key_Escape);
+    EXPECT_FALSE(buscar.isVisible());
+}
+
+TEST_F(Editor, LaSangriaSigueALoQueSeEscribe) {
+    abrir("");
+    QTest::keyClicks(&codigo(), "If a Then");
+    tecla(Qt::Key_Return);
+    tecla(Qt::Key_Tab);
+    QTest::keyClicks(&codigo(), "b = 1");
+    tecla(Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(&codigo(), "c = 2");
+    EXPECT_EQ(codigo().texto(), "If a Then\n    b = 1\n    c = 2");
+    codigo().selectAll();
+    tecla(Qt::Key_Tab);
+    EXPECT_EQ(codigo().texto(), "    If a Then\n        b = 1\n        c = 2");
+    tecla(Qt::Key_Backtab);
+    EXPECT_EQ(codigo().texto(), "If a Then\n    b = 1\n    c = 2");
+    tecla(Qt::Key_G, Qt::ControlModifier);
+    QInputDialog* linea = ventana->findChild<QInputDialog*>();
+    ASSERT_NE(linea, nullptr);
+    linea->setIntValue(2);
+    linea->accept();
+    EXPECT_EQ(codigo().lineaActual(), 2);
+}
+
+TEST_F(Editor, LosBotonesQuedanAbajoYElTextoOcupaElResto) {
+    abrir("a=1");
+    for (const QSize lado : {QSize(1000, 700), QSize(500, 300)}) {
+        ventana->resize(lado);
+        ASSERT_TRUE(
+            llega([&] { return ventana->size() == lado && codigo().width() > lado.width() - 30; }));
+        for (const char* boton : {"BtnOk", "BtnCancelar"}) {
+            const QRect r = hallar<QPushButton>(*ventana, boton).geometry();
+            EXPECT_LE(ventana->height() - r.bottom(), 12);
+            EXPECT_GT(r.top(), codigo().geometry().bottom());
+        }
+    }
+}
+
+TEST_F(Editor, SinLugarParaUnGuionNoHaceNada) {
+    reabrir(); // a driver that has not started yet knows no configuration
+    EXPECT_EQ(codigo().texto(), "");
+    QTest::keyClicks(&codigo(), "a=1");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(mensajeSobre(*ventana), nullptr);
+    EXPECT_FALSE(p.archivos.existe(kGuion));
+}
+
+TEST_F(Editor, UnArchivoQueNoSePuedeLeerNoSePisa) {
+    const std::string enorme(17U << 20, 'x');
+    abrir(enorme);
+    EXPECT_TRUE(codigo().isReadOnly());
+    tecla(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(archivo().size(), enorme.size());
+}
+
+TEST(TramosDeGuion, CadaCosaEsLoQueEs) {
+    const auto clases = [](std::u16string_view linea) {
+        std::string s(linea.size(), '.');
+        for (const TramoDeGuion& t : tramosDeGuion(linea))
+            s.replace(t.desde, t.largo, t.largo, "PVTNC"[static_cast<std::size_t>(t.clase)]);
+        return s;
+    };
+    const std::pair<std::u16string_view, const char*> casos[] = {
+        {u"IF a tHen ' si", "PP...PPPP.CCCC"},
+        {u"s = \"a\"\"'b\" & 1", "....TTTTTTT...N"},
+        {u"mw_1_1_10 = &HFF", "VVVVVVVVV...NNNN"},
+        {u"x = .5e-3 : Rem no", "....NNNNN...CCCCCC"},
+        {u"o.End = 2: End", "........N..PPP"},
+        {u"d = #1/2/2026#", "....NNNNNNNNNN"},
+        {u"s = \"sin fin", "....TTTTTTTT"},
+        {u"x = .5 Then", "....NN.PPPP"},
+        {u"Ifx = a1", "........"},
+        {u"n = \u00f1 & \"\u00f1\"", "........TTT"}};
+    for (const auto& [linea, esperado] : casos)
+        EXPECT_EQ(clases(linea), esperado);
+}
+
+} // namespace kv
