@@ -1,5 +1,7 @@
 #include "ui/qt/estado_de_fila.h"
 
+#include "ui/qt/colores.h"
+
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
@@ -81,7 +83,7 @@ QIcon senalDeEstado(EstadoDeFila estado) {
 }
 
 QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
-    const bool oscura = paleta.color(QPalette::Base).lightness() < 128;
+    const bool oscura = esOscura(paleta);
     switch (estado) {
     case EstadoDeFila::Mal:
     case EstadoDeFila::Desconectada:
@@ -96,36 +98,39 @@ QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
 }
 
 const FormaDeLista& formaDeSockets() {
-    static const FormaDeLista forma{false,
-                                    2,
-                                    deConexion,
-                                    {Especie::Numero, Especie::Texto, Especie::Texto,
-                                     Especie::Texto, Especie::Numero, Especie::Texto,
-                                     Especie::Texto, Especie::Texto},
-                                    {0, 1, 2, 3},
-                                    {7, 20, 17, 38, 10, 10, 10, 10}};
+    static const FormaDeLista forma{.conTildes = false,
+                                    .columnaDeEstado = 2,
+                                    .columnaDeCifras = -1,
+                                    .estado = deConexion,
+                                    .especies = {Especie::Numero, Especie::Texto, Especie::Texto,
+                                                 Especie::Texto, Especie::Numero, Especie::Texto,
+                                                 Especie::Texto, Especie::Texto},
+                                    .filtrables = {0, 1, 2, 3},
+                                    .anchos = {5, 18, 15, 26, 5, 5, 5, 5}};
     return forma;
 }
 
 const FormaDeLista& formaDeVariables() {
-    static const FormaDeLista forma{
-        true,
-        2,
-        deVariable,
-        {Especie::Direccion, Especie::Numero, Especie::Texto, Especie::Fecha, Especie::Texto},
-        {0, 2, 4},
-        {18, 10, 20, 21, 22}};
+    static const FormaDeLista forma{.conTildes = true,
+                                    .columnaDeEstado = 2,
+                                    .columnaDeCifras = 1,
+                                    .estado = deVariable,
+                                    .especies = {Especie::Direccion, Especie::Numero,
+                                                 Especie::Texto, Especie::Fecha, Especie::Texto},
+                                    .filtrables = {0, 2, 4},
+                                    .anchos = {18, 10, 20, 21, 22}};
     return forma;
 }
 
 const FormaDeLista& formaDeBloques() {
-    static const FormaDeLista forma{
-        true,
-        3,
-        deBloque,
-        {Especie::Direccion, Especie::Numero, Especie::Numero, Especie::Texto, Especie::Texto},
-        {0, 1, 3},
-        {18, 9, 18, 46, 46}};
+    static const FormaDeLista forma{.conTildes = true,
+                                    .columnaDeEstado = 3,
+                                    .columnaDeCifras = -1,
+                                    .estado = deBloque,
+                                    .especies = {Especie::Direccion, Especie::Numero,
+                                                 Especie::Numero, Especie::Texto, Especie::Texto},
+                                    .filtrables = {0, 1, 3},
+                                    .anchos = {18, 5, 5, 46, 30}};
     return forma;
 }
 

@@ -34,10 +34,11 @@ inline constexpr std::size_t kEstadosDeFila = 6;
 struct FormaDeLista {
     bool conTildes;
     int columnaDeEstado; ///< where the sign stands
+    int columnaDeCifras; ///< set flush right, -1 for none
     EstadoDeFila (*estado)(const Lista& lista, std::uint32_t fila);
     std::vector<Especie> especies;       ///< by column
     std::vector<std::size_t> filtrables; ///< columns that hardly change, in which a filter looks
-    std::vector<int> anchos;             ///< by column, in characters
+    std::vector<int> anchos;             ///< by column, in characters; a header is never cut
 };
 [[nodiscard]] const FormaDeLista& formaDeSockets();
 [[nodiscard]] const FormaDeLista& formaDeVariables();

@@ -43,7 +43,7 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
     }
     case Qt::TextAlignmentRole:
         return int{Qt::AlignVCenter} |
-               (forma_.especies[columna] == Especie::Numero ? Qt::AlignRight : Qt::AlignLeft);
+               (celda.column() == forma_.columnaDeCifras ? Qt::AlignRight : Qt::AlignLeft);
     default:
         return {};
     }

@@ -33,7 +33,7 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
     filtro_->setAccessibleName(tr("Filtro de %1").arg(titulo));
     filtro_->setToolTip(tr("Muestra las filas que tengan todas las palabras escritas"));
     tabla_->setAccessibleName(titulo);
-    armarTabla(forma);
+    armarTabla(lista, forma);
 
     auto* arriba = hacer<QHBoxLayout>();
     arriba->addWidget(rotulo);
@@ -61,7 +61,7 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
             [this](const QModelIndex& celda) { activar(celda.row()); });
 }
 
-void TablaDeLista::armarTabla(const FormaDeLista& forma) {
+void TablaDeLista::armarTabla(const Lista& lista, const FormaDeLista& forma) {
     tabla_->setModel(modelo_);
     tabla_->setSelectionBehavior(QAbstractItemView::SelectRows);
     tabla_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -85,7 +85,11 @@ void TablaDeLista::armarTabla(const FormaDeLista& forma) {
     tabla_->setSortingEnabled(true);
     const int letra = fontMetrics().averageCharWidth();
     for (std::size_t c = 0; c < forma.anchos.size(); ++c)
-        tabla_->setColumnWidth(static_cast<int>(c), forma.anchos[c] * letra + 24);
+        tabla_->setColumnWidth(
+            static_cast<int>(c),
+            std::max(forma.anchos[c] * letra,
+                     cabeza->fontMetrics().horizontalAdvance(enQt(lista.columnas()[c]))) +
+                24);
     tabla_->installEventFilter(this);
 }
 

@@ -38,7 +38,7 @@ class TablaDeLista final : public QWidget {
     bool eventFilter(QObject* objeto, QEvent* suceso) override;
 
   private:
-    void armarTabla(const FormaDeLista& forma);
+    void armarTabla(const Lista& lista, const FormaDeLista& forma);
     void contar();
     void activar(int fila);
     bool alPulsar(int tecla);
