@@ -123,6 +123,7 @@ TEST_F(Editor, LoQueNoCompilaSeAvisaYSeGuarda) {
     QTest::keyClicks(&codigo(), "2");
     tecla(Qt::Key_F7);
     EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 0);
+    EXPECT_EQ(mensaje(), "Sin errores.");
     EXPECT_TRUE(archivo().ends_with("(\r\n")) << "checking saves nothing";
 }
 
@@ -132,7 +133,6 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 3; }));
     EXPECT_TRUE(mensaje().contains(QString::fromUtf8("Última corrida: línea 3")));
     EXPECT_EQ(codigo().mensajeDe(3).count('\n'), 0);
-    fotografiar(*ventana, "frmscript-falla");
     ponerCursor(1);
     tecla(Qt::Key_Return);
     EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 4) << "the mark goes with its line";
@@ -277,6 +277,28 @@ TEST_F(Editor, UnArchivoQueNoSePuedeLeerNoSePisa) {
     EXPECT_TRUE(codigo().isReadOnly());
     tecla(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(archivo().size(), enorme.size());
+}
+
+TEST_F(Editor, SeVeBienEnClaroYEnOscuro) {
+    abrir("' Nivel del tanque y orden a la bomba\r\nOption Explicit\r\nDim nivel, dosis\r\n\r\n"
+          "nivel = MW_1_1_10 / 10\r\n"
+          "If MW_1_1_10_STATUS = 6 And nivel < 2.5 Then\r\n"
+          "    mw.writeMW \"MW_1_1_10\", 1\r\nEnd If\r\n\r\n"
+          "Label.Caption = \"Nivel: \" & nivel & \" m\"\r\n"
+          "dosis = nivel / (MW_1_1_10 - 116)   ' falla con 116\r\n");
+    p.avanzar(2000);
+    ventana->resize(760, 380);
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 11; }))
+        << qPrintable(mensaje());
+    fotografiar(*ventana, "frmscript");
+    ConPaletaOscura oscura;
+    ASSERT_TRUE(llega([&] { return codigo().palette() == QApplication::palette(); }));
+    QTest::keyClicks(&codigo(), "If nivel Then nivel = (");
+    tecla(Qt::Key_Return);
+    tecla(Qt::Key_F, Qt::ControlModifier);
+    tecla(Qt::Key_F7);
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 1);
+    fotografiar(*ventana, "frmscript-oscura");
 }
 
 TEST(TramosDeGuion, CadaCosaEsLoQueEs) {

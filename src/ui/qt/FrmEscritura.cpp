@@ -128,6 +128,8 @@ void FrmEscritura::mostrarPara(const QString& puerto, const QString& plc, const 
     setWindowTitle(tr("Escritura manual: %1").arg(puerto + "." + plc + "." + direccion));
     TxtValor_->selectAll();
     show();
+    raise();
+    activateWindow();
 }
 
 void FrmEscritura::recibirValorMW(double valor) {

@@ -22,6 +22,7 @@ class FrmEscritura final : public QDialog {
     /// `orden` must outlive the dialog.
     FrmEscritura(OrdenDeEscribir& orden, QWidget* padre);
 
+    /// Fills the dialog for a register and brings it to the front.
     void mostrarPara(const QString& puerto, const QString& plc, const QString& direccion,
                      double valor);
     void recibirValorMW(double valor);

@@ -80,7 +80,7 @@ QMenuBar* FrmScript::menus() {
         menu->addAction(rotulo, QKeySequence(teclas), this, accion);
     };
     entrada(tr("&Guardar"), "Ctrl+S", [this] { BtnOk_->click(); });
-    entrada(tr("&Comprobar"), "F7", [this] { comprobar(texto(), tr("Sin errores.")); });
+    entrada(tr("&Comprobar"), "F7", [this] { comprobar(texto(), {}); });
     menu->addSeparator();
     entrada(tr("Ce&rrar"), "Ctrl+W", [this] { close(); });
     menu = barra->addMenu(tr("&Edición"));
@@ -199,17 +199,16 @@ void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) 
                      .arg(ajeno->linea));
 }
 
-bool FrmScript::comprobar(const std::string& texto, const QString& siAnda) {
+void FrmScript::comprobar(const std::string& texto, const QString& hecho) {
     const auto falla = EditorDeGuion::comprobar(texto);
     if (!falla) {
         TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
-        decir(siAnda);
-        return true;
+        decir(hecho.isEmpty() ? tr("Sin errores.") : hecho);
+        return;
     }
     const QString que = tr("No compila: %1").arg(enPalabras(*falla));
     TextCodigo_->marcar(CajaDeCodigo::Marca::Comprobacion, falla->linea, que);
-    decir("⚠ " + siAnda + " " + que);
-    return false;
+    decir("⚠ " + (hecho.isEmpty() ? que : hecho + " " + que));
 }
 
 void FrmScript::mirar() {

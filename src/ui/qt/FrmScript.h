@@ -42,8 +42,8 @@ class FrmScript final : public QWidget {
     void quejarse(EditorDeGuion::Guardado que, const std::string& texto);
     /// The editor's text as the file has it.
     [[nodiscard]] std::string texto() const;
-    /// Compiles, and marks what is wrong; true when nothing is.
-    bool comprobar(const std::string& texto, const QString& siAnda);
+    /// Compiles, and marks what is wrong. `hecho`: what to tell beside it.
+    void comprobar(const std::string& texto, const QString& hecho);
     void preguntarAntesDeCerrar();
     void cerrarSinGuardar();
     void irALinea();

@@ -6,6 +6,11 @@
 #include <QPalette>
 
 namespace kv {
+namespace {
+
+constexpr int kLineaMasLarga = 5000; // nobody reads more; laying out its colours takes seconds
+
+} // namespace
 
 ResaltadoDeGuion::ResaltadoDeGuion(QTextDocument* documento) : QSyntaxHighlighter(documento) {
     // Not by colour alone: what is not code leans, what the language reserves is bold.
@@ -28,6 +33,7 @@ void ResaltadoDeGuion::elegirColores(const QPalette& paleta) {
 }
 
 void ResaltadoDeGuion::highlightBlock(const QString& linea) {
+    if (linea.size() > kLineaMasLarga) return;
     const QStringView v(linea);
     for (const TramoDeGuion& t : tramosDeGuion({v.utf16(), static_cast<std::size_t>(v.size())}))
         setFormat(static_cast<int>(t.desde), static_cast<int>(t.largo), formato(t.clase));
