@@ -28,7 +28,7 @@ namespace {
 constexpr int kRitmoMs = 100;            // as fast as numbers can be read
 constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
-constexpr QSize kCompacta{760, 460};
+constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
 
 void poner(QLabel* rotulo, const QString& texto) {
@@ -78,6 +78,9 @@ Form1::Form1(const PartesDeVentana& partes)
     setCentralWidget(centro);
     setStatusBar(estado_);
     conectarListas();
+    // The layout's own minimum lags behind what is hidden and would hold the compact size up.
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    setMinimumSize(kCompacta);
     resize(kEntera);
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);

@@ -23,6 +23,7 @@ BarraDeEstado::BarraDeEstado(QWidget* padre)
 
 QLabel* BarraDeEstado::cifra(const char* nombre, const QString& ayuda) {
     auto* rotulo = control<QLabel>(nombre, this);
+    rotulo->setContentsMargins(8, 0, 8, 0);
     rotulo->setToolTip(ayuda);
     rotulo->setAccessibleDescription(ayuda);
     addPermanentWidget(rotulo);

@@ -15,6 +15,12 @@
 #include <QVBoxLayout>
 
 namespace kv {
+namespace {
+
+constexpr int kMargenDeCelda = 26; // a check box or a sign
+constexpr int kMargenDeCabeza = 14;
+
+} // namespace
 
 TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QString& titulo,
                            QWidget* padre)
@@ -87,9 +93,9 @@ void TablaDeLista::armarTabla(const Lista& lista, const FormaDeLista& forma) {
     for (std::size_t c = 0; c < forma.anchos.size(); ++c)
         tabla_->setColumnWidth(
             static_cast<int>(c),
-            std::max(forma.anchos[c] * letra,
-                     cabeza->fontMetrics().horizontalAdvance(enQt(lista.columnas()[c]))) +
-                24);
+            std::max(forma.anchos[c] * letra + kMargenDeCelda,
+                     cabeza->fontMetrics().horizontalAdvance(enQt(lista.columnas()[c])) +
+                         kMargenDeCabeza));
     tabla_->installEventFilter(this);
 }
 
