@@ -124,6 +124,7 @@ void BucleEpoll::correr() {
 }
 
 void BucleEpoll::atender() {
+    detenido_ = false; // by a `correr` before; the outer loop decides now
     vuelta(0);
     if (despertador_ < 0) {
         despertador_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
