@@ -150,6 +150,16 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     EXPECT_FALSE(editor.fallaDeLaCorrida().has_value()) << "that was another text's failure";
 }
 
+TEST_F(Editor, LaMarcaSeVaCuandoElMismoTextoCorreBien) {
+    abrir("x = 1 / (MW_1_1_10 - 116)");
+    p.avanzar(2000);
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 1; }));
+    plc.registros[{1, 0x10}] = 117; // addresses are hexadecimal
+    p.avanzar(5000);
+    EXPECT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 0; }));
+    EXPECT_EQ(mensaje(), "");
+}
+
 TEST_F(Editor, ElArchivoCambiadoPorOtroSeDiceYSeElige) {
     abrir("a=1");
     auto& aviso = hallar<QWidget>(*ventana, "AvisoDeCambio");
@@ -222,6 +232,10 @@ TEST_F(Editor, BuscaYReemplazaSinMirarMayusculas) {
     EXPECT_TRUE(cuenta.text().startsWith("2 "));
     codigo().undo();
     EXPECT_EQ(codigo().texto(), "Caudal = 1\ncaudal2 = q\nx = 5\n") << "one step";
+    auto& anterior = hallar<QPushButton>(*ventana, "BtnAnterior");
+    anterior.setFocus();
+    QTest::keyClick(&anterior, Qt::Key_Return);
+    EXPECT_EQ(cuenta.text(), "2 de 2") << "a button is pressed by Enter too";
     QTest::keyClick(&buscar, Qt::Key_Escape);
     EXPECT_FALSE(buscar.isVisible());
 }

@@ -75,7 +75,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
 
 QMenuBar* FrmScript::menus() {
     auto* barra = hacer<QMenuBar>(this);
-    QMenu* menu = barra->addMenu(tr("&Guion"));
+    QMenu* menu = barra->addMenu(tr("Gui&on"));
     const auto entrada = [&](const QString& rotulo, const char* teclas, auto accion) {
         menu->addAction(rotulo, QKeySequence(teclas), this, accion);
     };
@@ -105,7 +105,7 @@ QWidget* FrmScript::avisoDeCambio() {
     auto* fila = hacer<QHBoxLayout>(marco);
     fila->addWidget(hacer<QLabel>(tr("⚠ Otro programa cambió el archivo."), marco), 1);
     auto* recargar =
-        control<QPushButton>("BtnRecargar", tr("&Recargar (se pierde lo de aquí)"), marco);
+        control<QPushButton>("BtnRecargar", tr("&Leer de nuevo (se pierde lo de aquí)"), marco);
     auto* conservar = control<QPushButton>("BtnConservar", tr("Co&nservar lo de aquí"), marco);
     connect(recargar, &QPushButton::clicked, this, &FrmScript::cargar);
     connect(conservar, &QPushButton::clicked, this, [this] {

@@ -80,6 +80,8 @@ void BarraDeBusqueda::keyPressEvent(QKeyEvent* tecla) {
         cerrar();
     } else if (entrar && nuevo_->hasFocus()) {
         reemplazar();
+    } else if (auto* enfocado = qobject_cast<QPushButton*>(focusWidget()); entrar && enfocado) {
+        enfocado->click();
     } else if (entrar) {
         buscar((tecla->modifiers() & Qt::ShiftModifier) != 0, true);
     } else {
