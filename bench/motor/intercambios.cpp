@@ -9,102 +9,20 @@
 
 #include "bucle_pelado.h"
 #include "cliente_de_banco.h"
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
+#include "driver_de_banco.h"
 #include "estaciones_de_banco.h"
-#include "platform/epoll/bucle_epoll.h"
-#include "platform/epoll/sistema.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
-#include <unistd.h>
 
 namespace kv::banco {
 namespace {
-
-/// A folder of its own for a driver, gone at the end.
-class Carpeta {
-  public:
-    Carpeta() {
-        std::string plantilla = (std::filesystem::temp_directory_path() / "kvbancoXXXXXX").string();
-        ruta_ = mkdtemp(plantilla.data());
-    }
-    ~Carpeta() { std::filesystem::remove_all(ruta_); }
-    Carpeta(const Carpeta&) = delete;
-    Carpeta& operator=(const Carpeta&) = delete;
-    [[nodiscard]] const std::string& ruta() const { return ruta_; }
-    void escribir(const std::string& nombre, const std::string& contenido) const {
-        std::ofstream(ruta_ + "/" + nombre) << contenido;
-    }
-
-  private:
-    std::string ruta_;
-};
-
-std::string configuracion(std::uint16_t puerto, int conexiones, int bloques, double scan) {
-    std::string c = "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\nCantEsclavos=" +
-                    std::to_string(conexiones) +
-                    "\nCantBloques=" + std::to_string(conexiones * bloques) + "\n";
-    for (int i = 0; i < conexiones; ++i) {
-        const std::string e = "Esclavo" + std::to_string(i);
-        const unsigned ip = 0x7F010000U + static_cast<unsigned>(i) + 1;
-        c += e + "_Numero=" + std::to_string(i + 1) + "\n" + e + "_Ip=127." +
-             std::to_string(ip >> 16 & 255) + "." + std::to_string(ip >> 8 & 255) + "." +
-             std::to_string(ip & 255) + "\n" + e + "_Puerto=" + std::to_string(puerto) + "\n" + e +
-             "_Indice=1\n";
-        for (int k = 0; k < bloques; ++k) {
-            const std::string b = "Bloque" + std::to_string(i * bloques + k);
-            char direccion[8];
-            std::snprintf(direccion, sizeof direccion, "%X", 16 + k);
-            c += b + "_PLC=" + std::to_string(i + 1) + "\n" + b + "_Quantity=1\n" + b +
-                 "_StarAdrees=" + direccion + "\n" + b + "_ScanTime=" + std::to_string(scan) + "\n";
-        }
-    }
-    return c;
-}
-
-constexpr std::uint16_t kEscucha = 21335;
-
-/// A driver without a window on real sockets.
-class Driver {
-  public:
-    Driver(std::uint16_t puerto, int conexiones, int bloques, double scan, int pausaMs,
-           const std::string& guion)
-        : motor_(bucle_, archivos_, carpeta_.ruta()), arranque_(motor_, procesos_) {
-        carpeta_.escribir("sis_config.ini",
-                          "[DRIVER_KV2200]\nTiempo_Entre_poleo=" + std::to_string(pausaMs) +
-                              "\nBase_Tiempo_Solicitar_Conexiones_Milisegundos=100\n"
-                              "PuertoEscucha=" +
-                              std::to_string(kEscucha) + "\n");
-        carpeta_.escribir("DRIVER_KV2200_Config.ini",
-                          configuracion(puerto, conexiones, bloques, scan));
-        carpeta_.escribir("DRIVER_KV2200_Config.MDrivScrip", guion);
-        arranque_.arrancar();
-        correr(6.5); // every connection is up after the second supervision
-    }
-    void servir() { arranque_.abrirServidor(); }
-    void correr(double segundos) {
-        const auto fin = bucle_.crearTemporizador([this] { bucle_.detener(); });
-        fin->rearmar(static_cast<std::int64_t>(segundos * 1000));
-        bucle_.correr();
-    }
-    [[nodiscard]] std::uint64_t intercambios() const { return motor_.recepcion.respuestas(); }
-
-  private:
-    Carpeta carpeta_;
-    BucleEpoll bucle_;
-    ArchivosReales archivos_;
-    ProcesosReales procesos_;
-    Motor motor_;
-    Arranque arranque_;
-};
 
 Medida medirDriver(Driver& driver, double segundos) {
     const Procesador antesCpu = tiempoDeProcesador();

@@ -25,6 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
         NingunProceso procesos;
         kv::Motor motor(bucle, archivos, "/kv");
         kv::Arranque arranque(motor, procesos);
+        bucle.empezar();
         arranque.arrancar();
         arranque.abrirServidor();
         (void)bucle.correr();

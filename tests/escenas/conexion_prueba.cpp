@@ -140,7 +140,7 @@ TEST(Arranque, SinConfiguracionArrancaConCeroPuntos) {
     p.ajuste("VER", "1"); // what a second start of the program does
     p.avanzar(kTic);
     EXPECT_TRUE(p.motor.vista.Form1Visible);
-    p.arranque.MnuOcultar();
+    p.motor.operador.MnuOcultar();
     p.avanzar(kTic);
     EXPECT_FALSE(p.motor.vista.Form1Visible);
 }

@@ -1,5 +1,6 @@
 #include "ClienteKV2200/orden.h"
 
+#include "cli/castellano.h"
 #include "config/direccion.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
@@ -22,7 +23,7 @@ struct Textos {
 };
 
 void declarar(CLI::App& app, Textos& t, Orden& orden) {
-    app.option_defaults()->group("Opciones");
+    ponerEnCastellano(app);
     app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
     app.add_option("--servidor", t.servidor, "Dirección del driver (127.0.0.1:1334 si no se da)")
         ->type_name("IP:PUERTO");
@@ -51,13 +52,6 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
     app.footer(
         "Termina con 0 si se hizo, 1 si no hubo respuesta o se rechazó (y dice qué), 2 si la "
         "orden está mal.");
-    app.get_formatter()->label("Usage", "Uso");
-    app.get_formatter()->label("OPTIONS", "OPCIONES");
-    app.get_formatter()->label("SUBCOMMAND", "ORDEN");
-    app.get_formatter()->label("SUBCOMMANDS", "ORDENES");
-    app.get_formatter()->label("Positionals", "Argumentos");
-    app.get_formatter()->label("REQUIRED", "OBLIGATORIO");
-    app.get_formatter()->column_width(36);
 }
 
 bool segundos(const std::string& texto, double& destino) {
@@ -126,13 +120,8 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
     } catch (const CLI::CallForHelp&) {
         salida << app.help();
         return kHecho;
-    } catch (const CLI::RequiredError&) {
-        error = "falta la orden o alguno de sus argumentos";
-    } catch (const CLI::ExtrasError& e) {
-        error = std::string("argumento desconocido: ") +
-                std::string(e.what()).substr(std::string(e.what()).find(": ") + 2);
     } catch (const CLI::ParseError& e) {
-        error = std::string("orden no válida: ") + e.what();
+        error = enCastellano(e);
     }
     if (error.empty()) return std::nullopt;
     errores << "ClienteKV2200: " << error << "\nVea ClienteKV2200 --help\n";

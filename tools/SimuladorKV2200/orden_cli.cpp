@@ -1,5 +1,6 @@
 #include "SimuladorKV2200/orden.h"
 
+#include "cli/castellano.h"
 #include "config/direccion.h"
 #include "text/numeros.h"
 
@@ -36,7 +37,7 @@ void opcionDeFalla(CLI::App& app, Textos& t, const std::string& nombre, const ch
 }
 
 void declarar(CLI::App& app, Textos& t, Orden& orden) {
-    app.option_defaults()->group("Opciones");
+    ponerEnCastellano(app);
     app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
     auto* config = app.add_option("--config", orden.config,
                                   "Sirve todas las direcciones de estaciones de una configuración "
@@ -65,21 +66,6 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
     app.add_option("--semilla", t.semilla, "Semilla del azar (1 si no se da)")->type_name("N");
     app.add_flag("--traza", orden.traza, "Imprime cada solicitud y respuesta en hexadecimal");
     app.footer(kPie);
-    app.get_formatter()->label("Usage", "Uso");
-    app.get_formatter()->label("OPTIONS", "OPCIONES");
-    app.get_formatter()->label("Excludes", "Excluye");
-    app.get_formatter()->column_width(36);
-}
-
-std::string enCastellano(const CLI::ParseError& e) {
-    const std::string detalle = e.what();
-    if (dynamic_cast<const CLI::ExtrasError*>(&e) != nullptr)
-        return "argumento desconocido: " + detalle.substr(detalle.find(": ") + 2);
-    if (dynamic_cast<const CLI::ExcludesError*>(&e) != nullptr)
-        return "--config y --escuchar no van juntos";
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&e) != nullptr)
-        return "a " + detalle.substr(0, detalle.find(':')) + " le falta o le sobra un valor";
-    return "valor no válido: " + detalle.substr(detalle.find(": ") + 2);
 }
 
 std::string queja(const std::string& opcion, const std::string& texto, const std::string& error) {

@@ -92,11 +92,6 @@ void Arranque::informar(const Problemas& problemas) {
                                    " problemas mas; vea --comprobar");
 }
 
-void Arranque::MnuOcultar() {
-    motor_.ajustes.escribirConfiguracion("VER", "0");
-    motor_.vista.Form1Visible = false;
-}
-
 void Arranque::Timer_VER_Timer() {
     motor_.aplicarAjustes();
     const bool ver = motor_.ajustes.leerConfiguracion("VER", "0") == "1";

@@ -25,8 +25,6 @@ class Arranque {
     void arrancar();
     /// The last step of the sequence: the client's server begins to listen.
     void abrirServidor();
-    /// The hide command: the window goes at the next look at the setting.
-    void MnuOcultar();
 
   private:
     void informar(const Problemas& problemas);

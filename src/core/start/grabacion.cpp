@@ -61,6 +61,12 @@ int mostrar(const std::string& contenido, std::ostream& errores) {
     bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
     motor.scriptControl.fijarCarpetaDeArchivos(
         [&] { return carpetaDelGuion(motor, archivos).empty() ? std::string() : paso.ruta(); });
+    bucle.alOrdenar([&motor](std::string_view texto) {
+        const auto orden = ordenDeTexto(texto);
+        if (!orden) throw CintaMala{"una orden que no lo es: " + std::string(texto)};
+        motor.operador.hacer(*orden);
+    });
+    bucle.empezar();
     arranque.arrancar();
     arranque.abrirServidor();
     if (!bucle.correr()) errores << "La grabacion termina a mitad de una entrada\n";
@@ -85,8 +91,12 @@ Bucle& Grabacion::bucle() { return grabador_ ? *grabador_ : bucle_; }
 
 Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
 
-void Grabacion::anotarOrden(std::string_view orden) {
-    if (grabador_) grabador_->anotarOrden(orden);
+void Grabacion::empezarTramo() {
+    if (grabador_) grabador_->empezarTramo();
+}
+
+void Grabacion::terminarTramo() {
+    if (grabador_) grabador_->terminarTramo();
 }
 
 bool Grabacion::seLleno() {

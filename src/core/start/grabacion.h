@@ -4,6 +4,7 @@
 #include "platform/bucle.h"
 #include "platform/grabado/cinta.h"
 #include "platform/grabado/grabador.h"
+#include "ui/commands/orden.h"
 
 #include <cstdint>
 #include <iosfwd>
@@ -14,7 +15,7 @@ namespace kv {
 
 /// The flight recorder: loop and files for a driver that runs, written down if a recording is
 /// wanted.
-class Grabacion {
+class Grabacion final : private RegistroDeOrdenes {
   public:
     /// `archivo` empty: nothing is recorded, and `bucle` and `archivos` are given as they are.
     /// `maximo` in bytes. Throws std::runtime_error when the recording cannot be created.
@@ -23,12 +24,18 @@ class Grabacion {
 
     [[nodiscard]] Bucle& bucle();
     [[nodiscard]] Archivos& archivos();
-    /// Something that the operator asks for, right before it is done.
-    void anotarOrden(std::string_view orden);
+    /// The driver's start begins, and ends.
+    void empezarTramo();
+    void terminarTramo();
+    /// Who wants to know of the operator's orders, null if nobody.
+    [[nodiscard]] RegistroDeOrdenes* registro() { return grabador_ ? this : nullptr; }
     /// True once: the recording has just become full.
     [[nodiscard]] bool seLleno();
 
   private:
+    void empieza(std::string_view orden) override { grabador_->empezarOrden(orden); }
+    void termina() override { grabador_->terminarTramo(); }
+
     Bucle& bucle_;
     Archivos& archivos_;
     std::optional<CintaEscrita> cinta_;

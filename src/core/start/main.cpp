@@ -1,83 +1,69 @@
+#include "cli/castellano.h"
 #include "config/comprobacion.h"
-#include "core/start/arranque.h"
 #include "core/start/grabacion.h"
-#include "core/start/motor.h"
-#include "core/start/salida_de_traza.h"
-#include "platform/epoll/bucle_epoll.h"
-#include "platform/epoll/sistema.h"
+#include "core/start/programa.h"
+#ifdef KV_VENTANA
+#include "core/start/con_ventana.h"
+#endif
 
 #include <CLI/CLI.hpp>
 
-#include <array>
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <iostream>
+#include <optional>
 
+namespace kv {
 namespace {
 
-constexpr int kOrdenado = 0;
-constexpr int kYaCorre = 1;
-constexpr int kMalaLinea = 2;
-constexpr std::uint64_t kMaximoDeGrabacion = 1ULL << 30;
-
-struct Opciones {
-    std::string carpeta = kv::carpetaDelPrograma();
-    bool sinVentana = false;
-    bool traza = false;
-    bool comprobar = false;
-    std::string grabar;
-    std::string reproducir;
-};
-
-int comprobar(const Opciones& opciones) {
-    kv::ArchivosReales archivos;
-    kv::Ajustes ajustes(archivos, opciones.carpeta);
-    const kv::Comprobacion comprobacion = kv::comprobar(ajustes);
+int soloComprobar(const Opciones& opciones) {
+    ArchivosReales archivos;
+    Ajustes ajustes(archivos, opciones.carpeta);
+    const Comprobacion comprobacion = comprobar(ajustes);
     std::cout << comprobacion.informe;
     return comprobacion.resultado;
 }
 
-int correr(const Opciones& opciones) {
-    kv::BucleEpoll bucle;
-    kv::ArchivosReales archivos;
-    kv::ProcesosReales procesos;
-    kv::SalidaDeTraza salida(opciones.traza);
-    kv::Grabacion grabacion(bucle, archivos, opciones.grabar, kMaximoDeGrabacion, opciones.carpeta);
-    kv::Motor motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta);
-    motor.vista.observar(&salida);
-    kv::Arranque arranque(motor, procesos);
-    if (!arranque.soyElUnico()) return kYaCorre;
-    constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
-    bucle.alRecibirSenal(kSenales, [&bucle](int) { bucle.detener(); });
-    bucle.alFinalDeVuelta([&] {
-        salida.volcar();
-        if (grabacion.seLleno()) motor.log.escribirLog("DRIVER", "Grabacion", "llena: no sigue");
-    });
-    motor.scriptControl.fijarCarpetaDeArchivos(
-        [&] { return kv::carpetaDelGuion(motor, grabacion.archivos()); });
-    arranque.arrancar();
-    arranque.abrirServidor();
-    salida.volcar(); // the first turn of the loop may end seconds from now
-    bucle.correr();
-    motor.vista.observar(nullptr);
+int correrSinVentana(const Opciones& opciones) {
+    BucleEpoll* bucle = nullptr;
+    Programa programa(opciones, [&bucle] { bucle->detener(); });
+    bucle = &programa.bucle;
+    if (!programa.arranque.soyElUnico()) return kYaCorre;
+    programa.arrancar();
+    programa.bucle.correr();
     return kOrdenado;
 }
 
-} // namespace
+int correr(const Opciones& opciones) {
+#ifdef KV_VENTANA
+    if (!opciones.sinVentana) {
+        if (hayPantalla()) return correrConVentana(opciones);
+        std::cerr << kNombreDelPrograma
+                  << ": no hay pantalla donde mostrar la ventana; con --sin-ventana corre sin "
+                     "ella\n";
+        return kMalaLinea;
+    }
+#endif
+    return correrSinVentana(opciones);
+}
 
-int main(int argc, char** argv) {
-    Opciones opciones;
+std::string esCarpeta(const std::string& ruta) {
+    std::error_code mal;
+    return std::filesystem::is_directory(ruta, mal) ? "" : "no existe la carpeta " + ruta;
+}
+
+/// The exit code if the program is to end at once.
+std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
-                 std::string(kv::kNombreDelPrograma)};
-    app.option_defaults()->group("Opciones");
-    app.get_formatter()->label("Usage", "Uso");
-    app.get_formatter()->label("OPTIONS", "OPCIONES");
+                 std::string(kNombreDelPrograma)};
+    ponerEnCastellano(app);
     app.set_help_flag("--help", "Muestra esta ayuda y termina");
-    app.set_version_flag("--version", std::string(kv::kNombreDelPrograma) + " " + KV_VERSION,
+    app.set_version_flag("--version", std::string(kNombreDelPrograma) + " " + KV_VERSION,
                          "Muestra la version y termina");
     app.add_option("--carpeta", opciones.carpeta,
                    "Carpeta del programa: ajustes, configuracion, guion y registros")
-        ->check(CLI::ExistingDirectory)
+        ->check(CLI::Validator(esCarpeta, ""))
         ->type_name("DIR");
     app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
@@ -88,19 +74,31 @@ int main(int argc, char** argv) {
         ->type_name("ARCHIVO");
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
-        ->check(CLI::ExistingFile)
         ->type_name("ARCHIVO");
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& ayuda) {
+        return app.exit(ayuda);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e) == 0 ? kOrdenado : kMalaLinea;
+        std::cerr << kNombreDelPrograma << ": " << enCastellano(e) << "\nVea " << kNombreDelPrograma
+                  << " --help\n";
+        return kMalaLinea;
     }
+    return std::nullopt;
+}
+
+} // namespace
+} // namespace kv
+
+int main(int argc, char** argv) {
+    kv::Opciones opciones;
+    if (const auto fin = kv::leerLinea(argc, argv, opciones)) return *fin;
     try {
         std::signal(SIGPIPE, SIG_IGN);
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
-        return opciones.comprobar ? comprobar(opciones) : correr(opciones);
+        return opciones.comprobar ? kv::soloComprobar(opciones) : kv::correr(opciones);
     } catch (const std::exception& falla) {
         std::cerr << kv::kNombreDelPrograma << ": " << falla.what() << '\n';
-        return kMalaLinea;
+        return kv::kMalaLinea;
     }
 }

@@ -27,7 +27,9 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       auditoria(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
       solicitudes(tablas, turnos, ejecucion, vista, sello, log),
       forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
-      servidor(bucle_, tablas, ajustes, vista, log, *this) {
+      servidor(bucle_, tablas, ajustes, vista, log, *this),
+      operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
+                bucle_.reloj()}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(this);
@@ -59,9 +61,8 @@ double Motor::ajuste(const AjusteNumerico& cual) {
 }
 
 void Motor::aplicarAjustes() {
-    scriptControl.fijarPresupuesto(
-        {ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion), ajuste(kMemoriaDelGuion),
-         ajuste(kPasosDelGuion)});
+    scriptControl.fijarPresupuesto({ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion),
+                                    ajuste(kMemoriaDelGuion), ajuste(kPasosDelGuion)});
     guion.fijarReintento(ajuste(kReintentoDelGuion));
     ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
     const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);

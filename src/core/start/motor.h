@@ -18,6 +18,7 @@
 #include "script/guion.h"
 #include "script/publicacion.h"
 #include "server/servidor.h"
+#include "ui/commands/operador.h"
 #include "ui/view/vista.h"
 #include "write/auditoria.h"
 #include "write/ejecucion.h"
@@ -75,6 +76,7 @@ class Motor final : private AlTerminarElTurno,
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;
+    Operador operador;
 
   private:
     std::string idioma_;

@@ -89,7 +89,9 @@ class BucleEpoll::Senales final : public Atendido {
     Registro registro_ = 0;
 };
 
-BucleEpoll::BucleEpoll() : cola_([this] { return reloj_.monotonicoUs(); }) {
+BucleEpoll::BucleEpoll()
+    : cola_([this] { return reloj_.monotonicoUs(); }),
+      propios_([this] { return reloj_.monotonicoUs(); }) {
     epoll_ = epoll_create1(EPOLL_CLOEXEC);
     if (epoll_ < 0) fallar("epoll_create1");
     for (auto& m : memoria_)
@@ -125,6 +127,7 @@ void BucleEpoll::correr() {
 }
 
 void BucleEpoll::atender() {
+    detenido_ = false; // by a `correr` before; the outer loop decides now
     vuelta(0);
     if (despertador_ < 0) {
         despertador_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
@@ -134,7 +137,7 @@ void BucleEpoll::atender() {
         e.data.u64 = kNoRegistrado; // no slot: it only makes the descriptor readable
         epoll_ctl(epoll_, EPOLL_CTL_ADD, despertador_, &e);
     }
-    const std::int64_t proximo = cola_.proximo();
+    const std::int64_t proximo = proximoVencimiento();
     if (proximo == despertadorUs_ && proximo > reloj_.monotonicoUs()) return;
     despertadorUs_ = proximo;
     itimerspec cuando{};
@@ -145,8 +148,14 @@ void BucleEpoll::atender() {
     timerfd_settime(despertador_, TFD_TIMER_ABSTIME, &cuando, nullptr);
 }
 
+std::int64_t BucleEpoll::proximoVencimiento() {
+    const std::int64_t a = cola_.proximo();
+    const std::int64_t b = propios_.proximo();
+    return a < 0 || b < 0 ? std::max(a, b) : std::min(a, b);
+}
+
 int BucleEpoll::esperaHastaElProximo() {
-    const std::int64_t proximo = cola_.proximo();
+    const std::int64_t proximo = proximoVencimiento();
     if (proximo < 0) return -1;
     const std::int64_t faltaUs = proximo - reloj_.monotonicoUs();
     if (faltaUs <= 0) return 0;
@@ -207,6 +216,8 @@ void BucleEpoll::atenderSucesos() {
 void BucleEpoll::ticarVencidos() {
     const std::int64_t ahora = reloj_.monotonicoUs();
     while (!detenido_ && cola_.ticar(ahora)) {
+    }
+    while (propios_.ticar(ahora)) {
     }
 }
 

@@ -60,6 +60,10 @@ class BucleEpoll final : public Bucle {
     /// Calls `alLlegar` in the loop when one of the signals arrives. At most once per loop.
     void alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar);
 
+    /// Timers of the platform's own. They stand apart, so that the others' places depend on nothing
+    /// but the driver.
+    [[nodiscard]] ColaDeTemporizadores& propios() { return propios_; }
+
     // For what the loop watches:
     using Registro = std::uint64_t;
     static constexpr Registro kNoRegistrado = static_cast<Registro>(-1);
@@ -91,9 +95,12 @@ class BucleEpoll final : public Bucle {
     void ticarVencidos();
     void terminarVuelta();
     [[nodiscard]] int esperaHastaElProximo();
+    /// Due time of the next timer of either queue, -1 if none runs.
+    [[nodiscard]] std::int64_t proximoVencimiento();
 
     RelojReal reloj_;
     ColaDeTemporizadores cola_;
+    ColaDeTemporizadores propios_;
     int epoll_ = -1;
     int despertador_ = -1; ///< timerfd, made when the loop sits inside another
     std::int64_t despertadorUs_ = -1;

@@ -127,10 +127,9 @@ bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view conten
     const Descriptor d(nuevo, O_WRONLY | O_CREAT | O_CLOEXEC);
     if (!d.abierto() || !tomarPara(nuevo, d.numero())) return false;
     if (s.st_mode != 0) fchmod(d.numero(), s.st_mode & 07777);
-    // On the disk before it takes the place, or a failure of power leaves neither of the two; and
-    // held until it has, or another process writes into it meanwhile.
-    const bool escrito = ftruncate(d.numero(), 0) == 0 && escribirTodo(d.numero(), contenido) &&
-                         fsync(d.numero()) == 0;
+    // Held until it has taken the place, or another process writes into it meanwhile. Not forced to
+    // the disk: the driver must not wait for one.
+    const bool escrito = ftruncate(d.numero(), 0) == 0 && escribirTodo(d.numero(), contenido);
     if (escrito && rename(nuevo.c_str(), destino.c_str()) == 0) return true;
     unlink(nuevo.c_str());
     return false;

@@ -254,7 +254,7 @@ void ZocaloEpoll::atenderPedido() {
 /// every look. Nobody is asked for until a while later, when some may have come free.
 void ZocaloEpoll::descansarDeAceptar() {
     if (!descanso_) {
-        descanso_ = bucle_.crearTemporizador([this] {
+        descanso_ = std::make_unique<Temporizador>(bucle_.propios(), [this] {
             descanso_->habilitar(false);
             bucle_.cambiar(registro_, descriptor_, EPOLLIN);
         });

@@ -54,7 +54,7 @@ CintaEscrita& Grabador::llamada(Entrada e) {
         cinta_.entrada(Entrada::Pendientes).numero(preguntas_);
         cerrar();
     }
-    huboLlamadas_ = true;
+    huboLlamadas_ = trabaja_ = true;
     preguntas_ = 0;
     const std::int64_t ahora = bucle_.reloj().monotonicoUs();
     cinta_.entrada(e).numero(static_cast<std::uint64_t>(ahora - us_));
@@ -68,13 +68,13 @@ CintaEscrita& Grabador::respuesta(Entrada e) {
     return cinta_;
 }
 
-void Grabador::anotarOrden(std::string_view orden) {
+void Grabador::empezarOrden(std::string_view orden) {
     llamada(Entrada::Orden).texto(orden);
     cerrar();
 }
 
 void Grabador::dejarCorrerPendientes() {
-    preguntar();
+    if (!preguntar()) return bucle_.dejarCorrerPendientes();
     enPendientes_ = true;
     bucle_.dejarCorrerPendientes();
     if (!std::exchange(enPendientes_, false)) {
@@ -93,13 +93,14 @@ void Grabador::terminarVuelta() {
     cerrar();
     for (const auto& tarea : tareas_)
         tarea();
+    trabaja_ = false;
     if (us_ - volcadoUs_ < kSegundoUs) return;
     volcadoUs_ = us_;
     cinta_.volcar();
 }
 
 std::int64_t Grabador::mirarReloj() {
-    preguntar();
+    if (!preguntar()) return bucle_.reloj().monotonicoUs();
     const std::int64_t ahora = bucle_.reloj().monotonicoUs();
     if (ahora - us_ >= kPasoUs) {
         respuesta(Entrada::Avance).numero(static_cast<std::uint64_t>(ahora - us_));
@@ -110,7 +111,7 @@ std::int64_t Grabador::mirarReloj() {
 }
 
 FechaHora Grabador::mirarCalendario() {
-    preguntar();
+    if (!preguntar()) return bucle_.reloj().ahora();
     const std::int64_t adelanto = calendarioUs(bucle_.reloj().ahora()) - us_;
     if (std::abs(adelanto - adelantoUs_) > kToleranciaUs) {
         adelantoUs_ = adelanto;
@@ -121,8 +122,8 @@ FechaHora Grabador::mirarCalendario() {
 }
 
 bool ArchivosGrabados::existe(const std::string& ruta) {
-    grabador_.preguntar();
     const bool hay = archivos_.existe(ruta);
+    if (!grabador_.preguntar()) return hay;
     if (bool& antes = existe_[ruta]; antes != hay) {
         antes = hay;
         grabador_.respuesta(Entrada::Existe).texto(ruta).numero(hay ? 1 : 0);
@@ -132,8 +133,8 @@ bool ArchivosGrabados::existe(const std::string& ruta) {
 }
 
 HuellaDeArchivo ArchivosGrabados::huella(const std::string& ruta) {
-    grabador_.preguntar();
     const HuellaDeArchivo h = archivos_.huella(ruta);
+    if (!grabador_.preguntar()) return h;
     if (HuellaDeArchivo& antes = huellas_[ruta]; antes != h) {
         antes = h;
         grabador_.respuesta(Entrada::Huella)
@@ -148,8 +149,8 @@ HuellaDeArchivo ArchivosGrabados::huella(const std::string& ruta) {
 }
 
 std::optional<std::string> ArchivosGrabados::leer(const std::string& ruta, std::size_t maximo) {
-    grabador_.preguntar();
     auto contenido = archivos_.leer(ruta, maximo);
+    if (!grabador_.preguntar()) return contenido;
     if (auto& antes = contenidos_[{ruta, maximo}]; antes != contenido) {
         antes = contenido;
         grabador_.respuesta(Entrada::Contenido)
@@ -163,8 +164,7 @@ std::optional<std::string> ArchivosGrabados::leer(const std::string& ruta, std::
 }
 
 bool ArchivosGrabados::escrito(bool bien) {
-    grabador_.preguntar();
-    if (!bien) {
+    if (grabador_.preguntar() && !bien) {
         grabador_.respuesta(Entrada::NoEscrito);
         grabador_.cerrar();
     }

@@ -15,6 +15,7 @@ namespace kv {
 /// A loop and its files that write down what comes in through them. The driver runs on these as it
 /// would on the ones that are wrapped, but for the clocks: they move at calls from outside, and
 /// inside a handler by steps of at least `kPasoUs`, so that not every look at them is an entry.
+/// What is asked while the driver is not at work, as by a window, is answered and not recorded.
 ///
 /// Scripts reach their own folder of files without the platform; that is not recorded.
 class Grabador final : public Bucle {
@@ -37,14 +38,21 @@ class Grabador final : public Bucle {
         return bucle_.temporizadores();
     }
 
-    /// Something that the operator asks for, right before it is done.
-    void anotarOrden(std::string_view orden);
+    /// The driver is at work from now on, until `terminarTramo` or the end of a turn: its start.
+    void empezarTramo() { trabaja_ = true; }
+    void terminarTramo() { trabaja_ = false; }
+    /// The same, for something that the operator asks for.
+    void empezarOrden(std::string_view orden);
 
     // For what is wrapped:
     /// Begins the entry of a call from outside.
     CintaEscrita& llamada(Entrada e);
-    /// Counts a question; the entry of its answer is begun by `respuesta`.
-    void preguntar() { ++preguntas_; }
+    /// Counts a question, the entry of whose answer is begun by `respuesta`; false when it is none
+    /// of the driver's.
+    bool preguntar() {
+        preguntas_ += trabaja_ ? 1U : 0U;
+        return trabaja_;
+    }
     CintaEscrita& respuesta(Entrada e);
     void cerrar() { cinta_.cerrarEntrada(); }
 
@@ -72,6 +80,7 @@ class Grabador final : public Bucle {
     std::int64_t volcadoUs_ = 0;
     bool enPendientes_ = false; ///< letting events run, and nothing came so far
     bool huboLlamadas_ = false; ///< in this turn
+    bool trabaja_ = false;      ///< what is asked is asked by the driver
     std::vector<std::function<void()>> tareas_;
 };
 

@@ -35,6 +35,7 @@ void Reproductor::alFinalDeVuelta(std::function<void()> tarea) {
 }
 
 bool Reproductor::toca(Entrada e) {
+    if (!trabaja_) return false;
     ++preguntas_;
     const Entrada sigue = cinta_.mirar();
     if (!esRespuesta(sigue)) return false;

@@ -30,6 +30,8 @@ class Reproductor final : public Bucle {
     void detener() override { detenido_ = true; }
     [[nodiscard]] ColaDeTemporizadores& temporizadores() override { return cola_; }
 
+    /// The driver's start begins: from now on what it asks is on the tape.
+    void empezar() { trabaja_ = true; }
     /// Plays to the end, or until the driver stops the loop. False when the recording was cut off
     /// in the middle of an entry.
     bool correr();
@@ -71,6 +73,7 @@ class Reproductor final : public Bucle {
     std::map<std::uint64_t, ZocaloReproducido*> zocalos_;
     std::vector<std::function<void()>> tareas_;
     std::function<void(std::string_view)> orden_;
+    bool trabaja_ = false;
     bool detenido_ = false;
 };
 

@@ -3,8 +3,7 @@
 namespace kv {
 
 void ZocaloGrabado::comprobar(EstadoZocalo esperado) {
-    grabador_.preguntar();
-    if (dentro_->estado() == esperado) return;
+    if (!grabador_.preguntar() || dentro_->estado() == esperado) return;
     grabador_.respuesta(Entrada::Estado)
         .numero(numero_)
         .numero(static_cast<std::uint8_t>(dentro_->estado()))
@@ -35,8 +34,8 @@ bool ZocaloGrabado::enviar(std::span<const std::uint8_t> bytes) {
 }
 
 std::uint32_t ZocaloGrabado::puertoLocal() const {
-    grabador_.preguntar();
     const std::uint32_t puerto = dentro_->puertoLocal();
+    if (!grabador_.preguntar()) return puerto;
     grabador_.respuesta(Entrada::PuertoLocal).numero(puerto);
     grabador_.cerrar();
     return puerto;

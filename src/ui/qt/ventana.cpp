@@ -1,5 +1,8 @@
 #include "ui/qt/ventana.h"
 
+#include <QIcon>
+#include <QPainter>
+#include <QPixmap>
 #include <QWidget>
 
 namespace kv {
@@ -8,6 +11,25 @@ void prepararVentana(QWidget& ventana) {
     ventana.setProperty(kPropiedadDeAyuda, kContextoDeAyuda);
     for (QWidget* control : ventana.findChildren<QWidget*>())
         control->setProperty(kPropiedadDeAyuda, kContextoDeAyuda);
+}
+
+/// A station's screen with the trace of a value.
+QIcon iconoDelPrograma() {
+    QIcon icono;
+    for (const int lado : {16, 32, 64}) {
+        QPixmap lienzo(lado, lado);
+        lienzo.fill(Qt::transparent);
+        QPainter p(&lienzo);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.scale(lado / 32.0, lado / 32.0);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0x1F, 0x4E, 0x79));
+        p.drawRoundedRect(QRectF(1, 1, 30, 30), 6, 6);
+        p.setPen(QPen(QColor(0x7F, 0xE0, 0x8A), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.drawPolyline(QList<QPointF>{{5, 20}, {11, 20}, {15, 8}, {20, 25}, {23, 16}, {27, 16}});
+        icono.addPixmap(lienzo);
+    }
+    return icono;
 }
 
 } // namespace kv

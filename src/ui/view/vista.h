@@ -41,8 +41,10 @@ class CajasConFichas {
     /// Back to one empty box and one tab.
     void vaciar();
     [[nodiscard]] CajaDeTexto& operator[](std::size_t i) { return cajas_[i]; }
+    [[nodiscard]] const CajaDeTexto& operator[](std::size_t i) const { return cajas_[i]; }
     [[nodiscard]] std::size_t cuantas() const { return cajas_.size(); }
     [[nodiscard]] const std::string& titulo(std::size_t i) const { return titulos_[i]; }
+    [[nodiscard]] std::string_view nombre() const { return nombre_; }
     [[nodiscard]] std::string_view fichas() const { return fichas_; }
 
   private:

@@ -1,0 +1,49 @@
+#include "cli/castellano.h"
+
+#include <CLI/CLI.hpp>
+
+namespace kv {
+namespace {
+
+/// What stands before the first `separa`, and what behind it.
+std::pair<std::string, std::string> partirEn(const std::string& texto, const std::string& separa) {
+    const auto en = texto.find(separa);
+    if (en == std::string::npos) return {"", texto};
+    return {texto.substr(0, en), texto.substr(en + separa.size())};
+}
+
+template <class Error>
+bool es(const CLI::ParseError& e) {
+    return dynamic_cast<const Error*>(&e) != nullptr;
+}
+
+} // namespace
+
+void ponerEnCastellano(CLI::App& app) {
+    app.option_defaults()->group("Opciones");
+    for (const auto& [ingles, castellano] : {std::pair{"Usage", "Uso"},
+                                             {"OPTIONS", "OPCIONES"},
+                                             {"Excludes", "Excluye"},
+                                             {"SUBCOMMAND", "ORDEN"},
+                                             {"SUBCOMMANDS", "ORDENES"},
+                                             {"Positionals", "Argumentos"},
+                                             {"REQUIRED", "OBLIGATORIO"}})
+        app.get_formatter()->label(ingles, castellano);
+    app.get_formatter()->column_width(36);
+}
+
+std::string enCastellano(const CLI::ParseError& e) {
+    const std::string detalle = e.what();
+    if (es<CLI::RequiredError>(e)) return "falta la orden o alguno de sus argumentos";
+    if (es<CLI::ExtrasError>(e)) return "argumento desconocido: " + partirEn(detalle, ": ").second;
+    if (es<CLI::ExcludesError>(e)) {
+        const auto [uno, otro] = partirEn(detalle, " excludes ");
+        return uno + " y " + otro + " no van juntos";
+    }
+    if (es<CLI::ArgumentMismatch>(e))
+        return "a " + partirEn(detalle, ":").first + " le falta o le sobra un valor";
+    if (es<CLI::ValidationError>(e)) return detalle; // the text is the validator's own
+    return "valor no válido: " + partirEn(detalle, ": ").second;
+}
+
+} // namespace kv

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kv {
+
+/// One thing that the operator makes the engine do, as a value: what a recording keeps and gives
+/// again.
+struct Orden {
+    enum class Clase : std::uint8_t {
+        Forzar,      ///< texto: address
+        ForzarNivel, ///< numero: level, otro: times
+        Escribir,    ///< texto: address, numero: value
+        Activar,     ///< numero: block, otro: 1 or 0
+        Scan,        ///< numero: block, otro: seconds
+        Buscar,      ///< texto: address
+        Ocultar,
+        VerServidor, ///< numero: 1 or 0
+    };
+    Clase clase;
+    std::string texto = {};
+    double numero = 0;
+    double otro = 0;
+};
+
+[[nodiscard]] std::string textoDeOrden(const Orden& orden);
+/// Nothing for a text that is none.
+[[nodiscard]] std::optional<Orden> ordenDeTexto(std::string_view texto);
+
+/// Told of every order right before it is carried out, and right after.
+class RegistroDeOrdenes {
+  public:
+    virtual ~RegistroDeOrdenes() = default;
+    virtual void empieza(std::string_view orden) = 0;
+    virtual void termina() = 0;
+};
+
+} // namespace kv

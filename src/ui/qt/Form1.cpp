@@ -1,0 +1,352 @@
+#include "ui/qt/Form1.h"
+
+#include "ui/qt/FrmAbout.h"
+#include "ui/qt/FrmEscritura.h"
+#include "ui/qt/FrmPuertos.h"
+#include "ui/qt/FrmScript.h"
+#include "ui/qt/barra_de_estado.h"
+#include "ui/qt/caja_de_traza.h"
+#include "ui/qt/control.h"
+#include "ui/qt/fichas.h"
+#include "ui/qt/mensajero.h"
+#include "ui/qt/panel_de_ordenes.h"
+#include "ui/qt/tabla_de_lista.h"
+#include "ui/qt/ventana.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace kv {
+namespace {
+
+constexpr int kRitmoMs = 100;            // as fast as numbers can be read
+constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
+constexpr QSize kEntera{1480, 920};
+constexpr QSize kCompacta{800, 460};
+constexpr int kAnchoDeOrdenes = 400;
+
+void poner(QLabel* rotulo, const QString& texto) {
+    if (rotulo->text() != texto) rotulo->setText(texto);
+}
+
+void alFrente(QWidget& ventana) {
+    ventana.show();
+    ventana.raise();
+    ventana.activateWindow();
+}
+
+} // namespace
+
+Form1::Form1(const PartesDeVentana& partes)
+    : partes_(partes), vista_(partes.vista), operador_(partes.operador),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
+      Label1_(control<QLabel>("Label1", this)), Label10_(control<QLabel>("Label10", this)),
+      lblProyecto_(control<QLabel>("lblProyecto", this)),
+      lblCantidadDePuntos_(control<QLabel>("lblCantidadDePuntos", this)),
+      lblEstadoScript_(control<QLabel>("lblEstadoScript", this)),
+      sockets_(
+          hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
+      variables_(
+          hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
+      bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
+                                   this)),
+      estado_(hacer<BarraDeEstado>(this)) {
+    setObjectName("Form1");
+    setWindowTitle("Driver KV2200");
+    setWindowIcon(iconoDelPrograma());
+    armarMenu();
+    auto* abajo = hacer<QSplitter>(Qt::Vertical);
+    abajo->addWidget(armarListas());
+    abajo->addWidget(armarTrazas());
+    abajo->setStretchFactor(0, 3);
+    abajo->setStretchFactor(1, 1);
+    abajo->setSizes({560, 240});
+    auto* centro = hacer<QWidget>(this);
+    auto* filas = hacer<QVBoxLayout>(centro);
+    filas->setContentsMargins(8, 6, 8, 4);
+    filas->addWidget(armarCabeza());
+    auto* medio = hacer<QHBoxLayout>();
+    medio->addWidget(abajo, 1);
+    medio->addWidget(armarOrdenes());
+    filas->addLayout(medio, 1);
+    setCentralWidget(centro);
+    setStatusBar(estado_);
+    conectarListas();
+    // The layout's own minimum lags behind what is hidden and would hold the compact size up.
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    setMinimumSize(kCompacta);
+    resize(kEntera);
+    ritmo_->setInterval(kRitmoMs);
+    connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
+    prepararVentana(*this);
+}
+
+Form1::~Form1() { seguir(false); }
+
+QAction* Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
+                        const std::function<void()>& orden) {
+    auto* accion = control<QAction>(nombre, texto, this);
+    menu->addAction(accion);
+    connect(accion, &QAction::triggered, this, orden);
+    return accion;
+}
+
+void Form1::armarMenu() {
+    auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
+    menuBar()->addMenu(driver);
+    entrada(driver, "MnuServer", tr("&Servidor de clientes"), [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), [this] {
+        MnuScript();
+    })->setShortcut(Qt::CTRL | Qt::Key_G);
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), [this] { MnuAbout(); });
+    driver->addSeparator();
+    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), [this] {
+        operador_.MnuOcultar();
+    })->setShortcut(Qt::CTRL | Qt::Key_H);
+    entrada(driver, "MnuShutdown", tr("Sa&lir…"), [this] {
+        MnuShutdown();
+    })->setShortcut(Qt::CTRL | Qt::Key_Q);
+
+    auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
+    menuBar()->addMenu(ir);
+    const auto lista = [this](QWidget* pagina) {
+        if (listas_->indexOf(pagina) >= 0) listas_->setCurrentWidget(pagina);
+        static_cast<TablaDeLista*>(pagina)->enfocar(); // NOLINT: all that are given are
+    };
+    entrada(ir, "MnuIrVariables", tr("&Variables"), [=, this] {
+        lista(variables_);
+    })->setShortcut(Qt::CTRL | Qt::Key_1);
+    entrada(ir, "MnuIrBloques", tr("&Bloques"), [=, this] {
+        lista(bloques_);
+    })->setShortcut(Qt::CTRL | Qt::Key_2);
+    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), [=, this] {
+        lista(sockets_);
+    })->setShortcut(Qt::CTRL | Qt::Key_3);
+    entrada(ir, "MnuIrFiltro", tr("&Filtro"), [this] {
+        static_cast<TablaDeLista*>(listas_->currentWidget())->enfocarFiltro(); // NOLINT: see above
+    })->setShortcut(QKeySequence::Find);
+    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), [this] {
+        if (compacta_) btnTamanioFormulario();
+        panel_->irABuscar();
+    })->setShortcut(Qt::CTRL | Qt::Key_B);
+}
+
+QWidget* Form1::armarCabeza() {
+    auto* cabeza = hacer<QWidget>();
+    auto* fila = hacer<QHBoxLayout>(cabeza);
+    fila->setContentsMargins(0, 0, 0, 0);
+    fila->setSpacing(16);
+    lblProyecto_->setToolTip(tr("Proyecto"));
+    Label1_->setToolTip(tr("En marcha desde"));
+    lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
+    lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
+    Label10_->setToolTip(tr("Texto del guion"));
+    QFont negrita = lblProyecto_->font();
+    negrita.setBold(true);
+    lblProyecto_->setFont(negrita);
+    fila->addWidget(lblProyecto_);
+    fila->addWidget(hacer<QLabel>(tr("Desde:")));
+    fila->addWidget(Label1_);
+    fila->addWidget(hacer<QLabel>(tr("Puntos:")));
+    fila->addWidget(lblCantidadDePuntos_);
+    fila->addWidget(lblEstadoScript_);
+    fila->addWidget(Label10_, 1);
+    auto* puertos = control<QPushButton>("BtnConfig", tr("P&uertos…"));
+    connect(puertos, &QPushButton::clicked, this, &Form1::BtnConfig);
+    fila->addWidget(puertos);
+    auto* tamanio = control<QPushButton>("btnTamañoFormulario", tr("&Tamaño"));
+    tamanio->setToolTip(tr("Ventana chica o entera (F11)"));
+    tamanio->setShortcut(Qt::Key_F11);
+    connect(tamanio, &QPushButton::clicked, this, &Form1::btnTamanioFormulario);
+    fila->addWidget(tamanio);
+    return cabeza;
+}
+
+QWidget* Form1::armarListas() {
+    listas_ = control<QTabWidget>("fichasDeListas");
+    listas_->setDocumentMode(true);
+    listas_->addTab(variables_, tr("Variables"));
+    listas_->addTab(bloques_, tr("Bloques"));
+    auto* partes = control<QSplitter>("partesDeListas", Qt::Vertical);
+    partes->addWidget(sockets_);
+    partes->addWidget(listas_);
+    partes->setStretchFactor(1, 1);
+    partes->setSizes({150, 420});
+    partes->setChildrenCollapsible(false);
+    return partes;
+}
+
+CajaDeTraza* Form1::traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(
+        nombre, titulo, [&caja] { return &caja; }, this);
+    connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
+    cajas_.push_back(t);
+    return t;
+}
+
+QWidget* Form1::armarTrazas() {
+    auto* paginas = control<QTabWidget>("fichasDeTrazas");
+    paginas->setDocumentMode(true);
+    paginas->addTab(traza("txtTramas", tr("Tramas enviadas y recibidas"), vista_.txtTramas),
+                    tr("Tramas"));
+    paginas->addTab(
+        traza("txtTramasDescartadas", tr("Tramas descartadas"), vista_.txtTramasDescartadas),
+        tr("Descartadas"));
+    const auto fichas = [&](const CajasConFichas& cajas, const QString& titulo,
+                            const QString& ficha) {
+        auto* f = hacer<Fichas>(cajas, titulo, this);
+        connect(f, &Fichas::guardar, this, &Form1::guardar);
+        fichas_.push_back(f);
+        paginas->addTab(f, ficha);
+    };
+    fichas(vista_.txtTimer, tr("Temporizador de un bloque"), tr("Por bloque"));
+    fichas(vista_.txtTimerIpPuerto, tr("Tiempos de una conexión"), tr("Por conexión"));
+    fichas(vista_.txtTimerEscritura, tr("Temporizador de una escritura"), tr("Por escritura"));
+    trazas_ = paginas;
+    return paginas;
+}
+
+QWidget* Form1::armarOrdenes() {
+    ordenes_ = hacer<QWidget>(this);
+    ordenes_->setFixedWidth(kAnchoDeOrdenes);
+    auto* columna = hacer<QVBoxLayout>(ordenes_);
+    columna->setContentsMargins(4, 0, 0, 0);
+    panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
+    columna->addWidget(panel_);
+    columna->addWidget(traza("txtDemandaLecturaEscritura", tr("Lecturas y escrituras pedidas"),
+                             vista_.txtDemandaLecturaEscritura),
+                       1);
+    connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
+        listas_->setCurrentWidget(variables_);
+        variables_->elegir(fila);
+    });
+    connect(panel_, &PanelDeOrdenes::avisar, this,
+            [this](const Aviso& aviso) { mensajero_.avisar(aviso); });
+    return ordenes_;
+}
+
+void Form1::conectarListas() {
+    for (TablaDeLista* lista : {variables_, bloques_})
+        connect(lista, &TablaDeLista::tildada, this,
+                [this](qint64 bloque, bool estado) { operador_.activarBloque(bloque, estado); });
+    connect(variables_, &TablaDeLista::activada, this, &Form1::abrirEscritura);
+    connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
+}
+
+void Form1::seguir(bool seguir) {
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->seguir(seguir);
+}
+
+void Form1::refrescar() {
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->refrescar();
+    panel_->refrescar();
+    refrescarCabeza();
+    estado_->refrescar(
+        operador_.cifras(),
+        {variables_->modelo().total() - variables_->modelo().cuantas(EstadoDeFila::Bien),
+         variables_->modelo().total(), sockets_->modelo().cuantas(EstadoDeFila::Bien),
+         sockets_->modelo().total()});
+    if (vueltas_++ % kVueltasPorTraza != 0) return;
+    for (CajaDeTraza* caja : cajas_)
+        caja->refrescar();
+    for (Fichas* fichas : fichas_)
+        fichas->refrescar();
+}
+
+void Form1::refrescarCabeza() {
+    poner(Label1_, enQt(vista_.Label1.texto()));
+    poner(Label10_, enQt(vista_.Label10.texto()));
+    poner(lblProyecto_, enQt(vista_.lblProyecto.texto()));
+    poner(lblCantidadDePuntos_, enQt(vista_.lblCantidadDePuntos.texto()));
+    const Color color = vista_.lblEstadoScript.color();
+    if (color == Color::Ninguno) return poner(lblEstadoScript_, tr("○ Guion sin correr"));
+    const bool bien = color == Color::Verde;
+    const QColor pintura =
+        bien ? QColor(0x2E, 0x9E, 0x44) : colorDeEstado(EstadoDeFila::Mal, palette());
+    poner(lblEstadoScript_, bien ? tr("● Guion OK") : tr("✖ Guion con error"));
+    if (lblEstadoScript_->palette().color(QPalette::WindowText) == pintura) return;
+    QPalette paleta = palette();
+    paleta.setColor(QPalette::WindowText, pintura);
+    lblEstadoScript_->setPalette(paleta);
+}
+
+void Form1::MnuScript() {
+    if (guion_ == nullptr) guion_ = hacer<FrmScript>(partes_.editor, this);
+    alFrente(*guion_);
+}
+
+void Form1::MnuAbout() { alFrente(*hacer<FrmAbout>(this, enQt(partes_.version))); }
+
+void Form1::BtnConfig() {
+    if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(this);
+    puertos_->mostrarPuertos();
+}
+
+void Form1::MnuShutdown() {
+    mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
+        salirPermitido_ = true;
+        partes_.alApagar();
+    });
+}
+
+void Form1::abrirEscritura(std::uint32_t fila) {
+    const AperturaDeEscritura apertura = operador_.abrirEscritura(fila);
+    mensajero_.avisar(apertura.aviso);
+    if (!apertura.abrir) return;
+    if (escritura_ == nullptr) escritura_ = hacer<FrmEscritura>(operador_, this);
+    escritura_->mostrarPara(enQt(apertura.puerto), enQt(apertura.plc), enQt(apertura.direccion),
+                            apertura.valor);
+}
+
+void Form1::preguntarScan(std::uint32_t fila) {
+    const auto pregunta = operador_.preguntarScan(fila);
+    if (!pregunta) return;
+    mensajero_.preguntarTexto(*pregunta, [this, bloque = pregunta->bloque](const QString& texto) {
+        mensajero_.avisar(operador_.responderScan(bloque, deQt(texto)));
+    });
+}
+
+void Form1::guardar(const QString& ruta, const QString& texto) {
+    mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+}
+
+void Form1::btnTamanioFormulario() {
+    compacta_ = !compacta_;
+    for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
+        parte->setVisible(!compacta_);
+    resize(compacta_ ? kCompacta : kEntera);
+}
+
+void Form1::showEvent(QShowEvent* suceso) {
+    QMainWindow::showEvent(suceso);
+    if (ritmo_->isActive()) return;
+    seguir(true);
+    vueltas_ = 0;
+    refrescar();
+    ritmo_->start();
+}
+
+void Form1::hideEvent(QHideEvent* suceso) {
+    QMainWindow::hideEvent(suceso);
+    if (suceso->spontaneous()) return; // only to an icon
+    ritmo_->stop();
+    seguir(false);
+}
+
+void Form1::closeEvent(QCloseEvent* suceso) {
+    if (salirPermitido_) return suceso->accept();
+    suceso->ignore();
+    estado_->showMessage(tr("Esta ventana no se cierra: Driver > Ocultar ventana la esconde, "
+                            "Driver > Salir termina el programa"),
+                         8000);
+}
+
+} // namespace kv

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace kv {
+
+/// The language of the windows' own texts: "en" for English; anything else is Spanish, the language
+/// of the sources. What the driver writes into lists and traces is Spanish always. Call before
+/// windows are made.
+void ponerIdioma(std::string_view idioma);
+
+} // namespace kv

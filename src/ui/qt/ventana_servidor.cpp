@@ -1,0 +1,85 @@
+#include "ui/qt/ventana_servidor.h"
+
+#include "ui/qt/caja_de_traza.h"
+#include "ui/qt/control.h"
+#include "ui/qt/mensajero.h"
+#include "ui/qt/ventana.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+
+namespace kv {
+namespace {
+
+constexpr int kRitmoMs = 300;
+
+} // namespace
+
+VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
+                                 Mensajero& mensajero)
+    : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
+      lblPuertoServidor_(control<QLabel>("lblPuertoServidor", this)),
+      lblEstado_(control<QLabel>("lblEstado", this)),
+      lblKeepALive_(control<QLabel>("lblKeepALive", this)),
+      Text1_(traza("Text1", tr("Hacia el cliente (mientras se ve esta ventana)"), vista.Text1)),
+      Text2_(traza("Text2", tr("Del cliente"), vista.Text2)) {
+    setObjectName("FrmServerTCP");
+    setWindowTitle(tr("Servidor de clientes"));
+    setWindowIcon(iconoDelPrograma());
+    auto* ocultar = control<QPushButton>("BtnOcultar", tr("&Ocultar"), this);
+    connect(ocultar, &QPushButton::clicked, this, [this] { operador_.BtnOcultar(); });
+    auto* arriba = hacer<QHBoxLayout>();
+    arriba->setSpacing(20);
+    arriba->addWidget(lblPuertoServidor_);
+    arriba->addWidget(lblEstado_);
+    arriba->addWidget(lblKeepALive_);
+    arriba->addStretch();
+    arriba->addWidget(ocultar);
+    auto* todo = hacer<QVBoxLayout>(this);
+    todo->addLayout(arriba);
+    todo->addWidget(Text2_);
+    todo->addWidget(Text1_);
+    resize(720, 480);
+    ritmo_->setInterval(kRitmoMs);
+    connect(ritmo_, &QTimer::timeout, this, &VentanaServidor::refrescar);
+    prepararVentana(*this);
+}
+
+CajaDeTraza* VentanaServidor::traza(const char* nombre, const QString& titulo,
+                                    const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(
+        nombre, titulo, [&caja] { return &caja; }, this);
+    connect(t, &CajaDeTraza::guardar, this, [this](const QString& ruta, const QString& texto) {
+        mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+    });
+    return t;
+}
+
+void VentanaServidor::refrescar() {
+    lblPuertoServidor_->setText(enQt(vista_.lblPuertoServidor.texto()));
+    lblEstado_->setText(enQt(vista_.lblEstado.texto()));
+    lblKeepALive_->setText(enQt(vista_.lblKeepALive.texto()));
+    Text1_->refrescar();
+    Text2_->refrescar();
+}
+
+void VentanaServidor::showEvent(QShowEvent* suceso) {
+    QWidget::showEvent(suceso);
+    refrescar();
+    ritmo_->start();
+}
+
+void VentanaServidor::hideEvent(QHideEvent* suceso) {
+    QWidget::hideEvent(suceso);
+    if (!suceso->spontaneous()) ritmo_->stop();
+}
+
+void VentanaServidor::closeEvent(QCloseEvent* suceso) {
+    suceso->ignore();
+    operador_.BtnOcultar();
+}
+
+} // namespace kv
