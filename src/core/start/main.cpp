@@ -3,6 +3,7 @@
 #include "core/start/motor.h"
 #include "core/start/salida_de_traza.h"
 #include "platform/epoll/bucle_epoll.h"
+#include "platform/epoll/servicio.h"
 #include "platform/epoll/sistema.h"
 
 #include <CLI/CLI.hpp>
@@ -45,6 +46,7 @@ std::string carpetaDelGuion(kv::Motor& motor, kv::Archivos& archivos) {
 
 int correr(const Opciones& opciones) {
     kv::BucleEpoll bucle;
+    kv::AvisosDeServicio servicio(bucle);
     kv::ArchivosReales archivos;
     kv::ProcesosReales procesos;
     kv::SalidaDeTraza salida(opciones.traza);
@@ -59,8 +61,10 @@ int correr(const Opciones& opciones) {
         [&motor, &archivos] { return carpetaDelGuion(motor, archivos); });
     arranque.arrancar();
     arranque.abrirServidor();
+    servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
     bucle.correr();
+    servicio.terminando();
     motor.vista.observar(nullptr);
     return kOrdenado;
 }
