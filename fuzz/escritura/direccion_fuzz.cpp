@@ -32,8 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     planta.motor.forzado.forzarPoleo(direccion);
     planta.avanzar(5000);
     for (const auto& p : estaciones.pedidos) {
-        exigir(p.trama[1] == 1 && (p.trama[3] == 0x10 || p.trama[3] == 0x1F));
-        exigir(p.trama[0] != kEscritura || n >= 0);
+        if (p.trama[0] != kEscritura) continue;
+        exigir(n >= 0 && p.trama[1] == 1 && (p.trama[3] == 0x10 || p.trama[3] == 0x1F));
     }
     exigir(planta.conexion(0).turno == kv::EstadoDeTurno::Libre);
     return 0;
