@@ -87,6 +87,9 @@ TEST(Red, SinDescriptoresNadieGiraEnVacio) {
 }
 
 TEST(Red, SinDescriptoresDeVerasYDeNuevoConEllos) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the check of virtual calls opens a pipe to see whether an address can be read";
+#endif
     auto s = std::make_unique<extremo::Simulador>(
         std::vector{0}, std::vector<std::string>{"--registro", "01.10=111"});
     const int puerto = std::stoi(s->puerto(0));
@@ -105,7 +108,7 @@ TEST(Red, SinDescriptoresDeVerasYDeNuevoConEllos) {
     }
     EXPECT_EQ(valor, 222);
     EXPECT_TRUE(visitar(casa.escucha(), "read;1.1.10;FINREAD;", "1.1.10;222;6;"));
-    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
     EXPECT_EQ(otro.terminar(SIGTERM), 0);
     EXPECT_TRUE(casa.leer("sis_config.ini").starts_with(ajustes))
         << "a file that could not be read for a while kept what it said";

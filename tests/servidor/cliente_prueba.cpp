@@ -71,7 +71,8 @@ class Cliente : public ::testing::Test {
         return c;
     }
 
-    static constexpr int kPuerto = 23341;
+    /// Tests of this kind run beside each other.
+    const int kPuerto = 21000 + getpid() % 20000;
     BucleEpoll bucle_;
     ArchivosSimulados archivos_;
     Motor motor_;

@@ -26,11 +26,17 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
         [this] { return carpetaDelGuion(motor, grabacion.archivos()); });
 }
 
+Programa::~Programa() {
+    servicio.terminando();
+    motor.vista.observar(nullptr);
+}
+
 void Programa::arrancar() {
     grabacion.empezarTramo();
     arranque.arrancar();
     arranque.abrirServidor();
     grabacion.terminarTramo();
+    servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
 }
 

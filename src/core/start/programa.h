@@ -5,6 +5,7 @@
 #include "core/start/motor.h"
 #include "core/start/salida_de_traza.h"
 #include "platform/epoll/bucle_epoll.h"
+#include "platform/epoll/servicio.h"
 #include "platform/epoll/sistema.h"
 
 #include <functional>
@@ -31,7 +32,7 @@ class Programa {
     /// `terminar` is called in the loop when the program is told to end by a signal. Threads that
     /// are started afterwards leave those signals to the loop.
     Programa(const Opciones& opciones, std::function<void()> terminar);
-    ~Programa() { motor.vista.observar(nullptr); }
+    ~Programa();
     Programa(const Programa&) = delete;
     Programa& operator=(const Programa&) = delete;
 
@@ -39,6 +40,7 @@ class Programa {
     void arrancar();
 
     BucleEpoll bucle;
+    AvisosDeServicio servicio{bucle};
     ArchivosReales archivos;
     ProcesosReales procesos;
     SalidaDeTraza salida;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/epoll/bucle_epoll.h"
+
+namespace kv {
+
+/// What the service manager that started this process is told: that it is ready, that it lives,
+/// that it ends. Does nothing when no manager did, or when it does not want to know.
+class AvisosDeServicio {
+  public:
+    /// Must live as long as the loop turns.
+    explicit AvisosDeServicio(BucleEpoll& bucle);
+    /// Start-up is done. From here on there is a sign of life every half of the time that the
+    /// manager allows, at the end of a turn of the loop: a handler that never comes back gives
+    /// none, whatever it lets run meanwhile.
+    void listo();
+    void terminando();
+
+  private:
+    Temporizador latido_;
+    bool debeLatir_ = false;
+};
+
+} // namespace kv
