@@ -156,6 +156,21 @@ TEST_F(Escribe, ConElEnlacePerdidoAntesDuranteYEnEspera) {
     EXPECT_EQ(visto().find("W0A"), std::string::npos) << "no command hours later";
 }
 
+TEST_F(Escribe, EnUnEnlaceQueLaSupervisionNoHaVistoSeRechaza) {
+    planta();
+    plc->cortar();
+    while (p->motor.conexiones.wsSocket(0).estado() == EstadoZocalo::Conectado ||
+           p->conexion(0).estadoSupervision == 1)
+        p->avanzar(10);
+    while (p->motor.conexiones.wsSocket(0).estado() != EstadoZocalo::Conectado)
+        p->avanzar(10);
+    EXPECT_EQ(escribir("1.1.10", 1), -1);
+    EXPECT_NE(demanda().find(" Imposible escribir. Sin conexion"), std::string::npos);
+    plc->cortar(); // before any pass: a write taken now would wait for as long as the link is down
+    p->avanzar(6000);
+    EXPECT_EQ(p->motor.ejecucion.enEspera(), 0U);
+}
+
 TEST_F(Escribe, UnPulsoSaleEnOrdenYDosIgualesSinEnviarSonUna) {
     planta();
     escribir("1.1.0A", 9); // takes the line

@@ -28,6 +28,12 @@ void Cliente::salir() {
     enlace_ = 0;
 }
 
+void Cliente::leerNada() {
+    if (!logueado_ || desaparecido_) return;
+    if (ecoDesdeUs_ < 0) ecoDesdeUs_ = c_.ahoraUs();
+    enviar("Read;FinRead;[KEEP_DESDE_SERVIDOR]");
+}
+
 void Cliente::tocar() {
     if (enlace_ == 0) enlace_ = c_.bucle.red().conectarCliente(kPuerto, *this, remoto_);
 }
@@ -63,6 +69,8 @@ void Cliente::paso() {
     if (enlace_ == 0) {
         logueado_ = sincronizado_ = desaparecido_ = false;
         leeTodo_ = true;
+        ecoDesdeUs_ = -1;
+        bloquesAlEntrar_ = c_.motor.tablas.bloques.limiteSuperior();
         avisosDeVida_ = 0;
         lector_ = cliente::Lector({});
         tabla_.clear();
@@ -117,6 +125,9 @@ void Cliente::atender(const cliente::Mensaje& m) {
         ++avisosDeVida_;
         if (c_.ahoraUs() >= ignoraHastaUs_) enviar(kKeepAliveDelDriver);
         break;
+    case Tipo::Eco:
+        ecoDesdeUs_ = -1;
+        break;
     case Tipo::FinDeSincronismo:
         sincronizado_ = true;
         break;
@@ -141,10 +152,15 @@ void Cliente::comparar() {
         !c_.bucle.red().vivo(enlace_) || c_.ahoraUs() - valores_.ultimoAvisoUs() < kEnCaminoUs ||
         desaparecido_)
         return;
+    c_.exigir(ecoDesdeUs_ < 0 || c_.ahoraUs() - ecoDesdeUs_ < kTrasColaUs,
+              "what follows an empty read is handled", 0);
     const Tablas& t = c_.motor.tablas;
+    tabla_.resize(std::max(tabla_.size(), bloquesAlEntrar_));
     for (std::size_t i = 0; i < std::min(tabla_.size(), t.bloques.limiteSuperior()); ++i) {
         const BloqueLectura& b = t.bloques[i];
-        if (!valores_.unico(i) || tabla_[i].estado.empty()) continue;
+        if (!valores_.unico(i)) continue;
+        // Only a block that was made since may be unknown to a client that synchronised.
+        if (tabla_[i].estado.empty() && i >= bloquesAlEntrar_) continue;
         c_.exigir(tabla_[i].valor == textoDeNumero(b.valores[0]) &&
                       tabla_[i].estado == textoDeNumero(b.estados[0]),
                   "what the client was told is what the table says", i);

@@ -25,6 +25,8 @@ class Cliente final : public ExtremoSimulado {
     void noLeer(std::size_t bytes, std::int64_t hastaUs);
     void ignorarHasta(std::int64_t us) { ignoraHastaUs_ = us; }
     void enviar(std::string_view bytes);
+    /// A read frame without an address, and behind it something that must be answered.
+    void leerNada();
     /// Once in a while: comes back, tries its password again, reads again.
     void paso();
     /// Behaves from now on.
@@ -49,9 +51,11 @@ class Cliente final : public ExtremoSimulado {
     cliente::Lector lector_{{}};
     IdEnlace enlace_ = 0;
     bool quiere_ = false, conectado_ = false, logueado_ = false, sincronizado_ = false;
-    bool desaparecido_ = false; ///< its link is half-open
-    bool leeTodo_ = true;       ///< it never left anything unread on this link
-    int avisosDeVida_ = 0;      ///< keep-alives of the driver on this link
+    bool desaparecido_ = false;       ///< its link is half-open
+    std::int64_t ecoDesdeUs_ = -1;    ///< it waits for an answer since then
+    std::size_t bloquesAlEntrar_ = 0; ///< that the driver had when the link came up
+    bool leeTodo_ = true;             ///< it never left anything unread on this link
+    int avisosDeVida_ = 0;            ///< keep-alives of the driver on this link
     std::int64_t proximoIntentoUs_ = 0, ignoraHastaUs_ = 0, noLeeHastaUs_ = 0, ultimaColaUs_ = 0;
     struct Sabido {
         std::string valor, estado;

@@ -109,7 +109,7 @@ int correr(const Opciones& o) {
     }
     const double horas = static_cast<double>(todo.simuladoMs) / 3.6e6;
     const double minutos = (cpu() - desde) / 60;
-    std::printf("%llu seeds, %.1f simulated hours, %.2f CPU minutes: %.0f h/min\n"
+    std::printf("%llu seeds, %.1f simulated hours, %.3f CPU minutes: %.0f h/min\n"
                 "%llu events, %llu exchanges, %llu faults (%.0f an hour), %llu checks, "
                 "longest calm %lld s\n%d seeds broke a rule\n",
                 static_cast<unsigned long long>(semillas), horas, minutos, horas / minutos,

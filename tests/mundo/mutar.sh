@@ -53,7 +53,7 @@ for parche in "$@"; do
         malas=$((malas + 1))
     else
         echo "$nombre: found, $(grep -m1 -E '^seed|^hangs|^dies' "$trabajo/salida" || tail -n 1 "$trabajo/salida")$(
-            sed -n 's/.*simulated hours, \([0-9.]* CPU\) minutes.*/; \1 min/p' "$trabajo/salida")"
+            sed -n 's/.*simulated hours, \([0-9.]*\) CPU minutes.*/; \1 min/p' "$trabajo/salida")"
     fi
     (cd "$arbol" && patch -p1 -R -s <"$parche")
 done

@@ -27,6 +27,7 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
               "who sends is taken before the request leaves", n);
     c_.exigir(c_.motor.turnos.temporizadoresEncendidos(static_cast<Indice>(n)) == 1,
               "the time-out runs before the request leaves", n);
+    c_.exigir(c.recepcion.empty(), "a request leaves over an empty buffer", n);
     const std::uint64_t enlace = c_.zocalo(n).conexiones();
     if (s.enlace != enlace) s.enVuelo = false, s.finUs = 0;
     s.enlace = enlace;

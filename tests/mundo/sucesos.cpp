@@ -102,6 +102,7 @@ void Mundo::enCliente(const Suceso& s) {
         return cliente_.enviar("[FORZNIV]" + std::to_string(s.b % 5) + ";" +
                                std::to_string(static_cast<int>(s.c % 5) - 1) + "[/FORZNIV]");
     case Que::Hostil:
+        if (s.b % 4 == 0) return cliente_.leerNada();
         return cliente_.enviar(groseria(s.b, s.c));
     default:
         break;
