@@ -406,6 +406,19 @@ TEST_F(Principal, MensajesDelMotorSinRepetirNiAmontonarse) {
     EXPECT_EQ(salida.mensajes.size(), 103U) << "all of them are printed";
 }
 
+TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {
+    arrancar();
+    hallar<QLineEdit>(form, "txtBuscarDireccion").setFocus();
+    QStringList visitados;
+    for (int i = 0; i < 9; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        visitados << QApplication::focusWidget()->objectName();
+    }
+    EXPECT_EQ(visitados.join(' '), "BtnBuscarDireccion TxtDireccion btnForzarLectura "
+                                   "txtValorDeEscritura btnEscribirValor BtnEscribirOtraDireccion "
+                                   "BtnEscribirOtroValor txtForzarNivel txtForzarNivelNVeces");
+}
+
 TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
     arrancar();
     p.arranque.abrirServidor();
