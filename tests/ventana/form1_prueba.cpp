@@ -5,6 +5,8 @@
 #include "ui/qt/FrmPuertos.h"
 #include "ui/qt/FrmScript.h"
 #include "ui/qt/control.h"
+#include "ui/qt/idioma.h"
+#include "ui/qt/tabla_de_lista.h"
 #include "ui/qt/ventana.h"
 #include "ui/qt/ventanas.h"
 #include "ventana/manos.h"
@@ -20,6 +22,7 @@
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTranslator>
 
 namespace kv {
 namespace {
@@ -401,6 +404,59 @@ TEST_F(Principal, MensajesDelMotorSinRepetirNiAmontonarse) {
         p.motor.vista.mostrarMensaje("mensaje " + std::to_string(i));
     EXPECT_LE(mensajero.abiertos(), 8);
     EXPECT_EQ(salida.mensajes.size(), 103U) << "all of them are printed";
+}
+
+TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {
+    arrancar();
+    hallar<QLineEdit>(form, "txtBuscarDireccion").setFocus();
+    QStringList visitados;
+    for (int i = 0; i < 9; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        visitados << QApplication::focusWidget()->objectName();
+    }
+    EXPECT_EQ(visitados.join(' '), "BtnBuscarDireccion TxtDireccion btnForzarLectura "
+                                   "txtValorDeEscritura btnEscribirValor BtnEscribirOtraDireccion "
+                                   "BtnEscribirOtroValor txtForzarNivel txtForzarNivelNVeces");
+}
+
+TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
+    arrancar();
+    p.arranque.abrirServidor();
+    menu("MnuServer");
+    ventanas.mirarVisibilidad();
+    VentanaServidor& servidor = ventanas.servidor();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&servidor));
+    avanzar(3'000);
+    servidor.refrescar();
+    EXPECT_EQ(hallar<QLabel>(servidor, "lblPuertoServidor").text(), "Puerto 1334");
+    EXPECT_EQ(hallar<QLabel>(servidor, "lblEstado").text(), "Esperando...");
+    EXPECT_TRUE(hallar<QLabel>(servidor, "lblKeepALive").text().startsWith("Intentos: 0 Maximo: "));
+    p.motor.vista.servidor.Text2.agregar("16/11/2025 07:05:30[Read;1.1.10;FinRead;]\r\n");
+    p.motor.vista.servidor.Text1.agregar("[DRI]#1.1.10;116;6;#[/DRI]");
+    servidor.refrescar();
+    EXPECT_EQ(hallar<QPlainTextEdit>(servidor, "Text1").toPlainText(),
+              "[DRI]#1.1.10;116;6;#[/DRI]");
+    fotografiar(servidor, "frmservertcp");
+    servidor.close();
+    ventanas.mirarVisibilidad();
+    EXPECT_FALSE(servidor.isVisible());
+    menu("MnuServer");
+    ventanas.mirarVisibilidad();
+    clic(servidor, "BtnOcultar");
+    ventanas.mirarVisibilidad();
+    EXPECT_FALSE(servidor.isVisible());
+    EXPECT_EQ(p.motor.servidor.zocalo().estado(), EstadoZocalo::Escuchando);
+}
+
+TEST_F(Principal, EnInglesSiSePide) {
+    ponerIdioma("fr");
+    EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
+    ponerIdioma("en");
+    Form1 inglesa({p.motor.vista, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
+    EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
+    EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
+    QCoreApplication::removeTranslator(qApp->findChild<QTranslator*>());
 }
 
 TEST_F(Principal, CadaControlSeHallaPorSuNombre) {

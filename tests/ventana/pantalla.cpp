@@ -11,6 +11,7 @@ namespace kv {
 
 void fotografiar(QWidget& ventana, const char* nombre) {
     QDir().mkpath(KV_FOTOS);
+    QCoreApplication::processEvents(); // labels take the room that their texts need
     EXPECT_TRUE(ventana.grab().save(QString(KV_FOTOS) + "/" + nombre + ".png"));
 }
 

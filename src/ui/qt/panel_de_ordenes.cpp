@@ -1,6 +1,7 @@
 #include "ui/qt/panel_de_ordenes.h"
 
 #include "ui/qt/control.h"
+#include "ui/qt/ventana.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -25,6 +26,7 @@ PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* 
     todo->addWidget(armarPrueba());
     todo->addWidget(armarNivel());
     todo->addWidget(armarPares());
+    encadenarTabulador(*todo, nullptr);
 }
 
 QLineEdit* PanelDeOrdenes::caja(const char* nombre, const QString& titulo) {

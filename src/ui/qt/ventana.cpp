@@ -1,6 +1,7 @@
 #include "ui/qt/ventana.h"
 
 #include <QIcon>
+#include <QLayout>
 #include <QPainter>
 #include <QPixmap>
 #include <QWidget>
@@ -11,6 +12,18 @@ void prepararVentana(QWidget& ventana) {
     ventana.setProperty(kPropiedadDeAyuda, kContextoDeAyuda);
     for (QWidget* control : ventana.findChildren<QWidget*>())
         control->setProperty(kPropiedadDeAyuda, kContextoDeAyuda);
+}
+
+QWidget* encadenarTabulador(QLayout& donde, QWidget* ultimo) {
+    for (int i = 0; i < donde.count(); ++i) {
+        QWidget* w = donde.itemAt(i)->widget();
+        QLayout* adentro = w != nullptr ? w->layout() : donde.itemAt(i)->layout();
+        if (adentro != nullptr) ultimo = encadenarTabulador(*adentro, ultimo);
+        if (w == nullptr || (w->focusPolicy() & Qt::TabFocus) == 0) continue;
+        if (ultimo != nullptr) QWidget::setTabOrder(ultimo, w);
+        ultimo = w;
+    }
+    return ultimo;
 }
 
 /// A station's screen with the trace of a value.

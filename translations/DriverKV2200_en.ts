@@ -1,0 +1,708 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_GB" sourcelanguage="es_AR">
+<context>
+    <name>kv::BarraDeBusqueda</name>
+    <message>
+        <source>&amp;Mayúsculas</source>
+        <translation>&amp;Match case</translation>
+    </message>
+    <message>
+        <source>Buscar</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>Reemplazar por</source>
+        <translation>Replace with</translation>
+    </message>
+    <message>
+        <source>Distinguir mayúsculas de minúsculas</source>
+        <translation>Tell capitals from small letters</translation>
+    </message>
+    <message>
+        <source>No se encontró</source>
+        <translation>Not found</translation>
+    </message>
+    <message>
+        <source>&amp;Anterior</source>
+        <translation>&amp;Previous</translation>
+    </message>
+    <message>
+        <source>&amp;Siguiente</source>
+        <translation>&amp;Next</translation>
+    </message>
+    <message>
+        <source>Cerrar</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>&amp;Reemplazar</source>
+        <translation>&amp;Replace</translation>
+    </message>
+    <message>
+        <source>Reemplazar &amp;todo</source>
+        <translation>Replace &amp;all</translation>
+    </message>
+    <message>
+        <source>%1 de %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+    <message>
+        <source>%1 reemplazos</source>
+        <translation>%1 replaced</translation>
+    </message>
+</context>
+<context>
+    <name>kv::BarraDeEstado</name>
+    <message>
+        <source>Respuestas de las estaciones por segundo</source>
+        <translation>Answers of the stations per second</translation>
+    </message>
+    <message>
+        <source>Variables que no están OK, de todas</source>
+        <translation>Variables that are not OK, of all</translation>
+    </message>
+    <message>
+        <source>Conexiones con estaciones, de todas</source>
+        <translation>Connections with stations, of all</translation>
+    </message>
+    <message>
+        <source>✖ %1 de %2 sin OK</source>
+        <translation>✖ %1 of %2 not OK</translation>
+    </message>
+    <message>
+        <source>⇄ %1 de %2 conectadas</source>
+        <translation>⇄ %1 of %2 connected</translation>
+    </message>
+    <message>
+        <source>%1 respuestas/s</source>
+        <translation>%1 answers/s</translation>
+    </message>
+</context>
+<context>
+    <name>kv::CajaDeTraza</name>
+    <message>
+        <source>Pausa</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Deja quieto lo que se ve; la traza sigue</source>
+        <translation>Holds still what is seen; the trace goes on</translation>
+    </message>
+    <message>
+        <source>Copiar</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Copia lo elegido, o todo</source>
+        <translation>Copies what is selected, or everything</translation>
+    </message>
+    <message>
+        <source>Guardar…</source>
+        <translation>Save…</translation>
+    </message>
+    <message>
+        <source>Guarda la traza en un archivo</source>
+        <translation>Saves the trace to a file</translation>
+    </message>
+    <message>
+        <source>Guardar traza</source>
+        <translation>Save trace</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Form1</name>
+    <message>
+        <source>Conexiones</source>
+        <translation>Connections</translation>
+    </message>
+    <message>
+        <source>Variables</source>
+        <translation>Variables</translation>
+    </message>
+    <message>
+        <source>Bloques</source>
+        <translation>Blocks</translation>
+    </message>
+    <message>
+        <source>&amp;Driver</source>
+        <translation>&amp;Driver</translation>
+    </message>
+    <message>
+        <source>&amp;Servidor de clientes</source>
+        <translation>&amp;Client server</translation>
+    </message>
+    <message>
+        <source>&amp;Guion…</source>
+        <translation>&amp;Script…</translation>
+    </message>
+    <message>
+        <source>&amp;Acerca de…</source>
+        <translation>&amp;About…</translation>
+    </message>
+    <message>
+        <source>&amp;Ocultar ventana</source>
+        <translation>&amp;Hide window</translation>
+    </message>
+    <message>
+        <source>Sa&amp;lir…</source>
+        <translation>E&amp;xit…</translation>
+    </message>
+    <message>
+        <source>&amp;Ir a</source>
+        <translation>&amp;Go to</translation>
+    </message>
+    <message>
+        <source>&amp;Variables</source>
+        <translation>&amp;Variables</translation>
+    </message>
+    <message>
+        <source>&amp;Bloques</source>
+        <translation>&amp;Blocks</translation>
+    </message>
+    <message>
+        <source>&amp;Conexiones</source>
+        <translation>&amp;Connections</translation>
+    </message>
+    <message>
+        <source>&amp;Filtro</source>
+        <translation>&amp;Filter</translation>
+    </message>
+    <message>
+        <source>B&amp;uscar dirección</source>
+        <translation>&amp;Search address</translation>
+    </message>
+    <message>
+        <source>Proyecto</source>
+        <translation>Project</translation>
+    </message>
+    <message>
+        <source>En marcha desde</source>
+        <translation>Running since</translation>
+    </message>
+    <message>
+        <source>Puntos publicados</source>
+        <translation>Published points</translation>
+    </message>
+    <message>
+        <source>Última corrida del guion</source>
+        <translation>Last run of the script</translation>
+    </message>
+    <message>
+        <source>Texto del guion</source>
+        <translation>Text of the script</translation>
+    </message>
+    <message>
+        <source>Desde:</source>
+        <translation>Since:</translation>
+    </message>
+    <message>
+        <source>Puntos:</source>
+        <translation>Points:</translation>
+    </message>
+    <message>
+        <source>P&amp;uertos…</source>
+        <translation>P&amp;orts…</translation>
+    </message>
+    <message>
+        <source>&amp;Tamaño</source>
+        <translation>&amp;Size</translation>
+    </message>
+    <message>
+        <source>Ventana chica o entera (F11)</source>
+        <translation>Small or full window (F11)</translation>
+    </message>
+    <message>
+        <source>Tramas enviadas y recibidas</source>
+        <translation>Frames sent and received</translation>
+    </message>
+    <message>
+        <source>Tramas</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Tramas descartadas</source>
+        <translation>Discarded frames</translation>
+    </message>
+    <message>
+        <source>Descartadas</source>
+        <translation>Discarded</translation>
+    </message>
+    <message>
+        <source>Temporizador de un bloque</source>
+        <translation>Timer of a block</translation>
+    </message>
+    <message>
+        <source>Por bloque</source>
+        <translation>By block</translation>
+    </message>
+    <message>
+        <source>Tiempos de una conexión</source>
+        <translation>Times of a connection</translation>
+    </message>
+    <message>
+        <source>Por conexión</source>
+        <translation>By connection</translation>
+    </message>
+    <message>
+        <source>Temporizador de una escritura</source>
+        <translation>Timer of a write</translation>
+    </message>
+    <message>
+        <source>Por escritura</source>
+        <translation>By write</translation>
+    </message>
+    <message>
+        <source>Lecturas y escrituras pedidas</source>
+        <translation>Reads and writes asked for</translation>
+    </message>
+    <message>
+        <source>○ Guion sin correr</source>
+        <translation>○ Script not run yet</translation>
+    </message>
+    <message>
+        <source>● Guion OK</source>
+        <translation>● Script OK</translation>
+    </message>
+    <message>
+        <source>✖ Guion con error</source>
+        <translation>✖ Script error</translation>
+    </message>
+    <message>
+        <source>Esta ventana no se cierra: Driver &gt; Ocultar ventana la esconde, Driver &gt; Salir termina el programa</source>
+        <translation>This window does not close: Driver &gt; Hide window hides it, Driver &gt; Exit ends the program</translation>
+    </message>
+</context>
+<context>
+    <name>kv::FrmAbout</name>
+    <message>
+        <source>Icono del programa</source>
+        <translation>Icon of the program</translation>
+    </message>
+    <message>
+        <source>Versión %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>El driver entre el supervisor y las estaciones</source>
+        <translation>The driver between the supervisor and the stations</translation>
+    </message>
+    <message>
+        <source>Driver de comunicaciones entre el supervisor y las estaciones KV2200.</source>
+        <translation>Communications driver between the supervisor and the KV2200 stations.</translation>
+    </message>
+    <message>
+        <source>&amp;Cerrar</source>
+        <translation>&amp;Close</translation>
+    </message>
+</context>
+<context>
+    <name>kv::FrmEscritura</name>
+    <message>
+        <source>Escritura manual</source>
+        <translation>Manual write</translation>
+    </message>
+    <message>
+        <source>P&amp;uerto</source>
+        <translation>P&amp;ort</translation>
+    </message>
+    <message>
+        <source>&amp;PLC</source>
+        <translation>&amp;PLC</translation>
+    </message>
+    <message>
+        <source>&amp;Dirección</source>
+        <translation>&amp;Address</translation>
+    </message>
+    <message>
+        <source>&amp;Valor</source>
+        <translation>&amp;Value</translation>
+    </message>
+    <message>
+        <source>Bit %1</source>
+        <translation>Bit %1</translation>
+    </message>
+    <message>
+        <source>Bit %1, vale %2</source>
+        <translation>Bit %1, worth %2</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>&amp;Cancelar</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>&amp;Salir</source>
+        <translation>E&amp;xit</translation>
+    </message>
+    <message>
+        <source>Escritura manual: %1</source>
+        <translation>Manual write: %1</translation>
+    </message>
+</context>
+<context>
+    <name>kv::FrmPuertos</name>
+    <message>
+        <source>Puertos</source>
+        <translation>Ports</translation>
+    </message>
+    <message>
+        <source>Lista de puertos</source>
+        <translation>List of ports</translation>
+    </message>
+    <message>
+        <source>Puerto</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>Los puertos configurados se ven en la lista de conexiones de la ventana principal.</source>
+        <translation>The configured ports are in the list of connections of the main window.</translation>
+    </message>
+    <message>
+        <source>Agregar</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>Modificar</source>
+        <translation>Change</translation>
+    </message>
+    <message>
+        <source>Quitar</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Salir</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>Sin acción en esta ventana</source>
+        <translation>No action in this window</translation>
+    </message>
+</context>
+<context>
+    <name>kv::FrmScript</name>
+    <message>
+        <source>línea %1, columna %2: %3</source>
+        <translation>line %1, column %2: %3</translation>
+    </message>
+    <message>
+        <source>&amp;Guardar</source>
+        <translation>&amp;Save</translation>
+    </message>
+    <message>
+        <source>Guion: %1[*]</source>
+        <translation>Script: %1[*]</translation>
+    </message>
+    <message>
+        <source>Texto del guion</source>
+        <translation>Text of the script</translation>
+    </message>
+    <message>
+        <source>Línea %1, columna %2</source>
+        <translation>Line %1, column %2</translation>
+    </message>
+    <message>
+        <source>Gui&amp;on</source>
+        <translation>S&amp;cript</translation>
+    </message>
+    <message>
+        <source>&amp;Comprobar</source>
+        <translation>&amp;Check</translation>
+    </message>
+    <message>
+        <source>Ce&amp;rrar</source>
+        <translation>C&amp;lose</translation>
+    </message>
+    <message>
+        <source>&amp;Edición</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <source>&amp;Deshacer</source>
+        <translation>&amp;Undo</translation>
+    </message>
+    <message>
+        <source>&amp;Rehacer</source>
+        <translation>&amp;Redo</translation>
+    </message>
+    <message>
+        <source>&amp;Buscar...</source>
+        <translation>&amp;Find...</translation>
+    </message>
+    <message>
+        <source>Buscar &amp;siguiente</source>
+        <translation>Find &amp;next</translation>
+    </message>
+    <message>
+        <source>Buscar &amp;anterior</source>
+        <translation>Find &amp;previous</translation>
+    </message>
+    <message>
+        <source>Ree&amp;mplazar...</source>
+        <translation>&amp;Replace...</translation>
+    </message>
+    <message>
+        <source>&amp;Ir a la línea...</source>
+        <translation>&amp;Go to line...</translation>
+    </message>
+    <message>
+        <source>&amp;Ver</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>Letra más &amp;grande</source>
+        <translation>&amp;Larger type</translation>
+    </message>
+    <message>
+        <source>Letra más &amp;chica</source>
+        <translation>&amp;Smaller type</translation>
+    </message>
+    <message>
+        <source>⚠ Otro programa cambió el archivo.</source>
+        <translation>⚠ Another program changed the file.</translation>
+    </message>
+    <message>
+        <source>&amp;Leer de nuevo (se pierde lo de aquí)</source>
+        <translation>&amp;Read again (what is here is lost)</translation>
+    </message>
+    <message>
+        <source>Co&amp;nservar lo de aquí</source>
+        <translation>&amp;Keep what is here</translation>
+    </message>
+    <message>
+        <source>&amp;Cerrar sin guardar</source>
+        <translation>&amp;Close without saving</translation>
+    </message>
+    <message>
+        <source>✖ No se puede leer el archivo; no se lo puede cambiar desde aquí.</source>
+        <translation>✖ The file cannot be read; it cannot be changed from here.</translation>
+    </message>
+    <message>
+        <source>La configuración no tiene lugar para un guion.</source>
+        <translation>The configuration has no place for a script.</translation>
+    </message>
+    <message>
+        <source>Otro programa cambió el archivo desde que se abrió. ¿Guardar encima?</source>
+        <translation>Another program changed the file since it was opened. Overwrite it?</translation>
+    </message>
+    <message>
+        <source>&amp;Guardar encima</source>
+        <translation>&amp;Overwrite</translation>
+    </message>
+    <message>
+        <source>&amp;No guardar</source>
+        <translation>&amp;Don't save</translation>
+    </message>
+    <message>
+        <source>Guardado.</source>
+        <translation>Saved.</translation>
+    </message>
+    <message>
+        <source>No se pudo escribir el archivo. No se guardó nada.</source>
+        <translation>The file could not be written. Nothing was saved.</translation>
+    </message>
+    <message>
+        <source>El archivo no puede guardar el carácter &quot;%1&quot; de la línea %2. No se guardó nada.</source>
+        <translation>The file cannot hold the character &quot;%1&quot; of line %2. Nothing was saved.</translation>
+    </message>
+    <message>
+        <source>Sin errores.</source>
+        <translation>No errors.</translation>
+    </message>
+    <message>
+        <source>No compila: %1</source>
+        <translation>Does not compile: %1</translation>
+    </message>
+    <message>
+        <source>Última corrida: %1</source>
+        <translation>Last run: %1</translation>
+    </message>
+    <message>
+        <source>Ir a la línea</source>
+        <translation>Go to line</translation>
+    </message>
+    <message>
+        <source>Línea (1 a %1):</source>
+        <translation>Line (1 to %1):</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancelar</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>El guion tiene cambios sin guardar.</source>
+        <translation>The script has changes that are not saved.</translation>
+    </message>
+    <message>
+        <source>&amp;Seguir editando</source>
+        <translation>&amp;Keep editing</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Mensajero</name>
+    <message>
+        <source>Aceptar</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Sí</source>
+        <translation>&amp;Yes</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;No</translation>
+    </message>
+    <message>
+        <source>Cancelar</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>kv::PanelDeOrdenes</name>
+    <message>
+        <source>Dirección que se busca</source>
+        <translation>Address to search</translation>
+    </message>
+    <message>
+        <source>Dirección de prueba</source>
+        <translation>Test address</translation>
+    </message>
+    <message>
+        <source>Valor de prueba</source>
+        <translation>Test value</translation>
+    </message>
+    <message>
+        <source>Nivel</source>
+        <translation>Level</translation>
+    </message>
+    <message>
+        <source>Cantidad de lecturas</source>
+        <translation>Number of reads</translation>
+    </message>
+    <message>
+        <source>Buscar dirección exacta</source>
+        <translation>Search exact address</translation>
+    </message>
+    <message>
+        <source>Resultado de la búsqueda</source>
+        <translation>Result of the search</translation>
+    </message>
+    <message>
+        <source>&amp;Buscar</source>
+        <translation>&amp;Search</translation>
+    </message>
+    <message>
+        <source>&amp;Dirección:</source>
+        <translation>A&amp;ddress:</translation>
+    </message>
+    <message>
+        <source>&amp;Valor:</source>
+        <translation>&amp;Value:</translation>
+    </message>
+    <message>
+        <source>&amp;Forzar lectura</source>
+        <translation>&amp;Force read</translation>
+    </message>
+    <message>
+        <source>&amp;Escribir valor</source>
+        <translation>&amp;Write value</translation>
+    </message>
+    <message>
+        <source>Escribir &amp;otra dirección</source>
+        <translation>Write an&amp;other address</translation>
+    </message>
+    <message>
+        <source>Escribir otro va&amp;lor</source>
+        <translation>Write another va&amp;lue</translation>
+    </message>
+    <message>
+        <source>Forzar un nivel</source>
+        <translation>Force a level</translation>
+    </message>
+    <message>
+        <source>&amp;Nivel:</source>
+        <translation>&amp;Level:</translation>
+    </message>
+    <message>
+        <source>Ve&amp;ces:</source>
+        <translation>&amp;Times:</translation>
+    </message>
+    <message>
+        <source>Lecturas de cada bloque, que después se apaga; 0 enciende el nivel y -1 lo apaga</source>
+        <translation>Reads of each block, which is then switched off; 0 switches the level on and -1 off</translation>
+    </message>
+    <message>
+        <source>Forzar &amp;por nivel</source>
+        <translation>Force &amp;by level</translation>
+    </message>
+    <message>
+        <source>Escrituras de prueba</source>
+        <translation>Test writes</translation>
+    </message>
+    <message>
+        <source>Dirección</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Valor</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>Dirección de la prueba %1</source>
+        <translation>Address of test %1</translation>
+    </message>
+    <message>
+        <source>Valor de la prueba %1</source>
+        <translation>Value of test %1</translation>
+    </message>
+    <message>
+        <source>En&amp;viar todas</source>
+        <translation>Send &amp;all</translation>
+    </message>
+</context>
+<context>
+    <name>kv::TablaDeLista</name>
+    <message>
+        <source>Filtrar…</source>
+        <translation>Filter…</translation>
+    </message>
+    <message>
+        <source>Filtro de %1</source>
+        <translation>Filter of %1</translation>
+    </message>
+    <message>
+        <source>Muestra las filas que tengan todas las palabras escritas</source>
+        <translation>Shows the rows that hold every word typed</translation>
+    </message>
+    <message>
+        <source>%1 de %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaServidor</name>
+    <message>
+        <source>Hacia el cliente (mientras se ve esta ventana)</source>
+        <translation>To the client (while this window is shown)</translation>
+    </message>
+    <message>
+        <source>Del cliente</source>
+        <translation>From the client</translation>
+    </message>
+    <message>
+        <source>Servidor de clientes</source>
+        <translation>Client server</translation>
+    </message>
+    <message>
+        <source>&amp;Ocultar</source>
+        <translation>&amp;Hide</translation>
+    </message>
+</context>
+</TS>
