@@ -58,9 +58,8 @@ double Motor::ajuste(const AjusteNumerico& cual) {
 }
 
 void Motor::aplicarAjustes() {
-    scriptControl.fijarPresupuesto(
-        {ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion), ajuste(kMemoriaDelGuion),
-         ajuste(kPasosDelGuion)});
+    scriptControl.fijarPresupuesto({ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion),
+                                    ajuste(kMemoriaDelGuion), ajuste(kPasosDelGuion)});
     guion.fijarReintento(ajuste(kReintentoDelGuion));
     ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
     const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);
