@@ -26,7 +26,7 @@ class ArchivosSimulados final : public Archivos {
     void poner(const std::string& ruta, std::string contenido);
     void borrar(const std::string& ruta);
     /// Every write fails from now on: a full or a read-only disk.
-    void negarEscrituras(bool negar) { negado_ = negar ? "/" : ""; }
+    void negarEscrituras(bool negar) { niegaTodas_ = negar, negado_.clear(); }
     /// The same for what lies in one folder; empty: nowhere.
     void negarEscriturasEn(std::string_view carpeta) { negado_ = clave(carpeta); }
     /// The paths of the files in a folder and below, in lower case.
@@ -47,8 +47,9 @@ class ArchivosSimulados final : public Archivos {
     std::int64_t version_ = 0;
     std::size_t lecturas_ = 0;
     [[nodiscard]] bool niega(const std::string& ruta) const {
-        return !negado_.empty() && clave(ruta).starts_with(negado_);
+        return niegaTodas_ || (!negado_.empty() && clave(ruta).starts_with(negado_));
     }
+    bool niegaTodas_ = false;
     std::string negado_; ///< where no write succeeds
 };
 
