@@ -82,7 +82,7 @@ int correr(const Opciones& o) {
     std::int64_t peorCalma = 0;
     for (std::uint64_t s = o.desde; s <= o.hasta; ++s) {
         vigilar(s, o.cuelgueSegundos);
-        const Plan plan(s);
+        const Plan plan(s, o.tamano);
         std::vector<Suceso> historia = historiaDe(plan);
         if (o.solo) historia = parteDe(historia, *o.solo);
         const Resultado r = vivir(plan, historia);
@@ -128,7 +128,8 @@ int correr(const Opciones& o) {
 int main(int argc, char** argv) {
     const auto opciones = kv::mundo::leerOpciones(argc, argv);
     if (!opciones) {
-        std::printf("mundo [--semillas A-B] [--horas N] [--cpu SECONDS] [--cuelgue SECONDS]\n"
+        std::printf("mundo [--semillas A-B] [--horas N] [--cpu SECONDS] [--cuelgue SECONDS] "
+                    "[--tamano 8x10]\n"
                     "      [--solo EVENT,EVENT,... | -] [--sin-reducir] [--primera] [--detalle]\n");
         return 2;
     }

@@ -29,6 +29,15 @@ bool eventos(std::string_view texto, Opciones& o) {
     return true;
 }
 
+bool tamano(std::string_view texto, Opciones& o) {
+    const auto partes = partir(texto, 'x');
+    const auto c = numeroDeTexto(partes[0]);
+    const auto b = partes.size() == 2 ? numeroDeTexto(partes[1]) : std::nullopt;
+    if (!c || !b || *c < 1 || *c > 1000 || *b < 1 || *b > 100) return false;
+    o.tamano = {static_cast<std::int64_t>(*c), static_cast<std::int64_t>(*b)};
+    return true;
+}
+
 bool positivo(std::string_view texto, double& donde) {
     const auto n = numeroDeTexto(texto);
     if (!n || *n <= 0) return false;
@@ -56,6 +65,7 @@ std::optional<Opciones> leerOpciones(int cuantos, const char* const* argumentos)
         }
         const std::string_view valor = i + 1 < cuantos ? argumentos[++i] : "";
         const bool bien = nombre == "--semillas"  ? semillas(valor, o)
+                          : nombre == "--tamano"  ? tamano(valor, o)
                           : nombre == "--solo"    ? eventos(valor, o)
                           : nombre == "--horas"   ? positivo(valor, o.horas)
                           : nombre == "--cpu"     ? positivo(valor, o.cpuSegundos)

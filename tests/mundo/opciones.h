@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mundo/plan.h"
+
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -11,6 +13,7 @@ struct Opciones {
     double horas = 0;                               ///< simulated, in all; 0: no limit
     double cpuSegundos = 0;                         ///< 0: no limit
     double cuelgueSegundos = 60;                    ///< of one seed, then it is said to hang
+    Tamano tamano;                                  ///< of every plant
     bool reducir = true;
     bool primera = false;                           ///< end with the first seed that breaks a rule
     bool detalle = false;                           ///< print every seed

@@ -12,11 +12,11 @@ namespace {
 
 constexpr std::int64_t kHoraMs = 3'600'000;
 
-struct Tamano {
+struct Extension {
     std::int64_t conexiones, bloques, duracionMs;
 };
 
-Tamano tamano(Azar& azar) {
+Extension extension(Azar& azar) {
     const std::int64_t suerte = azar.entre(1, 100);
     const std::int64_t larga = azar.entre(8, 10) * kHoraMs / 2;
     if (suerte <= 12) return {1, azar.entre(1, 16), larga};
@@ -144,9 +144,11 @@ std::string texto(const Plan& plan, Levantador& levantador,
 
 } // namespace
 
-Plan::Plan(std::uint64_t s) : semilla(s) {
+Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
     Azar azar(s);
-    const Tamano t = tamano(azar);
+    Extension t = extension(azar);
+    if (querido.conexiones > 0)
+        t = {querido.conexiones, querido.bloques, azar.entre(8, 10) * kHoraMs / 2};
     duracionMs = t.duracionMs;
     faltasPorHora = static_cast<int>(azar.entre(130, 220));
     pausaMs = azar.uno(6) ? azar.entre(0, 60) : azar.uno(2) ? 800 : azar.enEscala(50, 2000);

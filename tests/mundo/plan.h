@@ -47,9 +47,15 @@ struct PlanDeBloque {
     [[nodiscard]] std::string direccion() const; ///< port.PLC.register
 };
 
+/// A size that is wanted instead of the one drawn.
+struct Tamano {
+    std::int64_t conexiones = 0; ///< 0: what the seed says
+    std::int64_t bloques = 0;    ///< of each connection
+};
+
 /// A plant, drawn from a seed.
 struct Plan {
-    explicit Plan(std::uint64_t semilla);
+    explicit Plan(std::uint64_t semilla, Tamano querido = {});
 
     std::uint64_t semilla;
     std::int64_t duracionMs = 0; ///< of the life before the calm

@@ -19,14 +19,14 @@ class ArchivosSimulados final : public Archivos {
     [[nodiscard]] std::optional<std::string> leer(const std::string& ruta,
                                                   std::size_t maximo) override;
     bool reemplazar(const std::string& ruta, std::string_view contenido) override;
-    bool agregar(const std::string& ruta, std::string_view lineas) override;
+    bool agregar(const std::string& ruta, std::string_view contenido) override;
     bool crearCarpeta(const std::string& ruta) override;
 
     /// What another program or an editor does; not subject to the faults below.
     void poner(const std::string& ruta, std::string contenido);
     void borrar(const std::string& ruta);
     /// Every write fails from now on: a full or a read-only disk.
-    void negarEscrituras(bool negar) { niegaTodo_ = negar; }
+    void negarEscrituras(bool negar) { niegaTodas_ = negar, negado_.clear(); }
     /// The same for what lies in one folder; empty: nowhere.
     void negarEscriturasEn(std::string_view carpeta) { negado_ = clave(carpeta); }
     /// The paths of the files in a folder and below, in lower case.
@@ -47,9 +47,9 @@ class ArchivosSimulados final : public Archivos {
     std::int64_t version_ = 0;
     std::size_t lecturas_ = 0;
     [[nodiscard]] bool niega(const std::string& ruta) const {
-        return niegaTodo_ || (!negado_.empty() && clave(ruta).starts_with(negado_));
+        return niegaTodas_ || (!negado_.empty() && clave(ruta).starts_with(negado_));
     }
-    bool niegaTodo_ = false;
+    bool niegaTodas_ = false;
     std::string negado_; ///< where no write succeeds
 };
 
