@@ -142,6 +142,8 @@ TEST_F(Principal, MuestraLasTresListasYLasCifras) {
     avanzar(1'000);
     EXPECT_TRUE(rotulo("lblRespuestasPorSegundo").contains("respuestas/s"));
     fotografiar(form, "form1");
+    const ConPaletaOscura oscura;
+    fotografiar(form, "form1_oscura");
 }
 
 TEST_F(Principal, LaBusquedaExactaEligeLaFilaAunqueElFiltroLaTape) {

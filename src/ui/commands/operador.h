@@ -46,6 +46,7 @@ struct Pregunta {
     std::string texto;
     std::string propuesta;
     std::int64_t bloque = -1; ///< whom the answer is for
+    friend bool operator==(const Pregunta&, const Pregunta&) = default;
 };
 
 /// All that the operator can ask for in the main window, one call a click. Outcomes of writes and

@@ -118,7 +118,7 @@ const FormaDeLista& formaDeVariables() {
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Texto, Especie::Fecha, Especie::Texto},
                                     .filtrables = {0, 2, 4},
-                                    .anchos = {18, 10, 20, 21, 22}};
+                                    .anchos = {18, 10, 38, 21, 22}};
     return forma;
 }
 

@@ -13,6 +13,7 @@ namespace kv {
 namespace {
 
 constexpr int kAbiertosMaximo = 8;
+constexpr qsizetype kLargoMaximo = 2000; // characters; more would not fit a screen
 constexpr const char* kPrograma = "DriverKV2200";
 
 } // namespace
@@ -39,7 +40,7 @@ bool Mensajero::seMuestra(const QString& texto) const {
 }
 
 void Mensajero::avisar(const Aviso& aviso) {
-    const QString texto = enQt(aviso.texto);
+    const QString texto = enQt(aviso.texto).left(kLargoMaximo);
     avisos_.removeIf([](const auto& m) { return m == nullptr; });
     if (aviso.vacio() || abiertos_ >= kAbiertosMaximo || seMuestra(texto)) return;
     QMessageBox* m = caja(enQt(aviso.titulo), texto);
