@@ -84,13 +84,13 @@ std::string configuracion() {
         t += "[PUERTO" + std::to_string(p) + "]\nNUMERO=" + std::to_string(p) +
              "\nTIME_OUT=5\nREINTENTOS_MAX=3\nSEG_RECONECCION=30\n";
         for (int e = 0; e < kEstaciones; ++e) {
-            const std::string k = "Esclavo" + std::to_string(e);
+            const std::string k = "Esclavo" + std::to_string((p - 1) * kEstaciones + e);
             const std::string n = std::to_string(e + 1);
             t += k + "_Numero=" + n + "\n" + k + "_Ip=127.0.0." + std::to_string(p) + "\n" + k +
                  "_Puerto=" + std::to_string(kPuerto) + "\n" + k + "_Indice=" + n + "\n";
         }
         for (int b = 0; b < kEstaciones * kRegistros; ++b) {
-            const std::string k = "Bloque" + std::to_string(b);
+            const std::string k = "Bloque" + std::to_string((p - 1) * kEstaciones * kRegistros + b);
             std::array<char, 8> registro{};
             std::snprintf(registro.data(), registro.size(), "%X", b % kRegistros);
             t += k + "_PLC=" + std::to_string(b / kRegistros + 1) + "\n" + k + "_Quantity=1\n" + k +
