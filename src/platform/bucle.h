@@ -40,8 +40,8 @@ class Bucle {
     /// Ends the loop's `correr` after the present handler.
     virtual void detener() = 0;
 
-  protected:
-    virtual ColaDeTemporizadores& temporizadores() = 0;
+    /// All timers of the loop, for what wraps it.
+    [[nodiscard]] virtual ColaDeTemporizadores& temporizadores() = 0;
 };
 
 } // namespace kv

@@ -131,11 +131,23 @@ bool ColaDeTemporizadores::ticar(std::int64_t ahoraUs) {
     if (vence < 0 || vence > ahoraUs) return false;
     Temporizador& t = *puestos_[monticulo_.front().puesto];
     sacarPrimera();
-    t.entrada_ = 0;
-    armar(t);                  // counted from now: a late timer does not catch up
-    const auto tic = t.alTic_; // the handler may destroy its own timer
-    tic();
+    if (alTicar_) alTicar_(t.puesto_);
+    tic(t);
     return true;
+}
+
+bool ColaDeTemporizadores::ticarPuesto(std::uint32_t puesto) {
+    Temporizador* t = puesto < puestos_.size() ? puestos_[puesto] : nullptr;
+    if (t == nullptr || !t->habilitado_ || t->intervaloMs_ == 0) return false;
+    tic(*t);
+    return true;
+}
+
+void ColaDeTemporizadores::tic(Temporizador& t) {
+    t.entrada_ = 0;
+    armar(t);                    // counted from now: a late timer does not catch up
+    const auto alTic = t.alTic_; // the handler may destroy its own timer
+    alTic();
 }
 
 std::size_t ColaDeTemporizadores::encendidos() const {

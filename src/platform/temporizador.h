@@ -58,6 +58,13 @@ class ColaDeTemporizadores {
     /// Ticks the first timer if it is due at `ahoraUs`; false if none is. A timer that its own tick
     /// leaves running is due later than that.
     bool ticar(std::int64_t ahoraUs);
+    /// Called before every tick with the timer's place, which depends on nothing but the order in
+    /// which timers were made and destroyed; empty: not any more.
+    void vigilar(std::function<void(std::uint32_t puesto)> alTicar) {
+        alTicar_ = std::move(alTicar);
+    }
+    /// Ticks the timer of a place whatever the time is; false if none runs there.
+    bool ticarPuesto(std::uint32_t puesto);
     /// Timers that run and will tick.
     [[nodiscard]] std::size_t encendidos() const;
 
@@ -81,7 +88,10 @@ class ColaDeTemporizadores {
     void compactar();
     [[nodiscard]] Temporizador* duenio(const Entrada& e) const;
 
+    void tic(Temporizador& t);
+
     LeerReloj reloj_;
+    std::function<void(std::uint32_t)> alTicar_;
     std::vector<Entrada> monticulo_;
     std::vector<Temporizador*> puestos_;
     std::vector<std::uint32_t> libres_;

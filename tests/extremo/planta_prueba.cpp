@@ -120,6 +120,33 @@ TEST_F(Planta, LasEstacionesMuerenVuelvenYSeReconecta) {
     EXPECT_EQ(otro.terminar(SIGTERM), 0);
 }
 
+TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
+    Simulador s({0}, {"--registro", "01.10=rampa", "--estacion", "02,ausente=1/2"});
+    const Instalacion casa(Configuracion()
+                               .puerto({"0.1", "1", "0.2"})
+                               .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                               .estacion(2, "127.0.0.1", 2, s.puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .bloque(2, "10", "0.1")
+                               .texto());
+    auto orden = casa.correr();
+    orden.insert(orden.end(), {"--grabar", casa.ruta() + "/vuelo"});
+    Proceso driver(orden);
+    std::string vivido;
+    for (std::string l; l.find(" HABILITACION de 1.2.10") == std::string::npos;
+         vivido += l + "\n") {
+        l = driver.linea();
+        ASSERT_NE(l, "") << driver.errores();
+    }
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    vivido += driver.resto();
+    Proceso otraVez({casa.programa(), "--reproducir", casa.ruta() + "/vuelo"});
+    EXPECT_EQ(otraVez.terminar(), 0) << otraVez.errores();
+    EXPECT_EQ(otraVez.resto(), vivido);
+    EXPECT_EQ(otraVez.errores(), "");
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
+}
+
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {
     const Instalacion casa(Configuracion().puerto().texto());
     Proceso driver(casa.correr());

@@ -1,5 +1,6 @@
 #include "config/comprobacion.h"
 #include "core/start/arranque.h"
+#include "core/start/grabacion.h"
 #include "core/start/motor.h"
 #include "core/start/salida_de_traza.h"
 #include "platform/epoll/bucle_epoll.h"
@@ -18,12 +19,15 @@ namespace {
 constexpr int kOrdenado = 0;
 constexpr int kYaCorre = 1;
 constexpr int kMalaLinea = 2;
+constexpr std::uint64_t kMaximoDeGrabacion = 1ULL << 30;
 
 struct Opciones {
     std::string carpeta = kv::carpetaDelPrograma();
     bool sinVentana = false;
     bool traza = false;
     bool comprobar = false;
+    std::string grabar;
+    std::string reproducir;
 };
 
 int comprobar(const Opciones& opciones) {
@@ -34,31 +38,25 @@ int comprobar(const Opciones& opciones) {
     return comprobacion.resultado;
 }
 
-/// The folder in which scripts may use files, below the program's; a setting names it.
-std::string carpetaDelGuion(kv::Motor& motor, kv::Archivos& archivos) {
-    const std::string nombre = motor.ajustes.leerConfiguracion("Carpeta_De_Guion", "GUION");
-    if (nombre.find_first_of("/\\") != std::string::npos || nombre.find("..") != std::string::npos)
-        return {};
-    std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;
-    archivos.crearCarpeta(carpeta);
-    return carpeta;
-}
-
 int correr(const Opciones& opciones) {
     kv::BucleEpoll bucle;
     kv::AvisosDeServicio servicio(bucle);
     kv::ArchivosReales archivos;
     kv::ProcesosReales procesos;
     kv::SalidaDeTraza salida(opciones.traza);
-    kv::Motor motor(bucle, archivos, opciones.carpeta);
+    kv::Grabacion grabacion(bucle, archivos, opciones.grabar, kMaximoDeGrabacion, opciones.carpeta);
+    kv::Motor motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta);
     motor.vista.observar(&salida);
     kv::Arranque arranque(motor, procesos);
     if (!arranque.soyElUnico()) return kYaCorre;
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [&bucle](int) { bucle.detener(); });
-    bucle.alFinalDeVuelta([&salida] { salida.volcar(); });
+    bucle.alFinalDeVuelta([&] {
+        salida.volcar();
+        if (grabacion.seLleno()) motor.log.escribirLog("DRIVER", "Grabacion", "llena: no sigue");
+    });
     motor.scriptControl.fijarCarpetaDeArchivos(
-        [&motor, &archivos] { return carpetaDelGuion(motor, archivos); });
+        [&] { return kv::carpetaDelGuion(motor, grabacion.archivos()); });
     arranque.arrancar();
     arranque.abrirServidor();
     servicio.listo();
@@ -89,6 +87,13 @@ int main(int argc, char** argv) {
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
     app.add_flag("--comprobar", opciones.comprobar,
                  "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
+    app.add_option("--grabar", opciones.grabar,
+                   "Graba todo lo que le llega al driver, para reproducirlo despues")
+        ->type_name("ARCHIVO");
+    app.add_option("--reproducir", opciones.reproducir,
+                   "Repite lo grabado, sin red ni archivos, y muestra las trazas")
+        ->check(CLI::ExistingFile)
+        ->type_name("ARCHIVO");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -96,6 +101,7 @@ int main(int argc, char** argv) {
     }
     try {
         std::signal(SIGPIPE, SIG_IGN);
+        if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
         return opciones.comprobar ? comprobar(opciones) : correr(opciones);
     } catch (const std::exception& falla) {
         std::cerr << kv::kNombreDelPrograma << ": " << falla.what() << '\n';

@@ -101,4 +101,8 @@ class Motor final : private AlTerminarElTurno,
     void forzarBloque_porNivel_NVeces(double nivel, double veces) override;
 };
 
+/// The folder in which scripts may use files, below the program's, made if need be; a setting names
+/// it. Empty when the setting names none that could be below.
+[[nodiscard]] std::string carpetaDelGuion(Motor& motor, Archivos& archivos);
+
 } // namespace kv

@@ -15,7 +15,9 @@ constexpr int kEsperaAlFinalMs = 2000;
 
 } // namespace
 
-SalidaDeTraza::~SalidaDeTraza() {
+SalidaDeTraza::~SalidaDeTraza() { volcarTodo(); }
+
+void SalidaDeTraza::volcarTodo() {
     while (!pendiente_.empty() && escribir(kEsperaAlFinalMs)) {
     }
 }

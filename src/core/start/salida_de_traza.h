@@ -24,6 +24,8 @@ class SalidaDeTraza final : public Observador {
 
     /// Writes what standard output takes without waiting.
     void volcar();
+    /// Writes everything, waiting for a reader that still reads.
+    void volcarTodo();
 
   private:
     void linea(std::string_view nombre, std::int64_t indice, std::string_view texto);

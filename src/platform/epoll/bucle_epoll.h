@@ -72,8 +72,7 @@ class BucleEpoll final : public Bucle {
     /// Calls `tarea` once, at the end of the present turn.
     void despuesDeEstaVuelta(std::function<void()> tarea);
 
-  protected:
-    ColaDeTemporizadores& temporizadores() override { return cola_; }
+    [[nodiscard]] ColaDeTemporizadores& temporizadores() override { return cola_; }
 
   private:
     struct Puesto {

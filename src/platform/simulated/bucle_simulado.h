@@ -48,8 +48,7 @@ class BucleSimulado final : public Bucle {
     /// Called after each event and each tick, outermost or nested: the place for invariants.
     void alTerminarCadaSuceso(std::function<void()> vigilar) { vigilar_ = std::move(vigilar); }
 
-  protected:
-    ColaDeTemporizadores& temporizadores() override { return cola_; }
+    [[nodiscard]] ColaDeTemporizadores& temporizadores() override { return cola_; }
 
   private:
     [[nodiscard]] std::int64_t proximo();

@@ -1,0 +1,34 @@
+// Any bytes as a recording: the driver plays them, or says why it cannot.
+
+#include "core/start/arranque.h"
+#include "core/start/motor.h"
+#include "platform/grabado/reproductor.h"
+
+#include <cstdint>
+
+namespace {
+
+class NingunProceso final : public kv::Procesos {
+  public:
+    std::optional<std::vector<std::string>> nombres() override { return {}; }
+    bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t largo) {
+    try {
+        kv::CintaLeida cinta(std::string(kv::kMarcaDeCinta) +
+                             std::string(reinterpret_cast<const char*>(datos), largo));
+        kv::Reproductor bucle(cinta);
+        kv::ArchivosReproducidos archivos(bucle);
+        NingunProceso procesos;
+        kv::Motor motor(bucle, archivos, "/kv");
+        kv::Arranque arranque(motor, procesos);
+        arranque.arrancar();
+        arranque.abrirServidor();
+        (void)bucle.correr();
+    } catch (const kv::CintaMala&) {
+    }
+    return 0;
+}

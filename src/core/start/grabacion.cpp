@@ -1,0 +1,110 @@
+#include "core/start/grabacion.h"
+
+#include "core/start/arranque.h"
+#include "core/start/motor.h"
+#include "core/start/salida_de_traza.h"
+#include "platform/grabado/reproductor.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <stdexcept>
+
+namespace kv {
+namespace {
+
+constexpr int kReproducida = 0;
+constexpr int kNoReproducida = 2;
+
+std::string programa() { return std::string(kNombreDelPrograma) + " " KV_VERSION; }
+
+/// Nobody else runs where a recording is played.
+class NingunProceso final : public Procesos {
+  public:
+    std::optional<std::vector<std::string>> nombres() override { return {}; }
+    bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
+};
+
+/// A folder for what the script writes, gone at the end.
+class CarpetaDePaso {
+  public:
+    CarpetaDePaso() {
+        ruta_ = (std::filesystem::temp_directory_path() / "kvreproduceXXXXXX").string();
+        if (mkdtemp(ruta_.data()) == nullptr) ruta_.clear();
+    }
+    ~CarpetaDePaso() {
+        std::error_code error;
+        if (!ruta_.empty()) std::filesystem::remove_all(ruta_, error);
+    }
+    CarpetaDePaso(const CarpetaDePaso&) = delete;
+    CarpetaDePaso& operator=(const CarpetaDePaso&) = delete;
+    [[nodiscard]] const std::string& ruta() const { return ruta_; }
+
+  private:
+    std::string ruta_;
+};
+
+int mostrar(const std::string& contenido, std::ostream& errores) {
+    CintaLeida cinta(contenido);
+    if (cinta.programa() != programa())
+        errores << "Grabado con " << cinta.programa() << ", esto es " << programa() << '\n';
+    const std::string carpeta(cinta.texto());
+    Reproductor bucle(cinta);
+    ArchivosReproducidos archivos(bucle);
+    NingunProceso procesos;
+    const CarpetaDePaso paso;
+    SalidaDeTraza salida(true);
+    Motor motor(bucle, archivos, carpeta);
+    motor.vista.observar(&salida);
+    Arranque arranque(motor, procesos);
+    bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
+    motor.scriptControl.fijarCarpetaDeArchivos(
+        [&] { return carpetaDelGuion(motor, archivos).empty() ? std::string() : paso.ruta(); });
+    arranque.arrancar();
+    arranque.abrirServidor();
+    if (!bucle.correr()) errores << "La grabacion termina a mitad de una entrada\n";
+    motor.vista.observar(nullptr);
+    return kReproducida;
+}
+
+} // namespace
+
+Grabacion::Grabacion(Bucle& bucle, Archivos& archivos, const std::string& archivo,
+                     std::uint64_t maximo, const std::string& carpeta)
+    : bucle_(bucle), archivos_(archivos) {
+    if (archivo.empty()) return;
+    cinta_.emplace(archivo, maximo);
+    if (!cinta_->abierta()) throw std::runtime_error("no se puede crear " + archivo);
+    cinta_->texto(programa()).texto(carpeta);
+    grabador_.emplace(bucle_, *cinta_);
+    grabados_.emplace(archivos_, *grabador_);
+}
+
+Bucle& Grabacion::bucle() { return grabador_ ? *grabador_ : bucle_; }
+
+Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
+
+void Grabacion::anotarOrden(std::string_view orden) {
+    if (grabador_) grabador_->anotarOrden(orden);
+}
+
+bool Grabacion::seLleno() {
+    if (!cinta_ || !cinta_->llena() || dicho_) return false;
+    return dicho_ = true;
+}
+
+int reproducir(const std::string& archivo, std::ostream& errores) {
+    std::ifstream entrada(archivo, std::ios::binary);
+    const std::string contenido{std::istreambuf_iterator<char>(entrada), {}};
+    try {
+        return mostrar(contenido, errores);
+    } catch (const CintaCortada&) {
+        errores << archivo << ": la grabacion termina a mitad de una entrada\n";
+    } catch (const CintaMala& mala) {
+        errores << archivo << ": " << mala.que << '\n';
+    }
+    return kNoReproducida;
+}
+
+} // namespace kv

@@ -1,0 +1,74 @@
+#include "platform/grabado/zocalo_grabado.h"
+
+namespace kv {
+
+void ZocaloGrabado::comprobar(EstadoZocalo esperado) {
+    grabador_.preguntar();
+    if (dentro_->estado() == esperado) return;
+    grabador_.respuesta(Entrada::Estado)
+        .numero(numero_)
+        .numero(static_cast<std::uint8_t>(dentro_->estado()))
+        .texto(dentro_->motivo());
+    grabador_.cerrar();
+}
+
+void ZocaloGrabado::conectar(const std::string& ip, std::uint32_t puerto) {
+    dentro_->conectar(ip, puerto);
+    comprobar(EstadoZocalo::Conectando);
+}
+
+void ZocaloGrabado::escuchar(const std::string& ip, std::uint32_t puerto) {
+    dentro_->escuchar(ip, puerto);
+    comprobar(EstadoZocalo::Escuchando);
+}
+
+void ZocaloGrabado::aceptar() {
+    dentro_->aceptar();
+    comprobar(EstadoZocalo::Conectado);
+}
+
+bool ZocaloGrabado::enviar(std::span<const std::uint8_t> bytes) {
+    const EstadoZocalo antes = dentro_->estado();
+    const bool bien = dentro_->enviar(bytes);
+    comprobar(antes);
+    return bien;
+}
+
+std::uint32_t ZocaloGrabado::puertoLocal() const {
+    grabador_.preguntar();
+    const std::uint32_t puerto = dentro_->puertoLocal();
+    grabador_.respuesta(Entrada::PuertoLocal).numero(puerto);
+    grabador_.cerrar();
+    return puerto;
+}
+
+void ZocaloGrabado::alConectar(std::size_t /*indice*/) {
+    grabador_.llamada(Entrada::Conectado).numero(numero_);
+    grabador_.cerrar();
+    oyente_.alConectar(indice_);
+}
+
+void ZocaloGrabado::alLlegarDatos(std::size_t /*indice*/, std::span<const std::uint8_t> bytes) {
+    grabador_.llamada(Entrada::Datos)
+        .numero(numero_)
+        .texto({reinterpret_cast<const char*>(bytes.data()), bytes.size()}); // NOLINT
+    grabador_.cerrar();
+    oyente_.alLlegarDatos(indice_, bytes);
+}
+
+void ZocaloGrabado::alCortarse(std::size_t /*indice*/) {
+    grabador_.llamada(Entrada::Cortado)
+        .numero(numero_)
+        .numero(static_cast<std::uint8_t>(dentro_->estado()))
+        .texto(dentro_->motivo());
+    grabador_.cerrar();
+    oyente_.alCortarse(indice_);
+}
+
+void ZocaloGrabado::alPedirConexion(std::size_t /*indice*/, std::string_view remoto) {
+    grabador_.llamada(Entrada::Pedido).numero(numero_).texto(remoto);
+    grabador_.cerrar();
+    oyente_.alPedirConexion(indice_, remoto);
+}
+
+} // namespace kv

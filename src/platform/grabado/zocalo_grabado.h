@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/grabado/grabador.h"
+#include "platform/zocalo.h"
+
+namespace kv {
+
+/// A socket that writes down what it brings, and every state that a call did not have to lead to.
+class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
+  public:
+    ZocaloGrabado(Grabador& grabador, Bucle& bucle, OyenteDeZocalo& oyente, std::size_t indice,
+                  std::uint64_t numero)
+        : grabador_(grabador), oyente_(oyente), indice_(indice), numero_(numero),
+          dentro_(bucle.crearZocalo(*this, 0)) {}
+
+    [[nodiscard]] EstadoZocalo estado() const override { return dentro_->estado(); }
+    void conectar(const std::string& ip, std::uint32_t puerto) override;
+    void escuchar(const std::string& ip, std::uint32_t puerto) override;
+    void aceptar() override;
+    void cerrar() override { dentro_->cerrar(); }
+    bool enviar(std::span<const std::uint8_t> bytes) override;
+    void agruparEnvios(bool agrupar) override { dentro_->agruparEnvios(agrupar); }
+    void limitarCola(std::size_t bytes) override { dentro_->limitarCola(bytes); }
+    [[nodiscard]] std::size_t enCola() const override { return dentro_->enCola(); }
+    [[nodiscard]] std::uint64_t conexiones() const override { return dentro_->conexiones(); }
+    [[nodiscard]] const std::string& motivo() const override { return dentro_->motivo(); }
+    [[nodiscard]] std::uint32_t puertoLocal() const override;
+
+  private:
+    void alConectar(std::size_t indice) override;
+    void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
+    void alCortarse(std::size_t indice) override;
+    void alPedirConexion(std::size_t indice, std::string_view remoto) override;
+    void comprobar(EstadoZocalo esperado);
+
+    Grabador& grabador_;
+    OyenteDeZocalo& oyente_;
+    std::size_t indice_;
+    std::uint64_t numero_;
+    std::unique_ptr<Zocalo> dentro_;
+};
+
+} // namespace kv

@@ -1,0 +1,182 @@
+// A driver that was recorded does the same again, line by line, with nothing of its plant at hand.
+
+#include "apoyo/carpeta.h"
+#include "apoyo/configuracion.h"
+#include "apoyo/estaciones.h"
+#include "core/start/arranque.h"
+#include "core/start/motor.h"
+#include "platform/grabado/grabador.h"
+#include "platform/grabado/reproductor.h"
+#include "platform/simulated/archivos_simulados.h"
+#include "platform/simulated/bucle_simulado.h"
+#include "server/cifrado.h"
+
+#include <gtest/gtest.h>
+
+namespace kv {
+namespace {
+
+/// Everything that an operator would have seen.
+class Testigo final : public Observador {
+  public:
+    void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override {
+        todo += std::string(caja) + std::to_string(indice) + ":" + std::string(texto) + "\n";
+    }
+    void alCambiarEtiqueta(std::string_view etiqueta, std::string_view texto) override {
+        todo += std::string(etiqueta) + "=" + std::string(texto) + "\n";
+    }
+    void alCambiarColor(std::string_view etiqueta, Color color) override {
+        todo += std::string(etiqueta) + std::to_string(static_cast<int>(color)) + "\n";
+    }
+    void alMostrarMensaje(std::string_view titulo, std::string_view texto) override {
+        todo += std::string(titulo) + "!" + std::string(texto) + "\n";
+    }
+    std::string todo;
+};
+
+/// A driver and what it showed.
+struct Driver {
+    Driver(Bucle& bucle, Archivos& archivos) : motor(bucle, archivos, "/kv") {
+        motor.vista.observar(&testigo);
+        arranque.arrancar();
+        arranque.abrirServidor();
+    }
+    [[nodiscard]] std::string valores() const {
+        std::string s;
+        const Lista& l = motor.vista.lstViewVariables;
+        for (std::uint32_t f = 0; f < l.filas(); ++f)
+            for (std::size_t c = 0; c < l.columnas().size(); ++c)
+                s += std::string(l.texto(f, c)) + (c + 1 < l.columnas().size() ? " " : "\n");
+        return s;
+    }
+    Testigo testigo;
+    ProcesosSimulados procesos;
+    Motor motor;
+    Arranque arranque{motor, procesos};
+};
+
+class Cliente final : public ExtremoSimulado {
+  public:
+    void alConectar(IdEnlace /*e*/) override {}
+    void alCortarse(IdEnlace /*e*/) override {}
+    void alRecibir(IdEnlace /*e*/, std::span<const std::uint8_t> /*b*/) override {}
+};
+
+constexpr const char* kGuion = "veces = veces + 1\r\n"
+                               "If veces Mod 20 = 0 Then mw.writeMW \"MW_1_1_10\", veces\r\n"
+                               "If veces Mod 33 = 0 Then x = 1 / 0\r\n"
+                               "If MW_1_1_11 > 5 And Timer > 0 Then Label.Caption = CStr(Rnd)\r\n";
+
+/// Some minutes of a plant in which a good deal happens; what was shown, and the last values.
+std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_t maximo) {
+    BucleSimulado bucle;
+    ArchivosSimulados disco;
+    disco.poner("/kv/DRIVER_KV2200_Config.ini", Configuracion()
+                                                    .puerto({"1", "1", "2"})
+                                                    .estacion(1, "10.0.0.1", 1)
+                                                    .estacion(2, "10.0.0.2", 2)
+                                                    .bloque(1, "10", "1")
+                                                    .bloque(1, "11", "1")
+                                                    .bloque(2, "12", "2")
+                                                    .texto());
+    disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", kGuion);
+    Estaciones una(bucle.red(), bucle.reloj());
+    Estaciones otra(bucle.red(), bucle.reloj());
+    bucle.red().atender("10.0.0.1", 502, una);
+    bucle.red().atender("10.0.0.2", 502, otra);
+    int n = 0;
+    una.demora = [&n](const Solicitud&) {
+        ++n;
+        return n % 7 == 0 ? std::optional<double>() : std::optional<double>(n % 5 * 300.0);
+    };
+    CintaEscrita escrita(cinta, maximo);
+    escrita.texto("prueba");
+    Grabador grabador(bucle, escrita);
+    ArchivosGrabados archivos(disco, grabador);
+    Driver d(grabador, archivos);
+    Cliente cliente;
+    bucle.avanzar(15'000);
+    una.mandar(respuestaCon(77));
+    const IdEnlace enlace = bucle.red().conectarCliente(1334, cliente, "10.0.0.9:50000");
+    bucle.avanzar(2000);
+    const std::string clave =
+        cifrar(textoDeClave(formatoDeHora(bucle.reloj().ahora())), [] { return 0.3; });
+    for (const std::string& m : {clave, std::string("SINCRONIZAR[Write]1.2.12;55[/Write]"),
+                                 std::string("Read;1.1.99;Fin")}) {
+        bucle.red().enviar(enlace, {reinterpret_cast<const std::uint8_t*>(m.data()), m.size()});
+        bucle.avanzar(1500);
+    }
+    otra.cortar();
+    bucle.relojSimulado().ponerFecha(1'800'000'000);
+    bucle.avanzar(20'000);
+    disco.poner("/kv/sis_config.ini", "[DRIVER_KV2200]\r\nVER=1\r\nPuertoEscucha=1400\r\n");
+    disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "no es un guion (");
+    disco.negarEscrituras(true);
+    bucle.red().cortar(enlace);
+    bucle.avanzar(60'000);
+    return {d.testigo.todo, d.valores()};
+}
+
+std::pair<std::string, std::string> repetir(std::string contenido, bool* entera = nullptr) {
+    CintaLeida leida(std::move(contenido));
+    Reproductor bucle(leida);
+    ArchivosReproducidos archivos(bucle);
+    Driver d(bucle, archivos);
+    const bool bien = bucle.correr();
+    if (entera != nullptr) *entera = bien;
+    return {d.testigo.todo, d.valores()};
+}
+
+} // namespace
+
+TEST(Grabado, LoMismoOtraVezLineaPorLinea) {
+    const Carpeta carpeta;
+    const auto vivido = vivir(carpeta.ruta() + "/vuelo", 1U << 30);
+    EXPECT_NE(vivido.first.find("REINTENTO"), std::string::npos);
+    EXPECT_NE(vivido.first.find("*Guion*"), std::string::npos);
+    EXPECT_NE(vivido.first.find("Label10="), std::string::npos);
+    EXPECT_NE(vivido.second.find(" 55 OK "), std::string::npos) << vivido.second;
+    bool entera = false;
+    const auto repetido = repetir(carpeta.leer("vuelo"), &entera);
+    EXPECT_EQ(repetido.first, vivido.first);
+    EXPECT_EQ(repetido.second, vivido.second);
+    EXPECT_TRUE(entera);
+}
+
+TEST(Grabado, UnaCintaLlenaOCortadaSeReproduceHastaDondeLlega) {
+    const Carpeta carpeta;
+    const auto vivido = vivir(carpeta.ruta() + "/vuelo", 20'000);
+    const std::string cinta = carpeta.leer("vuelo");
+    EXPECT_LE(cinta.size(), 20'000U);
+    const auto hasta = repetir(cinta);
+    EXPECT_GT(hasta.first.size(), 1000U);
+    EXPECT_TRUE(vivido.first.starts_with(hasta.first));
+    std::size_t enteras = 0;
+    for (std::size_t largo = cinta.size() - 300; largo < cinta.size(); ++largo) {
+        bool entera = false;
+        const auto r = repetir(cinta.substr(0, largo), &entera);
+        enteras += entera ? 1U : 0U;
+        EXPECT_TRUE(vivido.first.starts_with(r.first));
+    }
+    EXPECT_GT(enteras, 0U);
+    EXPECT_LT(enteras, 300U);
+}
+
+TEST(Grabado, OtraCosaQueUnaGrabacionSeDice) {
+    const Carpeta carpeta;
+    (void)vivir(carpeta.ruta() + "/vuelo", 1U << 30);
+    const std::string cinta = carpeta.leer("vuelo");
+    EXPECT_THROW(repetir("no es"), CintaMala);
+    EXPECT_THROW(repetir(std::string(kMarcaDeCinta)), CintaMala);
+    // Damaged anywhere it ends, with a message or with what the damaged bytes say.
+    for (std::size_t i = kMarcaDeCinta.size(); i < cinta.size(); i += 101) {
+        std::string mala = cinta;
+        mala[i] = static_cast<char>(mala[i] ^ 0x55);
+        try {
+            (void)repetir(std::move(mala));
+        } catch (const CintaMala&) {
+        }
+    }
+}
+
+} // namespace kv
