@@ -172,9 +172,15 @@ CORRIDA = {
     "division": b"x = 1 / 0", "desborde": b"x = 2147483647\nx = CLng(x) * CLng(x)", "entero-minimo": b"x = CInt(-32768) \\ -1", "modulo": b"x = -2147483648 Mod -1", "mid-negativo": b"x = Mid(\"abc\", -1)", "mid-enorme": b"x = Mid(\"abc\", 2147483647, 2147483647)", "string-negativo": b"x = String(-1, \"a\")", "space-enorme": b"x = Space(2000000000)", "replace-explosivo": b"s = String(2000, \"a\")\nx = Replace(s, \"a\", s)", "split-vacio": b"x = Split(\"\", \"\")", "join-anidado": b"x = Join(Array(Array(1)))", "chr-malo": b"x = Chr(-1) & ChrW(99999)", "fecha-fuera": b"x = DateAdd(\"yyyy\", 99999, #1/1/2024#)", "fecha-nan": b"x = CDate(1e300)", "round-enorme": b"x = Round(1.5, 99999)", "formato": b"x = FormatNumber(1e300, 99)", "regexp-explosiva": b"Set r = New RegExp\nr.Pattern = \"(a+)+$\"\nx = r.Test(String(200, \"a\") & \"b\")", "regexp-mala": b"Set r = New RegExp\nr.Pattern = \"((((\"\nx = r.Test(\"a\")", "regexp-larga": b"Set r = New RegExp\nr.Pattern = String(100000, \"(\")\nx = r.Test(\"a\")", "err-raise": b"Err.Raise 0", "err-raise-enorme": b"Err.Raise 2147483647, String(1000, \"x\"), \"y\"", "publicada-como-clase": b"Class MW_1\nEnd Class", "publicada-como-sub": b"Sub MW_1\nEnd Sub", "eco-con-objeto": b"Echo(Err)", "anfitrion-pisado": b"Set Echo = Nothing\nEcho 1", "setlocale": b"SetLocale \"zz\"", "getref-borrado": b"Sub A : End Sub\nSet f = GetRef(\"A\")\nExecute \"Sub A : x = 1 : End Sub\"\nf", "null-en-if": b"If Null Then x = 1", "comparar-objetos": b"x = (Err = Err)", "for-infinito": b"For i = 1 To 2 Step 0 : Next", "for-fraccion": b"For i = 0 To 1 Step 1e-300 : Next", "archivos-sin-carpeta": b"Set f = CreateObject(\"Scripting.FileSystemObject\")", "shell": b"Set w = CreateObject(\"WScript.Shell\")",
 }
 
+# What follows a recording's mark: entries are a number and its parts.
+GRABACION = {
+    "vacia": b"", "fin": b"\0", "ceros": b"\0" * 300, "altos": b"\xff" * 300, "entrada-desconocida": b"\x63", "tic-de-nadie": b"\x01\x00\x7f", "tic-cortado": b"\x01", "datos-de-nadie": b"\x03\x00\x7f\x05abcde", "datos-cortados": b"\x03\x00\x00\x7fab", "largo-enorme": b"\x03\x00\x00\xff\xff\xff\xff\xff\xff\xff\xff\x7f", "numero-sin-fin": b"\x01" + b"\x80" * 40, "reloj-atras": b"\x0a\x00\x01" * 50, "vueltas": b"\x07" * 200, "respuesta-sin-pregunta": b"\x0d\x7f\x01", "pendientes-sin-fin": b"\x08\x00" * 100, "pide-nadie": b"\x05\x00\x00\x0310:",
+}
+
 TABLAS = {
     "ini": INI, "driver": DRIVER, "exportacion": EXPORTACION, "ajustes": AJUSTES, "direccion": DIRECCION, "cifrado": CIFRADO,
     "llegada": LLEGADA, "recepcion": RECEPCION, "solicitudes": SOLICITUDES, "vbscript_texto": TEXTO, "vbscript_corrida": CORRIDA,
+    "grabacion": GRABACION,
 }
 
 

@@ -183,9 +183,7 @@ std::vector<Escenario> escenarios() {
          }},
         {"driver", [] { return actoDeConfiguracion(ejemplo(), false); }},
         {"driver: mal escrito",
-         [] {
-             return actoDeConfiguracion(leerArchivo("fuzz/corpus/driver/mala.ini"), false);
-         }},
+         [] { return actoDeConfiguracion(leerArchivo("fuzz/corpus/driver/mala.ini"), false); }},
         {"driver: comprobacion", [] { return actoDeConfiguracion(ejemplo(), true); }},
         {"exportacion",
          [] {
