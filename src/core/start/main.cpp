@@ -4,6 +4,7 @@
 #include "core/start/programa.h"
 #ifdef KV_VENTANA
 #include "core/start/con_ventana.h"
+#include "ui/qt/aplicacion.h"
 #endif
 
 #include <CLI/CLI.hpp>

@@ -31,6 +31,10 @@ class Mensajero final : public QObject, public Observador {
                    std::function<void()> si);
     /// A question answered with a text; `respuesta` is not called on cancel.
     void preguntarTexto(const Pregunta& pregunta, std::function<void(const QString&)> respuesta);
+    /// `tarea` is called whenever the last box was closed.
+    void alCerrarTodos(std::function<void()> tarea) {
+        connect(this, &Mensajero::todosCerrados, this, std::move(tarea));
+    }
     [[nodiscard]] int abiertos() const { return abiertos_; }
 
     void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override {
