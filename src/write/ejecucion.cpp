@@ -142,6 +142,7 @@ void EjecucionDeEscrituras::respuestaDudosa(Indice conexion) {
     const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
     if (i >= tablas_.escrituras.limiteSuperior()) return turnos_.pausar(conexion);
     BloqueEscritura& e = tablas_.escrituras[i];
+    if (e.respuestaDudosa) return; // a station that goes on talking must not hold the line for ever
     e.respuestaDudosa = true;
     // It is read back when the line has been quiet for so long that the answer can only be its own.
     e.tiempoFueraBasesRestantes = e.tiempoFueraCantidadBases;

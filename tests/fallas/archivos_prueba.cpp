@@ -124,17 +124,21 @@ TEST_F(Dia, MuerteDeLaSegundaQueAvisaALaPrimera) {
     Proceso primera(casa_.correr());
     ASSERT_NE(primera.lineaCon("lblCantidadDePuntos"), "");
     const std::string antes = casa_.leer("sis_config.ini");
-    std::string despues = antes;
-    despues.replace(despues.find("VER=0"), 5, "VER=1");
+    // The first one goes on writing defaults that are missing, at the end of the section.
+    const auto entero = [&antes](std::string hay, const char* ver) {
+        const auto lugar = hay.find(ver);
+        if (lugar != std::string::npos) hay.replace(lugar, 5, "VER=0");
+        return lugar != std::string::npos && hay.starts_with(antes) && hay.ends_with("\r\n");
+    };
     long n = 0;
     while (Proceso(conFallas(casa_.correr(), "matar:" + std::to_string(++n))).terminar() != 1) {
         ASSERT_LT(n, 100);
         const std::string hay = casa_.leer("sis_config.ini");
-        EXPECT_TRUE(hay == antes || hay == despues) << n << " left\n" << hay;
+        EXPECT_TRUE(entero(hay, "VER=0") || entero(hay, "VER=1")) << n << " left\n" << hay;
         casa_.escribir("sis_config.ini", antes);
     }
     EXPECT_GT(n, 5) << "no step was counted";
-    EXPECT_EQ(casa_.leer("sis_config.ini"), despues);
+    EXPECT_TRUE(entero(casa_.leer("sis_config.ini"), "VER=1"));
     EXPECT_EQ(primera.terminar(SIGTERM), 0);
 }
 

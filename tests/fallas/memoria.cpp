@@ -54,6 +54,13 @@ long Memoria::bytesVivos() { return cuenta.bytes; }
 } // namespace kv::fallas
 
 void* operator new(std::size_t n) { return kv::fallas::tomar(n, 1); }
+void* operator new(std::size_t n, const std::nothrow_t& /*t*/) noexcept {
+    try {
+        return kv::fallas::tomar(n, 1);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void* operator new(std::size_t n, std::align_val_t a) {
     return kv::fallas::tomar(n, static_cast<std::size_t>(a));
 }
