@@ -45,9 +45,16 @@ ReglaDeEscrituras::Escritor* ReglaDeEscrituras::buscar(std::size_t conexion, std
     return i == escritores_.end() ? nullptr : &i->second;
 }
 
-std::uint64_t ReglaDeEscrituras::numero(const Escritor& e, std::uint16_t valor,
-                                        std::uint64_t cerca) {
-    const std::uint64_t desde = cerca > e.mascara / 4U ? cerca - e.mascara / 4U : 0;
+std::uint64_t ReglaDeEscrituras::numero(const Escritor& e, std::uint16_t valor) {
+    if (e.ultimaEnviada > e.ultimaTerminada && e.valor(e.ultimaEnviada) == valor)
+        return e.ultimaEnviada;
+    const std::uint64_t ultima = std::max(e.ultimaEnviada, e.ultimaTerminada);
+    // Refused writes move the writer on too. Once half a band of them went by, a value says
+    // nothing any more of what came before.
+    const std::uint64_t atras = e.rechazadas - e.rechazadasVistas > e.mascara / 2U
+                                    ? 0
+                                    : std::min<std::uint64_t>(ultima, e.mascara / 4U + 1U);
+    const std::uint64_t desde = ultima + 1 - atras;
     return desde + ((valor - e.base - desde) & e.mascara);
 }
 
@@ -64,11 +71,11 @@ void ReglaDeEscrituras::escribirAMano(Escritor& e) {
 void ReglaDeEscrituras::alEnviar(std::size_t n, const Solicitud& t) {
     Escritor* e = buscar(n, t[1], t[3]);
     if (e == nullptr || e->fuente == Fuente::Bit) return;
-    const std::uint64_t k = numero(*e, static_cast<std::uint16_t>(t[4] << 8 | t[5]),
-                                   std::max(e->ultimaEnviada, e->ultimaTerminada));
+    const std::uint64_t k = numero(*e, static_cast<std::uint16_t>(t[4] << 8 | t[5]));
     c_.exigir(k >= e->ultimaEnviada, "writes of a register leave in order", n);
     c_.exigir(k > e->ultimaTerminada, "no write leaves after its end", n);
     e->ultimaEnviada = k;
+    e->rechazadasVistas = e->rechazadas;
     const auto enlace = e->enlaces.find(k);
     if (enlace != e->enlaces.end())
         c_.exigir(enlace->second == c_.zocalo(n).conexiones(),
@@ -87,10 +94,11 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
         ++e->terminadas;
         if (e->fuente != Fuente::Bit) {
             const auto valor = static_cast<std::uint16_t>(static_cast<int>(b.valores[0]));
-            const std::uint64_t k = numero(*e, valor, e->ultimaTerminada);
+            const std::uint64_t k = numero(*e, valor);
             c_.exigir(k > e->ultimaTerminada, "writes of a register end once and in order",
                       b.idConexion);
             e->ultimaTerminada = k;
+            e->rechazadasVistas = e->rechazadas;
             e->enlaces.erase(e->enlaces.begin(), e->enlaces.upper_bound(k));
             if (fin == FinDeEscritura::Confirmada)
                 c_.exigir(e->ultimaEnviada == k, "what is confirmed was sent", b.idConexion);

@@ -24,6 +24,7 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
         std::uint64_t pedidas = 0; ///< by who counts them here: operator and client
         std::uint64_t aceptadas = 0, terminadas = 0, rechazadas = 0;
         std::uint64_t ultimaTerminada = 0, ultimaEnviada = 0;
+        std::uint64_t rechazadasVistas = 0; ///< refused before the last that was sent or ended
         std::map<std::uint64_t, std::uint64_t> enlaces; ///< link at acceptance, by number of write
         /// The value that write number `k` writes.
         [[nodiscard]] std::uint16_t valor(std::uint64_t k) const {
@@ -51,9 +52,8 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
   private:
     [[nodiscard]] Escritor* buscar(std::size_t conexion, std::uint8_t estacion,
                                    std::uint8_t registro);
-    /// Number of the write whose value this is, given that it lies near `cerca`.
-    [[nodiscard]] static std::uint64_t numero(const Escritor& e, std::uint16_t valor,
-                                              std::uint64_t cerca);
+    /// Number of the write whose value this is, given that it lies near the last one sent or ended.
+    [[nodiscard]] static std::uint64_t numero(const Escritor& e, std::uint16_t valor);
 
     Contexto& c_;
     AlTerminarEscritura& siguiente_;
