@@ -18,10 +18,8 @@ constexpr std::size_t unitCost = 10; // a compiled unit weighs about so many tim
 } // namespace
 
 Machine::Machine(Surroundings& w, Memory& account)
-    : Runtime(w), library(names), memory_(account), stack_(new Value[registersInAll]),
-      stackEnd_(stack_.get() + registersInAll) {
+    : Runtime(w), library(names), memory_(account), stack_(registersInAll) {
     setLimits(limits_);
-    r_.fp = stack_.get();
 }
 
 Machine::~Machine() {
@@ -30,7 +28,7 @@ Machine::~Machine() {
         globals[static_cast<std::uint32_t>(k)].value.clear();
     ring_.breakUpAll();
     frames_.clear();
-    stack_.reset();
+    stack_.clear();
     Memory::abandon(&memory_);
 }
 
@@ -145,7 +143,7 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
         }
     } nest(*this);
     Value* fp = freeRegisters();
-    if (fp + args.size() + proc.registers > stackEnd_) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, args.size() + proc.registers)) throw BudgetFault(BudgetKind::Depth);
     for (std::size_t k = 0; k < args.size(); ++k)
         fp[k] = args[k];
     const std::size_t base = frames_.size();
@@ -196,7 +194,7 @@ Value Machine::runInside(const std::shared_ptr<Unit>& unit, int frame) {
     if (nesting_ >= deepestNesting) throw BudgetFault(BudgetKind::Depth);
     Value* fp = freeRegisters();
     const Proc& proc = *unit->main;
-    if (fp + proc.registers > stackEnd_) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, proc.registers)) throw BudgetFault(BudgetKind::Depth);
     const Registers before = r_;
     const std::size_t base = frames_.size();
     const Value self = frames_[static_cast<std::size_t>(frame)].me;

@@ -4,6 +4,7 @@
 #include "script/vbscript/globals.h"
 #include "script/vbscript/instance.h"
 #include "script/vbscript/library.h"
+#include "script/vbscript/registers.h"
 #include "script/vbscript/runtime.h"
 
 #include <map>
@@ -92,7 +93,7 @@ class Machine : public Runtime {
     void unwind(std::size_t base);
     static const Region* regionOf(const Proc& proc, std::uint32_t pc);
     [[nodiscard]] Position position() const;
-    [[nodiscard]] Value* freeRegisters() const;
+    [[nodiscard]] Value* freeRegisters();
     void tick() {
         if (--ticks_ <= 0) checkTime();
     }
@@ -146,8 +147,7 @@ class Machine : public Runtime {
     Memory& memory_;
     Limits limits_;
     Registers r_;
-    std::unique_ptr<Value[]> stack_;
-    Value* stackEnd_ = nullptr;
+    RegisterStack stack_;
     std::vector<Frame> frames_;
     Linked ring_;
     int ticks_ = 0;

@@ -9,8 +9,8 @@ namespace {
 constexpr std::size_t costOfError = 16 << 10;
 } // namespace
 
-Value* Machine::freeRegisters() const {
-    return frames_.empty() ? stack_.get() : r_.fp + frames_.back().proc->registers;
+Value* Machine::freeRegisters() {
+    return frames_.empty() ? stack_.begin() : r_.fp + frames_.back().proc->registers;
 }
 
 Instance* Machine::me() const {
@@ -26,7 +26,7 @@ bool Machine::insideOf(const Instance& o) const {
 void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value self) {
     if (args != proc.parameters.size()) throw Fault(450);
     if (frames_.size() >= static_cast<std::size_t>(std::max(limits_.maxDepth, 1)) ||
-        fp + proc.registers > stackEnd_) {
+        !stack_.reach(fp, proc.registers)) {
         throw BudgetFault(BudgetKind::Depth);
     }
     tick();
