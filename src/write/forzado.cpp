@@ -61,19 +61,21 @@ void Forzado::forzarPoleo(const std::string& direccion) {
                          sello_.ahora() + " NO EXISTE PUERTO O PLC PARA: " + direccion);
         return;
     }
-    const auto registro = numeroDeTexto(partes[2]);
-    const Indice conocido = registro ? buscarBloque(lugar.conexion, *plc, *registro) : kNinguno;
+    const Indice conocido = buscarBloque(lugar.conexion, *plc, partes[2]);
     if (conocido != kNinguno) return forzarConocido(conocido, direccion, bitDe(partes), false);
     darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(*puerto) - 1], *plc,
               std::string(partes[2]), direccion, bitDe(partes));
 }
 
-/// The first block of the station whose range of decimal addresses holds the register.
-Indice Forzado::buscarBloque(Indice conexion, double plc, double registro) const {
+/// The first block of the station whose range of decimal addresses holds the register. One with
+/// letters lies in no such range: that is the block of this very register.
+Indice Forzado::buscarBloque(Indice conexion, double plc, std::string_view direccion) const {
+    const auto registro = numeroDeTexto(direccion);
+    if (!registro) return tablas_.buscarPorRegistro(conexion, plc, direccion);
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         const BloqueLectura& b = tablas_.bloques[i];
         const auto inicio = numeroDeTexto(b.direccion);
-        if (b.plc == plc && inicio && *inicio <= registro && registro < *inicio + b.cantidad)
+        if (b.plc == plc && inicio && *inicio <= *registro && *registro < *inicio + b.cantidad)
             return i;
     }
     return kNinguno;

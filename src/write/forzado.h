@@ -35,7 +35,8 @@ class Forzado {
     static constexpr std::size_t kDadosDeAltaMaximo = 10'000;
 
   private:
-    [[nodiscard]] Indice buscarBloque(Indice conexion, double plc, double registro) const;
+    [[nodiscard]] Indice buscarBloque(Indice conexion, double plc,
+                                      std::string_view direccion) const;
     void forzarConocido(Indice bloque, const std::string& direccion, double bit, bool nuevo);
     void darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
                    const std::string& registro, const std::string& direccion, double bit);

@@ -58,12 +58,18 @@ TEST_F(Fuerza, UnaDesconocidaSeDaDeAltaYOtrasSeRechazan) {
     EXPECT_TRUE(dicho(" Bloque 1.1.15 dado de alta. DefaultScan de 5 Segundos\r\n"));
     EXPECT_TRUE(dicho(" Forzado OK 1.1.15\r\n"));
     EXPECT_TRUE(p.ok(3));
+    for (const char* const direccion : {"1.1.1F", "1.1.1f", "1.1.01F.3"}) {
+        forzado.forzarPoleo(direccion);
+        p.avanzar(2000);
+        EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 5U) << direccion;
+        EXPECT_TRUE(dicho(std::string(" Forzado OK ") + direccion + "\r\n"));
+    }
     forzado.forzarPoleo("1.1");
     forzado.forzarPoleo("7.1.10");
     EXPECT_TRUE(dicho(" NO EXISTE PUERTO O PLC \r\n"));
     for (int i = 0; i < 1000; ++i)
         forzado.forzarPoleo("1.1.F00D" + std::to_string(i));
-    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 4U);
+    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 5U);
     plc.cortar();
     p.bucle.red().rechazar("10.0.0.1", 502);
     p.avanzar(100);
