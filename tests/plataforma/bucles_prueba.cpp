@@ -141,6 +141,36 @@ TEST(BucleEpoll, LosEnviosAgrupadosSalenAlFinalDeLaVuelta) {
     EXPECT_LE(llegadas, 2);
 }
 
+TEST(BucleEpoll, LaRedNoEsperaPorTodosLosTiemposQueVencenJuntos) {
+    constexpr std::size_t kTimers = 500;
+    BucleEpoll bucle;
+    Oyente del, delOtro;
+    const auto servidor = bucle.crearZocalo(delOtro, 0);
+    const auto cliente = bucle.crearZocalo(del, 0);
+    std::size_t tics = 0, ticsAlLlegar = 0;
+    std::vector<std::unique_ptr<Temporizador>> ts;
+    const auto tic = [&](std::size_t i) {
+        ts[i]->habilitar(false);
+        if (++tics == 1) cliente->enviar(bytes("hola"));
+        const std::int64_t hasta = bucle.reloj().monotonicoUs() + 200;
+        while (bucle.reloj().monotonicoUs() < hasta) {
+        }
+    };
+    delOtro.alLlegar = [&](std::size_t, const std::string&) { ticsAlLlegar = tics; };
+    delOtro.alPedir = [&] {
+        servidor->aceptar();
+        for (std::size_t i = 0; i < kTimers; ++i) {
+            ts.push_back(bucle.crearTemporizador([&tic, i] { tic(i); }));
+            ts.back()->rearmar(20);
+        }
+    };
+    servidor->escuchar("127.0.0.1", 0);
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    const std::function<bool()> listo = [&] { return tics == kTimers && ticsAlLlegar > 0; };
+    correrHasta(bucle, listo);
+    EXPECT_LT(ticsAlLlegar, kTimers);
+}
+
 TEST(Bucles, LasLlegadasVanAntesQueLosTiemposVencidosTrasUnaParada) {
     BucleSimulado bucle;
     Oyente oyente;

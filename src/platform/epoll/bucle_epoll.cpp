@@ -19,6 +19,8 @@ constexpr std::size_t kMemoria = std::size_t{64} * 1024; // the most that one ar
 constexpr int kSucesosPorMirada = 256;
 constexpr int kProfundidadMaxima = 2;          // a handler, and one more inside its yield
 constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at most once a millisecond
+// All blocks of a plant may be due at once: what the network brings does not wait for all of them.
+constexpr std::int64_t kEntreTicsUs = 5000;
 
 [[noreturn]] void fallar(const char* que) {
     throw std::system_error(errno, std::generic_category(), que);
@@ -216,6 +218,9 @@ void BucleEpoll::atenderSucesos() {
 void BucleEpoll::ticarVencidos() {
     const std::int64_t ahora = reloj_.monotonicoUs();
     while (!detenido_ && cola_.ticar(ahora)) {
+        if (reloj_.monotonicoUs() - miradoUs_ < kEntreTicsUs) continue;
+        esperar(0);
+        atenderSucesos();
     }
     while (propios_.ticar(ahora)) {
     }
