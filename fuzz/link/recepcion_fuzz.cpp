@@ -208,10 +208,12 @@ class Mundo {
         while (!contrario_.pendientes.empty())
             contrario_.responder(kLargoRespuesta);
         contrario_.sanas = true;
-        for (int s = 0; s < 120 && !bien(); ++s)
+        int seguidos = 0; // seconds, and garbage on its way may still look like an answer
+        for (int s = 0; s < 120 && seguidos < 5; ++s) {
             planta_.avanzar(1000);
-        planta_.avanzar(3000);
-        exigir(bien());
+            seguidos = bien() ? seguidos + 1 : 0;
+        }
+        exigir(seguidos == 5);
     }
 
   private:
