@@ -16,10 +16,8 @@ constexpr long kCrecimientoMaximo = 256L * 1024;
 
 /// What the driver has put on the simulated disk is not what it holds.
 void vaciarDisco(Planta& planta) {
-    const std::string dia = formatoDeDia(planta.bucle.reloj().ahora());
-    for (const char* cual : {" DriverKV2200 Escrituras.txt", " DriverKV2200 ArchivoLog.txt",
-                             " Archivo_Log_Global.txt"})
-        planta.archivos.borrar("/kv/LOGS_DRIVER/" + dia + cual);
+    for (const std::string& archivo : planta.archivos.en("/kv/LOGS_DRIVER"))
+        planta.archivos.borrar(archivo);
 }
 
 } // namespace
