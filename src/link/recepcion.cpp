@@ -87,12 +87,15 @@ bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
     while (c.recepcion.size() == kLargoRespuesta && !verificarTramaRespuesta(c.recepcion)) {
         descartar(n);
         // The next marker, among the bytes held or those that came with them, begins a new frame.
+        const std::size_t habia = c.recepcion.size() + resto.size();
         const auto marca = std::find(c.recepcion.begin() + 1, c.recepcion.end(), kMarcaRespuesta);
         c.recepcion.erase(c.recepcion.begin(), marca);
         if (c.recepcion.empty()) {
             const auto otra = std::find(resto.begin(), resto.end(), kMarcaRespuesta);
             resto = resto.subspan(static_cast<std::size_t>(otra - resto.begin()));
         }
+        c.debidas.alDescartar(habia - c.recepcion.size() - resto.size(),
+                              bucle_.reloj().monotonicoMs());
         const auto tomados =
             resto.first(std::min(kLargoRespuesta - c.recepcion.size(), resto.size()));
         c.recepcion.insert(c.recepcion.end(), tomados.begin(), tomados.end());
@@ -102,13 +105,14 @@ bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
             agregarEntreCorchetes(c.recepcionTexto, b);
     }
     if (c.recepcion.size() < kLargoRespuesta) return true;
-    entregar(n, respuestasEn(resto));
+    entregar(n, resto);
     return true;
 }
 
-/// A valid frame is held; `masRespuestas` more came behind it.
-void Recepcion::entregar(Indice n, std::size_t masRespuestas) {
+/// A valid frame is held; `resto` came behind it.
+void Recepcion::entregar(Indice n, std::span<const std::uint8_t> resto) {
     ConexionIP& c = tablas_.conexiones[n];
+    const std::size_t masRespuestas = respuestasEn(resto);
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
     const bool esperaba = c.turno == EstadoDeTurno::Esperando;
     // More answers than requests: which of them is the one cannot be told.
@@ -117,6 +121,7 @@ void Recepcion::entregar(Indice n, std::size_t masRespuestas) {
     if (!esperaba || demasiadas) c.debidas.alSobrar(ahora);
     for (std::size_t k = 0; k < masRespuestas; ++k)
         c.debidas.alSobrar(ahora);
+    c.debidas.alDescartar(resto.size() - masRespuestas * kLargoRespuesta, ahora);
     sobrantes_ += masRespuestas;
     if (!cierta) {
         sobrar(n);
@@ -134,7 +139,6 @@ void Recepcion::entregar(Indice n, std::size_t masRespuestas) {
 void Recepcion::descartar(Indice n) {
     ConexionIP& c = tablas_.conexiones[n];
     ++descartadas_;
-    c.debidas.alDescartar(bucle_.reloj().monotonicoMs());
     const std::string cola = c.recepcionTexto + "¦ Cantidad: 7\r\n";
     vista_.txtTramas.agregar(sello_.ahora() + "  *Descarte CheSum* <- " + cola);
     vista_.txtTramasDescartadas.agregar(sello_.ahora() + "  *Descarte* <- " + cola);

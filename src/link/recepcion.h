@@ -44,7 +44,7 @@ class Recepcion final : public OyenteDeZocalo {
     [[nodiscard]] bool recibir(Indice n, std::span<const std::uint8_t> bytes);
     [[nodiscard]] std::span<const std::uint8_t> juntar(ConexionIP& c,
                                                        std::span<const std::uint8_t> bytes);
-    void entregar(Indice n, std::size_t masRespuestas);
+    void entregar(Indice n, std::span<const std::uint8_t> resto);
     void descartar(Indice n);
     void sobrar(Indice n);
 

@@ -49,6 +49,7 @@ Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
                              RespuestasDebidas::Registro registro, Plazo plazo) {
     if (!libre(conexion)) return Envio::Imposible;
     ConexionIP& c = tablas_.conexiones[conexion];
+    tirarLoEmpezado(c);
     const std::int64_t espera = c.debidas.esperaAntesDe(registro, bucle_.reloj().monotonicoMs());
     if (espera > 0) {
         retener(conexion, espera);
@@ -64,13 +65,19 @@ Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
 bool Turnos::reenviar(Indice conexion, const Solicitud& trama, Plazo plazo) {
     if (!conectada(conexion) || tablas_.conexiones[conexion].turno != EstadoDeTurno::Esperando)
         return false;
+    tirarLoEmpezado(tablas_.conexiones[conexion]);
     mandar(conexion, trama, plazo);
     return true;
 }
 
+/// What has come of an answer belongs to an earlier request than the one that leaves now.
+void Turnos::tirarLoEmpezado(ConexionIP& c) {
+    c.debidas.alDescartar(c.recepcion.size(), bucle_.reloj().monotonicoMs());
+    vaciarRecepcion(c);
+}
+
 void Turnos::mandar(Indice conexion, const Solicitud& trama, Plazo plazo) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    vaciarRecepcion(c);
     c.debidas.alEnviar(c.registroEnCurso, bucle_.reloj().monotonicoMs(), enMs(plazo.totalMs));
     // Armed before the send: an answer that is handled while events run must find it armed.
     companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(enMs(plazo.baseMs));

@@ -93,6 +93,7 @@ class Turnos {
     void ticPausa(Indice conexion);
     void retener(Indice conexion, std::int64_t ms);
     void mandar(Indice conexion, const Solicitud& trama, Plazo plazo);
+    void tirarLoEmpezado(ConexionIP& c);
 
     Bucle& bucle_;
     Tablas& tablas_;

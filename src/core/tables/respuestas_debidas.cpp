@@ -16,6 +16,7 @@ void RespuestasDebidas::alEnviar(Registro registro, std::int64_t ahora,
     if (debidas_ == 0) {
         unico_ = registro;
         varios_ = false;
+        bytesTirados_ = 0; // of nobody's answer
         tiempoFueraMs_ = tiempoFueraMs;
     } else if (unico_ != registro) {
         varios_ = true;
@@ -51,10 +52,15 @@ void RespuestasDebidas::alSobrar(std::int64_t ahora) {
     if (--debidas_ == 0) saldar();
 }
 
-void RespuestasDebidas::alDescartar(std::int64_t ahora) {
+void RespuestasDebidas::alDescartar(std::size_t bytes, std::int64_t ahora) {
+    if (bytes == 0) return;
     movimiento_ = ahora;
-    if (debidas_ == 0) return;
-    if (--debidas_ == 0) saldar();
+    bytesTirados_ += bytes;
+    const std::size_t enteras = bytesTirados_ / kBytesPorRespuesta;
+    bytesTirados_ %= kBytesPorRespuesta;
+    if (debidas_ == 0 || enteras == 0) return;
+    debidas_ -= static_cast<std::uint32_t>(std::min<std::size_t>(debidas_, enteras));
+    if (debidas_ == 0) saldar();
 }
 
 std::int64_t RespuestasDebidas::esperaAntesDe(Registro registro, std::int64_t ahora) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace kv {
@@ -31,8 +32,9 @@ class RespuestasDebidas {
     [[nodiscard]] bool alRecibir(Registro registro, std::int64_t ahora);
     /// An answer that nobody waits for, or a frame beyond the first in one arrival.
     void alSobrar(std::int64_t ahora);
-    /// A damaged frame: it stood in the place of an answer.
-    void alDescartar(std::int64_t ahora);
+    /// So many bytes that make no answer were thrown away: damaged, or parts of one that came in
+    /// pieces. Every eight of them stood in the place of one.
+    void alDescartar(std::size_t bytes, std::int64_t ahora);
     /// How long, in milliseconds, the line has to stay quiet before `registro` may be asked; 0:
     /// now.
     [[nodiscard]] std::int64_t esperaAntesDe(Registro registro, std::int64_t ahora);
@@ -52,6 +54,7 @@ class RespuestasDebidas {
     /// A station may be up to three times slower than its time-out before its answers are taken for
     /// lost.
     static constexpr std::int64_t kTiemposDeEspera = 3;
+    static constexpr std::size_t kBytesPorRespuesta = 8;
 
     void saldar();
 
@@ -65,6 +68,7 @@ class RespuestasDebidas {
     std::int64_t tiempoFueraMs_ = 0; ///< the longest of those owed
     std::int64_t retenidaDesde_ = -1;
     std::uint32_t enviosDePrueba_ = 0;
+    std::size_t bytesTirados_ = 0; ///< not yet a whole answer's
     std::uint64_t atrasadas_ = 0;
 };
 
