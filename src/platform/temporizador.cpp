@@ -38,6 +38,7 @@ void ColaDeTemporizadores::anotar(Temporizador& t) {
     if (libres_.empty()) {
         t.puesto_ = static_cast<std::uint32_t>(puestos_.size());
         puestos_.push_back(&t);
+        libres_.reserve(puestos_.capacity()); // a destructor gives the place back
     } else {
         t.puesto_ = libres_.back();
         libres_.pop_back();
@@ -62,11 +63,11 @@ void ColaDeTemporizadores::armar(Temporizador& t) {
 }
 
 void ColaDeTemporizadores::meter(Temporizador& t) {
-    t.entrada_ = ++numero_;
-    t.venceEntradaUs_ = t.venceUs_;
-    const Entrada e{t.venceUs_, t.orden_, t.puesto_, t.entrada_};
+    const Entrada e{t.venceUs_, t.orden_, t.puesto_, ++numero_};
     if (monticulo_.size() > 4 * puestos_.size() + 64) compactar();
-    monticulo_.push_back(e);
+    monticulo_.push_back(e); // may fail: then the timer still has the entry that it had
+    t.entrada_ = e.numero;
+    t.venceEntradaUs_ = e.venceUs;
     std::size_t lugar = monticulo_.size() - 1;
     while (lugar > 0) {
         const std::size_t padre = (lugar - 1) / kHijos;
@@ -131,7 +132,6 @@ bool ColaDeTemporizadores::ticar(std::int64_t ahoraUs) {
     if (vence < 0 || vence > ahoraUs) return false;
     Temporizador& t = *puestos_[monticulo_.front().puesto];
     sacarPrimera();
-    if (alTicar_) alTicar_(t.puesto_);
     tic(t);
     return true;
 }
@@ -145,7 +145,8 @@ bool ColaDeTemporizadores::ticarPuesto(std::uint32_t puesto) {
 
 void ColaDeTemporizadores::tic(Temporizador& t) {
     t.entrada_ = 0;
-    armar(t);                    // counted from now: a late timer does not catch up
+    armar(t); // counted from now: a late timer does not catch up
+    if (alTicar_) alTicar_(t.puesto_);
     const auto alTic = t.alTic_; // the handler may destroy its own timer
     alTic();
 }

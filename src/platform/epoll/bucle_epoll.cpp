@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::size_t kMemoria = std::size_t{64} * 1024; // the most that one arrival may bring
 constexpr int kSucesosPorMirada = 256;
-constexpr int kProfundidadMaxima = 2;          // a handler, and one more inside its yield
 constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at most once a millisecond
 // All blocks of a plant may be due at once: what the network brings does not wait for all of them.
 constexpr std::int64_t kEntreTicsUs = 5000;
@@ -110,14 +109,6 @@ std::unique_ptr<Zocalo> BucleEpoll::crearZocalo(OyenteDeZocalo& oyente, std::siz
     return std::make_unique<ZocaloEpoll>(*this, oyente, indice);
 }
 
-void BucleEpoll::alFinalDeVuelta(std::function<void()> tarea) {
-    tareas_.push_back(std::move(tarea));
-}
-
-void BucleEpoll::despuesDeEstaVuelta(std::function<void()> tarea) {
-    unaVez_.push_back(std::move(tarea));
-}
-
 void BucleEpoll::alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar) {
     senales_ = std::make_unique<Senales>(*this, senales, std::move(alLlegar));
 }
@@ -130,15 +121,26 @@ void BucleEpoll::correr() {
 
 void BucleEpoll::atender() {
     detenido_ = false; // by a `correr` before; the outer loop decides now
-    vuelta(0);
-    if (despertador_ < 0) {
-        despertador_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-        if (despertador_ < 0) fallar("timerfd_create");
-        epoll_event e{};
-        e.events = EPOLLIN;
-        e.data.u64 = kNoRegistrado; // no slot: it only makes the descriptor readable
-        epoll_ctl(epoll_, EPOLL_CTL_ADD, despertador_, &e);
+    if (despertador_ < 0) crearDespertador();
+    try {
+        vuelta(0);
+    } catch (...) {
+        ponerDespertador(); // the outer loop may go on
+        throw;
     }
+    ponerDespertador();
+}
+
+void BucleEpoll::crearDespertador() {
+    despertador_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
+    if (despertador_ < 0) fallar("timerfd_create");
+    epoll_event e{};
+    e.events = EPOLLIN;
+    e.data.u64 = kNoRegistrado; // no slot: it only makes the descriptor readable
+    epoll_ctl(epoll_, EPOLL_CTL_ADD, despertador_, &e);
+}
+
+void BucleEpoll::ponerDespertador() {
     const std::int64_t proximo = proximoVencimiento();
     if (proximo == despertadorUs_ && proximo > reloj_.monotonicoUs()) return;
     despertadorUs_ = proximo;
@@ -165,24 +167,24 @@ int BucleEpoll::esperaHastaElProximo() {
 }
 
 void BucleEpoll::vuelta(int esperaMs) {
-    ++profundidad_;
-    esperar(esperaMs);
-    atenderSucesos();
-    ticarVencidos();
-    --profundidad_;
-    terminarVuelta();
+    {
+        const Vuelta::Nivel nivel(vuelta_);
+        esperar(esperaMs);
+        atenderSucesos();
+        ticarVencidos();
+    }
+    vuelta_.terminar();
 }
 
 void BucleEpoll::dejarCorrerPendientes() {
-    if (profundidad_ >= kProfundidadMaxima) return;
-    ++profundidad_;
+    if (!vuelta_.admiteOtroNivel()) return;
+    const Vuelta::Nivel nivel(vuelta_);
     atenderSucesos();
     if (reloj_.monotonicoUs() - miradoUs_ >= kEntreMiradasUs) {
         esperar(0);
         atenderSucesos();
     }
     ticarVencidos();
-    --profundidad_;
 }
 
 void BucleEpoll::esperar(int esperaMs) {
@@ -226,22 +228,12 @@ void BucleEpoll::ticarVencidos() {
     }
 }
 
-void BucleEpoll::terminarVuelta() {
-    if (!unaVez_.empty()) {
-        std::vector<std::function<void()>> ahora;
-        ahora.swap(unaVez_);
-        for (const auto& tarea : ahora)
-            tarea();
-    }
-    for (const auto& tarea : tareas_)
-        tarea();
-}
-
 BucleEpoll::Registro BucleEpoll::registrar(int descriptor, std::uint32_t sucesos,
                                            Atendido& atendido) {
     if (libres_.empty()) {
-        libres_.push_back(static_cast<std::uint32_t>(puestos_.size()));
         puestos_.emplace_back();
+        libres_.reserve(puestos_.capacity()); // a destructor gives the slot back
+        libres_.push_back(static_cast<std::uint32_t>(puestos_.size() - 1));
     }
     const std::uint32_t puesto = libres_.back();
     const Registro registro = Registro{puesto} << 32 | puestos_[puesto].generacion;
@@ -270,7 +262,7 @@ void BucleEpoll::olvidar(Registro registro, int descriptor) {
 }
 
 std::span<std::uint8_t> BucleEpoll::memoriaDeRecepcion() {
-    return memoria_[profundidad_ > 1 ? 1 : 0];
+    return memoria_[vuelta_.niveles() > 1 ? 1 : 0];
 }
 
 } // namespace kv

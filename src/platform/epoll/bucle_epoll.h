@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/bucle.h"
+#include "platform/vuelta.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 struct epoll_event;
@@ -49,12 +52,15 @@ class BucleEpoll final : public Bucle {
     [[nodiscard]] std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
                                                       std::size_t indice) override;
     void dejarCorrerPendientes() override;
-    void alFinalDeVuelta(std::function<void()> tarea) override;
+    void alFinalDeVuelta(std::function<void()> tarea) override {
+        vuelta_.alFinalSiempre(std::move(tarea));
+    }
     void detener() override { detenido_ = true; }
 
     /// Turns until `detener`. Sleeps while nothing is due.
     void correr();
-    /// One turn that does not sleep, for an outer loop; arms the descriptor for the next due timer.
+    /// One turn that does not sleep, for an outer loop; arms the descriptor for the next due timer,
+    /// also when a handler throws.
     void atender();
     [[nodiscard]] int descriptor() const { return epoll_; }
     /// Calls `alLlegar` in the loop when one of the signals arrives. At most once per loop.
@@ -74,7 +80,9 @@ class BucleEpoll final : public Bucle {
     /// A receive buffer that no handler further out on the stack is using.
     [[nodiscard]] std::span<std::uint8_t> memoriaDeRecepcion();
     /// Calls `tarea` once, at the end of the present turn.
-    void despuesDeEstaVuelta(std::function<void()> tarea);
+    void despuesDeEstaVuelta(std::function<void()> tarea) {
+        vuelta_.alFinalUnaVez(std::move(tarea));
+    }
 
     [[nodiscard]] ColaDeTemporizadores& temporizadores() override { return cola_; }
 
@@ -93,7 +101,8 @@ class BucleEpoll final : public Bucle {
     void esperar(int esperaMs);
     void atenderSucesos();
     void ticarVencidos();
-    void terminarVuelta();
+    void crearDespertador();
+    void ponerDespertador();
     [[nodiscard]] int esperaHastaElProximo();
     /// Due time of the next timer of either queue, -1 if none runs.
     [[nodiscard]] std::int64_t proximoVencimiento();
@@ -109,10 +118,8 @@ class BucleEpoll final : public Bucle {
     std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
     std::size_t siguiente_ = 0;
     std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
-    int profundidad_ = 0;
     bool detenido_ = false;
-    std::vector<std::function<void()>> tareas_;
-    std::vector<std::function<void()>> unaVez_;
+    Vuelta vuelta_;
     std::array<std::vector<std::uint8_t>, 2> memoria_;
     std::unique_ptr<Senales> senales_;
 };

@@ -5,11 +5,6 @@
 #include <algorithm>
 
 namespace kv {
-namespace {
-
-constexpr int kProfundidadMaxima = 2;
-
-} // namespace
 
 FechaHora RelojSimulado::ahora() const {
     const std::int64_t us = us_ + desdeUs_;
@@ -21,11 +16,7 @@ BucleSimulado::BucleSimulado() : cola_([this] { return reloj_.us_; }), red_(relo
 std::unique_ptr<Zocalo> BucleSimulado::crearZocalo(OyenteDeZocalo& oyente, std::size_t indice) {
     return std::make_unique<ZocaloSimulado>(
         red_, oyente, indice,
-        [this](std::function<void()> tarea) { unaVez_.push_back(std::move(tarea)); });
-}
-
-void BucleSimulado::alFinalDeVuelta(std::function<void()> tarea) {
-    tareas_.push_back(std::move(tarea));
+        [this](std::function<void()> tarea) { vuelta_.alFinalUnaVez(std::move(tarea)); });
 }
 
 std::int64_t BucleSimulado::proximo() {
@@ -48,22 +39,17 @@ void BucleSimulado::avanzarUs(std::int64_t us) {
 }
 
 void BucleSimulado::vuelta() {
-    ++profundidad_;
-    atenderLoQueVence();
-    --profundidad_;
-    std::vector<std::function<void()>> ahora;
-    ahora.swap(unaVez_);
-    for (const auto& tarea : ahora)
-        tarea();
-    for (const auto& tarea : tareas_)
-        tarea();
+    {
+        const Vuelta::Nivel nivel(vuelta_);
+        atenderLoQueVence();
+    }
+    vuelta_.terminar();
 }
 
 void BucleSimulado::dejarCorrerPendientes() {
-    if (profundidad_ >= kProfundidadMaxima) return;
-    ++profundidad_;
+    if (!vuelta_.admiteOtroNivel()) return;
+    const Vuelta::Nivel nivel(vuelta_);
     atenderLoQueVence();
-    --profundidad_;
 }
 
 void BucleSimulado::atenderLoQueVence() {

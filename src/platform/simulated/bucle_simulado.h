@@ -2,9 +2,11 @@
 
 #include "platform/bucle.h"
 #include "platform/simulated/red_simulada.h"
+#include "platform/vuelta.h"
 
 #include <functional>
-#include <vector>
+#include <memory>
+#include <utility>
 
 namespace kv {
 
@@ -33,7 +35,9 @@ class BucleSimulado : public Bucle {
     [[nodiscard]] std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
                                                       std::size_t indice) override;
     void dejarCorrerPendientes() override;
-    void alFinalDeVuelta(std::function<void()> tarea) override;
+    void alFinalDeVuelta(std::function<void()> tarea) override {
+        vuelta_.alFinalSiempre(std::move(tarea));
+    }
     void detener() override { detenido_ = true; }
 
     [[nodiscard]] RelojSimulado& relojSimulado() { return reloj_; }
@@ -43,7 +47,6 @@ class BucleSimulado : public Bucle {
     void avanzar(std::int64_t ms) { avanzarUs(ms * 1000); }
     /// Time passes and nobody handles anything: a stalled machine, or a handler that takes long.
     void demorar(std::int64_t ms) { reloj_.us_ += ms * 1000; }
-    [[nodiscard]] bool detenido() const { return detenido_; }
     [[nodiscard]] std::size_t temporizadoresEncendidos() const { return cola_.encendidos(); }
     /// Called after each event and each tick, outermost or nested: the place for invariants.
     void alTerminarCadaSuceso(std::function<void()> vigilar) { vigilar_ = std::move(vigilar); }
@@ -58,10 +61,8 @@ class BucleSimulado : public Bucle {
     RelojSimulado reloj_;
     ColaDeTemporizadores cola_;
     RedSimulada red_;
-    std::vector<std::function<void()>> tareas_;
-    std::vector<std::function<void()>> unaVez_;
     std::function<void()> vigilar_;
-    int profundidad_ = 0;
+    Vuelta vuelta_;
     bool detenido_ = false;
 };
 
