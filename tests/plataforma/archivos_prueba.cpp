@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kv {
@@ -33,6 +34,8 @@ TEST_F(EnDisco, CajaYBarrasNoImportan) {
 TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
     EXPECT_FALSE(archivos.leer(carpeta, 10)) << "a folder is no file";
     EXPECT_FALSE(archivos.leer(carpeta + "/nada", 10));
+    ASSERT_EQ(mkfifo((carpeta + "/tubo").c_str(), 0600), 0);
+    EXPECT_FALSE(archivos.leer(carpeta + "/tubo", 10)) << "nor is a pipe, and nobody waits for it";
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "0123\r\n"));
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "cut of"));
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "!\r\n"));

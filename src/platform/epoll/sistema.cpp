@@ -24,6 +24,17 @@ std::string conBarras(std::string ruta) {
     return ruta;
 }
 
+/// Goes through what lies in a folder for as long as `sigue` says; false when it cannot be read to
+/// the end. A range-based loop would throw in the midst of a folder.
+template <class F>
+bool recorrer(const fs::path& carpeta, F sigue) {
+    std::error_code error;
+    for (fs::directory_iterator i(carpeta, error), fin; !error && i != fin; i.increment(error)) {
+        if (!sigue(i->path())) break;
+    }
+    return !error;
+}
+
 /// The existing path that differs from `ruta` by the case of letters only, or `ruta` itself.
 std::string resolver(const std::string& ruta) {
     std::string recta = conBarras(ruta);
@@ -34,12 +45,11 @@ std::string resolver(const std::string& ruta) {
         fs::path siguiente = hecha / parte;
         std::error_code error;
         if (!fs::exists(siguiente, error)) {
-            for (const auto& e : fs::directory_iterator(hecha.empty() ? "." : hecha, error)) {
-                if (igualSinCaja(e.path().filename().string(), parte.string())) {
-                    siguiente = hecha / e.path().filename();
-                    break;
-                }
-            }
+            recorrer(hecha.empty() ? "." : hecha, [&](const fs::path& hay) {
+                const bool es = igualSinCaja(hay.filename().string(), parte.string());
+                if (es) siguiente = hecha / hay.filename();
+                return !es;
+            });
         }
         hecha = std::move(siguiente);
     }
@@ -101,7 +111,8 @@ HuellaDeArchivo ArchivosReales::huella(const std::string& ruta) {
 }
 
 std::optional<std::string> ArchivosReales::leer(const std::string& ruta, std::size_t maximo) {
-    const Descriptor d(resolver(ruta), O_RDONLY | O_CLOEXEC);
+    // A pipe of that name must not be waited for.
+    const Descriptor d(resolver(ruta), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (!d.abierto()) return std::nullopt;
     struct stat s {};
     if (fstat(d.numero(), &s) != 0 || !S_ISREG(s.st_mode)) return std::nullopt;
@@ -154,22 +165,18 @@ ProcesosReales::~ProcesosReales() {
 
 std::optional<std::vector<std::string>> ProcesosReales::nombres() {
     std::vector<std::string> todos;
-    std::error_code error;
-    for (const auto& e : fs::directory_iterator("/proc", error)) {
-        const std::string numero = e.path().filename().string();
-        if (numero.find_first_not_of("0123456789") != std::string::npos) continue;
+    const bool entera = recorrer("/proc", [&todos](const fs::path& proceso) {
+        if (proceso.filename().string().find_first_not_of("0123456789") != std::string::npos)
+            return true;
         // The kernel cuts the name of a process at fifteen letters; its file has the whole one.
         std::error_code sinPermiso;
-        const fs::path archivo = fs::read_symlink(e.path() / "exe", sinPermiso);
-        if (!sinPermiso) {
-            todos.push_back(archivo.filename().string());
-            continue;
-        }
-        std::ifstream f(e.path() / "comm");
-        std::string nombre;
-        if (std::getline(f, nombre)) todos.push_back(nombre);
-    }
-    if (error) return std::nullopt;
+        const fs::path archivo = fs::read_symlink(proceso / "exe", sinPermiso);
+        std::string nombre = archivo.filename().string();
+        if (sinPermiso) std::getline(std::ifstream(proceso / "comm"), nombre);
+        if (!nombre.empty()) todos.push_back(std::move(nombre));
+        return true;
+    });
+    if (!entera) return std::nullopt;
     return todos;
 }
 

@@ -21,7 +21,10 @@ class ArchivosReales final : public Archivos {
 /// process however it ends.
 class ProcesosReales final : public Procesos {
   public:
+    ProcesosReales() = default;
     ~ProcesosReales() override;
+    ProcesosReales(const ProcesosReales&) = delete;
+    ProcesosReales& operator=(const ProcesosReales&) = delete;
     [[nodiscard]] std::optional<std::vector<std::string>> nombres() override;
     [[nodiscard]] bool tomarCarpeta(const std::string& carpeta) override;
 

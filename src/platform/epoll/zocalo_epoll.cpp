@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -44,7 +45,13 @@ ZocaloEpoll::ZocaloEpoll(BucleEpoll& bucle, OyenteDeZocalo& oyente, std::size_t 
 
 ZocaloEpoll::~ZocaloEpoll() {
     *yo_ = nullptr;
+    soltarPedido();
     soltar();
+}
+
+void ZocaloEpoll::soltarPedido() {
+    if (pedido_ >= 0) close(pedido_);
+    pedido_ = -1;
 }
 
 void ZocaloEpoll::soltar() {
@@ -128,8 +135,7 @@ std::uint32_t ZocaloEpoll::puertoLocal() const {
 
 void ZocaloEpoll::aceptar() {
     if (pedido_ < 0) return;
-    const int nuevo = pedido_;
-    pedido_ = -1;
+    const int nuevo = std::exchange(pedido_, -1);
     cerrar();
     sinDemora(nuevo);
     if (adoptar(nuevo, EstadoZocalo::Conectado, kRecibir)) ++conexiones_;
@@ -238,6 +244,7 @@ void ZocaloEpoll::atenderPedido() {
     sockaddr_in direccion{};
     socklen_t largo = sizeof direccion;
     auto* generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
+    soltarPedido(); // of a handler that threw, or that let this one come
     pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (pedido_ < 0) {
         if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) descansarDeAceptar();
@@ -245,9 +252,7 @@ void ZocaloEpoll::atenderPedido() {
     }
     const auto yo = yo_;
     oyente_.alPedirConexion(indice_, textoDe(direccion));
-    if (*yo == nullptr || pedido_ < 0) return;
-    close(pedido_);
-    pedido_ = -1;
+    if (*yo != nullptr) soltarPedido();
 }
 
 /// Out of descriptors or memory: who wants to connect still waits, and the kernel would say so at

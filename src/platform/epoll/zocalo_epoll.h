@@ -34,6 +34,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     void terminarConexion();
     void recibir();
     void atenderPedido();
+    void soltarPedido();
     void descansarDeAceptar();
     /// False, and the state is 9, when the loop cannot watch it.
     bool adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);

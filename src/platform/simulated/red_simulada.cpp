@@ -67,10 +67,9 @@ void RedSimulada::reanudar(IdEnlace enlace) {
     const std::int64_t llega = reloj_.monotonicoUs() + latenciaUs_;
     en.ultimoAlZocalo = std::max(en.ultimoAlZocalo, llega);
     en.ultimoAlExtremo = std::max(en.ultimoAlExtremo, llega);
-    if (!en.guardadoAlZocalo.empty())
-        anotar(llega, Tipo::AlZocalo, enlace, std::exchange(en.guardadoAlZocalo, {}));
-    if (!en.guardadoAlExtremo.empty())
-        anotar(llega, Tipo::AlExtremo, enlace, std::exchange(en.guardadoAlExtremo, {}));
+    // What was kept stays in front of what may arrive before.
+    if (!en.guardadoAlZocalo.empty()) anotar(llega, Tipo::AlZocalo, enlace);
+    if (!en.guardadoAlExtremo.empty()) anotar(llega, Tipo::AlExtremo, enlace);
 }
 
 void RedSimulada::fijarVentana(IdEnlace enlace, std::size_t bytes) {
@@ -169,20 +168,20 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
         e.conectado = true;
         extremo->alConectar(s.enlace);
         return zocalo->entregarConexion(s.enlace);
-    case Tipo::AlZocalo:
-        if (e.interrumpido) {
-            e.guardadoAlZocalo += s.bytes;
-        } else if (zocalo != nullptr && e.conectado) {
-            zocalo->entregarDatos(comoBytes(s.bytes));
-        }
+    case Tipo::AlZocalo: {
+        e.guardadoAlZocalo += s.bytes;
+        if (e.interrumpido || e.guardadoAlZocalo.empty()) return;
+        const std::string bytes = std::exchange(e.guardadoAlZocalo, {});
+        if (zocalo != nullptr && e.conectado) zocalo->entregarDatos(comoBytes(bytes));
         return;
-    case Tipo::AlExtremo:
-        if (e.interrumpido) {
-            e.guardadoAlExtremo += s.bytes;
-        } else if (extremo != nullptr) {
-            extremo->alRecibir(s.enlace, comoBytes(s.bytes));
-        }
+    }
+    case Tipo::AlExtremo: {
+        e.guardadoAlExtremo += s.bytes;
+        if (e.interrumpido || e.guardadoAlExtremo.empty()) return;
+        const std::string bytes = std::exchange(e.guardadoAlExtremo, {});
+        if (extremo != nullptr) extremo->alRecibir(s.enlace, comoBytes(bytes));
         return;
+    }
     case Tipo::CorteAlZocalo:
         enlaces_.erase(s.enlace);
         if (zocalo != nullptr) zocalo->entregarCorte();

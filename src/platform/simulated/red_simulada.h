@@ -46,9 +46,9 @@ class RedSimulada {
     void enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes, std::int64_t demoraUs = 0);
     /// The far side closes: seen after what it sent before.
     void cortar(IdEnlace enlace, std::int64_t demoraUs = 0);
-    /// The link dies without a word: nothing arrives any more, neither way. With `devolver` what is
-    /// sent meanwhile is kept and delivered when the link is `reanudar`-ed, as TCP does after an
-    /// outage; else the link is half-open for good.
+    /// The link dies without a word: nothing that is sent arrives any more, neither way. It is kept
+    /// and delivered after `reanudar`, as TCP does after an outage; without one the link is
+    /// half-open for good, or until `cortar`.
     void interrumpir(IdEnlace enlace);
     void reanudar(IdEnlace enlace);
     /// A client connects to a port on which the driver listens.

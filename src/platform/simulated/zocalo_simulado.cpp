@@ -114,11 +114,10 @@ void ZocaloSimulado::entregarCorte() {
 }
 
 bool ZocaloSimulado::entregarPedido(IdEnlace enlace, const std::string& remoto) {
+    const auto yo = yo_;
     pedido_ = enlace;
     oyente_.alPedirConexion(indice_, remoto);
-    const bool aceptado = pedido_ == 0;
-    pedido_ = 0;
-    return aceptado;
+    return *yo != nullptr && std::exchange(pedido_, 0) == 0;
 }
 
 } // namespace kv

@@ -9,7 +9,8 @@
 
 namespace kv {
 
-/// A socket of the simulated network, with the states and the order of events of the real one.
+/// A socket of the simulated network, with the states and the order of events of the real one. Any
+/// text is an address here; one that the network does not serve refuses.
 class ZocaloSimulado final : public Zocalo {
   public:
     /// `alFinal` runs a task once at the end of the loop's turn.
