@@ -1,6 +1,5 @@
 #include "core/start/salida_de_traza.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <poll.h>
@@ -23,7 +22,7 @@ void SalidaDeTraza::volcarTodo() {
 }
 
 void SalidaDeTraza::linea(std::string_view nombre, std::int64_t indice, std::string_view texto) {
-    if (pendiente_.size() > kMaximoPendiente) {
+    if (pendiente_.size() - escritos_ > kMaximoPendiente) {
         ++perdidas_;
         return;
     }
@@ -78,10 +77,16 @@ void SalidaDeTraza::volcar() {
 /// Writes one piece; false when the reader takes no more within the time.
 bool SalidaDeTraza::escribir(int esperaMs) {
     pollfd salida{STDOUT_FILENO, POLLOUT, 0};
-    if (poll(&salida, 1, esperaMs) != 1 || (salida.revents & POLLOUT) == 0) return false;
-    const ssize_t n = write(STDOUT_FILENO, pendiente_.data(), std::min(pendiente_.size(), kTrozo));
-    if (n < 0 && errno != EINTR) pendiente_.clear(); // nobody will ever read it
-    if (n > 0) pendiente_.erase(0, static_cast<std::size_t>(n));
+    if (poll(&salida, 1, esperaMs) != 1) return false;
+    const std::string_view resto = std::string_view(pendiente_).substr(escritos_, kTrozo);
+    const ssize_t n = write(STDOUT_FILENO, resto.data(), resto.size());
+    if (n > 0) escritos_ += static_cast<std::size_t>(n);
+    if (n < 0 && errno != EINTR && errno != EAGAIN) escritos_ = pendiente_.size(); // nobody reads
+    // What is left moves up seldom enough for a reader that has far to catch up.
+    if (escritos_ > pendiente_.size() / 2) {
+        pendiente_.erase(0, escritos_);
+        escritos_ = 0;
+    }
     return n > 0;
 }
 

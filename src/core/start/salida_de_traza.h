@@ -32,7 +32,8 @@ class SalidaDeTraza final : public Observador {
     [[nodiscard]] bool escribir(int esperaMs);
 
     bool traza_;
-    std::string pendiente_;
+    std::string pendiente_; ///< [escritos_, size) still to be written
+    std::size_t escritos_ = 0;
     std::size_t perdidas_ = 0;
 };
 
