@@ -145,6 +145,20 @@ TEST(Arranque, SinConfiguracionArrancaConCeroPuntos) {
     EXPECT_FALSE(p.motor.vista.Form1Visible);
 }
 
+TEST(Arranque, LosProblemasQueNoCabenEnElLogSeCuentan) {
+    Configuracion config;
+    config.puerto().estacion(1, "10.0.0.1", 1);
+    for (int i = 0; i < 120; ++i)
+        config.bloque(2, "10", "1");
+    Planta p(config);
+    p.arrancar();
+    p.avanzar(kTic);
+    const std::string log =
+        p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt");
+    EXPECT_NE(log.find("y 30 problemas mas; vea --comprobar"), std::string::npos)
+        << log.substr(log.size() - 600);
+}
+
 TEST(Arranque, UnaSegundaInstanciaAvisaYNoTocaNada) {
     auto config = unaEstacion();
     Planta p(config);

@@ -10,7 +10,8 @@ namespace kv {
 namespace {
 
 constexpr std::int64_t kVerMs = 5000;
-constexpr std::size_t kProblemasEnElLog = 200;
+// Of the entries that the log takes in a second some are left for what else a start has to say.
+constexpr std::size_t kProblemasEnElLog = ArchivoLog::kPorSegundo - 10;
 
 } // namespace
 
@@ -79,13 +80,11 @@ void Arranque::abrirServidor() {
 }
 
 void Arranque::informar(const Problemas& problemas) {
-    std::size_t escritos = 0;
-    for (const Problema& p : problemas.lista()) {
-        if (++escritos > kProblemasEnElLog) break;
-        motor_.log.escribirLog("DRIVER", "Configuracion", textoDeProblema(p));
-    }
-    const std::size_t callados =
-        problemas.demas() + problemas.lista().size() - std::min(problemas.lista().size(), escritos);
+    const auto& lista = problemas.lista();
+    const std::size_t escritos = std::min(lista.size(), kProblemasEnElLog);
+    for (std::size_t i = 0; i < escritos; ++i)
+        motor_.log.escribirLog("DRIVER", "Configuracion", textoDeProblema(lista[i]));
+    const std::size_t callados = problemas.demas() + lista.size() - escritos;
     if (callados > 0)
         motor_.log.escribirLog("DRIVER", "Configuracion",
                                "y " + textoDeNumero(static_cast<double>(callados)) +
