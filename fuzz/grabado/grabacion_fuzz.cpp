@@ -6,23 +6,13 @@
 
 #include <cstdint>
 
-namespace {
-
-class NingunProceso final : public kv::Procesos {
-  public:
-    std::optional<std::vector<std::string>> nombres() override { return {}; }
-    bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
-};
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t largo) {
     try {
         kv::CintaLeida cinta(std::string(kv::kMarcaDeCinta) +
                              std::string(reinterpret_cast<const char*>(datos), largo));
         kv::Reproductor bucle(cinta);
         kv::ArchivosReproducidos archivos(bucle);
-        NingunProceso procesos;
+        kv::ProcesosReproducidos procesos;
         kv::Motor motor(bucle, archivos, "/kv");
         kv::Arranque arranque(motor, procesos);
         bucle.empezar();

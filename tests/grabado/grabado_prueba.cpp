@@ -59,8 +59,6 @@ struct Driver {
 
 class Cliente final : public ExtremoSimulado {
   public:
-    void alConectar(IdEnlace /*e*/) override {}
-    void alCortarse(IdEnlace /*e*/) override {}
     void alRecibir(IdEnlace /*e*/, std::span<const std::uint8_t> /*b*/) override {}
 };
 
@@ -177,6 +175,31 @@ TEST(Grabado, UnaCintaLlenaOCortadaSeReproduceHastaDondeLlega) {
     }
     EXPECT_GT(enteras, 0U);
     EXPECT_LT(enteras, 300U);
+}
+
+TEST(Grabado, UnDiscoLlenoSeSabe) {
+    CintaEscrita cinta("/dev/full", 1U << 30);
+    cinta.entrada(Entrada::FinDeVuelta).cerrarEntrada();
+    EXPECT_FALSE(cinta.llena());
+    cinta.volcar();
+    EXPECT_TRUE(cinta.llena());
+}
+
+TEST(Grabado, NadaAnidaMasQueElDriver) {
+    const Carpeta carpeta;
+    CintaEscrita escrita(carpeta.ruta() + "/vuelo", 1U << 30);
+    escrita.texto("prueba").conSigno(0).cerrarEntrada();
+    for (int i = 0; i < 200'000; ++i) {
+        escrita.entrada(Entrada::Tic).numero(0).numero(0).cerrarEntrada();
+        escrita.entrada(Entrada::Pendientes).numero(1).cerrarEntrada();
+    }
+    escrita.volcar();
+    CintaLeida leida(carpeta.leer("vuelo"));
+    Reproductor bucle(leida);
+    const auto t = bucle.crearTemporizador([&bucle] { bucle.dejarCorrerPendientes(); });
+    t->rearmar(1);
+    bucle.empezar();
+    EXPECT_THROW((void)bucle.correr(), CintaMala);
 }
 
 TEST(Grabado, OtraCosaQueUnaGrabacionSeDice) {

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -18,13 +19,6 @@ constexpr int kReproducida = 0;
 constexpr int kNoReproducida = 2;
 
 std::string programa() { return std::string(kNombreDelPrograma) + " " KV_VERSION; }
-
-/// Nobody else runs where a recording is played.
-class NingunProceso final : public Procesos {
-  public:
-    std::optional<std::vector<std::string>> nombres() override { return {}; }
-    bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
-};
 
 /// A folder for what the script writes, gone at the end.
 class CarpetaDePaso {
@@ -45,14 +39,14 @@ class CarpetaDePaso {
     std::string ruta_;
 };
 
-int mostrar(const std::string& contenido, std::ostream& errores) {
-    CintaLeida cinta(contenido);
+int mostrar(std::string contenido, std::ostream& errores) {
+    CintaLeida cinta(std::move(contenido));
     if (cinta.programa() != programa())
         errores << "Grabado con " << cinta.programa() << ", esto es " << programa() << '\n';
     const std::string carpeta(cinta.texto());
     Reproductor bucle(cinta);
     ArchivosReproducidos archivos(bucle);
-    NingunProceso procesos;
+    ProcesosReproducidos procesos;
     const CarpetaDePaso paso;
     SalidaDeTraza salida(true);
     Motor motor(bucle, archivos, carpeta);
@@ -106,9 +100,8 @@ bool Grabacion::seLleno() {
 
 int reproducir(const std::string& archivo, std::ostream& errores) {
     std::ifstream entrada(archivo, std::ios::binary);
-    const std::string contenido{std::istreambuf_iterator<char>(entrada), {}};
     try {
-        return mostrar(contenido, errores);
+        return mostrar({std::istreambuf_iterator<char>(entrada), {}}, errores);
     } catch (const CintaCortada&) {
         errores << archivo << ": la grabacion termina a mitad de una entrada\n";
     } catch (const CintaMala& mala) {

@@ -48,6 +48,7 @@ void CintaEscrita::volcar() {
     if (pendiente_.empty()) return;
     archivo_.write(pendiente_.data(), static_cast<std::streamsize>(pendiente_.size()));
     archivo_.flush();
+    if (!archivo_) llena_ = true;
     escritos_ += pendiente_.size();
     pendiente_.clear();
     cerradas_ = 0;

@@ -38,13 +38,14 @@ inline constexpr Entrada kUltimaEntrada = Entrada::PuertoLocal;
     return e >= Entrada::Pendientes && e != Entrada::FinPendientes;
 }
 
-/// The writing end. What was written is in the file a second later at most, and a file that was cut
-/// off anywhere can be read up to there.
+/// The writing end. Entries are gathered and go to the file some at a time; a file that was cut off
+/// anywhere can be read up to there.
 class CintaEscrita {
   public:
-    /// Nothing is written beyond `maximo` bytes: `llena` tells.
+    /// Replaces the file. Nothing is written beyond `maximo` bytes.
     CintaEscrita(const std::string& ruta, std::uint64_t maximo);
     [[nodiscard]] bool abierta() const { return static_cast<bool>(archivo_); }
+    /// Nothing more is kept: `maximo` was reached, or the disk takes no more.
     [[nodiscard]] bool llena() const { return llena_; }
 
     CintaEscrita& entrada(Entrada e);
@@ -99,7 +100,7 @@ class CintaLeida {
     std::string programa_;
 };
 
-/// What a recording begins with, and the version of the program that made it.
+/// What a recording begins with; the program that made it and its version follow as a text.
 inline constexpr std::string_view kMarcaDeCinta = "KVGRAB1\n";
 
 } // namespace kv

@@ -68,6 +68,13 @@ CintaEscrita& Grabador::respuesta(Entrada e) {
     return cinta_;
 }
 
+void Grabador::cerrar() {
+    cinta_.cerrarEntrada();
+    if (us_ - volcadoUs_ < kSegundoUs) return;
+    volcadoUs_ = us_;
+    cinta_.volcar();
+}
+
 void Grabador::empezarOrden(std::string_view orden) {
     llamada(Entrada::Orden).texto(orden);
     cerrar();
@@ -94,9 +101,6 @@ void Grabador::terminarVuelta() {
     for (const auto& tarea : tareas_)
         tarea();
     trabaja_ = false;
-    if (us_ - volcadoUs_ < kSegundoUs) return;
-    volcadoUs_ = us_;
-    cinta_.volcar();
 }
 
 std::int64_t Grabador::mirarReloj() {

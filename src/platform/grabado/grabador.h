@@ -12,10 +12,13 @@
 
 namespace kv {
 
-/// A loop and its files that write down what comes in through them. The driver runs on these as it
-/// would on the ones that are wrapped, but for the clocks: they move at calls from outside, and
-/// inside a handler by steps of at least `kPasoUs`, so that not every look at them is an entry.
-/// What is asked while the driver is not at work, as by a window, is answered and not recorded.
+/// A loop that writes down what comes in through it. The driver runs on it as it would on the one
+/// that is wrapped, but for the clocks: they move at calls from outside, and inside a handler by
+/// steps of at least `kPasoUs`, so that not every look at them is an entry. What is asked while the
+/// driver is not at work, as by a window, is answered and not recorded.
+///
+/// Once a second at most, what was gathered goes to the file: a driver that dies in a handler takes
+/// along what came since.
 ///
 /// Scripts reach their own folder of files without the platform; that is not recorded.
 class Grabador final : public Bucle {
@@ -54,7 +57,8 @@ class Grabador final : public Bucle {
         return trabaja_;
     }
     CintaEscrita& respuesta(Entrada e);
-    void cerrar() { cinta_.cerrarEntrada(); }
+    /// Ends an entry.
+    void cerrar();
 
   private:
     class RelojGrabado final : public Reloj {

@@ -30,10 +30,6 @@ std::unique_ptr<Zocalo> Reproductor::crearZocalo(OyenteDeZocalo& oyente, std::si
     return z;
 }
 
-void Reproductor::alFinalDeVuelta(std::function<void()> tarea) {
-    tareas_.push_back(std::move(tarea));
-}
-
 bool Reproductor::toca(Entrada e) {
     if (!trabaja_) return false;
     ++preguntas_;
@@ -61,6 +57,8 @@ bool Reproductor::correr() {
 
 void Reproductor::dejarCorrerPendientes() {
     if (!toca(Entrada::Pendientes)) return;
+    if (!vuelta_.admiteOtroNivel()) noCorresponde("nadie anida tanto");
+    const Vuelta::Nivel nivel(vuelta_);
     while (cinta_.mirar() != Entrada::FinPendientes) {
         if (cinta_.mirar() == Entrada::Fin) return;
         llamar();
@@ -73,11 +71,7 @@ void Reproductor::llamar() {
     const Entrada e = cinta_.entrada();
     preguntas_ = 0;
     if (esRespuesta(e) || e == Entrada::FinPendientes) noCorresponde("una respuesta de mas");
-    if (e == Entrada::FinDeVuelta) {
-        for (const auto& tarea : tareas_)
-            tarea();
-        return;
-    }
+    if (e == Entrada::FinDeVuelta) return vuelta_.terminar();
     pasar(cinta_.numero());
     if (e == Entrada::Orden) {
         if (orden_) orden_(cinta_.texto());
@@ -121,24 +115,21 @@ FechaHora Reproductor::mirarCalendario() {
     return calendarioDesdeUs(us_ + adelantoUs_);
 }
 
-void ArchivosReproducidos::esperar(const std::string& ruta) {
-    if (reproductor_.cinta().texto() != ruta)
-        throw CintaMala{"la grabacion no corresponde a lo que este programa hace (" + ruta + ")"};
+bool ArchivosReproducidos::toca(Entrada e, const std::string& ruta) {
+    if (!reproductor_.toca(e)) return false;
+    if (reproductor_.cinta().texto() != ruta) reproductor_.noCorresponde(ruta);
+    return true;
 }
 
 bool ArchivosReproducidos::existe(const std::string& ruta) {
     bool& hay = existe_[ruta];
-    if (reproductor_.toca(Entrada::Existe)) {
-        esperar(ruta);
-        hay = reproductor_.cinta().numero() != 0;
-    }
+    if (toca(Entrada::Existe, ruta)) hay = reproductor_.cinta().numero() != 0;
     return hay;
 }
 
 HuellaDeArchivo ArchivosReproducidos::huella(const std::string& ruta) {
     HuellaDeArchivo& h = huellas_[ruta];
-    if (reproductor_.toca(Entrada::Huella)) {
-        esperar(ruta);
+    if (toca(Entrada::Huella, ruta)) {
         CintaLeida& c = reproductor_.cinta();
         h.existe = c.numero() != 0;
         h.modificadoNs = c.conSigno();
@@ -150,10 +141,9 @@ HuellaDeArchivo ArchivosReproducidos::huella(const std::string& ruta) {
 
 std::optional<std::string> ArchivosReproducidos::leer(const std::string& ruta, std::size_t maximo) {
     auto& contenido = contenidos_[{ruta, maximo}];
-    if (reproductor_.toca(Entrada::Contenido)) {
-        esperar(ruta);
+    if (toca(Entrada::Contenido, ruta)) {
         CintaLeida& c = reproductor_.cinta();
-        if (c.numero() != maximo) esperar("otro limite");
+        if (c.numero() != maximo) reproductor_.noCorresponde(ruta);
         const bool hay = c.numero() != 0;
         const std::string_view texto = c.texto();
         contenido = hay ? std::optional<std::string>(texto) : std::nullopt;

@@ -3,11 +3,14 @@
 #include "platform/archivos.h"
 #include "platform/bucle.h"
 #include "platform/grabado/cinta.h"
+#include "platform/procesos.h"
+#include "platform/vuelta.h"
 
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kv {
@@ -26,7 +29,9 @@ class Reproductor final : public Bucle {
     [[nodiscard]] std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
                                                       std::size_t indice) override;
     void dejarCorrerPendientes() override;
-    void alFinalDeVuelta(std::function<void()> tarea) override;
+    void alFinalDeVuelta(std::function<void()> tarea) override {
+        vuelta_.alFinalSiempre(std::move(tarea));
+    }
     void detener() override { detenido_ = true; }
     [[nodiscard]] ColaDeTemporizadores& temporizadores() override { return cola_; }
 
@@ -42,6 +47,8 @@ class Reproductor final : public Bucle {
     /// Whether the next answer is for this question; then its parts follow on the tape.
     [[nodiscard]] bool toca(Entrada e);
     [[nodiscard]] CintaLeida& cinta() { return cinta_; }
+    /// Throws CintaMala: the driver does something else than what was recorded.
+    [[noreturn]] void noCorresponde(const std::string& que) const;
     void olvidar(std::uint64_t zocalo) { zocalos_.erase(zocalo); }
 
   private:
@@ -60,7 +67,6 @@ class Reproductor final : public Bucle {
     /// One call from outside.
     void llamar();
     void llamarZocalo(Entrada e, ZocaloReproducido& z);
-    [[noreturn]] void noCorresponde(const std::string& que) const;
 
     CintaLeida& cinta_;
     RelojReproducido reloj_{*this};
@@ -71,7 +77,7 @@ class Reproductor final : public Bucle {
     std::uint64_t faltan_ = 0;    ///< questions until the answer on the tape, 0 if not known
     std::uint64_t creados_ = 0;
     std::map<std::uint64_t, ZocaloReproducido*> zocalos_;
-    std::vector<std::function<void()>> tareas_;
+    Vuelta vuelta_; ///< a level for each yield
     std::function<void(std::string_view)> orden_;
     bool trabaja_ = false;
     bool detenido_ = false;
@@ -95,12 +101,20 @@ class ArchivosReproducidos final : public Archivos {
 
   private:
     bool escrito() { return !reproductor_.toca(Entrada::NoEscrito); }
-    void esperar(const std::string& ruta);
+    /// Whether the next answer is for this question about `ruta`.
+    bool toca(Entrada e, const std::string& ruta);
 
     Reproductor& reproductor_;
     std::map<std::string, bool> existe_;
     std::map<std::string, HuellaDeArchivo> huellas_;
     std::map<std::pair<std::string, std::size_t>, std::optional<std::string>> contenidos_;
+};
+
+/// Nobody else runs where a recording is played.
+class ProcesosReproducidos final : public Procesos {
+  public:
+    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override { return {}; }
+    [[nodiscard]] bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
 };
 
 } // namespace kv

@@ -26,8 +26,8 @@ class ZocaloReproducido final : public Zocalo {
         pasar(EstadoZocalo::Escuchando);
     }
     void aceptar() override {
-        ++conexiones_;
         pasar(EstadoZocalo::Conectado);
+        conexiones_ += estado_ == EstadoZocalo::Conectado ? 1U : 0U;
     }
     void cerrar() override {
         estado_ = EstadoZocalo::Cerrado;
@@ -72,8 +72,7 @@ class ZocaloReproducido final : public Zocalo {
         if (estado != EstadoZocalo::Error) motivo_.clear();
         if (!reproductor_.toca(Entrada::Estado)) return;
         CintaLeida& c = reproductor_.cinta();
-        if (c.numero() != numero_)
-            throw CintaMala{"la grabacion no corresponde a lo que este programa hace (zocalo)"};
+        if (c.numero() != numero_) reproductor_.noCorresponde("un zocalo");
         estado_ = static_cast<EstadoZocalo>(c.numero());
         motivo_ = c.texto();
     }
