@@ -78,7 +78,7 @@ inline bool visitar(int puerto, const std::string& pedido, const std::string& re
     return cliente.decir(claveDeAhora(), "PassOK") && cliente.decir(pedido, respuesta);
 }
 
-/// The log and audit files of a driver by name, with 9 for every digit of their date stamps.
+/// 9 for every digit: what two runs wrote compares.
 inline std::string sinFechas(std::string texto) {
     for (char& c : texto) {
         if (c >= '0' && c <= '9') c = '9';
@@ -86,6 +86,7 @@ inline std::string sinFechas(std::string texto) {
     return texto;
 }
 
+/// The log and audit files of a driver by name, without their dates.
 inline std::map<std::string, std::string> registrosDe(const Carpeta& casa) {
     std::map<std::string, std::string> todos;
     std::error_code error;

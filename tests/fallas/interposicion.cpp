@@ -9,7 +9,7 @@
 //                                       often somebody was asked for who wants to connect
 //
 // A step of writing is an open for writing, a write (two steps: before it, and with half of it
-// done), and a close, fsync, rename, unlink, mkdir or change of mode or length. Every call goes
+// done), and a close, rename, unlink, mkdir or change of mode or length. Every call goes
 // straight to the kernel, so that nothing here depends on the order of loading.
 
 #include <array>
@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
@@ -59,9 +60,8 @@ class Plan {
     Plan() {
         const char* texto = std::getenv("KV_FALLAS");
         std::string_view resto = texto != nullptr ? texto : "";
-        while (!resto.empty()) {
+        while (!resto.empty())
             agregar(palabra(resto, ','));
-        }
     }
     ~Plan() {
         const char* archivo = std::getenv("KV_CUENTA");
@@ -79,7 +79,7 @@ class Plan {
     void aceptado() { ++aceptados_; }
     /// What is to become of this call: 0 nothing, an error, or kCorto.
     int falla(const char* llamada) {
-        for (Regla& r : reglas()) {
+        for (Regla& r : std::span(reglas_).first(cuantas_)) {
             if (r.llamada != llamada) continue;
             const long n = ++r.vistas;
             if (n >= r.desde && (r.hasta == 0 || n <= r.hasta) && (n - r.desde) % r.cada == 0)
@@ -119,13 +119,6 @@ class Plan {
         r.cada = numero(texto);
         if (r.cada < 1) std::abort();
     }
-    struct Rango {
-        Regla* b;
-        Regla* e;
-        [[nodiscard]] Regla* begin() const { return b; }
-        [[nodiscard]] Regla* end() const { return e; }
-    };
-    Rango reglas() { return {reglas_.data(), reglas_.data() + cuantas_}; }
 
     std::array<Regla, 16> reglas_;
     std::size_t cuantas_ = 0;
@@ -156,7 +149,7 @@ int abrir(const char* ruta, int modo, mode_t permisos) {
     return static_cast<int>(d);
 }
 
-long sobreUnArchivo(const char* llamada, int d, long numero, long argumento = 0) {
+long sobreUnArchivo(const char* llamada, int d, long numero, long argumento) {
     if (plan().esArchivo(d)) plan().paso();
     if (fallo(llamada)) return -1;
     return syscall(numero, d, argumento);
@@ -199,7 +192,6 @@ ssize_t write(int d, const void* bytes, size_t n) {
     return otra < 0 ? otra : mitad + otra;
 }
 
-int fsync(int d) { return static_cast<int>(sobreUnArchivo("fsync", d, SYS_fsync)); }
 int fchmod(int d, mode_t m) { return static_cast<int>(sobreUnArchivo("fchmod", d, SYS_fchmod, m)); }
 int ftruncate(int d, off_t n) {
     return static_cast<int>(sobreUnArchivo("ftruncate", d, SYS_ftruncate, n));

@@ -4,7 +4,6 @@
 #include "mundo/contexto.h"
 #include "mundo/regla_valores.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,7 +31,6 @@ class Cliente final : public ExtremoSimulado {
     /// Behaves from now on.
     void sanar();
 
-    [[nodiscard]] bool conectado() const { return conectado_; }
     [[nodiscard]] bool logueado() const { return logueado_; }
     [[nodiscard]] bool sincronizado() const { return sincronizado_; }
     /// Whether its table says what the driver's says, for what is told of unmistakably.

@@ -20,7 +20,6 @@ struct Contexto {
 
     std::string fallo;             ///< what broke first; empty: nothing
     std::uint64_t comprobadas = 0; ///< rules checked so far
-    std::int64_t demoradoUs = 0;   ///< how long the machine has stood still in all
 
     [[nodiscard]] std::int64_t ahoraUs() const { return bucle.reloj().monotonicoUs(); }
     [[nodiscard]] std::size_t conexiones() const {

@@ -51,8 +51,8 @@ enum class Que : std::uint8_t {
     Nivel,         ///< level `b`, `c` times; 0 and -1 switch it
     Encender,      ///< block `a` off and, `ms` later, on
     Scan,          ///< block `a` gets scan `ms`, and its own back later
-    EscribirAMano, ///< `b` writes of a register near block `a`
-    Bit,           ///< bit `c` of a register near block `a`
+    EscribirAMano, ///< `b` writes of a register of theirs, number `a`
+    Bit,           ///< bit `c` of a register written bit by bit, number `a`
     Cuantas
 };
 

@@ -4,9 +4,9 @@
 #include "mundo/plan.h"
 #include "platform/simulated/red_simulada.h"
 
+#include <array>
 #include <bitset>
 #include <deque>
-#include <functional>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -46,7 +46,6 @@ class Linea final : public ExtremoSimulado {
     /// that a receiver can make out of the bytes sent had that value.
     [[nodiscard]] bool pudoLlegar(std::uint8_t estacion, std::uint8_t direccion,
                                   std::int16_t valor);
-
     /// Whether an answer with that value left on this link, as far back as is remembered.
     [[nodiscard]] bool respondio(std::uint8_t estacion, std::uint8_t direccion, std::int16_t valor);
 
@@ -67,7 +66,6 @@ class Linea final : public ExtremoSimulado {
     void reiniciar();
     void cortar() { red_.cortar(enlace_); }
     void interrumpir() { red_.interrumpir(enlace_); }
-    void reanudar(IdEnlace enlace) { red_.reanudar(enlace); }
     /// No fault is left.
     void sanar();
 

@@ -21,7 +21,7 @@ std::uint8_t comoDecimal(int indice) {
 
 Mundo::Mundo(const Plan& plan)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
-      arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, 0}, turno_(c_),
+      arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0}, turno_(c_),
       valores_(c_, motor_.servidor), escrituras_(c_, motor_.auditoria), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
@@ -217,6 +217,10 @@ std::int64_t Mundo::plazoDeCalmaUs() const {
         peorMs = std::max(peorMs, 40 * p.tiempoFueraMs + descansoMs + 4 * turnos * turnoMs);
     }
     return (peorMs + 40 * plan_.baseDeSolicitudesMs + 120'000) * 1000;
+}
+
+Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia) {
+    return Mundo(plan).vivir(historia);
 }
 
 } // namespace kv::mundo

@@ -45,7 +45,8 @@ class Mundo final : private AlEnviar {
     void forzar(const Suceso& s);
     /// Later, unless the calm comes first: then at once.
     void luego(std::int64_t ms, std::function<void()> accion);
-    [[nodiscard]] ReglaDeEscrituras::Escritor* escritorCerca(Fuente fuente, std::size_t desde);
+    /// One of those of a source, whatever the number; null if it has none.
+    [[nodiscard]] ReglaDeEscrituras::Escritor* escritor(Fuente fuente, std::size_t cual);
 
     const Plan& plan_;
     BucleEspia bucle_;

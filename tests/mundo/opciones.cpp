@@ -3,18 +3,26 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 
+#include <limits>
 #include <string_view>
 
 namespace kv::mundo {
 namespace {
 
+/// A whole number that a double holds exactly; nothing for any other text.
+std::optional<std::uint64_t> entero(std::string_view texto) {
+    const auto n = numeroDeTexto(texto);
+    if (!n || *n < 0 || *n > 9e15) return std::nullopt;
+    return static_cast<std::uint64_t>(*n);
+}
+
 bool semillas(std::string_view texto, Opciones& o) {
     const auto partes = partir(texto, '-');
-    const auto a = numeroDeTexto(partes[0]);
-    const auto b = partes.size() == 2 ? numeroDeTexto(partes[1]) : a;
-    if (partes.size() > 2 || !a || !b || *a < 0 || *b < *a) return false;
-    o.desde = static_cast<std::uint64_t>(*a);
-    o.hasta = static_cast<std::uint64_t>(*b);
+    const auto a = entero(partes[0]);
+    const auto b = partes.size() == 2 ? entero(partes[1]) : a;
+    if (partes.size() > 2 || !a || !b || *b < *a) return false;
+    o.desde = *a;
+    o.hasta = *b;
     return true;
 }
 
@@ -22,8 +30,8 @@ bool eventos(std::string_view texto, Opciones& o) {
     o.solo.emplace();
     if (texto == "-") return true; // none at all
     for (const std::string_view parte : partir(texto, ',')) {
-        const auto n = numeroDeTexto(parte);
-        if (!n || *n < 0) return false;
+        const auto n = entero(parte);
+        if (!n || *n > std::numeric_limits<std::uint32_t>::max()) return false;
         o.solo->push_back(static_cast<std::uint32_t>(*n));
     }
     return true;
@@ -31,8 +39,8 @@ bool eventos(std::string_view texto, Opciones& o) {
 
 bool tamano(std::string_view texto, Opciones& o) {
     const auto partes = partir(texto, 'x');
-    const auto c = numeroDeTexto(partes[0]);
-    const auto b = partes.size() == 2 ? numeroDeTexto(partes[1]) : std::nullopt;
+    const auto c = entero(partes[0]);
+    const auto b = partes.size() == 2 ? entero(partes[1]) : std::nullopt;
     if (!c || !b || *c < 1 || *c > 1000 || *b < 1 || *b > 100) return false;
     o.tamano = {static_cast<std::int64_t>(*c), static_cast<std::int64_t>(*b)};
     return true;

@@ -4,7 +4,6 @@
 #include "mundo/azar.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace kv::mundo {
@@ -52,14 +51,6 @@ std::int64_t scan(Azar& azar, bool saturada) {
     if (azar.uno(20)) return azar.enEscala(60'001, 3'600'000);
     return azar.enEscala(4000, 120'000);
 }
-
-} // namespace
-
-std::string PlanDeBloque::direccion() const {
-    return std::to_string(puerto + 1) + "." + std::to_string(plc) + "." + hexadecimalDe(registro);
-}
-
-namespace {
 
 /// Stations and blocks of one connection.
 class Levantador {
@@ -143,6 +134,10 @@ std::string texto(const Plan& plan, Levantador& levantador,
 }
 
 } // namespace
+
+std::string PlanDeBloque::direccion() const {
+    return std::to_string(puerto + 1) + "." + std::to_string(plc) + "." + hexadecimalDe(registro);
+}
 
 Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
     Azar azar(s);

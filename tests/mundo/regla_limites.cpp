@@ -1,6 +1,6 @@
 #include "mundo/regla_limites.h"
 
-#include "text/texto.h"
+#include <algorithm>
 
 namespace kv::mundo {
 namespace {

@@ -166,7 +166,6 @@ void Mundo::enMaquina(const Suceso& s) {
     case Que::Reloj:
         return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
     case Que::Parada:
-        c_.demoradoUs += s.ms * 1000;
         return bucle_.demorar(s.ms);
     case Que::DiscoLleno:
         archivos_.negarEscrituras(true);
@@ -178,9 +177,9 @@ void Mundo::enMaquina(const Suceso& s) {
     luego(s.ms, [this] { archivos_.negarEscrituras(false); });
 }
 
-ReglaDeEscrituras::Escritor* Mundo::escritorCerca(Fuente fuente, std::size_t desde) {
+ReglaDeEscrituras::Escritor* Mundo::escritor(Fuente fuente, std::size_t cual) {
     const auto& suyos = escrituras_.de(fuente);
-    return suyos.empty() ? nullptr : suyos[desde % suyos.size()];
+    return suyos.empty() ? nullptr : suyos[cual % suyos.size()];
 }
 
 void Mundo::enOperador(const Suceso& s) {
@@ -203,13 +202,13 @@ void Mundo::enOperador(const Suceso& s) {
     case Que::EscribirAMano: {
         const bool tormenta = s.c % 16 == 0;
         for (std::uint32_t k = 0; k < (tormenta ? 60 : s.b); ++k) {
-            if (auto* e = escritorCerca(Fuente::Operador, tormenta ? s.a + k : s.a))
+            if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a))
                 escrituras_.escribirAMano(*e);
         }
         return;
     }
     default:
-        if (auto* e = escritorCerca(Fuente::Bit, s.a))
+        if (auto* e = escritor(Fuente::Bit, s.a))
             motor_.solicitudes.escribirDireccion(e->direccion + "." + std::to_string(s.c % 4),
                                                  s.b % 2, "operador");
         return;
