@@ -78,15 +78,16 @@ class Principal : public testing::Test {
         return tabla.model()->index(fila, columna).data().toString();
     }
     static void dobleClic(QTableView& tabla, int fila) {
-        const QPoint lugar = tabla.visualRect(tabla.model()->index(fila, 1)).center();
+        dobleClic(tabla, tabla.visualRect(tabla.model()->index(fila, 1)).center());
+    }
+    static void dobleClic(QTableView& tabla, const QPoint& lugar) {
         QTest::mouseClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
         QTest::mouseDClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
+        QTest::mouseRelease(tabla.viewport(), Qt::LeftButton, {}, lugar);
     }
-    /// A click on the check box of a row.
-    static void tildar(QTableView& tabla, int fila) {
+    [[nodiscard]] static QPoint tilde(const QTableView& tabla, int fila) {
         const QRect todo = tabla.visualRect(tabla.model()->index(fila, 0));
-        QTest::mouseClick(tabla.viewport(), Qt::LeftButton, {},
-                          QPoint(todo.left() + 10, todo.center().y()));
+        return {todo.left() + 10, todo.center().y()};
     }
     void menu(const char* accion) { hallarAccion(accion).trigger(); }
     [[nodiscard]] QAction& hallarAccion(const char* accion) {
@@ -262,7 +263,7 @@ TEST_F(Principal, EnviaLosParesEnSuOrden) {
 
 TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     arrancar();
-    tildar(variables(), 0);
+    QTest::mouseClick(variables().viewport(), Qt::LeftButton, {}, tilde(variables(), 0));
     EXPECT_FALSE(p.bloque(0).activo);
     EXPECT_FALSE(p.motor.vista.lstViewEstadoDeBloques.tildada(0)) << "both lists follow";
     EXPECT_EQ(variables().model()->index(0, 0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
@@ -270,6 +271,8 @@ TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     QTest::keyClick(&bloques(), Qt::Key_Space);
     EXPECT_TRUE(p.bloque(0).activo);
     EXPECT_TRUE(p.motor.vista.lstViewVariables.tildada(0));
+    dobleClic(variables(), tilde(variables(), 0));
+    EXPECT_EQ(form.findChild<FrmEscritura*>(), nullptr) << "a double click there opens nothing";
 }
 
 TEST_F(Principal, ElDobleClicAbreLaEscrituraManualOSeNiega) {
