@@ -143,6 +143,7 @@ void FrmScript::cargar() {
     TextCodigo_->setPlainText(enQt(leido.value_or(std::string())));
     TextCodigo_->irA(linea);
     TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
+    TextCodigo_->desmarcar(CajaDeCodigo::Marca::Corrida);
     aviso_->hide();
     decir({});
     if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
