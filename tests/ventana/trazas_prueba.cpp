@@ -109,6 +109,21 @@ TEST_F(ConFichas, LaUltimaNuncaQuedaElegida) {
     EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "");
 }
 
+TEST_F(ConFichas, UnaCajaEnElLugarDeOtraNoSeTomaPorElla) {
+    const auto empezar = [this](const char* texto) {
+        vista.txtTimer.vaciar();
+        for (std::size_t i = 0; i < 2; ++i)
+            vista.txtTimer.usar(i, std::to_string(i + 1));
+        vista.txtTimer[1].agregar(texto);
+        fichas.refrescar();
+    };
+    empezar("de antes");
+    clicEnFicha(1);
+    empezar("de ahora");
+    EXPECT_EQ(fichas.alFrente(), 1);
+    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "de ahora");
+}
+
 TEST(Orden, ComoLoEsperaQuienLee) {
     const auto ordenados = [](Especie especie, std::vector<std::string> textos) {
         auto orden = textos;
