@@ -6,7 +6,7 @@
 
 namespace kv {
 
-/// Where writes by hand go; true arguments of a write request, said in the operator's box.
+/// Takes writes that were asked for by hand; how each ends is told in the operator's box.
 class OrdenDeEscribir {
   public:
     virtual ~OrdenDeEscribir() = default;
