@@ -20,6 +20,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTranslator>
@@ -181,6 +182,28 @@ TEST_F(Principal, FiltraMientrasSeEscribeYOrdenaComoSeEspera) {
     EXPECT_EQ(tabla.currentIndex().row(), 3) << "the selection stays with its row";
     tabla.sortByColumn(-1, Qt::AscendingOrder);
     EXPECT_EQ(celda(tabla, 0, 0), "1.1.10");
+}
+
+TEST(TablaDeLista, LoQueSeVeNoSaltaCuandoUnaFilaDejaElFiltro) {
+    Lista lista("lstViewVariables");
+    lista.ponerColumnas(Vista().lstViewVariables.columnas());
+    for (int i = 0; i < 300; ++i)
+        lista.poner(lista.agregar("1.1." + std::to_string(i)), 2, "OK");
+    TablaDeLista tabla(lista, formaDeVariables(), "Variables", nullptr);
+    tabla.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tabla));
+    tabla.seguir(true);
+    QTest::keyClicks(&hallar<QLineEdit>(tabla, "txtFiltro_lstViewVariables"), "ok");
+    tabla.elegir(0);
+    auto& filas = hallar<QTableView>(tabla, "lstViewVariables");
+    filas.scrollToBottom();
+    const int abajo = filas.verticalScrollBar()->value();
+    ASSERT_GT(abajo, 1);
+    lista.poner(299, 2, "BAD");
+    tabla.refrescar();
+    EXPECT_EQ(filas.model()->rowCount(), 299);
+    EXPECT_GE(filas.verticalScrollBar()->value(), abajo - 1);
+    EXPECT_EQ(filas.currentIndex().row(), 0);
 }
 
 TEST_F(Principal, FuerzaLecturasYNiveles) {
@@ -374,12 +397,12 @@ TEST_F(Principal, LosMenusAbrenLasOtrasVentanasUnaVez) {
     for (int i = 0; i < 2; ++i) {
         clic(form, "BtnConfig");
         menu("MnuScript");
+        menu("MnuAbout");
     }
     EXPECT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
     EXPECT_EQ(form.findChildren<FrmScript*>().size(), 1);
-    menu("MnuAbout");
+    ASSERT_EQ(form.findChildren<QDialog*>("FrmAbout").size(), 1);
     const auto* acerca = form.findChild<QDialog*>("FrmAbout");
-    ASSERT_NE(acerca, nullptr);
     EXPECT_EQ(acerca->windowTitle(), "Driver KV2200v1 - About");
     EXPECT_EQ(acerca->windowIcon().cacheKey(), form.windowIcon().cacheKey());
 }
@@ -409,6 +432,24 @@ TEST_F(Principal, MensajesDelMotorSinRepetirNiAmontonarse) {
         p.motor.vista.mostrarMensaje("mensaje " + std::to_string(i));
     EXPECT_LE(mensajero.abiertos(), 8);
     EXPECT_EQ(salida.mensajes.size(), 103U) << "all of them are printed";
+}
+
+TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
+    arrancar();
+    Vista& vista = p.motor.vista;
+    const QString marcas = "<b>uno</b><br>dos";
+    for (Etiqueta* etiqueta : {&vista.Label10, &vista.lblProyecto, &vista.lblResultadoBusqueda}) {
+        etiqueta->poner(deQt(marcas));
+        form.refrescar();
+        const auto& visto = hallar<QLabel>(form, enQt(etiqueta->nombre()));
+        QLabel llano(marcas);
+        llano.setTextFormat(Qt::PlainText);
+        llano.setFont(visto.font());
+        EXPECT_EQ(visto.sizeHint().width(), llano.sizeHint().width()) << etiqueta->nombre();
+    }
+    vista.Label10.poner(std::string(1U << 20, 'x'));
+    form.refrescar();
+    EXPECT_LE(rotulo("Label10").size(), 1000) << "a script may say more than a line has room for";
 }
 
 TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {

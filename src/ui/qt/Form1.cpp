@@ -30,26 +30,16 @@ constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
-
-void poner(QLabel* rotulo, const QString& texto) {
-    if (rotulo->text() != texto) rotulo->setText(texto);
-}
-
-void alFrente(QWidget& ventana) {
-    ventana.show();
-    ventana.raise();
-    ventana.activateWindow();
-}
+constexpr std::size_t kMaximoDelGuion = 1000; // bytes: a script's text has no end of its own
 
 } // namespace
 
 Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
-      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
-      Label1_(control<QLabel>("Label1", this)), Label10_(control<QLabel>("Label10", this)),
-      lblProyecto_(control<QLabel>("lblProyecto", this)),
-      lblCantidadDePuntos_(control<QLabel>("lblCantidadDePuntos", this)),
-      lblEstadoScript_(control<QLabel>("lblEstadoScript", this)),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)), Label1_(rotulo("Label1", this)),
+      Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
+      lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
+      lblEstadoScript_(rotulo("lblEstadoScript", this)),
       sockets_(
           hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
       variables_(
@@ -115,9 +105,10 @@ void Form1::armarMenu() {
 
     auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
     menuBar()->addMenu(ir);
-    const auto lista = [this](QWidget* pagina) {
-        if (listas_->indexOf(pagina) >= 0) listas_->setCurrentWidget(pagina);
-        static_cast<TablaDeLista*>(pagina)->enfocar(); // NOLINT: all that are given are
+    const auto lista = [this](TablaDeLista* tabla) {
+        if (tabla == sockets_) agrandar();
+        if (tabla != sockets_) listas_->setCurrentWidget(tabla);
+        tabla->enfocar();
     };
     entrada(ir, "MnuIrVariables", tr("&Variables"), [=, this] {
         lista(variables_);
@@ -129,10 +120,10 @@ void Form1::armarMenu() {
         lista(sockets_);
     })->setShortcut(Qt::CTRL | Qt::Key_3);
     entrada(ir, "MnuIrFiltro", tr("&Filtro"), [this] {
-        static_cast<TablaDeLista*>(listas_->currentWidget())->enfocarFiltro(); // NOLINT: see above
+        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
     })->setShortcut(QKeySequence::Find);
     entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), [this] {
-        if (compacta_) btnTamanioFormulario();
+        agrandar();
         panel_->irABuscar();
     })->setShortcut(Qt::CTRL | Qt::Key_B);
 }
@@ -182,9 +173,8 @@ QWidget* Form1::armarListas() {
     return partes;
 }
 
-CajaDeTraza* Form1::traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja) {
-    auto* t = hacer<CajaDeTraza>(
-        nombre, titulo, [&caja] { return &caja; }, this);
+CajaDeTraza* Form1::traza(const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
     cajas_.push_back(t);
     return t;
@@ -193,11 +183,9 @@ CajaDeTraza* Form1::traza(const char* nombre, const QString& titulo, const CajaD
 QWidget* Form1::armarTrazas() {
     auto* paginas = control<QTabWidget>("fichasDeTrazas");
     paginas->setDocumentMode(true);
-    paginas->addTab(traza("txtTramas", tr("Tramas enviadas y recibidas"), vista_.txtTramas),
-                    tr("Tramas"));
-    paginas->addTab(
-        traza("txtTramasDescartadas", tr("Tramas descartadas"), vista_.txtTramasDescartadas),
-        tr("Descartadas"));
+    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), vista_.txtTramas), tr("Tramas"));
+    paginas->addTab(traza(tr("Tramas descartadas"), vista_.txtTramasDescartadas),
+                    tr("Descartadas"));
     const auto fichas = [&](const CajasConFichas& cajas, const QString& titulo,
                             const QString& ficha) {
         auto* f = hacer<Fichas>(cajas, titulo, this);
@@ -219,9 +207,8 @@ QWidget* Form1::armarOrdenes() {
     columna->setContentsMargins(4, 0, 0, 0);
     panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
     columna->addWidget(panel_);
-    columna->addWidget(traza("txtDemandaLecturaEscritura", tr("Lecturas y escrituras pedidas"),
-                             vista_.txtDemandaLecturaEscritura),
-                       1);
+    columna->addWidget(
+        traza(tr("Lecturas y escrituras pedidas"), vista_.txtDemandaLecturaEscritura), 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);
@@ -262,16 +249,16 @@ void Form1::refrescar() {
 }
 
 void Form1::refrescarCabeza() {
-    poner(Label1_, enQt(vista_.Label1.texto()));
-    poner(Label10_, enQt(vista_.Label10.texto()));
-    poner(lblProyecto_, enQt(vista_.lblProyecto.texto()));
-    poner(lblCantidadDePuntos_, enQt(vista_.lblCantidadDePuntos.texto()));
+    Label1_->setText(enQt(vista_.Label1.texto()));
+    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDelGuion)));
+    lblProyecto_->setText(enQt(vista_.lblProyecto.texto()));
+    lblCantidadDePuntos_->setText(enQt(vista_.lblCantidadDePuntos.texto()));
     const Color color = vista_.lblEstadoScript.color();
-    if (color == Color::Ninguno) return poner(lblEstadoScript_, tr("○ Guion sin correr"));
+    if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
     const bool bien = color == Color::Verde;
     const QColor pintura =
         bien ? QColor(0x2E, 0x9E, 0x44) : colorDeEstado(EstadoDeFila::Mal, palette());
-    poner(lblEstadoScript_, bien ? tr("● Guion OK") : tr("✖ Guion con error"));
+    lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
     if (lblEstadoScript_->palette().color(QPalette::WindowText) == pintura) return;
     QPalette paleta = palette();
     paleta.setColor(QPalette::WindowText, pintura);
@@ -283,7 +270,10 @@ void Form1::MnuScript() {
     alFrente(*guion_);
 }
 
-void Form1::MnuAbout() { alFrente(*hacer<FrmAbout>(this, enQt(partes_.version))); }
+void Form1::MnuAbout() {
+    if (acerca_ == nullptr) acerca_ = hacer<FrmAbout>(this, enQt(partes_.version));
+    alFrente(*acerca_);
+}
 
 void Form1::BtnConfig() {
     if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(this);
@@ -316,6 +306,10 @@ void Form1::preguntarScan(std::uint32_t fila) {
 
 void Form1::guardar(const QString& ruta, const QString& texto) {
     mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+}
+
+void Form1::agrandar() {
+    if (compacta_) btnTamanioFormulario();
 }
 
 void Form1::btnTamanioFormulario() {

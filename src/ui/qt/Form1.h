@@ -13,7 +13,6 @@
 
 class QAction;
 class QLabel;
-class QSplitter;
 class QTabWidget;
 class QTimer;
 
@@ -22,6 +21,7 @@ namespace kv {
 class BarraDeEstado;
 class CajaDeTraza;
 class Fichas;
+class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
@@ -50,7 +50,6 @@ class Form1 final : public QMainWindow {
 
     /// Shows what changed since the last time; called ten times a second while the window is shown.
     void refrescar();
-    [[nodiscard]] bool salirPermitido() const { return salirPermitido_; }
 
   protected:
     void showEvent(QShowEvent* suceso) override;
@@ -66,7 +65,7 @@ class Form1 final : public QMainWindow {
     QWidget* armarTrazas();
     QWidget* armarOrdenes();
     void conectarListas();
-    CajaDeTraza* traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja);
+    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
     void seguir(bool seguir);
     void refrescarCabeza();
     void MnuScript();
@@ -77,6 +76,7 @@ class Form1 final : public QMainWindow {
     void preguntarScan(std::uint32_t fila);
     void guardar(const QString& ruta, const QString& texto);
     void btnTamanioFormulario();
+    void agrandar();
 
     PartesDeVentana partes_;
     Vista& vista_;
@@ -85,6 +85,7 @@ class Form1 final : public QMainWindow {
     QPointer<FrmEscritura> escritura_;
     QPointer<FrmScript> guion_;
     QPointer<FrmPuertos> puertos_;
+    QPointer<FrmAbout> acerca_;
     bool salirPermitido_ = false;
     bool compacta_ = false;
     unsigned vueltas_ = 0;

@@ -128,7 +128,9 @@ void TablaDeLista::seguir(bool seguir) {
 void TablaDeLista::refrescar() {
     const int desde = tabla_->rowAt(0);
     const int hasta = tabla_->rowAt(tabla_->viewport()->height() - 1);
+    tabla_->setAutoScroll(false); // rows come and go by themselves: what is in sight stays there
     modelo_->actualizar(desde, hasta < 0 ? modelo_->rowCount() : hasta);
+    tabla_->setAutoScroll(true);
     contar();
 }
 
@@ -150,9 +152,8 @@ void TablaDeLista::enfocarFiltro() {
 void TablaDeLista::contar() {
     const auto todas = static_cast<int>(modelo_->total());
     const int vistas = modelo_->rowCount();
-    const QString texto =
-        vistas == todas ? QString::number(todas) : tr("%1 de %2").arg(vistas).arg(todas);
-    if (cuenta_->text() != texto) cuenta_->setText(texto);
+    cuenta_->setText(vistas == todas ? QString::number(todas)
+                                     : tr("%1 de %2").arg(vistas).arg(todas));
 }
 
 void TablaDeLista::activar(int fila) {
