@@ -392,6 +392,21 @@ TEST_F(Principal, SoloElApagadoConfirmadoLaCierra) {
     EXPECT_FALSE(form.isVisible());
 }
 
+TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
+    arrancar();
+    menu("MnuScript");
+    auto* guion = form.findChild<FrmScript*>();
+    QTest::keyClicks(&hallar<QPlainTextEdit>(*guion, "TextCodigo"), "a");
+    menu("MnuShutdown");
+    ASSERT_NE(mensajeSobre(*guion), nullptr);
+    responder(*guion, "Cerrar sin guardar");
+    EXPECT_TRUE(llega([this] { return form.findChild<FrmScript*>() == nullptr; }));
+    menu("MnuShutdown");
+    EXPECT_EQ(mensajeSobre(form)->text(), "Desea Salir?");
+    responder(form, enQt("Sí"));
+    EXPECT_EQ(apagados, 1);
+}
+
 TEST_F(Principal, LosMenusAbrenLasOtrasVentanasUnaVez) {
     arrancar();
     for (int i = 0; i < 2; ++i) {

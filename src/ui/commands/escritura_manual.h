@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,9 +13,10 @@ class OrdenDeEscribir {
 };
 
 /// The manual write dialog without its window: four texts, sixteen bits and what its buttons do.
+/// Bits count from 0, the lowest.
 class EscrituraManual {
   public:
-    std::string txtPuerto;
+    std::string txtPuerto; ///< this and the next two: parts of the address, as typed
     std::string TxtPlc;
     std::string TxtDireccion;
 

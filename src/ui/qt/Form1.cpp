@@ -79,53 +79,47 @@ Form1::Form1(const PartesDeVentana& partes)
 
 Form1::~Form1() { seguir(false); }
 
-QAction* Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
-                        const std::function<void()>& orden) {
+void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
+                    const QKeySequence& teclas, const std::function<void()>& orden) {
     auto* accion = control<QAction>(nombre, texto, this);
+    accion->setShortcut(teclas);
     menu->addAction(accion);
     connect(accion, &QAction::triggered, this, orden);
-    return accion;
 }
 
 void Form1::armarMenu() {
     auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
     menuBar()->addMenu(driver);
-    entrada(driver, "MnuServer", tr("&Servidor de clientes"), [this] { operador_.MnuServer(); });
-    entrada(driver, "MnuScript", tr("&Guion…"), [this] {
-        MnuScript();
-    })->setShortcut(Qt::CTRL | Qt::Key_G);
-    entrada(driver, "MnuAbout", tr("&Acerca de…"), [this] { MnuAbout(); });
+    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
+            [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
     driver->addSeparator();
-    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), [this] {
-        operador_.MnuOcultar();
-    })->setShortcut(Qt::CTRL | Qt::Key_H);
-    entrada(driver, "MnuShutdown", tr("Sa&lir…"), [this] {
-        MnuShutdown();
-    })->setShortcut(Qt::CTRL | Qt::Key_Q);
+    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
+            [this] { operador_.MnuOcultar(); });
+    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
 
     auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
     menuBar()->addMenu(ir);
-    const auto lista = [this](TablaDeLista* tabla) {
-        if (tabla == sockets_) agrandar();
-        if (tabla != sockets_) listas_->setCurrentWidget(tabla);
+    const auto enLista = [this](TablaDeLista* tabla) {
+        listas_->setCurrentWidget(tabla);
         tabla->enfocar();
     };
-    entrada(ir, "MnuIrVariables", tr("&Variables"), [=, this] {
-        lista(variables_);
-    })->setShortcut(Qt::CTRL | Qt::Key_1);
-    entrada(ir, "MnuIrBloques", tr("&Bloques"), [=, this] {
-        lista(bloques_);
-    })->setShortcut(Qt::CTRL | Qt::Key_2);
-    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), [=, this] {
-        lista(sockets_);
-    })->setShortcut(Qt::CTRL | Qt::Key_3);
-    entrada(ir, "MnuIrFiltro", tr("&Filtro"), [this] {
+    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
+            [=, this] { enLista(variables_); });
+    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
+            [=, this] { enLista(bloques_); });
+    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
+        agrandar();
+        sockets_->enfocar();
+    });
+    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
         (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
-    })->setShortcut(QKeySequence::Find);
-    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), [this] {
+    });
+    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
         agrandar();
         panel_->irABuscar();
-    })->setShortcut(Qt::CTRL | Qt::Key_B);
+    });
 }
 
 QWidget* Form1::armarCabeza() {
@@ -281,6 +275,11 @@ void Form1::BtnConfig() {
 }
 
 void Form1::MnuShutdown() {
+    if (guion_ != nullptr && guion_->isWindowModified()) {
+        alFrente(*guion_);
+        guion_->close(); // it asks what becomes of its changes; the way out is free after that
+        return;
+    }
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
         partes_.alApagar();

@@ -11,8 +11,9 @@
 #include <string>
 #include <vector>
 
-class QAction;
+class QKeySequence;
 class QLabel;
+class QMenu;
 class QTabWidget;
 class QTimer;
 
@@ -58,8 +59,9 @@ class Form1 final : public QMainWindow {
 
   private:
     void armarMenu();
-    QAction* entrada(class QMenu* menu, const char* nombre, const QString& texto,
-                     const std::function<void()>& orden);
+    /// A line of a menu; `teclas` may be empty.
+    void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
+                 const std::function<void()>& orden);
     QWidget* armarCabeza();
     QWidget* armarListas();
     QWidget* armarTrazas();
