@@ -462,9 +462,14 @@ TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
         llano.setFont(visto.font());
         EXPECT_EQ(visto.sizeHint().width(), llano.sizeHint().width()) << etiqueta->nombre();
     }
-    vista.Label10.poner(std::string(1U << 20, 'x'));
+    const int antes = variables().height();
+    vista.Label10.poner(std::string(1U << 20, 'x') + std::string(100, '\n'));
     form.refrescar();
     EXPECT_LE(rotulo("Label10").size(), 1000) << "a script may say more than a line has room for";
+    vista.Label10.poner(std::string(900, '\n'));
+    form.refrescar();
+    QCoreApplication::processEvents();
+    EXPECT_GT(variables().height(), antes / 2) << "the lists keep their room";
 }
 
 TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {

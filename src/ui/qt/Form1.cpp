@@ -30,7 +30,8 @@ constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
-constexpr std::size_t kMaximoDelGuion = 1000; // bytes: a script's text has no end of its own
+constexpr int kLineasDelGuion = 3;
+constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
 
 } // namespace
 
@@ -132,6 +133,9 @@ QWidget* Form1::armarCabeza() {
     lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
     lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
     Label10_->setToolTip(tr("Texto del guion"));
+    // However long it is, it takes the room that is left and not that of the lists.
+    Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    Label10_->setMaximumHeight(kLineasDelGuion * fontMetrics().lineSpacing());
     QFont negrita = lblProyecto_->font();
     negrita.setBold(true);
     lblProyecto_->setFont(negrita);
@@ -244,7 +248,7 @@ void Form1::refrescar() {
 
 void Form1::refrescarCabeza() {
     Label1_->setText(enQt(vista_.Label1.texto()));
-    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDelGuion)));
+    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
     lblProyecto_->setText(enQt(vista_.lblProyecto.texto()));
     lblCantidadDePuntos_->setText(enQt(vista_.lblCantidadDePuntos.texto()));
     const Color color = vista_.lblEstadoScript.color();
