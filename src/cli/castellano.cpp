@@ -27,7 +27,8 @@ void ponerEnCastellano(CLI::App& app) {
                                              {"SUBCOMMAND", "ORDEN"},
                                              {"SUBCOMMANDS", "ORDENES"},
                                              {"Positionals", "Argumentos"},
-                                             {"REQUIRED", "OBLIGATORIO"}})
+                                             {"REQUIRED", "OBLIGATORIO"},
+                                             {"TEXT", "TEXTO"}})
         app.get_formatter()->label(ingles, castellano);
     app.get_formatter()->column_width(36);
 }

@@ -107,7 +107,7 @@ void LectorDeDriver::seccionesQueFaltan(std::uint32_t desde, std::uint32_t hasta
     const SeccionDePuerto vacia;
     for (std::uint32_t n = desde; n <= hasta; ++n) {
         listas_.puertos.push_back(puerto(n, vacia));
-        listas_.lineasDePuertos.push_back(static_cast<std::uint32_t>(linea));
+        listas_.lineasDePuertos.push_back({static_cast<std::uint32_t>(linea)});
     }
     std::string cuales = "[PUERTO" + std::to_string(desde) + "]";
     if (hasta != desde) cuales += " a [PUERTO" + std::to_string(hasta) + "]";
@@ -144,9 +144,15 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
 
 void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
     const Puerto p = puerto(ordinal, s);
-    const DatoIni& numero = s.propios[static_cast<std::size_t>(CampoDePuerto::Numero)];
+    const auto lineaDe = [&s](CampoDePuerto c) {
+        const DatoIni& d = s.propios[static_cast<std::size_t>(c)];
+        return d.linea != 0 ? d.linea : s.linea;
+    };
     listas_.puertos.push_back(p);
-    listas_.lineasDePuertos.push_back(numero.linea != 0 ? numero.linea : s.linea);
+    listas_.lineasDePuertos.push_back(
+        {lineaDe(CampoDePuerto::Numero), lineaDe(CampoDePuerto::TiempoFuera),
+         lineaDe(CampoDePuerto::Reintentos), lineaDe(CampoDePuerto::SegReconeccion),
+         lineaDe(CampoDePuerto::Scan)});
     puertoActual_ = puertoDeRegistros(p.numero);
     entradas<kCamposDeEsclavo.size()>(
         s, CampoDePuerto::CantEsclavos, s.esclavos, "Esclavo", esclavosLeidos_,

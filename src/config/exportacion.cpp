@@ -235,7 +235,7 @@ void LectorDeExportacion::puerto() {
     p.tipoPlcPorDefecto = r.numero(CampoDePuerto::Tipo);
     puertoActual_ = puertoDeRegistros(p.numero);
     listas_.puertos.push_back(p);
-    listas_.lineasDePuertos.push_back(lineaActual());
+    listas_.lineasDePuertos.push_back({lineaActual()});
 }
 
 void LectorDeExportacion::esclavos() {

@@ -10,6 +10,16 @@
 
 namespace kv {
 
+/// The lines of the file on which a port's settings stand; those that the file leaves out count as
+/// standing where the record does.
+struct LineasDePuerto {
+    std::uint32_t numero;
+    std::uint32_t tiempoFuera = numero;
+    std::uint32_t reintentosMax = numero;
+    std::uint32_t segReconeccion = numero;
+    std::uint32_t scanPorDefecto = numero;
+};
+
 /// The configuration as it was read, before anything is built from it, and beside every record the
 /// line of the file that it begins on.
 struct ListasDeConfiguracion {
@@ -17,7 +27,7 @@ struct ListasDeConfiguracion {
     std::vector<Puerto> puertos;
     std::vector<Estacion> estaciones;
     std::vector<ConfiguracionDeBloque> bloques;
-    std::vector<std::uint32_t> lineasDePuertos;
+    std::vector<LineasDePuerto> lineasDePuertos;
     std::vector<std::uint32_t> lineasDeEstaciones;
     std::vector<std::uint32_t> lineasDeBloques;
 };

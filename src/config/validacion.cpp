@@ -44,7 +44,7 @@ class Validador {
     }
     void puertos();
     Suerte puerto(const Puerto& p, std::size_t linea);
-    void corregirTiempos(Puerto& p, std::size_t linea);
+    void corregirTiempos(Puerto& p, const LineasDePuerto& lineas);
     void estaciones();
     Suerte estacion(std::size_t i);
     std::size_t conexionDe(const Estacion& e);
@@ -74,11 +74,11 @@ class Validador {
 
 void Validador::puertos() {
     for (std::size_t i = 0; i < listas_.puertos.size(); ++i) {
-        const std::size_t linea = listas_.lineasDePuertos[i];
-        const Suerte suerte = puerto(listas_.puertos[i], linea);
+        const LineasDePuerto& lineas = listas_.lineasDePuertos[i];
+        const Suerte suerte = puerto(listas_.puertos[i], lineas.numero);
         v_.puertos.push_back(suerte);
         if (suerte == Suerte::NoConstruir) continue;
-        corregirTiempos(listas_.puertos[i], linea);
+        corregirTiempos(listas_.puertos[i], lineas);
         ++puertosConstruidos_;
     }
 }
@@ -104,8 +104,9 @@ Suerte Validador::puerto(const Puerto& p, std::size_t linea) {
     return Suerte::Construir;
 }
 
-void Validador::corregirTiempos(Puerto& p, std::size_t linea) {
-    const auto corregir = [&](double& valor, bool sirve, const char* que, double porDefecto) {
+void Validador::corregirTiempos(Puerto& p, const LineasDePuerto& lineas) {
+    const auto corregir = [&](double& valor, bool sirve, std::size_t linea, const char* que,
+                              double porDefecto) {
         if (sirve) return;
         problema(linea,
                  "el puerto " + textoDeNumero(p.numero) + " tiene " + que + " " +
@@ -116,14 +117,14 @@ void Validador::corregirTiempos(Puerto& p, std::size_t linea) {
     const auto duracion = [](double s, double maximo) {
         return s >= kMinimoDeTimer && s <= maximo;
     };
-    corregir(p.tiempoFuera, duracion(p.tiempoFuera, 3600), "TIME_OUT", 5);
+    corregir(p.tiempoFuera, duracion(p.tiempoFuera, 3600), lineas.tiempoFuera, "TIME_OUT", 5);
     corregir(p.reintentosMax,
              p.reintentosMax >= 0 && p.reintentosMax <= 1000 && entero(p.reintentosMax),
-             "REINTENTOS_MAX", 3);
-    corregir(p.segReconeccion, duracion(p.segReconeccion, kAnioEnSegundos),
+             lineas.reintentosMax, "REINTENTOS_MAX", 3);
+    corregir(p.segReconeccion, duracion(p.segReconeccion, kAnioEnSegundos), lineas.segReconeccion,
              "segundos de reconexión", 30);
     corregir(p.scanPorDefecto, p.scanPorDefecto == 0 || duracion(p.scanPorDefecto, kAnioEnSegundos),
-             "DEFAULT_SCAN_TIME", 5);
+             lineas.scanPorDefecto, "DEFAULT_SCAN_TIME", 5);
 }
 
 void Validador::estaciones() {

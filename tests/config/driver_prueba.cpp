@@ -50,6 +50,10 @@ TEST(Driver, EjemploCompleto) {
     EXPECT_EQ(p.tiempoFuera, 7);
     EXPECT_EQ(p.tipoPlcPorDefecto, 8);
     EXPECT_EQ(p.segReconeccion, 40);
+    const LineasDePuerto& l = listas.lineasDePuertos[0];
+    EXPECT_EQ(
+        std::tuple(l.numero, l.scanPorDefecto, l.reintentosMax, l.tiempoFuera, l.segReconeccion),
+        std::tuple(4, 5, 7, 8, 10));
     ASSERT_EQ(listas.estaciones.size(), 1U);
     const Estacion& e = listas.estaciones[0];
     EXPECT_EQ(std::tuple(e.numero, e.indice, e.digitos, e.puerto), std::tuple(3, 2, 4, 1));

@@ -13,7 +13,7 @@ struct Planta {
 
     Planta& puerto(double numero, double tiempoFuera = 5) {
         listas.puertos.push_back({numero, tiempoFuera, 5, 3, 30, 5, true});
-        listas.lineasDePuertos.push_back(static_cast<std::uint32_t>(listas.puertos.size()));
+        listas.lineasDePuertos.push_back({static_cast<std::uint32_t>(listas.puertos.size())});
         return *this;
     }
     Planta& estacion(int puerto, int numero, int indice, std::string ip = "10.0.0.1",
@@ -75,6 +75,7 @@ TEST(Validacion, TiemposDeUnPuertoQuePararianUnTemporizador) {
     p.listas.puertos[1].reintentosMax = -1;
     p.listas.puertos[1].segReconeccion = 0;
     p.listas.puertos[1].scanPorDefecto = -5;
+    p.listas.lineasDePuertos[1] = {2, 21, 22, 23, 24};
     EXPECT_EQ(p.suertes(), "sss   ");
     EXPECT_EQ(p.listas.puertos[0].tiempoFuera, 5);
     const Puerto& dos = p.listas.puertos[1];
@@ -82,7 +83,10 @@ TEST(Validacion, TiemposDeUnPuertoQuePararianUnTemporizador) {
         std::tuple(dos.tiempoFuera, dos.reintentosMax, dos.segReconeccion, dos.scanPorDefecto),
         std::tuple(5, 3, 30, 5));
     EXPECT_EQ(p.listas.puertos[2].tiempoFuera, 0.5);
-    EXPECT_EQ(p.problemas.lista().size(), 5U);
+    std::string lineas;
+    for (const Problema& problema : p.problemas.lista())
+        lineas += std::to_string(problema.linea) + " ";
+    EXPECT_EQ(lineas, "1 21 22 23 24 ") << "each where its own setting stands";
 }
 
 TEST(Validacion, EstacionesQueCompartenDireccion) {

@@ -73,8 +73,14 @@ TEST_F(Ejecutor, ComprobarNoEjecuta) {
 }
 
 TEST_F(Ejecutor, LaLineaDeOrdenes) {
-    EXPECT_EQ(correr("").codigo, 2);
-    EXPECT_EQ(correr("--idioma fr x.vbs").codigo, 2);
+    for (const auto& [argumentos, que] :
+         {std::pair{"", "falta la orden o alguno de sus argumentos"},
+          {"--idioma fr x.vbs", "--idioma: debe ser es-AR o en-US"},
+          {"x.vbs --nada", "argumento desconocido: --nada"}}) {
+        const auto r = correr(argumentos);
+        EXPECT_EQ(r.codigo, 2);
+        EXPECT_EQ(r.texto, std::string("GuionKV2200: ") + que + "\nVea GuionKV2200 --help\n");
+    }
     EXPECT_EQ(correr("--ayuda").codigo, 0);
     EXPECT_EQ(correr((carpeta_ / "no_hay.vbs").string()).codigo, 1);
 }

@@ -14,8 +14,6 @@
 #include <QLineEdit>
 #include <QTreeWidget>
 
-#include <map>
-
 namespace kv {
 namespace {
 

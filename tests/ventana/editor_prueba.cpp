@@ -148,6 +148,12 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     p.archivos.poner(kGuion, "x = 1 / 0");
     p.avanzar(2000);
     EXPECT_FALSE(editor.fallaDeLaCorrida().has_value()) << "that was another text's failure";
+    clic(*ventana, "BtnRecargar");
+    p.avanzar(2000);
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 1; }));
+    p.archivos.poner(kGuion, "x = 2");
+    clic(*ventana, "BtnRecargar");
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "what was read anew has not run yet";
 }
 
 TEST_F(Editor, LaMarcaSeVaCuandoElMismoTextoCorreBien) {

@@ -20,6 +20,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTranslator>
@@ -78,15 +79,16 @@ class Principal : public testing::Test {
         return tabla.model()->index(fila, columna).data().toString();
     }
     static void dobleClic(QTableView& tabla, int fila) {
-        const QPoint lugar = tabla.visualRect(tabla.model()->index(fila, 1)).center();
+        dobleClic(tabla, tabla.visualRect(tabla.model()->index(fila, 1)).center());
+    }
+    static void dobleClic(QTableView& tabla, const QPoint& lugar) {
         QTest::mouseClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
         QTest::mouseDClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
+        QTest::mouseRelease(tabla.viewport(), Qt::LeftButton, {}, lugar);
     }
-    /// A click on the check box of a row.
-    static void tildar(QTableView& tabla, int fila) {
+    [[nodiscard]] static QPoint tilde(const QTableView& tabla, int fila) {
         const QRect todo = tabla.visualRect(tabla.model()->index(fila, 0));
-        QTest::mouseClick(tabla.viewport(), Qt::LeftButton, {},
-                          QPoint(todo.left() + 10, todo.center().y()));
+        return {todo.left() + 10, todo.center().y()};
     }
     void menu(const char* accion) { hallarAccion(accion).trigger(); }
     [[nodiscard]] QAction& hallarAccion(const char* accion) {
@@ -182,6 +184,28 @@ TEST_F(Principal, FiltraMientrasSeEscribeYOrdenaComoSeEspera) {
     EXPECT_EQ(celda(tabla, 0, 0), "1.1.10");
 }
 
+TEST(TablaDeLista, LoQueSeVeNoSaltaCuandoUnaFilaDejaElFiltro) {
+    Lista lista("lstViewVariables");
+    lista.ponerColumnas(Vista().lstViewVariables.columnas());
+    for (int i = 0; i < 300; ++i)
+        lista.poner(lista.agregar("1.1." + std::to_string(i)), 2, "OK");
+    TablaDeLista tabla(lista, formaDeVariables(), "Variables", nullptr);
+    tabla.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tabla));
+    tabla.seguir(true);
+    QTest::keyClicks(&hallar<QLineEdit>(tabla, "txtFiltro_lstViewVariables"), "ok");
+    tabla.elegir(0);
+    auto& filas = hallar<QTableView>(tabla, "lstViewVariables");
+    filas.scrollToBottom();
+    const int abajo = filas.verticalScrollBar()->value();
+    ASSERT_GT(abajo, 1);
+    lista.poner(299, 2, "BAD");
+    tabla.refrescar();
+    EXPECT_EQ(filas.model()->rowCount(), 299);
+    EXPECT_GE(filas.verticalScrollBar()->value(), abajo - 1);
+    EXPECT_EQ(filas.currentIndex().row(), 0);
+}
+
 TEST_F(Principal, FuerzaLecturasYNiveles) {
     arrancar();
     escribir("TxtDireccion", "1.1.10");
@@ -262,7 +286,7 @@ TEST_F(Principal, EnviaLosParesEnSuOrden) {
 
 TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     arrancar();
-    tildar(variables(), 0);
+    QTest::mouseClick(variables().viewport(), Qt::LeftButton, {}, tilde(variables(), 0));
     EXPECT_FALSE(p.bloque(0).activo);
     EXPECT_FALSE(p.motor.vista.lstViewEstadoDeBloques.tildada(0)) << "both lists follow";
     EXPECT_EQ(variables().model()->index(0, 0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
@@ -270,6 +294,8 @@ TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     QTest::keyClick(&bloques(), Qt::Key_Space);
     EXPECT_TRUE(p.bloque(0).activo);
     EXPECT_TRUE(p.motor.vista.lstViewVariables.tildada(0));
+    dobleClic(variables(), tilde(variables(), 0));
+    EXPECT_EQ(form.findChild<FrmEscritura*>(), nullptr) << "a double click there opens nothing";
 }
 
 TEST_F(Principal, ElDobleClicAbreLaEscrituraManualOSeNiega) {
@@ -366,17 +392,32 @@ TEST_F(Principal, SoloElApagadoConfirmadoLaCierra) {
     EXPECT_FALSE(form.isVisible());
 }
 
+TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
+    arrancar();
+    menu("MnuScript");
+    auto* guion = form.findChild<FrmScript*>();
+    QTest::keyClicks(&hallar<QPlainTextEdit>(*guion, "TextCodigo"), "a");
+    menu("MnuShutdown");
+    ASSERT_NE(mensajeSobre(*guion), nullptr);
+    responder(*guion, "Cerrar sin guardar");
+    EXPECT_TRUE(llega([this] { return form.findChild<FrmScript*>() == nullptr; }));
+    menu("MnuShutdown");
+    EXPECT_EQ(mensajeSobre(form)->text(), "Desea Salir?");
+    responder(form, enQt("Sí"));
+    EXPECT_EQ(apagados, 1);
+}
+
 TEST_F(Principal, LosMenusAbrenLasOtrasVentanasUnaVez) {
     arrancar();
     for (int i = 0; i < 2; ++i) {
         clic(form, "BtnConfig");
         menu("MnuScript");
+        menu("MnuAbout");
     }
     EXPECT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
     EXPECT_EQ(form.findChildren<FrmScript*>().size(), 1);
-    menu("MnuAbout");
+    ASSERT_EQ(form.findChildren<QDialog*>("FrmAbout").size(), 1);
     const auto* acerca = form.findChild<QDialog*>("FrmAbout");
-    ASSERT_NE(acerca, nullptr);
     EXPECT_EQ(acerca->windowTitle(), "Driver KV2200v1 - About");
     EXPECT_EQ(acerca->windowIcon().cacheKey(), form.windowIcon().cacheKey());
 }
@@ -406,6 +447,29 @@ TEST_F(Principal, MensajesDelMotorSinRepetirNiAmontonarse) {
         p.motor.vista.mostrarMensaje("mensaje " + std::to_string(i));
     EXPECT_LE(mensajero.abiertos(), 8);
     EXPECT_EQ(salida.mensajes.size(), 103U) << "all of them are printed";
+}
+
+TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
+    arrancar();
+    Vista& vista = p.motor.vista;
+    const QString marcas = "<b>uno</b><br>dos";
+    for (Etiqueta* etiqueta : {&vista.Label10, &vista.lblProyecto, &vista.lblResultadoBusqueda}) {
+        etiqueta->poner(deQt(marcas));
+        form.refrescar();
+        const auto& visto = hallar<QLabel>(form, enQt(etiqueta->nombre()));
+        QLabel llano(marcas);
+        llano.setTextFormat(Qt::PlainText);
+        llano.setFont(visto.font());
+        EXPECT_EQ(visto.sizeHint().width(), llano.sizeHint().width()) << etiqueta->nombre();
+    }
+    const int antes = variables().height();
+    vista.Label10.poner(std::string(1U << 20, 'x') + std::string(100, '\n'));
+    form.refrescar();
+    EXPECT_LE(rotulo("Label10").size(), 1000) << "a script may say more than a line has room for";
+    vista.Label10.poner(std::string(900, '\n'));
+    form.refrescar();
+    QCoreApplication::processEvents();
+    EXPECT_GT(variables().height(), antes / 2) << "the lists keep their room";
 }
 
 TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {

@@ -32,7 +32,7 @@ class Traza : public testing::Test {
         QTest::mouseClick(&hallar<QToolButton>(caja, nombre), Qt::LeftButton);
     }
     Vista vista;
-    CajaDeTraza caja{"txtTramas", "Tramas", [this] { return &vista.txtTramas; }, nullptr};
+    CajaDeTraza caja{vista.txtTramas, "Tramas", nullptr};
     QPlainTextEdit& texto{hallar<QPlainTextEdit>(caja, "txtTramas")};
 };
 
@@ -107,6 +107,34 @@ TEST_F(ConFichas, LaUltimaNuncaQuedaElegida) {
     fichas.refrescar();
     EXPECT_EQ(fichas.alFrente(), -1);
     EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "");
+}
+
+TEST_F(ConFichas, UnaCajaEnElLugarDeOtraNoSeTomaPorElla) {
+    const auto empezar = [this](const char* texto) {
+        vista.txtTimer.vaciar();
+        for (std::size_t i = 0; i < 2; ++i)
+            vista.txtTimer.usar(i, std::to_string(i + 1));
+        vista.txtTimer[1].agregar(texto);
+        fichas.refrescar();
+    };
+    empezar("de antes");
+    clicEnFicha(1);
+    empezar("de ahora");
+    EXPECT_EQ(fichas.alFrente(), 1);
+    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "de ahora");
+}
+
+TEST(Lista, SeBuscaLaPrimeraFilaYUnNuloNoDivideUnTexto) {
+    Lista lista("lstViewVariables", true);
+    for (const char* texto : {"1.1.10", "1.1.11", "1.1.11"})
+        lista.agregar(texto);
+    EXPECT_EQ(lista.buscar("1.1.11"), 1);
+    EXPECT_EQ(lista.buscar("1.1.12"), -1);
+    const std::uint32_t fila = lista.agregar(std::string_view("1.1.1\0F", 7));
+    lista.poner(fila, 1, "5");
+    EXPECT_EQ(lista.texto(fila, 0), "1.1.1 F");
+    EXPECT_EQ(lista.texto(fila, 1), "5");
+    EXPECT_EQ(lista.buscar("1.1.1 F"), fila);
 }
 
 TEST(Orden, ComoLoEsperaQuienLee) {

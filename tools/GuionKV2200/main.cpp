@@ -1,6 +1,7 @@
 #include "archivo.h"
 #include "objetos.h"
 
+#include "cli/castellano.h"
 #include "script/vbscript/engine.h"
 
 #include <CLI/CLI.hpp>
@@ -58,32 +59,28 @@ void informar(const std::string& archivo, const vbscript::ScriptError& e) {
 } // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("Ejecuta un guion de planta en el escritorio, sin el controlador.");
-    app.set_help_flag("-h,--ayuda", "Muestra esta ayuda y termina");
-    const auto formato = std::dynamic_pointer_cast<CLI::Formatter>(app.get_formatter());
-    for (const auto& [ingles, propio] : {std::pair("Usage", "Uso"),
-                                         {"OPTIONS", "OPCIONES"},
-                                         {"Positionals", "Argumentos"},
-                                         {"Options", "Opciones"},
-                                         {"REQUIRED", "(obligatorio)"},
-                                         {"TEXT", "TEXTO"}}) {
-        formato->label(ingles, propio);
-    }
-    app.failure_message([](const CLI::App*, const CLI::Error& e) {
-        return std::string("No se entiende la línea de órdenes (") + e.what() + "). Vea --ayuda.\n";
-    });
+    CLI::App app("Ejecuta un guion de planta en el escritorio, sin el driver.", "GuionKV2200");
     bool comprobar = false;
     std::string idioma = "es-AR";
     std::string archivo;
+    kv::ponerEnCastellano(app);
+    app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina");
     app.add_flag("--comprobar", comprobar, "Solo comprueba que el guion está bien escrito");
-    app.add_option("--idioma", idioma, "Cómo se escriben números y fechas")
-        ->check(CLI::IsMember({"es-AR", "en-US"}))
-        ->capture_default_str();
-    app.add_option("FILE", archivo, "El guion (Windows-1252 o UTF-8)")->required();
+    app.add_option("--idioma", idioma,
+                   "Cómo se escriben números y fechas: es-AR (si no se da) o en-US")
+        ->type_name("PAIS")
+        ->check([](const std::string& pais) {
+            return pais == "es-AR" || pais == "en-US" ? "" : std::string("debe ser es-AR o en-US");
+        });
+    app.add_option("ARCHIVO", archivo, "El guion (Windows-1252 o UTF-8)")->required();
     try {
         app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        std::cout << app.help();
+        return 0;
     } catch (const CLI::ParseError& e) {
-        return app.exit(e) == 0 ? 0 : 2;
+        std::cerr << "GuionKV2200: " << kv::enCastellano(e) << "\nVea GuionKV2200 --help\n";
+        return 2;
     }
     const auto texto = leerGuion(archivo);
     if (!texto) {

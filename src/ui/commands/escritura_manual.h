@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace kv {
 
-/// Where writes by hand go; true arguments of a write request, said in the operator's box.
+/// Takes writes that were asked for by hand; how each ends is told in the operator's box.
 class OrdenDeEscribir {
   public:
     virtual ~OrdenDeEscribir() = default;
@@ -14,9 +13,10 @@ class OrdenDeEscribir {
 };
 
 /// The manual write dialog without its window: four texts, sixteen bits and what its buttons do.
+/// Bits count from 0, the lowest.
 class EscrituraManual {
   public:
-    std::string txtPuerto;
+    std::string txtPuerto; ///< this and the next two: parts of the address, as typed
     std::string TxtPlc;
     std::string TxtDireccion;
 

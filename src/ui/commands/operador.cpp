@@ -56,9 +56,15 @@ std::optional<std::string> direccionSiguiente(std::string_view direccion) {
 }
 
 void Operador::hacer(const Orden& orden) {
-    if (registro_ != nullptr) registro_->empieza(textoDeOrden(orden));
-    cumplir(orden);
-    if (registro_ != nullptr) registro_->termina();
+    if (registro_ == nullptr) return cumplir(orden);
+    registro_->empieza(textoDeOrden(orden));
+    try {
+        cumplir(orden);
+    } catch (...) {
+        registro_->termina();
+        throw;
+    }
+    registro_->termina();
 }
 
 void Operador::cumplir(const Orden& orden) {

@@ -73,12 +73,16 @@ class Operador final : public OrdenDeEscribir {
     /// Carries out an order, recorded or not.
     void hacer(const Orden& orden);
 
+    /// Asks for a reading of this address now; blanks around it do not matter.
     void forzarLectura(std::string_view direccion);
+    /// Asks for `veces` readings of every block of a level: whole numbers of 16 bits. 0 switches
+    /// the level on, -1 off.
     [[nodiscard]] Aviso forzarPorNivel(std::string_view nivel, std::string_view veces);
     /// Selects the first variable of exactly this address, and tells in `lblResultadoBusqueda` what
     /// it is. Its row, or -1.
     std::int64_t buscarDireccion(std::string_view direccion);
 
+    /// What is no number is not written.
     [[nodiscard]] Aviso escribirValor(std::string_view direccion, std::string_view valor);
     /// `direccion` becomes the next one, and `valor` is written there.
     [[nodiscard]] Aviso escribirOtraDireccion(std::string& direccion, std::string_view valor);

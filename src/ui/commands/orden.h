@@ -30,7 +30,7 @@ struct Orden {
 /// Nothing for a text that is none.
 [[nodiscard]] std::optional<Orden> ordenDeTexto(std::string_view texto);
 
-/// Told of every order right before it is carried out, and right after.
+/// Told of every order right before it is carried out, and right after, also when it failed.
 class RegistroDeOrdenes {
   public:
     virtual ~RegistroDeOrdenes() = default;

@@ -30,26 +30,17 @@ constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
-
-void poner(QLabel* rotulo, const QString& texto) {
-    if (rotulo->text() != texto) rotulo->setText(texto);
-}
-
-void alFrente(QWidget& ventana) {
-    ventana.show();
-    ventana.raise();
-    ventana.activateWindow();
-}
+constexpr int kLineasDelGuion = 3;
+constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
 
 } // namespace
 
 Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
-      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
-      Label1_(control<QLabel>("Label1", this)), Label10_(control<QLabel>("Label10", this)),
-      lblProyecto_(control<QLabel>("lblProyecto", this)),
-      lblCantidadDePuntos_(control<QLabel>("lblCantidadDePuntos", this)),
-      lblEstadoScript_(control<QLabel>("lblEstadoScript", this)),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)), Label1_(rotulo("Label1", this)),
+      Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
+      lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
+      lblEstadoScript_(rotulo("lblEstadoScript", this)),
       sockets_(
           hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
       variables_(
@@ -89,52 +80,47 @@ Form1::Form1(const PartesDeVentana& partes)
 
 Form1::~Form1() { seguir(false); }
 
-QAction* Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
-                        const std::function<void()>& orden) {
+void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
+                    const QKeySequence& teclas, const std::function<void()>& orden) {
     auto* accion = control<QAction>(nombre, texto, this);
+    accion->setShortcut(teclas);
     menu->addAction(accion);
     connect(accion, &QAction::triggered, this, orden);
-    return accion;
 }
 
 void Form1::armarMenu() {
     auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
     menuBar()->addMenu(driver);
-    entrada(driver, "MnuServer", tr("&Servidor de clientes"), [this] { operador_.MnuServer(); });
-    entrada(driver, "MnuScript", tr("&Guion…"), [this] {
-        MnuScript();
-    })->setShortcut(Qt::CTRL | Qt::Key_G);
-    entrada(driver, "MnuAbout", tr("&Acerca de…"), [this] { MnuAbout(); });
+    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
+            [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
     driver->addSeparator();
-    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), [this] {
-        operador_.MnuOcultar();
-    })->setShortcut(Qt::CTRL | Qt::Key_H);
-    entrada(driver, "MnuShutdown", tr("Sa&lir…"), [this] {
-        MnuShutdown();
-    })->setShortcut(Qt::CTRL | Qt::Key_Q);
+    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
+            [this] { operador_.MnuOcultar(); });
+    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
 
     auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
     menuBar()->addMenu(ir);
-    const auto lista = [this](QWidget* pagina) {
-        if (listas_->indexOf(pagina) >= 0) listas_->setCurrentWidget(pagina);
-        static_cast<TablaDeLista*>(pagina)->enfocar(); // NOLINT: all that are given are
+    const auto enLista = [this](TablaDeLista* tabla) {
+        listas_->setCurrentWidget(tabla);
+        tabla->enfocar();
     };
-    entrada(ir, "MnuIrVariables", tr("&Variables"), [=, this] {
-        lista(variables_);
-    })->setShortcut(Qt::CTRL | Qt::Key_1);
-    entrada(ir, "MnuIrBloques", tr("&Bloques"), [=, this] {
-        lista(bloques_);
-    })->setShortcut(Qt::CTRL | Qt::Key_2);
-    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), [=, this] {
-        lista(sockets_);
-    })->setShortcut(Qt::CTRL | Qt::Key_3);
-    entrada(ir, "MnuIrFiltro", tr("&Filtro"), [this] {
-        static_cast<TablaDeLista*>(listas_->currentWidget())->enfocarFiltro(); // NOLINT: see above
-    })->setShortcut(QKeySequence::Find);
-    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), [this] {
-        if (compacta_) btnTamanioFormulario();
+    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
+            [=, this] { enLista(variables_); });
+    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
+            [=, this] { enLista(bloques_); });
+    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
+        agrandar();
+        sockets_->enfocar();
+    });
+    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
+        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
+    });
+    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
+        agrandar();
         panel_->irABuscar();
-    })->setShortcut(Qt::CTRL | Qt::Key_B);
+    });
 }
 
 QWidget* Form1::armarCabeza() {
@@ -147,6 +133,9 @@ QWidget* Form1::armarCabeza() {
     lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
     lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
     Label10_->setToolTip(tr("Texto del guion"));
+    // However long it is, it takes the room that is left and not that of the lists.
+    Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    Label10_->setMaximumHeight(kLineasDelGuion * fontMetrics().lineSpacing());
     QFont negrita = lblProyecto_->font();
     negrita.setBold(true);
     lblProyecto_->setFont(negrita);
@@ -182,9 +171,8 @@ QWidget* Form1::armarListas() {
     return partes;
 }
 
-CajaDeTraza* Form1::traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja) {
-    auto* t = hacer<CajaDeTraza>(
-        nombre, titulo, [&caja] { return &caja; }, this);
+CajaDeTraza* Form1::traza(const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
     cajas_.push_back(t);
     return t;
@@ -193,11 +181,9 @@ CajaDeTraza* Form1::traza(const char* nombre, const QString& titulo, const CajaD
 QWidget* Form1::armarTrazas() {
     auto* paginas = control<QTabWidget>("fichasDeTrazas");
     paginas->setDocumentMode(true);
-    paginas->addTab(traza("txtTramas", tr("Tramas enviadas y recibidas"), vista_.txtTramas),
-                    tr("Tramas"));
-    paginas->addTab(
-        traza("txtTramasDescartadas", tr("Tramas descartadas"), vista_.txtTramasDescartadas),
-        tr("Descartadas"));
+    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), vista_.txtTramas), tr("Tramas"));
+    paginas->addTab(traza(tr("Tramas descartadas"), vista_.txtTramasDescartadas),
+                    tr("Descartadas"));
     const auto fichas = [&](const CajasConFichas& cajas, const QString& titulo,
                             const QString& ficha) {
         auto* f = hacer<Fichas>(cajas, titulo, this);
@@ -219,9 +205,8 @@ QWidget* Form1::armarOrdenes() {
     columna->setContentsMargins(4, 0, 0, 0);
     panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
     columna->addWidget(panel_);
-    columna->addWidget(traza("txtDemandaLecturaEscritura", tr("Lecturas y escrituras pedidas"),
-                             vista_.txtDemandaLecturaEscritura),
-                       1);
+    columna->addWidget(
+        traza(tr("Lecturas y escrituras pedidas"), vista_.txtDemandaLecturaEscritura), 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);
@@ -262,16 +247,16 @@ void Form1::refrescar() {
 }
 
 void Form1::refrescarCabeza() {
-    poner(Label1_, enQt(vista_.Label1.texto()));
-    poner(Label10_, enQt(vista_.Label10.texto()));
-    poner(lblProyecto_, enQt(vista_.lblProyecto.texto()));
-    poner(lblCantidadDePuntos_, enQt(vista_.lblCantidadDePuntos.texto()));
+    Label1_->setText(enQt(vista_.Label1.texto()));
+    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
+    lblProyecto_->setText(enQt(vista_.lblProyecto.texto()));
+    lblCantidadDePuntos_->setText(enQt(vista_.lblCantidadDePuntos.texto()));
     const Color color = vista_.lblEstadoScript.color();
-    if (color == Color::Ninguno) return poner(lblEstadoScript_, tr("○ Guion sin correr"));
+    if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
     const bool bien = color == Color::Verde;
     const QColor pintura =
         bien ? QColor(0x2E, 0x9E, 0x44) : colorDeEstado(EstadoDeFila::Mal, palette());
-    poner(lblEstadoScript_, bien ? tr("● Guion OK") : tr("✖ Guion con error"));
+    lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
     if (lblEstadoScript_->palette().color(QPalette::WindowText) == pintura) return;
     QPalette paleta = palette();
     paleta.setColor(QPalette::WindowText, pintura);
@@ -283,7 +268,10 @@ void Form1::MnuScript() {
     alFrente(*guion_);
 }
 
-void Form1::MnuAbout() { alFrente(*hacer<FrmAbout>(this, enQt(partes_.version))); }
+void Form1::MnuAbout() {
+    if (acerca_ == nullptr) acerca_ = hacer<FrmAbout>(this, enQt(partes_.version));
+    alFrente(*acerca_);
+}
 
 void Form1::BtnConfig() {
     if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(this);
@@ -291,6 +279,11 @@ void Form1::BtnConfig() {
 }
 
 void Form1::MnuShutdown() {
+    if (guion_ != nullptr && guion_->isWindowModified()) {
+        alFrente(*guion_);
+        guion_->close(); // it asks what becomes of its changes; the way out is free after that
+        return;
+    }
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
         partes_.alApagar();
@@ -316,6 +309,10 @@ void Form1::preguntarScan(std::uint32_t fila) {
 
 void Form1::guardar(const QString& ruta, const QString& texto) {
     mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+}
+
+void Form1::agrandar() {
+    if (compacta_) btnTamanioFormulario();
 }
 
 void Form1::btnTamanioFormulario() {

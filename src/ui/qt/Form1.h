@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-class QAction;
+class QKeySequence;
 class QLabel;
-class QSplitter;
+class QMenu;
 class QTabWidget;
 class QTimer;
 
@@ -22,6 +22,7 @@ namespace kv {
 class BarraDeEstado;
 class CajaDeTraza;
 class Fichas;
+class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
@@ -50,7 +51,6 @@ class Form1 final : public QMainWindow {
 
     /// Shows what changed since the last time; called ten times a second while the window is shown.
     void refrescar();
-    [[nodiscard]] bool salirPermitido() const { return salirPermitido_; }
 
   protected:
     void showEvent(QShowEvent* suceso) override;
@@ -59,14 +59,15 @@ class Form1 final : public QMainWindow {
 
   private:
     void armarMenu();
-    QAction* entrada(class QMenu* menu, const char* nombre, const QString& texto,
-                     const std::function<void()>& orden);
+    /// A line of a menu; `teclas` may be empty.
+    void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
+                 const std::function<void()>& orden);
     QWidget* armarCabeza();
     QWidget* armarListas();
     QWidget* armarTrazas();
     QWidget* armarOrdenes();
     void conectarListas();
-    CajaDeTraza* traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja);
+    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
     void seguir(bool seguir);
     void refrescarCabeza();
     void MnuScript();
@@ -77,6 +78,7 @@ class Form1 final : public QMainWindow {
     void preguntarScan(std::uint32_t fila);
     void guardar(const QString& ruta, const QString& texto);
     void btnTamanioFormulario();
+    void agrandar();
 
     PartesDeVentana partes_;
     Vista& vista_;
@@ -85,6 +87,7 @@ class Form1 final : public QMainWindow {
     QPointer<FrmEscritura> escritura_;
     QPointer<FrmScript> guion_;
     QPointer<FrmPuertos> puertos_;
+    QPointer<FrmAbout> acerca_;
     bool salirPermitido_ = false;
     bool compacta_ = false;
     unsigned vueltas_ = 0;

@@ -127,9 +127,7 @@ void FrmEscritura::mostrarPara(const QString& puerto, const QString& plc, const 
     recibirValorMW(valor);
     setWindowTitle(tr("Escritura manual: %1").arg(puerto + "." + plc + "." + direccion));
     TxtValor_->selectAll();
-    show();
-    raise();
-    activateWindow();
+    alFrente(*this);
 }
 
 void FrmEscritura::recibirValorMW(double valor) {

@@ -48,9 +48,7 @@ FrmPuertos::FrmPuertos(QWidget* padre) : QDialog(padre) {
 
 void FrmPuertos::mostrarPuertos() {
     LstViewPuertos_->clear();
-    show();
-    raise();
-    activateWindow();
+    alFrente(*this);
 }
 
 } // namespace kv

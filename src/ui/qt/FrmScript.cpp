@@ -43,7 +43,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     : QWidget(padre, Qt::Window), editor_(editor),
       TextCodigo_(control<CajaDeCodigo>("TextCodigo", this)),
       busqueda_(hacer<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
-      lugar_(hacer<QLabel>(this)), mensaje_(control<QLabel>("LblMensaje", this)),
+      lugar_(hacer<QLabel>(this)), mensaje_(rotulo("LblMensaje", this)),
       BtnOk_(control<QPushButton>("BtnOk", tr("&Guardar"), this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
@@ -143,6 +143,7 @@ void FrmScript::cargar() {
     TextCodigo_->setPlainText(enQt(leido.value_or(std::string())));
     TextCodigo_->irA(linea);
     TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
+    TextCodigo_->desmarcar(CajaDeCodigo::Marca::Corrida);
     aviso_->hide();
     decir({});
     if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
@@ -228,7 +229,7 @@ void FrmScript::mirar() {
 
 void FrmScript::decir(const QString& que) {
     mensaje_->setText(que);
-    mensaje_->setToolTip(que);
+    mensaje_->setToolTip(ayudaSinMarcas(que));
 }
 
 void FrmScript::irALinea() {

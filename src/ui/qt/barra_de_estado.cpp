@@ -9,10 +9,6 @@ namespace {
 
 constexpr std::int64_t kEntreCifrasMs = 1000;
 
-void poner(QLabel* rotulo, const QString& texto) {
-    if (rotulo->text() != texto) rotulo->setText(texto);
-}
-
 } // namespace
 
 BarraDeEstado::BarraDeEstado(QWidget* padre)
@@ -31,15 +27,16 @@ QLabel* BarraDeEstado::cifra(const char* nombre, const QString& ayuda) {
 }
 
 void BarraDeEstado::refrescar(const Operador::Cifras& cifras, const Cuentas& cuentas) {
-    poner(variables_, tr("✖ %1 de %2 sin OK").arg(cuentas.variablesMal).arg(cuentas.variables));
-    poner(conexiones_, tr("⇄ %1 de %2 conectadas").arg(cuentas.conectadas).arg(cuentas.conexiones));
+    variables_->setText(tr("✖ %1 de %2 sin OK").arg(cuentas.variablesMal).arg(cuentas.variables));
+    conexiones_->setText(
+        tr("⇄ %1 de %2 conectadas").arg(cuentas.conectadas).arg(cuentas.conexiones));
     const std::int64_t ms = cifras.ms - ultimas_.ms;
     if (ms < kEntreCifrasMs) return;
     if (ultimas_.ms > 0)
-        poner(respuestas_, tr("%1 respuestas/s")
-                               .arg(static_cast<double>(cifras.respuestas - ultimas_.respuestas) *
-                                        1000 / static_cast<double>(ms),
-                                    0, 'f', 0));
+        respuestas_->setText(tr("%1 respuestas/s")
+                                 .arg(static_cast<double>(cifras.respuestas - ultimas_.respuestas) *
+                                          1000 / static_cast<double>(ms),
+                                      0, 'f', 0));
     ultimas_ = cifras;
 }
 

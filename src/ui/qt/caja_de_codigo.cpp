@@ -29,12 +29,11 @@ QString sangriaDe(const QString& linea, int hasta) {
 } // namespace
 
 CajaDeCodigo::CajaDeCodigo(QWidget* padre)
-    : QPlainTextEdit(padre), resaltado_(hacer<ResaltadoDeGuion>(document())),
+    : QPlainTextEdit(padre), resaltado_(hacer<ResaltadoDeGuion>(document(), palette())),
       margen_(hacer<MargenDeCodigo>(*this)) {
     setLineWrapMode(NoWrap);
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setTabStopDistance(kSangria * QFontMetricsF(font()).horizontalAdvance(' '));
-    resaltado_->elegirColores(palette());
     connect(this, &QPlainTextEdit::blockCountChanged, this, &CajaDeCodigo::acomodarMargen);
     connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& r, int dy) {
         if (dy != 0) {

@@ -44,6 +44,10 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
     connect(guardarTodo, &QToolButton::clicked, this, &CajaDeTraza::elegirArchivo);
 }
 
+CajaDeTraza::CajaDeTraza(const CajaDeTexto& caja, const QString& titulo, QWidget* padre)
+    : CajaDeTraza(
+          std::string(caja.nombre()).c_str(), titulo, [&caja] { return &caja; }, padre) {}
+
 QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const QString& ayuda) {
     auto* b = control<QToolButton>(nombre, this);
     b->setText(texto);

@@ -21,6 +21,8 @@ class CajaDeTraza final : public QWidget {
     /// Gives the box to be shown; null for none. Asked again at every refresh.
     using Fuente = std::function<const CajaDeTexto*()>;
     CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuente, QWidget* padre);
+    /// Always the same box, under its name; it must outlive this one.
+    CajaDeTraza(const CajaDeTexto& caja, const QString& titulo, QWidget* padre);
 
     /// Shows what the box holds now. Costs next to nothing when that is the same, or when the box
     /// cannot be seen.

@@ -2,6 +2,7 @@
 
 #include "ui/qt/caja_de_codigo.h"
 #include "ui/qt/colores.h"
+#include "ui/qt/ventana.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -94,7 +95,7 @@ bool MargenDeCodigo::event(QEvent* evento) {
     cadaLinea([&](int linea, qreal y, qreal alto) {
         if (ayuda.y() >= y && ayuda.y() < y + alto) mensaje = caja_.mensajeDe(linea);
     });
-    QToolTip::showText(ayuda.globalPos(), mensaje, this);
+    QToolTip::showText(ayuda.globalPos(), ayudaSinMarcas(mensaje), this);
     return true;
 }
 

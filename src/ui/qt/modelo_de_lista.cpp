@@ -2,6 +2,7 @@
 
 #include "text/texto.h"
 #include "ui/qt/control.h"
+#include "ui/qt/ventana.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -29,8 +30,9 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
     const auto columna = static_cast<std::size_t>(celda.column());
     switch (papel) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
         return enQt(lista_.texto(fila, columna));
+    case Qt::ToolTipRole:
+        return ayudaSinMarcas(enQt(lista_.texto(fila, columna)));
     case Qt::CheckStateRole:
         if (!forma_.conTildes || celda.column() != 0) return {};
         return lista_.tildada(fila) ? Qt::Checked : Qt::Unchecked;

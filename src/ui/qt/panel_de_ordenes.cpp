@@ -15,7 +15,7 @@ namespace kv {
 PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* padre)
     : QWidget(padre), operador_(operador), vista_(vista),
       txtBuscarDireccion_(caja("txtBuscarDireccion", tr("Dirección que se busca"))),
-      lblResultadoBusqueda_(control<QLabel>("lblResultadoBusqueda", this)),
+      lblResultadoBusqueda_(rotulo("lblResultadoBusqueda", this)),
       TxtDireccion_(caja("TxtDireccion", tr("Dirección de prueba"))),
       txtValorDeEscritura_(caja("txtValorDeEscritura", tr("Valor de prueba"))),
       txtForzarNivel_(caja("txtForzarNivel", tr("Nivel"))),
@@ -131,8 +131,7 @@ QGroupBox* PanelDeOrdenes::armarPares() {
 }
 
 void PanelDeOrdenes::refrescar() {
-    const QString texto = enQt(vista_.lblResultadoBusqueda.texto());
-    if (lblResultadoBusqueda_->text() != texto) lblResultadoBusqueda_->setText(texto);
+    lblResultadoBusqueda_->setText(enQt(vista_.lblResultadoBusqueda.texto()));
 }
 
 void PanelDeOrdenes::irABuscar() {

@@ -12,11 +12,12 @@ constexpr int kLineaMasLarga = 5000; // nobody reads more; laying out its colour
 
 } // namespace
 
-ResaltadoDeGuion::ResaltadoDeGuion(QTextDocument* documento) : QSyntaxHighlighter(documento) {
+ResaltadoDeGuion::ResaltadoDeGuion(QTextDocument* documento, const QPalette& paleta)
+    : QSyntaxHighlighter(documento) {
     // Not by colour alone: what is not code leans, what the language reserves is bold.
     formato(ClaseDeTramo::Palabra).setFontWeight(QFont::Bold);
     formato(ClaseDeTramo::Comentario).setFontItalic(true);
-    elegirColores(QPalette());
+    elegirColores(paleta);
 }
 
 void ResaltadoDeGuion::elegirColores(const QPalette& paleta) {

@@ -14,7 +14,7 @@ namespace kv {
 /// Colours a script, line by line.
 class ResaltadoDeGuion final : public QSyntaxHighlighter {
   public:
-    explicit ResaltadoDeGuion(QTextDocument* documento);
+    ResaltadoDeGuion(QTextDocument* documento, const QPalette& paleta);
     /// Colours that can be read on the palette's paper, light or dark.
     void elegirColores(const QPalette& paleta);
 

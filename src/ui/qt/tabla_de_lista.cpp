@@ -10,15 +10,36 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <functional>
 
 namespace kv {
 namespace {
 
 constexpr int kMargenDeCelda = 26; // a check box or a sign
 constexpr int kMargenDeCabeza = 14;
+
+/// Tells of double clicks on a row, but not of those on its check box, which they only toggle.
+class AvisoDeDobleClic final : public QStyledItemDelegate {
+  public:
+    AvisoDeDobleClic(std::function<void(int fila)> avisar, QObject* padre)
+        : QStyledItemDelegate(padre), avisar_(std::move(avisar)) {}
+
+  protected:
+    bool editorEvent(QEvent* suceso, QAbstractItemModel* modelo, const QStyleOptionViewItem& como,
+                     const QModelIndex& celda) override {
+        if (QStyledItemDelegate::editorEvent(suceso, modelo, como, celda)) return true;
+        if (suceso->type() == QEvent::MouseButtonDblClick) avisar_(celda.row());
+        return false;
+    }
+
+  private:
+    std::function<void(int fila)> avisar_;
+};
 
 } // namespace
 
@@ -63,8 +84,7 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
         if (lugar >= 0) tabla_->selectRow(lugar);
         contar();
     });
-    connect(tabla_, &QTableView::doubleClicked, this,
-            [this](const QModelIndex& celda) { activar(celda.row()); });
+    tabla_->setItemDelegate(hacer<AvisoDeDobleClic>([this](int fila) { activar(fila); }, tabla_));
 }
 
 void TablaDeLista::armarTabla(const Lista& lista, const FormaDeLista& forma) {
@@ -108,7 +128,9 @@ void TablaDeLista::seguir(bool seguir) {
 void TablaDeLista::refrescar() {
     const int desde = tabla_->rowAt(0);
     const int hasta = tabla_->rowAt(tabla_->viewport()->height() - 1);
+    tabla_->setAutoScroll(false); // rows come and go by themselves: what is in sight stays there
     modelo_->actualizar(desde, hasta < 0 ? modelo_->rowCount() : hasta);
+    tabla_->setAutoScroll(true);
     contar();
 }
 
@@ -130,9 +152,8 @@ void TablaDeLista::enfocarFiltro() {
 void TablaDeLista::contar() {
     const auto todas = static_cast<int>(modelo_->total());
     const int vistas = modelo_->rowCount();
-    const QString texto =
-        vistas == todas ? QString::number(todas) : tr("%1 de %2").arg(vistas).arg(todas);
-    if (cuenta_->text() != texto) cuenta_->setText(texto);
+    cuenta_->setText(vistas == todas ? QString::number(todas)
+                                     : tr("%1 de %2").arg(vistas).arg(todas));
 }
 
 void TablaDeLista::activar(int fila) {

@@ -1,9 +1,13 @@
 #include "ui/qt/ventana.h"
 
+#include "ui/qt/control.h"
+
 #include <QIcon>
+#include <QLabel>
 #include <QLayout>
 #include <QPainter>
 #include <QPixmap>
+#include <QTextDocument>
 #include <QWidget>
 
 namespace kv {
@@ -24,6 +28,22 @@ QWidget* encadenarTabulador(QLayout& donde, QWidget* ultimo) {
         ultimo = w;
     }
     return ultimo;
+}
+
+QLabel* rotulo(const char* nombre, QWidget* padre) {
+    auto* nuevo = control<QLabel>(nombre, padre);
+    nuevo->setTextFormat(Qt::PlainText);
+    return nuevo;
+}
+
+QString ayudaSinMarcas(const QString& texto) {
+    return Qt::mightBeRichText(texto) ? Qt::convertFromPlainText(texto) : texto;
+}
+
+void alFrente(QWidget& ventana) {
+    ventana.show();
+    ventana.raise();
+    ventana.activateWindow();
 }
 
 /// A station's screen with the trace of a value.

@@ -1,7 +1,9 @@
 #pragma once
 
 class QIcon;
+class QLabel;
 class QLayout;
+class QString;
 class QWidget;
 
 namespace kv {
@@ -17,6 +19,15 @@ void prepararVentana(QWidget& ventana);
 /// Makes the tabulator visit the controls of a layout, and of those inside it, in the order in
 /// which they were put there. `ultimo` is the one visited before, or null; gives the last one.
 QWidget* encadenarTabulador(QLayout& donde, QWidget* ultimo);
+
+/// A label, under a name, for texts that the program did not write: shown letter by letter, where
+/// the toolkit would follow any markup that it finds in them.
+[[nodiscard]] QLabel* rotulo(const char* nombre, QWidget* padre);
+/// The same for a tool tip: its text, in the toolkit's markup where it needs that.
+[[nodiscard]] QString ayudaSinMarcas(const QString& texto);
+
+/// Shows a window in front of all others.
+void alFrente(QWidget& ventana);
 
 /// The program's picture, which its windows carry.
 [[nodiscard]] QIcon iconoDelPrograma();

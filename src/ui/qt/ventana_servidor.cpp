@@ -21,11 +21,10 @@ constexpr int kRitmoMs = 300;
 VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
                                  Mensajero& mensajero)
     : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
-      lblPuertoServidor_(control<QLabel>("lblPuertoServidor", this)),
-      lblEstado_(control<QLabel>("lblEstado", this)),
-      lblKeepALive_(control<QLabel>("lblKeepALive", this)),
-      Text1_(traza("Text1", tr("Hacia el cliente (mientras se ve esta ventana)"), vista.Text1)),
-      Text2_(traza("Text2", tr("Del cliente"), vista.Text2)) {
+      lblPuertoServidor_(rotulo("lblPuertoServidor", this)), lblEstado_(rotulo("lblEstado", this)),
+      lblKeepALive_(rotulo("lblKeepALive", this)),
+      Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), vista.Text1)),
+      Text2_(traza(tr("Del cliente"), vista.Text2)) {
     setObjectName("FrmServerTCP");
     setWindowTitle(tr("Servidor de clientes"));
     setWindowIcon(iconoDelPrograma());
@@ -48,10 +47,8 @@ VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
     prepararVentana(*this);
 }
 
-CajaDeTraza* VentanaServidor::traza(const char* nombre, const QString& titulo,
-                                    const CajaDeTexto& caja) {
-    auto* t = hacer<CajaDeTraza>(
-        nombre, titulo, [&caja] { return &caja; }, this);
+CajaDeTraza* VentanaServidor::traza(const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, [this](const QString& ruta, const QString& texto) {
         mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
     });

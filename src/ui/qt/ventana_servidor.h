@@ -29,7 +29,7 @@ class VentanaServidor final : public QWidget {
     void closeEvent(QCloseEvent* suceso) override;
 
   private:
-    CajaDeTraza* traza(const char* nombre, const QString& titulo, const CajaDeTexto& caja);
+    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
 
     const VistaServidor& vista_;
     Operador& operador_;

@@ -1,14 +1,17 @@
 #include "ui/qt/ventanas.h"
 
+#include "ui/qt/ventana.h"
+
 namespace kv {
 namespace {
 
 void mostrar(QWidget& ventana, bool seVe) {
     if (ventana.isVisible() == seVe) return;
-    ventana.setVisible(seVe);
-    if (!seVe) return;
-    ventana.raise();
-    ventana.activateWindow();
+    if (seVe) {
+        alFrente(ventana);
+    } else {
+        ventana.hide();
+    }
 }
 
 } // namespace

@@ -35,7 +35,7 @@ void CajaDeTexto::agregar(std::string_view texto) {
         texto_ += texto;
         caracteres_ += nuevos;
     }
-    ++version_;
+    version_ = ++presupuesto_.cambios_;
     if (presupuesto_.observador_ != nullptr)
         presupuesto_.observador_->alAgregar(nombre_, indice_, texto);
 }
@@ -43,7 +43,7 @@ void CajaDeTexto::agregar(std::string_view texto) {
 void CajaDeTexto::vaciar() {
     std::string().swap(texto_);
     caracteres_ = 0;
-    ++version_;
+    version_ = ++presupuesto_.cambios_;
 }
 
 void PresupuestoDeCajas::contar(std::ptrdiff_t cajas) {

@@ -28,7 +28,8 @@ class CajaDeTexto {
     [[nodiscard]] const std::string& texto() const { return texto_; }
     [[nodiscard]] std::string_view nombre() const { return nombre_; }
     [[nodiscard]] std::int64_t indice() const { return indice_; }
-    /// Changes with every change of the text.
+    /// Changes with every change of the text, and is the same as another box's only while both are
+    /// new: a box may stand where an older one stood.
     [[nodiscard]] std::uint64_t version() const { return version_; }
 
   private:
@@ -56,6 +57,7 @@ class PresupuestoDeCajas {
     std::size_t maximo_;
     std::size_t limite_ = 0;
     std::ptrdiff_t cajas_ = 0;
+    std::uint64_t cambios_ = 0; ///< of all boxes
     Observador* observador_ = nullptr;
 };
 

@@ -29,10 +29,11 @@ Tramo tramo(const std::string& textos, std::size_t columna) {
 std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
     const auto fila = static_cast<std::uint32_t>(filas_.size());
     filas_.emplace_back();
-    filas_.back().textos = texto;
     filas_.back().etiqueta = etiqueta;
-    if (buscable_) porTexto_.emplace(std::hash<std::string_view>{}(texto), fila);
-    anotar(fila);
+    poner(fila, 0, texto);
+    const std::string_view puesto = filas_.back().textos;
+    if (buscable_ && buscar(puesto) < 0)
+        porTexto_.emplace(std::hash<std::string_view>{}(puesto), fila);
     return fila;
 }
 
@@ -45,6 +46,7 @@ void Lista::poner(std::uint32_t fila, std::size_t columna, std::string_view text
         t = {textos.size(), 0, true};
     }
     textos.replace(t.desde, t.largo, texto);
+    std::replace(textos.begin() + t.desde, textos.begin() + t.desde + texto.size(), '\0', ' ');
     anotar(fila);
 }
 
@@ -75,12 +77,9 @@ bool Lista::tildada(std::uint32_t fila) const {
 
 std::int64_t Lista::buscar(std::string_view texto_) const {
     const auto [desde, hasta] = porTexto_.equal_range(std::hash<std::string_view>{}(texto_));
-    std::int64_t primera = -1;
-    for (auto i = desde; i != hasta; ++i) {
-        if (texto(i->second, 0) == texto_ && (primera < 0 || i->second < primera))
-            primera = i->second;
-    }
-    return primera;
+    const auto hallada =
+        std::find_if(desde, hasta, [&](const auto& i) { return texto(i.second, 0) == texto_; });
+    return hallada == hasta ? -1 : std::int64_t{hallada->second};
 }
 
 std::vector<std::uint32_t> Lista::cambiadas() {
@@ -95,7 +94,6 @@ void Lista::seguirCambios(bool seguir) {
 }
 
 void Lista::anotar(std::uint32_t fila) {
-    ++version_;
     if (!sigue_ || filas_[fila].anotada) return;
     filas_[fila].anotada = true;
     cambiadas_.push_back(fila);

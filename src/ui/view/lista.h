@@ -39,9 +39,7 @@ class Lista {
     void seleccionar(std::uint32_t fila) { seleccionada_ = fila; }
     [[nodiscard]] std::int64_t seleccionada() const { return seleccionada_; }
 
-    /// Changes with every change of any row; `cambiadas` tells which rows changed since the last
-    /// call and forgets them. A window asks at its own pace.
-    [[nodiscard]] std::uint64_t version() const { return version_; }
+    /// The rows that changed since the last call. A window asks at its own pace.
     [[nodiscard]] std::vector<std::uint32_t> cambiadas();
     /// Rows are noted for `cambiadas` only while somebody wants them.
     void seguirCambios(bool seguir);
@@ -49,7 +47,7 @@ class Lista {
   private:
     /// All columns in one text, so that a row costs one allocation: there are two rows a block.
     struct Fila {
-        std::string textos; ///< columns separated by NUL
+        std::string textos; ///< columns separated by NUL, which becomes a blank inside of them
         std::int64_t etiqueta = -1;
         bool tildada = false;
         bool anotada = false;
@@ -60,9 +58,9 @@ class Lista {
     bool buscable_;
     std::vector<std::string> columnas_;
     std::deque<Fila> filas_;
-    std::unordered_multimap<std::size_t, std::uint32_t> porTexto_; ///< hash of column 0 to row
+    /// Hash of column 0 to the first row of that text: many rows may share one.
+    std::unordered_multimap<std::size_t, std::uint32_t> porTexto_;
     std::int64_t seleccionada_ = -1;
-    std::uint64_t version_ = 0;
     bool sigue_ = false;
     std::vector<std::uint32_t> cambiadas_;
 };

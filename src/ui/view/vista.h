@@ -5,7 +5,6 @@
 #include "ui/view/observador.h"
 
 #include <deque>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
