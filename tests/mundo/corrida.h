@@ -2,6 +2,7 @@
 
 #include "mundo/historia.h"
 #include "mundo/plan.h"
+#include "ui/view/observador.h"
 
 #include <cstdint>
 #include <string>
@@ -20,7 +21,9 @@ struct Resultado {
     std::int64_t calmaMs = 0;       ///< how long the plant took to be well again
 };
 
-/// Lives the plant through the history and the calm after it.
-[[nodiscard]] Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia);
+/// Lives the plant through the history and the calm after it. `trazas` is told what the driver
+/// shows.
+[[nodiscard]] Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia,
+                              Observador* trazas = nullptr);
 
 } // namespace kv::mundo

@@ -1,6 +1,7 @@
 // Lives plants drawn from seeds through histories of faults, and prints what came of it. A seed
 // that breaks a rule is printed with the shortest history that still breaks it.
 
+#include "core/start/salida_de_traza.h"
 #include "mundo/opciones.h"
 #include "mundo/reduccion.h"
 
@@ -85,7 +86,9 @@ int correr(const Opciones& o) {
         const Plan plan(s, o.tamano);
         std::vector<Suceso> historia = historiaDe(plan);
         if (o.solo) historia = parteDe(historia, *o.solo);
-        const Resultado r = vivir(plan, historia);
+        SalidaDeTraza trazas(true);
+        const Resultado r = vivir(plan, historia, o.trazas ? &trazas : nullptr);
+        trazas.volcarTodo();
         if (o.detalle)
             std::printf("seed %llu: %s: %llu events, calm after %lld s %s\n",
                         static_cast<unsigned long long>(s), plan.resumen().c_str(),
@@ -130,7 +133,8 @@ int main(int argc, char** argv) {
     if (!opciones) {
         std::printf("mundo [--semillas A-B] [--horas N] [--cpu SECONDS] [--cuelgue SECONDS] "
                     "[--tamano 8x10]\n"
-                    "      [--solo EVENT,EVENT,... | -] [--sin-reducir] [--primera] [--detalle]\n");
+                    "      [--solo EVENT,EVENT,... | -] [--sin-reducir] [--primera] [--detalle] "
+                    "[--trazas]\n");
         return 2;
     }
     for (const int senal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGPROF})

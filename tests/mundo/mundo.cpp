@@ -19,7 +19,7 @@ std::uint8_t comoDecimal(int indice) {
 
 } // namespace
 
-Mundo::Mundo(const Plan& plan)
+Mundo::Mundo(const Plan& plan, Observador* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0}, turno_(c_),
       valores_(c_, motor_.servidor), escrituras_(c_, motor_.auditoria), limites_(c_, archivos_),
@@ -40,6 +40,7 @@ Mundo::Mundo(const Plan& plan)
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
     motor_.ejecucion.avisarA(&escrituras_);
+    motor_.vista.observar(trazas);
     levantar();
 }
 
@@ -172,6 +173,9 @@ void Mundo::calmar() {
     motor_.ajustes.escribirConfiguracion("Base_Tiempo_Solicitar_Conexiones_Milisegundos",
                                          std::to_string(plan_.baseDeSolicitudesMs));
     archivos_.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", guion(0, {}, {}));
+    // A level that is being read so many times would be switched off after them.
+    for (std::size_t nivel = 0; nivel < motor_.tablas.bloquesPorNivel.size(); ++nivel)
+        motor_.forzado.forzarBloque_porNivel_NVeces(static_cast<double>(nivel), 0);
     for (Indice i = 0; i < motor_.tablas.bloques.limiteSuperior(); ++i)
         motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, true);
     cliente_.sanar();
@@ -219,8 +223,8 @@ std::int64_t Mundo::plazoDeCalmaUs() const {
     return (peorMs + 40 * plan_.baseDeSolicitudesMs + 120'000) * 1000;
 }
 
-Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia) {
-    return Mundo(plan).vivir(historia);
+Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia, Observador* trazas) {
+    return Mundo(plan, trazas).vivir(historia);
 }
 
 } // namespace kv::mundo

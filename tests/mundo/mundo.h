@@ -18,7 +18,7 @@ namespace kv::mundo {
 /// A plant, its driver, its client and the rules, living through a history.
 class Mundo final : private AlEnviar {
   public:
-    explicit Mundo(const Plan& plan);
+    explicit Mundo(const Plan& plan, Observador* trazas = nullptr);
     [[nodiscard]] Resultado vivir(const std::vector<Suceso>& historia);
 
   private:

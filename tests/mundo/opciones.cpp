@@ -71,6 +71,10 @@ std::optional<Opciones> leerOpciones(int cuantos, const char* const* argumentos)
             o.detalle = true;
             continue;
         }
+        if (nombre == "--trazas") {
+            o.trazas = true;
+            continue;
+        }
         const std::string_view valor = i + 1 < cuantos ? argumentos[++i] : "";
         const bool bien = nombre == "--semillas"  ? semillas(valor, o)
                           : nombre == "--tamano"  ? tamano(valor, o)

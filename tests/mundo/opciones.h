@@ -17,6 +17,7 @@ struct Opciones {
     bool reducir = true;
     bool primera = false;                           ///< end with the first seed that breaks a rule
     bool detalle = false;                           ///< print every seed
+    bool trazas = false;                            ///< print what the driver shows
     std::optional<std::vector<std::uint32_t>> solo; ///< play only these events
 };
 

@@ -67,7 +67,9 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
     if (s.finUs > 0)
         c_.exigir(c_.ahoraUs() - s.finUs >= us(s.pausaMs), "never sooner than the pause", n);
     s.envios = 1;
-    s.bloque = t[0] == 0x52 ? c_.conexion(n).bloqueEnCurso : kNinguno;
+    // A write that is read back is no read of a block.
+    const bool lectura = t[0] == 0x52 && !c_.conexion(n).escribiendo;
+    s.bloque = lectura ? c_.conexion(n).bloqueEnCurso : kNinguno;
     s.reintentos = s.bloque != kNinguno ? c_.motor.tablas.bloques[s.bloque].reintentos : 0;
     turnos(n, s, t);
 }
