@@ -34,7 +34,7 @@ void ponerEnCastellano(CLI::App& app) {
 }
 
 std::string enCastellano(const CLI::ParseError& e) {
-    const std::string detalle = e.what();
+    std::string detalle = e.what();
     if (es<CLI::RequiredError>(e)) return "falta la orden o alguno de sus argumentos";
     if (es<CLI::ExtrasError>(e)) return "argumento desconocido: " + partirEn(detalle, ": ").second;
     if (es<CLI::ExcludesError>(e)) {

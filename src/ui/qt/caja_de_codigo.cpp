@@ -130,18 +130,21 @@ void CajaDeCodigo::changeEvent(QEvent* evento) {
 
 void CajaDeCodigo::keyPressEvent(QKeyEvent* tecla) {
     const bool sola = (tecla->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+    if (isReadOnly() || !sola || !teclaDeCodigo(tecla->key())) QPlainTextEdit::keyPressEvent(tecla);
+}
+
+bool CajaDeCodigo::teclaDeCodigo(int tecla) {
     const bool varias = textCursor().selectedText().contains(QChar::ParagraphSeparator);
-    if (isReadOnly() || !sola) {
-        QPlainTextEdit::keyPressEvent(tecla);
-    } else if (tecla->key() == Qt::Key_Return || tecla->key() == Qt::Key_Enter) {
+    if (tecla == Qt::Key_Return || tecla == Qt::Key_Enter) {
         nuevaLinea();
-    } else if (tecla->key() == Qt::Key_Backtab || (tecla->key() == Qt::Key_Tab && varias)) {
-        sangrarSeleccion(tecla->key() == Qt::Key_Backtab);
-    } else if (tecla->key() == Qt::Key_Tab) {
+    } else if (tecla == Qt::Key_Backtab || (tecla == Qt::Key_Tab && varias)) {
+        sangrarSeleccion(tecla == Qt::Key_Backtab);
+    } else if (tecla == Qt::Key_Tab) {
         insertPlainText(QString(kSangria - textCursor().positionInBlock() % kSangria, ' '));
     } else {
-        QPlainTextEdit::keyPressEvent(tecla);
+        return false;
     }
+    return true;
 }
 
 void CajaDeCodigo::nuevaLinea() {

@@ -53,6 +53,8 @@ class CajaDeCodigo final : public QPlainTextEdit {
     void resaltarLineas();
     void sangrarSeleccion(bool afuera);
     void nuevaLinea();
+    /// Keys that edit code as code: line breaks and tabulators. False: not one of them.
+    bool teclaDeCodigo(int tecla);
 
     ResaltadoDeGuion* resaltado_;
     MargenDeCodigo* margen_;
