@@ -24,6 +24,7 @@ void ponerEnCastellano(CLI::App& app) {
     for (const auto& [ingles, castellano] : {std::pair{"Usage", "Uso"},
                                              {"OPTIONS", "OPCIONES"},
                                              {"Excludes", "Excluye"},
+                                             {"Needs", "Necesita"},
                                              {"SUBCOMMAND", "ORDEN"},
                                              {"SUBCOMMANDS", "ORDENES"},
                                              {"Positionals", "Argumentos"},
@@ -35,6 +36,10 @@ void ponerEnCastellano(CLI::App& app) {
 
 std::string enCastellano(const CLI::ParseError& e) {
     std::string detalle = e.what();
+    if (es<CLI::RequiresError>(e)) {
+        const auto [uno, otro] = partirEn(detalle, " requires ");
+        return uno + " necesita " + otro;
+    }
     if (es<CLI::RequiredError>(e)) return "falta la orden o alguno de sus argumentos";
     if (es<CLI::ExtrasError>(e)) return "argumento desconocido: " + partirEn(detalle, ": ").second;
     if (es<CLI::ExcludesError>(e)) {

@@ -28,11 +28,16 @@ bool tiene(const std::string& texto, const std::string& parte) {
 
 TEST(LineaDeOrden, UnaMalaTermina2YLoDiceEnLaSalidaDeErrores) {
     for (const auto& mala : std::vector<std::vector<std::string>>{
-             {"--no-existe"}, {"suelto"}, {"--carpeta"}, {"--carpeta", "/no/existe"}}) {
+             {"--no-existe"},
+             {"suelto"},
+             {"--carpeta"},
+             {"--carpeta", "/no/existe"},
+             {"--grabar-en-anillo"},
+             {"--grabar", "/no/existe", "--grabar-maximo", "63K"}}) {
         const Resultado r = correr(mala);
         EXPECT_EQ(r.codigo, 2) << mala[0];
         EXPECT_TRUE(r.errores.starts_with("DriverKV2200: ")) << r.errores;
-        for (const char* ingles : {" argument ", "not exist", "Run with"})
+        for (const char* ingles : {" argument ", "not exist", "Run with", "requires"})
             EXPECT_FALSE(tiene(r.errores, ingles)) << r.errores;
         EXPECT_EQ(r.salida, "") << mala[0];
     }

@@ -147,6 +147,47 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
+TEST_F(Planta, LaGrabacionLlenaSigueEnOtraYNingunaSePierde) {
+    std::vector<std::string> registros{"--registro"};
+    auto configuracion = Configuracion().puerto({"0.5", "1", "0.2"});
+    for (int r = 10; r < 50; ++r) {
+        registros.push_back("01." + std::to_string(r) + "=rampa");
+        configuracion.bloque(1, std::to_string(r), "0.01");
+    }
+    Simulador s({0}, registros, false);
+    const Instalacion casa(configuracion.estacion(1, "127.0.0.1", 1, s.puerto(0)).texto());
+    std::string ajustes = casa.leer("sis_config.ini");
+    ajustes.replace(ajustes.find("poleo=20"), 8, "poleo=1");
+    casa.escribir("sis_config.ini", ajustes);
+    auto orden = casa.correr();
+    orden.insert(orden.end(), {"--grabar", casa.ruta() + "/vuelo", "--grabar-maximo", "64K",
+                               "--grabar-en-anillo"});
+    Proceso driver(orden);
+    const auto vida = [&driver] {
+        std::string todo;
+        for (std::string l = " "; !l.empty() && !l.starts_with("lblProyecto"); todo += l + "\n")
+            l = driver.linea();
+        return todo;
+    };
+    vida(); // before the first
+    const std::string primera = vida();
+    EXPECT_NE(recibido(driver, "1", "10"), -99999) << "it polls again " << driver.errores();
+    // Another driver of the same folder leaves the one that runs its recording.
+    Proceso segunda(orden);
+    EXPECT_EQ(segunda.terminar(), 1);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
+    EXPECT_LE(casa.leer("vuelo.1").size(), 64U << 10);
+    Proceso otraVez({casa.programa(), "--reproducir", casa.ruta() + "/vuelo.1"});
+    EXPECT_EQ(otraVez.terminar(), 0) << otraVez.errores();
+    EXPECT_EQ(otraVez.errores(), "");
+    const std::string repetida = otraVez.resto();
+    const auto desde = repetida.find("lblProyecto");
+    EXPECT_GT(repetida.size(), 100'000U);
+    EXPECT_TRUE(primera.starts_with(repetida.substr(repetida.find('\n', desde) + 1)));
+    EXPECT_FALSE(std::filesystem::exists(casa.ruta() + "/vuelo.2"));
+}
+
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {
     const Instalacion casa(Configuracion().puerto().texto());
     Proceso driver(casa.correr());

@@ -24,9 +24,10 @@ inline const std::string kCliente = std::string(KV_BIN) + "/ClienteKV2200";
 /// Simulated stations on addresses of their own, one process.
 class Simulador : public Proceso {
   public:
-    /// Listens on the ports given, 0 for a free one.
-    Simulador(const std::vector<int>& puertos, const std::vector<std::string>& opciones)
-        : Proceso(argumentos(puertos, opciones)) {
+    /// Listens on the ports given, 0 for a free one. What it traces must be read, or it waits.
+    Simulador(const std::vector<int>& puertos, const std::vector<std::string>& opciones,
+              bool traza = true)
+        : Proceso(argumentos(puertos, opciones, traza)) {
         for (std::size_t i = 0; i < puertos.size(); ++i) {
             const std::string l = linea();
             EXPECT_TRUE(l.starts_with("Escuchando 127.0.0.1:")) << l << errores();
@@ -37,8 +38,11 @@ class Simulador : public Proceso {
 
   private:
     static std::vector<std::string> argumentos(const std::vector<int>& puertos,
-                                               const std::vector<std::string>& opciones) {
-        std::vector<std::string> a{kSimulador, "--traza", "--escuchar"};
+                                               const std::vector<std::string>& opciones,
+                                               bool traza) {
+        std::vector<std::string> a{kSimulador};
+        if (traza) a.push_back("--traza");
+        a.push_back("--escuchar");
         for (const int p : puertos)
             a.push_back("127.0.0.1:" + std::to_string(p));
         a.insert(a.end(), opciones.begin(), opciones.end());

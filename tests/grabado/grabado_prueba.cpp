@@ -89,7 +89,8 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
         ++n;
         return n % 7 == 0 ? std::optional<double>() : std::optional<double>(n % 5 * 300.0);
     };
-    CintaEscrita escrita(cinta, maximo);
+    CintaEscrita escrita(maximo);
+    EXPECT_TRUE(escrita.abrir(cinta));
     escrita.texto("prueba");
     Grabador grabador(bucle, escrita);
     ArchivosGrabados archivos(disco, grabador);
@@ -178,16 +179,18 @@ TEST(Grabado, UnaCintaLlenaOCortadaSeReproduceHastaDondeLlega) {
 }
 
 TEST(Grabado, UnDiscoLlenoSeSabe) {
-    CintaEscrita cinta("/dev/full", 1U << 30);
+    CintaEscrita cinta(1U << 30);
+    ASSERT_TRUE(cinta.abrir("/dev/full"));
     cinta.entrada(Entrada::FinDeVuelta).cerrarEntrada();
     EXPECT_FALSE(cinta.llena());
     cinta.volcar();
-    EXPECT_TRUE(cinta.llena());
+    EXPECT_TRUE(cinta.llena() && cinta.sinDisco());
 }
 
 TEST(Grabado, NadaAnidaMasQueElDriver) {
     const Carpeta carpeta;
-    CintaEscrita escrita(carpeta.ruta() + "/vuelo", 1U << 30);
+    CintaEscrita escrita(1U << 30);
+    ASSERT_TRUE(escrita.abrir(carpeta.ruta() + "/vuelo"));
     escrita.texto("prueba").conSigno(0).cerrarEntrada();
     for (int i = 0; i < 200'000; ++i) {
         escrita.entrada(Entrada::Tic).numero(0).numero(0).cerrarEntrada();

@@ -37,7 +37,7 @@ int correrConVentana(const Opciones& opciones) {
         aplicacion.correr();
     }
     motor.vista.observar(&programa.salida);
-    return unico ? kOrdenado : kYaCorre;
+    return unico ? programa.resultado() : kYaCorre;
 }
 
 } // namespace kv

@@ -39,6 +39,18 @@ class CarpetaDePaso {
     std::string ruta_;
 };
 
+/// What was recorded before is somebody's only trace of what went wrong.
+void apartar(const std::string& archivo) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    if (!fs::is_regular_file(fs::symlink_status(archivo, error))) return;
+    const auto deAntes = [&archivo](int n) { return archivo + "." + std::to_string(n); };
+    for (int n = kGrabacionesDeAntes; n > 1; --n)
+        fs::rename(deAntes(n - 1), deAntes(n), error);
+    fs::rename(archivo, deAntes(1), error);
+    if (error) throw std::runtime_error("no se puede apartar " + archivo + ": " + error.message());
+}
+
 int mostrar(std::string contenido, std::ostream& errores) {
     CintaLeida cinta(std::move(contenido));
     if (cinta.programa() != programa())
@@ -70,12 +82,10 @@ int mostrar(std::string contenido, std::ostream& errores) {
 
 } // namespace
 
-Grabacion::Grabacion(Bucle& bucle, Archivos& archivos, const std::string& archivo,
-                     std::uint64_t maximo, const std::string& carpeta)
-    : bucle_(bucle), archivos_(archivos) {
-    if (archivo.empty()) return;
-    cinta_.emplace(archivo, maximo);
-    if (!cinta_->abierta()) throw std::runtime_error("no se puede crear " + archivo);
+Grabacion::Grabacion(Bucle& bucle, Archivos& archivos, ComoGrabar como, const std::string& carpeta)
+    : bucle_(bucle), archivos_(archivos), como_(std::move(como)) {
+    if (como_.archivo.empty()) return;
+    cinta_.emplace(como_.maximo);
     cinta_->texto(programa()).texto(carpeta);
     grabador_.emplace(bucle_, *cinta_);
     grabados_.emplace(archivos_, *grabador_);
@@ -85,17 +95,25 @@ Bucle& Grabacion::bucle() { return grabador_ ? *grabador_ : bucle_; }
 
 Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
 
-void Grabacion::empezarTramo() {
-    if (grabador_) grabador_->empezarTramo();
+void Grabacion::empezar() {
+    if (!grabador_) return;
+    apartar(como_.archivo);
+    if (!cinta_->abrir(como_.archivo))
+        throw std::runtime_error("no se puede crear " + como_.archivo);
+    grabador_->empezarTramo();
 }
 
-void Grabacion::terminarTramo() {
+void Grabacion::empezada() {
     if (grabador_) grabador_->terminarTramo();
 }
 
 bool Grabacion::seLleno() {
     if (!cinta_ || !cinta_->llena() || dicho_) return false;
     return dicho_ = true;
+}
+
+bool Grabacion::pideOtra() const {
+    return cinta_ && como_.enAnillo && cinta_->llena() && !cinta_->sinDisco();
 }
 
 int reproducir(const std::string& archivo, std::ostream& errores) {

@@ -13,24 +13,37 @@
 
 namespace kv {
 
+struct ComoGrabar {
+    std::string archivo;                  ///< empty: nothing is recorded
+    std::uint64_t maximo = 1024ULL << 20; ///< bytes
+    /// A recording that is full is followed by another, of a driver that starts anew.
+    bool enAnillo = false;
+};
+
+/// The recordings before, newest first, are kept beside a new one as its name with .1, .2 and so
+/// on.
+inline constexpr int kGrabacionesDeAntes = 3;
+
 /// The flight recorder: loop and files for a driver that runs, written down if a recording is
 /// wanted.
 class Grabacion final : private RegistroDeOrdenes {
   public:
-    /// `archivo` empty: nothing is recorded, and `bucle` and `archivos` are given as they are.
-    /// `maximo` in bytes. Throws std::runtime_error when the recording cannot be created.
-    Grabacion(Bucle& bucle, Archivos& archivos, const std::string& archivo, std::uint64_t maximo,
-              const std::string& carpeta);
+    /// Nothing recorded: `bucle` and `archivos` are given as they are.
+    Grabacion(Bucle& bucle, Archivos& archivos, ComoGrabar como, const std::string& carpeta);
 
     [[nodiscard]] Bucle& bucle();
     [[nodiscard]] Archivos& archivos();
-    /// The driver's start begins, and ends.
-    void empezarTramo();
-    void terminarTramo();
+    /// The driver's start begins; nothing is written before, as another driver may be running that
+    /// records in the same file. Throws std::runtime_error when the recording cannot be created.
+    void empezar();
+    /// The driver's start ends.
+    void empezada();
     /// Who wants to know of the operator's orders, null if nobody.
     [[nodiscard]] RegistroDeOrdenes* registro() { return grabador_ ? this : nullptr; }
     /// True once: the recording has just become full.
     [[nodiscard]] bool seLleno();
+    /// It is full, and is to go on in another file when the driver starts anew.
+    [[nodiscard]] bool pideOtra() const;
 
   private:
     void empieza(std::string_view orden) override { grabador_->empezarOrden(orden); }
@@ -38,6 +51,7 @@ class Grabacion final : private RegistroDeOrdenes {
 
     Bucle& bucle_;
     Archivos& archivos_;
+    ComoGrabar como_;
     std::optional<CintaEscrita> cinta_;
     std::optional<Grabador> grabador_;
     std::optional<ArchivosGrabados> grabados_;

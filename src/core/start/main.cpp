@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <csignal>
 #include <exception>
 #include <filesystem>
@@ -33,7 +34,7 @@ int correrSinVentana(const Opciones& opciones) {
     if (!programa.arranque.soyElUnico()) return kYaCorre;
     programa.arrancar();
     programa.bucle.correr();
-    return kOrdenado;
+    return programa.resultado();
 }
 
 int correr(const Opciones& opciones) {
@@ -54,6 +55,42 @@ std::string esCarpeta(const std::string& ruta) {
     return std::filesystem::is_directory(ruta, mal) ? "" : "no existe la carpeta " + ruta;
 }
 
+/// "64K", "300M", "2G", in bytes; 0 for anything else or less.
+std::uint64_t bytesDeTexto(const std::string& texto) {
+    constexpr std::string_view kUnidades = "KMG";
+    constexpr std::uint64_t kMasGrande = 1U << 20;
+    constexpr std::uint64_t kMenos = 64U << 10;
+    std::uint64_t n = 0;
+    const char* const fin = texto.data() + texto.size();
+    const auto [unidad, error] = std::from_chars(texto.data(), fin, n);
+    if (error != std::errc{} || n > kMasGrande || fin - unidad != 1) return 0;
+    const auto cual = kUnidades.find(*unidad);
+    if (cual == std::string_view::npos) return 0;
+    const std::uint64_t bytes = n << (10 * (cual + 1));
+    return bytes < kMenos ? 0 : bytes;
+}
+
+void ponerGrabacion(CLI::App& app, ComoGrabar& grabar) {
+    auto* archivo = app.add_option("--grabar", grabar.archivo,
+                                   "Graba todo lo que le llega al driver, para reproducirlo "
+                                   "despues; las tres grabaciones de antes quedan en ARCHIVO.1 "
+                                   "(la ultima), .2 y .3")
+                        ->type_name("ARCHIVO");
+    app.add_option_function<std::string>(
+           "--grabar-maximo", [&grabar](const std::string& t) { grabar.maximo = bytesDeTexto(t); },
+           "Hasta donde crece una grabacion, como 300M o 2G; si no se dice, 1G")
+        ->check(CLI::Validator(
+            [](const std::string& t) {
+                return bytesDeTexto(t) > 0 ? "" : "no es un tamano desde 64K, como 300M o 2G: " + t;
+            },
+            ""))
+        ->type_name("TAMANO")
+        ->needs(archivo);
+    app.add_flag("--grabar-en-anillo", grabar.enAnillo,
+                 "Cuando la grabacion se llena, el driver arranca de nuevo y sigue en otra")
+        ->needs(archivo);
+}
+
 /// The exit code if the program is to end at once.
 std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
@@ -70,9 +107,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
     app.add_flag("--comprobar", opciones.comprobar,
                  "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
-    app.add_option("--grabar", opciones.grabar,
-                   "Graba todo lo que le llega al driver, para reproducirlo despues")
-        ->type_name("ARCHIVO");
+    ponerGrabacion(app, opciones.grabar);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
         ->type_name("ARCHIVO");
@@ -97,7 +132,10 @@ int main(int argc, char** argv) {
     try {
         std::signal(SIGPIPE, SIG_IGN);
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
-        return opciones.comprobar ? kv::soloComprobar(opciones) : kv::correr(opciones);
+        if (opciones.comprobar) return kv::soloComprobar(opciones);
+        const int resultado = kv::correr(opciones);
+        if (resultado == kv::kDeNuevo) kv::empezarDeNuevo(argv);
+        return resultado;
     } catch (const std::exception& falla) {
         std::cerr << kv::kNombreDelPrograma << ": " << falla.what() << '\n';
         return kv::kMalaLinea;

@@ -2,42 +2,51 @@
 
 #include <array>
 #include <csignal>
+#include <utility>
 
 namespace kv {
-namespace {
-
-constexpr std::uint64_t kMaximoDeGrabacion = 1ULL << 30;
-
-} // namespace
 
 Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
-    : salida(opciones.traza),
-      grabacion(bucle, archivos, opciones.grabar, kMaximoDeGrabacion, opciones.carpeta),
-      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta), arranque(motor, procesos) {
+    : salida(opciones.traza), grabacion(bucle, archivos, opciones.grabar, opciones.carpeta),
+      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta), arranque(motor, procesos),
+      terminar_(std::move(terminar)) {
     motor.vista.observar(&salida);
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
-    bucle.alRecibirSenal(kSenales, [terminar = std::move(terminar)](int) { terminar(); });
+    bucle.alRecibirSenal(kSenales, [this](int) {
+        resultado_ = kOrdenado;
+        terminar_();
+    });
     motor.operador.registrarEn(grabacion.registro());
     bucle.alFinalDeVuelta([this] {
         salida.volcar();
-        if (grabacion.seLleno()) motor.log.escribirLog("DRIVER", "Grabacion", "llena: no sigue");
+        mirarGrabacion();
     });
     motor.scriptControl.fijarCarpetaDeArchivos(
         [this] { return carpetaDelGuion(motor, grabacion.archivos()); });
 }
 
 Programa::~Programa() {
-    servicio.terminando();
+    if (resultado() == kOrdenado) servicio.terminando();
     motor.vista.observar(nullptr);
 }
 
 void Programa::arrancar() {
-    grabacion.empezarTramo();
+    grabacion.empezar();
     arranque.arrancar();
     arranque.abrirServidor();
-    grabacion.terminarTramo();
+    grabacion.empezada();
     servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
+}
+
+void Programa::mirarGrabacion() {
+    if (grabacion.seLleno())
+        motor.log.escribirLog("DRIVER", "Grabacion",
+                              grabacion.pideOtra() ? "llena: sigue en otra" : "llena: no sigue");
+    // A write that waits is lost with the process.
+    if (resultado_ || !grabacion.pideOtra() || motor.ejecucion.enEspera() > 0) return;
+    resultado_ = kDeNuevo;
+    terminar_();
 }
 
 } // namespace kv

@@ -9,6 +9,7 @@
 #include "platform/epoll/sistema.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace kv {
@@ -16,13 +17,15 @@ namespace kv {
 inline constexpr int kOrdenado = 0;
 inline constexpr int kYaCorre = 1;
 inline constexpr int kMalaLinea = 2;
+/// No exit code: the program is to be started once more in its own place.
+inline constexpr int kDeNuevo = -1;
 
 struct Opciones {
     std::string carpeta = carpetaDelPrograma();
     bool sinVentana = false;
     bool traza = false;
     bool comprobar = false;
-    std::string grabar;     ///< file to record in, empty: nothing is recorded
+    ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };
 
@@ -38,6 +41,8 @@ class Programa {
 
     /// The whole start-up, once it is known that no other instance runs.
     void arrancar();
+    /// Why the loop ended: kOrdenado or kDeNuevo.
+    [[nodiscard]] int resultado() const { return resultado_.value_or(kOrdenado); }
 
     BucleEpoll bucle;
     AvisosDeServicio servicio{bucle};
@@ -47,6 +52,12 @@ class Programa {
     Grabacion grabacion;
     Motor motor;
     Arranque arranque;
+
+  private:
+    void mirarGrabacion();
+
+    std::function<void()> terminar_;
+    std::optional<int> resultado_;
 };
 
 } // namespace kv

@@ -35,4 +35,8 @@ class ProcesosReales final : public Procesos {
 /// Folder of the running program's file.
 [[nodiscard]] std::string carpetaDelPrograma();
 
+/// Puts the program's file, as it is on the disk now, in the place of this process, which keeps its
+/// number. Throws std::system_error when that cannot be.
+[[noreturn]] void empezarDeNuevo(char** argumentos);
+
 } // namespace kv

@@ -8,9 +8,12 @@ constexpr unsigned kBitsPorByte = 7;
 
 } // namespace
 
-CintaEscrita::CintaEscrita(const std::string& ruta, std::uint64_t maximo)
-    : archivo_(ruta, std::ios::binary | std::ios::trunc), maximo_(maximo),
-      pendiente_(kMarcaDeCinta) {}
+CintaEscrita::CintaEscrita(std::uint64_t maximo) : maximo_(maximo), pendiente_(kMarcaDeCinta) {}
+
+bool CintaEscrita::abrir(const std::string& ruta) {
+    archivo_.open(ruta, std::ios::binary | std::ios::trunc);
+    return archivo_.is_open();
+}
 
 CintaEscrita& CintaEscrita::entrada(Entrada e) {
     pendiente_ += static_cast<char>(e);
@@ -45,7 +48,7 @@ void CintaEscrita::cerrarEntrada() {
 }
 
 void CintaEscrita::volcar() {
-    if (pendiente_.empty()) return;
+    if (pendiente_.empty() || !archivo_.is_open()) return;
     archivo_.write(pendiente_.data(), static_cast<std::streamsize>(pendiente_.size()));
     archivo_.flush();
     if (!archivo_) llena_ = true;

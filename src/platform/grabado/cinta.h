@@ -38,15 +38,18 @@ inline constexpr Entrada kUltimaEntrada = Entrada::PuertoLocal;
     return e >= Entrada::Pendientes && e != Entrada::FinPendientes;
 }
 
-/// The writing end. Entries are gathered and go to the file some at a time; a file that was cut off
-/// anywhere can be read up to there.
+/// The writing end. Entries are gathered, and go to the file some at a time once it is open; a file
+/// that was cut off anywhere can be read up to there.
 class CintaEscrita {
   public:
-    /// Replaces the file. Nothing is written beyond `maximo` bytes.
-    CintaEscrita(const std::string& ruta, std::uint64_t maximo);
-    [[nodiscard]] bool abierta() const { return static_cast<bool>(archivo_); }
+    /// Nothing is written beyond `maximo` bytes.
+    explicit CintaEscrita(std::uint64_t maximo);
+    /// Replaces the file. False: it cannot be created.
+    [[nodiscard]] bool abrir(const std::string& ruta);
     /// Nothing more is kept: `maximo` was reached, or the disk takes no more.
     [[nodiscard]] bool llena() const { return llena_; }
+    /// The disk takes no more, so that another file would not help.
+    [[nodiscard]] bool sinDisco() const { return archivo_.is_open() && !archivo_; }
 
     CintaEscrita& entrada(Entrada e);
     CintaEscrita& numero(std::uint64_t n);
