@@ -6,7 +6,7 @@
 // - one with garbage: of its values only those are known to be wrong that nothing answered;
 // - a slow one: it answers everything in order, up to two and a half time-outs late;
 // - a fitful one: it answers in order and in time, or not at all, and the network may hold
-//   everything back for any time.
+//   everything back for any time, but lets what is on its way through before it does so again.
 // Neither of the last two may ever put a value in another register's place.
 
 #include "apoyo/planta.h"
@@ -237,7 +237,8 @@ class Mundo {
     void enlace(std::size_t que) {
         RedSimulada& red = planta_.bucle.red();
         if (que % 4 == 0) red.cortar(contrario_.enlace);
-        if (que % 4 == 1 && clase_ != Clase::Lenta) {
+        const bool puede = planta_.ahoraMs() - soltadaMs_ >= kTiempoFueraMs;
+        if (que % 4 == 1 && clase_ != Clase::Lenta && puede) {
             planta_.avanzar(1);
             red.interrumpir(contrario_.enlace);
             contrario_.interrumpida = true;
@@ -245,6 +246,7 @@ class Mundo {
         if (que % 4 >= 2) {
             red.reanudar(contrario_.enlace);
             planta_.avanzar(1);
+            if (contrario_.interrumpida) soltadaMs_ = planta_.ahoraMs();
             contrario_.interrumpida = false;
         }
     }
@@ -294,6 +296,7 @@ class Mundo {
     std::size_t fijos_ = 0; ///< timers that always run
     std::uint64_t enlaceVisto_ = 0;
     double vistoMs_ = 0;
+    double soltadaMs_ = 0; ///< what the network held back was let go
     std::array<bool, 3> estabaOk_{};
 };
 

@@ -193,6 +193,13 @@ TEST(Motor, ElTiempoEsElDelReloj) {
     EXPECT_GT(b.entorno.reloj, 500);
 }
 
+TEST(Motor, UnTextoQueCreceCercaDelLimiteNoSeCopiaCadaVez) {
+    Banco b; // a copy for every character would take hours
+    EXPECT_FALSE(b.motor.addCode("t = String(14000000, \"a\") : Do : t = t & \"b\" : Loop"));
+    EXPECT_TRUE(b.motor.error().budget) << b.motor.error().description;
+    EXPECT_TRUE(b.motor.addCode("t = \"\""));
+}
+
 TEST(Motor, LoGiganteFallaSinPedirMemoria) {
     Banco b;
     for (const char* texto : {"x = String(2000000000, \"x\")", "x = Space(2000000000)",

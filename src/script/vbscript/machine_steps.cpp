@@ -27,7 +27,7 @@ void Machine::opConcat(const Instruction& i) {
     const Value& left = at(i.b);
     if (&to == &left && to.is(Type::String)) {
         const Value more = joinable(*this, at(i.c));
-        appendTo(to, more.chars());
+        work(appendTo(to, more.chars()));
         finished(i, i.b, i.c);
         return;
     }
@@ -96,7 +96,7 @@ void Machine::opAppend(const Instruction& i) {
     if (parts.size() == 1) {
         // A copy keeps the characters alive when a string is added to itself.
         const Value more = std::move(parts[0]);
-        appendTo(to, more.chars());
+        work(appendTo(to, more.chars()));
         return;
     }
     std::size_t length = 0;
@@ -107,7 +107,7 @@ void Machine::opAppend(const Instruction& i) {
     for (const Value& p : parts)
         at0 = std::copy_n(p.s->chars(), p.s->length, at0);
     clearAll(parts);
-    appendTo(to, all.chars());
+    work(appendTo(to, all.chars()));
 }
 
 void Machine::opForPrepare(const Instruction& i) {

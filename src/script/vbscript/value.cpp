@@ -4,6 +4,7 @@
 #include "script/vbscript/object.h"
 #include "script/vbscript/text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -39,6 +40,18 @@ class Charge {
     std::size_t bytes_;
     bool open_ = true;
 };
+
+/// How many characters a string that has just grown to `length` gets room for: half as much again.
+/// Near the budget half of what is left must do, so that others get some too and the string is
+/// still not copied anew for every character; a last small rest it gets whole.
+std::size_t roomToGrow(std::size_t length) {
+    const std::size_t wanted = length + length / 2 + 8;
+    const Memory& account = Memory::current();
+    const std::size_t taken = account.used() + sizeof(StringData) + length * sizeof(char16_t);
+    if (taken >= account.limit()) return length; // will not be granted
+    const std::size_t left = (account.limit() - taken) / sizeof(char16_t);
+    return std::min(wanted, length + (left < length / 16 ? left : left / 2));
+}
 
 } // namespace
 
@@ -249,23 +262,20 @@ Value arrayOf(std::vector<Value> items) {
     return v;
 }
 
-void appendTo(Value& target, std::u16string_view more) {
-    if (more.empty()) return;
+std::size_t appendTo(Value& target, std::u16string_view more) {
+    if (more.empty()) return 0;
     StringData* s = target.s;
     const std::size_t length = std::size_t{s->length} + more.size();
     if (s->refs == 1 && length <= s->capacity && s->account == &Memory::current()) {
         std::memcpy(s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
         s->length = static_cast<std::uint32_t>(length);
-        return;
+        return more.size();
     }
-    // Room for as much again, unless that is what would break the budget.
-    std::size_t capacity = length + length / 2 + 8;
-    const Memory& account = Memory::current();
-    if (account.used() + capacity * sizeof(char16_t) > account.limit()) capacity = length;
-    Value grown = Value::room(length, capacity);
+    Value grown = Value::room(length, roomToGrow(length));
     if (s->length) std::memcpy(grown.s->chars(), s->chars(), s->length * sizeof(char16_t));
     std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
     target.swap(grown);
+    return length;
 }
 
 } // namespace vbscript

@@ -173,7 +173,8 @@ struct ArrayData {
 void makeUnique(Value& v);
 /// A one-dimensional array of `items`.
 Value arrayOf(std::vector<Value> items);
-/// Appends in place when `target` is the only owner of a string; else makes a new one.
-void appendTo(Value& target, std::u16string_view more);
+/// Appends in place when `target` is the only owner of a string; else makes a new one. How many
+/// characters were copied.
+std::size_t appendTo(Value& target, std::u16string_view more);
 
 } // namespace vbscript
