@@ -37,7 +37,7 @@ int correrConVentana(const Opciones& opciones) {
         aplicacion.correr();
     }
     motor.vista.observar(&programa.salida);
-    return unico ? programa.resultado() : kYaCorre;
+    return unico ? kOrdenado : kYaCorre;
 }
 
 } // namespace kv

@@ -70,7 +70,7 @@ std::uint64_t bytesDeTexto(const std::string& texto) {
     return bytes < kMenos ? 0 : bytes;
 }
 
-void ponerGrabacion(CLI::App& app, ComoGrabar& grabar) {
+void ponerGrabacion(CLI::App& app, ComoGrabar& grabar, CLI::Option* sinVentana) {
     auto* archivo = app.add_option("--grabar", grabar.archivo,
                                    "Graba todo lo que le llega al driver, para reproducirlo "
                                    "despues; las tres grabaciones de antes quedan en ARCHIVO.1 "
@@ -88,7 +88,8 @@ void ponerGrabacion(CLI::App& app, ComoGrabar& grabar) {
         ->needs(archivo);
     app.add_flag("--grabar-en-anillo", grabar.enAnillo,
                  "Cuando la grabacion se llena, el driver arranca de nuevo y sigue en otra")
-        ->needs(archivo);
+        ->needs(archivo)
+        ->needs(sinVentana); // what an operator was typing would be lost
 }
 
 /// The exit code if the program is to end at once.
@@ -103,11 +104,12 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
                    "Carpeta del programa: ajustes, configuracion, guion y registros")
         ->check(CLI::Validator(esCarpeta, ""))
         ->type_name("DIR");
-    app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
+    auto* sinVentana =
+        app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
     app.add_flag("--comprobar", opciones.comprobar,
                  "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
-    ponerGrabacion(app, opciones.grabar);
+    ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
         ->type_name("ARCHIVO");
