@@ -4,8 +4,9 @@
 
 namespace kv {
 
-/// The driver with its windows, until it is told to end: the exit code. The toolkit's loop is the
-/// outer one and watches the driver's, in one thread.
+/// The driver with its windows, until it is told to end: the exit code. Throws std::runtime_error
+/// where there is no screen. Declared here and written where the windows are, so that nothing below
+/// them knows them; a program without windows does not call it.
 [[nodiscard]] int correrConVentana(const Opciones& opciones);
 
 } // namespace kv

@@ -4,7 +4,6 @@
 #include "core/start/programa.h"
 #ifdef KV_VENTANA
 #include "core/start/con_ventana.h"
-#include "ui/qt/aplicacion.h"
 #endif
 
 #include <CLI/CLI.hpp>
@@ -39,13 +38,7 @@ int correrSinVentana(const Opciones& opciones) {
 
 int correr(const Opciones& opciones) {
 #ifdef KV_VENTANA
-    if (!opciones.sinVentana) {
-        if (hayPantalla()) return correrConVentana(opciones);
-        std::cerr << kNombreDelPrograma
-                  << ": no hay pantalla donde mostrar la ventana; con --sin-ventana corre sin "
-                     "ella\n";
-        return kMalaLinea;
-    }
+    if (!opciones.sinVentana) return correrConVentana(opciones);
 #endif
     return correrSinVentana(opciones);
 }

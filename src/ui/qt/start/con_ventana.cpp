@@ -4,9 +4,14 @@
 #include "ui/qt/idioma.h"
 #include "ui/qt/ventanas.h"
 
+#include <stdexcept>
+
 namespace kv {
 
 int correrConVentana(const Opciones& opciones) {
+    if (!hayPantalla())
+        throw std::runtime_error(
+            "no hay pantalla donde mostrar la ventana; con --sin-ventana corre sin ella");
     Programa programa(opciones, Aplicacion::terminar);
     Motor& motor = programa.motor;
     Aplicacion aplicacion(
