@@ -172,11 +172,11 @@ TEST_F(Planta, LaGrabacionLlenaSigueEnOtraYNingunaSePierde) {
     vida(); // before the first
     const std::string primera = vida();
     EXPECT_NE(recibido(driver, "1", "10"), -99999) << "it polls again " << driver.errores();
+    EXPECT_EQ(s.terminar(SIGTERM), 0); // so that the second recording does not become full, too
     // Another driver of the same folder leaves the one that runs its recording.
     Proceso segunda(orden);
     EXPECT_EQ(segunda.terminar(), 1);
     EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
-    EXPECT_EQ(s.terminar(SIGTERM), 0);
     EXPECT_LE(casa.leer("vuelo.1").size(), 64U << 10);
     Proceso otraVez({casa.programa(), "--reproducir", casa.ruta() + "/vuelo.1"});
     EXPECT_EQ(otraVez.terminar(), 0) << otraVez.errores();
@@ -186,6 +186,24 @@ TEST_F(Planta, LaGrabacionLlenaSigueEnOtraYNingunaSePierde) {
     EXPECT_GT(repetida.size(), 100'000U);
     EXPECT_TRUE(primera.starts_with(repetida.substr(repetida.find('\n', desde) + 1)));
     EXPECT_FALSE(std::filesystem::exists(casa.ruta() + "/vuelo.2"));
+}
+
+TEST_F(Planta, SinLugarParaGrabarSePoleaIgual) {
+    Simulador s({0}, {"--registro", "01.10=261"});
+    const Instalacion casa(Configuracion()
+                               .puerto({"0.5", "1", "0.2"})
+                               .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .texto());
+    auto orden = casa.correr();
+    orden.insert(orden.end(), {"--grabar", casa.ruta() + "/no/hay", "--grabar-en-anillo"});
+    Proceso driver(orden);
+    EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_NE(driver.errores().find("no se puede escribir en " + casa.ruta() + "/no/hay"),
+              std::string::npos)
+        << driver.errores();
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {

@@ -9,7 +9,6 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
-#include <stdexcept>
 #include <utility>
 
 namespace kv {
@@ -39,16 +38,16 @@ class CarpetaDePaso {
     std::string ruta_;
 };
 
-/// What was recorded before is somebody's only trace of what went wrong.
-void apartar(const std::string& archivo) {
+/// What was recorded before is somebody's only trace of what went wrong. False: it is in the way.
+bool apartar(const std::string& archivo) {
     namespace fs = std::filesystem;
     std::error_code error;
-    if (!fs::is_regular_file(fs::symlink_status(archivo, error))) return;
+    if (!fs::is_regular_file(fs::symlink_status(archivo, error))) return true;
     const auto deAntes = [&archivo](int n) { return archivo + "." + std::to_string(n); };
     for (int n = kGrabacionesDeAntes; n > 1; --n)
         fs::rename(deAntes(n - 1), deAntes(n), error);
     fs::rename(archivo, deAntes(1), error);
-    if (error) throw std::runtime_error("no se puede apartar " + archivo + ": " + error.message());
+    return !error;
 }
 
 int mostrar(std::string contenido, std::ostream& errores) {
@@ -97,9 +96,7 @@ Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
 
 void Grabacion::empezar() {
     if (!grabador_) return;
-    apartar(como_.archivo);
-    if (!cinta_->abrir(como_.archivo))
-        throw std::runtime_error("no se puede crear " + como_.archivo);
+    if (!apartar(como_.archivo) || !cinta_->abrir(como_.archivo)) cinta_->abandonar();
     grabador_->empezarTramo();
 }
 
@@ -107,9 +104,10 @@ void Grabacion::empezada() {
     if (grabador_) grabador_->terminarTramo();
 }
 
-bool Grabacion::seLleno() {
-    if (!cinta_ || !cinta_->llena() || dicho_) return false;
-    return dicho_ = true;
+std::string Grabacion::novedad() {
+    if (!cinta_ || !cinta_->llena() || std::exchange(dicho_, true)) return {};
+    if (cinta_->sinDisco()) return "no se puede escribir en " + como_.archivo + ": no se graba";
+    return como_.archivo + (pideOtra() ? " llena: sigue en otra" : " llena: no sigue");
 }
 
 bool Grabacion::pideOtra() const {

@@ -34,14 +34,15 @@ class Grabacion final : private RegistroDeOrdenes {
     [[nodiscard]] Bucle& bucle();
     [[nodiscard]] Archivos& archivos();
     /// The driver's start begins; nothing is written before, as another driver may be running that
-    /// records in the same file. Throws std::runtime_error when the recording cannot be created.
+    /// records in the same file.
     void empezar();
     /// The driver's start ends.
     void empezada();
     /// Who wants to know of the operator's orders, null if nobody.
     [[nodiscard]] RegistroDeOrdenes* registro() { return grabador_ ? this : nullptr; }
-    /// True once: the recording has just become full.
-    [[nodiscard]] bool seLleno();
+    /// Why nothing is recorded any more, once; empty: it is, or that was told. A plant wants its
+    /// driver also without a recording.
+    [[nodiscard]] std::string novedad();
     /// It is full, and is to go on in another file when the driver starts anew.
     [[nodiscard]] bool pideOtra() const;
 

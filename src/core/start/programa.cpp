@@ -40,9 +40,10 @@ void Programa::arrancar() {
 }
 
 void Programa::mirarGrabacion() {
-    if (grabacion.seLleno())
-        motor.log.escribirLog("DRIVER", "Grabacion",
-                              grabacion.pideOtra() ? "llena: sigue en otra" : "llena: no sigue");
+    if (const std::string novedad = grabacion.novedad(); !novedad.empty()) {
+        motor.log.escribirLog("DRIVER", "Grabacion", novedad);
+        motor.vista.mostrarMensaje(novedad, "Grabacion");
+    }
     // A write that waits is lost with the process.
     if (resultado_ || !grabacion.pideOtra() || motor.ejecucion.enEspera() > 0) return;
     resultado_ = kDeNuevo;

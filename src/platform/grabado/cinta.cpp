@@ -51,7 +51,7 @@ void CintaEscrita::volcar() {
     if (pendiente_.empty() || !archivo_.is_open()) return;
     archivo_.write(pendiente_.data(), static_cast<std::streamsize>(pendiente_.size()));
     archivo_.flush();
-    if (!archivo_) llena_ = true;
+    if (!archivo_) abandonar();
     escritos_ += pendiente_.size();
     pendiente_.clear();
     cerradas_ = 0;

@@ -48,8 +48,10 @@ class CintaEscrita {
     [[nodiscard]] bool abrir(const std::string& ruta);
     /// Nothing more is kept: `maximo` was reached, or the disk takes no more.
     [[nodiscard]] bool llena() const { return llena_; }
-    /// The disk takes no more, so that another file would not help.
-    [[nodiscard]] bool sinDisco() const { return archivo_.is_open() && !archivo_; }
+    /// Nothing is kept because the disk does not take it, so that another file would not help.
+    [[nodiscard]] bool sinDisco() const { return sinDisco_; }
+    /// There is no place for it: nothing is kept.
+    void abandonar() { llena_ = sinDisco_ = true; }
 
     CintaEscrita& entrada(Entrada e);
     CintaEscrita& numero(std::uint64_t n);
@@ -67,6 +69,7 @@ class CintaEscrita {
     std::string pendiente_;
     std::size_t cerradas_ = 0; ///< of those bytes, in whole entries
     bool llena_ = false;
+    bool sinDisco_ = false;
 };
 
 /// A recording that cannot be what this program has written or would do. Not one of the standard
