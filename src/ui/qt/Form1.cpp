@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
@@ -32,6 +33,11 @@ constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
 constexpr int kLineasDelGuion = 3;
 constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
+
+/// Not every desktop makes a window fit its screen.
+QSize entera(const QWidget& ventana) {
+    return kEntera.boundedTo(ventana.screen()->availableSize());
+}
 
 } // namespace
 
@@ -72,7 +78,7 @@ Form1::Form1(const PartesDeVentana& partes)
     // The layout's own minimum lags behind what is hidden and would hold the compact size up.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     setMinimumSize(kCompacta);
-    resize(kEntera);
+    resize(entera(*this));
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
     prepararVentana(*this);
@@ -319,7 +325,7 @@ void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
     for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
         parte->setVisible(!compacta_);
-    resize(compacta_ ? kCompacta : kEntera);
+    resize(compacta_ ? kCompacta : entera(*this));
 }
 
 void Form1::showEvent(QShowEvent* suceso) {
