@@ -24,6 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     kv::Configuracion c;
     c.puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "60").bloque(1, "1F", "60");
     kv::Planta planta(c);
+    planta.ajuste("Guion_Llamadas_Anidadas_Maximo", "10"); // less to set aside
     kv::Estaciones& estaciones = planta.en("10.0.0.1");
     planta.arrancarYConectar();
     planta.avanzar(5000);

@@ -164,6 +164,7 @@ class Mundo {
         planta_.bucle.red().atender("10.0.0.1", 502, contrario_);
         planta_.ajuste("Tiempo_Entre_poleo", "20");
         planta_.ajuste("Base_Tiempo_Solicitar_Conexiones_Milisegundos", "100");
+        planta_.ajuste("Guion_Llamadas_Anidadas_Maximo", "10"); // less to set aside
         planta_.arrancar();
         fijos_ = planta_.bucle.temporizadoresEncendidos() - 1; // but the one that asks for links
         planta_.bucle.alTerminarCadaSuceso([this] { vigilar(); });

@@ -193,6 +193,31 @@ TEST(Motor, ElTiempoEsElDelReloj) {
     EXPECT_GT(b.entorno.reloj, 500);
 }
 
+TEST(Motor, LaHonduraCambiaEntreCorridas) {
+    std::string grande = "Function Grande\nDim a0";
+    for (int k = 1; k < 400; ++k)
+        grande += ", a" + std::to_string(k);
+    grande += "\na399 = 7 : Grande = a399\nEnd Function\n";
+    Limits limites;
+    Banco b(limites);
+    ASSERT_TRUE(b.motor.addCode(grande +
+                                "Function F(n)\nIf n > 0 Then F = 1 + F(n - 1) Else F = 0\n"
+                                "End Function\nr = F(1990)"));
+    EXPECT_EQ(b.texto("r"), "1990");
+    limites.maxDepth = 10;
+    b.motor.setLimits(limites);
+    EXPECT_TRUE(b.motor.addCode("r = F(8)"));
+    EXPECT_EQ(b.texto("r"), "8");
+    EXPECT_FALSE(b.motor.addCode("r = F(11)"));
+    EXPECT_TRUE(b.motor.error().budget);
+    EXPECT_TRUE(b.motor.addCode("s = Grande")) << "few calls, many variables";
+    EXPECT_EQ(b.texto("s"), "7");
+    limites.maxDepth = 2000;
+    b.motor.setLimits(limites);
+    EXPECT_TRUE(b.motor.addCode("r = F(1990)"));
+    EXPECT_EQ(b.texto("r"), "1990");
+}
+
 TEST(Motor, UnTextoQueCreceCercaDelLimiteNoSeCopiaCadaVez) {
     Banco b; // a copy for every character would take hours
     EXPECT_FALSE(b.motor.addCode("t = String(14000000, \"a\") : Do : t = t & \"b\" : Loop"));

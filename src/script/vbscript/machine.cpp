@@ -9,16 +9,22 @@ namespace vbscript {
 
 namespace {
 
-constexpr std::size_t registersInAll = std::size_t{1} << 17; // 2 MB
-constexpr int deepestNesting = 60;                           // each takes a slice of the C++ stack
-constexpr int stepsPerLook = 1000;                           // between two looks at the clock
+constexpr int registersPerCall = 64;   // of the calls that a script may nest, on the average
+constexpr int mostRegisters = 1 << 17; // 2 MB
+constexpr int deepestNesting = 60;     // each takes a slice of the C++ stack
+constexpr int stepsPerLook = 1000;     // between two looks at the clock
 constexpr std::size_t unitsKept = 16;
 constexpr std::size_t unitCost = 10; // a compiled unit weighs about so many times its text
 
+std::size_t registersFor(int maxDepth) {
+    constexpr int atLeast = 64; // a limit of few calls is none to the variables of a procedure
+    const int calls = std::clamp(maxDepth, atLeast, mostRegisters / registersPerCall);
+    return static_cast<std::size_t>(calls * registersPerCall);
+}
+
 } // namespace
 
-Machine::Machine(Surroundings& w, Memory& account)
-    : Runtime(w), library(names), memory_(account), stack_(registersInAll) {
+Machine::Machine(Surroundings& w, Memory& account) : Runtime(w), library(names), memory_(account) {
     setLimits(limits_);
 }
 
@@ -35,6 +41,7 @@ Machine::~Machine() {
 void Machine::setLimits(const Limits& l) {
     limits_ = l;
     memory_.setLimit(l.maxBytes);
+    if (frames_.empty()) stack_.setRoom(registersFor(l.maxDepth));
 }
 
 Machine::Run::Run(Machine& m) : machine_(m) {

@@ -26,6 +26,8 @@ bool sameText(std::string_view a, std::string_view b) {
 } // namespace
 
 Names::Names() {
+    constexpr std::size_t usual = 1024; // the language's own and those of a script
+    atoms_.reserve(usual);
     texts_.emplace_back();
     for (const char* w : words)
         of(w);

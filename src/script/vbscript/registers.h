@@ -12,14 +12,19 @@ namespace vbscript {
 /// scripts need a few dozen.
 class RegisterStack {
   public:
-    explicit RegisterStack(std::size_t most) : most_(most) {}
-    ~RegisterStack() {
-        clear();
-        if (first_ != nullptr) std::allocator<Value>().deallocate(first_, most_);
-    }
+    RegisterStack() = default;
+    ~RegisterStack() { setRoom(0); }
     RegisterStack(const RegisterStack&) = delete;
     RegisterStack& operator=(const RegisterStack&) = delete;
 
+    /// Room for `most` registers from now on; none may be in use.
+    void setRoom(std::size_t most) {
+        if (most == most_) return;
+        clear();
+        if (first_ != nullptr) std::allocator<Value>().deallocate(first_, most_);
+        made_ = first_ = nullptr;
+        most_ = most;
+    }
     [[nodiscard]] Value* begin() {
         if (first_ == nullptr) made_ = first_ = std::allocator<Value>().allocate(most_);
         return first_;
@@ -40,7 +45,7 @@ class RegisterStack {
     }
 
   private:
-    std::size_t most_;
+    std::size_t most_ = 0;
     Value* first_ = nullptr;
     Value* made_ = nullptr;
 };
