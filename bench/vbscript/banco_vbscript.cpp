@@ -26,7 +26,6 @@ class Mundo : public vbscript::Surroundings {
     std::string inputBox(std::string_view, std::string_view, std::string_view) override {
         return {};
     }
-    std::string filesFolder() override { return {}; }
 };
 
 std::string leer(const std::filesystem::path& ruta) {

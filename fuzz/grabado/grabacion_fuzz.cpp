@@ -3,6 +3,7 @@
 #include "core/start/arranque.h"
 #include "core/start/motor.h"
 #include "platform/grabado/reproductor.h"
+#include "script/files/discos.h"
 
 #include <cstdint>
 
@@ -14,6 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
         kv::ArchivosReproducidos archivos(bucle);
         kv::ProcesosReproducidos procesos;
         kv::Motor motor(bucle, archivos, "/kv");
+        kv::RespuestasDeDisco respuestas;
+        motor.scriptControl.fijarDisco(
+            [&] { return std::make_shared<kv::DiscoReproducido>(bucle, respuestas); });
         kv::Arranque arranque(motor, procesos);
         bucle.empezar();
         arranque.arrancar();

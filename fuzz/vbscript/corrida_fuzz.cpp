@@ -15,7 +15,6 @@ class Mundo : public vbscript::Surroundings {
     std::string inputBox(std::string_view, std::string_view, std::string_view propuesto) override {
         return std::string(propuesto);
     }
-    std::string filesFolder() override { return {}; }
 
   private:
     std::int64_t reloj_ = 0;

@@ -44,9 +44,9 @@ class ScriptControl final : private vbscript::Surroundings {
     void fijarPresupuesto(const PresupuestoDelGuion& presupuesto);
     /// "es-AR" or "en-US"; anything else changes nothing and gives false.
     bool fijarIdioma(std::string_view idioma) { return motor_.setLocale(idioma); }
-    /// Tells the one folder in which scripts may use files, when one first wants to; none at first.
-    void fijarCarpetaDeArchivos(std::function<std::string()> carpeta) {
-        carpeta_ = std::move(carpeta);
+    /// Gives the files that scripts may use, whenever one wants to; null, and at first: none.
+    void fijarDisco(std::function<std::shared_ptr<vbscript::Disk>()> disco) {
+        disco_ = std::move(disco);
     }
 
     /// The number of a global variable, made on first use. Nothing when `nombre` is no identifier:
@@ -72,14 +72,14 @@ class ScriptControl final : private vbscript::Surroundings {
     int messageBox(std::string_view text, int buttons, std::string_view title) override;
     std::string inputBox(std::string_view prompt, std::string_view title,
                          std::string_view proposed) override;
-    std::string filesFolder() override { return carpeta_ ? carpeta_() : std::string(); }
+    std::shared_ptr<vbscript::Disk> disk() override { return disco_ ? disco_() : nullptr; }
     void agregarMw();
     void agregarLabel();
 
     const Reloj& reloj_;
     Vista& vista_;
     OrdenesDelGuion* ordenes_ = nullptr;
-    std::function<std::string()> carpeta_;
+    std::function<std::shared_ptr<vbscript::Disk>()> disco_;
     vbscript::Engine motor_;
 };
 

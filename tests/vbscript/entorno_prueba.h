@@ -16,7 +16,9 @@ class Entorno : public Surroundings {
     int messageBox(std::string_view texto, int botones, std::string_view titulo) override;
     std::string inputBox(std::string_view texto, std::string_view titulo,
                          std::string_view propuesto) override;
-    std::string filesFolder() override { return carpeta; }
+    std::shared_ptr<Disk> disk() override {
+        return carpeta.empty() ? nullptr : std::make_shared<FolderDisk>(carpeta);
+    }
 
     std::int64_t reloj = 0;
     std::string carpeta;

@@ -46,7 +46,9 @@ class Escritorio : public vbscript::Surroundings {
         return std::string(propuesto);
     }
 
-    std::string filesFolder() override { return carpeta_; }
+    std::shared_ptr<vbscript::Disk> disk() override {
+        return std::make_shared<vbscript::FolderDisk>(carpeta_);
+    }
 
   private:
     std::string carpeta_;

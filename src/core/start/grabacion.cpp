@@ -19,25 +19,6 @@ constexpr int kNoReproducida = 2;
 
 std::string programa() { return std::string(kNombreDelPrograma) + " " KV_VERSION; }
 
-/// A folder for what the script writes, gone at the end.
-class CarpetaDePaso {
-  public:
-    CarpetaDePaso() {
-        ruta_ = (std::filesystem::temp_directory_path() / "kvreproduceXXXXXX").string();
-        if (mkdtemp(ruta_.data()) == nullptr) ruta_.clear();
-    }
-    ~CarpetaDePaso() {
-        std::error_code error;
-        if (!ruta_.empty()) std::filesystem::remove_all(ruta_, error);
-    }
-    CarpetaDePaso(const CarpetaDePaso&) = delete;
-    CarpetaDePaso& operator=(const CarpetaDePaso&) = delete;
-    [[nodiscard]] const std::string& ruta() const { return ruta_; }
-
-  private:
-    std::string ruta_;
-};
-
 /// What was recorded before is somebody's only trace of what went wrong. False: it is in the way.
 bool apartar(const std::string& archivo) {
     namespace fs = std::filesystem;
@@ -58,14 +39,16 @@ int mostrar(std::string contenido, std::ostream& errores) {
     Reproductor bucle(cinta);
     ArchivosReproducidos archivos(bucle);
     ProcesosReproducidos procesos;
-    const CarpetaDePaso paso;
+    RespuestasDeDisco respuestas;
     SalidaDeTraza salida(true);
     Motor motor(bucle, archivos, carpeta);
     motor.vista.observar(&salida);
     Arranque arranque(motor, procesos);
     bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
-    motor.scriptControl.fijarCarpetaDeArchivos(
-        [&] { return carpetaDelGuion(motor, archivos).empty() ? std::string() : paso.ruta(); });
+    motor.scriptControl.fijarDisco([&]() -> std::shared_ptr<vbscript::Disk> {
+        if (carpetaDelGuion(motor, archivos).empty()) return nullptr;
+        return std::make_shared<DiscoReproducido>(bucle, respuestas);
+    });
     bucle.alOrdenar([&motor](std::string_view texto) {
         const auto orden = ordenDeTexto(texto);
         if (!orden) throw CintaMala{"una orden que no lo es: " + std::string(texto)};
@@ -93,6 +76,11 @@ Grabacion::Grabacion(Bucle& bucle, Archivos& archivos, ComoGrabar como, const st
 Bucle& Grabacion::bucle() { return grabador_ ? *grabador_ : bucle_; }
 
 Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
+
+std::shared_ptr<vbscript::Disk> Grabacion::disco(std::shared_ptr<vbscript::Disk> disco) {
+    if (!grabador_ || !disco) return disco;
+    return std::make_shared<DiscoGrabado>(std::move(disco), *grabador_, respuestas_);
+}
 
 void Grabacion::empezar() {
     if (!grabador_) return;

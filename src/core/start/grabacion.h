@@ -4,10 +4,12 @@
 #include "platform/bucle.h"
 #include "platform/grabado/cinta.h"
 #include "platform/grabado/grabador.h"
+#include "script/files/discos.h"
 #include "ui/commands/orden.h"
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -33,6 +35,8 @@ class Grabacion final : private RegistroDeOrdenes {
 
     [[nodiscard]] Bucle& bucle();
     [[nodiscard]] Archivos& archivos();
+    /// The same for a script's files.
+    [[nodiscard]] std::shared_ptr<vbscript::Disk> disco(std::shared_ptr<vbscript::Disk> disco);
     /// The driver's start begins; nothing is written before, as another driver may be running that
     /// records in the same file.
     void empezar();
@@ -56,6 +60,7 @@ class Grabacion final : private RegistroDeOrdenes {
     std::optional<CintaEscrita> cinta_;
     std::optional<Grabador> grabador_;
     std::optional<ArchivosGrabados> grabados_;
+    RespuestasDeDisco respuestas_;
     bool dicho_ = false;
 };
 

@@ -21,8 +21,9 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
         salida.volcar();
         mirarGrabacion();
     });
-    motor.scriptControl.fijarCarpetaDeArchivos(
-        [this] { return carpetaDelGuion(motor, grabacion.archivos()); });
+    motor.scriptControl.fijarDisco([this] {
+        return grabacion.disco(discoDeCarpeta(carpetaDelGuion(motor, grabacion.archivos())));
+    });
 }
 
 Programa::~Programa() {

@@ -31,8 +31,9 @@ enum class Entrada : std::uint8_t {
     Contenido,     ///< path, greatest length, 0 or 1, bytes
     NoEscrito,     ///< a write failed
     PuertoLocal,   ///< the port
+    Disco,         ///< what a script asked of its files; fault, kind, size, bytes
 };
-inline constexpr Entrada kUltimaEntrada = Entrada::PuertoLocal;
+inline constexpr Entrada kUltimaEntrada = Entrada::Disco;
 
 [[nodiscard]] constexpr bool esRespuesta(Entrada e) {
     return e >= Entrada::Pendientes && e != Entrada::FinPendientes;

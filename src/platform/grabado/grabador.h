@@ -19,8 +19,6 @@ namespace kv {
 ///
 /// Once a second at most, what was gathered goes to the file: a driver that dies in a handler takes
 /// along what came since.
-///
-/// Scripts reach their own folder of files without the platform; that is not recorded.
 class Grabador final : public Bucle {
   public:
     static constexpr std::int64_t kPasoUs = 5000;

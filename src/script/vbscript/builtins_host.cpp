@@ -19,8 +19,7 @@ Value createObject(Runtime& rt, Arguments a) {
     if (id == u"scripting.dictionary") return makeDictionary(rt);
     if (id == u"vbscript.regexp") return makeRegExp();
     if (id == u"scripting.filesystemobject") {
-        const std::string folder = rt.world.filesFolder();
-        if (!folder.empty()) return makeFileSystem(folder);
+        if (auto disk = rt.world.disk()) return makeFileSystem(std::move(disk));
     }
     throw Fault(429);
 }

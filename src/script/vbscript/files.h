@@ -1,17 +1,22 @@
 #pragma once
 
+#include "script/vbscript/disk.h"
 #include "script/vbscript/object.h"
 
+#include <memory>
 #include <string>
 
 namespace vbscript {
 
-/// A Scripting.FileSystemObject that sees one folder and nothing above it: whatever path a script
-/// names is taken from there, drive letters and leading slashes away.
-Value makeFileSystem(std::string folder);
+/// A Scripting.FileSystemObject on these files.
+Value makeFileSystem(std::shared_ptr<Disk> disk);
 
 enum class FileMode { Read = 1, Write = 2, Append = 8 };
-/// An open text file. Throws Fault 53, 70, 76. `unicode`: UTF-16 instead of Windows-1252.
-Value openTextStream(const std::string& path, FileMode mode, bool unicode);
+/// An open text file. Throws Fault 53, 70, 76 and what else the disk answers. `unicode`: UTF-16
+/// instead of Windows-1252.
+Value openTextStream(std::shared_ptr<Disk> disk, const std::string& path, FileMode mode,
+                     bool unicode);
+/// Throws what went wrong.
+DiskAnswer asked(Disk& disk, const DiskOrder& order);
 
 } // namespace vbscript

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "script/vbscript/disk.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -42,8 +45,8 @@ class Surroundings {
     /// Must not block; "" is what Cancel answers.
     virtual std::string inputBox(std::string_view prompt, std::string_view title,
                                  std::string_view proposed) = 0;
-    /// The one folder that Scripting.FileSystemObject may touch; empty: there is no such object.
-    virtual std::string filesFolder() = 0;
+    /// What a Scripting.FileSystemObject works on; null: there is no such object.
+    virtual std::shared_ptr<Disk> disk() { return nullptr; }
 };
 
 } // namespace vbscript

@@ -2,89 +2,83 @@
 #include "script/vbscript/files.h"
 #include "script/vbscript/text.h"
 
-#include <fstream>
+#include <algorithm>
+#include <utility>
 
 namespace vbscript {
 
 namespace {
 
-// What a script may let a file grow to: a loop gone wild must not fill the disk.
-constexpr std::uint64_t largestFile = std::uint64_t{32} << 20;
-
-// Open for writing at one time: files are few, and the program around us needs some, too.
-constexpr int mostOpen = 32;
-thread_local int openNow = 0;
+using What = DiskOrder::What;
 
 class TextStream : public Object {
   public:
-    TextStream(const std::string& path, FileMode mode, bool unicode);
-    ~TextStream() override {
-        account_.shrink(charged_);
-        if (counted_) --openNow;
-    }
+    TextStream(std::shared_ptr<Disk> disk, std::string path, FileMode mode, bool unicode);
+    ~TextStream() override { account_.shrink(charged_); }
     [[nodiscard]] std::string typeName() const override { return "TextStream"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
 
   private:
-    void load(const std::string& path);
+    void load();
+    void charge(std::size_t characters);
     bool read(Runtime& rt, Word m, std::span<Value> args, Value& result);
     bool write(Runtime& rt, Word m, std::span<Value> args);
     void put(std::u16string_view text);
+    void append(std::string_view bytes);
     std::u16string line();
     [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
     void close();
 
+    std::shared_ptr<Disk> disk_;
+    std::string path_;
     bool reading_;
     bool unicode_;
     bool open_ = true;
     std::u16string text_; ///< All of a file that is read.
     std::size_t at_ = 0;
     std::int64_t line_ = 1, column_ = 1;
-    std::ofstream out_;
-    std::uint64_t size_ = 0;
-    bool counted_ = false;
+    std::uint64_t size_ = 0; ///< Of a file that is written.
     Memory& account_ = Memory::current();
     std::size_t charged_ = 0;
 };
 
-TextStream::TextStream(const std::string& path, FileMode mode, bool unicode)
-    : reading_(mode == FileMode::Read), unicode_(unicode) {
+TextStream::TextStream(std::shared_ptr<Disk> disk, std::string path, FileMode mode, bool unicode)
+    : disk_(std::move(disk)), path_(std::move(path)), reading_(mode == FileMode::Read),
+      unicode_(unicode) {
     if (reading_) {
-        load(path);
+        load();
         return;
     }
-    if (openNow >= mostOpen) throw Fault(67);
-    const auto how = mode == FileMode::Append ? std::ios::app : std::ios::trunc;
-    out_.open(path, std::ios::binary | std::ios::out | how);
-    if (!out_) throw Fault(76);
-    counted_ = true;
-    ++openNow;
-    out_.seekp(0, std::ios::end);
-    size_ = static_cast<std::uint64_t>(std::max<std::streamoff>(out_.tellp(), 0));
-    if (unicode_ && size_ == 0) out_.write("\xFF\xFE", 2);
+    asked(*disk_, {mode == FileMode::Append ? What::Append : What::Write, path_});
+    if (mode == FileMode::Append) size_ = asked(*disk_, {What::Look, path_}).size;
+    if (unicode_ && size_ == 0) append("\xFF\xFE");
 }
 
-void TextStream::load(const std::string& path) {
-    std::ifstream in(path, std::ios::binary | std::ios::ate);
-    if (!in) throw Fault(53);
-    const auto size = static_cast<std::size_t>(std::max<std::streamoff>(in.tellg(), 0));
-    if (size > largestFile) throw Fault(7);
-    account_.grow(size * sizeof(char16_t), 7);
-    charged_ = size * sizeof(char16_t);
-    std::string bytes(size, '\0');
-    in.seekg(0);
-    in.read(bytes.data(), static_cast<std::streamsize>(size));
-    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(in.gcount(), 0)));
-    if (unicode_) {
-        for (std::size_t k = 0; k + 1 < bytes.size(); k += 2) {
-            text_ += static_cast<char16_t>(static_cast<unsigned char>(bytes[k]) |
-                                           static_cast<unsigned char>(bytes[k + 1]) << 8);
+void TextStream::charge(std::size_t characters) {
+    account_.grow(characters * sizeof(char16_t), 7);
+    charged_ += characters * sizeof(char16_t);
+}
+
+void TextStream::load() {
+    try {
+        charge(std::min(asked(*disk_, {What::Look, path_}).size, largestFile)); // before it is held
+        const std::string bytes = asked(*disk_, {What::Read, path_}).bytes;
+        if (bytes.size() * sizeof(char16_t) > charged_) charge(bytes.size());
+        text_.reserve(bytes.size());
+        if (unicode_) {
+            for (std::size_t k = 0; k + 1 < bytes.size(); k += 2) {
+                text_ += static_cast<char16_t>(static_cast<unsigned char>(bytes[k]) |
+                                               static_cast<unsigned char>(bytes[k + 1]) << 8);
+            }
+            if (!text_.empty() && text_[0] == 0xFEFF) at_ = 1;
+        } else {
+            for (char c : bytes)
+                text_ += fromAnsi(static_cast<unsigned char>(c));
         }
-        if (!text_.empty() && text_[0] == 0xFEFF) at_ = 1;
-    } else {
-        for (char c : bytes)
-            text_ += fromAnsi(static_cast<unsigned char>(c));
+    } catch (...) { // nobody will take it back: there is no object yet
+        account_.shrink(charged_);
+        throw;
     }
 }
 
@@ -93,9 +87,6 @@ void TextStream::close() {
     text_.clear();
     account_.shrink(charged_);
     charged_ = 0;
-    if (!reading_) out_.close();
-    if (counted_) --openNow;
-    counted_ = false;
 }
 
 std::u16string TextStream::line() {
@@ -120,10 +111,12 @@ void TextStream::put(std::u16string_view text) {
         column_ = c == '\n' ? 1 : column_ + 1;
         if (c == '\n') ++line_;
     }
+    append(bytes);
+}
+
+void TextStream::append(std::string_view bytes) {
     if (size_ + bytes.size() > largestFile) throw Fault(61);
-    out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out_.flush();
-    if (!out_) throw Fault(61);
+    asked(*disk_, {What::Append, path_, {}, bytes});
     size_ += bytes.size();
 }
 
@@ -198,8 +191,9 @@ void TextStream::access(Runtime& rt, Atom member, Access how, std::span<Value> a
 
 } // namespace
 
-Value openTextStream(const std::string& path, FileMode mode, bool unicode) {
-    return Value::object(new TextStream(path, mode, unicode));
+Value openTextStream(std::shared_ptr<Disk> disk, const std::string& path, FileMode mode,
+                     bool unicode) {
+    return Value::object(new TextStream(std::move(disk), path, mode, unicode));
 }
 
 } // namespace vbscript

@@ -18,7 +18,6 @@ class SinMundo final : public vbscript::Surroundings {
     std::string inputBox(std::string_view, std::string_view, std::string_view) override {
         return {};
     }
-    std::string filesFolder() override { return {}; }
 };
 
 FallaDeGuion desde(const vbscript::ScriptError& error) {
