@@ -19,7 +19,7 @@ constexpr std::size_t unitCost = 10; // a compiled unit weighs about so many tim
 std::size_t registersFor(int maxDepth) {
     constexpr int atLeast = 64; // a limit of few calls is none to the variables of a procedure
     const int calls = std::clamp(maxDepth, atLeast, mostRegisters / registersPerCall);
-    return static_cast<std::size_t>(calls * registersPerCall);
+    return static_cast<std::size_t>(calls) * registersPerCall;
 }
 
 } // namespace
