@@ -11,6 +11,8 @@ namespace {
 
 using What = DiskOrder::What;
 
+constexpr std::u16string_view lineEnd = u"\r\n";
+
 class TextStream : public Object {
   public:
     TextStream(std::shared_ptr<Disk> disk, std::string path, FileMode mode, bool unicode);
@@ -156,13 +158,16 @@ bool TextStream::write(Runtime& rt, Word m, std::span<Value> args) {
     if (m == Word::WriteBlankLines) {
         const std::int64_t n = toLong(rt, args[0]);
         if (n < 0 || n > 100000) throw Fault(5);
+        std::u16string lines;
         for (std::int64_t k = 0; k < n; ++k)
-            put(u"\r\n");
+            lines += lineEnd;
+        put(lines);
         return true;
     }
-    const Value text = args.empty() ? Value::string({}) : toText(rt, args[0]);
-    put(text.chars());
-    if (m == Word::WriteLine) put(u"\r\n");
+    std::u16string text;
+    if (!args.empty()) text = toText(rt, args[0]).chars();
+    if (m == Word::WriteLine) text += lineEnd;
+    put(text);
     return true;
 }
 
