@@ -7,8 +7,20 @@
 
 namespace {
 
+/// Files that are what they are called.
+class Disco : public vbscript::Disk {
+  public:
+    vbscript::DiskAnswer ask(const vbscript::DiskOrder& o) override {
+        return {.fault = o.path.ends_with('!') ? 70 : 0,
+                .kind = static_cast<vbscript::DiskAnswer::Kind>(o.path.size() % 3),
+                .size = o.path.size(),
+                .bytes = o.path};
+    }
+};
+
 class Mundo : public vbscript::Surroundings {
   public:
+    std::shared_ptr<vbscript::Disk> disk() override { return std::make_shared<Disco>(); }
     std::int64_t monotonicMs() override { return ++reloj_; }
     vbscript::LocalTime wallClock() override { return {2024, 2, 29, 23, 59, 58, 0}; }
     int messageBox(std::string_view, int, std::string_view) override { return 1; }

@@ -86,7 +86,7 @@ void TextStream::load() {
 
 void TextStream::close() {
     open_ = false;
-    text_.clear();
+    std::u16string().swap(text_); // what is given back to the account is given back indeed
     account_.shrink(charged_);
     charged_ = 0;
 }
