@@ -46,6 +46,19 @@ TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
     EXPECT_FALSE(archivos.agregar(carpeta + "/no/existe/f", "x"));
 }
 
+TEST_F(EnDisco, UnEnlaceSigueSiendoLoAlReemplazarLoQueNombra) {
+    const std::string otra = carpeta + "/otra";
+    ASSERT_TRUE(archivos.crearCarpeta(otra));
+    ASSERT_TRUE(archivos.reemplazar(otra + "/real.ini", "a"));
+    fs::create_symlink("otra/real.ini", carpeta + "/sis_config.ini");
+    ASSERT_TRUE(archivos.reemplazar(carpeta + "/SIS_CONFIG.ini", "b"));
+    EXPECT_TRUE(fs::is_symlink(carpeta + "/sis_config.ini"));
+    EXPECT_EQ(archivos.leer(otra + "/real.ini", 10), "b");
+    fs::create_symlink("nada", carpeta + "/roto.ini");
+    ASSERT_TRUE(archivos.reemplazar(carpeta + "/roto.ini", "c"));
+    EXPECT_EQ(archivos.leer(carpeta + "/roto.ini", 10), "c");
+}
+
 TEST_F(EnDisco, LaHuellaCambiaConElContenido) {
     archivos.reemplazar(carpeta + "/f", "uno");
     const auto antes = archivos.huella(carpeta + "/f");

@@ -56,6 +56,15 @@ std::string resolver(const std::string& ruta) {
     return hecha.string();
 }
 
+/// The file that a link leads to, so that replacing it leaves the link alone; any other path, and a
+/// link to nothing, as it is.
+std::string seguirEnlace(std::string ruta) {
+    std::error_code error;
+    if (!fs::is_symlink(ruta, error)) return ruta;
+    const fs::path destino = fs::canonical(ruta, error);
+    return error ? ruta : destino.string();
+}
+
 /// A descriptor closed at the end of its scope.
 class Descriptor {
   public:
@@ -130,7 +139,7 @@ std::optional<std::string> ArchivosReales::leer(const std::string& ruta, std::si
 }
 
 bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view contenido) {
-    const std::string destino = resolver(ruta);
+    const std::string destino = seguirEnlace(resolver(ruta));
     const std::string nuevo = destino + ".nuevo";
     struct stat s {};
     // A file that may not be written stays as it is, although its folder would allow replacing it.
