@@ -129,6 +129,13 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
                                .bloque(1, "10", "0.1")
                                .bloque(2, "10", "0.1")
                                .texto());
+    casa.escribir("DRIVER_KV2200_Config.MDrivScrip",
+                  "Set f = CreateObject(\"Scripting.FileSystemObject\")\r\n"
+                  "f.OpenTextFile(\"visto.txt\", 8, True).WriteLine MW_1_1_10\r\n"
+                  "Label.Caption = f.OpenTextFile(\"receta.txt\").ReadLine & \" \" &"
+                  " Len(f.OpenTextFile(\"visto.txt\").ReadAll)\r\n");
+    std::filesystem::create_directory(casa.ruta() + "/GUION");
+    casa.escribir("GUION/receta.txt", "harina\r\n");
     auto orden = casa.correr();
     orden.insert(orden.end(), {"--grabar", casa.ruta() + "/vuelo"});
     Proceso driver(orden);
@@ -140,9 +147,12 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
     }
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     vivido += driver.resto();
+    EXPECT_NE(vivido.find("Label10: harina "), std::string::npos) << vivido;
+    std::filesystem::remove_all(casa.ruta() + "/GUION");
     Proceso otraVez({casa.programa(), "--reproducir", casa.ruta() + "/vuelo"});
     EXPECT_EQ(otraVez.terminar(), 0) << otraVez.errores();
     EXPECT_EQ(otraVez.resto(), vivido);
+    EXPECT_FALSE(std::filesystem::exists(casa.ruta() + "/GUION")) << "a script plays in no folder";
     EXPECT_EQ(otraVez.errores(), "");
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
