@@ -16,7 +16,8 @@ bool mira(const DiskOrder& orden) {
 
 /// What the tape says was asked, to notice a script that asks something else.
 std::string comoTexto(const DiskOrder& orden) {
-    return std::to_string(static_cast<int>(orden.what)) + ' ' + orden.path;
+    return std::to_string(static_cast<int>(orden.what)) + ' ' + orden.path +
+           (orden.to.empty() ? "" : " > " + orden.to);
 }
 
 } // namespace
@@ -32,8 +33,9 @@ DiskAnswer RespuestasDeDisco::esperada(const DiskOrder& orden) const {
 
 void RespuestasDeDisco::anotar(const DiskOrder& orden, const DiskAnswer& respuesta) {
     if (!mira(orden)) return;
-    DiskAnswer& vista = vistas_[{orden.what, orden.path}];
-    bytes_ = bytes_ - vista.bytes.size() + respuesta.bytes.size();
+    const auto [lugar, nueva] = vistas_.try_emplace({orden.what, orden.path});
+    DiskAnswer& vista = lugar->second;
+    bytes_ += (nueva ? orden.path.size() : 0) + respuesta.bytes.size() - vista.bytes.size();
     vista = respuesta;
     if (vistas_.size() <= kPreguntas && bytes_ <= kBytes) return;
     vistas_.clear();

@@ -12,7 +12,7 @@ namespace vbscript {
 struct CompileContext {
     Names& names;
     Globals& globals;
-    const Library& library;
+    const Library& builtins;
 };
 
 /// A frame that is running, for text that runs in its midst: its variables by address.

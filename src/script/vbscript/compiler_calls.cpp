@@ -152,7 +152,7 @@ Operand Compiler::special(Word w, const std::vector<Expr*>& args, Operand want, 
 
 Operand Compiler::function(std::uint32_t id, const std::vector<Expr*>& args, Operand want,
                            Position at) {
-    const Atom name = context_.names.known(context_.library.at(id).name);
+    const Atom name = context_.names.known(context_.builtins.at(id).name);
     const Word w = wordOf(name);
     if (w == Word::Execute || w == Word::ExecuteGlobal || w == Word::Eval)
         return special(w, args, want, at);

@@ -35,12 +35,12 @@ Compiler::Meaning Compiler::meaning(Atom name) {
     if (live_ && (m = liveName(name)).kind != Meaning::Unknown) return m;
     if ((m = unitName(name)).kind != Meaning::Unknown) return m;
     if ((m = globalName(name)).kind != Meaning::Unknown) return m;
-    if (const Value* v = context_.library.constant(name)) {
+    if (const Value* v = context_.builtins.constant(name)) {
         m.kind = Meaning::Constant;
         m.at = constant(*v);
         return m;
     }
-    const std::uint32_t id = context_.library.function(name);
+    const std::uint32_t id = context_.builtins.function(name);
     if (id != Library::none) {
         m.kind = Meaning::Function;
         m.index = id;

@@ -74,10 +74,11 @@ Value FileSystem::open(Runtime& rt, std::span<Value> args) const {
     const bool unicode = numberArg(rt, args, 3, 0) == -1;
     if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
     const std::string path = toText(rt, args[0]).utf8();
-    const bool isNew = kind(path) == Kind::Nothing;
+    const DiskAnswer before = asked(*disk_, {What::Look, path});
+    const bool isNew = before.kind == Kind::Nothing;
     if (isNew && !createIt) throw Fault(53);
-    return openTextStream(
-        disk_, path, mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode), unicode);
+    const auto how = mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode);
+    return openTextStream(disk_, path, how, unicode, before.size);
 }
 
 Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
@@ -85,7 +86,7 @@ Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
     const bool overwrite = !given(args, 1) || toBool(rt, args[1]);
     const bool unicode = given(args, 2) && toBool(rt, args[2]);
     if (!overwrite && kind(path) != Kind::Nothing) throw Fault(58);
-    return openTextStream(disk_, path, FileMode::Write, unicode);
+    return openTextStream(disk_, path, FileMode::Write, unicode, 0);
 }
 
 void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) const {

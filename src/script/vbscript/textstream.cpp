@@ -2,7 +2,6 @@
 #include "script/vbscript/files.h"
 #include "script/vbscript/text.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace vbscript {
@@ -15,15 +14,18 @@ constexpr std::u16string_view lineEnd = u"\r\n";
 
 class TextStream : public Object {
   public:
-    TextStream(std::shared_ptr<Disk> disk, std::string path, FileMode mode, bool unicode);
+    TextStream(std::shared_ptr<Disk> disk, std::string path, bool reading, bool unicode)
+        : disk_(std::move(disk)), path_(std::move(path)), reading_(reading), unicode_(unicode) {}
     ~TextStream() override { account_.shrink(charged_); }
     [[nodiscard]] std::string typeName() const override { return "TextStream"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
 
+    void open(FileMode mode, std::uint64_t size);
+
   private:
-    void load();
-    void charge(std::size_t characters);
+    void load(std::uint64_t size);
+    void charge(std::uint64_t characters);
     bool read(Runtime& rt, Word m, std::span<Value> args, Value& result);
     bool write(Runtime& rt, Word m, std::span<Value> args);
     void put(std::u16string_view text);
@@ -45,42 +47,32 @@ class TextStream : public Object {
     std::size_t charged_ = 0;
 };
 
-TextStream::TextStream(std::shared_ptr<Disk> disk, std::string path, FileMode mode, bool unicode)
-    : disk_(std::move(disk)), path_(std::move(path)), reading_(mode == FileMode::Read),
-      unicode_(unicode) {
-    if (reading_) {
-        load();
-        return;
-    }
+void TextStream::open(FileMode mode, std::uint64_t size) {
+    if (reading_) return load(size);
     asked(*disk_, {mode == FileMode::Append ? What::Append : What::Write, path_});
-    if (mode == FileMode::Append) size_ = asked(*disk_, {What::Look, path_}).size;
+    size_ = mode == FileMode::Append ? size : 0;
     if (unicode_ && size_ == 0) append("\xFF\xFE");
 }
 
-void TextStream::charge(std::size_t characters) {
+void TextStream::charge(std::uint64_t characters) {
     account_.grow(characters * sizeof(char16_t), 7);
     charged_ += characters * sizeof(char16_t);
 }
 
-void TextStream::load() {
-    try {
-        charge(std::min(asked(*disk_, {What::Look, path_}).size, largestFile)); // before it is held
-        const std::string bytes = asked(*disk_, {What::Read, path_}).bytes;
-        if (bytes.size() * sizeof(char16_t) > charged_) charge(bytes.size());
-        text_.reserve(bytes.size());
-        if (unicode_) {
-            for (std::size_t k = 0; k + 1 < bytes.size(); k += 2) {
-                text_ += static_cast<char16_t>(static_cast<unsigned char>(bytes[k]) |
-                                               static_cast<unsigned char>(bytes[k + 1]) << 8);
-            }
-            if (!text_.empty() && text_[0] == 0xFEFF) at_ = 1;
-        } else {
-            for (char c : bytes)
-                text_ += fromAnsi(static_cast<unsigned char>(c));
+void TextStream::load(std::uint64_t size) {
+    charge(size); // before it is held
+    const std::string bytes = asked(*disk_, {What::Read, path_}).bytes;
+    if (bytes.size() > size) charge(bytes.size() - size);
+    text_.reserve(bytes.size());
+    if (unicode_) {
+        for (std::size_t k = 0; k + 1 < bytes.size(); k += 2) {
+            text_ += static_cast<char16_t>(static_cast<unsigned char>(bytes[k]) |
+                                           static_cast<unsigned char>(bytes[k + 1]) << 8);
         }
-    } catch (...) { // nobody will take it back: there is no object yet
-        account_.shrink(charged_);
-        throw;
+        if (!text_.empty() && text_[0] == 0xFEFF) at_ = 1;
+    } else {
+        for (char c : bytes)
+            text_ += fromAnsi(static_cast<unsigned char>(c));
     }
 }
 
@@ -197,8 +189,11 @@ void TextStream::access(Runtime& rt, Atom member, Access how, std::span<Value> a
 } // namespace
 
 Value openTextStream(std::shared_ptr<Disk> disk, const std::string& path, FileMode mode,
-                     bool unicode) {
-    return Value::object(new TextStream(std::move(disk), path, mode, unicode));
+                     bool unicode, std::uint64_t size) {
+    auto* const stream = new TextStream(std::move(disk), path, mode == FileMode::Read, unicode);
+    Value held = Value::object(stream); // so that one that fails to open gives back what it took
+    stream->open(mode, size);
+    return held;
 }
 
 } // namespace vbscript
