@@ -1,6 +1,9 @@
 #include "core/tables/bases.h"
 
 #include "text/numeros.h"
+#include "text/texto.h"
+
+#include <algorithm>
 
 namespace kv {
 
@@ -36,6 +39,23 @@ std::string nombreDeScript(std::string_view clave) {
     for (const char c : clave)
         nombre += c == '.' ? '_' : c;
     return nombre;
+}
+
+std::vector<std::string> registrosDeBloque(std::string_view direccion, double cantidad) {
+    constexpr std::uint32_t kUltimo = 0xFF;
+    std::vector<std::string> registros{std::string(direccion)};
+    const auto primero = hexadecimal(direccion);
+    if (!primero || *primero > kUltimo) return registros;
+    const bool enMinusculas = std::any_of(direccion.begin(), direccion.end(),
+                                          [](char c) { return c >= 'a' && c <= 'f'; });
+    for (std::uint32_t n = 1; n < cantidad && *primero + n <= kUltimo; ++n) {
+        std::string registro;
+        agregarHexadecimal(registro, static_cast<std::uint8_t>(*primero + n));
+        if (registro.size() < direccion.size())
+            registro.insert(0, direccion.size() - registro.size(), '0');
+        registros.push_back(enMinusculas ? minusculas(registro) : std::move(registro));
+    }
+    return registros;
 }
 
 } // namespace kv
