@@ -32,8 +32,8 @@ double medir(int variables, std::size_t leidas, const std::string& carpeta) {
     for (int i = 0; i < variables; ++i) {
         BloqueLectura b;
         b.clave = "1." + std::to_string(i / 200 + 1) + "." + std::to_string(40001 + i % 200);
-        b.valores.assign(1, i);
-        b.estados.assign(1, 6);
+        b.valor = i;
+        b.estado = 6;
         direcciones.push_back(b.clave);
         const auto fila = motor.vista.lstViewVariables.agregar(b.clave, i);
         motor.vista.lstViewVariables.poner(fila, 1, std::to_string(i));

@@ -143,8 +143,8 @@ Medida medirServidor(const std::vector<Registro>& registros, const std::string& 
     for (const Registro& r : registros) {
         BloqueLectura b;
         b.clave = r.clave;
-        b.valores.assign(1, r.valor);
-        b.estados.assign(1, r.estado);
+        b.valor = r.valor;
+        b.estado = r.estado;
         motor.tablas.bloques.agregar(std::move(b));
     }
     SinOrdenes ordenes;

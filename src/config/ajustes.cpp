@@ -11,10 +11,11 @@ namespace kv {
 namespace {
 
 constexpr std::array kAjustesNumericos = {
-    kTiempoEntrePoleo, kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
-    kIntervalosFuera,  kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
-    kPuertoEscucha,    kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
-    kPasosDelGuion,    kReintentoDelGuion,       kReclamoDeEscrituras};
+    kTiempoEntrePoleo,    kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
+    kIntervalosFuera,     kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
+    kPuertoEscucha,       kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
+    kPasosDelGuion,       kReintentoDelGuion,       kReclamoDeEscrituras,  kEstacionMuda,
+    kVigenciaDeEscrituras};
 
 constexpr std::size_t kMaximoDeCopias = 8;
 

@@ -51,6 +51,11 @@ inline constexpr AjusteNumerico kPasosDelGuion{"Guion_Pasos_Maximos", 0, 0, 1e12
 inline constexpr AjusteNumerico kReintentoDelGuion{"Guion_Reintento_Segundos", 60, 1, 86'400};
 inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escrituras_Milisegundos",
                                                      5000, 100, 3'600'000};
+// Blocks in a row without an answer after which a station counts as silent; 0: never.
+inline constexpr AjusteNumerico kEstacionMuda{"Estacion_Muda_Bloques", 2, 0, 1'000};
+// How long a write may wait; 0: for ever.
+inline constexpr AjusteNumerico kVigenciaDeEscrituras{"Escritura_Vigencia_Segundos", 600, 0,
+                                                      31'536'000};
 
 /// All of them, for a check of the whole file.
 [[nodiscard]] std::span<const AjusteNumerico> ajustesNumericos();

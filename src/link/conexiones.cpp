@@ -2,6 +2,7 @@
 
 #include "text/numeros.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kv {
@@ -9,6 +10,10 @@ namespace {
 
 constexpr std::int64_t kSupervisionMs = 5000;
 constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setting
+
+// A link to a fast station is given so long all the same to have its bytes acknowledged: one lost
+// packet is sent again after some tenths of a second.
+constexpr std::int64_t kPacienciaMinimaMs = 3000;
 
 // Columns of the connections list.
 constexpr std::size_t kEstado = 2;
@@ -73,7 +78,11 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
     const bool estaba = c.estadoSupervision == 1;
     const std::uint64_t enlace = wsSocket_[c.idSocket]->conexiones();
     // A link that went and came back between two passes was lost all the same.
-    if (estaba && (!conectada || enlace != c.enlaceSupervisado)) pasarA(n, false);
+    if (estaba && (!conectada || enlace != c.enlaceSupervisado)) {
+        // A peer that has only closed its side may still take what waits, and that is given up now.
+        if (!conectada) wsSocket_[c.idSocket]->abortar();
+        pasarA(n, false);
+    }
     if (conectada && tablas_.conexiones[n].estadoSupervision == 0) {
         tablas_.conexiones[n].enlaceSupervisado = enlace;
         pasarA(n, true);
@@ -112,7 +121,8 @@ void GestorDeConexiones::solicitar(Indice n) {
     if (c.contadorIntervalos == 0) {
         c.contadorSolicitudes += 1;
         c.contadorIntervalos += 1;
-        zocalo.cerrar();
+        zocalo.abortar();
+        zocalo.fijarPaciencia(std::max(c.pacienciaMs, kPacienciaMinimaMs));
         zocalo.conectar(c.ip, c.numeroDePuertoTCP);
     } else if (c.contadorIntervalos < intervalosEnEstadoConectando_) {
         c.contadorIntervalos += 1;
@@ -120,7 +130,7 @@ void GestorDeConexiones::solicitar(Indice n) {
         c.contadorIntervalos = 0;
     }
     if (c.contadorSolicitudes >= intervalosDeConectarSeguidos_) {
-        zocalo.cerrar();
+        zocalo.abortar();
         c.enTiempoFuera = true;
         c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
     }

@@ -3,8 +3,6 @@
 #include "link/Modulo_Tramas_KV2200.h"
 #include "text/numeros.h"
 
-#include <cmath>
-
 namespace kv {
 namespace {
 
@@ -25,30 +23,33 @@ void Lectura::interpretarTramaRecepcionada_OK(Indice conexion) {
     vista_.txtTramas.agregar(sello_.ahora() + "  Recepcion <- " + c.recepcionTexto + "\r\n");
     // Everything is settled before anybody is told: those who are told may let events run.
     Turnos::vaciarRecepcion(c);
+    if (c.bloqueDePrueba == i) c.bloqueDePrueba = kNinguno;
     BloqueLectura& b = tablas_.bloques[i];
-    b.scanBasesRestantes = 0;
-    b.tiempoFueraBasesRestantes = 0;
     b.reintentos = 0;
-    if (b.forzado) avanzarForzado(i);
-    Timer1_Bloques_[i].rearmar(std::llround(b.scanBaseMs));
+    b.sondeo = b.enDuda = false;
     tablas_.ponerPendiente(i, false);
+    Timer1_Bloques_[i].rearmar(b.scanMs);
+    if (b.forzado && b.lecturaForzada) avanzarForzado(i);
     turnos_.pausar(conexion);
     publicacion_.valorLeido(i, valor);
+    if (destino_ != nullptr) destino_->alContestar(i);
 }
 
 void Lectura::avanzarForzado(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    b.forzadoContador += 1;
+    Lista& lista = vista_.lstViewEstadoDeBloques;
     if (b.forzadoContador < b.forzadoVeces) {
-        b.forzadoContador += 1;
-        vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kColumnaLibre,
-                                            "FORZADO POR NIVEL: Recepcion " +
-                                                textoDeNumero(b.forzadoContador) + " de " +
-                                                textoDeNumero(b.forzadoVeces));
-    } else {
-        tablas_.ponerActivo(bloque, false);
-        b.forzado = false;
-        vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kColumnaLibre, "FORZADO POR NIVEL OK");
+        // The first answer is told of as the second of its count, as it always was.
+        lista.poner(b.filaBloque, kColumnaLibre,
+                    "FORZADO POR NIVEL: Recepcion " + textoDeNumero(b.forzadoContador + 1) +
+                        " de " + textoDeNumero(b.forzadoVeces));
+        if (b.scanMs == 0) tablas_.ponerPendiente(bloque, true);
+        return;
     }
+    b.forzado = false;
+    if (!b.activoSinForzar) publicacion_.ponerActivo(bloque, false);
+    lista.poner(b.filaBloque, kColumnaLibre, "FORZADO POR NIVEL OK");
 }
 
 } // namespace kv

@@ -12,6 +12,7 @@ namespace {
 // A trace line shows so many bytes of one arrival; a station that sends garbage at full speed must
 // not cost a screen of text for every packet.
 constexpr std::size_t kBytesEnTraza = 512;
+constexpr std::size_t kSobrantesEnTraza = 16;
 
 void agregarEntreCorchetes(std::string& texto, std::uint8_t byte) {
     texto += '[';
@@ -19,15 +20,16 @@ void agregarEntreCorchetes(std::string& texto, std::uint8_t byte) {
     texto += ']';
 }
 
-/// Whole valid answers at the start of `bytes`.
-std::size_t respuestasEn(std::span<const std::uint8_t> bytes) {
-    std::size_t cuantas = 0;
-    while (bytes.size() >= kLargoRespuesta &&
-           verificarTramaRespuesta(bytes.first(kLargoRespuesta))) {
-        bytes = bytes.subspan(kLargoRespuesta);
-        ++cuantas;
-    }
-    return cuantas;
+/// "[7][E8]" for the first bytes of many.
+void agregarBytes(std::string& texto, std::span<const std::uint8_t> bytes) {
+    for (const std::uint8_t b : bytes.first(std::min(bytes.size(), kBytesEnTraza)))
+        agregarEntreCorchetes(texto, b);
+    if (bytes.size() > kBytesEnTraza) texto += "...";
+}
+
+RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
+    return {std::uint32_t{r[1]} << 24 | std::uint32_t{r[2]} << 16 | std::uint32_t{r[3]} << 8 | r[4],
+            static_cast<std::uint16_t>(r[5] << 8 | r[6])};
 }
 
 } // namespace
@@ -59,16 +61,12 @@ void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> 
     turnos_.terminarPausaCumplida(n);
 }
 
-/// Takes the bytes that the frame under assembly lacks, and gives the rest. Traces the arrival.
-std::span<const std::uint8_t> Recepcion::juntar(ConexionIP& c,
-                                                std::span<const std::uint8_t> bytes) {
-    for (const std::uint8_t b : bytes.first(std::min(bytes.size(), kBytesEnTraza)))
-        agregarEntreCorchetes(c.recepcionTexto, b);
-    if (bytes.size() > kBytesEnTraza) c.recepcionTexto += "...";
-    const std::size_t faltan = kLargoRespuesta - c.recepcion.size();
-    const auto tomados = bytes.first(std::min(faltan, bytes.size()));
-    c.recepcion.insert(c.recepcion.end(), tomados.begin(), tomados.end());
-    const bool completa = c.recepcion.size() == kLargoRespuesta;
+/// True when at least eight bytes were held.
+bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
+    ConexionIP& c = tablas_.conexiones[n];
+    agregarBytes(c.recepcionTexto, bytes);
+    const bool completa = c.recepcion.size() + bytes.size() >= kLargoRespuesta;
+    ensamblar(c.recepcion, bytes, llego_);
     std::string linea = sello_.ahora();
     linea += "  Obteniendo bytes <- ";
     linea += c.recepcionTexto;
@@ -76,59 +74,53 @@ std::span<const std::uint8_t> Recepcion::juntar(ConexionIP& c,
     agregarNumero(linea, completa ? 7 : static_cast<double>(c.recepcion.size()));
     linea += "\r\n";
     vista_.txtTramas.agregar(linea);
-    return bytes.subspan(tomados.size());
-}
-
-/// True when at least one whole frame was held.
-bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
-    ConexionIP& c = tablas_.conexiones[n];
-    auto resto = juntar(c, bytes);
-    if (c.recepcion.size() < kLargoRespuesta) return false;
-    while (c.recepcion.size() == kLargoRespuesta && !verificarTramaRespuesta(c.recepcion)) {
-        descartar(n);
-        // The next marker, among the bytes held or those that came with them, begins a new frame.
-        const std::size_t habia = c.recepcion.size() + resto.size();
-        const auto marca = std::find(c.recepcion.begin() + 1, c.recepcion.end(), kMarcaRespuesta);
-        c.recepcion.erase(c.recepcion.begin(), marca);
-        if (c.recepcion.empty()) {
-            const auto otra = std::find(resto.begin(), resto.end(), kMarcaRespuesta);
-            resto = resto.subspan(static_cast<std::size_t>(otra - resto.begin()));
-        }
-        c.debidas.alDescartar(habia - c.recepcion.size() - resto.size(),
-                              bucle_.reloj().monotonicoMs());
-        const auto tomados =
-            resto.first(std::min(kLargoRespuesta - c.recepcion.size(), resto.size()));
-        c.recepcion.insert(c.recepcion.end(), tomados.begin(), tomados.end());
-        resto = resto.subspan(tomados.size());
-        c.recepcionTexto.clear();
-        for (const std::uint8_t b : c.recepcion)
-            agregarEntreCorchetes(c.recepcionTexto, b);
-    }
-    if (c.recepcion.size() < kLargoRespuesta) return true;
-    entregar(n, resto);
+    // Without its beginning an answer can no more be one.
+    if (std::find(c.recepcion.begin(), c.recepcion.end(), kMarcaRespuesta) != c.recepcion.end())
+        c.debidas.alEmpezarOtra(bucle_.reloj().monotonicoMs());
+    if (!completa) return false;
+    std::erase_if(llego_.respuestas, [&](const Ensamblado::Hallada& h) {
+        const bool eco = esEco(h, c.tramaEnCurso);
+        if (eco) llego_.basura += kLargoRespuesta;
+        return eco;
+    });
+    if (llego_.basura > 0) descartar(n);
+    c.recepcionTexto.clear();
+    agregarBytes(c.recepcionTexto, c.recepcion);
+    if (!llego_.respuestas.empty()) entregar(n);
     return true;
 }
 
-/// A valid frame is held; `resto` came behind it.
-void Recepcion::entregar(Indice n, std::span<const std::uint8_t> resto) {
+/// Valid answers came, all of them in one arrival.
+void Recepcion::entregar(Indice n) {
     ConexionIP& c = tablas_.conexiones[n];
-    const std::size_t masRespuestas = respuestasEn(resto);
+    vistas_.clear();
+    for (const auto& hallada : llego_.respuestas)
+        vistas_.push_back(comoSeVe(hallada.trama));
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    using De = RespuestasDebidas::Veredicto::De;
+    RespuestasDebidas::Veredicto veredicto;
     const bool esperaba = c.turno == EstadoDeTurno::Esperando;
-    // More answers than requests: which of them is the one cannot be told.
-    const bool demasiadas = masRespuestas > 0 && masRespuestas >= c.debidas.debidas();
-    const bool cierta = esperaba && !demasiadas && c.debidas.alRecibir(c.registroEnCurso, ahora);
-    if (!esperaba || demasiadas) c.debidas.alSobrar(ahora);
-    for (std::size_t k = 0; k < masRespuestas; ++k)
-        c.debidas.alSobrar(ahora);
-    c.debidas.alDescartar(resto.size() - masRespuestas * kLargoRespuesta, ahora);
-    sobrantes_ += masRespuestas;
-    if (!cierta) {
-        sobrar(n);
-        if (esperaba) return interpretes_->respuestaDudosa(n);
-        return turnos_.revisarRetencion(n);
+    if (esperaba) {
+        veredicto = c.debidas.alRecibir(vistas_, ahora);
+    } else {
+        c.debidas.alSobrar(vistas_, ahora);
     }
+    const bool acepta = veredicto.de == De::LoPedido;
+    sobrantes_ += llego_.respuestas.size() - (acepta ? 1 : 0);
+    for (std::size_t k = 0; k < std::min(llego_.respuestas.size(), kSobrantesEnTraza); ++k) {
+        if (!acepta || k != veredicto.cual) sobrar(llego_.respuestas[k].trama);
+    }
+    if (acepta) return aceptar(n, llego_.respuestas[veredicto.cual].trama);
+    if (veredicto.de == De::NoSeSabe) return interpretes_->respuestaDudosa(n);
+    if (!esperaba) turnos_.revisarRetencion(n);
+}
+
+void Recepcion::aceptar(Indice n, const Respuesta& trama) {
+    ConexionIP& c = tablas_.conexiones[n];
     ++respuestas_;
+    c.recepcion.assign(trama.begin(), trama.end());
+    c.recepcionTexto.clear();
+    agregarBytes(c.recepcionTexto, trama);
     if (c.escribiendo) {
         interpretes_->interpretarTramaRecepcionada_PorEscritura(n);
     } else {
@@ -136,22 +128,21 @@ void Recepcion::entregar(Indice n, std::span<const std::uint8_t> resto) {
     }
 }
 
+/// One line for all that an arrival brought of what is no answer: noise must not cost more than
+/// answers do.
 void Recepcion::descartar(Indice n) {
-    ConexionIP& c = tablas_.conexiones[n];
     ++descartadas_;
-    const std::string cola = c.recepcionTexto + "¦ Cantidad: 7\r\n";
+    const std::string cola = tablas_.conexiones[n].recepcionTexto + "¦ Cantidad: 7\r\n";
     vista_.txtTramas.agregar(sello_.ahora() + "  *Descarte CheSum* <- " + cola);
     vista_.txtTramasDescartadas.agregar(sello_.ahora() + "  *Descarte* <- " + cola);
 }
 
-void Recepcion::sobrar(Indice n) {
-    ConexionIP& c = tablas_.conexiones[n];
-    ++sobrantes_;
-    const std::string linea =
-        sello_.ahora() + "  *Descarte* <- " + c.recepcionTexto + "¦ Cantidad: 7\r\n";
+void Recepcion::sobrar(const Respuesta& trama) {
+    std::string linea = sello_.ahora() + "  *Descarte* <- ";
+    agregarBytes(linea, trama);
+    linea += "¦ Cantidad: 7\r\n";
     vista_.txtTramas.agregar(linea);
     vista_.txtTramasDescartadas.agregar(linea);
-    Turnos::vaciarRecepcion(c);
 }
 
 } // namespace kv

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/ensamblado.h"
 #include "link/turno.h"
 #include "log/archivo_log.h"
 #include "script/guion.h"
@@ -13,18 +14,18 @@ namespace kv {
 class InterpretesDeRespuestas {
   public:
     virtual ~InterpretesDeRespuestas() = default;
-    /// `trama` is a valid answer that belongs to the connection's outstanding read.
+    /// `recepcion` holds a valid answer that belongs to the connection's outstanding read.
     virtual void interpretarTramaRecepcionada_OK(Indice conexion) = 0;
-    /// The same for a write or the read-back of one.
+    /// The same for a write, its read-back or its first read.
     virtual void interpretarTramaRecepcionada_PorEscritura(Indice conexion) = 0;
-    /// A valid answer came that cannot be told from the late answer of another register.
+    /// A valid answer came that cannot be told from the late answer of another register: the try
+    /// has failed.
     virtual void respuestaDudosa(Indice conexion) = 0;
 };
 
-/// Bytes from the stations become frames. A frame of eight bytes is checked and handed to the
-/// interpretation that matches the outstanding request; what is no answer is traced and thrown
-/// away, and the next marker byte begins the next frame. After each arrival that completed a frame
-/// the user script runs.
+/// Bytes from the stations become frames. The one that answers the outstanding request is handed to
+/// the interpretation that matches it; late ones and what is no answer are traced and thrown away.
+/// After each arrival that completed a frame, good or bad, the user script runs.
 class Recepcion final : public OyenteDeZocalo {
   public:
     Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Vista& vista, Sello& sello,
@@ -35,18 +36,18 @@ class Recepcion final : public OyenteDeZocalo {
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
     void alCortarse(std::size_t indice) override;
 
-    /// Damaged frames, and valid ones that nobody had asked for, since the start.
+    /// Arrivals with bytes that make no answer, and answers that were not accepted, since the
+    /// start.
     [[nodiscard]] std::uint64_t descartadas() const { return descartadas_; }
     [[nodiscard]] std::uint64_t sobrantes() const { return sobrantes_; }
     [[nodiscard]] std::uint64_t respuestas() const { return respuestas_; }
 
   private:
     [[nodiscard]] bool recibir(Indice n, std::span<const std::uint8_t> bytes);
-    [[nodiscard]] std::span<const std::uint8_t> juntar(ConexionIP& c,
-                                                       std::span<const std::uint8_t> bytes);
-    void entregar(Indice n, std::span<const std::uint8_t> resto);
+    void entregar(Indice n);
+    void aceptar(Indice n, const Respuesta& trama);
     void descartar(Indice n);
-    void sobrar(Indice n);
+    void sobrar(const Respuesta& trama);
 
     Tablas& tablas_;
     Turnos& turnos_;
@@ -56,6 +57,8 @@ class Recepcion final : public OyenteDeZocalo {
     ArchivoLog& log_;
     Guion& guion_;
     InterpretesDeRespuestas* interpretes_ = nullptr;
+    Ensamblado llego_; ///< what the present arrival made
+    std::vector<RespuestasDebidas::Respuesta> vistas_;
     std::uint64_t descartadas_ = 0;
     std::uint64_t sobrantes_ = 0;
     std::uint64_t respuestas_ = 0;

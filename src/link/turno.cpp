@@ -45,60 +45,82 @@ bool Turnos::libre(Indice conexion) const {
     return conectada(conexion) && tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre;
 }
 
+bool Turnos::llegoTodo(Indice conexion) const {
+    return zocalos_[conexion] == nullptr || zocalos_[conexion]->bytesSinConfirmar() == 0;
+}
+
+RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
+                                           RespuestasDebidas::Registro registro) const {
+    const RespuestasDebidas& debidas = tablas_.conexiones[conexion].debidas;
+    // Asking the socket is a system call, which a line in good order does not need.
+    if (debidas.limpia()) return {};
+    return debidas.permiso(registro, bucle_.reloj().monotonicoMs(), llegoTodo(conexion));
+}
+
 Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
-                             RespuestasDebidas::Registro registro, Plazo plazo) {
+                             RespuestasDebidas::Registro registro, std::int64_t plazoMs) {
     if (!libre(conexion)) return Envio::Imposible;
     ConexionIP& c = tablas_.conexiones[conexion];
-    tirarLoEmpezado(c);
-    const std::int64_t espera = c.debidas.esperaAntesDe(registro, bucle_.reloj().monotonicoMs());
-    if (espera > 0) {
-        retener(conexion, espera);
+    const auto permiso = this->permiso(conexion, registro);
+    if (permiso.esperaMs > 0) {
+        retener(conexion, permiso.esperaMs);
         return Envio::Retenido;
     }
     c.turno = EstadoDeTurno::Esperando;
     c.ocupada = true;
     c.registroEnCurso = registro;
-    mandar(conexion, trama, plazo);
+    mandar(conexion, trama, plazoMs);
     return Envio::Hecho;
 }
 
-bool Turnos::reenviar(Indice conexion, const Solicitud& trama, Plazo plazo) {
+bool Turnos::reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {
     if (!conectada(conexion) || tablas_.conexiones[conexion].turno != EstadoDeTurno::Esperando)
         return false;
-    tirarLoEmpezado(tablas_.conexiones[conexion]);
-    mandar(conexion, trama, plazo);
+    mandar(conexion, trama, plazoMs);
     return true;
 }
 
-/// What has come of an answer belongs to an earlier request than the one that leaves now.
-void Turnos::tirarLoEmpezado(ConexionIP& c) {
-    c.debidas.alDescartar(c.recepcion.size(), bucle_.reloj().monotonicoMs());
-    vaciarRecepcion(c);
-}
-
-void Turnos::mandar(Indice conexion, const Solicitud& trama, Plazo plazo) {
+void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    c.debidas.alEnviar(c.registroEnCurso, bucle_.reloj().monotonicoMs(), enMs(plazo.totalMs));
+    // What has come of an answer belongs to an earlier request than the one that leaves now.
+    vaciarRecepcion(c);
+    c.debidas.alEnviar(c.registroEnCurso, bucle_.reloj().monotonicoMs(), plazoMs,
+                       c.debidas.limpia() || llegoTodo(conexion));
+    c.tramaEnCurso = trama;
     // Armed before the send: an answer that is handled while events run must find it armed.
-    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(enMs(plazo.baseMs));
+    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(plazoMs);
     zocalos_[conexion]->enviar(trama);
 }
 
-void Turnos::acortarTiempoFuera(Indice conexion, double ms) {
-    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(enMs(ms));
+void Turnos::moverTiempoFuera(Indice conexion, std::int64_t ms) {
+    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(ms);
+}
+
+std::int64_t Turnos::descanso(const BloqueLectura& b) const {
+    const ConexionIP& c = tablas_.conexiones[b.idConexion];
+    const bool cuesta = c.bloques.size() > 1 && !c.debidas.limpia() && !c.debidas.dicen();
+    return b.reconeccionMs + (cuesta ? c.debidas.silencioMs() + enMs(pausaMs_) : 0);
+}
+
+void Turnos::abortar(Indice conexion) {
+    vista_.txtTimerIpPuerto[conexion].agregar(
+        sello_.ahora() + " Se corta el enlace: lo que no llego ya no sale \r\n");
+    zocalos_[conexion]->abortar();
+    olvidar(conexion);
 }
 
 void Turnos::retener(Indice conexion, std::int64_t ms) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    const std::int64_t desde = c.debidas.retenidaDesde();
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    c.debidas.alRetener(ahora);
+    const std::int64_t desde = c.debidas.retenidaDesde();
     if (desde == ahora)
         vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
                                                   " En espera de respuestas atrasadas \r\n");
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
         vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
                                                   " La linea no calla: se cierra \r\n");
-        zocalos_[conexion]->cerrar();
+        zocalos_[conexion]->abortar();
         return olvidar(conexion);
     }
     c.turno = EstadoDeTurno::EnPausa;
@@ -109,7 +131,7 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
 
 void Turnos::revisarRetencion(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    if (c.turno != EstadoDeTurno::EnPausa || !c.retenida || !c.debidas.nadaDebe()) return;
+    if (c.turno != EstadoDeTurno::EnPausa || !c.retenida || !c.debidas.limpia()) return;
     c.retenida = false;
     companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
 }

@@ -45,15 +45,6 @@ class Turnos {
     /// Connected and nothing outstanding.
     [[nodiscard]] bool libre(Indice conexion) const;
 
-    /// When to give up waiting: the first tick of the time-out, and all of it; both ms, above 0.
-    struct Plazo {
-        double baseMs;
-        double totalMs;
-    };
-    [[nodiscard]] static Plazo plazoDe(const BloqueLectura& b) {
-        return {b.tiempoFueraBaseMs, b.tiempoFueraSegundos * 1000};
-    }
-
     enum class Envio : std::uint8_t {
         Hecho,    ///< sent; the connection waits
         Retenido, ///< held back until the line is quiet; the connection pauses and will be freed
@@ -61,20 +52,32 @@ class Turnos {
     };
     /// Sends a request on a free connection. `registro` tells what is asked for (see
     /// RespuestasDebidas).
+    /// `plazoMs` is how long its answer is waited for, above 0.
     Envio enviar(Indice conexion, const Solicitud& trama, RespuestasDebidas::Registro registro,
-                 Plazo plazo);
+                 std::int64_t plazoMs);
     /// Sends again on a connection that waits for the same register. False when the link is gone:
     /// nothing was sent and the time-out runs on.
-    bool reenviar(Indice conexion, const Solicitud& trama, Plazo plazo);
-    /// The next tick of the running time-out comes after `ms` instead.
-    void acortarTiempoFuera(Indice conexion, double ms);
+    bool reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
+    /// The running time-out ends after `ms` from now instead.
+    void moverTiempoFuera(Indice conexion, std::int64_t ms);
+    /// What would become of a request for `registro` on a free connection.
+    [[nodiscard]] RespuestasDebidas::Permiso permiso(Indice conexion,
+                                                     RespuestasDebidas::Registro registro) const;
+    /// How long a silent block rests, ms. Where its neighbours pay for every try with a line that
+    /// has to fall silent, that time is not theirs but the rest's.
+    [[nodiscard]] std::int64_t descanso(const BloqueLectura& b) const;
+    /// Closes the link so that nothing of what the other end does not have yet leaves any more. The
+    /// next pass of the supervision finds it lost.
+    void abortar(Indice conexion);
+    /// The other end has acknowledged all that was sent.
+    [[nodiscard]] bool llegoTodo(Indice conexion) const;
     /// The transaction is over, well or badly: time-out off, pause on. Traces the line that
     /// announces it. On a connection that is not waiting it changes nothing.
     void pausar(Indice conexion);
     /// The link came up or was lost: nothing is outstanding, both timers are off, the receive
     /// buffer is empty.
     void olvidar(Indice conexion);
-    /// An answer came that nobody waited for: a line that was held back for it goes on.
+    /// The line may have become clean: if it was held back, it goes on.
     void revisarRetencion(Indice conexion);
     /// Ends a pause of no length. Called where handlers end.
     void terminarPausaCumplida(Indice conexion);
@@ -92,8 +95,7 @@ class Turnos {
     void ticTiempoFuera(Indice conexion);
     void ticPausa(Indice conexion);
     void retener(Indice conexion, std::int64_t ms);
-    void mandar(Indice conexion, const Solicitud& trama, Plazo plazo);
-    void tirarLoEmpezado(ConexionIP& c);
+    void mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
 
     Bucle& bucle_;
     Tablas& tablas_;

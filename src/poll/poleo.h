@@ -3,6 +3,7 @@
 #include "link/turno.h"
 #include "log/archivo_log.h"
 #include "platform/arreglo_de_temporizadores.h"
+#include "poll/estaciones_mudas.h"
 #include "ui/view/vista.h"
 
 namespace kv {
@@ -14,13 +15,16 @@ class TurnoDeEscrituras {
     /// The connection is free and has writes to do: sends the next one. True when a request left or
     /// the line is being held back, so that no read may follow.
     virtual bool enviarSiguiente(Indice conexion) = 0;
+    /// The first of its writes has read what it needs, and nothing may come between.
+    [[nodiscard]] virtual bool aMedias(Indice conexion) const = 0;
 };
 
 /// The polling scheduler: block timers mark blocks due; a free connection gets its next request,
 /// writes first, then due blocks in turn.
 class Poleo {
   public:
-    Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Vista& vista, Sello& sello,
+    Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
+          EstacionesMudas& mudas, Vista& vista, Sello& sello,
           ArregloDeTemporizadores& Timer1_Bloques);
     void escribirCon(TurnoDeEscrituras* escrituras) { escrituras_ = escrituras; }
 
@@ -40,15 +44,15 @@ class Poleo {
     void Timer1_Bloques_Timer(std::size_t bloque);
 
   private:
-    void contarReconexion(Indice bloque);
+    [[nodiscard]] Indice elegir(Indice conexion);
     void rehabilitar(Indice bloque);
-    void contarScan(Indice bloque);
-    void vencer(Indice bloque);
     [[nodiscard]] bool tocaEscribir(const ConexionIP& c, Indice conexion) const;
 
     Bucle& bucle_;
     Tablas& tablas_;
     Turnos& turnos_;
+    Publicacion& publicacion_;
+    EstacionesMudas& mudas_;
     Vista& vista_;
     Sello& sello_;
     ArregloDeTemporizadores& Timer1_Bloques_;

@@ -1,9 +1,7 @@
 #include "poll/tiempos_fuera.h"
 
-#include "poll/cuenta.h"
+#include "core/tables/bases.h"
 #include "text/numeros.h"
-
-#include <cmath>
 
 namespace kv {
 namespace {
@@ -13,9 +11,10 @@ constexpr std::size_t kHabilitado = 3; // column of the blocks list
 } // namespace
 
 TiemposFuera::TiemposFuera(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                           Vista& vista, Sello& sello, ArregloDeTemporizadores& Timer1_Bloques)
-    : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), vista_(vista),
-      sello_(sello), Timer1_Bloques_(Timer1_Bloques) {}
+                           EstacionesMudas& mudas, Vista& vista, Sello& sello,
+                           ArregloDeTemporizadores& Timer1_Bloques)
+    : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), mudas_(mudas),
+      vista_(vista), sello_(sello), Timer1_Bloques_(Timer1_Bloques) {}
 
 void TiemposFuera::ticDeLectura(Indice conexion) {
     const Indice i = tablas_.conexiones[conexion].bloqueEnCurso;
@@ -29,24 +28,23 @@ void TiemposFuera::ticDeLectura(Indice conexion) {
     }
     vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + " Tic Timer Time Out " + b.clave +
                                               "\r\n");
-    if (!contar(conexion, i)) return;
-    if (b.reintentos < b.reintentosMax) {
-        b.reintentos += 1;
-        reintentarBloque(i);
-    } else {
-        deshabilitar(conexion, i);
-    }
+    if (!quedanIntentos(b)) return deshabilitar(conexion, i);
+    b.reintentos += 1;
+    reintentarBloque(i);
 }
 
-/// True when the request has expired.
-bool TiemposFuera::contar(Indice conexion, Indice bloque) {
-    BloqueLectura& b = tablas_.bloques[bloque];
-    const Cuenta cuenta =
-        contarBase(b.tiempoFueraCantidadBases, b.tiempoFueraBasesRestantes, false);
-    b.tiempoFueraBasesRestantes = cuenta.restantes;
-    if (cuenta.acortarA > 0)
-        turnos_.acortarTiempoFuera(conexion, cuenta.acortarA * b.tiempoFueraBaseMs);
-    return cuenta.vencio;
+void TiemposFuera::respuestaDudosa(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const Indice i = c.bloqueEnCurso;
+    BloqueLectura& b = tablas_.bloques[i];
+    const bool cuenta = b.enDuda;
+    b.enDuda = true;
+    if (cuenta && b.activo) {
+        if (!quedanIntentos(b)) return deshabilitar(conexion, i);
+        b.reintentos += 1;
+    }
+    c.bloqueDePrueba = i;
+    turnos_.pausar(conexion);
 }
 
 void TiemposFuera::reintentarBloque(Indice bloque) {
@@ -54,20 +52,19 @@ void TiemposFuera::reintentarBloque(Indice bloque) {
     ConexionIP& c = tablas_.conexiones[b.idConexion];
     if (!turnos_.conectada(b.idConexion)) return;
     c.bloqueEnCurso = bloque;
-    c.posicionBloqueEnCurso = b.posicionEnConexion;
     vista_.txtTramas.agregar(sello_.ahora() + " REINTENTO " + textoDeNumero(b.reintentos) +
                              " Bloque: " + b.clave + " Envio -> " + b.tramaSolicitudTexto + "\r\n");
-    turnos_.reenviar(b.idConexion, b.tramaSolicitud, Turnos::plazoDe(b));
+    turnos_.reenviar(b.idConexion, b.tramaSolicitud, b.tiempoFueraMs);
     bucle_.dejarCorrerPendientes();
 }
 
 void TiemposFuera::deshabilitar(Indice conexion, Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    const bool estabaOK = b.estado == kOk;
     b.reintentos = 0;
-    b.reconeccionBasesRestantes = 0;
-    b.tiempoFueraBasesRestantes = 0;
+    b.enDuda = false;
     tablas_.habilitar(bloque, false);
-    Timer1_Bloques_[bloque].rearmar(std::llround(b.reconeccionBaseMs));
+    Timer1_Bloques_[bloque].rearmar(turnos_.descanso(b));
     vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kHabilitado,
                                         "Deshabilitado por " + textoDeNumero(b.segReconeccion) +
                                             "(s) Desde " + sello_.ahora());
@@ -75,7 +72,8 @@ void TiemposFuera::deshabilitar(Indice conexion, Indice bloque) {
     vista_.txtTimerIpPuerto[conexion].agregar(linea);
     vista_.txtTramas.agregar(linea);
     turnos_.pausar(conexion);
-    publicacion_.bloqueSinRespuesta(bloque);
+    publicacion_.sinRespuesta(bloque, "BAD - Por TimeOut - Deshabilitacion");
+    mudas_.alAgotar(bloque, estabaOK);
 }
 
 } // namespace kv

@@ -25,9 +25,16 @@ void Publicacion::publicar(Indice ranura, double valor) {
     if (ranura != kNinguno) guion_.publicar(ranura, valor);
 }
 
-void Publicacion::notificar(const BloqueLectura& bloque, std::size_t k) {
-    if (cliente_ != nullptr)
-        cliente_->notificarVariable(bloque.clave, bloque.valores[k], bloque.estados[k]);
+void Publicacion::notificar(const BloqueLectura& bloque) {
+    if (cliente_ != nullptr) cliente_->notificarVariable(bloque.clave, bloque.valor, bloque.estado);
+}
+
+void Publicacion::mostrar(FilaDeLista fila, double valor, std::string_view estado,
+                          const std::string& hora) {
+    Lista& lista = vista_.lstViewVariables;
+    lista.poner(fila, kValor, textoDeNumero(valor));
+    lista.poner(fila, kEstado, estado);
+    lista.poner(fila, kFechaHora, hora);
 }
 
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
@@ -37,80 +44,72 @@ void Publicacion::darDeAlta(BloqueLectura& bloque) {
     publicar(bloque.ranuraEstado, kBad);
 }
 
-void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t k, std::size_t b) {
-    BitsDeVariable& bits = *bloque.bits[k];
+void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
+    BitsDeVariable& bits = *bloque.bits;
     std::tie(bits.ranuraValor[b], bits.ranuraEstado[b]) = ranuras(bits.bitNombres[b]);
-    publicar(bits.ranuraValor[b], 0);
-    publicar(bits.ranuraEstado[b], bloque.estados[k]);
+    ponerBit(bloque, b, textoEstado(bloque.estado), sello_.ahora());
+}
+
+void Publicacion::ponerActivo(Indice bloque, bool activo) {
+    tablas_.ponerActivo(bloque, activo);
+    const BloqueLectura& b = tablas_.bloques[bloque];
+    vista_.lstViewEstadoDeBloques.tildar(b.filaBloque, activo);
+    vista_.lstViewVariables.tildar(b.filaVariable, activo);
+    for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
+        if (b.bits->bitDefinido[n]) vista_.lstViewVariables.tildar(b.bits->bitFilas[n], activo);
+    }
 }
 
 void Publicacion::valorLeido(Indice bloque, double valor) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    if (b.valores.empty() || (b.valores[0] == valor && b.estados[0] == kOk)) return;
-    b.valores[0] = valor;
-    b.estados[0] = kOk;
+    if (b.valor == valor && b.estado == kOk) return;
+    b.valor = valor;
+    b.estado = kOk;
     publicar(b.ranuraValor, valor);
     publicar(b.ranuraEstado, kOk);
-    const FilaDeLista fila = b.filasVariables[0];
-    vista_.lstViewVariables.poner(fila, kValor, textoDeNumero(valor));
-    vista_.lstViewVariables.poner(fila, kEstado, textoEstado(kOk));
-    vista_.lstViewVariables.poner(fila, kFechaHora, sello_.ahora());
-    if (!b.bits.empty()) valorEnBits(b);
-    notificar(b, 0);
+    const std::string ahora = sello_.ahora();
+    mostrar(b.filaVariable, valor, textoEstado(kOk), ahora);
+    ponerBits(b, textoEstado(kOk), ahora);
+    notificar(b);
 }
 
-/// A bit variable follows the register that it is a bit of.
-void Publicacion::valorEnBits(BloqueLectura& bloque) {
-    if (!bloque.bits[0]) return;
-    BitsDeVariable& bits = *bloque.bits[0];
-    const auto palabra = static_cast<std::uint32_t>(entero(bloque.valores[0]).value_or(0));
-    for (std::size_t b = 0; b < bits.bitDefinido.size(); ++b) {
-        if (!bits.bitDefinido[b]) continue;
-        const double valor = palabra >> b & 1;
-        publicar(bits.ranuraValor[b], valor);
-        publicar(bits.ranuraEstado[b], kOk);
-        vista_.lstViewVariables.poner(bits.bitFilas[b], kValor, textoDeNumero(valor));
-        vista_.lstViewVariables.poner(bits.bitFilas[b], kEstado, textoEstado(kOk));
-        vista_.lstViewVariables.poner(bits.bitFilas[b], kFechaHora, sello_.ahora());
+/// A bit variable has the value and the status of the register that it is a bit of.
+void Publicacion::ponerBit(BloqueLectura& bloque, std::size_t b, std::string_view texto,
+                           const std::string& hora) {
+    const BitsDeVariable& bits = *bloque.bits;
+    const auto palabra = static_cast<std::uint32_t>(entero(bloque.valor).value_or(0));
+    const double valor = palabra >> b & 1;
+    publicar(bits.ranuraValor[b], valor);
+    publicar(bits.ranuraEstado[b], bloque.estado);
+    mostrar(bits.bitFilas[b], valor, texto, hora);
+}
+
+void Publicacion::ponerBits(BloqueLectura& bloque, std::string_view texto,
+                            const std::string& hora) {
+    for (std::size_t b = 0; bloque.bits && b < bloque.bits->bitDefinido.size(); ++b) {
+        if (bloque.bits->bitDefinido[b]) ponerBit(bloque, b, texto, hora);
     }
 }
 
-void Publicacion::bloqueSinRespuesta(Indice bloque) {
+void Publicacion::sinRespuesta(Indice bloque, std::string_view texto) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    for (std::size_t k = 0; k < b.estados.size(); ++k) {
-        b.estados[k] = kBad;
-        vista_.lstViewVariables.poner(b.filasVariables[k], kEstado,
-                                      "BAD - Por TimeOut - Deshabilitacion");
-        publicar(b.ranuraEstado, kBad);
-        notificar(b, k);
-    }
+    b.estado = kBad;
+    vista_.lstViewVariables.poner(b.filaVariable, kEstado, texto);
+    publicar(b.ranuraEstado, kBad);
+    ponerBits(b, texto, sello_.ahora());
+    notificar(b);
 }
 
 void Publicacion::establecerBAD_En_Socket(Indice conexion) {
     const std::string ahora = sello_.ahora();
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         BloqueLectura& b = tablas_.bloques[i];
-        for (std::size_t k = 0; k < b.estados.size(); ++k) {
-            b.estados[k] = kBad;
-            publicar(b.ranuraEstado, kBad);
-            vista_.lstViewVariables.poner(b.filasVariables[k], kEstado, textoEstado(kBad));
-            vista_.lstViewVariables.poner(b.filasVariables[k], kFechaHora, ahora);
-            notificar(b, k);
-        }
-    }
-    for (const Indice i : tablas_.conexiones[conexion].bloques)
-        perderBits(tablas_.bloques[i], kBad);
-}
-
-void Publicacion::perderBits(BloqueLectura& bloque, double estado) {
-    const std::string ahora = sello_.ahora();
-    for (const auto& bits : bloque.bits) {
-        for (std::size_t b = 0; bits && b < bits->bitDefinido.size(); ++b) {
-            if (!bits->bitDefinido[b]) continue;
-            publicar(bits->ranuraEstado[b], estado);
-            vista_.lstViewVariables.poner(bits->bitFilas[b], kEstado, textoEstado(estado));
-            vista_.lstViewVariables.poner(bits->bitFilas[b], kFechaHora, ahora);
-        }
+        b.estado = kBad;
+        publicar(b.ranuraEstado, kBad);
+        vista_.lstViewVariables.poner(b.filaVariable, kEstado, textoEstado(kBad));
+        vista_.lstViewVariables.poner(b.filaVariable, kFechaHora, ahora);
+        ponerBits(b, textoEstado(kBad), ahora);
+        notificar(b);
     }
 }
 

@@ -13,8 +13,8 @@ namespace kv {
 class AvisoAlCliente {
   public:
     virtual ~AvisoAlCliente() = default;
-    /// `direccion` is a block key; the value and status are those of one of the block's slots. Does
-    /// not let events run: whole connections are told of in one go.
+    /// `direccion` is a block key; the value and status are those of its register. Does not let
+    /// events run: whole connections are told of in one go.
     virtual void notificarVariable(std::string_view direccion, double valor, double estado) = 0;
 };
 
@@ -26,23 +26,29 @@ class Publicacion {
     /// Null while no client is served.
     void avisarA(AvisoAlCliente* cliente) { cliente_ = cliente; }
 
-    /// Makes the script variables of a new block and publishes its slots: value 0, status BAD.
+    /// Makes the script variables of a new block and publishes them: value 0, status BAD.
     void darDeAlta(BloqueLectura& bloque);
-    /// Makes and publishes the script variables of bit `b` of slot `k`.
-    void darDeAltaBit(BloqueLectura& bloque, std::size_t k, std::size_t b);
-    /// A good answer: stores value and status OK in slot 0, publishes, shows and notifies, but only
-    /// when the value or the status is new.
+    /// Makes and publishes the script variables of bit `b`, which at once has what its register
+    /// has.
+    void darDeAltaBit(BloqueLectura& bloque, std::size_t b);
+    /// Switches a block on or off: the one place that does, so that its check boxes tell the truth.
+    void ponerActivo(Indice bloque, bool activo);
+    /// A good answer: stores value and status OK, publishes, shows and notifies, but only when the
+    /// value or the status is new.
     void valorLeido(Indice bloque, double valor);
-    /// The block's time-outs are used up: every slot becomes BAD.
-    void bloqueSinRespuesta(Indice bloque);
-    /// The connection is lost: every slot and every bit of its blocks becomes BAD.
+    /// No answer is to be had: the variable and its bits become BAD, for the reason that `texto`
+    /// says in their rows.
+    void sinRespuesta(Indice bloque, std::string_view texto);
+    /// The connection is lost: every variable and every bit of its blocks becomes BAD.
     void establecerBAD_En_Socket(Indice conexion);
 
   private:
     void publicar(Indice ranura, double valor);
-    void notificar(const BloqueLectura& bloque, std::size_t k);
-    void valorEnBits(BloqueLectura& bloque);
-    void perderBits(BloqueLectura& bloque, double estado);
+    void notificar(const BloqueLectura& bloque);
+    void mostrar(FilaDeLista fila, double valor, std::string_view estado, const std::string& hora);
+    void ponerBit(BloqueLectura& bloque, std::size_t b, std::string_view texto,
+                  const std::string& hora);
+    void ponerBits(BloqueLectura& bloque, std::string_view texto, const std::string& hora);
     [[nodiscard]] std::pair<Indice, Indice> ranuras(const std::string& nombre);
 
     Tablas& tablas_;

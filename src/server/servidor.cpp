@@ -186,9 +186,7 @@ std::size_t FrmServerTCP::limiteDeCola() const {
     std::size_t sincronismo = kFinDeSincronismo.size();
     for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
         const BloqueLectura& b = tablas_.bloques[i];
-        const std::size_t registros = b.valores.size();
-        sincronismo += registros * (b.clave.size() + kLargoDeValor + kLargoDeEstado + 3 * campo) +
-                       (registros + kRegistrosPorSobre - 1) / kRegistrosPorSobre * sobre;
+        sincronismo += b.clave.size() + kLargoDeValor + kLargoDeEstado + 3 * campo + sobre;
     }
     return kColaMinima + 2 * sincronismo;
 }
@@ -243,8 +241,8 @@ void FrmServerTCP::timerDeSincronizmo_Timer() {
 
 bool FrmServerTCP::sincronizar() {
     const std::uint64_t enlace = wsEscucha_->conexiones();
-    for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
-        if (!sincronizarBloque(tablas_.bloques[i], enlace)) return false;
+    for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior();) {
+        if (!sincronizarDesde(i, enlace)) return false;
     }
     enviarSuelto(kFinDeSincronismo);
     if (!conectado()) return false;
@@ -253,22 +251,23 @@ bool FrmServerTCP::sincronizar() {
     return true;
 }
 
-/// False when the client went meanwhile.
-bool FrmServerTCP::sincronizarBloque(const BloqueLectura& bloque, std::uint64_t enlace) {
-    for (std::size_t k = 0; k < bloque.valores.size();) {
-        abrirSobre(sobre_, separadores_);
-        const std::size_t hasta = std::min(k + kRegistrosPorSobre, bloque.valores.size());
-        for (; k < hasta; ++k)
-            agregarRegistro(sobre_, bloque.clave, bloque.valores[k], bloque.estados[k],
-                            separadores_);
-        enviarSobre();
-        if (++mensajesSinCeder_ == kMensajesPorCesion) {
-            mensajesSinCeder_ = 0;
-            bucle_.dejarCorrerPendientes();
-        }
-        if (!conectado() || wsEscucha_->conexiones() != enlace) return false;
+/// One message: the records of a configured block from `i` on, which becomes the first that has not
+/// been told. False when the client went meanwhile.
+bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t enlace) {
+    abrirSobre(sobre_, separadores_);
+    const Indice configurado = tablas_.bloques[i].primeroDelConfigurado;
+    for (std::size_t k = 0; k < kRegistrosPorSobre && i < tablas_.bloques.limiteSuperior() &&
+                            tablas_.bloques[i].primeroDelConfigurado == configurado;
+         ++k, ++i) {
+        const BloqueLectura& b = tablas_.bloques[i];
+        agregarRegistro(sobre_, b.clave, b.valor, b.estado, separadores_);
     }
-    return true;
+    enviarSobre();
+    if (++mensajesSinCeder_ == kMensajesPorCesion) {
+        mensajesSinCeder_ = 0;
+        bucle_.dejarCorrerPendientes();
+    }
+    return conectado() && wsEscucha_->conexiones() == enlace;
 }
 
 } // namespace kv

@@ -68,7 +68,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void anotarFalla();
     void anotarFallaDeEscucha();
     [[nodiscard]] bool sincronizar();
-    [[nodiscard]] bool sincronizarBloque(const BloqueLectura& bloque, std::uint64_t enlace);
+    [[nodiscard]] bool sincronizarDesde(std::size_t& i, std::uint64_t enlace);
     [[nodiscard]] std::size_t limiteDeCola() const;
 
     Bucle& bucle_;

@@ -159,14 +159,12 @@ std::string Sesion::obtenerTramaParaENVIAR(std::string_view direccion) {
     lista.seleccionar(f);
     const std::int64_t bloque = lista.etiqueta(f);
     if (!tablas_.bloques.vive(static_cast<double>(bloque))) return {};
-    const auto& estados = tablas_.bloques[static_cast<std::size_t>(bloque)].estados;
-    if (estados.empty()) return {};
     const std::string& separador = cable_.separadores().campo;
     std::string carga(direccion);
     carga.append(separador);
     agregarAlCable(carga, lista.texto(f, kColumnaDeValor));
     carga.append(separador);
-    agregarNumero(carga, estados.front());
+    agregarNumero(carga, tablas_.bloques[static_cast<std::size_t>(bloque)].estado);
     return carga.append(separador);
 }
 

@@ -1,6 +1,5 @@
 #include "write/auditoria.h"
 
-#include "core/tables/bases.h"
 #include "platform/ruta.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
@@ -9,6 +8,8 @@ namespace kv {
 namespace {
 
 constexpr std::size_t kMaximoDeCampo = 200;
+constexpr std::int64_t kSegundoMs = 1000;
+constexpr std::int64_t kMinutoMs = 60'000;
 
 /// A field as it stands in a line: cut, without control characters and separators.
 std::string campo(std::string_view texto) {
@@ -27,18 +28,8 @@ std::string campo(std::string_view texto) {
     return salida;
 }
 
-std::string_view palabras(FinDeEscritura fin) {
-    switch (fin) {
-    case FinDeEscritura::Confirmada:
-        return "confirmada";
-    case FinDeEscritura::SinRespuesta:
-        return "sin respuesta";
-    case FinDeEscritura::ConexionPerdida:
-        return "conexion perdida";
-    case FinDeEscritura::PalabraDesconocida:
-        return "palabra desconocida";
-    }
-    return "";
+std::string anteriorDe(const BloqueEscritura& e) {
+    return e.seConociaAnterior ? textoDeNumero(e.valorAnterior) : std::string("?");
 }
 
 } // namespace
@@ -48,52 +39,112 @@ Auditoria::Auditoria(Archivos& archivos, const Reloj& reloj, const std::string& 
     : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
       programa_(std::move(programa)) {}
 
+void Auditoria::alRechazar(const Rechazo& r) {
+    anotar(r.origen, r.direccion, "?", r.valor, "rechazada: " + std::string(r.motivo), rechazos_,
+           kRechazosPorSegundo);
+}
+
+void Auditoria::alFundir(const BloqueEscritura& e, std::string_view origen) {
+    anotar(origen, direccionDe(e), "?", e.pedido, "ya espera una igual", rechazos_,
+           kRechazosPorSegundo);
+}
+
+void Auditoria::alSalir(const BloqueEscritura& e) {
+    anotar(e.origen, direccionDe(e), anteriorDe(e), e.pedido, "enviada", escrituras_,
+           kEscriturasPorSegundo);
+}
+
 void Auditoria::alTerminar(const BloqueEscritura& e, FinDeEscritura fin) {
-    std::string direccion = claveDeBloque(e.puerto, e.plc, e.direccion);
-    if (e.esBit) direccion += "." + textoDeNumero(e.bit);
-    anotar(campo(e.origen) + ";" + campo(direccion) + ";" +
-           (e.seConociaAnterior ? textoDeNumero(e.valorAnterior) : std::string("?")) + ";" +
-           textoDeNumero(e.esBit ? e.valorBit : e.valores[0]) + ";" + std::string(palabras(fin)));
+    anotar(e.origen, direccionDe(e), anteriorDe(e), e.pedido, palabras(fin), escrituras_,
+           kEscriturasPorSegundo);
 }
 
-void Auditoria::alRechazar(std::string_view direccion, double valor, std::string_view origen,
-                           std::string_view motivo) {
-    anotar(campo(origen) + ";" + campo(direccion) + ";?;" + textoDeNumero(valor) +
-           ";rechazada: " + campo(motivo));
-}
-
-void Auditoria::anotar(const std::string& cuerpo) {
+void Auditoria::anotar(std::string_view origen, std::string_view direccion,
+                       const std::string& anterior, double valor, std::string_view fin,
+                       std::uint32_t& cuenta, std::uint32_t maximo) {
+    pasarElTiempo();
+    std::string cuerpo = campo(origen) + ";" + campo(direccion) + ";" + anterior + ";" +
+                         textoDeNumero(valor) + ";" + campo(fin);
     if (cuerpo == ultimo_) {
-        ++repetidas_;
+        if (repetidas_++ == 0) repetidasDesdeMs_ = reloj_.monotonicoMs();
         return;
     }
-    cerrarRepetidas();
-    ultimo_ = cuerpo;
-    if (pendiente_.size() > kMaximoPorVuelta) {
+    if (cuenta >= maximo) {
         ++perdidas_;
         return;
     }
-    pendiente_ += formatoGeneral(reloj_.ahora()) + ";" + cuerpo + "\r\n";
+    ++cuenta;
+    cerrarRepetidas();
+    agregarLinea(cuerpo);
+    ultimo_ = std::move(cuerpo);
+}
+
+void Auditoria::agregarLinea(std::string_view cuerpo) {
+    pendiente_ += formatoGeneral(reloj_.ahora()) + ";";
+    pendiente_ += cuerpo;
+    pendiente_ += "\r\n";
+    ++enPendiente_;
 }
 
 void Auditoria::cerrarRepetidas() {
-    if (repetidas_ > 0)
-        pendiente_ += formatoGeneral(reloj_.ahora()) + ";;;;;la anterior " +
-                      std::to_string(repetidas_) + " veces mas\r\n";
+    if (repetidas_ == 0) return;
+    agregarLinea(";;;;la anterior " + std::to_string(repetidas_) + " veces mas");
     repetidas_ = 0;
 }
 
+/// What is to be told when a second, a minute or a day is over.
+void Auditoria::pasarElTiempo() {
+    const std::int64_t ahora = reloj_.monotonicoMs();
+    if (ahora - segundoMs_ >= kSegundoMs) {
+        if (perdidas_ > 0)
+            agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar");
+        perdidas_ = 0;
+        rechazos_ = escrituras_ = 0;
+        segundoMs_ = ahora;
+    }
+    if (repetidas_ > 0 && ahora - repetidasDesdeMs_ >= kMinutoMs) cerrarRepetidas();
+    if (pendiente_.empty() && repetidas_ == 0) return;
+    std::string hoy = formatoDeDia(reloj_.ahora());
+    if (!dia_.empty() && hoy != dia_) {
+        // The count belongs to the day of what it counts.
+        cerrarRepetidas();
+        ultimo_.clear();
+        volcar();
+    }
+    dia_ = std::move(hoy);
+}
+
 void Auditoria::volcar() {
-    if (pendiente_.empty()) return;
-    if (perdidas_ > 0)
-        pendiente_ += formatoGeneral(reloj_.ahora()) + ";;;;;" + std::to_string(perdidas_) +
-                      " escrituras mas sin anotar\r\n";
-    perdidas_ = 0;
-    if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
-    archivos_.agregar(
-        unirRuta(carpeta_, formatoDeDia(reloj_.ahora()) + " " + programa_ + " Escrituras.txt"),
-        windows1252DesdeUtf8(pendiente_));
+    if (pendiente_.empty()) {
+        if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
+        if (pendiente_.empty()) return;
+    }
+    if (dia_.empty()) dia_ = formatoDeDia(reloj_.ahora());
+    std::string aviso;
+    if (sinDisco_ > 0)
+        aviso = formatoGeneral(reloj_.ahora()) + ";;;;;" + std::to_string(sinDisco_) +
+                " lineas sin anotar: el disco no las tomo\r\n";
+    if (escribir(aviso + pendiente_)) {
+        sinDisco_ = 0;
+    } else {
+        sinDisco_ += enPendiente_;
+    }
     pendiente_.clear();
+    enPendiente_ = 0;
+    dia_.clear();
+}
+
+bool Auditoria::escribir(const std::string& lineas) {
+    if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
+    return archivos_.agregar(unirRuta(carpeta_, dia_ + " " + programa_ + " Escrituras.txt"),
+                             windows1252DesdeUtf8(lineas));
+}
+
+void Auditoria::cerrar() {
+    cerrarRepetidas();
+    if (perdidas_ > 0) agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar");
+    perdidas_ = 0;
+    volcar();
 }
 
 } // namespace kv

@@ -2,47 +2,66 @@
 
 #include "platform/archivos.h"
 #include "platform/reloj.h"
-#include "write/ejecucion.h"
+#include "write/avisos.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace kv {
 
 /// The daily record of writes, beside the logs: who wanted what written where, what was there
-/// before, and what came of it; refused requests too. One line each:
+/// before, and what came of it. A write has a line when its frame leaves and one when it ends, so
+/// that a driver that is killed leaves a trace; refused and merged requests have one. Each is
 ///
 ///     dd/mm/yyyy hh:mm:ss;source;address;old value;new value;outcome
 ///
 /// Lines are gathered and appended once per turn of the loop. What comes from outside is cut and
 /// its control characters and separators are escaped, so a line is always one line of six fields. A
-/// line that only repeats the one before is counted instead. What cannot be written is lost.
-class Auditoria final : public AlTerminarEscritura {
+/// line that only repeats the one before is counted, and the count told at the latest after a
+/// minute. What a second has too many of, and what a full disk did not take, is counted and told.
+class Auditoria final : public AvisoDeEscritura {
   public:
     Auditoria(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
               std::string programa);
 
+    void alRechazar(const Rechazo& rechazo) override;
+    void alFundir(const BloqueEscritura& escritura, std::string_view origen) override;
+    void alSalir(const BloqueEscritura& escritura) override;
     void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
-    void alRechazar(std::string_view direccion, double valor, std::string_view origen,
-                    std::string_view motivo) override;
     /// Appends what was gathered. Called at the end of every turn.
     void volcar();
+    /// The program ends: tells the counts that are still open, and appends.
+    void cerrar();
 
-    /// Bytes that one turn may add; what goes beyond is counted.
-    static constexpr std::size_t kMaximoPorVuelta = 1U << 20;
+    /// Lines of one second about requests that became no write: whoever may ask can ask without
+    /// end.
+    static constexpr std::uint32_t kRechazosPorSegundo = 100;
+    /// Lines of one second about writes, whose number the stations bound.
+    static constexpr std::uint32_t kEscriturasPorSegundo = 20'000;
 
   private:
-    void anotar(const std::string& cuerpo);
+    void anotar(std::string_view origen, std::string_view direccion, const std::string& anterior,
+                double valor, std::string_view fin, std::uint32_t& cuenta, std::uint32_t maximo);
+    void agregarLinea(std::string_view cuerpo);
     void cerrarRepetidas();
+    void pasarElTiempo();
+    bool escribir(const std::string& lineas);
 
     Archivos& archivos_;
     const Reloj& reloj_;
     std::string carpeta_;
     std::string programa_;
+    std::string dia_; ///< of the lines that are gathered
     std::string pendiente_;
-    std::string ultimo_; ///< the last line without its time
-    std::size_t repetidas_ = 0;
-    std::size_t perdidas_ = 0;
+    std::uint64_t enPendiente_ = 0; ///< lines
+    std::string ultimo_;            ///< the last line without its time
+    std::uint64_t repetidas_ = 0;
+    std::int64_t repetidasDesdeMs_ = 0;
+    std::int64_t segundoMs_ = 0;
+    std::uint32_t rechazos_ = 0, escrituras_ = 0; ///< lines of the present second
+    std::uint64_t perdidas_ = 0;                  ///< lines that a second had too many
+    std::uint64_t sinDisco_ = 0;                  ///< lines that the disk did not take
 };
 
 } // namespace kv

@@ -15,39 +15,42 @@ namespace kv {
 /// Forced reads and block control: one address, one block, a whole level, on and off, scan times.
 class Forzado {
   public:
-    Forzado(Tablas& tablas, Turnos& turnos, Poleo& poleo, Modelo& modelo, Vista& vista,
-            Sello& sello, ArchivoLog& log, ArregloDeTemporizadores& Timer1_Bloques);
+    Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
+            EstacionesMudas& mudas, Modelo& modelo, Vista& vista, Sello& sello, ArchivoLog& log,
+            ArregloDeTemporizadores& Timer1_Bloques);
 
     /// Reads the block that holds an address port.PLC.register[.bit] now; makes a block for it when
     /// only the station exists. What came of it is said in the operator's box.
     void forzarPoleo(const std::string& direccion);
     void forzarBloque_porID(Indice bloque);
     void forzarBloque_porNivel(double nivel);
-    /// `veces` above 0: reads every block of the level so often, then switches it off; 0 switches
-    /// the level on, -1 off.
+    /// `veces` above 0: reads every block of the level so often, on its own scan, and leaves it as
+    /// it found it; 0 switches the level on, -1 off.
     void forzarBloque_porNivel_NVeces(double nivel, double veces);
+    /// Also ends a force by level that is running.
     void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado);
     void Activar_Dir(std::string_view clave, bool estado);
-    /// Seconds, 0 and up; other values change nothing, like an index of no block.
+    /// Seconds, 0 or from a millisecond to a year; other values change nothing, like an index of no
+    /// block.
     void ModificarScanDeBloque(double bloque, double segundos);
 
     /// Blocks that forced reads may make while the driver runs.
     static constexpr std::size_t kDadosDeAltaMaximo = 10'000;
 
   private:
-    [[nodiscard]] Indice buscarBloque(Indice conexion, double plc,
-                                      std::string_view direccion) const;
-    void forzarConocido(Indice bloque, const std::string& direccion, double bit, bool nuevo);
+    void forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
     void darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
-                   const std::string& registro, const std::string& direccion, double bit);
-    void ponerChecks(const BloqueLectura& b, bool estado);
+                   const std::string& registro, const std::string& direccion, int bit);
+    void forzarVeces(Indice bloque, double veces, std::string_view texto);
     template <class Accion>
     void enNivel(double nivel, const Accion& accion);
     void decir(const std::string& texto);
 
     Tablas& tablas_;
     Turnos& turnos_;
+    Publicacion& publicacion_;
     Poleo& poleo_;
+    EstacionesMudas& mudas_;
     Modelo& modelo_;
     Vista& vista_;
     Sello& sello_;

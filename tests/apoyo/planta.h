@@ -51,8 +51,8 @@ class Planta {
 
     [[nodiscard]] BloqueLectura& bloque(std::size_t i) { return motor.tablas.bloques[i]; }
     [[nodiscard]] ConexionIP& conexion(std::size_t i) { return motor.tablas.conexiones[i]; }
-    [[nodiscard]] double valor(std::size_t i) { return bloque(i).valores[0]; }
-    [[nodiscard]] bool ok(std::size_t i) { return bloque(i).estados[0] == 6; }
+    [[nodiscard]] double valor(std::size_t i) { return bloque(i).valor; }
+    [[nodiscard]] bool ok(std::size_t i) { return bloque(i).estado == 6; }
     [[nodiscard]] std::string fila(const Lista& lista, std::uint32_t f, std::size_t columna) const {
         return std::string(lista.texto(f, columna));
     }

@@ -1,7 +1,6 @@
 // Late answers carry no name. None may be stored under another register's.
 
 #include "apoyo/planta.h"
-#include "core/tables/respuestas_debidas.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +22,7 @@ class Atrasadas : public testing::Test {
         for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
             const BloqueLectura& b = t.bloques[i];
             const int propio = b.tramaSolicitud[1] * 100 + b.tramaSolicitud[3];
-            if (b.estados[0] == 6 && b.valores[0] != propio) ++enOtroLugar;
+            if (b.estado == 6 && b.valor != propio) ++enOtroLugar;
         }
     }
     static Configuracion dosRegistros(const Configuracion::Puerto& puerto = {}) {
@@ -91,7 +90,8 @@ TEST_F(Atrasadas, UnCorteDeRedQueEntregaTodoJunto) {
         p.avanzar(90'000);
         EXPECT_EQ(enOtroLugar, 0) << cortada;
         EXPECT_TRUE(p.ok(0) && p.ok(1) && p.ok(2)) << cortada;
-        EXPECT_EQ(plc.conexiones, 1) << cortada;
+        // Once all its tries would have been used up a dead cable is taken for one.
+        EXPECT_EQ(plc.conexiones, cortada < 20'000 ? 1 : 2) << cortada;
     }
 }
 
@@ -192,19 +192,7 @@ TEST_F(Atrasadas, UnEnlaceQueSePierdeYVuelveEntreDosSupervisiones) {
     EXPECT_EQ(enOtroLugar, 0) << "the pass of the supervision forgets no request that is out";
 }
 
-TEST(RespuestasDebidas, UnEnlaceSanoNoEsperaNunca) {
-    RespuestasDebidas d;
-    std::int64_t ahora = 0;
-    for (RespuestasDebidas::Registro r = 1; r < 100; ++r) {
-        EXPECT_EQ(d.esperaAntesDe(r, ahora), 0);
-        d.alEnviar(r, ahora, 5000);
-        EXPECT_TRUE(d.alRecibir(r, ahora += 20));
-        ahora += 800;
-    }
-    EXPECT_EQ(d.atrasadas(), 0U);
-}
-
-TEST(RespuestasDebidas, UnaLineaQueNoCallaSeReabre) {
+TEST(Atrasada, UnaLineaQueNoCallaSeReabre) {
     auto config = Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "2");
     Planta p(config);
     auto& plc = p.en("10.0.0.1");

@@ -1,7 +1,10 @@
 // What happens to a write, from the request to its confirmation or its end.
 
 #include "apoyo/planta.h"
+#include "text/texto.h"
 #include "write/palabra.h"
+
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -19,7 +22,6 @@ class Escribe : public testing::Test {
                           .bloque(1, "40001", scan);
         p = std::make_unique<Planta>(config);
         plc = &p->en("10.0.0.1");
-        p->motor.ejecucion.avisarA(&fines);
         p->arrancarYConectar();
         p->avanzar(3000); // the first reads are done and the line is free
         plc->pedidos.clear();
@@ -38,14 +40,22 @@ class Escribe : public testing::Test {
         }
         return s;
     }
-    struct Fines final : AlTerminarEscritura {
-        void alTerminar(const BloqueEscritura& e, FinDeEscritura fin) override {
-            texto += e.direccion + "=" + std::to_string(static_cast<int>(e.valores[0])) +
-                     (fin == FinDeEscritura::Confirmada ? " " : "! ");
+    /// What became of the writes, as the operator's box says: "1.1.10=7 " or "1.1.10=7! ".
+    [[nodiscard]] std::string fines() const {
+        std::string salida;
+        for (const std::string_view linea : partir(demanda(), '\n')) {
+            const auto igual = linea.find(" = ");
+            const auto fin = linea.find(": ", igual);
+            if (igual == std::string::npos || fin == std::string::npos ||
+                linea.find("ya espera") != std::string::npos)
+                continue;
+            const auto desde = linea.rfind(' ', igual - 1) + 1;
+            salida += std::string(linea.substr(desde, igual - desde)) + "=" +
+                      std::string(linea.substr(igual + 3, fin - igual - 3)) +
+                      (linea.find("confirmada") != std::string::npos ? " " : "! ");
         }
-        void alRechazar(std::string_view, double, std::string_view, std::string_view) override {}
-        std::string texto;
-    } fines;
+        return salida;
+    }
     void callarEscrituras() {
         plc->demora = [](const Solicitud& s) {
             return s[0] == 0x57 ? std::optional<double>() : std::optional<double>(0);
@@ -69,7 +79,7 @@ TEST_F(Escribe, ContestadaEnseguidaSeConfirmaYSePublica) {
     EXPECT_TRUE(p->conexion(0).ocupada && p->conexion(0).escribiendo);
     p->avanzar(1);
     EXPECT_EQ(visto(), "W10=65534 ");
-    EXPECT_EQ(fines.texto, "10=65534 ");
+    EXPECT_EQ(fines(), "1.1.10=65534 ");
     EXPECT_EQ(p->valor(0), -2) << "the same 16 bits, read as the driver reads registers";
     EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10"), -2);
     EXPECT_TRUE(
@@ -89,7 +99,7 @@ TEST_F(Escribe, RespuestaPerdidaYLaPrimeraRelecturaConfirma) {
     escribir("1.1.10", 7);
     p->avanzar(5100);
     EXPECT_EQ(visto(), "W10=7 R10 ");
-    EXPECT_EQ(fines.texto, "10=7 ");
+    EXPECT_EQ(fines(), "1.1.10=7 ");
     EXPECT_TRUE(
         p->tramasTiene(" PEDIDO DE CONFIRMACION 0 Bloque: 1.1.10[Dir 10: Valor 7] Envio -> "));
 }
@@ -100,22 +110,21 @@ TEST_F(Escribe, CalladaConDosReintentosYConNinguno) {
     escribir("1.1.10", 7);
     p->avanzar(24'900);
     EXPECT_EQ(visto(), "W10=7 R10 W10=7 R10 W10=7 ");
-    EXPECT_EQ(fines.texto, "");
+    EXPECT_EQ(fines(), "");
     EXPECT_TRUE(p->tramasTiene(" REINTENTO ESCRITURA1 Bloque: 1.1.10"));
     p->avanzar(200);
-    EXPECT_EQ(fines.texto, "10=7! ");
+    EXPECT_EQ(fines(), "1.1.10=7! ");
     EXPECT_TRUE(p->tramasTiene(" Deshabilitacion de ESCRITURA: 1.1.10 [10 Valor: 7]\r\n"));
     p->avanzar(60'000);
     const std::string todo = visto();
     EXPECT_EQ(std::count(todo.begin(), todo.end(), 'W'), 3) << "never sent again";
     EXPECT_EQ(p->conexion(0).turno, EstadoDeTurno::Libre);
     planta({"5", "0", "30"});
-    fines.texto.clear();
     callar();
     escribir("1.1.10", 7);
     p->avanzar(5100);
     EXPECT_EQ(visto(), "W10=7 ");
-    EXPECT_EQ(fines.texto, "10=7! ");
+    EXPECT_EQ(fines(), "1.1.10=7! ");
 }
 
 TEST_F(Escribe, UnaRespuestaConOtroValorNoConfirma) {
@@ -125,14 +134,14 @@ TEST_F(Escribe, UnaRespuestaConOtroValorNoConfirma) {
     p->avanzar(1);
     plc->mandar(respuestaCon(8));
     p->avanzar(10);
-    EXPECT_EQ(fines.texto, "");
+    EXPECT_EQ(fines(), "");
     EXPECT_TRUE(p->conexion(0).recepcion.empty());
     EXPECT_EQ(p->conexion(0).turno, EstadoDeTurno::Esperando);
     p->avanzar(5000);
-    EXPECT_EQ(fines.texto, "10=7 ") << "the read-back tells";
+    EXPECT_EQ(fines(), "1.1.10=7 ") << "the read-back tells";
     plc->mandar(respuestaCon(7)); // a second equal frame completes nothing
     p->avanzar(10);
-    EXPECT_EQ(fines.texto, "10=7 ");
+    EXPECT_EQ(fines(), "1.1.10=7 ");
 }
 
 TEST_F(Escribe, ConElEnlacePerdidoAntesDuranteYEnEspera) {
@@ -143,7 +152,7 @@ TEST_F(Escribe, ConElEnlacePerdidoAntesDuranteYEnEspera) {
     p->avanzar(100);
     plc->cortar();
     p->avanzar(5000);
-    EXPECT_EQ(fines.texto, "10=1! 0A=2! ") << "given up at the supervision";
+    EXPECT_EQ(fines(), "1.1.10=1! 1.1.0A=2! ") << "given up at the supervision";
     EXPECT_TRUE(p->tramasTiene("[0A Valor: 2] Sin conexion\r\n"));
     p->bucle.red().rechazar("10.0.0.1", 502);
     p->motor.conexiones.wsSocket(0).cerrar();
@@ -178,7 +187,7 @@ TEST_F(Escribe, UnPulsoSaleEnOrdenYDosIgualesSinEnviarSonUna) {
         escribir("1.1.10", v);
     p->avanzar(6000);
     EXPECT_EQ(visto(), "W0A=9 W10=1 W10=0 W10=1 W10=0 ");
-    EXPECT_EQ(fines.texto, "0A=9 10=1 10=0 10=1 10=0 ");
+    EXPECT_EQ(fines(), "1.1.0A=9 1.1.10=1 1.1.10=0 1.1.10=1 1.1.10=0 ");
 }
 
 TEST_F(Escribe, PedidaEnCadaEstadoDeLaConexionEsperaSuTurno) {
@@ -191,8 +200,8 @@ TEST_F(Escribe, PedidaEnCadaEstadoDeLaConexionEsperaSuTurno) {
     p->avanzar(60'000);
     std::string esperado;
     for (int v = 0; v < 40; ++v)
-        esperado += "10=" + std::to_string(v) + " ";
-    EXPECT_EQ(fines.texto, esperado);
+        esperado += "1.1.10=" + std::to_string(v) + " ";
+    EXPECT_EQ(fines(), esperado);
     for (std::size_t i = 1; i < plc->pedidos.size(); ++i)
         EXPECT_GE(plc->pedidos[i].ms - plc->pedidos[i - 1].ms, 1100) << "one request at a time";
 }
@@ -206,7 +215,7 @@ TEST_F(Escribe, ABloqueQueDescansaTambienSeEscribe) {
     plc->pedidos.clear();
     escribir("1.1.10", 4);
     p->avanzar(20'000);
-    EXPECT_EQ(fines.texto, "10=4 ");
+    EXPECT_EQ(fines(), "1.1.10=4 ");
 }
 
 TEST_F(Escribe, LoQueNoSePuedeSeDiceYNoDejaNada) {
@@ -214,34 +223,98 @@ TEST_F(Escribe, LoQueNoSePuedeSeDiceYNoDejaNada) {
     EXPECT_EQ(escribir("1.9.10", 1), -1);
     EXPECT_NE(demanda().find(" Imposible escribir.1.9.10 No se encuentra PLC"), std::string::npos);
     const auto& log = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
-    for (const char* mala : {"1.1.33", "1.1.40001", "", "x", "1.1", "1.1.10.16", "1.1.10.1.5e9.3"})
-        EXPECT_EQ(escribir(mala, 1), mala == std::string("1.1.10.1.5e9.3") ? 0 : -1) << mala;
-    for (const double malo : {70000.0, -40000.0, 1.5})
+    for (const char* mala : {"1.1.33", "1.1.40001", "", "x", "1.1", "1.1.10.16", "1.1.10.1.5e9.3",
+                             "1.1.10.x", "1.1.10."})
+        EXPECT_EQ(escribir(mala, 1), -1) << mala;
+    EXPECT_NE(demanda().find(" Imposible escribir. 1.1.10.x = 1: bit fuera de 0 a 15\r\n"),
+              std::string::npos);
+    for (const double malo : {70000.0, -40000.0, std::nan(""), 65535.5})
         EXPECT_EQ(escribir("1.1.10", malo), -1);
+    for (int i = 0; i < 3; ++i)
+        escribir(std::string(5000, '9'), 1);
+    EXPECT_LT(demanda().size(), 3000U) << "an address is cut wherever it is told";
     EXPECT_NE(p->archivos.contenido(log).find("DRIVER>escritura de 1.1.33 valor: 1 - Scan: 3>"),
               std::string::npos);
     for (int i = 0; i < 1000; ++i)
         escribir("1.1.33", i);
-    EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 1U);
+    EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 0U);
+    escribir("1.1.10", 12.5);
+    escribir("1.1.0A", 13.5);
+    p->avanzar(3000);
+    EXPECT_EQ(visto(), "W10=12 W0A=14 ") << "rounded as the script rounds";
 }
 
-TEST_F(Escribe, UnBitSeMezclaConLaPalabraQueHay) {
+TEST_F(Escribe, UnBitSeLeeAntesDeMezclarlo) {
     planta();
-    plc->registros[{1, 16}] = 0x8001;
-    p->motor.forzado.forzarBloque_porID(0);
-    p->avanzar(2000);
-    plc->pedidos.clear();
+    plc->registros[{1, 16}] = 0x8001; // since the last poll, which is minutes ago
     escribir("1.1.10.3", 1);
+    p->avanzar(10);
+    EXPECT_TRUE(p->tramasTiene(
+        "Escritura de BIT: Lectura Primaria: 1.1.10[Dir 10 : Valor 1] Envio -> [52][01][00][10]"));
+    EXPECT_EQ(visto(), "R10 ");
+    plc->registros[{1, 16}] = 0x8001;
     escribir("1.1.10.0", 0);
-    p->avanzar(3000);
-    EXPECT_EQ(visto(), "W10=32777 W10=32776 ");
-    EXPECT_TRUE(p->tramasTiene("Escritura de BIT: Lectura Primaria: 1.1.10[Dir 10 : Valor 32777]"));
+    p->avanzar(5000);
+    EXPECT_EQ(visto(), "R10 W10=32777 R10 W10=32776 ");
+    EXPECT_EQ(fines(), "1.1.10.3=1 1.1.10.0=0 ");
     p->motor.forzado.forzarPoleo("1.1.10.3");
-    p->avanzar(1000);
-    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3_STATUS"), 6);
+    p->motor.forzado.forzarPoleo("1.1.0A.1");
+    p->avanzar(3000);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3"), 1);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_0A_1"), 1) << "registers with letters too";
     escribir("1.1.10", 0);
     p->avanzar(2000);
     EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3"), 0);
+    callar();
+    p->avanzar(700'000);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3_STATUS"), 13) << "BAD with its register";
+    plc->demora = [](const Solicitud&) { return 0.0; };
+    p->avanzar(60'000);
+    EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3_STATUS"), 6) << "and back with it";
+}
+
+TEST_F(Escribe, UnBitCuyaPalabraNoSeLeeSeAbandona) {
+    planta({"5", "1", "600"});
+    callar();
+    escribir("1.1.10.3", 1);
+    p->avanzar(11'000);
+    EXPECT_EQ(visto(), "R10 R10 ") << "what cannot be read is not written";
+    EXPECT_NE(demanda().find(" 1.1.10.3 = 1: no se pudo leer la palabra del bit\r\n"),
+              std::string::npos);
+    EXPECT_NE(p->conexion(0).turno, EstadoDeTurno::Esperando);
+}
+
+TEST_F(Escribe, LaQueEnvejeceSeAbandonaYSeDice) {
+    planta();
+    p->ajuste("Escritura_Vigencia_Segundos", "30");
+    p->motor.aplicarAjustes();
+    plc->demora = [](const Solicitud&) { return 4000.0; };
+    for (int v = 1; v <= 20; ++v)
+        escribir("1.1.10", v);
+    p->avanzar(36'000);
+    EXPECT_EQ(p->motor.ejecucion.enEspera(), 0U) << "the line does one in five seconds";
+    EXPECT_LE(plc->pedidos.size(), 8U);
+    EXPECT_NE(demanda().find(" 1.1.10 = 20: espero demasiado\r\n"), std::string::npos);
+    const auto dichas = fines();
+    EXPECT_EQ(std::count(dichas.begin(), dichas.end(), '='), 20) << dichas;
+}
+
+TEST_F(Escribe, UnaAbandonadaConElCableCortadoNoLlegaDespues) {
+    planta({"5", "0", "30"});
+    p->bucle.red().interrumpir(plc->enlace());
+    escribir("1.1.10", 77);
+    p->avanzar(5'100);
+    EXPECT_EQ(fines(), "1.1.10=77! ");
+    p->bucle.red().reanudar(plc->enlace());
+    p->avanzar(120'000);
+    EXPECT_EQ(visto().find("W10=77"), std::string::npos) << visto();
+    EXPECT_EQ(plc->conexiones, 2);
+    // A station that has the bytes and says nothing keeps its link.
+    callarEscrituras();
+    escribir("1.1.10", 78);
+    p->avanzar(20'000);
+    EXPECT_NE(visto().find("W10=78"), std::string::npos);
+    EXPECT_EQ(plc->conexiones, 2);
 }
 
 TEST_F(Escribe, DiezMilEnOrdenYLasLecturasNoSeQuedanSinTurno) {
@@ -283,7 +356,6 @@ TEST_F(Escribe, QuienEscribeSiempreNoHaceCrecerLaTabla) {
 
 TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
     planta();
-    p->motor.ejecucion.avisarA(&p->motor.auditoria);
     p->motor.solicitudes.escribirDireccion("1.1.10", 7, "cliente 10.0.0.9:50000");
     p->avanzar(2000);
     p->motor.solicitudes.escribirDireccion("1.1.10.0", 0, "guion");
@@ -300,7 +372,7 @@ TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
         EXPECT_NE(registro.find(que), std::string::npos) << que << "\n" << registro;
     };
     tiene(";cliente 10.0.0.9:50000;1.1.10;116;7;confirmada\r\n");
-    tiene(";guion;1.1.10.0;7;0;confirmada\r\n");
+    tiene(";guion;1.1.10.0;1;0;confirmada\r\n");
     tiene(";x;9.9.1\\3B\\0D\\0A;?;1;rechazada: no se encuentra PLC\r\n");
     tiene(";;;;;la anterior 999 veces mas\r\n");
     tiene(";guion;1.1.0A;110;3;sin respuesta\r\n");

@@ -81,7 +81,10 @@ TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {
     EXPECT_EQ(p.valor(0), 25);
     EXPECT_EQ(color(), Color::Verde) << "refusals do not reach the script";
     const std::string& dicho = p.motor.vista.txtDemandaLecturaEscritura.texto();
-    EXPECT_NE(dicho.find(" Imposible escribir.7.7.7 No se encuentra PLC"), std::string::npos);
+    EXPECT_EQ(dicho.find("7.7.7"), std::string::npos) << "a script's writes go to the records only";
+    EXPECT_NE(p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt")
+                  .find(";guion;7.7.7;?;1;rechazada: no se encuentra PLC"),
+              std::string::npos);
     EXPECT_NE(dicho.find(" Forzado OK 1.1.11"), std::string::npos);
     EXPECT_NE(dicho.find(" NO EXISTE PUERTO O PLC "), std::string::npos);
 }

@@ -161,8 +161,8 @@ void Cliente::comparar() {
         if (!valores_.unico(i)) continue;
         // Only a block that was made since may be unknown to a client that synchronised.
         if (tabla_[i].estado.empty() && i >= bloquesAlEntrar_) continue;
-        c_.exigir(tabla_[i].valor == textoDeNumero(b.valores[0]) &&
-                      tabla_[i].estado == textoDeNumero(b.estados[0]),
+        c_.exigir(tabla_[i].valor == textoDeNumero(b.valor) &&
+                      tabla_[i].estado == textoDeNumero(b.estado),
                   "what the client was told is what the table says", i);
     }
 }

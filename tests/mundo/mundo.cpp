@@ -39,7 +39,7 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
           {"Ajena", std::to_string(plan.semilla)}})
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
-    motor_.ejecucion.avisarA(&escrituras_);
+    motor_.cajaDePedidos.registrarEn(escrituras_);
     motor_.vista.observar(trazas);
     levantar();
 }
@@ -189,7 +189,7 @@ void Mundo::calmar() {
     const Tablas& t = motor_.tablas;
     for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
         const BloqueLectura& b = t.bloques[i];
-        c_.exigir(!b.tieneTrama || b.estados[0] == kOk, "in the calm every block becomes OK", i);
+        c_.exigir(!b.tieneTrama || b.estado == kOk, "in the calm every block becomes OK", i);
     }
     c_.exigir(motor_.ejecucion.enEspera() == 0, "in the calm no write is left", 0);
     c_.exigir(cliente_.logueado() && cliente_.sincronizado(),
@@ -201,7 +201,7 @@ void Mundo::calmar() {
 bool Mundo::enCalma() {
     const Tablas& t = motor_.tablas;
     for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
-        if (t.bloques[i].tieneTrama && t.bloques[i].estados[0] != kOk) return false;
+        if (t.bloques[i].tieneTrama && t.bloques[i].estado != kOk) return false;
     }
     return motor_.ejecucion.enEspera() == 0 && cliente_.logueado() && cliente_.sincronizado();
 }

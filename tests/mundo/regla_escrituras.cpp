@@ -86,14 +86,14 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
     if (fin == FinDeEscritura::Confirmada)
         c_.exigir(c_.lineas[b.idConexion]->respondio(
                       b.tramaSolicitud[1], b.tramaSolicitud[3],
-                      static_cast<std::int16_t>(static_cast<int>(b.valores[0]))),
+                      static_cast<std::int16_t>(static_cast<int>(b.palabra))),
                   "what is confirmed was answered", b.idConexion);
     masEnEspera_ = std::max(masEnEspera_, c_.motor.ejecucion.enEspera() + 1);
     Escritor* e = buscar(b.idConexion, b.tramaSolicitud[1], b.tramaSolicitud[3]);
     if (e != nullptr) {
         ++e->terminadas;
         if (e->fuente != Fuente::Bit) {
-            const auto valor = static_cast<std::uint16_t>(static_cast<int>(b.valores[0]));
+            const auto valor = static_cast<std::uint16_t>(static_cast<int>(b.palabra));
             const std::uint64_t k = numero(*e, valor);
             c_.exigir(k > e->ultimaTerminada, "writes of a register end once and in order",
                       b.idConexion);
@@ -107,11 +107,10 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
     siguiente_.alTerminar(b, fin);
 }
 
-void ReglaDeEscrituras::alRechazar(std::string_view direccion, double valor,
-                                   std::string_view origen, std::string_view motivo) {
-    const auto i = porDireccion_.find(std::string(direccion));
-    if (i != porDireccion_.end() && esDe(origen, i->second->fuente)) ++i->second->rechazadas;
-    siguiente_.alRechazar(direccion, valor, origen, motivo);
+void ReglaDeEscrituras::alRechazar(const Rechazo& r) {
+    const auto i = porDireccion_.find(std::string(r.direccion));
+    if (i != porDireccion_.end() && esDe(r.origen, i->second->fuente)) ++i->second->rechazadas;
+    siguiente_.alRechazar(r);
 }
 
 void ReglaDeEscrituras::barrer() {

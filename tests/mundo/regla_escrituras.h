@@ -13,7 +13,7 @@ namespace kv::mundo {
 /// reach the wire, in the order in which they were asked for; none is sent after its end, or over a
 /// link that came up after it was asked for. The value of a write tells its place in the order: the
 /// writer of a register counts up through the register's band.
-class ReglaDeEscrituras final : public AlTerminarEscritura {
+class ReglaDeEscrituras final : public AvisoDeEscritura {
   public:
     struct Escritor {
         Linea* linea = nullptr;
@@ -32,7 +32,7 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
         }
     };
 
-    ReglaDeEscrituras(Contexto& c, AlTerminarEscritura& siguiente) : c_(c), siguiente_(siguiente) {}
+    ReglaDeEscrituras(Contexto& c, AvisoDeEscritura& siguiente) : c_(c), siguiente_(siguiente) {}
 
     Escritor& agregar(Escritor escritor, std::uint8_t estacion, std::uint8_t registro);
     [[nodiscard]] std::vector<Escritor*>& de(Fuente fuente) {
@@ -43,8 +43,11 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
 
     void alEnviar(std::size_t n, const Solicitud& trama);
     void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
-    void alRechazar(std::string_view direccion, double valor, std::string_view origen,
-                    std::string_view motivo) override;
+    void alRechazar(const Rechazo& rechazo) override;
+    void alFundir(const BloqueEscritura& e, std::string_view origen) override {
+        siguiente_.alFundir(e, origen);
+    }
+    void alSalir(const BloqueEscritura& e) override { siguiente_.alSalir(e); }
     void barrer();
     /// When nothing is pending: nothing was lost.
     void alFinal();
@@ -56,7 +59,7 @@ class ReglaDeEscrituras final : public AlTerminarEscritura {
     [[nodiscard]] static std::uint64_t numero(const Escritor& e, std::uint16_t valor);
 
     Contexto& c_;
-    AlTerminarEscritura& siguiente_;
+    AvisoDeEscritura& siguiente_;
     std::unordered_map<std::uint64_t, Escritor> escritores_;
     std::unordered_map<std::string, Escritor*> porDireccion_;
     std::array<std::vector<Escritor*>, 5> porFuente_;

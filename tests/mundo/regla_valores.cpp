@@ -16,7 +16,7 @@ void ReglaDeValores::conocerBloques() {
         dichos_.emplace_back();
         const auto [otro, nueva] =
             porClave_.try_emplace(t.bloques[i].clave, static_cast<Indice>(i));
-        unico_.push_back(nueva && t.bloques[i].valores.size() == 1 ? 1 : 0);
+        unico_.push_back(nueva ? 1 : 0);
         if (!nueva) unico_[otro->second] = 0;
     }
 }
@@ -50,9 +50,9 @@ void ReglaDeValores::notificarVariable(std::string_view direccion, double valor,
 void ReglaDeValores::alTerminarLectura(Indice bloque) {
     const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
     if (!b.habilitadoPorRespuestas)
-        c_.exigir(b.estados[0] == kBad, "who rests is BAD", bloque);
+        c_.exigir(b.estado == kBad, "who rests is BAD", bloque);
     else if (!b.pendiente && c_.supervisada(b.idConexion))
-        c_.exigir(b.estados[0] == kOk, "who was answered is OK", bloque);
+        c_.exigir(b.estado == kOk, "who was answered is OK", bloque);
 }
 
 void ReglaDeValores::guionIgual(std::size_t bloque) {
@@ -65,8 +65,8 @@ void ReglaDeValores::guionIgual(std::size_t bloque) {
 
 void ReglaDeValores::filaIgual(const BloqueLectura& b) {
     const Lista& filas = c_.motor.vista.lstViewVariables;
-    c_.exigir(filas.texto(b.filasVariables[0], 1) == textoDeNumero(b.valores[0]) &&
-                  filas.texto(b.filasVariables[0], 2).starts_with(textoEstado(b.estados[0])),
+    c_.exigir(filas.texto(b.filaVariable, 1) == textoDeNumero(b.valor) &&
+                  filas.texto(b.filaVariable, 2).starts_with(textoEstado(b.estado)),
               "the row says what the table says", b.indice);
 }
 
@@ -77,11 +77,9 @@ void ReglaDeValores::barrer() {
         const BloqueLectura& b = t.bloques[i];
         const bool viva = c_.conexion(b.idConexion).estadoSupervision == 1;
         if (unico(i))
-            c_.exigir(b.valores[0] == dichos_[i].valor && b.estados[0] == dichos_[i].estado,
+            c_.exigir(b.valor == dichos_[i].valor && b.estado == dichos_[i].estado,
                       "the table holds what was told last", i);
-        c_.exigir(viva || b.estados[0] == kBad, "without a link everything is BAD", i);
-        for (std::size_t k = 1; k < b.estados.size(); ++k)
-            c_.exigir(b.estados[k] == kBad, "what is never asked for is BAD", i);
+        c_.exigir(viva || b.estado == kBad, "without a link everything is BAD", i);
     }
     for (std::size_t k = 0; k < std::min(kGuionPorBarrida, t.bloques.limiteSuperior()); ++k) {
         proximoGuion_ = (proximoGuion_ + 1) % t.bloques.limiteSuperior();

@@ -4,6 +4,7 @@
 #include "link/Modulo_Tramas_KV2200.h"
 #include "text/numeros.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kv {
@@ -15,11 +16,6 @@ constexpr double kReconeccionPorDefecto = 30;
 
 double segundosUtiles(double segundos, double porDefecto) {
     return segundos > 0 && segundos <= Modelo::kScanMaximo ? segundos : porDefecto;
-}
-
-void partirEnBases(double segundos, double& baseMs, double& cantidad) {
-    establecerBaseDeTiempoEnMilisegundos(segundos, baseMs, cantidad);
-    if (baseMs > 0 && baseMs < 1) baseMs = 1;
 }
 
 } // namespace
@@ -79,14 +75,11 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
     return k;
 }
 
-void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) const {
-    b.tiempoFueraSegundos = segundosUtiles(puerto.tiempoFuera, kTiempoFueraPorDefecto);
+void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) {
+    b.tiempoFueraMs = milisegundos(segundosUtiles(puerto.tiempoFuera, kTiempoFueraPorDefecto));
     b.segReconeccion = segundosUtiles(puerto.segReconeccion, kReconeccionPorDefecto);
+    b.reconeccionMs = milisegundos(b.segReconeccion);
     b.reintentosMax = puerto.reintentosMax;
-    partirEnBases(b.segReconeccion, b.reconeccionBaseMs, b.reconeccionCantidadBases);
-    partirEnBases(b.tiempoFueraSegundos, b.tiempoFueraBaseMs, b.tiempoFueraCantidadBases);
-    partirEnBases(b.scanSegundos, b.scanBaseMs, b.scanCantidadBases);
-    b.scanBasesRestantes = b.scanCantidadBases;
 }
 
 double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
@@ -98,63 +91,75 @@ double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string&
     const auto lugar = tablas_.buscarEstacion(puerto, plc);
     if (lugar.conexion == kNinguno || !tablas_.puertos.vive(puerto - 1) ||
         !enRango(cantidad, 1, kCantidadMaxima) || !enRango(nivel, 0, kNivelMaximo) ||
-        !(scanSegundos >= 0 && scanSegundos <= Modelo::kScanMaximo))
+        !esScan(scanSegundos))
         return -1;
+    Indice primero = kNinguno;
+    for (const std::string& registro : registrosDeBloque(direccion, cantidad)) {
+        const Indice k =
+            levantarRegistro(lugar, puerto, registro, scanSegundos, activo, nivel, primero);
+        if (primero == kNinguno) primero = k;
+    }
+    return primero;
+}
+
+Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double puerto,
+                                const std::string& direccion, double scanSegundos, bool activo,
+                                double nivel, Indice primero) {
     ConexionIP& c = tablas_.conexiones[lugar.conexion];
-    const Estacion& estacion = c.estaciones[lugar.estacion];
+    Estacion& estacion = c.estaciones[lugar.estacion];
     const auto k = static_cast<Indice>(tablas_.bloques.limiteSuperior());
     BloqueLectura& b = tablas_.bloques[k];
-    b.cantidad = cantidad;
+    b.cantidad = 1;
     b.nivel = nivel;
     b.activo = b.activoPorDefecto = activo;
+    b.habilitadoPorRespuestas = !estacion.muda;
     b.indice = k;
+    b.primeroDelConfigurado = primero == kNinguno ? k : primero;
     b.idConexion = lugar.conexion;
     b.idEstacion = lugar.estacion;
     b.digitos = estacion.digitos;
     b.indiceEstacion = estacion.indice;
     b.puerto = static_cast<std::int16_t>(puerto);
-    b.plc = plc;
+    b.plc = estacion.numero;
     b.direccion = direccion;
-    b.clave = claveDeBloque(puerto, plc, direccion);
+    b.clave = claveDeBloque(puerto, b.plc, direccion);
     b.scanSegundos = scanSegundos;
+    b.scanMs = milisegundos(scanSegundos);
     copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(puerto) - 1]);
+    c.pacienciaMs = std::max<std::int64_t>(
+        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) *
+                                    (std::clamp(b.reintentosMax, 0.0, 100.0) + 1)));
 
     auto& niveles = tablas_.bloquesPorNivel;
     if (nivel >= static_cast<double>(niveles.size()))
         niveles.resize(static_cast<std::size_t>(nivel) + 1);
     niveles[static_cast<std::size_t>(nivel)] += textoDeNumero(k) + ";";
 
-    levantarVariables(b);
+    levantarVariable(b);
     const auto trama =
         armarTramaLectura(direccion, textoDeNumero(b.indiceEstacion), b.tramaSolicitudTexto);
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
+    estacion.bloques.push_back(k);
     tablas_.bloques.crecer();
     tablas_.anotarRegistro(k);
     levantarControles(b);
     return k;
 }
 
-void Modelo::levantarVariables(BloqueLectura& b) {
-    const auto cuantas = static_cast<std::size_t>(b.cantidad);
+void Modelo::levantarVariable(BloqueLectura& b) {
     b.nombreScript = nombreDeScript(b.clave);
-    b.valores.assign(cuantas, 0);
-    b.estados.assign(cuantas, kBad);
-    b.numerosDePunto.assign(cuantas, 0);
-    b.filasVariables.assign(cuantas, kSinFila);
+    b.estado = kBad;
+    tablas_.cantidadDePuntos += 1;
     Lista& lista = vista_.lstViewVariables;
-    for (std::size_t j = 0; j < cuantas; ++j) {
-        b.numerosDePunto[j] = tablas_.cantidadDePuntos += 1;
-        const FilaDeLista fila = lista.agregar(b.clave, b.indice);
-        b.filasVariables[j] = fila;
-        lista.poner(fila, 1, "0");
-        lista.poner(fila, 2, textoEstado(kBad));
-        lista.poner(fila, 3, sello_.ahora());
-        lista.poner(fila, 4, b.nombreScript);
-        lista.tildar(fila, b.activo);
-    }
+    b.filaVariable = lista.agregar(b.clave, b.indice);
+    lista.poner(b.filaVariable, 1, "0");
+    lista.poner(b.filaVariable, 2, textoEstado(kBad));
+    lista.poner(b.filaVariable, 3, sello_.ahora());
+    lista.poner(b.filaVariable, 4, b.nombreScript);
+    lista.tildar(b.filaVariable, b.activo);
     publicacion_.darDeAlta(b);
 }
 
@@ -165,37 +170,31 @@ void Modelo::levantarControles(const BloqueLectura& b) {
     lista.poner(fila, 1, textoDeNumero(b.nivel));
     lista.poner(fila, 2, textoDeNumero(b.scanSegundos));
     lista.poner(fila, 3, "SI");
-    if (!b.tieneTrama) lista.poner(fila, 4, "NO SE POLEA: direccion o indice fuera de trama");
+    if (!b.tieneTrama)
+        lista.poner(fila, 4, "NO SE POLEA: direccion o indice fuera de trama");
+    else if (b.scanMs == 0)
+        lista.poner(fila, 4, "SCAN 0: se lee al conectar y al forzar");
     lista.tildar(fila, b.activo);
     if (Timer1_Bloques_.cuantos() == 0) Timer1_Bloques_.agregar();
-    Timer1_Bloques_[b.indice].fijarIntervalo(1);
     Timer1_Bloques_.agregar();
     vista_.txtTimer.usar(b.indice, textoDeNumero(b.indice + 1.0));
 }
 
-void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t k, std::size_t bit) {
+void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    const auto inicio = numeroDeTexto(b.direccion);
-    if (!inicio || k >= b.valores.size() || bit > 15) return;
-    if (b.bits.empty()) b.bits.resize(b.valores.size());
-    if (!b.bits[k]) b.bits[k] = std::make_unique<BitsDeVariable>();
-    BitsDeVariable& bits = *b.bits[k];
-    if (bits.bitDefinido[bit]) return;
-    bits.bitDefinido[bit] = true;
-    bits.bitNumerosDePunto[bit] = tablas_.cantidadDePuntos += 1;
-    const std::string clave = claveDeBloque(tablas_.conexiones[b.idConexion].puerto, b.plc,
-                                            textoDeNumero(*inicio + static_cast<double>(k))) +
-                              "." + textoDeNumero(static_cast<double>(bit));
-    bits.bitNombres[bit] = nombreDeScript(clave);
+    if (bit > 15) return;
+    if (!b.bits) b.bits = std::make_unique<BitsDeVariable>();
+    if (b.bits->bitDefinido[bit]) return;
+    b.bits->bitDefinido[bit] = true;
+    tablas_.cantidadDePuntos += 1;
+    const std::string clave = b.clave + "." + textoDeNumero(static_cast<double>(bit));
+    b.bits->bitNombres[bit] = nombreDeScript(clave);
     Lista& lista = vista_.lstViewVariables;
     const FilaDeLista fila = lista.agregar(clave, b.indice);
-    bits.bitFilas[bit] = fila;
-    lista.poner(fila, 1, "0");
-    lista.poner(fila, 2, textoEstado(b.estados[k]));
-    lista.poner(fila, 3, sello_.ahora());
-    lista.poner(fila, 4, bits.bitNombres[bit]);
+    b.bits->bitFilas[bit] = fila;
+    lista.poner(fila, 4, b.bits->bitNombres[bit]);
     lista.tildar(fila, b.activo);
-    publicacion_.darDeAltaBit(b, k, bit);
+    publicacion_.darDeAltaBit(b, bit);
 }
 
 } // namespace kv

@@ -21,12 +21,14 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       recepcion(tablas, turnos, bucle_, vista, sello, log, guion),
       lectura(tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
       modelo(tablas, conexiones, publicacion, vista, sello, Timer1_Bloques),
-      poleo(bucle_, tablas, turnos, vista, sello, Timer1_Bloques),
-      tiemposFuera(bucle_, tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
-      ejecucion(bucle_, tablas, turnos, publicacion, vista, sello),
+      mudas(tablas, turnos, publicacion, vista, sello, log, Timer1_Bloques),
+      poleo(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
+      tiemposFuera(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
       auditoria(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
-      solicitudes(tablas, turnos, ejecucion, vista, sello, log),
-      forzado(tablas, turnos, poleo, modelo, vista, sello, log, Timer1_Bloques),
+      cajaDePedidos(vista, sello, auditoria),
+      ejecucion(bucle_, tablas, turnos, publicacion, mudas, cajaDePedidos, vista, sello),
+      solicitudes(tablas, turnos, ejecucion, cajaDePedidos, log),
+      forzado(tablas, turnos, publicacion, poleo, mudas, modelo, vista, sello, log, Timer1_Bloques),
       servidor(bucle_, tablas, ajustes, vista, log, *this),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
                 bucle_.reloj()}) {
@@ -43,7 +45,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
             log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
         }
     });
-    ejecucion.avisarA(&auditoria);
+    lectura.avisarA(this);
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
         log.alPasarElTiempo();
@@ -65,6 +67,8 @@ void Motor::aplicarAjustes() {
                                     ajuste(kMemoriaDelGuion), ajuste(kPasosDelGuion)});
     guion.fijarReintento(ajuste(kReintentoDelGuion));
     ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
+    ejecucion.fijarVigencia(ajuste(kVigenciaDeEscrituras));
+    mudas.fijarLimite(ajuste(kEstacionMuda));
     const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);
     if (idioma == idioma_) return;
     idioma_ = idioma;
@@ -95,8 +99,10 @@ void Motor::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
 
 void Motor::respuestaDudosa(Indice conexion) {
     if (tablas.conexiones[conexion].escribiendo) return ejecucion.respuestaDudosa(conexion);
-    turnos.pausar(conexion);
+    tiemposFuera.respuestaDudosa(conexion);
 }
+
+void Motor::alContestar(Indice bloque) { mudas.alContestar(bloque); }
 
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
 
@@ -110,7 +116,7 @@ void Motor::establecerBAD_En_Socket(Indice conexion) {
 }
 
 void Motor::escribirDireccion(const std::string& direccion, double valor) {
-    solicitudes.escribirDireccion(direccion, valor, "guion");
+    solicitudes.escribirDireccion(direccion, valor, kOrigenGuion);
 }
 
 void Motor::escribirDireccion(std::string_view direccion, double valor, std::string_view origen) {

@@ -12,6 +12,7 @@
 #include "platform/arreglo_de_temporizadores.h"
 #include "platform/bucle.h"
 #include "platform/sello.h"
+#include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
 #include "poll/tiempos_fuera.h"
 #include "script/ScriptControl.h"
@@ -21,6 +22,7 @@
 #include "ui/commands/operador.h"
 #include "ui/view/vista.h"
 #include "write/auditoria.h"
+#include "write/caja_de_pedidos.h"
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 #include "write/solicitudes.h"
@@ -34,6 +36,7 @@ inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
 /// The engine: every part of the driver that needs no window, made once and joined. It decides
 /// nothing; it is the one place that knows who answers to whom.
 class Motor final : private AlTerminarElTurno,
+                    private AlContestarEstacion,
                     private InterpretesDeRespuestas,
                     private AlCambiarConexion,
                     private AjustesDeConexion,
@@ -69,10 +72,12 @@ class Motor final : private AlTerminarElTurno,
     Recepcion recepcion;
     Lectura lectura;
     Modelo modelo;
+    EstacionesMudas mudas;
     Poleo poleo;
     TiemposFuera tiemposFuera;
-    EjecucionDeEscrituras ejecucion;
     Auditoria auditoria;
+    CajaDePedidos cajaDePedidos;
+    EjecucionDeEscrituras ejecucion;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;
@@ -87,6 +92,7 @@ class Motor final : private AlTerminarElTurno,
     void interpretarTramaRecepcionada_OK(Indice conexion) override;
     void interpretarTramaRecepcionada_PorEscritura(Indice conexion) override;
     void respuestaDudosa(Indice conexion) override;
+    void alContestar(Indice bloque) override;
     void activarPoling_En_Socket(Indice conexion) override;
     void desActivarPoling_En_Socket(Indice conexion) override;
     void establecerBAD_En_Socket(Indice conexion) override;

@@ -4,6 +4,7 @@
 #include "text/texto.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kv {
 
@@ -12,16 +13,8 @@ std::string_view textoEstado(double codigo) {
     return codigo == kBad ? "BAD" : "";
 }
 
-void establecerBaseDeTiempoEnMilisegundos(double segundos, double& baseMs, double& cantidad) {
-    const bool cabe = segundos <= 60;
-    baseMs = cabe ? segundos * 1000 : 60000;
-    cantidad = cabe ? 0 : segundos * 1000 / 60000;
-}
-
-BaseDeTiempo baseDeTiempo(double segundos) {
-    BaseDeTiempo base;
-    establecerBaseDeTiempoEnMilisegundos(segundos, base.ms, base.cantidad);
-    return base;
+std::int64_t milisegundos(double segundos) {
+    return segundos > 0 ? std::max<std::int64_t>(1, std::llround(segundos * 1000)) : 0;
 }
 
 std::string claveDeBloque(double puerto, double plc, std::string_view direccion) {

@@ -2,6 +2,7 @@
 
 #include "core/tables/registros.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,10 +15,8 @@ inline constexpr double kBad = 13;
 /// "OK" for 6, "BAD" for 13, nothing for any other code.
 [[nodiscard]] std::string_view textoEstado(double codigo);
 
-/// Splits a duration: up to 60 s it is one base; above, bases of a minute, the last possibly a
-/// fraction.
-void establecerBaseDeTiempoEnMilisegundos(double segundos, double& baseMs, double& cantidad);
-[[nodiscard]] BaseDeTiempo baseDeTiempo(double segundos);
+/// A duration as timers take it: whole milliseconds, at least 1 for any that is above 0.
+[[nodiscard]] std::int64_t milisegundos(double segundos);
 
 /// Port, station and start address joined by points: "1.1.10".
 [[nodiscard]] std::string claveDeBloque(double puerto, double plc, std::string_view direccion);

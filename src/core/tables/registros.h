@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace kv {
 
@@ -31,6 +32,10 @@ struct Estacion {
     std::int16_t digitos = 0;
     std::int16_t indice = 0; ///< the station byte on the wire
     double numeroDeEstacion = 0;
+    std::vector<std::uint32_t> bloques; ///< its read blocks in creation order
+    std::uint32_t agotados = 0;         ///< blocks in a row that gave no answer to all their tries
+    bool muda = false;        ///< known to be silent: one block asks for all, once after each rest
+    std::uint32_t sondea = 0; ///< place in `bloques` of the one that asks
     // Configuration only:
     std::int16_t puerto = 0;
     std::string ip;
@@ -48,12 +53,6 @@ struct ConfiguracionDeBloque {
     double scanSegundos = 0;
     std::int16_t puerto = 0; ///< `numero` of the port
     bool activoPorDefecto = false;
-};
-
-/// A duration as a timer base and a count of bases, so that no timer runs longer than a minute.
-struct BaseDeTiempo {
-    double ms = 0;       ///< interval of one base
-    double cantidad = 0; ///< 0: one base is the whole duration; may be fractional
 };
 
 } // namespace kv

@@ -32,17 +32,19 @@ struct ConexionIP {
     bool retenida = false;      ///< the pause waits for the line to fall silent
     RespuestasDebidas debidas;
     RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
+    Solicitud tramaEnCurso{};                        ///< what was sent last
+    Indice bloqueDePrueba = kNinguno; ///< asked on trial: has the next turn whose answer counts
 
-    Indice posicionBloqueEnCurso = 0;
     Indice bloqueEnCurso = kNinguno; ///< none until something was sent
     Indice cursorBloques = kNinguno; ///< position of the block polled last; none at first
-    Indice posicionEscrituraEnCurso = 0;
     Indice escrituraEnCurso = kNinguno;
 
     std::string ip;
     std::string puertoTCP;
     std::uint32_t numeroDePuertoTCP = 0; ///< 0 when the text is no port
     double puerto = 0;
+    std::int64_t pacienciaMs =
+        0; ///< all tries of its slowest block: a dead cable is noticed by then
     Indice idSocket = kNinguno;
     Tabla<Estacion, std::vector<Estacion>> estaciones;
     std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
@@ -81,6 +83,13 @@ class Tablas {
     /// Position in the connection's `bloques` of the block to be polled next, the one polled last
     /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.
     [[nodiscard]] std::size_t siguientePorPolear(Indice conexion) const;
+    /// The one after `posicion` in that order, which may be `posicion` itself.
+    [[nodiscard]] std::size_t siguientePorPolear(Indice conexion, std::size_t posicion) const {
+        return conexiones[conexion].porPolear.siguienteEnRonda(posicion);
+    }
+    [[nodiscard]] Estacion& estacionDe(const BloqueLectura& b) {
+        return conexiones[b.idConexion].estaciones[b.idEstacion];
+    }
 
     /// The live connection of an address: IP without regard to case, port as a number. kNinguno if
     /// there is none.

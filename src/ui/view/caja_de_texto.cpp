@@ -40,6 +40,14 @@ void CajaDeTexto::agregar(std::string_view texto) {
         presupuesto_.observador_->alAgregar(nombre_, indice_, texto);
 }
 
+void CajaDeTexto::agregarEnOtraLinea(std::string_view texto) {
+    if (!texto_.empty() && texto_.back() != '\n') {
+        texto_ += "\r\n";
+        caracteres_ += 2;
+    }
+    agregar(texto);
+}
+
 void CajaDeTexto::vaciar() {
     std::string().swap(texto_);
     caracteres_ = 0;

@@ -24,6 +24,8 @@ class CajaDeTexto {
     CajaDeTexto& operator=(const CajaDeTexto&) = delete;
 
     void agregar(std::string_view texto);
+    /// The same on a line of its own: many a message has no end of line.
+    void agregarEnOtraLinea(std::string_view texto);
     void vaciar();
     [[nodiscard]] const std::string& texto() const { return texto_; }
     [[nodiscard]] std::string_view nombre() const { return nombre_; }

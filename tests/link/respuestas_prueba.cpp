@@ -1,0 +1,108 @@
+// Whose answer an answer is, in every order of events up to a depth.
+
+#include "link/explorador.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <unordered_map>
+
+namespace kv {
+namespace {
+
+class Exploracion {
+  public:
+    Exploracion(Habito habito, bool copiasTardias, int hondura)
+        : habito_(habito), copiasTardias_(copiasTardias), hondura_(hondura) {}
+
+    void recorrer() {
+        Linea linea(habito_);
+        probar(linea, hondura_);
+        Linea sabida(habito_);
+        sabida.ensenar(8);
+        probar(sabida, hondura_);
+    }
+    std::size_t estados = 0, aceptadas = 0, copias = 0, ruidos = 0;
+    int masLargo = 0;
+    std::string falla;
+
+  private:
+    static constexpr int kPedidosParaSanar = 14;
+
+    void probar(const Linea& linea, int quedan) {
+        if (!falla.empty()) return;
+        auto& visto = vistos_[linea.huella()];
+        if (visto > quedan) return;
+        if (visto == 0) {
+            ++estados;
+            Linea sana = linea;
+            const auto pedidos = sana.sanar(kPedidosParaSanar);
+            if (!pedidos) return fallar("no se recupera: ");
+            masLargo = std::max(masLargo, *pedidos);
+        }
+        visto = quedan + 1;
+        if (quedan == 0) return;
+        seguir(linea, quedan, {});
+        for (int r = 0; r < Linea::kRegistros; ++r) {
+            for (int d = 0; d < static_cast<int>(Desenlace::Ultimo); ++d) {
+                const auto desenlace = static_cast<Desenlace>(d);
+                if (desenlace == Desenlace::DobleTarde && !copiasTardias_) continue;
+                for (int red = 0; red < static_cast<int>(Red::Ultimo); ++red)
+                    seguir(linea, quedan, {r, desenlace, static_cast<Red>(red)});
+            }
+        }
+    }
+    void seguir(const Linea& linea, int quedan, const Orden& orden) {
+        if (!falla.empty()) return;
+        Linea otra = linea;
+        camino_.push_back(orden);
+        if (otra.hacer(orden)) {
+            aceptadas += static_cast<std::size_t>(otra.aceptadas() - linea.aceptadas());
+            if (copiasTardias_ && otra.eraCopia()) {
+                ++copias;
+            } else if (!otra.enOtroLugar()) {
+                probar(otra, quedan - 1);
+            } else if (otra.eraRuido()) {
+                ++ruidos;
+            } else {
+                fallar("en otro lugar: ");
+            }
+        }
+        camino_.pop_back();
+    }
+    void fallar(const std::string& que) { falla = que + comoTexto(camino_); }
+
+    Habito habito_;
+    bool copiasTardias_;
+    int hondura_;
+    std::vector<Orden> camino_;
+    std::unordered_map<std::uint64_t, int> vistos_;
+};
+
+constexpr std::array kHabitos{Habito::RepiteTodo,    Habito::SoloEstacion,
+                              Habito::SoloRegistro,  Habito::Constante,
+                              Habito::Contador,      Habito::CambiaDeTodoAConstante,
+                              Habito::CambiaDeOrden, Habito::MienteUnaVez};
+
+} // namespace
+
+TEST(Respuestas, EnTodoOrdenDeSucesos) {
+    const int hondura = std::getenv("KV_HONDURA") ? std::atoi(std::getenv("KV_HONDURA")) : 3;
+    for (const Habito h : kHabitos) {
+        for (const bool copias : {false, true}) {
+            Exploracion e(h, copias, hondura);
+            const auto t = std::chrono::steady_clock::now();
+            e.recorrer();
+            std::cout << static_cast<int>(h) << (copias ? " copias" : "") << ": " << e.estados
+                      << " states, " << e.aceptadas << " accepted, " << e.copias << " copies, "
+                      << e.ruidos << " noise, recovers in " << e.masLargo << " "
+                      << std::chrono::duration<double>(std::chrono::steady_clock::now() - t).count()
+                      << " s" << std::endl;
+            EXPECT_EQ(e.falla, "") << static_cast<int>(h);
+        }
+    }
+}
+
+} // namespace kv
