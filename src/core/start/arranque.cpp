@@ -1,7 +1,6 @@
 #include "core/start/arranque.h"
 
 #include "config/proyecto.h"
-#include "core/start/instancia.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -46,10 +45,7 @@ Arranque::Arranque(Motor& motor, Procesos& procesos)
 }
 
 bool Arranque::soyElUnico() {
-    const std::string& carpeta = motor_.ajustes.carpeta();
-    if (procesos_.tomarCarpeta(carpeta) &&
-        !SeRepiteProgramaEnRunTime(procesos_, kNombreDelPrograma))
-        return true;
+    if (procesos_.tomarCarpeta(motor_.ajustes.carpeta())) return true;
     motor_.vista.mostrarMensaje("Programa en ejecucion");
     motor_.ajustes.escribirConfiguracion("VER", "1");
     return false;

@@ -5,11 +5,19 @@
 #include <utility>
 
 namespace kv {
+namespace {
+
+std::string nombreDeLosRegistros() {
+    const std::string nombre = nombreDelPrograma();
+    return nombre.empty() ? std::string(kNombreDelPrograma) : nombre;
+}
+
+} // namespace
 
 Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     : salida(opciones.traza), grabacion(bucle, archivos, opciones.grabar, opciones.carpeta),
-      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta), arranque(motor, procesos),
-      terminar_(std::move(terminar)) {
+      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta, nombreDeLosRegistros()),
+      arranque(motor, procesos), terminar_(std::move(terminar)) {
     motor.vista.observar(&salida);
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [this](int) {

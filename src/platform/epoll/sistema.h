@@ -25,7 +25,6 @@ class ProcesosReales final : public Procesos {
     ~ProcesosReales() override;
     ProcesosReales(const ProcesosReales&) = delete;
     ProcesosReales& operator=(const ProcesosReales&) = delete;
-    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override;
     [[nodiscard]] bool tomarCarpeta(const std::string& carpeta) override;
 
   private:
@@ -34,6 +33,9 @@ class ProcesosReales final : public Procesos {
 
 /// Folder of the running program's file.
 [[nodiscard]] std::string carpetaDelPrograma();
+
+/// Name of that file without extension, empty when the system does not say.
+[[nodiscard]] std::string nombreDelPrograma();
 
 /// Puts the program's file, as it is on the disk now, in the place of this process, which keeps its
 /// number. Throws std::system_error when that cannot be.
