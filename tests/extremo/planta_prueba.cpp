@@ -106,7 +106,7 @@ TEST_F(Planta, LasEstacionesMuerenVuelvenYSeReconecta) {
     const int puerto = std::stoi(s->puerto(0));
     const Instalacion casa(Configuracion()
                                .puerto()
-                               .estacion(1, "127.0.0.1", 1, s->puerto(0))
+                               .estacion(1, "localhost", 1, s->puerto(0))
                                .bloque(1, "10", "0.1")
                                .texto());
     Proceso driver(casa.correr());

@@ -90,7 +90,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     disco.poner("/kv/DRIVER_KV2200_Config.ini", Configuracion()
                                                     .puerto({"1", "1", "2"})
                                                     .estacion(1, "10.0.0.1", 1)
-                                                    .estacion(2, "10.0.0.2", 2)
+                                                    .estacion(2, "dos.planta", 2)
                                                     .bloque(1, "10", "1")
                                                     .bloque(1, "11", "1")
                                                     .bloque(2, "12", "2")
@@ -100,6 +100,8 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     Estaciones otra(bucle.red(), bucle.reloj());
     bucle.red().atender("10.0.0.1", 502, una);
     bucle.red().atender("10.0.0.2", 502, otra);
+    bucle.red().nombrar("dos.planta", "10.0.0.2");
+    bucle.red().demorarNombres(300'000);
     int n = 0;
     una.demora = [&n](const Solicitud&) {
         ++n;
@@ -142,6 +144,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     guion.escribir("receta.txt", "agua");
     bucle.avanzar(3000);
     otra.cortar();
+    bucle.red().nombrar("dos.planta", ""); // nobody knows it for a while
     bucle.relojSimulado().ponerFecha(1'800'000'000);
     bucle.avanzar(10'000);
     std::filesystem::remove_all(guion.ruta());
@@ -150,6 +153,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "no es un guion (");
     disco.negarEscrituras(true);
     bucle.red().cortar(enlace);
+    bucle.red().nombrar("dos.planta", "10.0.0.2");
     bucle.avanzar(60'000);
     return {d.testigo.todo, d.valores()};
 }

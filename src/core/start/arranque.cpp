@@ -2,6 +2,7 @@
 
 #include "config/proyecto.h"
 #include "text/numeros.h"
+#include "text/texto.h"
 
 #include <algorithm>
 
@@ -28,7 +29,8 @@ void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
     for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
         const Estacion& e = listas.estaciones[i];
         if (e.puerto > 0 && sirve(validacion.estaciones, i))
-            modelo.levantarEstacion(e.puerto, e.ip, e.puertoTCP, e.numero, e.digitos, e.indice);
+            modelo.levantarEstacion(e.puerto, std::string(recortar(e.ip)), e.puertoTCP, e.numero,
+                                    e.digitos, e.indice);
     }
     for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
         const ConfiguracionDeBloque& b = listas.bloques[i];

@@ -1,5 +1,6 @@
 #include "platform/epoll/bucle_epoll.h"
 
+#include "platform/epoll/resolutor.h"
 #include "platform/epoll/zocalo_epoll.h"
 
 #include <algorithm>
@@ -101,6 +102,7 @@ BucleEpoll::BucleEpoll()
 
 BucleEpoll::~BucleEpoll() {
     senales_.reset();
+    resolutor_.reset();
     if (despertador_ >= 0) close(despertador_);
     close(epoll_);
 }
@@ -111,6 +113,16 @@ std::unique_ptr<Zocalo> BucleEpoll::crearZocalo(OyenteDeZocalo& oyente, std::siz
 
 void BucleEpoll::alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar) {
     senales_ = std::make_unique<Senales>(*this, senales, std::move(alLlegar));
+}
+
+Resolutor* BucleEpoll::resolutor() {
+    try {
+        if (!resolutor_)
+            resolutor_ = std::make_unique<Resolutor>(
+                *this, consulta_ ? consulta_ : ConsultaDeNombre(resolverConElSistema));
+    } catch (const std::system_error&) { // at the next one, perhaps
+    }
+    return resolutor_.get();
 }
 
 void BucleEpoll::correr() {

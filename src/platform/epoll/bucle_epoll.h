@@ -8,10 +8,10 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
+#include <sys/socket.h>
 #include <utility>
 #include <vector>
-
-struct epoll_event;
 
 namespace kv {
 
@@ -38,6 +38,25 @@ class Atendido {
     virtual ~Atendido() = default;
     virtual void alOcurrir(std::uint32_t sucesos) = 0;
 };
+
+/// An address, whatever its kind; its port is for who uses it.
+using Maquina = sockaddr_storage;
+
+/// What became of a name: addresses, the one to be tried first in front, or none and why.
+struct NombreResuelto {
+    std::vector<Maquina> maquinas;
+    std::string motivo;
+};
+using ConsultaDeNombre = std::function<NombreResuelto(const std::string&)>;
+
+/// Who waits for a name.
+class AlResolver {
+  public:
+    virtual ~AlResolver() = default;
+    virtual void alResolver(const NombreResuelto& resuelto) = 0;
+};
+
+class Resolutor;
 
 /// The real loop: one epoll, one heap of timers, one thread. Its descriptor can sit inside another
 /// loop, which then calls `atender` whenever it is readable.
@@ -69,6 +88,10 @@ class BucleEpoll final : public Bucle {
     /// Timers of the platform's own. They stand apart, so that the others' places depend on nothing
     /// but the driver.
     [[nodiscard]] ColaDeTemporizadores& propios() { return propios_; }
+    /// Where names are looked up; null when the system has no descriptor for it.
+    [[nodiscard]] Resolutor* resolutor();
+    /// Names are looked up so from the first one on; the system is asked otherwise.
+    void resolverCon(ConsultaDeNombre consulta) { consulta_ = std::move(consulta); }
 
     // For what the loop watches:
     using Registro = std::uint64_t;
@@ -122,6 +145,8 @@ class BucleEpoll final : public Bucle {
     Vuelta vuelta_;
     std::array<std::vector<std::uint8_t>, 2> memoria_;
     std::unique_ptr<Senales> senales_;
+    ConsultaDeNombre consulta_;
+    std::unique_ptr<Resolutor> resolutor_;
 };
 
 } // namespace kv
