@@ -4,6 +4,7 @@
 #include "platform/vuelta.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -100,6 +101,13 @@ class BucleEpoll final : public Bucle {
     [[nodiscard]] Registro registrar(int descriptor, std::uint32_t sucesos, Atendido& atendido);
     void cambiar(Registro registro, int descriptor, std::uint32_t sucesos);
     void olvidar(Registro registro, int descriptor);
+    /// Whether a descriptor that the system gave may be used for a station. The last ones are kept
+    /// for clients, logs and settings, without which nobody would come to know.
+    [[nodiscard]] static bool alcanzaParaEstaciones(int descriptor);
+    /// Somebody had to do without a descriptor, if that is what the error says.
+    void falto(int error) { faltaron_ += error == EMFILE || error == ENFILE ? 1U : 0U; }
+    /// How often that was.
+    [[nodiscard]] std::uint64_t faltaronDescriptores() const { return faltaron_; }
     /// A receive buffer that no handler further out on the stack is using.
     [[nodiscard]] std::span<std::uint8_t> memoriaDeRecepcion();
     /// Calls `tarea` once, at the end of the present turn.
@@ -141,6 +149,7 @@ class BucleEpoll final : public Bucle {
     std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
     std::size_t siguiente_ = 0;
     std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
+    std::uint64_t faltaron_ = 0;
     bool detenido_ = false;
     Vuelta vuelta_;
     std::array<std::vector<std::uint8_t>, 2> memoria_;

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -180,6 +181,13 @@ bool ProcesosReales::tomarCarpeta(const std::string& carpeta) {
     }
     cerrojo_ = d;
     return true;
+}
+
+void pedirDescriptores() {
+    rlimit limite{};
+    if (getrlimit(RLIMIT_NOFILE, &limite) != 0 || limite.rlim_cur == limite.rlim_max) return;
+    limite.rlim_cur = limite.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limite);
 }
 
 namespace {

@@ -31,6 +31,9 @@ class ProcesosReales final : public Procesos {
     int cerrojo_ = -1;
 };
 
+/// Descriptors that this process may have from now on: as many as it may give itself.
+void pedirDescriptores();
+
 /// Folder of the running program's file.
 [[nodiscard]] std::string carpetaDelPrograma();
 

@@ -211,8 +211,11 @@ void ZocaloEpoll::probar() {
         Maquina& m = maquinas_[probadas_++];
         const socklen_t largo = conPuerto(m, puerto_);
         const int d = socket(m.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-        if (d < 0) {
-            motivo = palabras(errno);
+        if (d < 0 || !BucleEpoll::alcanzaParaEstaciones(d)) {
+            const int error = d < 0 ? errno : EMFILE;
+            if (d >= 0) close(d);
+            motivo = palabras(error);
+            bucle_.falto(error);
             continue;
         }
         sinDemora(d);
@@ -374,8 +377,9 @@ void ZocaloEpoll::atenderPedido() {
     soltarPedido(); // of a handler that threw, or that let this one come
     pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (pedido_ < 0) {
-        if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) descansarDeAceptar();
-        return;
+        if (errno == EAGAIN || errno == EINTR || errno == ECONNABORTED) return;
+        bucle_.falto(errno);
+        return descansarDeAceptar();
     }
     const auto yo = yo_;
     oyente_.alPedirConexion(indice_, textoDe(direccion));
