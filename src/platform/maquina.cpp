@@ -32,7 +32,8 @@ ClaseDeMaquina claseDeMaquina(std::string_view texto) {
     in6_addr direccion{};
     if (inet_pton(AF_INET, minuscula.c_str(), &direccion) == 1) return ClaseDeMaquina::IPv4;
     if (const auto zona = minuscula.find('%'); zona != std::string::npos) {
-        if (!esParteDeNombre(std::string_view(minuscula).substr(zona + 1)))
+        const auto partes = partir(std::string_view(minuscula).substr(zona + 1), '.');
+        if (!std::all_of(partes.begin(), partes.end(), esParteDeNombre))
             return ClaseDeMaquina::Ninguna;
         minuscula.resize(zona);
     }

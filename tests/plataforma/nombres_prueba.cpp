@@ -89,7 +89,8 @@ TEST(Nombres, QueTextoPuedeSerUnaMaquina) {
     const std::vector<std::pair<std::string, ClaseDeMaquina>> casos{
         {"10.0.0.1", IPv4},
         {"::1", IPv6},
-        {"FE80::1%eth0", IPv6},
+        {"FE80::1%eth0.12", IPv6},
+        {"fe80::1%", Ninguna},
         {"plc-1.planta.local", Nombre},
         {"plc1", Nombre},
         {"1plc.", Nombre},

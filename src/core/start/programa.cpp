@@ -61,7 +61,7 @@ void Programa::mirarDescriptores() {
     faltaronMs_ = ahora;
     const std::string texto =
         "no alcanzan los descriptores que el sistema permite (LimitNOFILE, ulimit -n): " +
-        std::to_string(faltaron) + " conexiones no se pudieron pedir";
+        std::to_string(faltaron) + " conexiones no se pudieron abrir";
     log_.escribirLog("DRIVER", "Descriptores", texto);
     salida.alMostrarMensaje("Descriptores", texto);
 }
