@@ -4,12 +4,27 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
+#include <new>
+#include <stdexcept>
+
 namespace kv {
 namespace {
 
 constexpr std::int64_t kSegundoMs = 1000;
 
 } // namespace
+
+int numeroDeError(const std::exception& falla) {
+    constexpr int kArgumento = 5;
+    constexpr int kDesborde = 6;
+    constexpr int kMemoria = 7;
+    constexpr int kInterno = 51;
+    if (dynamic_cast<const std::invalid_argument*>(&falla) != nullptr) return kArgumento;
+    if (dynamic_cast<const std::out_of_range*>(&falla) != nullptr) return kDesborde;
+    if (dynamic_cast<const std::length_error*>(&falla) != nullptr) return kMemoria;
+    if (dynamic_cast<const std::bad_alloc*>(&falla) != nullptr) return kMemoria;
+    return kInterno;
+}
 
 ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
                        const std::string& carpetaDelPrograma, std::string programa)

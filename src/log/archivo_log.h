@@ -3,10 +3,16 @@
 #include "platform/archivos.h"
 #include "platform/reloj.h"
 
+#include <exception>
 #include <string>
 #include <string_view>
 
 namespace kv {
+
+/// The number by which an entry names a failure, beside its description: those that scripts know, 5
+/// for an argument that is none, 6 for a value that does not fit, 7 for want of memory or room, 51
+/// for any other.
+[[nodiscard]] int numeroDeError(const std::exception& falla);
 
 /// The daily log files in the folder LOGS_DRIVER beside the program: one of the program's own, and
 /// one shared by all programs of the folder. Never disturbs its caller: what cannot be written is

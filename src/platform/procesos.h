@@ -1,8 +1,6 @@
 #pragma once
 
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace kv {
 
@@ -10,8 +8,6 @@ namespace kv {
 class Procesos {
   public:
     virtual ~Procesos() = default;
-    /// Names of all running processes; nothing when they cannot be listed.
-    [[nodiscard]] virtual std::optional<std::vector<std::string>> nombres() = 0;
     /// Takes the program's folder for this process until it ends. False when another process holds
     /// it: a previous instance is running.
     [[nodiscard]] virtual bool tomarCarpeta(const std::string& carpeta) = 0;

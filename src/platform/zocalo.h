@@ -39,9 +39,11 @@ class Zocalo {
   public:
     virtual ~Zocalo() = default;
     [[nodiscard]] virtual EstadoZocalo estado() const = 0;
-    /// Closes what was open and starts connecting: state 6, later 7 or 9. A host that is no numeric
-    /// address or a port outside 1 to 65535 leads to state 9.
-    virtual void conectar(const std::string& ip, std::uint32_t puerto) = 0;
+    /// Closes what was open and starts connecting: state 6, later 7 or 9. `maquina` is an IPv4 or
+    /// IPv6 address or a name, which is looked up anew each time, and blanks around it do not
+    /// count; another text or a port outside 1 to 65535 leads to state 9. Of several addresses of
+    /// a name each has its turn.
+    virtual void conectar(const std::string& maquina, std::uint32_t puerto) = 0;
     /// Closes what was open and listens: state 2, or 9 with `motivo()` saying why.
     virtual void escuchar(const std::string& ip, std::uint32_t puerto) = 0;
     /// Only inside `alPedirConexion`: stops listening and takes the link: state 7.

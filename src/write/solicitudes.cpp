@@ -89,7 +89,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         log_.escribirLog("DRIVER",
                          "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
                              " - Scan: 3",
-                         "", falla.what());
+                         std::to_string(numeroDeError(falla)), falla.what());
         return rechazar({corta, valor, origen, falla.what(), {}});
     }
 }

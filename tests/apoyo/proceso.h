@@ -18,12 +18,20 @@ namespace kv {
 /// A program that runs beside the test. What it prints is read line by line, and nothing is waited
 /// for longer than the deadline, which is there to fail a test that would hang and long enough
 /// never to fail another. Killed at the end if it still runs, also when the test itself dies.
+///
+/// No test that runs one can go on for ever, whatever it waits for: the test program is ended by an
+/// alarm when it has started none for kLimite and still has some, and a program that prints without
+/// end is killed.
 class Proceso {
   public:
     static constexpr std::chrono::seconds kPlazo{120};
+    static constexpr std::chrono::seconds kLimite{600};
+    static constexpr std::size_t kMasTexto = std::size_t{256} << 20;
     static constexpr int kNoTermino = -2;
 
     explicit Proceso(std::vector<std::string> argumentos) {
+        ++cuantos_;
+        alarm(static_cast<unsigned>(kLimite.count()));
         std::array<std::array<int, 2>, 2> tubos{};
         for (auto& t : tubos) {
             if (pipe2(t.data(), O_CLOEXEC) != 0) return;
@@ -49,6 +57,7 @@ class Proceso {
         if (pid_ > 0) matar();
         for (Lado& l : lados_)
             cerrar(l);
+        if (--cuantos_ == 0) alarm(0);
     }
     Proceso(const Proceso&) = delete;
     Proceso& operator=(const Proceso&) = delete;
@@ -133,12 +142,15 @@ class Proceso {
             if (d[i].revents == 0) continue;
             std::array<char, 65536> trozo; // NOLINT: filled by read
             const ssize_t n = read(d[i].fd, trozo.data(), trozo.size());
-            if (n > 0) lados_[i].leido.append(trozo.data(), static_cast<std::size_t>(n));
             if (n <= 0) cerrar(lados_[i]);
+            if (n <= 0 || lados_[i].leido.size() > kMasTexto) continue;
+            lados_[i].leido.append(trozo.data(), static_cast<std::size_t>(n));
+            if (lados_[i].leido.size() > kMasTexto && pid_ > 0) kill(pid_, SIGKILL);
         }
         return true;
     }
 
+    static inline int cuantos_ = 0;
     pid_t pid_ = -1;
     std::array<Lado, 2> lados_;
 };

@@ -8,6 +8,8 @@
 namespace kv::extremo {
 namespace {
 
+constexpr std::size_t kMuchoTexto = std::size_t{64} << 20; // more than any test here is about
+
 /// No process of ours is left when a test has let go of its own.
 class Planta : public testing::Test {
   protected:
@@ -35,7 +37,8 @@ TEST_F(Planta, VariasDireccionesConstantesYRampas) {
     EXPECT_EQ(recibido(driver, "1", "10"), 261);
     EXPECT_EQ(recibido(driver, "2", "1F"), -2);
     int antes = recibido(driver, "25", "20");
-    for (int subidas = 0; subidas < 3;) {
+    for (int subidas = 0, n = 0; subidas < 3; ++n) {
+        ASSERT_LT(n, 1000) << "a ramp that does not rise";
         const int ahora = recibido(driver, "25", "20");
         ASSERT_TRUE(ahora >= antes || ahora == 0) << antes << " then " << ahora;
         subidas += ahora > antes ? 1 : 0;
@@ -103,7 +106,7 @@ TEST_F(Planta, LasEstacionesMuerenVuelvenYSeReconecta) {
     const int puerto = std::stoi(s->puerto(0));
     const Instalacion casa(Configuracion()
                                .puerto()
-                               .estacion(1, "127.0.0.1", 1, s->puerto(0))
+                               .estacion(1, "localhost", 1, s->puerto(0))
                                .bloque(1, "10", "0.1")
                                .texto());
     Proceso driver(casa.correr());
@@ -144,6 +147,7 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
          vivido += l + "\n") {
         l = driver.linea();
         ASSERT_NE(l, "") << driver.errores();
+        ASSERT_LT(vivido.size(), kMuchoTexto);
     }
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     vivido += driver.resto();
@@ -175,13 +179,15 @@ TEST_F(Planta, LaGrabacionLlenaSigueEnOtraYNingunaSePierde) {
     Proceso driver(orden);
     const auto vida = [&driver] {
         std::string todo;
-        for (std::string l = " "; !l.empty() && !l.starts_with("lblProyecto"); todo += l + "\n")
+        for (std::string l = " ";
+             !l.empty() && !l.starts_with("lblProyecto") && todo.size() < kMuchoTexto;
+             todo += l + "\n")
             l = driver.linea();
         return todo;
     };
     vida(); // before the first
     const std::string primera = vida();
-    EXPECT_NE(recibido(driver, "1", "10"), -99999) << "it polls again " << driver.errores();
+    recibido(driver, "1", "10");       // it polls again
     EXPECT_EQ(s.terminar(SIGTERM), 0); // so that the second recording does not become full, too
     // Another driver of the same folder leaves the one that runs its recording.
     Proceso segunda(orden);
@@ -214,6 +220,41 @@ TEST_F(Planta, SinLugarParaGrabarSePoleaIgual) {
               std::string::npos)
         << driver.errores();
     EXPECT_EQ(s.terminar(SIGTERM), 0);
+}
+
+TEST_F(Planta, VariosDriversEnUnaMaquinaUnoPorCarpeta) {
+    std::array<Instalacion, 3> casas;
+    const auto correr = [](const Instalacion& casa) {
+        return std::vector<std::string>{kDriver, "--carpeta", casa.ruta(), "--sin-ventana",
+                                        "--traza"};
+    };
+    std::vector<std::unique_ptr<Proceso>> drivers;
+    for (const Instalacion& casa : casas) {
+        drivers.push_back(std::make_unique<Proceso>(correr(casa)));
+        EXPECT_NE(drivers.back()->lineaCon("lblCantidadDePuntos: 0"), "")
+            << drivers.back()->errores();
+    }
+    Proceso otro(correr(casas[1]));
+    EXPECT_EQ(otro.terminar(), 1);
+    for (std::size_t i = 0; i < casas.size(); ++i) {
+        EXPECT_EQ(casas[i].leer("sis_config.ini").find("VER=1") != std::string::npos, i == 1);
+        EXPECT_EQ(drivers[i]->terminar(SIGTERM), 0);
+    }
+}
+
+TEST_F(Planta, LosRegistrosLlevanElNombreDelArchivoDelPrograma) {
+    Instalacion casa(Configuracion().puerto().texto());
+    casa.agregarAjuste("Idioma=tlh");
+    Proceso driver(casa.correr());
+    EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 0"), "");
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    std::string registros;
+    for (const auto& e : std::filesystem::directory_iterator(casa.ruta() + "/LOGS_DRIVER"))
+        registros += e.path().filename().string().substr(6) + ";" +
+                     casa.leer("LOGS_DRIVER/" + e.path().filename().string());
+    EXPECT_NE(registros.find(" driver ArchivoLog.txt;Log: "), std::string::npos) << registros;
+    EXPECT_NE(registros.find(",driver,DRIVER>Ajustes>"), std::string::npos) << registros;
+    EXPECT_EQ(registros.find("DriverKV2200"), std::string::npos) << registros;
 }
 
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,9 +65,8 @@ inline int puertoLibre() {
     return ntohs(a.sin_port);
 }
 
-/// The program's folder of a driver: a copy of the program with its settings and configuration
-/// beside it. The copy has a name of its own, because a driver refuses to start where several
-/// processes of its name run, and another one on this machine is none of the test's business.
+/// The program's folder of a driver: a copy of the program, with a name of its own, and its
+/// settings and configuration beside it.
 class Instalacion : public Carpeta {
   public:
     explicit Instalacion(const std::string& configuracion = {}) {
@@ -98,16 +98,17 @@ class Instalacion : public Carpeta {
     int escucha_ = puertoLibre();
 };
 
-/// The value that the driver traces for the next answer of a station's register; -99999 if none
-/// comes.
+/// The value that the driver traces for the next answer of a station's register. Ends the test when
+/// none comes: whoever waits for a certain value would wait for ever.
 inline int recibido(Proceso& driver, const std::string& estacion, const std::string& registro) {
     const std::string l =
         driver.lineaCon("  Recepcion <- [7][" + estacion + "][0][" + registro + "][0][");
-    EXPECT_TRUE(l.starts_with("txtTramas: ")) << l;
+    if (!l.starts_with("txtTramas: "))
+        throw std::runtime_error("no answer of " + estacion + "." + registro + ": " +
+                                 driver.errores());
     const auto cierre = l.rfind('[');
     const auto bajo = l.rfind('[', cierre - 1);
     const auto alto = l.rfind('[', bajo - 1);
-    if (cierre == std::string::npos) return -99999;
     return static_cast<std::int16_t>(std::stoi(l.substr(alto + 1), nullptr, 16) << 8 |
                                      std::stoi(l.substr(bajo + 1), nullptr, 16));
 }

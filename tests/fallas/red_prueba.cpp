@@ -17,6 +17,34 @@ std::string unBloque(const extremo::Simulador& s) {
         .texto();
 }
 
+/// A command line under a limit, as the shell's `ulimit` takes it.
+std::vector<std::string> conLimite(const std::string& limite, std::vector<std::string> orden) {
+    orden.insert(orden.begin(), {"/bin/sh", "-c", "ulimit " + limite + "; exec \"$0\" \"$@\""});
+    return orden;
+}
+
+/// A port of every address of this machine's own that answers nobody: its queue is full.
+class Sorda {
+  public:
+    Sorda() {
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        socklen_t largo = sizeof a;
+        auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+        EXPECT_EQ(bind(escucha_, generica, sizeof a), 0);
+        EXPECT_EQ(listen(escucha_, 0), 0);
+        EXPECT_EQ(getsockname(escucha_, generica, &largo), 0);
+        puerto = std::to_string(ntohs(a.sin_port));
+    }
+    ~Sorda() { close(escucha_); }
+    Sorda(const Sorda&) = delete;
+    Sorda& operator=(const Sorda&) = delete;
+    std::string puerto;
+
+  private:
+    int escucha_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
+
 /// Descriptors that a process may have; what it has already stays open.
 void limitar(pid_t pid, rlim_t descriptores) {
     rlimit antes{};
@@ -84,6 +112,41 @@ TEST(Red, SinDescriptoresNadieGiraEnVacio) {
     const long pedidos = std::stol(cuenta.substr(cuenta.find(' ')));
     EXPECT_GT(pedidos, 0);
     EXPECT_LT(pedidos, 500) << "one a second, not as fast as it can";
+}
+
+TEST(Red, MuchasEstacionesQueNoContestanDejanDescriptoresParaLoDemas) {
+    extremo::Simulador s({0}, {"--registro", "01.10=261"});
+    const Sorda sorda; // behind as many addresses as wanted
+    auto configuracion =
+        Configuracion().puerto({"1", "3", "1"}).estacion(1, "127.0.0.1", 1, s.puerto(0));
+    for (int i = 2; i <= 250; ++i)
+        configuracion.estacion(i, "127.1.0." + std::to_string(i), 1, sorda.puerto);
+    const extremo::Instalacion casa(configuracion.bloque(1, "10", "0.05").texto());
+    Proceso driver(conLimite("-n 160", casa.correr()));
+    while (driver.errores().find("no alcanzan los descriptores") == std::string::npos)
+        EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    EXPECT_TRUE(visitar(casa.escucha(), "read;1.1.10;FINREAD;", "1.1.10;261;6;"));
+    EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
+    std::string todos;
+    for (const auto& [nombre, texto] : registrosDe(casa))
+        todos += texto;
+    EXPECT_NE(todos.find("Descriptores>no alcanzan los descriptores"), std::string::npos) << todos;
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
+}
+
+TEST(Red, SeDaLosDescriptoresQuePuedeYNoMuereConSuTerminal) {
+    extremo::Simulador s({0}, {"--registro", "01.10=261"});
+    const extremo::Instalacion casa(unBloque(s));
+    Proceso driver(conLimite("-S -n 100", casa.correr()));
+    EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    rlimit limite{};
+    ASSERT_EQ(prlimit(driver.pid(), RLIMIT_NOFILE, nullptr, &limite), 0);
+    EXPECT_GT(limite.rlim_cur, 100U);
+    EXPECT_EQ(limite.rlim_cur, limite.rlim_max);
+    EXPECT_EQ(kill(driver.pid(), SIGHUP), 0);
+    EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
+    EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
 TEST(Red, SinDescriptoresDeVerasYDeNuevoConEllos) {

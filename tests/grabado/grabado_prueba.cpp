@@ -83,23 +83,29 @@ constexpr const char* kGuion = "veces = veces + 1\r\n"
                                "r = r & \" \" & f.OpenTextFile(\"receta.txt\").ReadAll\r\n"
                                "Label.Caption = r & \" \" & e\r\n";
 
+std::string dosEstaciones() {
+    return Configuracion()
+        .puerto({"1", "1", "2"})
+        .estacion(1, "10.0.0.1", 1)
+        .estacion(2, "dos.planta", 2)
+        .bloque(1, "10", "1")
+        .bloque(1, "11", "1")
+        .bloque(2, "12", "2")
+        .texto();
+}
+
 /// Some minutes of a plant in which a good deal happens; what was shown, and the last values.
 std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_t maximo) {
     BucleSimulado bucle;
     ArchivosSimulados disco;
-    disco.poner("/kv/DRIVER_KV2200_Config.ini", Configuracion()
-                                                    .puerto({"1", "1", "2"})
-                                                    .estacion(1, "10.0.0.1", 1)
-                                                    .estacion(2, "10.0.0.2", 2)
-                                                    .bloque(1, "10", "1")
-                                                    .bloque(1, "11", "1")
-                                                    .bloque(2, "12", "2")
-                                                    .texto());
+    disco.poner("/kv/DRIVER_KV2200_Config.ini", dosEstaciones());
     disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", kGuion);
     Estaciones una(bucle.red(), bucle.reloj());
     Estaciones otra(bucle.red(), bucle.reloj());
     bucle.red().atender("10.0.0.1", 502, una);
     bucle.red().atender("10.0.0.2", 502, otra);
+    bucle.red().nombrar("dos.planta", "10.0.0.2");
+    bucle.red().demorarNombres(300'000);
     int n = 0;
     una.demora = [&n](const Solicitud&) {
         ++n;
@@ -142,6 +148,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     guion.escribir("receta.txt", "agua");
     bucle.avanzar(3000);
     otra.cortar();
+    bucle.red().nombrar("dos.planta", ""); // nobody knows it for a while
     bucle.relojSimulado().ponerFecha(1'800'000'000);
     bucle.avanzar(10'000);
     std::filesystem::remove_all(guion.ruta());
@@ -150,6 +157,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "no es un guion (");
     disco.negarEscrituras(true);
     bucle.red().cortar(enlace);
+    bucle.red().nombrar("dos.planta", "10.0.0.2");
     bucle.avanzar(60'000);
     return {d.testigo.todo, d.valores()};
 }
@@ -251,6 +259,16 @@ TEST(Grabado, UnaCintaLlenaOCortadaSeReproduceHastaDondeLlega) {
     }
     EXPECT_GT(enteras, 0U);
     EXPECT_LT(enteras, 300U);
+}
+
+TEST(Grabado, SoloLaLeeSuDuenoPorqueTraeLaClaveDelCliente) {
+    const Carpeta carpeta;
+    carpeta.escribir("vuelo", "one of before, which everybody could read");
+    CintaEscrita cinta(1U << 30);
+    ASSERT_TRUE(cinta.abrir(carpeta.ruta() + "/vuelo"));
+    EXPECT_EQ(std::filesystem::status(carpeta.ruta() + "/vuelo").permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_FALSE(cinta.abrir(carpeta.ruta() + "/no/hay"));
 }
 
 TEST(Grabado, UnDiscoLlenoSeSabe) {

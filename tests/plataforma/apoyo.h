@@ -3,10 +3,18 @@
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/zocalo.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <net/if.h>
 #include <poll.h>
+#include <sched.h>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace kv {
 
@@ -44,6 +52,40 @@ template <class F>
 void atenderHasta(BucleEpoll& bucle, F listo) {
     for (bucle.atender(); !listo(); bucle.atender())
         esperar(bucle);
+}
+
+/// Runs `escena` in a process whose network is its own, where a cable can be pulled; it ends within
+/// a minute, and well only without failed expectations.
+inline void enRedPropia(const std::function<void()>& escena) {
+    EXPECT_EXIT(
+        {
+            alarm(60);
+            EXPECT_EQ(unshare(CLONE_NEWNET), 0);
+            escena();
+            _exit(testing::Test::HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+inline bool hayRedPropia() {
+    const pid_t hijo = fork();
+    if (hijo == 0) _exit(unshare(CLONE_NEWNET) == 0 ? 0 : 1);
+    int estado = 1;
+    waitpid(hijo, &estado, 0);
+    return estado == 0;
+}
+
+/// Pulls the cable of such a network, which has no other interface than its loop, or puts it back.
+inline void cable(bool puesto) {
+    const int d = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq lazo{};
+    lazo.ifr_name[0] = 'l';
+    lazo.ifr_name[1] = 'o';
+    EXPECT_EQ(ioctl(d, SIOCGIFFLAGS, &lazo), 0);
+    const int flags = puesto ? lazo.ifr_flags | IFF_UP : lazo.ifr_flags & ~IFF_UP;
+    lazo.ifr_flags = static_cast<short>(flags);
+    EXPECT_EQ(ioctl(d, SIOCSIFFLAGS, &lazo), 0);
+    close(d);
 }
 
 } // namespace kv

@@ -39,7 +39,7 @@ TEST(BucleEpoll, UnPuertoCerradoYUnaDireccionImposibleSonErrores) {
     BucleEpoll bucle;
     Oyente oyente;
     const auto malo = bucle.crearZocalo(oyente, 0);
-    malo->conectar("planta.local", 502);
+    malo->conectar("10.0.0.300", 502);
     EXPECT_EQ(malo->estado(), EstadoZocalo::Error);
     const auto ocupa = bucle.crearZocalo(oyente, 0);
     ocupa->escuchar("127.0.0.1", 0);

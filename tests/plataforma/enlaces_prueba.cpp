@@ -10,13 +10,10 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
-#include <net/if.h>
 #include <netinet/in.h>
 #include <sched.h>
 #include <sstream>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kv {
@@ -70,38 +67,6 @@ void conectar(BucleEpoll& bucle, Zocalo& z, Callado& otro) {
     z.conectar("127.0.0.1", otro.puerto);
     atenderHasta(bucle, [&] { return z.estado() == EstadoZocalo::Conectado; });
     otro.tomar();
-}
-
-/// Runs `escena` in a process whose network is its own, where a cable can be pulled; it ends within
-/// a minute, and well only without failed expectations.
-void enRedPropia(const std::function<void()>& escena) {
-    EXPECT_EXIT(
-        {
-            alarm(60);
-            escena();
-            _exit(testing::Test::HasFailure() ? 1 : 0);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-bool hayRedPropia() {
-    const pid_t hijo = fork();
-    if (hijo == 0) _exit(unshare(CLONE_NEWNET) == 0 ? 0 : 1);
-    int estado = 1;
-    waitpid(hijo, &estado, 0);
-    return estado == 0;
-}
-
-void cable(bool puesto) {
-    const int d = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    ifreq lazo{};
-    lazo.ifr_name[0] = 'l';
-    lazo.ifr_name[1] = 'o';
-    EXPECT_EQ(ioctl(d, SIOCGIFFLAGS, &lazo), 0);
-    const int flags = puesto ? lazo.ifr_flags | IFF_UP : lazo.ifr_flags & ~IFF_UP;
-    lazo.ifr_flags = static_cast<short>(flags);
-    EXPECT_EQ(ioctl(d, SIOCSIFFLAGS, &lazo), 0);
-    close(d);
 }
 
 /// Bytes that the kernel still means to send, whoever's they were.
@@ -181,7 +146,6 @@ TEST(Enlaces, LoQueSeAbortaNoSaleMas) {
 TEST(Enlaces, UnCableAfueraRetieneYLoAbortadoNoQuedaEnElNucleo) {
     if (!hayRedPropia()) GTEST_SKIP() << "sin permiso para una red propia";
     enRedPropia([] {
-        EXPECT_EQ(unshare(CLONE_NEWNET), 0);
         cable(true);
         BucleEpoll bucle;
         Oyente oyente;
@@ -207,7 +171,6 @@ TEST(Enlaces, UnCableAfueraRetieneYLoAbortadoNoQuedaEnElNucleo) {
 TEST(Enlaces, LaPacienciaValeParaEsteEnlaceYParaLosQueVienen) {
     if (!hayRedPropia()) GTEST_SKIP() << "sin permiso para una red propia";
     enRedPropia([] {
-        EXPECT_EQ(unshare(CLONE_NEWNET), 0);
         cable(true);
         BucleEpoll bucle;
         Oyente oyente;

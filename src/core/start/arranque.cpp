@@ -1,8 +1,8 @@
 #include "core/start/arranque.h"
 
 #include "config/proyecto.h"
-#include "core/start/instancia.h"
 #include "text/numeros.h"
+#include "text/texto.h"
 
 #include <algorithm>
 
@@ -29,7 +29,8 @@ void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
     for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
         const Estacion& e = listas.estaciones[i];
         if (e.puerto > 0 && sirve(validacion.estaciones, i))
-            modelo.levantarEstacion(e.puerto, e.ip, e.puertoTCP, e.numero, e.digitos, e.indice);
+            modelo.levantarEstacion(e.puerto, std::string(recortar(e.ip)), e.puertoTCP, e.numero,
+                                    e.digitos, e.indice);
     }
     for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
         const ConfiguracionDeBloque& b = listas.bloques[i];
@@ -46,10 +47,7 @@ Arranque::Arranque(Motor& motor, Procesos& procesos)
 }
 
 bool Arranque::soyElUnico() {
-    const std::string& carpeta = motor_.ajustes.carpeta();
-    if (procesos_.tomarCarpeta(carpeta) &&
-        !SeRepiteProgramaEnRunTime(procesos_, kNombreDelPrograma))
-        return true;
+    if (procesos_.tomarCarpeta(motor_.ajustes.carpeta())) return true;
     motor_.vista.mostrarMensaje("Programa en ejecucion");
     motor_.ajustes.escribirConfiguracion("VER", "1");
     return false;

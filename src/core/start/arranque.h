@@ -19,7 +19,8 @@ class Arranque {
   public:
     Arranque(Motor& motor, Procesos& procesos);
 
-    /// False when the program runs already: the message was shown and VER=1 written, nothing else.
+    /// False when a driver runs already in this folder: the message was shown and VER=1 written,
+    /// nothing else. Drivers of other folders are none of its business.
     [[nodiscard]] bool soyElUnico();
     /// The whole sequence, from the configuration to the supervision of the connections.
     void arrancar();

@@ -28,7 +28,11 @@ bool apartar(const std::string& archivo) {
     for (int n = kGrabacionesDeAntes; n > 1; --n)
         fs::rename(deAntes(n - 1), deAntes(n), error);
     fs::rename(archivo, deAntes(1), error);
-    return !error;
+    const bool apartado = !error;
+    // Earlier versions of this program let everybody read them.
+    for (int n = 1; n <= kGrabacionesDeAntes; ++n)
+        fs::permissions(deAntes(n), fs::perms::owner_read | fs::perms::owner_write, error);
+    return apartado;
 }
 
 int mostrar(std::string contenido, std::ostream& errores) {

@@ -126,8 +126,10 @@ int main(int argc, char** argv) {
     if (const auto fin = kv::leerLinea(argc, argv, opciones)) return *fin;
     try {
         std::signal(SIGPIPE, SIG_IGN);
+        std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
         if (opciones.comprobar) return kv::soloComprobar(opciones);
+        kv::pedirDescriptores();
         const int resultado = kv::correr(opciones);
         if (resultado == kv::kDeNuevo) kv::empezarDeNuevo(argv);
         return resultado;

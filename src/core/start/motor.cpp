@@ -11,10 +11,10 @@ constexpr std::string_view kIdiomaPorDefecto = "es-AR";
 
 } // namespace
 
-Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
+Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
+             const std::string& programa)
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta), sello(bucle_.reloj()),
-      log(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
-      scriptControl(bucle_.reloj(), vista),
+      log(archivos_, bucle_.reloj(), carpeta, programa), scriptControl(bucle_.reloj(), vista),
       guion(bucle_, archivos_, scriptControl, vista, sello, log),
       publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
       turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),
@@ -24,7 +24,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
       mudas(tablas, turnos, publicacion, vista, sello, log, Timer1_Bloques),
       poleo(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
       tiemposFuera(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
-      auditoria(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
+      auditoria(archivos_, bucle_.reloj(), carpeta, programa),
       cajaDePedidos(vista, sello, auditoria),
       ejecucion(bucle_, tablas, turnos, publicacion, mudas, cajaDePedidos, vista, sello),
       solicitudes(tablas, turnos, ejecucion, cajaDePedidos, log),

@@ -43,8 +43,10 @@ class Motor final : private AlTerminarElTurno,
                     private OrdenesDelGuion,
                     private OrdenesDelCliente {
   public:
-    /// The loop and the files must outlive the engine. `carpeta` is the program's folder.
-    Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta);
+    /// The loop and the files must outlive the engine. `carpeta` is the program's folder,
+    /// `programa` what its log files are called after.
+    Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta,
+          const std::string& programa = std::string(kNombreDelPrograma));
     Motor(const Motor&) = delete;
     Motor& operator=(const Motor&) = delete;
 

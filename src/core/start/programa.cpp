@@ -5,11 +5,20 @@
 #include <utility>
 
 namespace kv {
+namespace {
+
+std::string nombreDeLosRegistros() {
+    const std::string nombre = nombreDelPrograma();
+    return nombre.empty() ? std::string(kNombreDelPrograma) : nombre;
+}
+
+} // namespace
 
 Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     : salida(opciones.traza), grabacion(bucle, archivos, opciones.grabar, opciones.carpeta),
-      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta), arranque(motor, procesos),
-      terminar_(std::move(terminar)) {
+      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta, nombreDeLosRegistros()),
+      arranque(motor, procesos), terminar_(std::move(terminar)),
+      log_(archivos, bucle.reloj(), opciones.carpeta, nombreDeLosRegistros()) {
     motor.vista.observar(&salida);
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [this](int) {
@@ -20,6 +29,7 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     bucle.alFinalDeVuelta([this] {
         salida.volcar();
         mirarGrabacion();
+        mirarDescriptores();
     });
     motor.scriptControl.fijarDisco([this] {
         return grabacion.disco(discoDeCarpeta(carpetaDelGuion(motor, grabacion.archivos())));
@@ -38,6 +48,22 @@ void Programa::arrancar() {
     grabacion.empezada();
     servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
+}
+
+/// Says so at once, and then once an hour for as long as it lasts.
+void Programa::mirarDescriptores() {
+    constexpr std::int64_t kDeNuevoMs = 3'600'000;
+    const std::uint64_t faltaron = bucle.faltaronDescriptores() - faltaronDescriptores_;
+    if (faltaron == 0) return;
+    const std::int64_t ahora = bucle.reloj().monotonicoMs();
+    if (faltaronMs_ != 0 && ahora - faltaronMs_ < kDeNuevoMs) return;
+    faltaronDescriptores_ += faltaron;
+    faltaronMs_ = ahora;
+    const std::string texto =
+        "no alcanzan los descriptores que el sistema permite (LimitNOFILE, ulimit -n): " +
+        std::to_string(faltaron) + " conexiones no se pudieron abrir";
+    log_.escribirLog("DRIVER", "Descriptores", texto);
+    salida.alMostrarMensaje("Descriptores", texto);
 }
 
 void Programa::mirarGrabacion() {

@@ -55,8 +55,13 @@ class Programa {
 
   private:
     void mirarGrabacion();
+    void mirarDescriptores();
 
     std::function<void()> terminar_;
+    /// For what the platform has to say. Apart from the engine's, whose every look may be recorded.
+    ArchivoLog log_;
+    std::uint64_t faltaronDescriptores_ = 0; ///< told of
+    std::int64_t faltaronMs_ = 0;            ///< when
     std::optional<int> resultado_;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/epoll/bucle_epoll.h"
 
+#include "platform/epoll/resolutor.h"
 #include "platform/epoll/zocalo_epoll.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <csignal>
 #include <ctime>
 #include <sys/epoll.h>
+#include <sys/resource.h>
 #include <sys/signalfd.h>
 #include <sys/timerfd.h>
 #include <system_error>
@@ -16,6 +18,7 @@ namespace kv {
 namespace {
 
 constexpr std::size_t kMemoria = std::size_t{64} * 1024; // the most that one arrival may bring
+constexpr rlim_t kReservados = 64;
 constexpr int kSucesosPorMirada = 256;
 constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at most once a millisecond
 // All blocks of a plant may be due at once: what the network brings does not wait for all of them.
@@ -101,6 +104,7 @@ BucleEpoll::BucleEpoll()
 
 BucleEpoll::~BucleEpoll() {
     senales_.reset();
+    resolutor_.reset();
     if (despertador_ >= 0) close(despertador_);
     close(epoll_);
 }
@@ -111,6 +115,16 @@ std::unique_ptr<Zocalo> BucleEpoll::crearZocalo(OyenteDeZocalo& oyente, std::siz
 
 void BucleEpoll::alRecibirSenal(std::span<const int> senales, std::function<void(int)> alLlegar) {
     senales_ = std::make_unique<Senales>(*this, senales, std::move(alLlegar));
+}
+
+Resolutor* BucleEpoll::resolutor() {
+    try {
+        if (!resolutor_)
+            resolutor_ = std::make_unique<Resolutor>(
+                *this, consulta_ ? consulta_ : ConsultaDeNombre(resolverConElSistema));
+    } catch (const std::system_error&) { // at the next one, perhaps
+    }
+    return resolutor_.get();
 }
 
 void BucleEpoll::correr() {
@@ -259,6 +273,14 @@ void BucleEpoll::olvidar(Registro registro, int descriptor) {
     puestos_[puesto].atendido = nullptr;
     ++puestos_[puesto].generacion;
     libres_.push_back(puesto);
+}
+
+bool BucleEpoll::alcanzaParaEstaciones(int descriptor) {
+    rlimit limite{};
+    if (getrlimit(RLIMIT_NOFILE, &limite) != 0 || limite.rlim_cur == RLIM_INFINITY) return true;
+    // The lowest free number is given, so one that is near the limit says how many are left.
+    return static_cast<rlim_t>(descriptor) <
+           limite.rlim_cur - std::min(kReservados, limite.rlim_cur / 4);
 }
 
 std::span<std::uint8_t> BucleEpoll::memoriaDeRecepcion() {

@@ -4,14 +4,15 @@
 #include "platform/vuelta.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
+#include <sys/socket.h>
 #include <utility>
 #include <vector>
-
-struct epoll_event;
 
 namespace kv {
 
@@ -38,6 +39,25 @@ class Atendido {
     virtual ~Atendido() = default;
     virtual void alOcurrir(std::uint32_t sucesos) = 0;
 };
+
+/// An address, whatever its kind; its port is for who uses it.
+using Maquina = sockaddr_storage;
+
+/// What became of a name: addresses, the one to be tried first in front, or none and why.
+struct NombreResuelto {
+    std::vector<Maquina> maquinas;
+    std::string motivo;
+};
+using ConsultaDeNombre = std::function<NombreResuelto(const std::string&)>;
+
+/// Who waits for a name.
+class AlResolver {
+  public:
+    virtual ~AlResolver() = default;
+    virtual void alResolver(const NombreResuelto& resuelto) = 0;
+};
+
+class Resolutor;
 
 /// The real loop: one epoll, one heap of timers, one thread. Its descriptor can sit inside another
 /// loop, which then calls `atender` whenever it is readable.
@@ -69,6 +89,10 @@ class BucleEpoll final : public Bucle {
     /// Timers of the platform's own. They stand apart, so that the others' places depend on nothing
     /// but the driver.
     [[nodiscard]] ColaDeTemporizadores& propios() { return propios_; }
+    /// Where names are looked up; null when the system has no descriptor for it.
+    [[nodiscard]] Resolutor* resolutor();
+    /// Names are looked up so from the first one on; the system is asked otherwise.
+    void resolverCon(ConsultaDeNombre consulta) { consulta_ = std::move(consulta); }
 
     // For what the loop watches:
     using Registro = std::uint64_t;
@@ -77,6 +101,13 @@ class BucleEpoll final : public Bucle {
     [[nodiscard]] Registro registrar(int descriptor, std::uint32_t sucesos, Atendido& atendido);
     void cambiar(Registro registro, int descriptor, std::uint32_t sucesos);
     void olvidar(Registro registro, int descriptor);
+    /// Whether a descriptor that the system gave may be used for a station. The last ones are kept
+    /// for clients, logs and settings, without which nobody would come to know.
+    [[nodiscard]] static bool alcanzaParaEstaciones(int descriptor);
+    /// Somebody had to do without a descriptor, if that is what the error says.
+    void falto(int error) { faltaron_ += error == EMFILE || error == ENFILE ? 1U : 0U; }
+    /// How often that was.
+    [[nodiscard]] std::uint64_t faltaronDescriptores() const { return faltaron_; }
     /// A receive buffer that no handler further out on the stack is using.
     [[nodiscard]] std::span<std::uint8_t> memoriaDeRecepcion();
     /// Calls `tarea` once, at the end of the present turn.
@@ -118,10 +149,13 @@ class BucleEpoll final : public Bucle {
     std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
     std::size_t siguiente_ = 0;
     std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
+    std::uint64_t faltaron_ = 0;
     bool detenido_ = false;
     Vuelta vuelta_;
     std::array<std::vector<std::uint8_t>, 2> memoria_;
     std::unique_ptr<Senales> senales_;
+    ConsultaDeNombre consulta_;
+    std::unique_ptr<Resolutor> resolutor_;
 };
 
 } // namespace kv

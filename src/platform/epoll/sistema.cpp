@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -172,23 +172,6 @@ ProcesosReales::~ProcesosReales() {
     if (cerrojo_ >= 0) close(cerrojo_);
 }
 
-std::optional<std::vector<std::string>> ProcesosReales::nombres() {
-    std::vector<std::string> todos;
-    const bool entera = recorrer("/proc", [&todos](const fs::path& proceso) {
-        if (proceso.filename().string().find_first_not_of("0123456789") != std::string::npos)
-            return true;
-        // The kernel cuts the name of a process at fifteen letters; its file has the whole one.
-        std::error_code sinPermiso;
-        const fs::path archivo = fs::read_symlink(proceso / "exe", sinPermiso);
-        std::string nombre = archivo.filename().string();
-        if (sinPermiso) std::getline(std::ifstream(proceso / "comm"), nombre);
-        if (!nombre.empty()) todos.push_back(std::move(nombre));
-        return true;
-    });
-    if (!entera) return std::nullopt;
-    return todos;
-}
-
 bool ProcesosReales::tomarCarpeta(const std::string& carpeta) {
     const int d = open(resolver(carpeta).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (d < 0) return true; // a folder that cannot be opened tells nothing
@@ -200,16 +183,41 @@ bool ProcesosReales::tomarCarpeta(const std::string& carpeta) {
     return true;
 }
 
+void pedirDescriptores() {
+    rlimit limite{};
+    if (getrlimit(RLIMIT_NOFILE, &limite) != 0 || limite.rlim_cur == limite.rlim_max) return;
+    limite.rlim_cur = limite.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limite);
+}
+
+namespace {
+
+/// The file that this process was started from, also when it was replaced by a newer one since;
+/// empty when the system does not say.
+fs::path archivoDelPrograma(std::error_code& error) {
+    constexpr std::string_view kBorrado = " (deleted)";
+    std::string archivo = fs::read_symlink("/proc/self/exe", error).string();
+    if (archivo.ends_with(kBorrado)) archivo.resize(archivo.size() - kBorrado.size());
+    return archivo;
+}
+
+} // namespace
+
 std::string carpetaDelPrograma() {
     std::error_code error;
-    const fs::path archivo = fs::read_symlink("/proc/self/exe", error);
+    const fs::path archivo = archivoDelPrograma(error);
     return error ? fs::current_path().string() : archivo.parent_path().string();
 }
 
+std::string nombreDelPrograma() {
+    std::error_code error;
+    return archivoDelPrograma(error).stem().string();
+}
+
 void empezarDeNuevo(char** argumentos) {
-    constexpr std::string_view kBorrado = " (deleted)"; // or replaced by a newer one
-    std::string archivo = fs::read_symlink("/proc/self/exe").string();
-    if (archivo.ends_with(kBorrado)) archivo.resize(archivo.size() - kBorrado.size());
+    std::error_code error;
+    const std::string archivo = archivoDelPrograma(error).string();
+    if (error) throw std::system_error(error, "/proc/self/exe");
     execv(archivo.c_str(), argumentos);
     throw std::system_error(errno, std::generic_category(), archivo);
 }

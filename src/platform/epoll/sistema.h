@@ -25,15 +25,20 @@ class ProcesosReales final : public Procesos {
     ~ProcesosReales() override;
     ProcesosReales(const ProcesosReales&) = delete;
     ProcesosReales& operator=(const ProcesosReales&) = delete;
-    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override;
     [[nodiscard]] bool tomarCarpeta(const std::string& carpeta) override;
 
   private:
     int cerrojo_ = -1;
 };
 
+/// Descriptors that this process may have from now on: as many as it may give itself.
+void pedirDescriptores();
+
 /// Folder of the running program's file.
 [[nodiscard]] std::string carpetaDelPrograma();
+
+/// Name of that file without extension, empty when the system does not say.
+[[nodiscard]] std::string nombreDelPrograma();
 
 /// Puts the program's file, as it is on the disk now, in the place of this process, which keeps its
 /// number. Throws std::system_error when that cannot be.

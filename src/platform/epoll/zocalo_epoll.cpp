@@ -1,13 +1,19 @@
 #include "platform/epoll/zocalo_epoll.h"
 
+#include "platform/epoll/resolutor.h"
+#include "platform/maquina.h"
+#include "text/texto.h"
+
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <climits>
 #include <cstring>
 #include <linux/sockios.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <optional>
 #include <sys/epoll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -36,6 +42,42 @@ std::string textoDe(const sockaddr_in& direccion) {
     return std::string(texto) + ":" + std::to_string(ntohs(direccion.sin_port));
 }
 
+/// An address in figures, of either kind; nothing is asked of anybody for it.
+std::optional<Maquina> maquinaDe(const std::string& texto) {
+    addrinfo pedido{};
+    pedido.ai_socktype = SOCK_STREAM;
+    pedido.ai_flags = AI_NUMERICHOST;
+    addrinfo* lista = nullptr;
+    if (getaddrinfo(texto.c_str(), nullptr, &pedido, &lista) != 0) return std::nullopt;
+    Maquina m{};
+    std::memcpy(&m, lista->ai_addr, std::min<std::size_t>(lista->ai_addrlen, sizeof m));
+    freeaddrinfo(lista);
+    return m;
+}
+
+/// The same with a port, and its length.
+socklen_t conPuerto(Maquina& m, std::uint32_t puerto) {
+    const auto enRed = htons(static_cast<std::uint16_t>(puerto));
+    if (m.ss_family == AF_INET6) {
+        reinterpret_cast<sockaddr_in6&>(m).sin6_port = enRed; // NOLINT
+        return sizeof(sockaddr_in6);
+    }
+    reinterpret_cast<sockaddr_in&>(m).sin_port = enRed; // NOLINT
+    return sizeof(sockaddr_in);
+}
+
+/// A machine that connects to one of its own ports may come out at that very port: nobody is at the
+/// other end but itself.
+bool esElMismo(int descriptor) {
+    Maquina propia{};
+    Maquina otra{};
+    socklen_t largo = sizeof propia;
+    socklen_t suLargo = sizeof otra;
+    return getsockname(descriptor, reinterpret_cast<sockaddr*>(&propia), &largo) == 0 && // NOLINT
+           getpeername(descriptor, reinterpret_cast<sockaddr*>(&otra), &suLargo) == 0 && // NOLINT
+           largo == suLargo && std::memcmp(&propia, &otra, largo) == 0;
+}
+
 void sinDemora(int descriptor) {
     // A request is seven bytes that somebody waits for: never held back to be sent with others.
     const int si = 1;
@@ -58,12 +100,19 @@ void ZocaloEpoll::soltarPedido() {
     pedido_ = -1;
 }
 
+void ZocaloEpoll::soltarDescriptor() {
+    if (descriptor_ < 0) return;
+    bucle_.olvidar(registro_, descriptor_);
+    close(std::exchange(descriptor_, -1));
+}
+
 void ZocaloEpoll::soltar() {
-    if (descriptor_ >= 0) {
-        bucle_.olvidar(registro_, descriptor_);
-        close(descriptor_);
-        descriptor_ = -1;
-    }
+    // One that does not answer has had its turn: the next attempt begins with the one behind it.
+    if (estado_ == EstadoZocalo::Conectando) salto_ += probadas_;
+    soltarDescriptor();
+    if (!nombre_.empty()) bucle_.resolutor()->olvidar(std::exchange(nombre_, {}), *this);
+    maquinas_.clear();
+    probadas_ = 0;
     if (descanso_) descanso_->habilitar(false);
     cola_.clear();
     enviados_ = 0;
@@ -121,21 +170,65 @@ bool ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t suc
     return true;
 }
 
-void ZocaloEpoll::conectar(const std::string& ip, std::uint32_t puerto) {
+void ZocaloEpoll::conectar(const std::string& maquina, std::uint32_t puerto) {
     cerrar();
-    sockaddr_in direccion{};
-    if (!direccionDe(ip, puerto, direccion) || puerto == 0) return fallar("direccion no valida");
-    const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (d < 0) return fallar(palabras(errno));
-    sinDemora(d);
-    const auto* generica = reinterpret_cast<const sockaddr*>(&direccion); // NOLINT
-    // An interrupted one goes on by itself, as one that has just begun does.
-    if (::connect(d, generica, sizeof direccion) != 0 && errno != EINPROGRESS && errno != EINTR) {
-        const int error = errno;
-        close(d);
-        return fallar(palabras(error));
+    const std::string texto(recortar(maquina));
+    const ClaseDeMaquina clase = claseDeMaquina(texto);
+    if (clase == ClaseDeMaquina::Ninguna || puerto == 0 || puerto > 65535)
+        return fallar("direccion no valida");
+    puerto_ = puerto;
+    if (clase == ClaseDeMaquina::Nombre) {
+        Resolutor* const resolutor = bucle_.resolutor();
+        if (resolutor == nullptr || !resolutor->pedir(texto, *this))
+            return fallar("no se pudo preguntar por el nombre " + texto);
+        nombre_ = texto;
+        estado_ = EstadoZocalo::Conectando;
+        return;
     }
-    adoptar(d, EstadoZocalo::Conectando, EPOLLOUT);
+    const auto m = maquinaDe(texto);
+    if (!m) return fallar("direccion no valida");
+    maquinas_.assign(1, *m);
+    probar();
+}
+
+void ZocaloEpoll::alResolver(const NombreResuelto& resuelto) {
+    nombre_.clear();
+    maquinas_ = resuelto.maquinas;
+    if (maquinas_.empty()) {
+        fallar(resuelto.motivo);
+    } else {
+        const auto primera = static_cast<std::ptrdiff_t>(salto_ % maquinas_.size());
+        std::rotate(maquinas_.begin(), maquinas_.begin() + primera, maquinas_.end());
+        probar();
+    }
+    if (estado_ == EstadoZocalo::Error) oyente_.alCortarse(indice_);
+}
+
+/// Begins with the next address to be tried; state 9 when none is left.
+void ZocaloEpoll::probar() {
+    std::string motivo = std::exchange(motivo_, {});
+    while (probadas_ < maquinas_.size()) {
+        Maquina& m = maquinas_[probadas_++];
+        const socklen_t largo = conPuerto(m, puerto_);
+        const int d = socket(m.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+        if (d < 0 || !BucleEpoll::alcanzaParaEstaciones(d)) {
+            const int error = d < 0 ? errno : EMFILE;
+            if (d >= 0) close(d);
+            motivo = palabras(error);
+            bucle_.falto(error);
+            continue;
+        }
+        sinDemora(d);
+        const auto* generica = reinterpret_cast<const sockaddr*>(&m); // NOLINT
+        // An interrupted one goes on by itself, as one that has just begun does.
+        if (::connect(d, generica, largo) == 0 || errno == EINPROGRESS || errno == EINTR) {
+            adoptar(d, EstadoZocalo::Conectando, EPOLLOUT);
+            return;
+        }
+        motivo = palabras(errno);
+        close(d);
+    }
+    fallar(std::move(motivo));
 }
 
 void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
@@ -248,9 +341,13 @@ void ZocaloEpoll::terminarConexion() {
     int error = 0;
     socklen_t largo = sizeof error;
     getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &largo);
-    if (error != 0) {
-        fallar(palabras(error));
-        return oyente_.alCortarse(indice_);
+    const bool mismo = error == 0 && esElMismo(descriptor_);
+    if (error != 0 || mismo) {
+        motivo_ = mismo ? "al otro extremo no hay nadie" : palabras(error);
+        soltarDescriptor();
+        probar();
+        if (estado_ == EstadoZocalo::Error) oyente_.alCortarse(indice_);
+        return;
     }
     bucle_.cambiar(registro_, descriptor_, kRecibir);
     estado_ = EstadoZocalo::Conectado;
@@ -280,8 +377,9 @@ void ZocaloEpoll::atenderPedido() {
     soltarPedido(); // of a handler that threw, or that let this one come
     pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (pedido_ < 0) {
-        if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) descansarDeAceptar();
-        return;
+        if (errno == EAGAIN || errno == EINTR || errno == ECONNABORTED) return;
+        bucle_.falto(errno);
+        return descansarDeAceptar();
     }
     const auto yo = yo_;
     oyente_.alPedirConexion(indice_, textoDe(direccion));

@@ -5,11 +5,12 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kv {
 
 /// A kernel TCP socket in the epoll loop.
-class ZocaloEpoll final : public Zocalo, private Atendido {
+class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
   public:
     ZocaloEpoll(BucleEpoll& bucle, OyenteDeZocalo& oyente, std::size_t indice);
     ~ZocaloEpoll() override;
@@ -17,7 +18,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     ZocaloEpoll& operator=(const ZocaloEpoll&) = delete;
 
     [[nodiscard]] EstadoZocalo estado() const override { return estado_; }
-    void conectar(const std::string& ip, std::uint32_t puerto) override;
+    void conectar(const std::string& maquina, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
     void aceptar() override;
     void cerrar() override;
@@ -34,6 +35,8 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
 
   private:
     void alOcurrir(std::uint32_t sucesos) override;
+    void alResolver(const NombreResuelto& resuelto) override;
+    void probar();
     void terminarConexion();
     void recibir();
     void atenderPedido();
@@ -43,6 +46,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     bool adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);
     void ponerPaciencia();
     void soltar();
+    void soltarDescriptor();
     void fallar(std::string motivo);
     [[nodiscard]] bool vaciarCola();
     void pedirEnvioAgrupado();
@@ -51,7 +55,12 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     OyenteDeZocalo& oyente_;
     std::size_t indice_;
     int descriptor_ = -1;
-    int pedido_ = -1; ///< a link waiting for `aceptar`, during `alPedirConexion` only
+    std::string nombre_; ///< being looked up; empty: none
+    std::uint32_t puerto_ = 0;
+    std::vector<Maquina> maquinas_; ///< to be tried; [0, probadas_) were
+    std::size_t probadas_ = 0;
+    std::size_t salto_ = 0; ///< where among a name's addresses the next attempt begins
+    int pedido_ = -1;       ///< a link waiting for `aceptar`, during `alPedirConexion` only
     BucleEpoll::Registro registro_ = 0;
     EstadoZocalo estado_ = EstadoZocalo::Cerrado;
     bool agrupar_ = false;

@@ -46,7 +46,8 @@ class CintaEscrita {
   public:
     /// Nothing is written beyond `maximo` bytes.
     explicit CintaEscrita(std::uint64_t maximo);
-    /// Replaces the file. False: it cannot be created.
+    /// Replaces the file, which only its owner may read: what clients log in with is in it. False:
+    /// it cannot be created.
     [[nodiscard]] bool abrir(const std::string& ruta);
     /// Nothing more is kept: `maximo` was reached, or the disk takes no more.
     [[nodiscard]] bool llena() const { return llena_; }

@@ -113,7 +113,6 @@ class ArchivosReproducidos final : public Archivos {
 /// Nobody else runs where a recording is played.
 class ProcesosReproducidos final : public Procesos {
   public:
-    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override { return {}; }
     [[nodiscard]] bool tomarCarpeta(const std::string& /*carpeta*/) override { return true; }
 };
 

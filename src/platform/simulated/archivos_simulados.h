@@ -56,10 +56,8 @@ class ArchivosSimulados final : public Archivos {
 /// Processes as a test wants them.
 class ProcesosSimulados final : public Procesos {
   public:
-    [[nodiscard]] std::optional<std::vector<std::string>> nombres() override { return lista; }
     [[nodiscard]] bool tomarCarpeta(const std::string& /*carpeta*/) override { return libre; }
 
-    std::optional<std::vector<std::string>> lista = std::vector<std::string>{};
     bool libre = true;
 };
 

@@ -96,13 +96,23 @@ IdEnlace RedSimulada::conectarCliente(std::uint32_t puerto, ExtremoSimulado& ext
 IdEnlace RedSimulada::pedirConexion(ZocaloSimulado& zocalo, const std::string& ip,
                                     std::uint32_t puerto) {
     const IdEnlace id = ++ultimoEnlace_;
-    const auto s = servicios_.find(clave(ip, puerto));
-    const bool hay = s != servicios_.end();
-    enlaces_[id].zocalo = &zocalo;
-    if (hay && s->second.mudo) return id;
-    enlaces_[id].extremo = hay ? s->second.extremo : nullptr;
-    anotar(reloj_.monotonicoUs() + 2 * latenciaUs_, Tipo::Conexion, id);
+    Enlace& e = enlaces_[id];
+    e.zocalo = &zocalo;
+    e.puerto = puerto;
+    if (!nombres_.contains(ip)) {
+        llamar(id, e, ip);
+    } else if (nombresUs_ >= 0) {
+        anotar(reloj_.monotonicoUs() + nombresUs_, Tipo::Nombre, id, ip);
+    }
     return id;
+}
+
+void RedSimulada::llamar(IdEnlace id, Enlace& e, const std::string& ip) {
+    const auto s = servicios_.find(clave(ip, e.puerto));
+    const bool hay = s != servicios_.end();
+    if (hay && s->second.mudo) return;
+    e.extremo = hay ? s->second.extremo : nullptr;
+    anotar(reloj_.monotonicoUs() + 2 * latenciaUs_, Tipo::Conexion, id);
 }
 
 void RedSimulada::desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
@@ -208,7 +218,7 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
         if (zocalo == nullptr) return;
         if (extremo == nullptr) {
             enlaces_.erase(s.enlace);
-            return zocalo->entregarRechazo();
+            return zocalo->entregarRechazo("conexion rechazada");
         }
         e.conectado = true;
         extremo->alConectar(s.enlace);
@@ -222,6 +232,12 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
     }
     case Tipo::AlExtremo:
         return entregarAlExtremo(s, e);
+    case Tipo::Nombre: {
+        const std::string& ip = nombres_[s.bytes];
+        if (!ip.empty()) return llamar(s.enlace, e, ip);
+        enlaces_.erase(s.enlace);
+        return zocalo->entregarRechazo("nadie conoce el nombre " + s.bytes);
+    }
     case Tipo::Impaciencia:
         return impacientar(s.enlace, e);
     case Tipo::CorteAlZocalo:

@@ -42,6 +42,11 @@ class RedSimulada {
     void rechazar(const std::string& ip, std::uint32_t puerto);
     /// Connections to the address are never answered: the host is off.
     void enmudecer(const std::string& ip, std::uint32_t puerto);
+    /// From now on a name leads to the machine, or with an empty one to nobody; it is looked up at
+    /// each attempt, as long as `demorarNombres` says. A text that is no name is its own machine.
+    void nombrar(const std::string& nombre, const std::string& ip) { nombres_[nombre] = ip; }
+    /// How long looking up takes from now on; for ever: below 0.
+    void demorarNombres(std::int64_t us) { nombresUs_ = us; }
     /// Bytes from the far side, arriving `demoraUs` from now but never before earlier ones.
     void enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes, std::int64_t demoraUs = 0);
     /// The far side closes: seen after what it sent before.
@@ -89,7 +94,8 @@ class RedSimulada {
         CorteAlZocalo,
         CorteAlExtremo,
         Pedido,
-        Impaciencia
+        Impaciencia,
+        Nombre
     };
     struct Suceso {
         std::int64_t us;
@@ -112,7 +118,7 @@ class RedSimulada {
         std::int64_t sinConfirmarUs = 0; ///< since when some are, without progress
         std::int64_t pacienciaUs = 0;    ///< 0: for ever
         bool seImpacienta = false;       ///< its event is noted
-        std::uint32_t puerto = 0;        ///< of a client's request
+        std::uint32_t puerto = 0; ///< of a client's request, or where a name is looked up for
         std::size_t ventana = static_cast<std::size_t>(-1);
         std::string remoto;
         std::string guardadoAlZocalo;
@@ -125,6 +131,7 @@ class RedSimulada {
 
     void anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes = {});
     void aplicar(const Suceso& suceso, Enlace& enlace);
+    void llamar(IdEnlace id, Enlace& enlace, const std::string& ip);
     void aplicarPedido(IdEnlace id, Enlace& enlace);
     void entregarAlExtremo(const Suceso& suceso, Enlace& enlace);
     void cortarAlExtremo(IdEnlace id, Enlace& enlace);
@@ -134,11 +141,13 @@ class RedSimulada {
 
     const Reloj& reloj_;
     std::int64_t latenciaUs_ = 200;
+    std::int64_t nombresUs_ = 0;
     std::uint64_t orden_ = 0;
     IdEnlace ultimoEnlace_ = 0;
     std::priority_queue<Suceso> sucesos_;
     std::unordered_map<IdEnlace, Enlace> enlaces_;
     std::map<std::string, Servicio> servicios_;
+    std::map<std::string, std::string> nombres_;
     std::map<std::uint32_t, ZocaloSimulado*> escuchas_;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/simulated/zocalo_simulado.h"
 
+#include "text/texto.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -46,7 +48,7 @@ void ZocaloSimulado::fijarPaciencia(std::int64_t ms) {
 void ZocaloSimulado::conectar(const std::string& ip, std::uint32_t puerto) {
     cerrar();
     estado_ = EstadoZocalo::Conectando;
-    enlace_ = red_.pedirConexion(*this, ip, puerto);
+    enlace_ = red_.pedirConexion(*this, std::string(recortar(ip)), puerto);
 }
 
 void ZocaloSimulado::escuchar(const std::string& /*ip*/, std::uint32_t puerto) {
@@ -111,10 +113,10 @@ void ZocaloSimulado::entregarConexion(IdEnlace enlace) {
     oyente_.alConectar(indice_);
 }
 
-void ZocaloSimulado::entregarRechazo() {
+void ZocaloSimulado::entregarRechazo(std::string motivo) {
     enlace_ = 0;
     estado_ = EstadoZocalo::Error;
-    motivo_ = "conexion rechazada";
+    motivo_ = std::move(motivo);
     oyente_.alCortarse(indice_);
 }
 

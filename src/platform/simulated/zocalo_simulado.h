@@ -10,7 +10,7 @@
 namespace kv {
 
 /// A socket of the simulated network, with the states and the order of events of the real one. Any
-/// text is an address here; one that the network does not serve refuses.
+/// text is an address or a name here; one that the network does not serve refuses.
 class ZocaloSimulado final : public Zocalo {
   public:
     /// `alFinal` runs a task once at the end of the loop's turn.
@@ -38,7 +38,7 @@ class ZocaloSimulado final : public Zocalo {
 
     // Called by the network:
     void entregarConexion(IdEnlace enlace);
-    void entregarRechazo();
+    void entregarRechazo(std::string motivo);
     void entregarDatos(std::span<const std::uint8_t> bytes);
     void entregarCorte();
     void entregarFalla();
