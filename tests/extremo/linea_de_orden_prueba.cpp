@@ -56,6 +56,23 @@ TEST(LineaDeOrden, VersionYAyuda) {
         EXPECT_FALSE(tiene(ayuda.salida, ingles)) << ingles << " in\n" << ayuda.salida;
 }
 
+TEST(LineaDeOrden, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {
+    for (const std::string& que :
+         {std::string("--version"), std::string("--help"),
+          "--comprobar --carpeta " + std::string(KV_FUENTES) + "/examples/planta-chica"}) {
+        Proceso p({"/bin/sh", "-c", "exec " + kDriver + " " + que + " >/dev/full"});
+        EXPECT_EQ(p.terminar(), 1) << que;
+        EXPECT_TRUE(tiene(p.errores(), "no se pudo escribir")) << p.errores();
+    }
+    // One that runs a plant goes on, and tells in the end.
+    const Instalacion planta;
+    Proceso driver(
+        {"/bin/sh", "-c", "exec " + planta.programa() + " --sin-ventana --traza >/dev/full"});
+    Proceso cliente(planta.cliente({"--espera", "60", "sincronizar"}));
+    EXPECT_EQ(cliente.terminar(), 0) << cliente.errores();
+    EXPECT_EQ(driver.terminar(SIGTERM), 1);
+}
+
 TEST(LineaDeOrden, ComprobarLosEjemplosNoHallaNada) {
     for (const char* planta : {"planta-chica", "planta-50-estaciones"}) {
         const Resultado r =

@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <regex>
 #include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,46 +32,74 @@ class Cliente : public ::testing::Test {
         motor_.modelo.levantarBloquePoleo(1, 1, "40", 12, 2, true, 1);
         motor_.ajustes.escribirConfiguracion("PuertoEscucha", std::to_string(kPuerto));
     }
-    Corrida correr(std::vector<std::string> argumentos, const std::function<void()>& alTic = {}) {
-        FrmServerTCP servidor(bucle_, motor_.tablas, motor_.ajustes, motor_.vista, motor_.log,
-                              ordenes_);
-        servidor.Form_Load();
-        motor_.publicacion.avisarA(&servidor);
+    /// Runs the program beside the server, which begins to listen when `abre` says so; `alTic` is
+    /// called every ten milliseconds with what the program has printed so far.
+    using Tic = std::function<void(const std::string& salida)>;
+    Corrida correr(
+        std::vector<std::string> argumentos, const Tic& alTic = [](const auto&) {}) {
         argumentos.insert(argumentos.begin(), {std::string(KV_BIN) + "/ClienteKV2200", "--servidor",
-                                               "127.0.0.1:" + std::to_string(kPuerto)});
+                                               servidor + ":" + std::to_string(kPuerto)});
+        FrmServerTCP frm(bucle_, motor_.tablas, motor_.ajustes, motor_.vista, motor_.log, ordenes_);
+        motor_.publicacion.avisarA(&frm);
         int tubo[2] = {-1, -1};
-        EXPECT_EQ(pipe(tubo), 0);
-        const pid_t hijo = fork();
-        if (hijo == 0) {
-            dup2(tubo[1], STDOUT_FILENO);
-            dup2(tubo[1], STDERR_FILENO);
-            std::vector<char*> argv;
-            for (std::string& a : argumentos)
-                argv.push_back(a.data());
-            argv.push_back(nullptr);
-            execv(argv[0], argv.data());
-            _exit(127);
-        }
+        EXPECT_EQ(pipe2(tubo, O_NONBLOCK), 0);
+        hijo_ = lanzar(argumentos, tubo[1]);
         close(tubo[1]);
         Corrida c;
         int estado = 0;
         int tics = 0;
+        bool abierto = false;
         const auto mirar = bucle_.crearTemporizador([&] {
-            if (alTic) alTic();
-            if (waitpid(hijo, &estado, WNOHANG) == hijo) return bucle_.detener();
-            if (++tics == 3000) kill(hijo, SIGKILL);
+            leerTodo(tubo[0], c.salida);
+            if (!abierto && abre(c.salida)) {
+                frm.Form_Load();
+                abierto = true;
+            }
+            alTic(c.salida);
+            if (waitpid(hijo_, &estado, WNOHANG) == hijo_) return bucle_.detener();
+            if (++tics == 3000) kill(hijo_, SIGKILL);
         });
         mirar->rearmar(10);
         bucle_.correr();
         motor_.publicacion.avisarA(nullptr);
         c.codigo = WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
-        char trozo[4096];
-        for (ssize_t n = 0; (n = read(tubo[0], trozo, sizeof trozo)) > 0;)
-            c.salida.append(trozo, static_cast<std::size_t>(n));
+        leerTodo(tubo[0], c.salida);
         close(tubo[0]);
         return c;
     }
+    [[nodiscard]] pid_t lanzar(std::vector<std::string>& argumentos, int salida) const {
+        const pid_t hijo = fork();
+        if (hijo != 0) return hijo;
+        fcntl(salida, F_SETFL, 0);
+        dup2(salidaLlena ? open("/dev/full", O_WRONLY) : salida, STDOUT_FILENO);
+        dup2(salida, STDERR_FILENO);
+        setenv("TZ", zona.c_str(), 1);
+        std::vector<char*> argv;
+        for (std::string& a : argumentos)
+            argv.push_back(a.data());
+        argv.push_back(nullptr);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    static void leerTodo(int tubo, std::string& destino) {
+        char trozo[4096];
+        for (ssize_t n = 0; (n = read(tubo, trozo, sizeof trozo)) > 0;)
+            destino.append(trozo, static_cast<std::size_t>(n));
+    }
+    /// Once, when the plant has been told to do `orden`.
+    Tic alHacerse(const std::string& orden, const std::function<void()>& hacer) {
+        return [this, orden, hacer, hecho = false](const std::string&) mutable {
+            if (hecho || ordenes_.hechas.empty() || ordenes_.hechas.front() != orden) return;
+            hecho = true;
+            hacer();
+        };
+    }
 
+    std::string servidor = "127.0.0.1";
+    std::string zona = getenv("TZ") != nullptr ? getenv("TZ") : ":/etc/localtime";
+    bool salidaLlena = false;
+    std::function<bool(const std::string&)> abre = [](const std::string&) { return true; };
+    pid_t hijo_ = -1;
     /// Tests of this kind run beside each other.
     const int kPuerto = 21000 + getpid() % 20000;
     BucleEpoll bucle_;
@@ -81,22 +110,62 @@ class Cliente : public ::testing::Test {
 
 } // namespace
 
-TEST_F(Cliente, LeeYDiceQueNoSeConoce) {
+TEST_F(Cliente, LeeTambienLoQueElDriverTieneQuePreguntar) {
     motor_.publicacion.valorLeido(0, 1234);
-    const Corrida c = correr({"leer", "1.1.10", "9.9.9", "1.1.40"});
-    EXPECT_EQ(c.codigo, 1);
-    EXPECT_NE(c.salida.find("1.1.10 1234 OK\n"), std::string::npos) << c.salida;
-    EXPECT_NE(c.salida.find("1.1.40 0 BAD\n"), std::string::npos) << c.salida;
-    EXPECT_NE(c.salida.find("9.9.9: sin respuesta"), std::string::npos) << c.salida;
-    EXPECT_EQ(ordenes_.tomar(), Textos{"polear 9.9.9"});
-    const Corrida json = correr({"--json", "leer", "1.1.10"});
-    EXPECT_EQ(json.codigo, 0);
-    EXPECT_EQ(json.salida, "{\"direccion\":\"1.1.10\",\"valor\":1234,\"estado\":\"OK\"}\n");
+    const auto llega = alHacerse("polear 1.1.1f", [this] {
+        motor_.modelo.levantarBloquePoleo(1, 1, "1F", 1, 2, true, 1);
+        motor_.publicacion.valorLeido(2, 77);
+    });
+    const Corrida c = correr({"leer", "1.1.10", "1.1.1f", "1.1.40"}, llega);
+    EXPECT_EQ(c.codigo, 0);
+    EXPECT_EQ(c.salida, "1.1.10 1234 OK\n1.1.1f 77 OK\n1.1.40 0 BAD\n");
+    EXPECT_EQ(correr({"leer", "1.1.1f"}).salida, "1.1.1f 77 OK\n") << "known as 1.1.1F";
 }
 
-TEST_F(Cliente, EscribeYFuerza) {
-    EXPECT_EQ(correr({"escribir", "1.1.10", "-7.5"}).codigo, 0);
-    EXPECT_EQ(ordenes_.tomar(), Textos{"escribir 1.1.10 -7.5"});
+TEST_F(Cliente, LoQueNadieConoceSeEsperaYSeDiceYNoEstorbaALosDemas) {
+    const Corrida c = correr({"--espera", "1", "leer", "9.9.9", "1.1.40", "9.9.8"});
+    EXPECT_EQ(c.codigo, 1);
+    const std::string fin = ": sin respuesta, el driver no conoce esa dirección\n";
+    EXPECT_EQ(c.salida, "ClienteKV2200: 9.9.9" + fin + "1.1.40 0 BAD\nClienteKV2200: 9.9.8" + fin);
+    EXPECT_EQ(ordenes_.tomar(), (Textos{"polear 9.9.9", "polear 9.9.8"}));
+}
+
+TEST_F(Cliente, EscribirTerminaCuandoSeLeeLoEscrito) {
+    struct Caso {
+        const char *direccion, *valor, *orden;
+        double leido;
+        const char* salida;
+    };
+    for (const Caso& k :
+         {Caso{"1.1.10", "-7,5", "escribir 1.1.10 -7.5", -8, "1.1.10 -8 OK\n"},
+          {"1.1.10", "12.5", "escribir 1.1.10 12.5", 12, "1.1.10 12 OK\n"},
+          {"1.1.10", "40000", "escribir 1.1.10 40000", -25536, "1.1.10 -25536 OK\n"},
+          {"1.1.10.3", "1", "escribir 1.1.10.3 1", 9, "1.1.10.3 1 OK\n"}}) {
+        const Corrida c =
+            correr({"escribir", k.direccion, k.valor},
+                   alHacerse(k.orden, [&] { motor_.publicacion.valorLeido(0, k.leido); }));
+        EXPECT_EQ(c.codigo, 0);
+        EXPECT_EQ(c.salida, k.salida);
+        EXPECT_EQ(ordenes_.tomar(), Textos{k.orden});
+    }
+}
+
+TEST_F(Cliente, LoQueNoSeLeeComoSeEscribioQuedaSinConfirmar) {
+    const Corrida bad = correr({"--espera", "1", "escribir", "1.1.10", "0"});
+    EXPECT_EQ(bad.codigo, 1) << "BAD confirms nothing";
+    EXPECT_EQ(bad.salida, "ClienteKV2200: 1.1.10: sin confirmar, se lee 0 BAD\n");
+    (void)ordenes_.tomar();
+    const Corrida otro =
+        correr({"--json", "--espera", "1", "escribir", "1.1.10", "5"},
+               alHacerse("escribir 1.1.10 5", [this] { motor_.publicacion.valorLeido(0, 6); }));
+    EXPECT_EQ(otro.codigo, 1);
+    EXPECT_NE(otro.salida.find("\"error\":\"sin confirmar, se lee 6 OK\",\"direccion\":\"1.1.10\","
+                               "\"valor\":6,\"estado\":\"OK\"}\n"),
+              std::string::npos)
+        << otro.salida;
+    const Corrida nadie = correr({"--espera", "1", "escribir", "9.9.9", "5"});
+    EXPECT_EQ(nadie.salida, "ClienteKV2200: 9.9.9: sin confirmar, no se pudo leer\n");
+    (void)ordenes_.tomar();
     EXPECT_EQ(correr({"forzar", "1", "3"}).codigo, 0);
     EXPECT_EQ(ordenes_.tomar(), Textos{"forzar 1 3"});
 }
@@ -107,18 +176,61 @@ TEST_F(Cliente, SincronizaYVigila) {
     EXPECT_TRUE(c.salida.starts_with("1.1.10 0 BAD\n")) << c.salida;
     EXPECT_EQ(veces(c.salida, "1.1.40 0 BAD\n"), 12U);
     double valor = 0;
-    const Corrida v = correr({"--json", "vigilar", "--durante", "2"},
-                             [&] { motor_.publicacion.valorLeido(0, ++valor); });
+    const std::regex linea("\\{\"hora\":\"\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}"
+                           "[+-]\\d\\d:\\d\\d\",\"direccion\":\"1.1.10\",\"valor\":\\d+,"
+                           "\"estado\":\"(OK|BAD)\"\\}");
+    const Corrida v = correr({"--json", "vigilar", "--durante", "2"}, [&](const std::string&) {
+        motor_.publicacion.valorLeido(0, ++valor);
+    });
     EXPECT_EQ(v.codigo, 0) << v.salida;
     EXPECT_EQ(veces(v.salida, "\"1.1.40\""), 12U) << v.salida;
     EXPECT_GT(veces(v.salida, "\"estado\":\"OK\"}"), 20U);
+    EXPECT_TRUE(std::regex_search(v.salida, linea)) << v.salida;
+}
+
+TEST_F(Cliente, VigilarEsperaAlDriverYDiceQueNoEsta) {
+    servidor = "localhost"; // a name, of which the driver has one address
+    motor_.publicacion.valorLeido(0, 5);
+    abre = [](const std::string& salida) {
+        return salida.find("se sigue intentando") != std::string::npos;
+    };
+    const Corrida c = correr({"--espera", "0.5", "vigilar"}, [this](const std::string& salida) {
+        if (salida.find("1.1.10 5 OK\n") != std::string::npos) kill(hijo_, SIGTERM);
+    });
+    EXPECT_EQ(c.codigo, 0) << c.salida;
+    EXPECT_TRUE(c.salida.starts_with("ClienteKV2200: no se pudo conectar con localhost:"))
+        << c.salida;
+    EXPECT_EQ(veces(c.salida, "se sigue intentando"), 1U) << c.salida;
+}
+
+TEST_F(Cliente, UnaClaveRechazadaNombraLaHoraYLaZona) {
+    zona = "QQQ-05:45";
+    const Corrida c = correr({"--espera", "1", "sincronizar"});
+    EXPECT_EQ(c.codigo, 1);
+    EXPECT_NE(c.salida.find("no aceptó la clave"), std::string::npos) << c.salida;
+    EXPECT_NE(c.salida.find("zona UTC+05:45 (QQQ)\n"), std::string::npos) << c.salida;
+}
+
+TEST_F(Cliente, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {
+    salidaLlena = true;
+    for (const Textos& orden :
+         {Textos{"leer", "1.1.10"}, Textos{"sincronizar"}, Textos{"vigilar"}, Textos{"--help"}}) {
+        const Corrida c = correr(orden);
+        EXPECT_EQ(c.codigo, 1) << orden[0];
+        EXPECT_NE(c.salida.find("en la salida"), std::string::npos) << c.salida;
+    }
 }
 
 TEST_F(Cliente, SinDriverLoDice) {
-    motor_.ajustes.escribirConfiguracion("PuertoEscucha", std::to_string(kPuerto + 1));
-    const Corrida c = correr({"--espera", "0.5", "sincronizar"});
-    EXPECT_EQ(c.codigo, 1);
-    EXPECT_NE(c.salida.find("no se pudo conectar"), std::string::npos) << c.salida;
+    abre = [](const std::string&) { return false; };
+    for (const char* nombre : {"127.0.0.1", "[::1]", "no.existe.invalid"}) {
+        servidor = nombre;
+        const Corrida c = correr({"--json", "--espera", "0.5", "sincronizar"});
+        EXPECT_EQ(c.codigo, 1);
+        EXPECT_NE(c.salida.find("\"error\":\"no se pudo conectar con " + servidor + ":"),
+                  std::string::npos)
+            << c.salida;
+    }
     EXPECT_EQ(correr({"escribir", "1.1.10"}).codigo, 2);
 }
 
@@ -126,7 +238,10 @@ TEST(ClienteOrden, LineasMalasTerminanCon2) {
     for (const Textos& mala :
          {Textos{}, Textos{"bailar"}, Textos{"leer"}, Textos{"leer", "a;b"},
           Textos{"escribir", "a", "x"}, Textos{"forzar", "1", "x"}, Textos{"--espera", "0", "leer"},
-          Textos{"--servidor", "casa", "sincronizar"}, Textos{"vigilar", "--durante", "-1"}}) {
+          Textos{"--servidor", "casa", "sincronizar"},
+          Textos{"--servidor", "::1:1334", "sincronizar"},
+          Textos{"--servidor", "[casa]:1334", "sincronizar"},
+          Textos{"--servidor", "casa:0", "sincronizar"}, Textos{"vigilar", "--durante", "-1"}}) {
         std::vector<const char*> argv{"ClienteKV2200"};
         for (const auto& a : mala)
             argv.push_back(a.c_str());

@@ -156,4 +156,11 @@ TEST(SimuladorProceso, UnaDireccionOcupadaTerminaCon1) {
     EXPECT_EQ(p.terminar(SIGTERM), 0);
 }
 
+TEST(SimuladorProceso, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {
+    const std::string orden = "exec " + kPrograma + " --escuchar 127.0.0.1:0 --traza";
+    Proceso llena({"/bin/sh", "-c", orden + " >/dev/full"});
+    EXPECT_EQ(llena.terminar(), 1);
+    EXPECT_NE(llena.errores().find("no se pudo escribir"), std::string::npos);
+}
+
 } // namespace kv::simulador

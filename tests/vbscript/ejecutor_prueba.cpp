@@ -85,6 +85,13 @@ TEST_F(Ejecutor, LaLineaDeOrdenes) {
     EXPECT_EQ(correr((carpeta_ / "no_hay.vbs").string()).codigo, 1);
 }
 
+TEST_F(Ejecutor, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {
+    const std::string ruta = guion("WScript.Echo 1");
+    for (const std::string& que : {ruta + " >/dev/full", "--help " + ruta + " >/dev/full"})
+        EXPECT_EQ(correr(que).codigo, 1) << que;
+    EXPECT_EQ(correr("--comprobar " + ruta + " >/dev/full").codigo, 0) << "nothing to write";
+}
+
 TEST_F(Ejecutor, LosArchivosQuedanEnSuCarpeta) {
     const auto r = correr(
         guion("Set f = CreateObject(\"Scripting.FileSystemObject\")\n"

@@ -1,4 +1,5 @@
 #include "ClienteKV2200/conversacion.h"
+#include "cli/salida_entera.h"
 
 #include <array>
 #include <csignal>
@@ -6,10 +7,12 @@
 #include <iostream>
 #include <unistd.h>
 
-int main(int argc, char** argv) {
+namespace {
+
+int correr(int argc, char** argv) {
     using namespace kv::cliente;
+    Orden orden;
     try {
-        Orden orden;
         if (const auto fin = leerOrden(argc, argv, orden, std::cout, std::cerr)) return *fin;
         kv::BucleEpoll bucle;
         bool interrumpido = false;
@@ -21,7 +24,14 @@ int main(int argc, char** argv) {
         const int codigo = conversacion.correr();
         return interrumpido && orden.accion != Accion::Vigilar ? kNoHecho : codigo;
     } catch (const std::exception& e) {
-        std::cerr << "ClienteKV2200: " << e.what() << '\n';
+        std::cerr << lineaDeError(e.what(), orden.json) << '\n';
         return kNoHecho;
     }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failure that is told
+    return kv::conSalidaEntera(correr(argc, argv), "ClienteKV2200", std::cout, std::cerr);
 }

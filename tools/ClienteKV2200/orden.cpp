@@ -1,5 +1,6 @@
 #include "ClienteKV2200/orden.h"
 
+#include "ClienteKV2200/salida.h"
 #include "cli/castellano.h"
 #include "config/direccion.h"
 #include "text/numeros.h"
@@ -7,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <arpa/inet.h>
 #include <ostream>
 
 namespace kv::cliente {
@@ -25,8 +28,10 @@ struct Textos {
 void declarar(CLI::App& app, Textos& t, Orden& orden) {
     ponerEnCastellano(app);
     app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
-    app.add_option("--servidor", t.servidor, "Dirección del driver (127.0.0.1:1334 si no se da)")
-        ->type_name("IP:PUERTO");
+    app.add_option("--servidor", t.servidor,
+                   "Nombre o dirección del driver (127.0.0.1:1334 si no se da); una IPv6 va entre "
+                   "corchetes")
+        ->type_name("NOMBRE:PUERTO");
     app.add_flag("--json", orden.json, "Escribe un objeto JSON por línea");
     app.add_option("--espera", t.espera, "Segundos que espera cada respuesta (5 si no se da)")
         ->type_name("S");
@@ -61,6 +66,13 @@ bool segundos(const std::string& texto, double& destino) {
     return true;
 }
 
+/// What an operator types has a decimal comma as often as a point.
+std::string conPunto(std::string numero) {
+    const auto coma = numero.find(',');
+    if (coma != std::string::npos && numero.find('.') == std::string::npos) numero[coma] = '.';
+    return numero;
+}
+
 constexpr char kMenos = '\x01';
 
 /// The arguments in the order in which the library wants them, last first. It would take a negative
@@ -69,9 +81,26 @@ std::vector<std::string> argumentos(int argc, const char* const* argv) {
     std::vector<std::string> lista;
     for (int i = argc - 1; i > 0; --i) {
         lista.emplace_back(argv[i]);
-        if (lista.back().starts_with('-') && esNumerico(lista.back())) lista.back()[0] = kMenos;
+        if (lista.back().starts_with('-') && esNumerico(conPunto(lista.back())))
+            lista.back()[0] = kMenos;
     }
     return lista;
+}
+
+/// "planta:1334", "10.0.0.1:1334" or "[::1]:1334"; false for anything else.
+bool servidorDeTexto(const std::string& texto, Servidor& servidor) {
+    const auto dosPuntos = texto.rfind(':');
+    if (dosPuntos == std::string::npos) return false;
+    const auto puerto = puertoTcpDeTexto(texto.substr(dosPuntos + 1));
+    std::string nombre = texto.substr(0, dosPuntos);
+    const bool conCorchetes = nombre.size() > 2 && nombre.front() == '[' && nombre.back() == ']';
+    if (conCorchetes) nombre = nombre.substr(1, nombre.size() - 2);
+    const bool esIPv6 = nombre.find(':') != std::string::npos;
+    if (!puerto || nombre.empty() || esIPv6 != conCorchetes ||
+        nombre.find_first_of(" \t[]/") != std::string::npos)
+        return false;
+    servidor = {std::move(nombre), *puerto};
+    return true;
 }
 
 /// The texts made into an order. Empty when all is good, else what is wrong.
@@ -82,13 +111,8 @@ std::string interpretar(const CLI::App& app, const Textos& t, Orden& orden) {
                    : accion == "forzar"      ? Accion::Forzar
                    : accion == "sincronizar" ? Accion::Sincronizar
                                              : Accion::Vigilar;
-    const auto dosPuntos = t.servidor.rfind(':');
-    const auto puerto = dosPuntos == std::string::npos
-                            ? std::nullopt
-                            : puertoTcpDeTexto(t.servidor.substr(dosPuntos + 1));
-    orden.ip = t.servidor.substr(0, dosPuntos);
-    if (!puerto || !esIPv4(orden.ip)) return "--servidor debe ser IP:PUERTO, como 127.0.0.1:1334";
-    orden.puerto = *puerto;
+    if (!servidorDeTexto(t.servidor, orden.servidor))
+        return "--servidor debe ser NOMBRE:PUERTO, como 127.0.0.1:1334, planta:1334 o [::1]:1334";
     if (orden.accion == Accion::Escribir) orden.direcciones = {t.direccion};
     if (!segundos(t.espera, orden.esperaSegundos)) return "--espera debe ser un número mayor que 0";
     if (!t.durante.empty() && !segundos(t.durante, orden.duranteSegundos))
@@ -101,6 +125,7 @@ std::string interpretar(const CLI::App& app, const Textos& t, Orden& orden) {
     }
     for (std::string* n : {&orden.valor, &orden.nivel, &orden.veces}) {
         if (n->starts_with(kMenos)) n->front() = '-';
+        *n = conPunto(*n);
         if (!n->empty() && !esNumerico(*n)) return "no es un número: " + *n;
     }
     return {};
@@ -124,7 +149,11 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
         error = enCastellano(e);
     }
     if (error.empty()) return std::nullopt;
-    errores << "ClienteKV2200: " << error << "\nVea ClienteKV2200 --help\n";
+    // A line that could not be read to its end may not have told yet how it wants its errors.
+    const bool json = std::any_of(argv + 1, argv + argc,
+                                  [](const char* a) { return std::string_view(a) == "--json"; });
+    errores << lineaDeError(error, json) << '\n';
+    if (!json) errores << "Vea ClienteKV2200 --help\n";
     return kOrdenMala;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ClienteKV2200/enlace.h"
 #include "server/mensajes.h"
 
 #include <cstdint>
@@ -19,12 +20,11 @@ inline constexpr int kOrdenMala = 2;
 /// What the command line asks for. Texts are UTF-8.
 struct Orden {
     Accion accion = Accion::Sincronizar;
-    std::string ip = "127.0.0.1";
-    std::uint16_t puerto = 1334;
+    Servidor servidor;
     bool json = false;
     double esperaSegundos = 5;
     std::vector<std::string> direcciones;
-    std::string valor;
+    std::string valor; ///< with a decimal point, however it was typed
     std::string nivel;
     std::string veces;
     double duranteSegundos = 0; ///< 0: until it is stopped

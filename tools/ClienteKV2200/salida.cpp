@@ -1,5 +1,6 @@
 #include "ClienteKV2200/salida.h"
 
+#include "ClienteKV2200/hora.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -41,17 +42,31 @@ std::string visible(std::string_view bytes) {
     return texto;
 }
 
+std::string camposDe(const Variable& v) {
+    std::string campos = "\"direccion\":" + enJson(utf8DesdeWindows1252(v.direccion));
+    if (v.valor.empty()) return campos;
+    const auto numero = numeroDeTexto(v.valor);
+    campos += ",\"valor\":" + (numero ? textoDeNumero(*numero) : enJson(visible(v.valor)));
+    return campos + ",\"estado\":" + enJson(estadoDe(v));
+}
+
 } // namespace
+
+std::string valorYEstado(const Variable& v) {
+    return visible(v.valor) + " " + visible(estadoDe(v));
+}
 
 std::string lineaDe(const Variable& v, bool json, const std::string& hora) {
     if (!json)
-        return (hora.empty() ? "" : hora + " ") + visible(v.direccion) + " " + visible(v.valor) +
-               " " + visible(estadoDe(v));
-    const auto numero = numeroDeTexto(v.valor);
-    std::string linea = hora.empty() ? "{" : "{\"hora\":" + enJson(hora) + ",";
-    linea += "\"direccion\":" + enJson(utf8DesdeWindows1252(v.direccion));
-    linea += ",\"valor\":" + (numero ? textoDeNumero(*numero) : enJson(visible(v.valor)));
-    return linea + ",\"estado\":" + enJson(estadoDe(v)) + "}";
+        return (hora.empty() ? "" : hora + " ") + visible(v.direccion) + " " + valorYEstado(v);
+    return (hora.empty() ? "{" : "{\"hora\":" + enJson(hora) + ",") + camposDe(v) + "}";
+}
+
+std::string lineaDeError(const std::string& texto, bool json, const Variable& v) {
+    if (!json)
+        return "ClienteKV2200: " + (v.direccion.empty() ? "" : visible(v.direccion) + ": ") + texto;
+    return "{\"hora\":" + enJson(horaIso()) + ",\"error\":" + enJson(texto) +
+           (v.direccion.empty() ? "" : "," + camposDe(v)) + "}";
 }
 
 std::vector<std::size_t> Tabla::agregar(const std::vector<Variable>& variables,
@@ -73,12 +88,16 @@ std::vector<std::size_t> Tabla::agregar(const std::vector<Variable>& variables,
     return cambiadas;
 }
 
-void Tabla::dibujar(std::ostream& salida, std::size_t lineas) const {
+void Tabla::dibujar(std::ostream& salida, std::size_t lineas, const std::string& aviso) const {
     const auto linea = [&salida](const auto& a, const auto& b, const auto& c, const auto& d) {
         salida << std::left << std::setw(18) << a << std::right << std::setw(10) << b << "  "
                << std::left << std::setw(8) << c << d << "\033[K\n";
     };
     salida << "\033[H";
+    if (!aviso.empty()) {
+        salida << "\033[7m" << aviso << "\033[0m\033[K\n";
+        --lineas;
+    }
     linea("Direccion", "Valor", "Estado", "Hora");
     const std::size_t caben = lineas > 3 ? lineas - 3 : 1;
     for (std::size_t i = 0; i < std::min(caben, filas_.size()); ++i) {

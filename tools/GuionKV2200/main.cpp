@@ -2,10 +2,12 @@
 #include "objetos.h"
 
 #include "cli/castellano.h"
+#include "cli/salida_entera.h"
 #include "script/vbscript/engine.h"
 
 #include <CLI/CLI.hpp>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <iostream>
@@ -58,9 +60,7 @@ void informar(const std::string& archivo, const vbscript::ScriptError& e) {
     std::cerr << archivo << '(' << e.line << ", " << e.column << "): " << e.description << '\n';
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int correr(int argc, char** argv) {
     CLI::App app("Ejecuta un guion de planta en el escritorio, sin el driver.", "GuionKV2200");
     bool comprobar = false;
     std::string idioma = "es-AR";
@@ -99,4 +99,11 @@ int main(int argc, char** argv) {
     std::cout.flush();
     if (!bien) informar(archivo, motor.error());
     return bien ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failure that is told
+    return kv::conSalidaEntera(correr(argc, argv), "GuionKV2200", std::cout, std::cerr);
 }

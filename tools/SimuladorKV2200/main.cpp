@@ -1,11 +1,15 @@
 #include "SimuladorKV2200/simulador.h"
 
+#include "cli/salida_entera.h"
+
 #include <array>
 #include <csignal>
 #include <exception>
 #include <iostream>
 
-int main(int argc, char** argv) {
+namespace {
+
+int correr(int argc, char** argv) {
     using namespace kv::simulador;
     try {
         Orden orden;
@@ -16,15 +20,21 @@ int main(int argc, char** argv) {
             return kOrdenMala;
         }
         permitirMuchosDescriptores();
-        std::signal(SIGPIPE, SIG_IGN); // a reader of the trace that went away ends nothing
         kv::BucleEpoll bucle;
         bucle.alRecibirSenal(std::array{SIGINT, SIGTERM}, [&bucle](int) { bucle.detener(); });
         Simulador simulador(bucle, orden, std::cout);
         if (!simulador.abrir(orden.escuchar, std::cerr)) return 1;
-        bucle.correr();
+        if (std::cout) bucle.correr();
         return 0;
     } catch (const std::exception& e) {
         std::cerr << "SimuladorKV2200: " << e.what() << '\n';
         return 1;
     }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failure that is told
+    return kv::conSalidaEntera(correr(argc, argv), "SimuladorKV2200", std::cout, std::cerr);
 }

@@ -49,6 +49,7 @@ void Simulador::alLlegar(std::size_t direccion, int descriptor) {
 void Simulador::alTerminarVuelta() {
     terminados_.clear();
     traza_.volcar();
+    if (!salida_) bucle_.detener(); // nobody sees what happens
 }
 
 } // namespace kv::simulador

@@ -1,4 +1,5 @@
 #include "cli/castellano.h"
+#include "cli/salida_entera.h"
 #include "config/comprobacion.h"
 #include "core/start/grabacion.h"
 #include "core/start/programa.h"
@@ -18,6 +19,8 @@
 namespace kv {
 namespace {
 
+constexpr int kSalidaIncompleta = 1;
+
 int soloComprobar(const Opciones& opciones) {
     ArchivosReales archivos;
     Ajustes ajustes(archivos, opciones.carpeta);
@@ -33,7 +36,10 @@ int correrSinVentana(const Opciones& opciones) {
     if (!programa.arranque.soyElUnico()) return kYaCorre;
     programa.arrancar();
     programa.bucle.correr();
-    return programa.resultado();
+    programa.salida.volcarTodo();
+    // A trace that nobody takes does not stop the driver, but it is not forgotten either.
+    const bool entera = !programa.salida.fallo();
+    return programa.resultado() == kOrdenado && !entera ? kSalidaIncompleta : programa.resultado();
 }
 
 int correr(const Opciones& opciones) {
@@ -123,12 +129,15 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
 
 int main(int argc, char** argv) {
     kv::Opciones opciones;
-    if (const auto fin = kv::leerLinea(argc, argv, opciones)) return *fin;
+    std::signal(SIGPIPE, SIG_IGN);
+    if (const auto fin = kv::leerLinea(argc, argv, opciones))
+        return kv::conSalidaEntera(*fin, kv::kNombreDelPrograma, std::cout, std::cerr);
     try {
-        std::signal(SIGPIPE, SIG_IGN);
         std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
-        if (opciones.comprobar) return kv::soloComprobar(opciones);
+        if (opciones.comprobar)
+            return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
+                                       std::cout, std::cerr);
         kv::pedirDescriptores();
         const int resultado = kv::correr(opciones);
         if (resultado == kv::kDeNuevo) kv::empezarDeNuevo(argv);

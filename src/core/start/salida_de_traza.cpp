@@ -24,6 +24,7 @@ void SalidaDeTraza::volcarTodo() {
 void SalidaDeTraza::linea(std::string_view nombre, std::int64_t indice, std::string_view texto) {
     if (pendiente_.size() - escritos_ > kMaximoPendiente) {
         ++perdidas_;
+        fallo_ = true;
         return;
     }
     if (perdidas_ > 0) {
@@ -81,7 +82,10 @@ bool SalidaDeTraza::escribir(int esperaMs) {
     const std::string_view resto = std::string_view(pendiente_).substr(escritos_, kTrozo);
     const ssize_t n = write(STDOUT_FILENO, resto.data(), resto.size());
     if (n > 0) escritos_ += static_cast<std::size_t>(n);
-    if (n < 0 && errno != EINTR && errno != EAGAIN) escritos_ = pendiente_.size(); // nobody reads
+    if (n < 0 && errno != EINTR && errno != EAGAIN) {
+        escritos_ = pendiente_.size(); // nobody reads
+        fallo_ = true;
+    }
     // What is left moves up seldom enough for a reader that has far to catch up.
     if (escritos_ > pendiente_.size() / 2) {
         pendiente_.erase(0, escritos_);

@@ -26,6 +26,8 @@ class SalidaDeTraza final : public Observador {
     void volcar();
     /// Writes everything, waiting for a reader that still reads.
     void volcarTodo();
+    /// Whether something could not be written, or was left out for a reader that did not keep up.
+    [[nodiscard]] bool fallo() const { return fallo_; }
 
   private:
     void linea(std::string_view nombre, std::int64_t indice, std::string_view texto);
@@ -35,6 +37,7 @@ class SalidaDeTraza final : public Observador {
     std::string pendiente_; ///< [escritos_, size) still to be written
     std::size_t escritos_ = 0;
     std::size_t perdidas_ = 0;
+    bool fallo_ = false;
 };
 
 } // namespace kv

@@ -14,7 +14,7 @@ namespace vbscript {
 // several registers in a row. "count": how many of them, in `n` (its low byte).
 // clang-format off
 // On operators 256 in `n` means that register b (of the "unless" steps: a) is done with, 512 the
-// same of c (b): it is emptied.
+// same of c (b): it is emptied. It is never the register of the result.
 #define VBS_PLAIN_OPS(X)                                                                           \
     X(Let)              /* a = b, an object by its default member; n: b may be emptied */          \
     X(Copy)             /* a = b as it is */                                                       \

@@ -181,10 +181,8 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
     }
     for (const Declared& d : decl.scope.variables) {
         const Meaning m = meaning(d.name);
-        if (d.isArray)
-            emit(Op::Dim, variable(m), 0, shape(d), isMain && !live_ ? 1 : 0);
-        else if (isMain && !live_)
-            context_.globals[m.index].defined = true;
+        if (d.isArray) emit(Op::Dim, variable(m), 0, shape(d), isMain && !live_ ? 1 : 0);
+        if (isMain && !live_) context_.globals[m.index].defined = true;
     }
     if (module_.optionExplicit) return;
     for (const Atom name : decl.scope.assigned)

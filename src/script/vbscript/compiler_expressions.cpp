@@ -208,9 +208,12 @@ Operand Compiler::binary(const Expr* e, Operand want) {
         n = static_cast<std::size_t>(e->op);
     }
     const bool mayBeText = e->op == Operator::Add || e->op == Operator::Concat;
-    if (isDirty(l) && steal(l)) n |= emptyFirst;
-    if (isDirty(r) && steal(r)) n |= emptySecond;
+    const bool doneLeft = isDirty(l) && steal(l);
+    const bool doneRight = isDirty(r) && steal(r);
     const Operand out = want != operand::none ? want : mayBeText ? result(want) : temp();
+    // What the result replaces is no longer the operand's to be emptied.
+    if (doneLeft && l != out) n |= emptyFirst;
+    if (doneRight && r != out) n |= emptySecond;
     emit(opOf(e->op), out, l, r, n);
     return out;
 }

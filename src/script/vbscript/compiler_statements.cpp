@@ -157,6 +157,9 @@ std::size_t Compiler::condition(const Expr* e, bool jumpIf) {
     const Operand v = value(e);
     const bool emptied = steal(v);
     if (!body_.dirty.empty() || body_.locksUsed != 0) {
+        // The outcome is set aside beyond all that is emptied before it is looked at.
+        for (const Operand d : body_.dirty)
+            body_.temps = std::max(body_.temps, (d & ~operand::temporary) + 1);
         const Operand t = temp();
         emit(Op::Copy, t, v);
         if (emptied) body_.dirty.push_back(v);

@@ -24,14 +24,13 @@ void Machine::opPower(const Instruction& i) { slow(i, power); }
 
 void Machine::opConcat(const Instruction& i) {
     Value& to = at(i.a);
-    const Value& left = at(i.b);
-    if (&to == &left && to.is(Type::String)) {
-        const Value more = joinable(*this, at(i.c));
-        work(appendTo(to, more.chars()));
-        finished(i, i.b, i.c);
-        return;
-    }
-    slow(i, concat);
+    const Value& right = at(i.c);
+    // An object's default member may run code, which may change the left side meanwhile.
+    const bool inPlace = &to == &at(i.b) && to.is(Type::String) && !right.is(Type::Object);
+    if (!inPlace) return slow(i, concat);
+    const Value more = joinable(*this, right);
+    work(appendTo(to, more.chars()));
+    finished(i, i.b, i.c);
 }
 
 void Machine::opLogical(const Instruction& i) {
@@ -66,6 +65,7 @@ void Machine::opJoin(const Instruction& i) {
     std::size_t length = 0;
     bool allNull = true;
     for (Value& p : parts) {
+        if (p.is(Type::Object)) p = plain(*this, p);
         allNull = allNull && p.is(Type::Null);
         if (!p.is(Type::String)) p = joinable(*this, p);
         length += p.s->length;
@@ -86,9 +86,14 @@ void Machine::opJoin(const Instruction& i) {
 
 void Machine::opAppend(const Instruction& i) {
     const auto parts = registersFrom(i.b, i.n);
-    for (Value& p : parts)
+    bool allNull = true;
+    for (Value& p : parts) {
+        if (p.is(Type::Object)) p = plain(*this, p);
+        allNull = allNull && p.is(Type::Null);
         p = joinable(*this, p);
+    }
     Value& to = at(i.a);
+    if (allNull && to.is(Type::Null)) return clearAll(parts);
     if (!to.is(Type::String)) {
         Value start = joinable(*this, to);
         to = std::move(start);

@@ -173,13 +173,15 @@ void Parser::procedureBody(ProcDecl* p, Word end, int error) {
     Scope* outer = scope_;
     const int loopsFor = loopsFor_;
     const int loopsDo = loopsDo_;
+    const int withs = withs_;
     scope_ = &p->scope;
     proc_ = p;
-    loopsFor_ = loopsDo_ = 0;
+    loopsFor_ = loopsDo_ = withs_ = 0;
     block(p->body);
     closing(end, error);
     loopsFor_ = loopsFor;
     loopsDo_ = loopsDo;
+    withs_ = withs;
     proc_ = nullptr;
     scope_ = outer;
 }

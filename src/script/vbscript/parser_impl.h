@@ -75,6 +75,7 @@ class Parser {
     void endOfStatement();
     void assignmentOrCall(Block& out);
     void callStatement(Block& out);
+    [[nodiscard]] bool dotOfArgument() const;
     void bareCall(Stmt* s, Expr* target, std::size_t from);
     Expr* argumentList(Expr* callee);
     void noteAssigned(const Expr* target);
@@ -126,6 +127,7 @@ class Parser {
     ClassDecl* class_ = nullptr;
     int loopsFor_ = 0;
     int loopsDo_ = 0;
+    int withs_ = 0;
     int lineIfs_ = 0;
     std::uint32_t elseLine_ = 0; ///< Line of the latest Else, whose End If may stand on it too.
 };

@@ -112,7 +112,7 @@ void Parser::assignmentOrCall(Block& out) {
         e->name = list_.tokens[at_++].atom;
         if (e->name == atomOf(Word::Execute)) scope_->executes = true;
     }
-    while (is(Tok::LParen) || is(Tok::Dot)) {
+    while (is(Tok::LParen) || (is(Tok::Dot) && !dotOfArgument())) {
         beforeParens = is(Tok::LParen) ? at_ : 0;
         beforeLast = e;
         e = suffix(e);
@@ -127,6 +127,12 @@ void Parser::assignmentOrCall(Block& out) {
     }
     const bool parens = beforeLast && beforeParens != 0 && e->kind == ExprKind::Call;
     bareCall(s, e, parens ? beforeParens : 0);
+}
+
+// Under With, "S .a" hands over a member of its object. Behind ")" no argument can begin.
+bool Parser::dotOfArgument() const {
+    const Tok before = list_.tokens[at_ - 1].kind;
+    return withs_ > 0 && tok().spaceBefore && before == Tok::Name;
 }
 
 // "S a, b", "S (a)", "S (a) * 3, b": whether the parentheses belong to the call or to the first
@@ -374,7 +380,9 @@ void Parser::withStatement(Block& out) {
     out.push_back(s);
     ++at_;
     s->a = expression();
+    ++withs_;
     block(s->body);
+    --withs_;
     closing(Word::With, 1029);
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <iosfwd>
+#include <string_view>
+
+namespace kv {
+
+/// Writes out what waits in `salida`. A program whose output did not arrive whole has not done what
+/// it was asked: then it is told in `errores`, unless the program has failed already, and the exit
+/// code is 1 instead of 0.
+[[nodiscard]] int conSalidaEntera(int codigo, std::string_view programa, std::ostream& salida,
+                                  std::ostream& errores);
+
+} // namespace kv
