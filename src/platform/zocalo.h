@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -46,6 +47,10 @@ class Zocalo {
     virtual void escuchar(const std::string& ip, std::uint32_t puerto) = 0;
     /// Only inside `alPedirConexion`: stops listening and takes the link: state 7.
     virtual void aceptar() = 0;
+    /// Only inside `alPedirConexion`: takes the link into a new socket, state 7 or 9, and listens
+    /// on. Never null.
+    [[nodiscard]] virtual std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                                std::size_t indice) = 0;
     virtual void cerrar() = 0;
     /// Hands bytes to the link in order. What the kernel does not take now waits in a queue; when
     /// more than the queue's limit would wait the link is closed with state 9. False unless

@@ -12,7 +12,8 @@ constexpr std::string_view kIdiomaPorDefecto = "es-AR";
 } // namespace
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta)
-    : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta), sello(bucle_.reloj()),
+    : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
+      sello(bucle_.reloj()),
       log(archivos_, bucle_.reloj(), carpeta, std::string(kNombreDelPrograma)),
       scriptControl(bucle_.reloj(), vista),
       guion(bucle_, archivos_, scriptControl, vista, sello, log),
