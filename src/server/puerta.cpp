@@ -62,7 +62,7 @@ void Puerta::adoptar(ClavesDeEscucha nuevas) {
 }
 
 std::string_view Puerta::direccionDeEscucha() const {
-    return esIPv4(escucha_.direccion) ? std::string_view(escucha_.direccion) : std::string_view();
+    return escucha_.cerrada ? std::string_view() : std::string_view(escucha_.direccion);
 }
 
 bool Puerta::puedeEntrar(std::string_view ip) const {

@@ -27,7 +27,7 @@ class Puerta {
     /// Looks at the settings again.
     void releer();
 
-    /// Where to listen; empty: nowhere.
+    /// Where to listen; empty: nowhere, as nobody would be let in.
     [[nodiscard]] std::string_view direccionDeEscucha() const;
     [[nodiscard]] bool puedeEntrar(std::string_view ip) const;
     /// Whether a client is told nothing before its password was right.
