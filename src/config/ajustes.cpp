@@ -63,7 +63,7 @@ std::string_view defectoDeAjustes(std::string_view contenido, std::string_view a
 
 Ajustes::Ajustes(Archivos& archivos, std::string carpetaDelPrograma, const Reloj* reloj)
     : archivos_(archivos), reloj_(reloj), carpeta_(std::move(carpetaDelPrograma)),
-      archivoDeAjustes_(unirRuta(carpeta_, kArchivoDeAjustes)) {}
+      archivoDeAjustes_(archivos.comoEsta(unirRuta(carpeta_, kArchivoDeAjustes))) {}
 
 bool Ajustes::esDeAjustes(std::string_view archivo) const {
     return igualSinCaja(archivo, archivoDeAjustes_);

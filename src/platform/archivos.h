@@ -22,7 +22,9 @@ struct HuellaDeArchivo {
 class Archivos {
   public:
     virtual ~Archivos() = default;
-    /// True for anything whose attributes can be read, a folder too.
+    /// The path as the system writes it, for a message by which somebody is to find the file.
+    [[nodiscard]] virtual std::string comoEsta(const std::string& ruta) { return ruta; }
+    /// True for anything whose attributes can be read, a folder and a link to nothing too.
     [[nodiscard]] virtual bool existe(const std::string& ruta) = 0;
     [[nodiscard]] virtual HuellaDeArchivo huella(const std::string& ruta) = 0;
     /// The whole content; nothing when it cannot be read or is larger than `maximo` bytes.

@@ -54,7 +54,9 @@ TEST_F(EnDisco, UnEnlaceSigueSiendoLoAlReemplazarLoQueNombra) {
     ASSERT_TRUE(archivos.reemplazar(carpeta + "/SIS_CONFIG.ini", "b"));
     EXPECT_TRUE(fs::is_symlink(carpeta + "/sis_config.ini"));
     EXPECT_EQ(archivos.leer(otra + "/real.ini", 10), "b");
+    EXPECT_EQ(archivos.comoEsta(carpeta + "\\SIS_CONFIG.INI"), carpeta + "/sis_config.ini");
     fs::create_symlink("nada", carpeta + "/roto.ini");
+    EXPECT_TRUE(archivos.huella(carpeta + "/roto.ini").existe) << "its file may only be away";
     ASSERT_TRUE(archivos.reemplazar(carpeta + "/roto.ini", "c"));
     EXPECT_EQ(archivos.leer(carpeta + "/roto.ini", 10), "c");
 }

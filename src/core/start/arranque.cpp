@@ -51,7 +51,10 @@ bool Arranque::soyElUnico() {
         !SeRepiteProgramaEnRunTime(procesos_, kNombreDelPrograma))
         return true;
     motor_.vista.mostrarMensaje("Programa en ejecucion");
-    motor_.ajustes.escribirConfiguracion("VER", "1");
+    // One that is missing was lost by the driver that runs, and is not for us to make.
+    Ajustes& ajustes = motor_.ajustes;
+    if (ajustes.existeArchivo(ajustes.archivoDeAjustes()))
+        ajustes.escribirConfiguracion("VER", "1");
     return false;
 }
 

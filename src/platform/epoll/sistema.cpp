@@ -144,11 +144,17 @@ bool quedoSinTerminar(int descriptor) {
 
 } // namespace
 
+std::string ArchivosReales::comoEsta(const std::string& ruta) { return resolver(ruta); }
+
 bool ArchivosReales::existe(const std::string& ruta) { return huella(ruta).existe; }
 
 HuellaDeArchivo ArchivosReales::huella(const std::string& ruta) {
     struct stat s {};
-    if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0) return {};
+    // A link whose file has gone, with a disk that was not mounted perhaps, is something all the
+    // same.
+    if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0 &&
+        lstat(conBarras(ruta).c_str(), &s) != 0)
+        return {};
     return {true, std::int64_t{s.st_mtim.tv_sec} * 1'000'000'000 + s.st_mtim.tv_nsec,
             static_cast<std::uint64_t>(s.st_size), s.st_ino};
 }
