@@ -28,7 +28,7 @@ constexpr std::array kClaves = {kDireccion, kPermitidos, kExigeLogin, kPlazo,
 
 constexpr double kUnDia = 86'400;
 constexpr std::size_t kMaximoDeQuejas = 20;
-constexpr const char* kNadie = "no se admite a ningún cliente ni se escribe";
+constexpr const char* kNadie = "no se admite a ningún cliente ni se hace ninguna escritura suya";
 
 std::string citarTexto(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
 
