@@ -168,6 +168,7 @@ void FrmServerTCP::alContestarKeepAlive() {
 }
 
 void FrmServerTCP::alPedirConexion(std::size_t /*indice*/, std::string_view remoto) {
+    if (sala_.hayCliente()) return;
     puerta_.releer();
     if (!puerta_.puedeEntrar(remoto.substr(0, remoto.rfind(':'))))
         return log_.escribir("Conexion", std::string(remoto) + ": no esta entre los permitidos");
