@@ -72,6 +72,12 @@ TEST(Sala, CadaDireccionTieneSusLugaresYEntreTodasHayUnMaximo) {
         mudos.llega();
     EXPECT_TRUE(p.cliente.conectado);
     EXPECT_EQ(mudos.conectados(), Sala::kPorDireccion);
+    p.cliente.cerrar();
+    Mudos otros(p.planta.bucle);
+    for (int i = 0; i < 20; ++i)
+        otros.llega("10.0.0.77");
+    EXPECT_EQ(mudos.conectados(), Sala::kPorDireccion)
+        << "its own make room, however old others are";
     for (int i = 1; i < 100; ++i)
         mudos.llega("10.1.0." + std::to_string(i));
     EXPECT_LE(mudos.conectados(), Sala::kLugares);
