@@ -90,7 +90,7 @@ const Ajustes::Copia& Ajustes::copia(const std::string& ruta) {
     auto contenido = huella.existe
                          ? archivos_.leer(archivo, propios ? kMaximoDeAjustes : kMaximoDeArchivo)
                          : std::string();
-    c.leida = contenido.has_value();
+    const bool leida = contenido.has_value();
     if (propios) {
         adoptar(c, std::move(contenido));
     } else if (contenido) {
@@ -98,6 +98,7 @@ const Ajustes::Copia& Ajustes::copia(const std::string& ruta) {
         // moment must not put the defaults in force.
         c.ini = Ini(std::move(*contenido));
     }
+    c.leida = leida;
     return c;
 }
 
@@ -125,9 +126,9 @@ void Ajustes::adoptar(Copia& c, std::optional<std::string> contenido) {
         if (!entero_ && contenido) c.ini = Ini(std::move(*contenido));
         return;
     }
+    c.ini = Ini(std::move(*contenido));
     entero_ = true;
     ++cambios_;
-    c.ini = Ini(std::move(*contenido));
 }
 
 std::string_view Ajustes::defecto() {

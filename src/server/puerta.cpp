@@ -26,8 +26,6 @@ void Puerta::releer() {
     const bool asentados = ajustes_.asentados();
     // What comes after a file that was none may still be the half of one.
     if (leido_ ? !falta_ && *leido_ == ajustes_.cambios() : !asentados) return;
-    leido_ = ajustes_.cambios();
-    falta_ = !asentados;
     ClavesDeEscucha nuevas = clavesDeEscucha(ajustes_.contenido());
     for (const auto& [nombre, clave] : claves_.claves) {
         const auto nueva = nuevas.claves.find(nombre);
@@ -39,6 +37,8 @@ void Puerta::releer() {
             queja_(clave.nombre + " ya no está en los ajustes: rige lo que vale sin ella");
     }
     adoptar(std::move(nuevas));
+    leido_ = ajustes_.cambios();
+    falta_ = !asentados;
 }
 
 void Puerta::decirDefecto(std::string_view defecto) {
