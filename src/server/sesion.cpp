@@ -48,9 +48,7 @@ void Sesion::atender(std::string_view llegada) {
         memoria = llegada;
         servir(memoria);
     } catch (const std::exception& falla) {
-        log_.escribir("arriba datos", "DriverKV2200",
-                      std::string(falla.what()) +
-                          " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
+        anotarFalla(falla.what(), memoria);
     }
 }
 
@@ -59,8 +57,22 @@ void Sesion::anotar(std::string_view llegada) {
                                   paraMostrar(llegada, kLlegadaEnCaja) + "]\r\n");
 }
 
+void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
+    log_.escribir("arriba datos", "DriverKV2200",
+                  std::string(que) + " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
+}
+
 bool Sesion::identificar(std::string_view llegada, std::string_view remoto) {
-    anotar(llegada);
+    try {
+        anotar(llegada);
+        return esClave(llegada, remoto);
+    } catch (const std::exception& falla) {
+        anotarFalla(falla.what(), llegada);
+        return false;
+    }
+}
+
+bool Sesion::esClave(std::string_view llegada, std::string_view remoto) {
     const std::string_view ip = remoto.substr(0, remoto.rfind(':'));
     if (esSoloKeepAlive(llegada) || puerta_.enPausa(ip)) return false;
     const std::string debido = textoDeClave(formatoDeHora(bucle_.reloj().ahora()));
@@ -73,10 +85,11 @@ bool Sesion::identificar(std::string_view llegada, std::string_view remoto) {
 
 void Sesion::servir(std::string& memoria) {
     const Numero mia = numero_;
-    if (!porTramas(memoria, kMarcasDeEscritura, [this](auto c) { escribirUna(c); })) return;
+    if (!porTramas(memoria, kMarcasDeEscritura, [this](std::string_view c) { escribirUna(c); }))
+        return;
     if (quitarPalabra(memoria, kSincronizar)) cable_.pedirSincronismo();
-    if (!porTramas(memoria, kMarcasDeForzado, [this](auto c) { forzarUna(c); })) return;
-    if (!porTramas(memoria, kMarcasDeLectura, [this](auto c) { leerUna(c); })) return;
+    if (!porTramas(memoria, kMarcasDeForzado, [this](std::string_view c) { forzarUna(c); })) return;
+    if (!porTramas(memoria, kMarcasDeLectura, [this](std::string_view c) { leerUna(c); })) return;
     if (numero_ == mia) contestarKeepAlive(memoria);
 }
 

@@ -51,6 +51,8 @@ class Sesion {
     /// Number of a client, so that work for one that has gone can be told.
     using Numero = std::uint64_t;
     void anotar(std::string_view llegada);
+    void anotarFalla(std::string_view que, std::string_view memoria);
+    [[nodiscard]] bool esClave(std::string_view llegada, std::string_view remoto);
     void servir(std::string& memoria);
     template <class F>
     [[nodiscard]] bool porTramas(std::string& memoria, const Marcas& marcas, F hacer);
