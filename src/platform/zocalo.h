@@ -52,6 +52,10 @@ class Zocalo {
     [[nodiscard]] virtual std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                                 std::size_t indice) = 0;
     virtual void cerrar() = 0;
+    /// Closes so that nothing which has not left yet leaves any more, neither from the queue nor
+    /// from the kernel, which after `cerrar` goes on sending for as long as it takes. The peer sees
+    /// a reset. State 0, and no event.
+    virtual void abortar() = 0;
     /// Hands bytes to the link in order. What the kernel does not take now waits in a queue; when
     /// more than the queue's limit would wait the link is closed with state 9. False unless
     /// state 7.
@@ -61,6 +65,14 @@ class Zocalo {
     /// Bytes that may wait to be sent; 64 KiB at the start.
     virtual void limitarCola(std::size_t bytes) = 0;
     [[nodiscard]] virtual std::size_t enCola() const = 0;
+    /// Bytes sent on this link that the peer's host has not acknowledged, those in the queue among
+    /// them. A host acknowledges what it has, whatever its program does about it, though it may
+    /// take some tenths of a second; 0 unless state 7.
+    [[nodiscard]] virtual std::size_t bytesSinConfirmar() const = 0;
+    /// A link on which nothing is acknowledged for so long although something is sent fails: state
+    /// 9. For this link and those to come; 0, as at the start, leaves it to the system, which takes
+    /// a quarter of an hour.
+    virtual void fijarPaciencia(std::int64_t ms) = 0;
     /// Counts the connections that came up on this socket: a link that was lost and came back
     /// shows.
     [[nodiscard]] virtual std::uint64_t conexiones() const = 0;

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 
 namespace kv {
@@ -63,6 +64,11 @@ struct Driver {
 class Cliente final : public ExtremoSimulado {
   public:
     void alRecibir(IdEnlace /*e*/, std::span<const std::uint8_t> /*b*/) override {}
+};
+
+class Mudo final : public OyenteDeZocalo {
+  public:
+    void alLlegarDatos(std::size_t /*indice*/, std::span<const std::uint8_t> /*b*/) override {}
 };
 
 constexpr const char* kGuion = "veces = veces + 1\r\n"
@@ -180,6 +186,52 @@ TEST(Grabado, LoMismoOtraVezLineaPorLinea) {
     EXPECT_EQ(repetido.first, vivido.first);
     EXPECT_EQ(repetido.second, vivido.second);
     EXPECT_TRUE(entera);
+}
+
+TEST(Grabado, LoQueFaltabaConfirmarSeRepite) {
+    // What a program that asks for it got, at every tick.
+    const auto preguntar = [](Bucle& bucle, auto arrancar, auto correr) {
+        Mudo mudo;
+        std::string todo;
+        const auto z = bucle.crearZocalo(mudo, 0);
+        const auto t = bucle.crearTemporizador([&] {
+            const std::size_t bytes = z->bytesSinConfirmar();
+            todo += std::to_string(bytes) + (z->estado() == EstadoZocalo::Conectado ? " " : "! ");
+            if (bytes > 8) z->abortar();
+            if (z->estado() != EstadoZocalo::Conectado) z->conectar("10.0.0.1", 502);
+            z->enviar(std::array<std::uint8_t, 3>{});
+        });
+        arrancar();
+        z->fijarPaciencia(1000);
+        t->rearmar(100);
+        correr();
+        return todo;
+    };
+    const Carpeta carpeta;
+    std::string vivido;
+    {
+        CintaEscrita escrita(1U << 20);
+        ASSERT_TRUE(escrita.abrir(carpeta.ruta() + "/vuelo"));
+        escrita.texto("prueba");
+        BucleSimulado red;
+        Estaciones estacion(red.red(), red.reloj());
+        red.red().atender("10.0.0.1", 502, estacion);
+        Grabador grabador(red, escrita);
+        vivido = preguntar(
+            grabador, [&] { grabador.empezarTramo(); },
+            [&] {
+                grabador.terminarTramo();
+                red.avanzar(1000);
+                red.red().interrumpir(estacion.enlace());
+                red.avanzar(1000);
+            });
+    }
+    EXPECT_NE(vivido.find("0 0 0 3 6 9 0 0 "), std::string::npos) << vivido;
+    CintaLeida leida(carpeta.leer("vuelo"));
+    Reproductor bucle(leida);
+    EXPECT_EQ(preguntar(
+                  bucle, [&] { bucle.empezar(); }, [&] { EXPECT_TRUE(bucle.correr()); }),
+              vivido);
 }
 
 TEST(Grabado, UnaCintaLlenaOCortadaSeReproduceHastaDondeLlega) {

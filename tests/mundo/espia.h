@@ -34,6 +34,7 @@ class ZocaloEspia final : public Zocalo {
         return real_->aceptarAparte(oyente, indice);
     }
     void cerrar() override { real_->cerrar(); }
+    void abortar() override { real_->abortar(); }
     bool enviar(std::span<const std::uint8_t> bytes) override {
         if (oidor_ != nullptr) oidor_->alEnviar(indice_, bytes);
         return real_->enviar(bytes);
@@ -41,6 +42,10 @@ class ZocaloEspia final : public Zocalo {
     void agruparEnvios(bool agrupar) override { real_->agruparEnvios(agrupar); }
     void limitarCola(std::size_t bytes) override { real_->limitarCola(bytes); }
     [[nodiscard]] std::size_t enCola() const override { return real_->enCola(); }
+    [[nodiscard]] std::size_t bytesSinConfirmar() const override {
+        return real_->bytesSinConfirmar();
+    }
+    void fijarPaciencia(std::int64_t ms) override { real_->fijarPaciencia(ms); }
     [[nodiscard]] std::uint64_t conexiones() const override { return real_->conexiones(); }
     [[nodiscard]] const std::string& motivo() const override { return real_->motivo(); }
     [[nodiscard]] std::uint32_t puertoLocal() const override { return real_->puertoLocal(); }

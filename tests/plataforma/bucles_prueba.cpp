@@ -1,54 +1,16 @@
 // The same rules on both loops: what the simulated one promises, the real one keeps.
 
+#include "plataforma/apoyo.h"
+
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/simulated/bucle_simulado.h"
 
 #include <gtest/gtest.h>
 
-#include <poll.h>
 #include <stdexcept>
 #include <string>
 
 namespace kv {
-namespace {
-
-/// Gathers what a socket tells, and can be told what to do about it.
-class Oyente final : public OyenteDeZocalo {
-  public:
-    void alConectar(std::size_t /*indice*/) override { suceso += "conectado;"; }
-    void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override {
-        const std::string texto(bytes.begin(), bytes.end());
-        datos += texto;
-        if (alLlegar) alLlegar(indice, texto);
-    }
-    void alCortarse(std::size_t /*indice*/) override { suceso += "cortado;"; }
-    void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) override {
-        suceso += "pedido;";
-        if (alPedir) alPedir();
-    }
-    std::string datos, suceso;
-    std::function<void(std::size_t, const std::string&)> alLlegar;
-    std::function<void()> alPedir;
-};
-
-std::span<const std::uint8_t> bytes(std::string_view texto) {
-    return {reinterpret_cast<const std::uint8_t*>(texto.data()), texto.size()}; // NOLINT
-}
-
-void esperar(BucleEpoll& bucle) {
-    pollfd p{bucle.descriptor(), POLLIN, 0};
-    poll(&p, 1, -1);
-}
-
-/// Turns a real loop inside another one until `listo` says so; a test that never gets there fails
-/// by its time limit.
-template <class F>
-void atenderHasta(BucleEpoll& bucle, F listo) {
-    for (bucle.atender(); !listo(); bucle.atender())
-        esperar(bucle);
-}
-
-} // namespace
 
 TEST(BucleEpoll, ConectaEscuchaHablaYCierra) {
     BucleEpoll bucle;

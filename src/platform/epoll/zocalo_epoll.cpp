@@ -1,11 +1,15 @@
 #include "platform/epoll/zocalo_epoll.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
+#include <climits>
 #include <cstring>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/epoll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <system_error>
 #include <unistd.h>
@@ -70,6 +74,32 @@ void ZocaloEpoll::cerrar() {
     soltar();
     estado_ = EstadoZocalo::Cerrado;
     motivo_.clear();
+}
+
+void ZocaloEpoll::abortar() {
+    if (descriptor_ >= 0) {
+        const linger nada{1, 0};
+        setsockopt(descriptor_, SOL_SOCKET, SO_LINGER, &nada, sizeof nada);
+    }
+    cerrar();
+}
+
+std::size_t ZocaloEpoll::bytesSinConfirmar() const {
+    int enElNucleo = 0;
+    if (estado_ != EstadoZocalo::Conectado || ioctl(descriptor_, SIOCOUTQ, &enElNucleo) != 0)
+        return 0;
+    return enCola() + static_cast<std::size_t>(enElNucleo);
+}
+
+void ZocaloEpoll::fijarPaciencia(std::int64_t ms) {
+    pacienciaMs_ = std::clamp<std::int64_t>(ms, 0, INT_MAX);
+    if (estado_ == EstadoZocalo::Conectado) ponerPaciencia();
+}
+
+/// Only of a link that is up: how long to try for one is for who asks for it.
+void ZocaloEpoll::ponerPaciencia() {
+    const auto ms = static_cast<unsigned>(pacienciaMs_);
+    setsockopt(descriptor_, IPPROTO_TCP, TCP_USER_TIMEOUT, &ms, sizeof ms);
 }
 
 void ZocaloEpoll::fallar(std::string motivo) {
@@ -138,7 +168,9 @@ void ZocaloEpoll::aceptar() {
     const int nuevo = std::exchange(pedido_, -1);
     cerrar();
     sinDemora(nuevo);
-    if (adoptar(nuevo, EstadoZocalo::Conectado, kRecibir)) ++conexiones_;
+    if (!adoptar(nuevo, EstadoZocalo::Conectado, kRecibir)) return;
+    ponerPaciencia();
+    ++conexiones_;
 }
 
 std::unique_ptr<Zocalo> ZocaloEpoll::aceptarAparte(OyenteDeZocalo& oyente, std::size_t indice) {
@@ -229,6 +261,7 @@ void ZocaloEpoll::terminarConexion() {
     }
     bucle_.cambiar(registro_, descriptor_, kRecibir);
     estado_ = EstadoZocalo::Conectado;
+    ponerPaciencia();
     ++conexiones_;
     oyente_.alConectar(indice_);
 }

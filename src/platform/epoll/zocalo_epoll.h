@@ -23,10 +23,13 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
     void cerrar() override;
+    void abortar() override;
     bool enviar(std::span<const std::uint8_t> bytes) override;
     void agruparEnvios(bool agrupar) override { agrupar_ = agrupar; }
     void limitarCola(std::size_t bytes) override { limiteDeCola_ = bytes; }
     [[nodiscard]] std::size_t enCola() const override { return cola_.size() - enviados_; }
+    [[nodiscard]] std::size_t bytesSinConfirmar() const override;
+    void fijarPaciencia(std::int64_t ms) override;
     [[nodiscard]] std::uint64_t conexiones() const override { return conexiones_; }
     [[nodiscard]] const std::string& motivo() const override { return motivo_; }
     [[nodiscard]] std::uint32_t puertoLocal() const override;
@@ -40,6 +43,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     void descansarDeAceptar();
     /// False, and the state is 9, when the loop cannot watch it.
     bool adoptar(int descriptor, EstadoZocalo estado, std::uint32_t sucesos);
+    void ponerPaciencia();
     void soltar();
     void fallar(std::string motivo);
     [[nodiscard]] bool vaciarCola();
@@ -59,6 +63,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido {
     std::string cola_; ///< [enviados_, size) still to be sent
     std::size_t enviados_ = 0;
     std::size_t limiteDeCola_ = std::size_t{64} * 1024;
+    std::int64_t pacienciaMs_ = 0;
     std::string motivo_;
     std::unique_ptr<Temporizador> descanso_; ///< made when it is first wanted
     std::shared_ptr<ZocaloEpoll*> yo_; ///< nulled at the end of life, for tasks that come later

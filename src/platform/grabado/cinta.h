@@ -32,8 +32,9 @@ enum class Entrada : std::uint8_t {
     NoEscrito,     ///< a write failed
     PuertoLocal,   ///< the port
     Disco,         ///< what a script asked of its files; fault, kind, size, bytes
+    SinConfirmar,  ///< the socket's number, bytes that the peer had not acknowledged
 };
-inline constexpr Entrada kUltimaEntrada = Entrada::Disco;
+inline constexpr Entrada kUltimaEntrada = Entrada::SinConfirmar;
 
 [[nodiscard]] constexpr bool esRespuesta(Entrada e) {
     return e >= Entrada::Pendientes && e != Entrada::FinPendientes;

@@ -40,6 +40,15 @@ bool ZocaloGrabado::enviar(std::span<const std::uint8_t> bytes) {
     return bien;
 }
 
+std::size_t ZocaloGrabado::bytesSinConfirmar() const {
+    const std::size_t bytes = dentro_->bytesSinConfirmar();
+    if (grabador_.preguntar() && bytes != 0) {
+        grabador_.respuesta(Entrada::SinConfirmar).numero(numero_).numero(bytes);
+        grabador_.cerrar();
+    }
+    return bytes;
+}
+
 std::uint32_t ZocaloGrabado::puertoLocal() const {
     const std::uint32_t puerto = dentro_->puertoLocal();
     if (!grabador_.preguntar()) return puerto;

@@ -25,10 +25,13 @@ class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
     void cerrar() override { dentro_->cerrar(); }
+    void abortar() override { dentro_->abortar(); }
     bool enviar(std::span<const std::uint8_t> bytes) override;
     void agruparEnvios(bool agrupar) override { dentro_->agruparEnvios(agrupar); }
     void limitarCola(std::size_t bytes) override { dentro_->limitarCola(bytes); }
     [[nodiscard]] std::size_t enCola() const override { return dentro_->enCola(); }
+    [[nodiscard]] std::size_t bytesSinConfirmar() const override;
+    void fijarPaciencia(std::int64_t ms) override { dentro_->fijarPaciencia(ms); }
     [[nodiscard]] std::uint64_t conexiones() const override { return dentro_->conexiones(); }
     [[nodiscard]] const std::string& motivo() const override { return dentro_->motivo(); }
     [[nodiscard]] std::uint32_t puertoLocal() const override;

@@ -39,6 +39,7 @@ class ZocaloReproducido final : public Zocalo {
         estado_ = EstadoZocalo::Cerrado;
         motivo_.clear();
     }
+    void abortar() override { cerrar(); }
     bool enviar(std::span<const std::uint8_t> /*bytes*/) override {
         const bool podia = estado_ == EstadoZocalo::Conectado;
         pasar(estado_);
@@ -47,6 +48,10 @@ class ZocaloReproducido final : public Zocalo {
     void agruparEnvios(bool /*agrupar*/) override {}
     void limitarCola(std::size_t /*bytes*/) override {}
     [[nodiscard]] std::size_t enCola() const override { return 0; }
+    [[nodiscard]] std::size_t bytesSinConfirmar() const override {
+        return reproductor_.toca(Entrada::SinConfirmar) ? suNumero() : 0;
+    }
+    void fijarPaciencia(std::int64_t /*ms*/) override {}
     [[nodiscard]] std::uint64_t conexiones() const override { return conexiones_; }
     [[nodiscard]] const std::string& motivo() const override { return motivo_; }
     [[nodiscard]] std::uint32_t puertoLocal() const override {
@@ -77,10 +82,14 @@ class ZocaloReproducido final : public Zocalo {
         estado_ = estado;
         if (estado != EstadoZocalo::Error) motivo_.clear();
         if (!reproductor_.toca(Entrada::Estado)) return;
+        estado_ = static_cast<EstadoZocalo>(suNumero());
+        motivo_ = reproductor_.cinta().texto();
+    }
+    /// The number that an answer about this socket holds.
+    [[nodiscard]] std::uint64_t suNumero() const {
         CintaLeida& c = reproductor_.cinta();
         if (c.numero() != numero_) reproductor_.noCorresponde("un zocalo");
-        estado_ = static_cast<EstadoZocalo>(c.numero());
-        motivo_ = c.texto();
+        return c.numero();
     }
 
     Reproductor& reproductor_;

@@ -70,6 +70,7 @@ void RedSimulada::reanudar(IdEnlace enlace) {
     // What was kept stays in front of what may arrive before.
     if (!en.guardadoAlZocalo.empty()) anotar(llega, Tipo::AlZocalo, enlace);
     if (!en.guardadoAlExtremo.empty()) anotar(llega, Tipo::AlExtremo, enlace);
+    if (en.corteGuardado) anotar(en.ultimoAlExtremo, Tipo::CorteAlExtremo, enlace);
 }
 
 void RedSimulada::fijarVentana(IdEnlace enlace, std::size_t bytes) {
@@ -112,18 +113,62 @@ void RedSimulada::desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> byt
         en.ventana -= std::min(en.ventana, bytes.size());
     en.ultimoAlExtremo = std::max(en.ultimoAlExtremo, reloj_.monotonicoUs() + latenciaUs_);
     anotar(en.ultimoAlExtremo, Tipo::AlExtremo, enlace, comoTexto(bytes));
+    if (en.sinConfirmar == 0) en.sinConfirmarUs = reloj_.monotonicoUs();
+    en.sinConfirmar += bytes.size();
+    esperarConfirmacion(enlace, en);
+}
+
+std::size_t RedSimulada::sinConfirmar(IdEnlace enlace) const {
+    const auto e = enlaces_.find(enlace);
+    return e == enlaces_.end() ? 0 : e->second.sinConfirmar;
+}
+
+void RedSimulada::fijarPaciencia(IdEnlace enlace, std::int64_t us) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.pacienciaUs = us;
+    esperarConfirmacion(enlace, e->second);
+}
+
+/// Each link has at most one event for its patience, which looks again how things are.
+void RedSimulada::esperarConfirmacion(IdEnlace id, Enlace& e) {
+    if (e.pacienciaUs == 0 || e.sinConfirmar == 0 || std::exchange(e.seImpacienta, true)) return;
+    anotar(std::max(e.sinConfirmarUs + e.pacienciaUs, reloj_.monotonicoUs()), Tipo::Impaciencia,
+           id);
+}
+
+void RedSimulada::impacientar(IdEnlace id, Enlace& e) {
+    e.seImpacienta = false;
+    if (e.pacienciaUs == 0 || e.sinConfirmar == 0 ||
+        reloj_.monotonicoUs() < e.sinConfirmarUs + e.pacienciaUs)
+        return esperarConfirmacion(id, e);
+    ZocaloSimulado* const zocalo = e.zocalo;
+    enlaces_.erase(id);
+    if (zocalo != nullptr) zocalo->entregarFalla();
 }
 
 void RedSimulada::cerrarDesdeZocalo(IdEnlace enlace) {
     const auto e = enlaces_.find(enlace);
     if (e == enlaces_.end()) return;
     e->second.zocalo = nullptr;
-    if (!e->second.conectado || e->second.interrumpido) {
+    if (!e->second.conectado) {
         enlaces_.erase(e);
         return;
     }
     anotar(std::max(e->second.ultimoAlExtremo, reloj_.monotonicoUs() + latenciaUs_),
            Tipo::CorteAlExtremo, enlace);
+}
+
+/// What is on its way arrives, and then the reset, unless the cable is out.
+void RedSimulada::abortarDesdeZocalo(IdEnlace enlace) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.abortado = true;
+    if (e->second.interrumpido) {
+        enlaces_.erase(e);
+    } else {
+        cerrarDesdeZocalo(enlace);
+    }
 }
 
 bool RedSimulada::escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo) {
@@ -175,22 +220,36 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
         if (zocalo != nullptr && e.conectado) zocalo->entregarDatos(comoBytes(bytes));
         return;
     }
-    case Tipo::AlExtremo: {
-        e.guardadoAlExtremo += s.bytes;
-        if (e.interrumpido || e.guardadoAlExtremo.empty()) return;
-        const std::string bytes = std::exchange(e.guardadoAlExtremo, {});
-        if (extremo != nullptr) extremo->alRecibir(s.enlace, comoBytes(bytes));
-        return;
-    }
+    case Tipo::AlExtremo:
+        return entregarAlExtremo(s, e);
+    case Tipo::Impaciencia:
+        return impacientar(s.enlace, e);
     case Tipo::CorteAlZocalo:
         enlaces_.erase(s.enlace);
         if (zocalo != nullptr) zocalo->entregarCorte();
         return;
     case Tipo::CorteAlExtremo:
-        enlaces_.erase(s.enlace);
-        if (extremo != nullptr) extremo->alCortarse(s.enlace);
+        return cortarAlExtremo(s.enlace, e);
+    }
+}
+
+void RedSimulada::entregarAlExtremo(const Suceso& s, Enlace& e) {
+    e.guardadoAlExtremo += s.bytes;
+    if (e.interrumpido || e.guardadoAlExtremo.empty()) return;
+    const std::string bytes = std::exchange(e.guardadoAlExtremo, {});
+    e.sinConfirmar -= bytes.size();
+    e.sinConfirmarUs = reloj_.monotonicoUs();
+    if (e.extremo != nullptr) e.extremo->alRecibir(s.enlace, comoBytes(bytes));
+}
+
+void RedSimulada::cortarAlExtremo(IdEnlace id, Enlace& e) {
+    if (e.interrumpido && !e.abortado) {
+        e.corteGuardado = true;
         return;
     }
+    ExtremoSimulado* const extremo = e.interrumpido ? nullptr : e.extremo;
+    enlaces_.erase(id);
+    if (extremo != nullptr) extremo->alCortarse(id);
 }
 
 void RedSimulada::aplicarPedido(IdEnlace id, Enlace& e) {

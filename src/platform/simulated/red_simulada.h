@@ -46,9 +46,11 @@ class RedSimulada {
     void enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes, std::int64_t demoraUs = 0);
     /// The far side closes: seen after what it sent before.
     void cortar(IdEnlace enlace, std::int64_t demoraUs = 0);
-    /// The link dies without a word: nothing that is sent arrives any more, neither way. It is kept
-    /// and delivered after `reanudar`, as TCP does after an outage; without one the link is
-    /// half-open for good, or until `cortar`.
+    /// The link dies without a word, as when a cable is pulled: nothing that is sent arrives any
+    /// more, neither way, and what the socket sends stays unacknowledged. It is kept and delivered
+    /// after `reanudar`, as TCP does after an outage, also when the socket was closed meanwhile,
+    /// but not when it was aborted or lost its patience; without one the link is half-open for
+    /// good, or until `cortar`.
     void interrumpir(IdEnlace enlace);
     void reanudar(IdEnlace enlace);
     /// A client connects to a port on which the driver listens.
@@ -69,6 +71,10 @@ class RedSimulada {
     IdEnlace pedirConexion(ZocaloSimulado& zocalo, const std::string& ip, std::uint32_t puerto);
     void desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> bytes);
     void cerrarDesdeZocalo(IdEnlace enlace);
+    void abortarDesdeZocalo(IdEnlace enlace);
+    /// Bytes from the socket that have not arrived at the far side's host.
+    [[nodiscard]] std::size_t sinConfirmar(IdEnlace enlace) const;
+    void fijarPaciencia(IdEnlace enlace, std::int64_t us);
     bool escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo);
     void dejarDeEscuchar(std::uint32_t puerto, const ZocaloSimulado& zocalo);
     void adoptar(IdEnlace enlace, ZocaloSimulado& zocalo);
@@ -82,7 +88,8 @@ class RedSimulada {
         AlExtremo,
         CorteAlZocalo,
         CorteAlExtremo,
-        Pedido
+        Pedido,
+        Impaciencia
     };
     struct Suceso {
         std::int64_t us;
@@ -99,7 +106,13 @@ class RedSimulada {
         std::int64_t ultimoAlExtremo = 0;
         bool conectado = false;
         bool interrumpido = false;
-        std::uint32_t puerto = 0; ///< of a client's request
+        bool abortado = false;
+        bool corteGuardado = false;      ///< closed by the socket, and the far side does not know
+        std::size_t sinConfirmar = 0;    ///< bytes
+        std::int64_t sinConfirmarUs = 0; ///< since when some are, without progress
+        std::int64_t pacienciaUs = 0;    ///< 0: for ever
+        bool seImpacienta = false;       ///< its event is noted
+        std::uint32_t puerto = 0;        ///< of a client's request
         std::size_t ventana = static_cast<std::size_t>(-1);
         std::string remoto;
         std::string guardadoAlZocalo;
@@ -113,6 +126,10 @@ class RedSimulada {
     void anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes = {});
     void aplicar(const Suceso& suceso, Enlace& enlace);
     void aplicarPedido(IdEnlace id, Enlace& enlace);
+    void entregarAlExtremo(const Suceso& suceso, Enlace& enlace);
+    void cortarAlExtremo(IdEnlace id, Enlace& enlace);
+    void impacientar(IdEnlace id, Enlace& enlace);
+    void esperarConfirmacion(IdEnlace id, Enlace& enlace);
     [[nodiscard]] static std::string clave(const std::string& ip, std::uint32_t puerto);
 
     const Reloj& reloj_;

@@ -29,6 +29,20 @@ void ZocaloSimulado::cerrar() {
     motivo_.clear();
 }
 
+void ZocaloSimulado::abortar() {
+    red_.abortarDesdeZocalo(std::exchange(enlace_, 0));
+    cerrar();
+}
+
+std::size_t ZocaloSimulado::bytesSinConfirmar() const {
+    return estado_ == EstadoZocalo::Conectado ? cola_.size() + red_.sinConfirmar(enlace_) : 0;
+}
+
+void ZocaloSimulado::fijarPaciencia(std::int64_t ms) {
+    pacienciaUs_ = ms * 1000;
+    if (estado_ == EstadoZocalo::Conectado) red_.fijarPaciencia(enlace_, pacienciaUs_);
+}
+
 void ZocaloSimulado::conectar(const std::string& ip, std::uint32_t puerto) {
     cerrar();
     estado_ = EstadoZocalo::Conectando;
@@ -51,6 +65,7 @@ void ZocaloSimulado::aceptar() {
     const IdEnlace nuevo = std::exchange(pedido_, 0);
     cerrar();
     red_.adoptar(nuevo, *this);
+    red_.fijarPaciencia(nuevo, pacienciaUs_);
     enlace_ = nuevo;
     estado_ = EstadoZocalo::Conectado;
     ++conexiones_;
@@ -98,6 +113,7 @@ void ZocaloSimulado::pasarCola() {
 void ZocaloSimulado::entregarConexion(IdEnlace enlace) {
     enlace_ = enlace;
     estado_ = EstadoZocalo::Conectado;
+    red_.fijarPaciencia(enlace, pacienciaUs_);
     ++conexiones_;
     oyente_.alConectar(indice_);
 }
@@ -117,6 +133,14 @@ void ZocaloSimulado::entregarCorte() {
     enlace_ = 0;
     cola_.clear();
     estado_ = EstadoZocalo::CerradoPorElOtro;
+    oyente_.alCortarse(indice_);
+}
+
+void ZocaloSimulado::entregarFalla() {
+    enlace_ = 0;
+    cola_.clear();
+    estado_ = EstadoZocalo::Error;
+    motivo_ = "nadie confirma lo que se envia";
     oyente_.alCortarse(indice_);
 }
 

@@ -27,10 +27,13 @@ class ZocaloSimulado final : public Zocalo {
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
     void cerrar() override;
+    void abortar() override;
     bool enviar(std::span<const std::uint8_t> bytes) override;
     void agruparEnvios(bool agrupar) override { agrupar_ = agrupar; }
     void limitarCola(std::size_t bytes) override { limiteDeCola_ = bytes; }
     [[nodiscard]] std::size_t enCola() const override { return cola_.size(); }
+    [[nodiscard]] std::size_t bytesSinConfirmar() const override;
+    void fijarPaciencia(std::int64_t ms) override;
     [[nodiscard]] std::uint64_t conexiones() const override { return conexiones_; }
     [[nodiscard]] const std::string& motivo() const override { return motivo_; }
     [[nodiscard]] std::uint32_t puertoLocal() const override { return puerto_; }
@@ -40,6 +43,7 @@ class ZocaloSimulado final : public Zocalo {
     void entregarRechazo();
     void entregarDatos(std::span<const std::uint8_t> bytes);
     void entregarCorte();
+    void entregarFalla();
     [[nodiscard]] bool entregarPedido(IdEnlace enlace, const std::string& remoto);
 
   private:
@@ -59,6 +63,7 @@ class ZocaloSimulado final : public Zocalo {
     std::uint64_t conexiones_ = 0;
     std::string cola_;
     std::size_t limiteDeCola_ = std::size_t{64} * 1024;
+    std::int64_t pacienciaUs_ = 0;
     std::string motivo_;
     std::shared_ptr<ZocaloSimulado*> yo_;
 };

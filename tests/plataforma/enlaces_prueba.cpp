@@ -1,0 +1,297 @@
+// What becomes of bytes that have been sent and have not arrived: acknowledged, held back by a
+// cable that is out, aborted.
+
+#include "plataforma/apoyo.h"
+
+#include "platform/simulated/bucle_simulado.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <sched.h>
+#include <sstream>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace kv {
+namespace {
+
+/// A station's end that does nothing by itself: it acknowledges until its memory is full.
+class Callado {
+  public:
+    Callado() : escucha_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const int chica = 4096;
+        setsockopt(escucha_, SOL_SOCKET, SO_RCVBUF, &chica, sizeof chica);
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+        socklen_t largo = sizeof a;
+        EXPECT_EQ(bind(escucha_, generica, sizeof a), 0);
+        EXPECT_EQ(listen(escucha_, 4), 0);
+        EXPECT_EQ(getsockname(escucha_, generica, &largo), 0);
+        puerto = ntohs(a.sin_port);
+    }
+    ~Callado() {
+        close(escucha_);
+        if (enlace_ >= 0) close(enlace_);
+    }
+    Callado(const Callado&) = delete;
+    Callado& operator=(const Callado&) = delete;
+
+    void tomar() {
+        if (enlace_ >= 0) close(enlace_);
+        enlace_ = accept(escucha_, nullptr, nullptr);
+    }
+    /// Takes so many bytes, or all there are until the end; `errno` is 0 or says why it ended.
+    std::size_t leer(std::size_t hasta) {
+        std::array<char, 65536> trozo{};
+        std::size_t todos = 0;
+        ssize_t n = 1;
+        errno = 0;
+        while (todos < hasta && (n = recv(enlace_, trozo.data(), trozo.size(), 0)) > 0)
+            todos += static_cast<std::size_t>(n);
+        return todos;
+    }
+    std::uint32_t puerto = 0;
+
+  private:
+    int escucha_;
+    int enlace_ = -1;
+};
+
+void conectar(BucleEpoll& bucle, Zocalo& z, Callado& otro) {
+    z.conectar("127.0.0.1", otro.puerto);
+    atenderHasta(bucle, [&] { return z.estado() == EstadoZocalo::Conectado; });
+    otro.tomar();
+}
+
+/// Runs `escena` in a process whose network is its own, where a cable can be pulled; it ends within
+/// a minute, and well only without failed expectations.
+void enRedPropia(const std::function<void()>& escena) {
+    EXPECT_EXIT(
+        {
+            alarm(60);
+            escena();
+            _exit(testing::Test::HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+bool hayRedPropia() {
+    const pid_t hijo = fork();
+    if (hijo == 0) _exit(unshare(CLONE_NEWNET) == 0 ? 0 : 1);
+    int estado = 1;
+    waitpid(hijo, &estado, 0);
+    return estado == 0;
+}
+
+void cable(bool puesto) {
+    const int d = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq lazo{};
+    lazo.ifr_name[0] = 'l';
+    lazo.ifr_name[1] = 'o';
+    EXPECT_EQ(ioctl(d, SIOCGIFFLAGS, &lazo), 0);
+    const int flags = puesto ? lazo.ifr_flags | IFF_UP : lazo.ifr_flags & ~IFF_UP;
+    lazo.ifr_flags = static_cast<short>(flags);
+    EXPECT_EQ(ioctl(d, SIOCSIFFLAGS, &lazo), 0);
+    close(d);
+}
+
+/// Bytes that the kernel still means to send, whoever's they were.
+std::size_t porSalir() {
+    std::ifstream tabla("/proc/self/net/tcp");
+    std::string linea;
+    std::getline(tabla, linea);
+    std::size_t todos = 0;
+    while (std::getline(tabla, linea)) {
+        std::istringstream columnas(linea);
+        std::string numero, local, remota, estado, colas;
+        columnas >> numero >> local >> remota >> estado >> colas;
+        const bool escucha = estado == "0A"; // whose queue is that of who wants to connect
+        if (!escucha) todos += std::stoul(colas.substr(0, colas.find(':')), nullptr, 16);
+    }
+    return todos;
+}
+
+class Otro final : public ExtremoSimulado {
+  public:
+    void alConectar(IdEnlace e) override { enlace = e; }
+    void alRecibir(IdEnlace /*e*/, std::span<const std::uint8_t> b) override {
+        datos.append(b.begin(), b.end());
+    }
+    void alCortarse(IdEnlace /*e*/) override { datos += '.'; }
+    IdEnlace enlace = 0;
+    std::string datos;
+};
+
+/// A link of the simulated network.
+struct Simulado {
+    Simulado() {
+        bucle.red().atender("10.0.0.1", 502, otro);
+        conectar();
+    }
+    void conectar() {
+        z->conectar("10.0.0.1", 502);
+        bucle.avanzar(10);
+    }
+    BucleSimulado bucle;
+    Oyente oyente;
+    Otro otro;
+    std::unique_ptr<Zocalo> z = bucle.crearZocalo(oyente, 0);
+};
+
+} // namespace
+
+TEST(Enlaces, LoQueSeAbortaNoSaleMas) {
+    BucleEpoll bucle;
+    Oyente oyente;
+    Callado otro;
+    const auto z = bucle.crearZocalo(oyente, 0);
+    conectar(bucle, *z, otro);
+    // It has them although its program has not read them.
+    z->enviar(bytes("pedido."));
+    while (z->bytesSinConfirmar() > 0)
+        sched_yield();
+    const std::string trozo(10'000, 'x');
+    std::size_t enviados = 7;
+    while (z->enCola() == 0 && z->enviar(bytes(trozo)))
+        enviados += trozo.size();
+    const std::size_t enElNucleo = z->bytesSinConfirmar() - z->enCola();
+    EXPECT_GT(enElNucleo, 0U);
+    EXPECT_LT(enElNucleo, enviados - z->enCola());
+    z->abortar();
+    EXPECT_EQ(z->estado(), EstadoZocalo::Cerrado);
+    EXPECT_EQ(z->bytesSinConfirmar(), 0U);
+    EXPECT_LT(otro.leer(enviados), enviados - trozo.size());
+    EXPECT_EQ(errno, ECONNRESET);
+    bucle.atender();
+    EXPECT_EQ(oyente.suceso, "conectado;");
+    conectar(bucle, *z, otro);
+    EXPECT_TRUE(z->enviar(bytes("de nuevo")));
+    EXPECT_EQ(otro.leer(8), 8U);
+}
+
+TEST(Enlaces, UnCableAfueraRetieneYLoAbortadoNoQuedaEnElNucleo) {
+    if (!hayRedPropia()) GTEST_SKIP() << "sin permiso para una red propia";
+    enRedPropia([] {
+        EXPECT_EQ(unshare(CLONE_NEWNET), 0);
+        cable(true);
+        BucleEpoll bucle;
+        Oyente oyente;
+        Callado otro;
+        const auto z = bucle.crearZocalo(oyente, 0);
+        conectar(bucle, *z, otro);
+        cable(false);
+        EXPECT_TRUE(z->enviar(bytes("uno")));
+        EXPECT_EQ(z->bytesSinConfirmar(), 3U);
+        cable(true);
+        EXPECT_EQ(otro.leer(3), 3U);
+        while (z->bytesSinConfirmar() > 0)
+            sched_yield();
+        cable(false);
+        EXPECT_TRUE(z->enviar(bytes("dos")));
+        EXPECT_EQ(porSalir(), 3U);
+        z->abortar();
+        EXPECT_EQ(porSalir(), 0U);
+        EXPECT_EQ(oyente.suceso, "conectado;");
+    });
+}
+
+TEST(Enlaces, LaPacienciaValeParaEsteEnlaceYParaLosQueVienen) {
+    if (!hayRedPropia()) GTEST_SKIP() << "sin permiso para una red propia";
+    enRedPropia([] {
+        EXPECT_EQ(unshare(CLONE_NEWNET), 0);
+        cable(true);
+        BucleEpoll bucle;
+        Oyente oyente;
+        Callado otro;
+        const auto z = bucle.crearZocalo(oyente, 0);
+        conectar(bucle, *z, otro);
+        z->fijarPaciencia(300);
+        for (int i = 0; i < 2; ++i) {
+            cable(false);
+            EXPECT_TRUE(z->enviar(bytes("uno")));
+            atenderHasta(bucle, [&] { return z->estado() == EstadoZocalo::Error; });
+            EXPECT_FALSE(z->motivo().empty());
+            cable(true);
+            conectar(bucle, *z, otro);
+        }
+        EXPECT_EQ(oyente.suceso, "conectado;cortado;conectado;cortado;conectado;");
+    });
+}
+
+TEST(EnlacesSimulados, LoRetenidoLlegaCuandoElCableVuelveSalvoLoAbortado) {
+    Simulado s;
+    s.z->enviar(bytes("a"));
+    EXPECT_EQ(s.z->bytesSinConfirmar(), 1U);
+    s.bucle.avanzar(1);
+    EXPECT_EQ(s.z->bytesSinConfirmar(), 0U) << "acknowledged, though nobody has answered";
+    s.bucle.red().interrumpir(s.otro.enlace);
+    s.z->enviar(bytes("bcd"));
+    s.bucle.avanzar(600'000);
+    EXPECT_EQ(s.z->bytesSinConfirmar(), 3U);
+    EXPECT_EQ(s.z->estado(), EstadoZocalo::Conectado);
+    s.bucle.red().reanudar(s.otro.enlace);
+    s.bucle.avanzar(1);
+    EXPECT_EQ(s.z->bytesSinConfirmar(), 0U);
+    s.bucle.red().interrumpir(s.otro.enlace);
+    s.z->enviar(bytes("e"));
+    s.z->cerrar(); // politely: the kernel keeps on
+    s.bucle.avanzar(600'000);
+    EXPECT_EQ(s.otro.datos, "abcd");
+    s.bucle.red().reanudar(s.otro.enlace);
+    s.bucle.avanzar(1);
+    EXPECT_EQ(s.otro.datos, "abcde.");
+    for (const std::int64_t us : {0, 100, 1000}) { // nothing has left, on its way, held back
+        s.conectar();
+        s.otro.datos.clear();
+        s.bucle.red().interrumpir(s.otro.enlace);
+        s.z->enviar(bytes("orden"));
+        s.bucle.avanzarUs(us);
+        s.z->abortar();
+        s.bucle.avanzar(1000);
+        s.bucle.red().reanudar(s.otro.enlace);
+        s.bucle.avanzar(1000);
+        EXPECT_EQ(s.otro.datos, "");
+    }
+    s.conectar();
+    s.z->enviar(bytes("x"));
+    s.bucle.avanzar(1);
+    s.z->abortar();
+    s.bucle.avanzar(1);
+    EXPECT_EQ(s.otro.datos, "x.");
+    EXPECT_EQ(s.z->estado(), EstadoZocalo::Cerrado);
+    EXPECT_EQ(s.oyente.suceso, "conectado;conectado;conectado;conectado;conectado;");
+}
+
+TEST(EnlacesSimulados, LaPacienciaSeAcabaSoloSiNadieConfirma) {
+    Simulado s;
+    s.z->fijarPaciencia(2000);
+    for (int i = 0; i < 100; ++i) { // a station that says nothing, but whose host acknowledges
+        s.z->enviar(bytes("x"));
+        s.bucle.avanzar(777);
+    }
+    EXPECT_EQ(s.z->estado(), EstadoZocalo::Conectado);
+    for (int i = 0; i < 2; ++i) {
+        s.bucle.red().interrumpir(s.otro.enlace);
+        s.bucle.avanzar(60'000); // nothing sent, nothing missed
+        s.z->enviar(bytes("orden"));
+        s.bucle.avanzar(1999);
+        EXPECT_EQ(s.z->estado(), EstadoZocalo::Conectado);
+        s.bucle.avanzar(2);
+        EXPECT_EQ(s.z->estado(), EstadoZocalo::Error);
+        s.bucle.red().reanudar(s.otro.enlace);
+        s.conectar();
+    }
+    EXPECT_EQ(s.oyente.suceso, "conectado;cortado;conectado;cortado;conectado;");
+    EXPECT_EQ(s.otro.datos, std::string(100, 'x'));
+}
+
+} // namespace kv
