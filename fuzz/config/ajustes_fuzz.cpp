@@ -1,5 +1,6 @@
 // A settings file of any bytes: every number lies in its range, missing defaults are written once,
-// and what the file says about clients lets nobody in by mistake.
+// what the file says about clients lets nobody in by mistake, and a door that it has closed stays
+// closed when it becomes one that is no whole file.
 
 #include "config/ajustes.h"
 #include "platform/simulated/archivos_simulados.h"
@@ -36,9 +37,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     kv::Puerta puerta(ajustes, bucle.reloj(), [](const std::string&) {});
     puerta.releer();
     exigir(!puerta.puedeEntrar("no es ip") || puerta.puedeEntrar("203.0.113.77"));
+    exigir(ajustes.defecto().empty() || !puerta.puedeEntrar("203.0.113.77"));
     exigir(puerta.plazoDeLogin() >= 0);
     for (const kv::AjusteNumerico& a : kv::ajustesNumericos())
         static_cast<void>(ajustes.leerTiempo(a, {}));
     exigir(archivos.contenido("/kv/sis_config.ini") == escrito);
+
+    kv::ArchivosSimulados otros;
+    otros.poner("/kv/sis_config.ini", "[DRIVER_KV2200]\r\nEscucha_Clientes_Permitidos=10.0.0.1\r\n"
+                                      "Escucha_Solo_Lectura=1\r\n");
+    kv::Ajustes cerrados(otros, "/kv");
+    kv::Puerta cerrada(cerrados, bucle.reloj(), [](const std::string&) {});
+    cerrada.releer();
+    otros.poner("/kv/sis_config.ini", contenido);
+    cerrados.vueltaNueva();
+    cerrada.releer();
+    exigir(cerrados.defecto().empty() ||
+           (cerrada.soloLectura() && !cerrada.puedeEntrar("203.0.113.77")));
+    static_cast<void>(cerrados.leerConfiguracion("VER", "0"));
+    exigir(cerrados.defecto().empty() || otros.contenido("/kv/sis_config.ini") == contenido);
     return 0;
 }

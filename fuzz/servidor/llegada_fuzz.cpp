@@ -13,9 +13,10 @@ void exigir(bool cierto) {
     if (!cierto) std::abort();
 }
 
-kv::Tramas alPieDeLaLetra(std::string texto, const kv::Marcas& marcas) {
+kv::Tramas alPieDeLaLetra(std::string texto, const kv::Marcas& marcas,
+                          std::size_t maximo = static_cast<std::size_t>(-1)) {
     kv::Tramas t;
-    for (;;) {
+    while (t.contenidos.size() < maximo) {
         const auto abre = kv::buscarSinCaja(texto, marcas.abre);
         if (abre == std::string::npos) break;
         const auto desde = abre + marcas.abre.size();
@@ -33,6 +34,9 @@ void comparar(const std::string& texto, const kv::Marcas& marcas) {
     const kv::Tramas t = kv::extraerTramas(texto, marcas);
     const kv::Tramas debido = alPieDeLaLetra(texto, marcas);
     exigir(t.contenidos == debido.contenidos && t.resto == debido.resto);
+    const std::size_t mitad = t.contenidos.size() / 2;
+    exigir(kv::extraerTramas(texto, marcas, mitad).resto ==
+           alPieDeLaLetra(texto, marcas, mitad).resto);
 }
 
 } // namespace

@@ -19,6 +19,22 @@ constexpr std::array kAjustesNumericos = {
 
 constexpr std::size_t kMaximoDeCopias = 8;
 
+bool esTexto(std::string_view contenido) {
+    return !contenido.starts_with("\xFF\xFE") && !contenido.starts_with("\xFE\xFF") &&
+           contenido.find('\0') == std::string_view::npos;
+}
+
+/// Whether a last line without an end is one that nobody leaves so: a name without a value, half a
+/// title, or a key of the door that says nothing.
+bool esFragmento(const LineaIni& l, std::string_view contenido) {
+    const std::string_view texto = recortar(contenido.substr(l.inicio, l.finDeTexto - l.inicio));
+    if (l.clase == LineaIni::Clase::Seccion) return texto.find(']') == std::string_view::npos;
+    if (l.clase == LineaIni::Clase::Clave)
+        return l.valor.empty() &&
+               igualSinCaja(l.nombre.substr(0, kPrefijoDeEscucha.size()), kPrefijoDeEscucha);
+    return !texto.empty() && texto.front() != ';';
+}
+
 std::string sinSaltos(std::string_view valor) {
     std::string v = windows1252DesdeUtf8(valor);
     for (char& c : v) {
@@ -31,14 +47,37 @@ std::string sinSaltos(std::string_view valor) {
 
 std::span<const AjusteNumerico> ajustesNumericos() { return kAjustesNumericos; }
 
-Ajustes::Ajustes(Archivos& archivos, std::string carpetaDelPrograma)
-    : archivos_(archivos), carpeta_(std::move(carpetaDelPrograma)),
-      archivoDeAjustes_(unirRuta(carpeta_, kArchivoDeAjustes)) {}
+std::string_view defectoDeAjustes(std::string_view contenido, std::string_view antes) {
+    constexpr std::string_view kCortado = "termina a mitad de un renglón: parece a medio copiar";
+    if (recortar(contenido).empty()) return "está vacío";
+    if (!esTexto(contenido)) return "no es un texto en Windows-1252 (¿guardado como UTF-16?)";
+    LectorIni lector(contenido);
+    bool haySeccion = false;
+    while (lector.siguiente())
+        haySeccion = haySeccion || (lector.linea().clase == LineaIni::Clase::Seccion &&
+                                    igualSinCaja(lector.linea().nombre, kSeccionDeAjustes));
+    if (!haySeccion) return "no tiene la sección [DRIVER_KV2200]";
+    if (contenido.back() == '\n') return {};
+    const bool cortado = antes.size() > contenido.size() && antes.starts_with(contenido);
+    return cortado || esFragmento(lector.linea(), contenido) ? kCortado : std::string_view();
+}
 
-const Ajustes::Copia& Ajustes::copia(const std::string& archivo) {
+Ajustes::Ajustes(Archivos& archivos, std::string carpetaDelPrograma, const Reloj* reloj)
+    : archivos_(archivos), reloj_(reloj), carpeta_(std::move(carpetaDelPrograma)),
+      archivoDeAjustes_(archivos.comoEsta(unirRuta(carpeta_, kArchivoDeAjustes))) {}
+
+bool Ajustes::esDeAjustes(std::string_view archivo) const {
+    return igualSinCaja(archivo, archivoDeAjustes_);
+}
+
+const Ajustes::Copia& Ajustes::copia(const std::string& ruta) {
+    const bool propios = esDeAjustes(ruta);
+    const std::string& archivo = propios ? archivoDeAjustes_ : ruta;
     auto lugar = copias_.find(archivo);
     if (lugar == copias_.end()) {
-        if (copias_.size() == kMaximoDeCopias) copias_.clear();
+        // What the settings said last must not be forgotten.
+        if (copias_.size() == kMaximoDeCopias)
+            std::erase_if(copias_, [this](const auto& c) { return !esDeAjustes(c.first); });
         lugar = copias_.emplace(archivo, Copia{}).first;
     }
     Copia& c = lugar->second;
@@ -49,13 +88,72 @@ const Ajustes::Copia& Ajustes::copia(const std::string& archivo) {
     c.huella = huella;
     c.valida = true;
     c.leida = false; // until all of it has been
-    auto contenido = huella.existe ? archivos_.leer(archivo, kMaximoDeArchivo) : std::string();
-    // What cannot be read just now still says what it said: a want of descriptors that lasts a
-    // moment must not put the defaults in force.
-    if (!contenido) return c;
-    c.ini = Ini(std::move(*contenido));
-    c.leida = true;
+    auto contenido = huella.existe
+                         ? archivos_.leer(archivo, propios ? kMaximoDeAjustes : kMaximoDeArchivo)
+                         : std::string();
+    const bool leida = contenido.has_value();
+    if (propios) {
+        adoptar(c, std::move(contenido));
+    } else if (contenido) {
+        // What cannot be read just now still says what it said: a want of descriptors that lasts a
+        // moment must not put the defaults in force.
+        c.ini = Ini(std::move(*contenido));
+    }
+    c.leida = leida;
     return c;
+}
+
+/// The settings file has another content than at the last look, or none.
+void Ajustes::adoptar(Copia& c, std::optional<std::string> contenido) {
+    const bool primera = saber_ == Saber::Nada;
+    if (!c.huella.existe && saber_ != Saber::Hubo) {
+        saber_ = Saber::NuncaHubo;
+        return;
+    }
+    saber_ = Saber::Hubo;
+    if (!c.huella.existe)
+        defecto_ = "ya no está";
+    else if (!contenido)
+        defecto_ = "no se puede leer o tiene más de 4 MiB";
+    else
+        defecto_ = defectoDeAjustes(*contenido, c.ini.contenido());
+    const bool nuestro = contenido && !escrito_.empty() && *contenido == escrito_;
+    if (!nuestro && !(primera && defecto_.empty())) {
+        asentados_ = false;
+        cambioMs_ = reloj_ != nullptr ? reloj_->monotonicoMs() : 0;
+    }
+    if (!defecto_.empty()) {
+        // There is nothing better to read: a project may be named all the same.
+        if (!entero_ && contenido) c.ini = Ini(std::move(*contenido));
+        return;
+    }
+    c.ini = Ini(std::move(*contenido));
+    entero_ = true;
+    ++cambios_;
+}
+
+std::string_view Ajustes::defecto() {
+    static_cast<void>(ajustes());
+    return defecto_;
+}
+
+bool Ajustes::conocidos() {
+    static_cast<void>(ajustes());
+    return entero_ || saber_ == Saber::NuncaHubo;
+}
+
+bool Ajustes::asentados() {
+    static_cast<void>(ajustes());
+    if (!asentados_)
+        asentados_ = reloj_ == nullptr || reloj_->monotonicoMs() - cambioMs_ >= kSegundaMiradaMs;
+    return asentados_ && defecto_.empty();
+}
+
+const std::string& Ajustes::contenido() { return ajustes().ini.contenido(); }
+
+std::uint64_t Ajustes::cambios() {
+    static_cast<void>(ajustes());
+    return cambios_;
 }
 
 std::string Ajustes::leerIni(const std::string& archivo, std::string_view seccion,
@@ -70,23 +168,27 @@ std::size_t Ajustes::lineaDe(const std::string& archivo, std::string_view seccio
     return hallazgo ? hallazgo->linea : 0;
 }
 
-bool Ajustes::ilegible(const std::string& archivo) {
-    const Copia& c = copia(archivo);
-    return c.huella.existe && !c.leida;
-}
-
 bool Ajustes::intentarEscribir(const std::string& archivo, std::string_view seccion,
                                std::string_view clave, std::string_view valor) {
     if (!escribe_) return false;
+    const bool propios = esDeAjustes(archivo);
+    const Copia& vista = copia(archivo);
+    const bool hay = archivos_.huella(archivo).existe;
+    if (propios && (!defecto_.empty() || (!hay && saber_ == Saber::Hubo))) return false;
     std::string contenido;
-    if (archivos_.huella(archivo).existe) {
+    if (hay) {
         // Read afresh: what others wrote since the last look must not be undone.
         auto leido = archivos_.leer(archivo, kMaximoDeArchivo);
-        if (!leido) return false;
+        if (!leido || !esTexto(*leido)) return false;
+        if (propios && !defectoDeAjustes(*leido, vista.ini.contenido()).empty()) return false;
+        // Half a file that we end properly would pass for a whole one.
+        if (propios && !leido->ends_with('\n') && !asentados()) return false;
         contenido = std::move(*leido);
     }
-    if (!archivos_.reemplazar(archivo, iniConClave(contenido, seccion, clave, sinSaltos(valor))))
-        return false;
+    const bool soloNuestro = asentados_ && contenido == vista.ini.contenido();
+    std::string nuevo = iniConClave(contenido, seccion, clave, sinSaltos(valor));
+    if (!archivos_.reemplazar(archivo, nuevo)) return false;
+    if (propios) escrito_ = soloNuestro ? std::move(nuevo) : std::string();
     for (auto& [ruta, c] : copias_) {
         if (igualSinCaja(ruta, archivo)) c.valida = false;
     }
@@ -101,8 +203,8 @@ void Ajustes::escribirIni(const std::string& archivo, std::string_view seccion,
 std::string Ajustes::leerConfiguracion(std::string_view clave, std::string_view porDefecto) {
     std::string texto = leerIni(archivoDeAjustes_, kSeccionDeAjustes, clave, "");
     if (!texto.empty() || porDefecto.empty()) return texto;
-    // Whether the key is missing is not known, and what it says must not be overwritten.
-    if (ilegible(archivoDeAjustes_)) return std::string(porDefecto);
+    // A file that changed just now may be half copied: writing to it would keep it so.
+    if (!asentados()) return std::string(porDefecto);
     const HuellaDeArchivo huella = copia(archivoDeAjustes_).huella;
     if (huella != huellaNegada_) negados_.clear();
     if (!negados_.contains(clave) &&

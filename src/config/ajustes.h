@@ -2,6 +2,7 @@
 
 #include "config/ini.h"
 #include "platform/archivos.h"
+#include "platform/reloj.h"
 
 #include <functional>
 #include <map>
@@ -14,6 +15,13 @@ namespace kv {
 
 inline constexpr std::string_view kArchivoDeAjustes = "sis_config.ini";
 inline constexpr std::string_view kSeccionDeAjustes = "DRIVER_KV2200";
+/// What begins the name of a key of the client's door.
+inline constexpr std::string_view kPrefijoDeEscucha = "Escucha_";
+/// A larger settings file is none.
+inline constexpr std::size_t kMaximoDeAjustes = std::size_t{4} << 20;
+/// So long a settings file must have stayed the same before what it lacks counts as taken out: it
+/// may be half copied.
+inline constexpr std::int64_t kSegundaMiradaMs = 5000;
 
 /// A setting that is a number: what it is when the file says nothing, and the range outside which
 /// it would stop a timer for ever, spin it or mean nothing.
@@ -64,20 +72,29 @@ inline constexpr AjusteNumerico kVigenciaDeEscrituras{"Escritura_Vigencia_Segund
 using AvisoDeAjuste =
     std::function<void(std::string_view clave, const std::string& texto, double usado)>;
 
+/// Why a content cannot be a whole settings file, after "el archivo"; nothing for one that can.
+/// `antes` is the last one that could: a beginning of it without a line end is cut off.
+[[nodiscard]] std::string_view defectoDeAjustes(std::string_view contenido, std::string_view antes);
+
 /// The settings of the driver and every other INI file. Files are parsed once per content, and
 /// looked at once per turn of the loop; what another program writes is seen in the next turn. Texts
 /// are UTF-8, files Windows-1252. Nothing throws.
+///
+/// A settings file that goes, or that cannot be a whole one any more, still says what it said, and
+/// nothing is written to it: it may be on its way, and what it said may have closed a door. A
+/// missing one is made only if it was missing from the start.
 class Ajustes {
   public:
-    /// `archivos` must outlive this object.
-    Ajustes(Archivos& archivos, std::string carpetaDelPrograma);
+    /// `archivos` and `reloj` must outlive this object. Without a clock every settings file counts
+    /// as one that has long stayed the same.
+    Ajustes(Archivos& archivos, std::string carpetaDelPrograma, const Reloj* reloj = nullptr);
 
     /// `porDefecto` when the file, the section or the key is missing; a value is cut to 254
     /// characters.
     [[nodiscard]] std::string leerIni(const std::string& archivo, std::string_view seccion,
                                       std::string_view clave, std::string_view porDefecto);
     /// Creates file, section and key as needed; line breaks become blanks. Failures are ignored,
-    /// and a file that exists but cannot be read is left alone.
+    /// and a file that exists but cannot be read, or is no text of Windows-1252, is left alone.
     void escribirIni(const std::string& archivo, std::string_view seccion, std::string_view clave,
                      std::string_view valor);
     /// A key of the settings file; one that is missing or empty is written with its default.
@@ -93,8 +110,18 @@ class Ajustes {
     /// Line of a value, 0 when there is none.
     [[nodiscard]] std::size_t lineaDe(const std::string& archivo, std::string_view seccion,
                                       std::string_view clave);
-    /// Whether the file is there and could not be read, or is too large to be.
-    [[nodiscard]] bool ilegible(const std::string& archivo);
+
+    /// What is wrong with the settings file as a whole, as it is now; empty if nothing is, or if it
+    /// has been missing from the start.
+    [[nodiscard]] std::string_view defecto();
+    /// Whether it is known what the settings are: a whole file was read, or there was none when
+    /// the program began.
+    [[nodiscard]] bool conocidos();
+    /// Whether what the file lacks may count as taken out of it.
+    [[nodiscard]] bool asentados();
+    /// The last whole content, else what there is; `cambios` counts the whole ones.
+    [[nodiscard]] const std::string& contenido();
+    [[nodiscard]] std::uint64_t cambios();
     /// To be called at the end of every turn of the loop: allows the next look at the files.
     void vueltaNueva() { ++vuelta_; }
     /// From now on nothing is written, as on a read-only disk.
@@ -112,16 +139,22 @@ class Ajustes {
         bool valida = false;
         bool leida = false; ///< false: could not be read, which is tried again every turn
     };
+    /// What is known of the settings file.
+    enum class Saber : std::uint8_t { Nada, NuncaHubo, Hubo };
     struct Numero {
         double ultimoBueno = 0;
         std::string malo; ///< the bad text that was told last
     };
 
     [[nodiscard]] const Copia& copia(const std::string& archivo);
+    void adoptar(Copia& c, std::optional<std::string> contenido);
+    [[nodiscard]] bool esDeAjustes(std::string_view archivo) const;
+    [[nodiscard]] const Copia& ajustes() { return copia(archivoDeAjustes_); }
     bool intentarEscribir(const std::string& archivo, std::string_view seccion,
                           std::string_view clave, std::string_view valor);
 
     Archivos& archivos_;
+    const Reloj* reloj_;
     std::string carpeta_;
     std::string archivoDeAjustes_;
     std::map<std::string, Copia, std::less<>> copias_;
@@ -132,6 +165,14 @@ class Ajustes {
     HuellaDeArchivo huellaNegada_;
     std::uint64_t vuelta_ = 1;
     bool escribe_ = true;
+
+    Saber saber_ = Saber::Nada;
+    std::string_view defecto_;  ///< of the settings file at the last look
+    bool entero_ = false;       ///< a whole one was read
+    std::uint64_t cambios_ = 0; ///< whole contents so far
+    bool asentados_ = true;     ///< the content has stayed the same for long enough
+    std::int64_t cambioMs_ = 0; ///< when it last did not
+    std::string escrito_;       ///< what we made of a content that had stayed the same
 };
 
 } // namespace kv

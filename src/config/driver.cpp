@@ -285,18 +285,18 @@ void leerDriverDeTexto(std::string_view contenido, const std::string& ruta,
 void leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
                                ListasDeConfiguracion& listas, Problemas& problemas) {
     listas = {};
-    listas.archivo = ruta;
+    listas.archivo = archivos.comoEsta(ruta);
     const HuellaDeArchivo huella = archivos.huella(ruta);
     if (!huella.existe)
-        return problemas.agregar(ruta, 0, "no existe el archivo de configuración",
+        return problemas.agregar(listas.archivo, 0, "no existe el archivo de configuración",
                                  "no se construye nada");
     const auto contenido = archivos.leer(ruta, kMaximoDeArchivo);
     if (!contenido)
-        return problemas.agregar(ruta, 0,
+        return problemas.agregar(listas.archivo, 0,
                                  huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
                                                                  : "el archivo no se puede leer",
                                  "no se construye nada");
-    leerDriverDeTexto(*contenido, ruta, listas, problemas);
+    leerDriverDeTexto(*contenido, std::string(listas.archivo), listas, problemas);
 }
 
 } // namespace kv

@@ -324,11 +324,12 @@ void leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExpo
                                  ListasDeConfiguracion& listas, Problemas& problemas,
                                  const MensajeDeError& mensaje) {
     listas = {};
-    listas.archivo = rutaExportacion;
+    listas.archivo = archivos.comoEsta(rutaExportacion);
     const HuellaDeArchivo huella = archivos.huella(rutaExportacion);
     const auto contenido = archivos.leer(rutaExportacion, kMaximoDeArchivo);
     if (contenido)
-        return leerProyectoDeTexto(*contenido, rutaExportacion, listas, problemas, mensaje);
+        return leerProyectoDeTexto(*contenido, std::string(listas.archivo), listas, problemas,
+                                   mensaje);
     fallar(0,
            huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
                                            : "el archivo no se puede leer",

@@ -2,6 +2,7 @@
 
 #include "text/windows1252.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace kv {
@@ -22,11 +23,7 @@ std::string textoDeProblema(const Problema& problema) {
 
 std::string rutaLegible(std::string_view ruta) {
     std::string texto(ruta);
-    if (texto.starts_with('/') || texto.starts_with("./")) {
-        for (char& c : texto) {
-            if (c == '\\') c = '/';
-        }
-    }
+    std::replace(texto.begin(), texto.end(), '\\', '/');
     return texto;
 }
 

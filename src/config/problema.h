@@ -36,7 +36,7 @@ class Problemas {
 /// "FILE:LINE: what; consequence".
 [[nodiscard]] std::string textoDeProblema(const Problema& problema);
 
-/// A path as this machine shows it: from a folder with "/" separators, all are "/".
+/// A path as this machine writes it, whatever separates its folders where it comes from.
 [[nodiscard]] std::string rutaLegible(std::string_view ruta);
 
 /// Bytes of a field file as a message quotes them: in quotes, in UTF-8, at most 60 characters, none

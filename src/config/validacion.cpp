@@ -3,7 +3,9 @@
 #include "config/direccion.h"
 #include "core/tables/bases.h"
 #include "link/Modulo_Tramas_KV2200.h"
+#include "platform/maquina.h"
 #include "text/numeros.h"
+#include "text/texto.h"
 #include "text/windows1252.h"
 
 #include <algorithm>
@@ -50,7 +52,11 @@ class Validador {
     std::size_t conexionDe(const Estacion& e);
     bool alcanzable(const Estacion& e, std::size_t linea);
     void bloques();
+    /// Sets `registros_`.
     Suerte bloque(std::size_t i);
+    void repeticiones(const ConfiguracionDeBloque& b, std::size_t estacion, std::size_t linea);
+    std::uint32_t lineaDeQuienYa(const ConfiguracionDeBloque& b, std::size_t estacion,
+                                 const std::string& registro, std::size_t linea);
     const Destino* destinoDe(const ConfiguracionDeBloque& b, std::size_t linea);
     bool cantidades(const ConfiguracionDeBloque& b, std::size_t linea);
     bool sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea);
@@ -68,7 +74,11 @@ class Validador {
     std::unordered_map<std::string, std::size_t> conexiones_;
     std::unordered_set<std::uint64_t> indices_; ///< connection and indice
     std::unordered_map<std::uint64_t, Destino> destinos_;
-    std::unordered_set<std::string> claves_;
+    std::vector<std::string> registros_; ///< of the present block
+    /// The lines of those that have been built, by station and register, and by name where the
+    /// address is no register.
+    std::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_;
+    std::unordered_map<std::string, std::uint32_t> lineasDeNombres_;
     std::string traza_;
 };
 
@@ -172,7 +182,8 @@ Suerte Validador::estacion(std::size_t i) {
 
 std::size_t Validador::conexionDe(const Estacion& e) {
     const auto [lugar, nueva] =
-        conexiones_.try_emplace(claveDeConexion(e.ip, e.puertoTCP), v_.conexiones.size());
+        conexiones_.try_emplace(claveDeConexion(recortar(e.ip), recortar(e.puertoTCP)),
+                                v_.conexiones.size());
     if (nueva) v_.conexiones.push_back({e.ip, e.puertoTCP, e.puerto, {}, 0, 0});
     return lugar->second;
 }
@@ -180,11 +191,13 @@ std::size_t Validador::conexionDe(const Estacion& e) {
 bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
     const std::string nombre = "la estación PLC " + std::to_string(e.numero);
     const std::string consecuencia = "su conexión nunca se establece: sus bloques quedan BAD";
-    const bool ip = esIPv4(e.ip);
+    const bool ip = claseDeMaquina(recortar(e.ip)) != ClaseDeMaquina::Ninguna;
     if (!ip)
-        problema(linea, nombre + " tiene la Ip " + citarTexto(e.ip) + ", que no es IPv4",
+        problema(linea,
+                 nombre + " tiene la Ip " + citarTexto(e.ip) +
+                     ", que no es IPv4, ni IPv6, ni el nombre de una máquina",
                  consecuencia);
-    if (puertoTcpDeTexto(e.puertoTCP)) return ip;
+    if (puertoTcpDeTexto(recortar(e.puertoTCP))) return ip;
     problema(linea,
              nombre + " tiene el puerto TCP " + citarTexto(e.puertoTCP) +
                  ", que no es un entero de 1 a 65535",
@@ -194,10 +207,10 @@ bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
 
 void Validador::bloques() {
     v_.bloques.reserve(listas_.bloques.size());
-    claves_.reserve(listas_.bloques.size());
+    v_.estacionDeBloque.resize(listas_.bloques.size());
     for (std::size_t i = 0; i < listas_.bloques.size(); ++i) {
-        const double total = v_.variables + listas_.bloques[i].cantidad;
         const Suerte suerte = bloque(i);
+        const double total = v_.variables + static_cast<double>(registros_.size());
         if (suerte != Suerte::NoConstruir && total > kMaximoDeVariables) {
             problema(listas_.lineasDeBloques[i],
                      "con este bloque la planta pasa de " + textoDeNumero(kMaximoDeVariables) +
@@ -211,9 +224,11 @@ void Validador::bloques() {
         if (suerte == Suerte::NoConstruir) continue;
         const ConfiguracionDeBloque& b = listas_.bloques[i];
         const auto numero = static_cast<std::int16_t>(b.plc);
-        ConexionPrevista& c = v_.conexiones[destinos_.at(llave(b.puerto, numero)).conexion];
+        const Destino& d = destinos_.at(llave(b.puerto, numero));
+        ConexionPrevista& c = v_.conexiones[d.conexion];
+        v_.estacionDeBloque[i] = d.estacion;
         ++c.bloques;
-        c.variables += b.cantidad;
+        c.variables += static_cast<double>(registros_.size());
         ++v_.bloquesConstruidos;
         v_.variables = total;
     }
@@ -265,19 +280,54 @@ const Destino* Validador::destinoDe(const ConfiguracionDeBloque& b, std::size_t 
 Suerte Validador::bloque(std::size_t i) {
     const ConfiguracionDeBloque& b = listas_.bloques[i];
     const std::size_t linea = listas_.lineasDeBloques[i];
+    registros_.clear();
     if (b.puerto <= 0) return Suerte::NoConstruir; // told with its port
     const Destino* d = destinoDe(b, linea);
     if (d == nullptr || !cantidades(b, linea)) return Suerte::NoConstruir;
+    registros_ = registrosDeBloque(b.direccion, b.cantidad);
     const std::string clave = claveDeBloque(b.puerto, b.plc, b.direccion);
     if (!nombrePublicable(nombreDeScript(clave)))
         problema(linea,
                  "el nombre " + citarTexto(nombreDeScript(clave)) +
                      " no sirve de variable del guión",
                  "se construye y no se publica");
-    if (!claves_.insert(clave).second)
-        problema(linea, "el bloque " + citarTexto(clave) + " está repetido",
-                 "se construyen los dos, con el mismo nombre");
+    repeticiones(b, d->estacion, linea);
     return sondeable(b, *d, linea) ? Suerte::Construir : Suerte::SinSondeo;
+}
+
+/// Names are told apart by scripts whatever their letter case, registers by their number: "1F" is
+/// "1f", and "10" asks for the same as "010".
+void Validador::repeticiones(const ConfiguracionDeBloque& b, std::size_t estacion,
+                             std::size_t linea) {
+    std::size_t cuantas = 0;
+    std::string primera;
+    std::uint32_t deQuien = 0;
+    for (const std::string& registro : registros_) {
+        const std::uint32_t ya = lineaDeQuienYa(b, estacion, registro, linea);
+        if (ya == 0 || ++cuantas > 1) continue;
+        primera = claveDeBloque(b.puerto, b.plc, registro);
+        deQuien = ya;
+    }
+    if (cuantas == 0) return;
+    std::string que = "el registro " + citarTexto(primera);
+    if (cuantas > 1) que += " y " + std::to_string(cuantas - 1) + " más del bloque";
+    que += cuantas > 1 ? " están repetidos" : " está repetido";
+    problema(linea, que + ": ya lo pide la línea " + std::to_string(deQuien),
+             "se construyen los dos, con el mismo nombre si sólo cambian las mayúsculas");
+}
+
+std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::size_t estacion,
+                                        const std::string& registro, std::size_t linea) {
+    const auto esta = static_cast<std::uint32_t>(linea);
+    const auto numero = hexadecimal(registro);
+    if (numero && *numero <= 0xFF) {
+        const auto [r, nuevo] =
+            lineasDeRegistros_.try_emplace(std::uint64_t{estacion} << 8 | *numero, esta);
+        return nuevo ? 0 : r->second;
+    }
+    const auto [n, nuevo] = lineasDeNombres_.try_emplace(
+        minusculas(nombreDeScript(claveDeBloque(b.puerto, b.plc, registro))), esta);
+    return nuevo ? 0 : n->second;
 }
 
 bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
@@ -286,6 +336,13 @@ bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std:
                  "se construye y nunca se sondea: queda BAD");
         return false;
     }
+    const auto caben = static_cast<double>(registros_.size());
+    if (caben < b.cantidad)
+        problema(linea,
+                 "el bloque " + citarTexto(claveDeBloque(b.puerto, b.plc, b.direccion)) + " de " +
+                     textoDeNumero(b.cantidad) + " registros pasa de FF",
+                 "se construyen los " + textoDeNumero(caben) + " que caben, y no los otros " +
+                     textoDeNumero(b.cantidad - caben));
     return v_.estaciones[d.estacion] == Suerte::Construir;
 }
 

@@ -10,8 +10,8 @@
 namespace kv {
 
 inline constexpr double kMaximoDeNivel = 10'000;
-inline constexpr double kMaximoDeCantidad = 10'000;     ///< variables of one block
-inline constexpr double kMaximoDeVariables = 1'000'000; ///< of the whole plant
+inline constexpr double kMaximoDeCantidad = 10'000;     ///< registers of one block
+inline constexpr double kMaximoDeVariables = 1'000'000; ///< of the whole plant, one a register
 
 /// What becomes of a configuration record.
 enum class Suerte : std::uint8_t {
@@ -35,6 +35,8 @@ struct Validacion {
     std::vector<Suerte> puertos;
     std::vector<Suerte> estaciones;
     std::vector<Suerte> bloques;
+    /// The index of the station in the lists for every block that is built.
+    std::vector<std::size_t> estacionDeBloque;
     std::vector<ConexionPrevista> conexiones;
     std::size_t bloquesConstruidos = 0;
     double variables = 0;

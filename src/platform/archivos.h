@@ -22,14 +22,18 @@ struct HuellaDeArchivo {
 class Archivos {
   public:
     virtual ~Archivos() = default;
-    /// True for anything whose attributes can be read, a folder too.
+    /// The path as the system writes it, for a message by which somebody is to find the file.
+    [[nodiscard]] virtual std::string comoEsta(const std::string& ruta) { return ruta; }
+    /// True for anything whose attributes can be read, a folder and a link to nothing too.
     [[nodiscard]] virtual bool existe(const std::string& ruta) = 0;
     [[nodiscard]] virtual HuellaDeArchivo huella(const std::string& ruta) = 0;
     /// The whole content; nothing when it cannot be read or is larger than `maximo` bytes.
     [[nodiscard]] virtual std::optional<std::string> leer(const std::string& ruta,
                                                           std::size_t maximo) = 0;
     /// Replaces the content so that a reader sees the old or the new file, whole, also after an end
-    /// of the process at any moment. False too while another process is replacing it.
+    /// of the process at any moment. Owner, group and mode stay. A file that cannot be replaced
+    /// (mounted, another's, in a folder that may not be written to) is written over in its place.
+    /// False too while another process is replacing it.
     virtual bool reemplazar(const std::string& ruta, std::string_view contenido) = 0;
     /// Opens for appending, writes whole lines in one piece, closes. A last line that an end in the
     /// middle of writing left without its end gets it first, so that it spoils no other one.

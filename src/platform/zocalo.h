@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,6 +49,10 @@ class Zocalo {
     virtual void escuchar(const std::string& ip, std::uint32_t puerto) = 0;
     /// Only inside `alPedirConexion`: stops listening and takes the link: state 7.
     virtual void aceptar() = 0;
+    /// Only inside `alPedirConexion`: takes the link into a new socket, state 7 or 9, and listens
+    /// on. Never null.
+    [[nodiscard]] virtual std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                                std::size_t indice) = 0;
     virtual void cerrar() = 0;
     /// Closes so that nothing which has not left yet leaves any more, neither from the queue nor
     /// from the kernel, which after `cerrar` goes on sending for as long as it takes. The peer sees

@@ -71,8 +71,8 @@ class Hechas {
 /// text across it can only have gone with a frame later than that.
 class Extractor {
   public:
-    explicit Extractor(const Marcas& marcas)
-        : abre_(minusculas(marcas.abre)), cierra_(minusculas(marcas.cierra)),
+    Extractor(const Marcas& marcas, std::size_t maximo)
+        : maximo_(maximo), abre_(minusculas(marcas.abre)), cierra_(minusculas(marcas.cierra)),
           cola_(marcas.cierra.ends_with(marcas.abre) ? marcas.abre.size() : 0) {}
 
     Tramas extraer(std::string_view llegada) {
@@ -106,7 +106,8 @@ class Extractor {
             ++tramas_.repetidas;
             return cortar(igual, numero);
         }
-        const std::size_t inicio = primeraAbierta(cierre);
+        const bool basta = tramas_.contenidos.size() == maximo_;
+        const std::size_t inicio = basta ? kNinguna : primeraAbierta(cierre);
         if (inicio == kNinguna) {
             tramo_ = texto_.size();
             inicio_ = buscado_ = tramo_ - cola_;
@@ -175,6 +176,7 @@ class Extractor {
         return lugar - std::min(lugar, abre_.size() - 1);
     }
 
+    std::size_t maximo_; ///< frames to take
     std::string abre_;
     std::string cierra_;
     std::size_t
@@ -192,8 +194,8 @@ class Extractor {
 
 } // namespace
 
-Tramas extraerTramas(std::string_view llegada, const Marcas& marcas) {
-    return Extractor(marcas).extraer(llegada);
+Tramas extraerTramas(std::string_view llegada, const Marcas& marcas, std::size_t maximo) {
+    return Extractor(marcas, maximo).extraer(llegada);
 }
 
 } // namespace kv

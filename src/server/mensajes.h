@@ -39,8 +39,10 @@ struct Tramas {
 /// closing one after it, and with every frame also all others of exactly its text (whatever the
 /// letter case). So "1, 0, 1" written to one address in one arrival writes 1, 0. Text that closes
 /// up around a frame taken out may form marks anew. One pass over the arrival; of frames nested in
-/// hundreds equal ones may come more than once, so that the time stays linear.
-[[nodiscard]] Tramas extraerTramas(std::string_view llegada, const Marcas& marcas);
+/// hundreds equal ones may come more than once, so that the time stays linear. After `maximo`
+/// frames the arrival is left as it then stands.
+[[nodiscard]] Tramas extraerTramas(std::string_view llegada, const Marcas& marcas,
+                                   std::size_t maximo = static_cast<std::size_t>(-1));
 
 /// Takes every `palabra` out of `texto`, whatever its letter case; false when there was none.
 bool quitarPalabra(std::string& texto, std::string_view palabra);

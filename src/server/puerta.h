@@ -1,42 +1,40 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "config/escucha.h"
 #include "platform/reloj.h"
 
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kv {
 
-/// A set of IPv4 addresses that share their first bits.
-struct RedPermitida {
-    std::uint32_t direccion = 0;
-    std::uint32_t mascara = 0;
-};
-
 /// Who may come in, and what a client may do: settings that are read and never written, each with a
-/// default that changes nothing for a client that behaves. A settings file that cannot be read
-/// leaves things as they were, and admits nobody if it never could be read.
+/// default that changes nothing for a client that behaves. What once closed the door keeps it
+/// closed: a settings file that is no whole one leaves things as they were, and admits nobody if it
+/// never was one; a key that is gone counts as gone when the file has stayed so for seconds.
 class Puerta {
   public:
-    /// Told once for every text that makes no sense.
+    /// Told once for everything that makes no sense.
     using Queja = std::function<void(const std::string&)>;
     Puerta(Ajustes& ajustes, const Reloj& reloj, Queja queja);
 
     /// Looks at the settings again.
     void releer();
 
-    [[nodiscard]] const std::string& direccionDeEscucha() const { return direccion_; }
+    /// Where to listen; empty: nowhere, as nobody would be let in.
+    [[nodiscard]] std::string_view direccionDeEscucha() const;
     [[nodiscard]] bool puedeEntrar(std::string_view ip) const;
     /// Whether a client is told nothing before its password was right.
-    [[nodiscard]] bool exigeLogin() const { return exigeLogin_; }
+    [[nodiscard]] bool exigeLogin() const { return escucha_.exigeLogin; }
     /// Seconds that a client has for its password; 0: any time.
-    [[nodiscard]] double plazoDeLogin() const { return plazoDeLogin_; }
-    [[nodiscard]] bool soloLectura() const { return soloLectura_; }
+    [[nodiscard]] double plazoDeLogin() const { return escucha_.plazoDeLogin; }
+    [[nodiscard]] bool soloLectura() const { return escucha_.soloLectura || escucha_.cerrada; }
     /// Counts a write; false when there were too many within this second.
     [[nodiscard]] bool admiteOtraEscritura();
 
@@ -51,39 +49,23 @@ class Puerta {
         std::int64_t pausaHastaMs = -1;
         double cuantos = 0;
     };
-    [[nodiscard]] bool mirarAjustes();
-    [[nodiscard]] std::string texto(std::string_view clave) const;
-    [[nodiscard]] bool encendido(std::string_view clave);
-    [[nodiscard]] double numero(std::string_view clave, double porDefecto, double maximo);
-    void leerPermitidos();
-    void quejarse(std::string_view clave, const std::string& valor, std::string_view que);
+    void decirDefecto(std::string_view defecto);
+    void adoptar(ClavesDeEscucha nuevas);
 
     Ajustes& ajustes_;
     const Reloj& reloj_;
     Queja queja_;
-    std::map<std::string, std::string, std::less<>>
-        quejas_; ///< by key, the text complained of last
-    HuellaDeArchivo huella_;
-    bool legibles_ = false;
-    Ini ini_; ///< the file when it could last be read
+    std::string_view defecto_;           ///< of the settings file, as it was told last
+    std::set<std::string> quejas_;       ///< about the keys in force
+    std::optional<std::uint64_t> leido_; ///< the settings' content that was read last
+    bool falta_ = false;                 ///< what it lacks may still come to count
 
-    std::string direccion_ = "0.0.0.0";
-    std::string permitidos_;
-    std::vector<RedPermitida> redes_;
-    bool todos_ = false; ///< no list: everybody may come in
-    bool exigeLogin_ = false;
-    bool soloLectura_ = false;
-    double plazoDeLogin_ = 0;
-    double clavesPorMinuto_ = 10;
-    double pausaPorClaves_ = 60;
-    double escriturasPorSegundo_ = 0;
+    ClavesDeEscucha claves_; ///< in force
+    Escucha escucha_;
 
     std::map<std::string, Intentos, std::less<>> intentos_; ///< by address of the client
     std::int64_t segundoMs_ = 0;
     double escrituras_ = 0; ///< in the second that began then
 };
-
-/// "10.0.0.9" or "10.0.0.0/24"; nothing for any other text.
-[[nodiscard]] std::optional<RedPermitida> redDeTexto(std::string_view texto);
 
 } // namespace kv

@@ -41,14 +41,12 @@ std::string_view textoDeEstado(EstadoZocalo estado) {
 FrmServerTCP::FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes, Vista& vista,
                            ArchivoLog& log, OrdenesDelCliente& ordenes)
     : bucle_(bucle), tablas_(tablas), ajustes_(ajustes), vista_(vista), log_(log, bucle.reloj()),
-      puerta_(ajustes, bucle.reloj(),
-              [this](const std::string& queja) { log_.escribir("Ajustes", queja); }),
+      puerta_(ajustes, bucle.reloj(), [this](const std::string& queja) { quejarse(queja); }),
       sesion_(bucle, tablas, vista, log_, puerta_, ordenes, *this),
       wsEscucha_(bucle.crearZocalo(*this, 0)),
       TimerEstado_(bucle.crearTemporizador([this] { TimerEstado_Timer(); })),
       timer_keep_Alive_(bucle.crearTemporizador([this] { timer_keep_Alive_Timer(); })),
       timerDeSincronizmo_(bucle.crearTemporizador([this] { timerDeSincronizmo_Timer(); })) {
-    wsEscucha_->agruparEnvios(true);
     TimerEstado_->fijarIntervalo(kEstadoMs);
     timer_keep_Alive_->fijarIntervalo(kKeepAliveInicialMs);
     timerDeSincronizmo_->fijarIntervalo(kSincronismoMs);
@@ -56,11 +54,18 @@ FrmServerTCP::FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes,
 
 void FrmServerTCP::Form_Load() {
     leerAjustesDeConexion();
+    empezando_ = false;
     vista_.servidor.lblPuertoServidor.poner("Puerto " + textoDeNumero(puertoEscucha_));
     escuchar();
     timerDeSincronizmo_->habilitar(true);
     TimerEstado_->habilitar(true);
     timer_keep_Alive_->habilitar(true);
+}
+
+/// Whoever starts the driver is told as well.
+void FrmServerTCP::quejarse(const std::string& queja) {
+    log_.escribir("Ajustes", queja);
+    if (empezando_) vista_.mostrarMensaje(queja, "Ajustes");
 }
 
 double FrmServerTCP::ajuste(const AjusteNumerico& cual) {
@@ -79,15 +84,17 @@ void FrmServerTCP::leerAjustesDeConexion() {
     separadores_.sobre =
         windows1252DesdeUtf8(ajustes_.leerConfiguracion("tramasSeparador", Separadores{}.sobre));
     if (separadores_.campo.size() + separadores_.sobre.size() != largo)
-        wsEscucha_->limitarCola(limiteDeCola());
+        sala_.conTodas([this](Visita& v) { v.zocalo->limitarCola(limiteDeCola()); });
     puerta_.releer();
 }
 
 void FrmServerTCP::escuchar() {
     if (wsEscucha_->estado() == EstadoZocalo::Escuchando) return;
     const auto puerto = static_cast<std::uint32_t>(puertoEscucha_);
-    wsEscucha_->escuchar(puerta_.direccionDeEscucha(), puerto);
+    const std::string direccion(puerta_.direccionDeEscucha());
     vista_.servidor.lblPuertoServidor.poner("Puerto " + textoDeNumero(puertoEscucha_));
+    if (direccion.empty()) return wsEscucha_->cerrar();
+    wsEscucha_->escuchar(direccion, puerto);
     anotarFallaDeEscucha();
 }
 
@@ -95,88 +102,130 @@ void FrmServerTCP::escuchar() {
 void FrmServerTCP::anotarFallaDeEscucha() {
     std::string falla;
     if (wsEscucha_->estado() == EstadoZocalo::Error)
-        falla = "no se puede escuchar en " + puerta_.direccionDeEscucha() + ":" +
+        falla = "no se puede escuchar en " + std::string(puerta_.direccionDeEscucha()) + ":" +
                 textoDeNumero(puertoEscucha_) + ": " + wsEscucha_->motivo();
     if (falla == fallaDeEscucha_) return;
     fallaDeEscucha_ = falla;
     if (!falla.empty()) log_.escribir("escuchar", falla);
 }
 
-void FrmServerTCP::cerrarYEscuchar() {
-    wsEscucha_->cerrar();
-    escuchar();
-}
-
 void FrmServerTCP::TimerEstado_Timer() {
     leerAjustesDeConexion();
     vigilarPlazoDeLogin();
     log_.alPasarElTiempo();
-    const EstadoZocalo estado = wsEscucha_->estado();
-    vista_.servidor.lblEstado.poner(textoDeEstado(estado));
-    const bool sirve = estado == EstadoZocalo::Escuchando || estado == EstadoZocalo::Conectando ||
-                       estado == EstadoZocalo::Conectado;
-    if (!sirve) escuchar();
+    vista_.servidor.lblEstado.poner(textoDeEstado(zocalo().estado()));
+    // A client that went by itself is seen here, and from now on others may come.
+    if (sala_.hayCliente() && !conectado()) despedir(sala_.primera()->numero);
+    if (!sala_.hayCliente()) escuchar();
 }
 
 void FrmServerTCP::vigilarPlazoDeLogin() {
     const double plazo = puerta_.plazoDeLogin();
-    if (plazo == 0 || !conectado() || sesion_.logueada() || sesion_.edad() < plazo) return;
-    log_.escribir("Login", sesion_.remoto() + ": no se identifico a tiempo, se cierra");
-    cerrarYEscuchar();
+    if (plazo == 0 || sala_.hayCliente()) return;
+    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    sala_.conTodas([&](Visita& v) {
+        if (static_cast<double>(ahora - v.desdeMs) / 1000 < plazo) return;
+        log_.escribir("Login", v.remoto + ": no se identifico a tiempo, se cierra");
+        despedir(v.numero);
+    });
+}
+
+/// Ends what is done for it, and closes.
+void FrmServerTCP::despedir(std::uint64_t numero) {
+    if (sala_.hayCliente()) sesion_.terminar();
+    sala_.despedir(numero);
 }
 
 void FrmServerTCP::timer_keep_Alive_Timer() {
     timer_keep_Alive_->fijarIntervalo(static_cast<std::int64_t>(ajuste(kBaseKeepAlive)));
     const double maximo = ajuste(kMaximosKeepAlive);
     const double intervalos = ajuste(kIntervalosKeepAlive);
-    if (conectado()) {
-        ++tics_;
-        if (tics_ >= intervalos) ++intentos_;
-        const bool ultimo = intentos_ > maximo;
-        // Closing drops what waits for the end of the turn; the client is to see the last one too.
-        if (ultimo) wsEscucha_->agruparEnvios(false);
-        if (tics_ >= intervalos && puedeSaber()) enviar(kKeepAliveDelDriver);
-        wsEscucha_->agruparEnvios(true);
-        if (ultimo) {
-            intentos_ = 0;
-            cerrarYEscuchar();
-        }
-    }
-    vista_.servidor.lblKeepALive.poner("Intentos: " + textoDeNumero(intentos_) +
-                                       " Maximo: " + textoDeNumero(maximo));
+    if (conectado()) ++tics_;
+    const bool toca = tics_ >= intervalos;
+    sala_.conTodas([&](Visita& v) { contarKeepAlive(v, maximo, toca); });
+    const Visita* oida = sala_.primera();
+    vista_.servidor.lblKeepALive.poner(
+        "Intentos: " + textoDeNumero(oida != nullptr ? oida->intentos : 0) +
+        " Maximo: " + textoDeNumero(maximo));
+    if (!sala_.hayCliente()) escuchar();
     bucle_.dejarCorrerPendientes();
+}
+
+void FrmServerTCP::contarKeepAlive(Visita& visita, double maximo, bool toca) {
+    if (!visita.conectada()) return;
+    if (toca) ++visita.intentos;
+    const bool ultimo = visita.intentos > maximo;
+    const std::uint64_t numero = visita.numero;
+    // Closing drops what waits for the end of the turn; the client is to see the last one too.
+    if (ultimo) visita.zocalo->agruparEnvios(false);
+    if (toca && puedeSaber() && &visita == sala_.primera()) enviar(kKeepAliveDelDriver);
+    if (ultimo) despedir(numero);
 }
 
 void FrmServerTCP::alContestarKeepAlive() {
     tics_ = 0;
-    intentos_ = 0;
+    if (Visita* cliente = sala_.primera()) cliente->intentos = 0;
 }
 
 void FrmServerTCP::alPedirConexion(std::size_t /*indice*/, std::string_view remoto) {
+    if (sala_.hayCliente()) return;
     puerta_.releer();
     if (!puerta_.puedeEntrar(remoto.substr(0, remoto.rfind(':'))))
         return log_.escribir("Conexion", std::string(remoto) + ": no esta entre los permitidos");
-    wsEscucha_->aceptar();
-    wsEscucha_->limitarCola(limiteDeCola());
-    intentos_ = 0; // a newcomer does not answer for its predecessor
-    sesion_.empezar(remoto);
+    std::string salio;
+    Visita& visita =
+        sala_.recibir(*wsEscucha_, *this, remoto, bucle_.reloj().monotonicoMs(), salio);
+    visita.zocalo->agruparEnvios(true);
+    visita.zocalo->limitarCola(limiteDeCola());
+    if (!salio.empty())
+        log_.escribir("Conexion", salio + ": no se identifico y deja su lugar a otro");
 }
 
-void FrmServerTCP::alLlegarDatos(std::size_t /*indice*/, std::span<const std::uint8_t> bytes) {
-    sesion_.atender({reinterpret_cast<const char*>(bytes.data()), bytes.size()}); // NOLINT
+void FrmServerTCP::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) {
+    const std::string_view llegada{reinterpret_cast<const char*>(bytes.data()), // NOLINT
+                                   bytes.size()};
+    if (sala_.hayCliente()) return sesion_.atender(llegada);
+    Visita* visita = sala_.hallar(indice);
+    if (visita != nullptr && sesion_.identificar(llegada, visita->remoto)) entra(*visita);
 }
 
-void FrmServerTCP::alCortarse(std::size_t /*indice*/) { anotarFalla(); }
-
-void FrmServerTCP::anotarFalla() {
-    if (wsEscucha_->estado() == EstadoZocalo::Error)
-        log_.escribir("Conexion", sesion_.remoto() + ": " + wsEscucha_->motivo());
+/// Its password was right: from now on it is the client.
+void FrmServerTCP::entra(Visita& visita) {
+    puerta_.releer(); // the door may have been closed since it came
+    if (!puerta_.puedeEntrar(visita.ip())) {
+        log_.escribir("Login", visita.remoto + ": ya no esta entre los permitidos, se cierra");
+        return despedir(visita.numero);
+    }
+    sala_.elegir(visita.numero);
+    wsEscucha_->cerrar();
+    sesion_.empezar(visita.remoto);
+    if (sincronizado_ != 0 && sincronizado_ != visita.numero) pedirSincronismo();
+    sincronizado_ = 0;
+    enviar(kClaveAceptada);
+    bucle_.dejarCorrerPendientes();
 }
 
-bool FrmServerTCP::conectado() const { return wsEscucha_->estado() == EstadoZocalo::Conectado; }
+void FrmServerTCP::alCortarse(std::size_t indice) {
+    const Visita* visita = sala_.hallar(indice);
+    if (visita == nullptr) return;
+    anotarFalla(*visita);
+    if (!sala_.hayCliente()) despedir(visita->numero);
+}
+
+void FrmServerTCP::anotarFalla(const Visita& visita) {
+    if (visita.zocalo->estado() == EstadoZocalo::Error)
+        log_.escribir("Conexion", visita.remoto + ": " + visita.zocalo->motivo());
+}
+
+const Zocalo& FrmServerTCP::zocalo() const {
+    const Visita* oida = sala_.primera();
+    return oida != nullptr ? *oida->zocalo : *wsEscucha_;
+}
+
+bool FrmServerTCP::conectado() const { return zocalo().estado() == EstadoZocalo::Conectado; }
 
 bool FrmServerTCP::puedeSaber() const {
-    return conectado() && (sesion_.logueada() || !puerta_.exigeLogin());
+    return conectado() && (sala_.hayCliente() || !puerta_.exigeLogin());
 }
 
 std::size_t FrmServerTCP::limiteDeCola() const {
@@ -193,9 +242,12 @@ std::size_t FrmServerTCP::limiteDeCola() const {
 
 void FrmServerTCP::enviar(std::string_view bytes) {
     if (!conectado()) return;
-    wsEscucha_->enviar(
-        {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}); // NOLINT
-    if (!conectado()) anotarFalla();
+    Visita& oida = *sala_.primera();
+    oida.zocalo->enviar({reinterpret_cast<const std::uint8_t*>(bytes.data()), // NOLINT
+                         bytes.size()});
+    if (oida.conectada()) return;
+    anotarFalla(oida);
+    if (!sala_.hayCliente()) despedir(oida.numero);
 }
 
 void FrmServerTCP::enviarSuelto(std::string_view bytes) { enviar(bytes); }
@@ -233,19 +285,20 @@ void FrmServerTCP::timerDeSincronizmo_Timer() {
     if (sincronizando_ || !puedeSaber()) return;
     sincronizando_ = true;
     pedidoNuevo_ = false;
-    const bool entera = sincronizar();
+    const std::uint64_t oida = sala_.primera()->numero;
+    const bool entera = sincronizar(oida);
     sincronizando_ = false;
     // One that its client did not get whole is still owed, to the next one.
     if (entera && !pedidoNuevo_) timerDeSincronizmo_->habilitar(false);
 }
 
-bool FrmServerTCP::sincronizar() {
-    const std::uint64_t enlace = wsEscucha_->conexiones();
+bool FrmServerTCP::sincronizar(std::uint64_t numero) {
     for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior();) {
-        if (!sincronizarDesde(i, enlace)) return false;
+        if (!sincronizarDesde(i, numero)) return false;
     }
     enviarSuelto(kFinDeSincronismo);
     if (!conectado()) return false;
+    sincronizado_ = sala_.hayCliente() ? 0 : numero;
     for (int i = 0; i < kCesionesAlFinal; ++i)
         bucle_.dejarCorrerPendientes();
     return true;
@@ -253,7 +306,7 @@ bool FrmServerTCP::sincronizar() {
 
 /// One message: the records of a configured block from `i` on, which becomes the first that has not
 /// been told. False when the client went meanwhile.
-bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t enlace) {
+bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
     abrirSobre(sobre_, separadores_);
     const Indice configurado = tablas_.bloques[i].primeroDelConfigurado;
     for (std::size_t k = 0; k < kRegistrosPorSobre && i < tablas_.bloques.limiteSuperior() &&
@@ -267,7 +320,7 @@ bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t enlace) {
         mensajesSinCeder_ = 0;
         bucle_.dejarCorrerPendientes();
     }
-    return conectado() && wsEscucha_->conexiones() == enlace;
+    return conectado() && sala_.primera()->numero == numero;
 }
 
 } // namespace kv

@@ -7,6 +7,7 @@
 #include "script/publicacion.h"
 #include "server/log_acotado.h"
 #include "server/puerta.h"
+#include "server/sala.h"
 #include "server/sesion.h"
 #include "ui/view/vista.h"
 
@@ -17,8 +18,10 @@
 namespace kv {
 
 /// The supervisory client's window, without the window: one client at a time is listened for,
-/// served, kept alive and told the news. What goes to the client in one turn of the loop leaves in
-/// one piece; a client that does not read two whole synchronisations is closed.
+/// served, kept alive and told the news. Several may wait to be known by their password; until one
+/// is, the first of them is told what a client is told, if the door lets it. What goes to the
+/// client in one turn of the loop leaves in one piece; a client that does not read two whole
+/// synchronisations is closed.
 class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, private CableDelCliente {
   public:
     /// All that is given must outlive the server.
@@ -41,7 +44,8 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
         return sesion_.obtenerTramaParaENVIAR(direccion);
     }
     void notificarVariable(std::string_view direccion, double valor, double estado) override;
-    [[nodiscard]] const Zocalo& zocalo() const { return *wsEscucha_; }
+    /// The link to whom is told the news, else the one that listens.
+    [[nodiscard]] const Zocalo& zocalo() const;
 
   private:
     void TimerEstado_Timer();
@@ -50,7 +54,8 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void leerAjustesDeConexion();
     [[nodiscard]] double ajuste(const AjusteNumerico& cual);
     void vigilarPlazoDeLogin();
-    void cerrarYEscuchar();
+    void entra(Visita& visita);
+    void despedir(std::uint64_t numero);
 
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
     void alCortarse(std::size_t indice) override;
@@ -65,10 +70,12 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     [[nodiscard]] bool puedeSaber() const;
     void enviar(std::string_view bytes);
     void enviarSobre();
-    void anotarFalla();
+    void contarKeepAlive(Visita& visita, double maximo, bool toca);
+    void anotarFalla(const Visita& visita);
+    void quejarse(const std::string& queja);
     void anotarFallaDeEscucha();
-    [[nodiscard]] bool sincronizar();
-    [[nodiscard]] bool sincronizarDesde(std::size_t& i, std::uint64_t enlace);
+    [[nodiscard]] bool sincronizar(std::uint64_t numero);
+    [[nodiscard]] bool sincronizarDesde(std::size_t& i, std::uint64_t numero);
     [[nodiscard]] std::size_t limiteDeCola() const;
 
     Bucle& bucle_;
@@ -78,6 +85,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     LogAcotado log_;
     Puerta puerta_;
     Sesion sesion_;
+    Sala sala_;
     std::unique_ptr<Zocalo> wsEscucha_;
     std::unique_ptr<Temporizador> TimerEstado_;
     std::unique_ptr<Temporizador> timer_keep_Alive_;
@@ -88,9 +96,11 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     std::string sobre_;          ///< the message being put together; empty while events run
     std::string fallaDeEscucha_; ///< why listening failed, as it was logged last
     double tics_ = 0;            ///< of the keep-alive timer since the client last answered
-    double intentos_ = 0;        ///< keep-alives sent to this client and not answered
     bool sincronizando_ = false; ///< a synchronisation is letting events run
     bool pedidoNuevo_ = false;   ///< and one more was asked for meanwhile
+    /// Who was told the last synchronisation without having logged in, 0: nobody.
+    std::uint64_t sincronizado_ = 0;
+    bool empezando_ = true; ///< the settings are looked at for the first time
     std::size_t mensajesSinCeder_ = 0;
 };
 

@@ -38,30 +38,17 @@ Sesion::Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, LogAcotado& log
 
 void Sesion::empezar(std::string_view remoto) {
     ++numero_;
-    logueada_ = false;
     remoto_ = remoto;
-    desdeMs_ = bucle_.reloj().monotonicoMs();
-}
-
-double Sesion::edad() const {
-    return static_cast<double>(bucle_.reloj().monotonicoMs() - desdeMs_) / 1000;
-}
-
-std::string_view Sesion::ip() const {
-    return std::string_view(remoto_).substr(0, remoto_.rfind(':'));
 }
 
 void Sesion::atender(std::string_view llegada) {
+    std::string memoria; // the receive buffer: what was not taken yet
     try {
         anotar(llegada);
-        if (logueada_)
-            servir(llegada);
-        else
-            identificar(llegada);
+        memoria = llegada;
+        servir(memoria);
     } catch (const std::exception& falla) {
-        log_.escribir("arriba datos", "DriverKV2200",
-                      std::string(falla.what()) +
-                          " Datos: " + paraMostrar(llegada, kLlegadaEnRegistro));
+        anotarFalla(falla.what(), memoria);
     }
 }
 
@@ -70,44 +57,68 @@ void Sesion::anotar(std::string_view llegada) {
                                   paraMostrar(llegada, kLlegadaEnCaja) + "]\r\n");
 }
 
-void Sesion::identificar(std::string_view llegada) {
-    if (esSoloKeepAlive(llegada) || puerta_.enPausa(ip())) return;
-    const std::string debido = textoDeClave(formatoDeHora(bucle_.reloj().ahora()));
-    if (minusculas(descifrar(llegada)).find(minusculas(debido)) != std::string::npos) {
-        logueada_ = true;
-        cable_.enviarSuelto(kClaveAceptada);
-        bucle_.dejarCorrerPendientes();
-    } else if (puerta_.claveErrada(ip())) {
-        log_.escribir("Login", remoto_ + ": demasiadas claves erradas, no se miran por un rato");
+void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
+    log_.escribir("arriba datos", "DriverKV2200",
+                  std::string(que) + " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
+}
+
+bool Sesion::identificar(std::string_view llegada, std::string_view remoto) {
+    try {
+        anotar(llegada);
+        return esClave(llegada, remoto);
+    } catch (const std::exception& falla) {
+        anotarFalla(falla.what(), llegada);
+        return false;
     }
 }
 
-void Sesion::servir(std::string_view llegada) {
-    const Numero mia = numero_;
-    std::string resto = escribir(llegada);
-    if (numero_ != mia) return;
-    if (quitarPalabra(resto, kSincronizar)) cable_.pedirSincronismo();
-    resto = forzar(resto);
-    if (numero_ != mia) return;
-    resto = leer(resto);
-    if (numero_ == mia) contestarKeepAlive(resto);
+bool Sesion::esClave(std::string_view llegada, std::string_view remoto) {
+    const std::string_view ip = remoto.substr(0, remoto.rfind(':'));
+    if (esSoloKeepAlive(llegada) || puerta_.enPausa(ip)) return false;
+    const std::string debido = textoDeClave(formatoDeHora(bucle_.reloj().ahora()));
+    if (minusculas(descifrar(llegada)).find(minusculas(debido)) != std::string::npos) return true;
+    if (puerta_.claveErrada(ip))
+        log_.escribir("Login",
+                      std::string(remoto) + ": demasiadas claves erradas, no se miran por un rato");
+    return false;
 }
 
-std::string Sesion::escribir(std::string_view llegada) {
+void Sesion::servir(std::string& memoria) {
     const Numero mia = numero_;
-    const Tramas tramas = extraerTramas(llegada, kMarcasDeEscritura);
-    if (tramas.repetidas > 0)
+    if (!porTramas(memoria, kMarcasDeEscritura, [this](std::string_view c) { escribirUna(c); }))
+        return;
+    if (quitarPalabra(memoria, kSincronizar)) cable_.pedirSincronismo();
+    if (!porTramas(memoria, kMarcasDeForzado, [this](std::string_view c) { forzarUna(c); })) return;
+    if (!porTramas(memoria, kMarcasDeLectura, [this](std::string_view c) { leerUna(c); })) return;
+    if (numero_ == mia) contestarKeepAlive(memoria);
+}
+
+/// Takes the frames out of the buffer and does what they say; false when their client has gone.
+/// One that throws leaves the buffer as it was when that frame, the last one, had been taken.
+template <class F>
+bool Sesion::porTramas(std::string& memoria, const Marcas& marcas, F hacer) {
+    const Numero mia = numero_;
+    Tramas tramas = extraerTramas(memoria, marcas);
+    std::size_t tomadas = 0;
+    if (tramas.repetidas > 0 && marcas.abre == kMarcasDeEscritura.abre)
         vista_.servidor.Text2.agregar("  " + std::to_string(tramas.repetidas) +
                                       " escrituras repetidas en una llegada: se hacen una vez\r\n");
-    for (const std::string& contenido : tramas.contenidos) {
-        cable_.enviarSuelto(kEscrituraRecibida);
-        escribirUna(contenido);
-        if (numero_ != mia) break;
+    try {
+        for (const std::string& contenido : tramas.contenidos) {
+            ++tomadas;
+            hacer(contenido);
+            if (numero_ != mia) return false;
+        }
+    } catch (const std::exception&) {
+        memoria = extraerTramas(memoria, marcas, tomadas).resto;
+        throw;
     }
-    return tramas.resto;
+    memoria = std::move(tramas.resto);
+    return true;
 }
 
 void Sesion::escribirUna(std::string_view contenido) {
+    cable_.enviarSuelto(kEscrituraRecibida);
     const auto campos = dosCampos(contenido);
     if (!campos) return;
     const double valor = numeroDeCampo(campos->second);
@@ -118,33 +129,22 @@ void Sesion::escribirUna(std::string_view contenido) {
                   puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo");
 }
 
-std::string Sesion::forzar(std::string_view llegada) {
-    const Numero mia = numero_;
-    Tramas tramas = extraerTramas(llegada, kMarcasDeForzado);
-    for (const std::string& contenido : tramas.contenidos) {
-        const auto campos = dosCampos(contenido);
-        if (!campos) continue;
-        const double nivel = numeroDeCampo(campos->first);
-        ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second));
-        if (numero_ != mia) break;
-    }
-    return std::move(tramas.resto);
+void Sesion::forzarUna(std::string_view contenido) {
+    const auto campos = dosCampos(contenido);
+    if (!campos) return;
+    const double nivel = numeroDeCampo(campos->first);
+    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second));
 }
 
-std::string Sesion::leer(std::string_view llegada) {
+void Sesion::leerUna(std::string_view contenido) {
     const Numero mia = numero_;
-    Tramas tramas = extraerTramas(llegada, kMarcasDeLectura);
-    for (const std::string& contenido : tramas.contenidos) {
-        const std::string carga = obtenerTramaParaENVIAR(direccionDeLectura(contenido));
-        if (numero_ == mia && !carga.empty()) cable_.enviarDatos(carga);
-        if (numero_ != mia) break;
-    }
-    return std::move(tramas.resto);
+    const std::string carga = obtenerTramaParaENVIAR(direccionDeLectura(contenido));
+    if (numero_ == mia && !carga.empty()) cable_.enviarDatos(carga);
 }
 
-void Sesion::contestarKeepAlive(std::string& resto) {
-    if (quitarPalabra(resto, kKeepAliveDelCliente)) cable_.enviarSuelto(kKeepAliveDelCliente);
-    if (quitarPalabra(resto, kKeepAliveDelDriver)) cable_.alContestarKeepAlive();
+void Sesion::contestarKeepAlive(std::string& memoria) {
+    if (quitarPalabra(memoria, kKeepAliveDelCliente)) cable_.enviarSuelto(kKeepAliveDelCliente);
+    if (quitarPalabra(memoria, kKeepAliveDelDriver)) cable_.alContestarKeepAlive();
 }
 
 std::string Sesion::obtenerTramaParaENVIAR(std::string_view direccion) {

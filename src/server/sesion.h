@@ -27,22 +27,21 @@ class CableDelCliente {
     [[nodiscard]] virtual const Separadores& separadores() const = 0;
 };
 
-/// The client that is being served: its login, and what it asks for. One object serves one client
-/// after the other; while an order lets events run, another arrival, and another client, may come.
+/// The client that is being served: what it asks for. One object serves one client after the other;
+/// while an order lets events run, another arrival, and another client, may come.
 class Sesion {
   public:
     Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, LogAcotado& log, Puerta& puerta,
            OrdenesDelCliente& ordenes, CableDelCliente& cable);
 
-    /// A new client, from `remoto` ("address:port"). What is left to do for the one before is
-    /// dropped.
+    /// Whether an arrival from `remoto` ("address:port"), who is not known yet, is the password.
+    [[nodiscard]] bool identificar(std::string_view llegada, std::string_view remoto);
+    /// A new client. What is left to do for the one before is dropped.
     void empezar(std::string_view remoto);
+    /// The client has gone: what is left to do for it is dropped.
+    void terminar() { ++numero_; }
     /// Everything that arrived at once. Nothing of it is kept for the next arrival.
     void atender(std::string_view llegada);
-    [[nodiscard]] bool logueada() const { return logueada_; }
-    [[nodiscard]] const std::string& remoto() const { return remoto_; }
-    /// Seconds since the client came.
-    [[nodiscard]] double edad() const;
 
     /// The record of a variable, with the address as it came (the wire's bytes). Empty when there
     /// is no such variable; the address is then polled.
@@ -52,14 +51,15 @@ class Sesion {
     /// Number of a client, so that work for one that has gone can be told.
     using Numero = std::uint64_t;
     void anotar(std::string_view llegada);
-    void identificar(std::string_view llegada);
-    void servir(std::string_view llegada);
-    [[nodiscard]] std::string escribir(std::string_view llegada);
+    void anotarFalla(std::string_view que, std::string_view memoria);
+    [[nodiscard]] bool esClave(std::string_view llegada, std::string_view remoto);
+    void servir(std::string& memoria);
+    template <class F>
+    [[nodiscard]] bool porTramas(std::string& memoria, const Marcas& marcas, F hacer);
     void escribirUna(std::string_view contenido);
-    [[nodiscard]] std::string forzar(std::string_view llegada);
-    [[nodiscard]] std::string leer(std::string_view llegada);
-    void contestarKeepAlive(std::string& resto);
-    [[nodiscard]] std::string_view ip() const;
+    void forzarUna(std::string_view contenido);
+    void leerUna(std::string_view contenido);
+    void contestarKeepAlive(std::string& memoria);
 
     Bucle& bucle_;
     const Tablas& tablas_;
@@ -69,9 +69,7 @@ class Sesion {
     OrdenesDelCliente& ordenes_;
     CableDelCliente& cable_;
     Numero numero_ = 0;
-    bool logueada_ = false;
     std::string remoto_;
-    std::int64_t desdeMs_ = 0;
 };
 
 } // namespace kv

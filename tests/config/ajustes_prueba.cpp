@@ -1,5 +1,6 @@
 #include "config/ajustes.h"
 #include "platform/simulated/archivos_simulados.h"
+#include "platform/simulated/bucle_simulado.h"
 
 #include <gtest/gtest.h>
 
@@ -50,9 +51,47 @@ TEST_F(AjustesPrueba, LoQueOtroProgramaEscribeSeVeEnLaVueltaSiguiente) {
     archivos.poner(ruta, "[DRIVER_KV2200]\r\nVER=1\r\nNota=otra\r\n");
     ajustes.escribirConfiguracion("VER", "2"); // must not undo what was written meanwhile
     EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nVER=2\r\nNota=otra\r\n");
+}
+
+/// What a settings file said still counts while there is none that could be a whole one, and
+/// nothing is written over what is there.
+TEST_F(AjustesPrueba, UnArchivoQueSeRompeDiceLoQueDeciaYNadieLoPisa) {
+    BucleSimulado bucle;
+    Ajustes conReloj(archivos, "C:\\Driver", &bucle.reloj());
+    const std::string bueno = "[DRIVER_KV2200]\r\nVER=1\r\nEscucha_Solo_Lectura=1\r\n";
+    const std::string utf16("\xFF\xFE[\0D\0R\0", 8);
+    const auto ver = [&] {
+        conReloj.vueltaNueva();
+        conReloj.escribirConfiguracion("Nota", "x");
+        return conReloj.leerConfiguracion("VER", "0") + conReloj.leerConfiguracion("Nueva", "5");
+    };
+    archivos.poner(ruta, bueno);
+    EXPECT_EQ(conReloj.leerConfiguracion("VER", "0"), "1");
+    for (const std::string& malo :
+         {std::string(), std::string(" \r\n"), utf16, std::string(200, '\0'),
+          std::string("[OTRA]\r\nVER=0\r\n"), std::string("[DRIVER_KV2200"), bueno.substr(0, 21),
+          bueno.substr(0, 30), std::string("[DRIVER_KV2200]\r\nVER=0\r\nEscucha_Solo_Lectura=")}) {
+        archivos.poner(ruta, malo);
+        EXPECT_EQ(ver(), "15") << malo;
+        EXPECT_NE(conReloj.defecto(), "") << malo;
+        bucle.avanzar(60'000);
+        EXPECT_EQ(ver(), "15") << malo;
+        EXPECT_EQ(archivos.contenido(ruta), malo);
+    }
     archivos.borrar(ruta);
-    ajustes.vueltaNueva();
-    EXPECT_EQ(ajustes.leerConfiguracion("VER", ""), "");
+    EXPECT_EQ(ver(), "15");
+    EXPECT_FALSE(archivos.existe(ruta)) << "it has gone, and may come back";
+    EXPECT_EQ(conReloj.defecto(), "ya no está");
+    // A whole one counts at once; what it lacks is only written when it has stayed so.
+    archivos.poner(ruta, "[DRIVER_KV2200]\r\nVER=0");
+    conReloj.vueltaNueva();
+    EXPECT_EQ(conReloj.leerConfiguracion("VER", "1") + conReloj.leerConfiguracion("Nueva", "5"),
+              "05");
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nVER=0");
+    bucle.avanzar(5000);
+    EXPECT_EQ(conReloj.leerConfiguracion("Nueva", "5"), "5");
+    EXPECT_EQ(conReloj.leerConfiguracion("Otra", "6"), "6") << "our own writing starts no wait";
+    EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nVER=0\r\nNueva=5\r\nOtra=6\r\n");
 }
 
 TEST_F(AjustesPrueba, UnDiscoQueNiegaNoSeIntentaEnCadaTic) {

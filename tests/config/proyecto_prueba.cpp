@@ -78,12 +78,16 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
     Comprobacion c = comprobar(ajustes);
     EXPECT_EQ(c.resultado, 0);
     EXPECT_EQ(c.informe,
-              "Configuración: C:\\Driver\\DRIVER_KV2200_Config.ini\n"
+              "Configuración: C:/Driver/DRIVER_KV2200_Config.ini\n"
               "Proyecto: DRIVER_KV2200_Config.ini\n"
               "Se construyen 1 puerto, 1 conexión, 2 estaciones, 1 bloque, 3 variables\n"
               "Puerto 1: tiempo fuera 5 s, 3 reintentos, reconexión 30 s, scan por defecto 5 s\n"
               "Conexión 127.0.0.1:502 (puerto 1): 2 estaciones, 1 bloque, 3 variables\n"
-              "  PLC 1 - Indice 1\n  PLC 2 - Indice 2\nSin problemas\n");
+              "  PLC 1 - Indice 1\n  PLC 2 - Indice 2\n"
+              "    1.2.1F: registro 1F, nivel 0, scan 2 s, activo, MW_1_2_1F\n"
+              "    1.2.20: registro 20, nivel 0, scan 2 s, activo, MW_1_2_20\n"
+              "    1.2.21: registro 21, nivel 0, scan 2 s, activo, MW_1_2_21\n"
+              "Sin problemas\n");
     EXPECT_FALSE(archivos.existe("C:\\Driver\\sis_config.ini"));
     archivos.poner("C:\\Driver\\sis_config.ini", "[DRIVER_KV2200]\nPuertoEscucha=70000\n");
     archivos.borrar("C:\\Driver\\DRIVER_KV2200_Config.ini");
@@ -113,7 +117,8 @@ TEST(Ejemplos, IniYExportacionDescribenLaMismaPlanta) {
         Ajustes ajustes(archivos, "P");
         const Comprobacion ini = comprobar(ajustes);
         EXPECT_EQ(ini.resultado, 0) << ini.informe;
-        archivos.poner("P\\sis_config.ini", "[PROYECTO_PREDETERMINADO]\nRutaProyecto=Planta.qmx\n");
+        archivos.poner("P\\sis_config.ini",
+                       "[PROYECTO_PREDETERMINADO]\nRutaProyecto=Planta.qmx\n[DRIVER_KV2200]\n");
         ajustes.vueltaNueva();
         const Comprobacion exportacion = comprobar(ajustes);
         EXPECT_EQ(exportacion.resultado, 0) << exportacion.informe;

@@ -137,37 +137,49 @@ TEST(Validacion, BloquesQueSeRechazan) {
     p.bloque(1, 1, "B", 10000, 1, 10000).bloque(1, 2, "C").bloque(1, 1.5, "D");
     p.bloque(1, 1e300, "E").bloque(7, 1, "F").bloque(0, 1, "10");
     EXPECT_EQ(p.suertes(), "s s nnnnnsnnnnsnnnnn ");
-    EXPECT_EQ(p.problemas.lista().size(), 13U);
+    EXPECT_EQ(p.problemas.lista().size(), 14U);
+    EXPECT_EQ(p.problemas.lista()[9].que, "el bloque \"1.1.B\" de 10000 registros pasa de FF");
+    EXPECT_EQ(p.problemas.lista()[9].consecuencia,
+              "se construyen los 245 que caben, y no los otros 9755");
 }
 
 TEST(Validacion, ElTotalDeVariablesTieneUnLimite) {
     Planta p;
-    p.puerto(1).estacion(1, 1, 1);
-    for (int i = 0; i < 103; ++i)
-        p.bloque(1, 1, "F" + std::to_string(i), 10000);
+    p.puerto(1);
+    for (int i = 0; i < 4000; ++i)
+        p.estacion(1, i, i % 100, "10.0.0." + std::to_string(i / 100)).bloque(1, i, "0", 256);
     const Validacion v = validar(p.listas, p.problemas);
-    EXPECT_EQ(v.bloquesConstruidos, 100U);
-    EXPECT_EQ(v.variables, 1e6);
-    ASSERT_EQ(v.bloques.size(), 103U);
-    EXPECT_EQ(v.bloques[102], Suerte::NoConstruir);
+    EXPECT_EQ(v.bloquesConstruidos, 3906U);
+    EXPECT_EQ(v.variables, 3906 * 256);
+    ASSERT_EQ(v.bloques.size(), 4000U);
+    EXPECT_EQ(v.bloques[3906], Suerte::NoConstruir);
     EXPECT_EQ(p.problemas.lista().back().consecuencia,
-              "no se construyen este bloque ni los 2 siguientes");
+              "no se construyen este bloque ni los 93 siguientes");
 }
 
 TEST(Validacion, NombresYBloquesRepetidos) {
     Planta p;
     p.puerto(1).estacion(1, 1, 1).estacion(1, -1, 2);
     p.bloque(1, 1, "1.0").bloque(1, 1, "1+CreateObject(\"x\")").bloque(1, -1, "1F");
-    p.bloque(1, 1, "1F").bloque(1, 1, "1F");
-    EXPECT_EQ(p.suertes(), "s ss bbsss ");
-    std::string consecuencias;
+    p.bloque(1, 1, "1F").bloque(1, 1, "1F").bloque(1, 1, "1f").bloque(1, 1, "01F");
+    p.bloque(1, 1, "1D", 4).bloque(1, 1, "1.0").bloque(1, -1, "1E").bloque(1, 1, "1C", 4);
+    EXPECT_EQ(p.suertes(), "s ss bbssssssbss ");
+    std::string que;
     for (const Problema& x : p.problemas.lista())
-        consecuencias += std::to_string(x.linea) + " " + x.consecuencia + "\n";
-    EXPECT_EQ(consecuencias, "1 se construye y nunca se sondea: queda BAD\n"
-                             "2 se construye y no se publica\n"
-                             "2 se construye y nunca se sondea: queda BAD\n"
-                             "3 se construye y no se publica\n"
-                             "5 se construyen los dos, con el mismo nombre\n");
+        que += std::to_string(x.linea) + " " + x.que + "\n";
+    EXPECT_EQ(que, "1 la dirección \"1.0\" no es hexadecimal de 0 a FF\n"
+                   "2 el nombre \"MW_1_1_1+CreateObject(\"x\")\" no sirve de variable del guión\n"
+                   "2 la dirección \"1+CreateObject(\"x\")\" no es hexadecimal de 0 a FF\n"
+                   "3 el nombre \"MW_1_-1_1F\" no sirve de variable del guión\n"
+                   "5 el registro \"1.1.1F\" está repetido: ya lo pide la línea 4\n"
+                   "6 el registro \"1.1.1f\" está repetido: ya lo pide la línea 4\n"
+                   "7 el registro \"1.1.01F\" está repetido: ya lo pide la línea 4\n"
+                   "8 el registro \"1.1.1F\" está repetido: ya lo pide la línea 4\n"
+                   "9 el registro \"1.1.1.0\" está repetido: ya lo pide la línea 1\n"
+                   "9 la dirección \"1.0\" no es hexadecimal de 0 a FF\n"
+                   "10 el nombre \"MW_1_-1_1E\" no sirve de variable del guión\n"
+                   "11 el registro \"1.1.1D\" y 2 más del bloque están repetidos: ya lo pide la "
+                   "línea 8\n");
     EXPECT_FALSE(nombrePublicable("MW_1_1_" + std::string(250, 'A')));
 }
 

@@ -165,6 +165,11 @@ TEST(Arranque, UnaSegundaInstanciaAvisaYNoTocaNada) {
     EXPECT_TRUE(p.arranque.soyElUnico());
     p.procesos.libre = false;
     EXPECT_FALSE(p.arranque.soyElUnico());
+    EXPECT_FALSE(p.archivos.existe("/kv/sis_config.ini"))
+        << "it would pass for the one that is lost";
+    p.archivos.poner("/kv/sis_config.ini", "[DRIVER_KV2200]\r\n");
+    p.motor.ajustes.vueltaNueva();
+    EXPECT_FALSE(p.arranque.soyElUnico());
     EXPECT_NE(p.archivos.contenido("/kv/sis_config.ini").find("VER=1"), std::string::npos);
     EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 0U);
 }

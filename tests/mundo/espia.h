@@ -29,6 +29,10 @@ class ZocaloEspia final : public Zocalo {
         real_->escuchar(ip, puerto);
     }
     void aceptar() override { real_->aceptar(); }
+    [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                        std::size_t indice) override {
+        return real_->aceptarAparte(oyente, indice);
+    }
     void cerrar() override { real_->cerrar(); }
     void abortar() override { real_->abortar(); }
     bool enviar(std::span<const std::uint8_t> bytes) override {

@@ -54,9 +54,35 @@ TEST_F(EnDisco, UnEnlaceSigueSiendoLoAlReemplazarLoQueNombra) {
     ASSERT_TRUE(archivos.reemplazar(carpeta + "/SIS_CONFIG.ini", "b"));
     EXPECT_TRUE(fs::is_symlink(carpeta + "/sis_config.ini"));
     EXPECT_EQ(archivos.leer(otra + "/real.ini", 10), "b");
+    EXPECT_EQ(archivos.comoEsta(carpeta + "\\SIS_CONFIG.INI"), carpeta + "/sis_config.ini");
     fs::create_symlink("nada", carpeta + "/roto.ini");
+    EXPECT_TRUE(archivos.huella(carpeta + "/roto.ini").existe) << "its file may only be away";
     ASSERT_TRUE(archivos.reemplazar(carpeta + "/roto.ini", "c"));
     EXPECT_EQ(archivos.leer(carpeta + "/roto.ini", 10), "c");
+}
+
+TEST_F(EnDisco, LoReemplazadoSigueSiendoDeQuienEraYLoQueNoSePuedeReemplazarSeReescribe) {
+    const std::string f = carpeta + "/f";
+    struct stat antes {};
+    struct stat despues {};
+    ASSERT_TRUE(archivos.agregar(f, "uno largo\r\n"));
+    ASSERT_EQ(chmod(f.c_str(), 0640), 0);
+    const bool puede = getuid() == 0; // nobody else may give a file away
+    ASSERT_TRUE(!puede || chown(f.c_str(), 12345, 23456) == 0);
+    ASSERT_EQ(stat(f.c_str(), &antes), 0);
+    ASSERT_TRUE(archivos.reemplazar(f, "dos"));
+    ASSERT_EQ(stat(f.c_str(), &despues), 0);
+    EXPECT_NE(antes.st_ino, despues.st_ino);
+    EXPECT_EQ(antes.st_mode, despues.st_mode);
+    EXPECT_EQ(antes.st_uid, despues.st_uid);
+    EXPECT_EQ(antes.st_gid, despues.st_gid);
+    fs::create_directory(f + ".nuevo"); // nothing can be made beside it
+    for (const char* contenido : {"mas largo que antes", "corto"}) {
+        EXPECT_TRUE(archivos.reemplazar(f, contenido));
+        EXPECT_EQ(archivos.leer(f, 100), contenido);
+    }
+    ASSERT_EQ(stat(f.c_str(), &antes), 0);
+    EXPECT_EQ(antes.st_ino, despues.st_ino);
 }
 
 TEST_F(EnDisco, LaHuellaCambiaConElContenido) {

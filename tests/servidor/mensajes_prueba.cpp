@@ -9,9 +9,10 @@ namespace kv {
 namespace {
 
 /// The rule as it reads, one frame after the other over the whole text: slow and plain.
-Tramas alPieDeLaLetra(std::string texto, const Marcas& marcas) {
+Tramas alPieDeLaLetra(std::string texto, const Marcas& marcas,
+                      std::size_t maximo = static_cast<std::size_t>(-1)) {
     Tramas t;
-    for (;;) {
+    while (t.contenidos.size() < maximo) {
         const auto abre = buscarSinCaja(texto, marcas.abre);
         if (abre == std::string::npos) break;
         const auto cierra = buscarSinCaja(texto, marcas.cierra, abre + marcas.abre.size());
@@ -78,6 +79,10 @@ TEST(Mensajes, HaceLoMismoQueLaReglaAlPieDeLaLetra) {
         const Tramas debido = alPieDeLaLetra(texto, kMarcasDeEscritura);
         ASSERT_EQ(t.contenidos, debido.contenidos) << texto;
         ASSERT_EQ(t.resto, debido.resto) << texto;
+        const std::size_t maximo = azar() % (debido.contenidos.size() + 1);
+        ASSERT_EQ(extraerTramas(texto, kMarcasDeEscritura, maximo).resto,
+                  alPieDeLaLetra(texto, kMarcasDeEscritura, maximo).resto)
+            << "after " << maximo << " of " << texto;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "core/tables/bases.h"
 #include "link/Modulo_Tramas_KV2200.h"
 #include "text/numeros.h"
+#include "text/texto.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,8 +33,11 @@ void Modelo::levantarPuerto(double numero, double tiempoFuera, double scanPorDef
                              tipoPlcPorDefecto, false});
 }
 
-void Modelo::levantarEstacion(double puerto, const std::string& ip, const std::string& puertoTCP,
-                              double numero, double digitos, double indice) {
+void Modelo::levantarEstacion(double puerto, const std::string& conBlancos,
+                              const std::string& puertoConBlancos, double numero, double digitos,
+                              double indice) {
+    const std::string ip(recortar(conBlancos));
+    const std::string puertoTCP(recortar(puertoConBlancos));
     const auto numeroCorto = enteroCorto(numero);
     const auto digitosCortos = enteroCorto(digitos);
     const auto indiceCorto = enteroCorto(indice);

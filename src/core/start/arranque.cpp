@@ -49,7 +49,10 @@ Arranque::Arranque(Motor& motor, Procesos& procesos)
 bool Arranque::soyElUnico() {
     if (procesos_.tomarCarpeta(motor_.ajustes.carpeta())) return true;
     motor_.vista.mostrarMensaje("Programa en ejecucion");
-    motor_.ajustes.escribirConfiguracion("VER", "1");
+    // One that is missing was lost by the driver that runs, and is not for us to make.
+    Ajustes& ajustes = motor_.ajustes;
+    if (ajustes.existeArchivo(ajustes.archivoDeAjustes()))
+        ajustes.escribirConfiguracion("VER", "1");
     return false;
 }
 

@@ -13,8 +13,9 @@ constexpr std::string_view kIdiomaPorDefecto = "es-AR";
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
-    : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta), sello(bucle_.reloj()),
-      log(archivos_, bucle_.reloj(), carpeta, programa), scriptControl(bucle_.reloj(), vista),
+    : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
+      sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
+      scriptControl(bucle_.reloj(), vista),
       guion(bucle_, archivos_, scriptControl, vista, sello, log),
       publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
       turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),

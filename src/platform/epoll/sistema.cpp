@@ -100,6 +100,40 @@ bool tomarPara(const std::string& ruta, int descriptor) {
            stat(ruta.c_str(), &nombrado) == 0 && abierto.st_ino == nombrado.st_ino;
 }
 
+/// Whether an error says that a file cannot be put in the place of another here, as one that is
+/// mounted or lies in a folder that we may not write to; not that the disk is full or broken.
+bool noSePuedeAlLado(int error) {
+    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
+           error == EXDEV || error == EISDIR;
+}
+
+/// Gives the new file the owner, group and mode of the one it is to replace; false when it may not.
+bool igualarDueno(int descriptor, const struct stat& s) {
+    struct stat nuevo {};
+    if (fstat(descriptor, &nuevo) != 0) return false;
+    const bool otro = nuevo.st_uid != s.st_uid || nuevo.st_gid != s.st_gid;
+    if (otro && fchown(descriptor, s.st_uid, s.st_gid) != 0) return false;
+    return fchmod(descriptor, s.st_mode & 07777) == 0;
+}
+
+/// Writes over a file in its place. A reader may see it half done; what it held is put back when it
+/// cannot be done.
+bool reescribir(const std::string& ruta, std::string_view contenido) {
+    const Descriptor d(ruta, O_RDWR | O_CLOEXEC);
+    struct stat s {};
+    if (!d.abierto() || flock(d.numero(), LOCK_EX | LOCK_NB) != 0 || fstat(d.numero(), &s) != 0)
+        return false;
+    std::string habia(static_cast<std::size_t>(s.st_size), '\0');
+    if (pread(d.numero(), habia.data(), habia.size(), 0) != s.st_size) return false;
+    const auto poner = [&d](std::string_view todo) {
+        return lseek(d.numero(), 0, SEEK_SET) == 0 && escribirTodo(d.numero(), todo) &&
+               ftruncate(d.numero(), static_cast<off_t>(todo.size())) == 0;
+    };
+    if (poner(contenido)) return true;
+    static_cast<void>(poner(habia));
+    return false;
+}
+
 /// Whether the last line has no end: somebody ended, or the disk was full, in the middle of it.
 bool quedoSinTerminar(int descriptor) {
     struct stat s {};
@@ -110,11 +144,17 @@ bool quedoSinTerminar(int descriptor) {
 
 } // namespace
 
+std::string ArchivosReales::comoEsta(const std::string& ruta) { return resolver(ruta); }
+
 bool ArchivosReales::existe(const std::string& ruta) { return huella(ruta).existe; }
 
 HuellaDeArchivo ArchivosReales::huella(const std::string& ruta) {
     struct stat s {};
-    if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0) return {};
+    // A link whose file has gone, with a disk that was not mounted perhaps, is something all the
+    // same.
+    if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0 &&
+        lstat(conBarras(ruta).c_str(), &s) != 0)
+        return {};
     return {true, std::int64_t{s.st_mtim.tv_sec} * 1'000'000'000 + s.st_mtim.tv_nsec,
             static_cast<std::uint64_t>(s.st_size), s.st_ino};
 }
@@ -142,17 +182,23 @@ bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view conten
     const std::string destino = seguirEnlace(resolver(ruta));
     const std::string nuevo = destino + ".nuevo";
     struct stat s {};
+    const bool hay = stat(destino.c_str(), &s) == 0;
     // A file that may not be written stays as it is, although its folder would allow replacing it.
-    if (stat(destino.c_str(), &s) == 0 && access(destino.c_str(), W_OK) != 0) return false;
+    if (hay && access(destino.c_str(), W_OK) != 0) return false;
     const Descriptor d(nuevo, O_WRONLY | O_CREAT | O_CLOEXEC);
-    if (!d.abierto() || !tomarPara(nuevo, d.numero())) return false;
-    if (s.st_mode != 0) fchmod(d.numero(), s.st_mode & 07777);
+    if (!d.abierto()) return hay && noSePuedeAlLado(errno) && reescribir(destino, contenido);
+    if (!tomarPara(nuevo, d.numero())) return false;
+    if (hay && !igualarDueno(d.numero(), s)) {
+        unlink(nuevo.c_str());
+        return reescribir(destino, contenido);
+    }
     // Held until it has taken the place, or another process writes into it meanwhile. Not forced to
     // the disk: the driver must not wait for one.
     const bool escrito = ftruncate(d.numero(), 0) == 0 && escribirTodo(d.numero(), contenido);
     if (escrito && rename(nuevo.c_str(), destino.c_str()) == 0) return true;
+    const int error = errno;
     unlink(nuevo.c_str());
-    return false;
+    return escrito && hay && noSePuedeAlLado(error) && reescribir(destino, contenido);
 }
 
 bool ArchivosReales::agregar(const std::string& ruta, std::string_view lineas) {

@@ -8,6 +8,7 @@ namespace kv {
 /// The files of the machine.
 class ArchivosReales final : public Archivos {
   public:
+    [[nodiscard]] std::string comoEsta(const std::string& ruta) override;
     [[nodiscard]] bool existe(const std::string& ruta) override;
     [[nodiscard]] HuellaDeArchivo huella(const std::string& ruta) override;
     [[nodiscard]] std::optional<std::string> leer(const std::string& ruta,

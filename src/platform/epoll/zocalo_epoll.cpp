@@ -266,6 +266,13 @@ void ZocaloEpoll::aceptar() {
     ++conexiones_;
 }
 
+std::unique_ptr<Zocalo> ZocaloEpoll::aceptarAparte(OyenteDeZocalo& oyente, std::size_t indice) {
+    auto aparte = std::make_unique<ZocaloEpoll>(bucle_, oyente, indice);
+    aparte->pedido_ = std::exchange(pedido_, -1);
+    aparte->aceptar();
+    return aparte;
+}
+
 bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
     if (estado_ != EstadoZocalo::Conectado) return false;
     std::size_t tomados = 0;

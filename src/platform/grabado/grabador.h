@@ -48,6 +48,8 @@ class Grabador final : public Bucle {
     // For what is wrapped:
     /// Begins the entry of a call from outside.
     CintaEscrita& llamada(Entrada e);
+    /// The number that a socket which is made now has in the recording.
+    [[nodiscard]] std::uint64_t numerarZocalo() { return zocalos_++; }
     /// Counts a question, the entry of whose answer is begun by `respuesta`; false when it is none
     /// of the driver's.
     bool preguntar() {

@@ -26,6 +26,13 @@ void ZocaloGrabado::aceptar() {
     comprobar(EstadoZocalo::Conectado);
 }
 
+std::unique_ptr<Zocalo> ZocaloGrabado::aceptarAparte(OyenteDeZocalo& oyente, std::size_t indice) {
+    auto aparte = std::make_unique<ZocaloGrabado>(grabador_, *dentro_, oyente, indice,
+                                                  grabador_.numerarZocalo());
+    aparte->comprobar(EstadoZocalo::Conectado);
+    return aparte;
+}
+
 bool ZocaloGrabado::enviar(std::span<const std::uint8_t> bytes) {
     const EstadoZocalo antes = dentro_->estado();
     const bool bien = dentro_->enviar(bytes);

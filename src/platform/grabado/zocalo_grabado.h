@@ -12,11 +12,18 @@ class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
                   std::uint64_t numero)
         : grabador_(grabador), oyente_(oyente), indice_(indice), numero_(numero),
           dentro_(bucle.crearZocalo(*this, 0)) {}
+    /// The link that `escucha` is asked for.
+    ZocaloGrabado(Grabador& grabador, Zocalo& escucha, OyenteDeZocalo& oyente, std::size_t indice,
+                  std::uint64_t numero)
+        : grabador_(grabador), oyente_(oyente), indice_(indice), numero_(numero),
+          dentro_(escucha.aceptarAparte(*this, 0)) {}
 
     [[nodiscard]] EstadoZocalo estado() const override { return dentro_->estado(); }
     void conectar(const std::string& ip, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
     void aceptar() override;
+    [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                        std::size_t indice) override;
     void cerrar() override { dentro_->cerrar(); }
     void abortar() override { dentro_->abortar(); }
     bool enviar(std::span<const std::uint8_t> bytes) override;

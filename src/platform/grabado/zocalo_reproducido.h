@@ -29,6 +29,12 @@ class ZocaloReproducido final : public Zocalo {
         pasar(EstadoZocalo::Conectado);
         conexiones_ += estado_ == EstadoZocalo::Conectado ? 1U : 0U;
     }
+    [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                        std::size_t indice) override {
+        auto aparte = reproductor_.crearZocalo(oyente, indice);
+        aparte->aceptar();
+        return aparte;
+    }
     void cerrar() override {
         estado_ = EstadoZocalo::Cerrado;
         motivo_.clear();

@@ -73,6 +73,13 @@ void ZocaloSimulado::aceptar() {
     ++conexiones_;
 }
 
+std::unique_ptr<Zocalo> ZocaloSimulado::aceptarAparte(OyenteDeZocalo& oyente, std::size_t indice) {
+    auto aparte = std::make_unique<ZocaloSimulado>(red_, oyente, indice, alFinal_);
+    aparte->pedido_ = std::exchange(pedido_, 0);
+    aparte->aceptar();
+    return aparte;
+}
+
 bool ZocaloSimulado::enviar(std::span<const std::uint8_t> bytes) {
     if (estado_ != EstadoZocalo::Conectado) return false;
     if (cola_.size() + bytes.size() > limiteDeCola_) {

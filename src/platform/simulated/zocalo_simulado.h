@@ -24,6 +24,8 @@ class ZocaloSimulado final : public Zocalo {
     void conectar(const std::string& ip, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
     void aceptar() override;
+    [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
+                                                        std::size_t indice) override;
     void cerrar() override;
     void abortar() override;
     bool enviar(std::span<const std::uint8_t> bytes) override;

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kv {
+
+/// A set of IPv4 addresses that share their first bits.
+struct RedPermitida {
+    std::uint32_t direccion = 0;
+    std::uint32_t mascara = 0;
+};
+
+/// "10.0.0.9" or "10.0.0.0/24"; nothing for any other text.
+[[nodiscard]] std::optional<RedPermitida> redDeTexto(std::string_view texto);
+/// The address of a text that `esIPv4`.
+[[nodiscard]] std::uint32_t numeroDeIp(std::string_view ip);
+
+/// Something about the door that makes no sense, where it stands and what comes of it.
+struct QuejaDeEscucha {
+    std::size_t linea = 0;
+    std::string que;
+    std::string consecuencia;
+};
+
+/// The keys of the door as they stand in a settings file.
+struct ClavesDeEscucha {
+    struct Clave {
+        std::string nombre; ///< as it is written
+        std::string valor;
+        std::size_t linea = 0;
+        /// Its line has an end; one without may go on.
+        bool terminada = true;
+    };
+    std::map<std::string, Clave, std::less<>> claves; ///< by name in lower case
+    /// Lines that want to be keys of the door and are none, a bounded number of them.
+    std::vector<QuejaDeEscucha> quejas;
+};
+[[nodiscard]] ClavesDeEscucha clavesDeEscucha(std::string_view contenido);
+
+/// What the keys of the door mean. Where one makes no sense the door is as closed as it can be.
+struct Escucha {
+    std::string direccion = "0.0.0.0"; ///< to listen on
+    bool todos = true;                 ///< no list: everybody may come in
+    std::vector<RedPermitida> redes;
+    bool exigeLogin = false;
+    bool soloLectura = false;
+    double plazoDeLogin = 0;
+    double clavesPorMinuto = 10;
+    double pausaPorClaves = 60;
+    double escriturasPorSegundo = 0;
+    /// Some key or value means nothing, so that it is not known what was to be forbidden.
+    bool cerrada = false;
+};
+/// Appends what is wrong to `quejas`, beginning with that of `claves`.
+[[nodiscard]] Escucha escuchaDe(const ClavesDeEscucha& claves, std::vector<QuejaDeEscucha>& quejas);
+
+} // namespace kv
