@@ -290,11 +290,11 @@ bool EjecucionDeEscrituras::vencida(const BloqueEscritura& e) const {
 void EjecucionDeEscrituras::vencerViejas() {
     for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n) {
         const ConexionIP& c = tablas_.conexiones[n];
-        // Oldest first; the one that is under way ends by its time-outs.
-        for (auto i = c.escrituras.begin(); i != c.escrituras.end();) {
-            const Indice cual = *i++;
-            if (cual == c.escrituraEnCurso && c.escribiendo) continue;
-            if (!vencida(tablas_.escrituras[cual])) break;
+        // Oldest first, and behind the one that is under way, which ends by its time-outs.
+        while (!c.escrituras.empty()) {
+            const Indice cual = c.escrituras.front();
+            const bool enCurso = cual == c.escrituraEnCurso && c.escribiendo;
+            if (enCurso || !vencida(tablas_.escrituras[cual])) break;
             abandonar(cual, FinDeEscritura::Vencida);
         }
     }

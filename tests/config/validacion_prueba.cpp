@@ -101,7 +101,7 @@ TEST(Validacion, EstacionesQueCompartenDireccion) {
     EXPECT_EQ(v.conexiones[0].estaciones, (std::vector<std::size_t>{0, 1, 3}));
     EXPECT_EQ(v.conexiones[0].bloques, 1U);
     EXPECT_EQ(v.bloques,
-              (std::vector<Suerte>{Suerte::NoConstruir, Suerte::SinSondeo, Suerte::NoConstruir}));
+              (std::vector<Suerte>{Suerte::NoConstruir, Suerte::Construir, Suerte::NoConstruir}));
 }
 
 TEST(Validacion, ElPrimerPlcEnOrdenDeConexionesGana) {

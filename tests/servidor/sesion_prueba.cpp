@@ -124,10 +124,14 @@ TEST(Sincronismo, ElPrimeroSaleSoloYVeintitresVariablesVanEn10_10_3) {
     p.cliente.conectar();
     p.planta.avanzar(1000);
     std::string debido;
+    int registro = 0x10;
     for (const int n : {10, 10, 3}) {
         debido += "[DRI]#";
-        for (int i = 0; i < n; ++i)
-            debido += "1.1.10;0;13;";
+        for (int i = 0; i < n; ++i) {
+            char texto[32];
+            std::snprintf(texto, sizeof texto, "1.1.%02X;0;13;", registro++);
+            debido += texto;
+        }
         debido += "#[/DRI]";
     }
     debido += "[DRI]#1.1.40;0;13;#[/DRI][SINK_FIN]";
