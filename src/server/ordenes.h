@@ -13,6 +13,9 @@ class OrdenesDelCliente {
     /// `origen` says who wants it: "cliente 10.0.0.9:50000". `direccion` comes from outside.
     virtual void escribirDireccion(std::string_view direccion, double valor,
                                    std::string_view origen) = 0;
+    /// A write that the door does not let through, for the operator and the records.
+    virtual void rechazarEscritura(std::string_view direccion, double valor,
+                                   std::string_view origen, std::string_view motivo) = 0;
     virtual void forzarBloque_porNivel_NVeces(double nivel, double veces) = 0;
     /// An address that was asked for and is in no table.
     virtual void forzarPoleo(const std::string& direccion) = 0;

@@ -123,10 +123,13 @@ void Sesion::escribirUna(std::string_view contenido) {
     if (!campos) return;
     const double valor = numeroDeCampo(campos->second);
     const std::string direccion = utf8DesdeWindows1252(campos->first);
+    const std::string origen = "cliente " + remoto_;
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
-    if (admitida) return ordenes_.escribirDireccion(direccion, valor, "cliente " + remoto_);
-    log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64),
-                  puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo");
+    if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen);
+    const std::string_view motivo =
+        puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo";
+    log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo);
+    ordenes_.rechazarEscritura(direccion, valor, origen, motivo);
 }
 
 void Sesion::forzarUna(std::string_view contenido) {

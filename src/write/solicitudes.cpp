@@ -94,7 +94,8 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
     }
 }
 
-double SolicitudesDeEscritura::rechazar(const Rechazo& rechazo) {
+double SolicitudesDeEscritura::rechazar(Rechazo rechazo) {
+    rechazo.direccion = rechazo.direccion.substr(0, kDireccionEnMensaje);
     avisos_.alRechazar(rechazo);
     return -1;
 }

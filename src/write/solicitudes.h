@@ -24,6 +24,9 @@ class SolicitudesDeEscritura {
     double levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                        std::string_view origen);
 
+    /// A request that somebody else refuses; gives -1. Its address is cut.
+    double rechazar(Rechazo rechazo);
+
     /// So many writes may wait at the same time; more are refused.
     static constexpr std::size_t kEnEsperaMaximo = 100'000;
 
@@ -39,7 +42,6 @@ class SolicitudesDeEscritura {
                       double valor);
     [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const Direccion& d,
                                         double valor) const;
-    double rechazar(const Rechazo& rechazo);
 
     Tablas& tablas_;
     Turnos& turnos_;

@@ -79,6 +79,11 @@ class OrdenesDePrueba final : public OrdenesDelCliente {
         ultimoOrigen = origen;
         if (alHacer) alHacer();
     }
+    void rechazarEscritura(std::string_view direccion, double valor, std::string_view /*origen*/,
+                           std::string_view motivo) override {
+        hechas.push_back("rechazar " + std::string(direccion) + " " + textoDeNumero(valor) + ": " +
+                         std::string(motivo));
+    }
     void forzarBloque_porNivel_NVeces(double nivel, double veces) override {
         hechas.push_back("forzar " + textoDeNumero(nivel) + " " + textoDeNumero(veces));
         if (alHacer) alHacer();

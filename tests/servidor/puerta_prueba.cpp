@@ -77,7 +77,7 @@ TEST(Puerta, UnaVezCerradaQuedaCerrada) {
             EXPECT_EQ(p.cliente.tomar(), "") << tras;
             p.cliente.enviar(p.cliente.clave() + "");
             p.cliente.enviar("[Write]1.1.10;5[/Write]");
-            EXPECT_EQ(p.ordenes.tomar(), Textos{}) << tras;
+            EXPECT_EQ(p.ordenes.tomar(), Textos{"rechazar 1.1.10 5: solo lectura"}) << tras;
             p.cliente.cerrar();
             (void)p.cliente.tomar();
         }
@@ -209,13 +209,14 @@ TEST(Puerta, EscriturasContadasYSoloLectura) {
     p.arrancarConCliente();
     p.cliente.enviar("[Write]a;1[/Write][Write]b;1[/Write][Write]c;1[/Write]");
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK][WRITE_OK]");
-    EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir b 1"}));
+    EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir b 1",
+                                         "rechazar c 1: demasiadas en un segundo"}));
     p.planta.ajuste("Escucha_Solo_Lectura", "si");
     p.planta.avanzar(3000);
     (void)p.cliente.tomar();
     p.cliente.enviar("[Write]a;1[/Write][FORZNIV]1;1[/FORZNIV]");
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK]");
-    EXPECT_EQ(p.ordenes.tomar(), Textos{"forzar 1 1"});
+    EXPECT_EQ(p.ordenes.tomar(), (Textos{"rechazar a 1: solo lectura", "forzar 1 1"}));
     EXPECT_EQ(p.planta.archivos.contenido("/kv/sis_config.ini").find("Escucha_Direccion"),
               std::string::npos)
         << "settings of the door are not written back";

@@ -36,6 +36,7 @@ int correrSinVentana(const Opciones& opciones) {
     if (!programa.arranque.soyElUnico()) return kYaCorre;
     programa.arrancar();
     programa.bucle.correr();
+    programa.cerrar();
     programa.salida.volcarTodo();
     // A trace that nobody takes does not stop the driver, but it is not forgotten either.
     const bool entera = !programa.salida.fallo();

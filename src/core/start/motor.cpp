@@ -124,6 +124,16 @@ void Motor::escribirDireccion(std::string_view direccion, double valor, std::str
     solicitudes.escribirDireccion(direccion, valor, origen);
 }
 
+void Motor::rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
+                              std::string_view motivo) {
+    solicitudes.rechazar({direccion, valor, origen, motivo, {}});
+}
+
+void Motor::terminar() {
+    ejecucion.alTerminarElPrograma();
+    auditoria.cerrar();
+}
+
 void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces) {
     forzado.forzarBloque_porNivel_NVeces(nivel, veces);
 }

@@ -57,6 +57,9 @@ class Motor final : private AlTerminarElTurno,
     /// interval of the reclaim.
     void aplicarAjustes();
 
+    /// The program ends: writes that wait or are under way end with it, and are recorded so.
+    void terminar();
+
     // In the order of the road of a value, which is also the order in which they are made.
     Bucle& bucle;
     Archivos& archivos;
@@ -108,6 +111,8 @@ class Motor final : private AlTerminarElTurno,
     void alFallar(std::string_view procedimiento, const char* que) override;
     void escribirDireccion(std::string_view direccion, double valor,
                            std::string_view origen) override;
+    void rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
+                           std::string_view motivo) override;
     void forzarBloque_porNivel_NVeces(double nivel, double veces) override;
 };
 

@@ -41,6 +41,8 @@ class Programa {
 
     /// The whole start-up, once it is known that no other instance runs.
     void arrancar();
+    /// The loop has ended: what is still open in the plant and its records is closed.
+    void cerrar() { motor.terminar(); }
     /// Why the loop ended: kOrdenado or kDeNuevo.
     [[nodiscard]] int resultado() const { return resultado_.value_or(kOrdenado); }
 

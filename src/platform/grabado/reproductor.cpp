@@ -3,6 +3,8 @@
 #include "platform/grabado/grabador.h"
 #include "platform/grabado/zocalo_reproducido.h"
 
+#include <utility>
+
 namespace kv {
 namespace {
 
@@ -34,6 +36,8 @@ bool Reproductor::toca(Entrada e) {
     if (!trabaja_) return false;
     ++preguntas_;
     const Entrada sigue = cinta_.mirar();
+    // A recording that was cut in the midst of a call does not tell how the call went on.
+    if (sigue == Entrada::Fin && enLlamada_) throw CintaCortada{{"termina en medio de una llamada"}};
     if (!esRespuesta(sigue)) return false;
     if (faltan_ == 0) faltan_ = cinta_.mirarNumero();
     if (preguntas_ < faltan_) return false;
@@ -72,6 +76,12 @@ void Reproductor::llamar() {
     preguntas_ = 0;
     if (esRespuesta(e) || e == Entrada::FinPendientes) noCorresponde("una respuesta de mas");
     if (e == Entrada::FinDeVuelta) return vuelta_.terminar();
+    const bool antes = std::exchange(enLlamada_, true);
+    entregar(e);
+    enLlamada_ = antes;
+}
+
+void Reproductor::entregar(Entrada e) {
     pasar(cinta_.numero());
     if (e == Entrada::Orden) {
         if (orden_) orden_(cinta_.texto());

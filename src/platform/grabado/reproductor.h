@@ -66,6 +66,7 @@ class Reproductor final : public Bucle {
     void pasar(std::uint64_t us);
     /// One call from outside.
     void llamar();
+    void entregar(Entrada e);
     void llamarZocalo(Entrada e, ZocaloReproducido& z);
 
     CintaLeida& cinta_;
@@ -80,6 +81,7 @@ class Reproductor final : public Bucle {
     Vuelta vuelta_; ///< a level for each yield
     std::function<void(std::string_view)> orden_;
     bool trabaja_ = false;
+    bool enLlamada_ = false; ///< not at the end of a turn
     bool detenido_ = false;
 };
 

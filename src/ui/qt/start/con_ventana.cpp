@@ -37,6 +37,7 @@ int correrConVentana(const Opciones& opciones) {
         programa.arrancar();
         aplicacion.correr();
         corriendo = false;
+        programa.cerrar();
     } else {
         mensajero.alCerrarTodos(Aplicacion::terminar);
         aplicacion.correr();
