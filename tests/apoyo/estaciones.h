@@ -3,6 +3,7 @@
 #include "link/Modulo_Tramas_KV2200.h"
 #include "platform/simulated/red_simulada.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -12,19 +13,25 @@
 
 namespace kv {
 
-/// An answer frame of a station with the given value. The header tells station and register, as
-/// real stations may and the driver must not care about.
-inline Respuesta respuestaCon(int valor, std::uint8_t estacion = 1, std::uint8_t registro = 0) {
+/// The four bytes of an answer that are the station's.
+using Libres = std::array<std::uint8_t, 4>;
+
+inline Respuesta respuestaDe(int valor, const Libres& libres) {
     Respuesta r{kMarcaRespuesta,
-                estacion,
-                0,
-                registro,
-                0,
+                libres[0],
+                libres[1],
+                libres[2],
+                libres[3],
                 static_cast<std::uint8_t>(valor >> 8),
                 static_cast<std::uint8_t>(valor),
                 0};
     r.back() = sumaDeControl(std::span(r).subspan(1, 6));
     return r;
+}
+
+/// An answer frame that tells station and register, as real stations may.
+inline Respuesta respuestaCon(int valor, std::uint8_t estacion = 1, std::uint8_t registro = 0) {
+    return respuestaDe(valor, {estacion, 0, registro, 0});
 }
 
 /// The stations behind one address of the simulated network, with a memory of what they were asked.
@@ -67,6 +74,12 @@ class Estaciones final : public ExtremoSimulado {
     std::function<std::optional<double>(const Solicitud&)> demora = [](const Solicitud&) {
         return std::optional<double>(0);
     };
+    /// What the stations put into the free bytes of an answer; asked for every one.
+    std::function<Libres(const Solicitud&)> libres = [](const Solicitud& t) {
+        return Libres{t[1], 0, t[3], 0};
+    };
+    /// Changes an answer's bytes before they leave: damaged, doubled, behind noise.
+    std::function<void(std::vector<std::uint8_t>&, const Solicitud&)> deformar;
     /// Registers by station byte and address byte; what was never set reads as 100 times the
     /// station plus the register.
     std::map<std::pair<int, int>, int> registros;
@@ -84,8 +97,10 @@ class Estaciones final : public ExtremoSimulado {
         if (t[0] == 0x57) registros[{t[1], t[3]}] = t[4] * 256 + t[5];
         const auto ms = demora(t);
         if (!ms) return;
-        red_.enviar(enlace, respuestaCon(valor(t[1], t[3]), t[1], t[3]),
-                    static_cast<std::int64_t>(*ms * 1000));
+        const Respuesta r = respuestaDe(valor(t[1], t[3]), libres(t));
+        std::vector<std::uint8_t> bytes(r.begin(), r.end());
+        if (deformar) deformar(bytes, t);
+        red_.enviar(enlace, bytes, static_cast<std::int64_t>(*ms * 1000));
     }
 
     RedSimulada& red_;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace kv {
 namespace {
 
@@ -134,6 +136,102 @@ TEST(TiemposFuera, UnoSinRespuestaNoArrastraALosDemasDeLaConexion) {
     const auto delOtro = std::count_if(plc.pedidos.begin(), plc.pedidos.end(),
                                        [](const auto& x) { return x.trama[1] == 2; });
     EXPECT_GT(delOtro, 80) << "and leaves them a fair share of the line";
+}
+
+namespace {
+
+/// Six registers on a station, and a neighbour on the same address.
+class Muda : public testing::Test {
+  protected:
+    Muda() {
+        plc.demora = [this](const Solicitud& t) {
+            const bool calla = t[1] == 1 && (muda || malos.contains(t[3]));
+            return calla ? std::optional<double>() : std::optional<double>(10);
+        };
+        p.ajuste("Tiempo_Entre_poleo", "100");
+        p.arrancarYConectar();
+        p.avanzar(20'000);
+    }
+    [[nodiscard]] long buenos() {
+        long n = 0;
+        for (std::size_t b = 0; b < 6; ++b)
+            n += p.ok(b) ? 1 : 0;
+        return n;
+    }
+    [[nodiscard]] std::string estado(std::size_t b) {
+        return p.fila(p.motor.vista.lstViewVariables, p.bloque(b).filaVariable, 2);
+    }
+    Configuracion config = Configuracion()
+                               .puerto({"1", "2", "20"})
+                               .estacion(1, "10.0.0.1", 1)
+                               .estacion(2, "10.0.0.1", 2)
+                               .bloque(1, "10", "600", true, 6)
+                               .bloque(2, "30", "1");
+    std::set<int> malos;
+    bool muda = false;
+    Planta p{config};
+    Estaciones& plc{p.en("10.0.0.1")};
+};
+
+} // namespace
+
+TEST_F(Muda, CaeEnteraSeSondeaUnaVezPorDescansoYVuelveEntera) {
+    ASSERT_EQ(buenos(), 6);
+    muda = true;
+    p.motor.forzado.forzarPoleo("1.1.10");
+    p.motor.forzado.forzarPoleo("1.1.11");
+    p.avanzar(12'000); // two blocks, three tries each, and one that was still good
+    EXPECT_EQ(buenos(), 0) << "ten minutes of scan time do not matter";
+    EXPECT_EQ(estado(5), "BAD - Estacion sin respuesta");
+    EXPECT_TRUE(p.motor.tablas.conexiones[0].estaciones[0].muda);
+    EXPECT_TRUE(p.ok(6)) << "the neighbour is well";
+    plc.pedidos.clear();
+    p.avanzar(110'000);
+    std::set<int> quienes;
+    int sondeos = 0;
+    for (const auto& x : plc.pedidos) {
+        if (x.trama[1] != 1) continue;
+        ++sondeos;
+        quienes.insert(x.trama[3]);
+    }
+    EXPECT_TRUE(sondeos == 5 || sondeos == 6) << sondeos << " rests, one request each";
+    EXPECT_EQ(quienes.size(), static_cast<std::size_t>(sondeos)) << "each block in its turn";
+    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, false);
+    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, true);
+    muda = false;
+    p.avanzar(23'000);
+    EXPECT_EQ(buenos(), 6) << "one answer brings all of them back, and due";
+    EXPECT_FALSE(p.motor.tablas.conexiones[0].estaciones[0].muda);
+}
+
+TEST_F(Muda, DosRegistrosMalosNoCondenanANadieYSePreguntanSinReintentos) {
+    malos = {0x10, 0x11};
+    for (const char* d : {"1.1.10", "1.1.11"})
+        p.motor.forzado.forzarPoleo(d);
+    p.avanzar(60'000);
+    EXPECT_EQ(buenos(), 4);
+    EXPECT_EQ(estado(0), "BAD - Por TimeOut - Deshabilitacion");
+    plc.pedidos.clear();
+    p.avanzar(66'000);
+    const auto aMalos = std::count_if(plc.pedidos.begin(), plc.pedidos.end(), [](const auto& x) {
+        return x.trama[1] == 1 && x.trama[3] < 0x12;
+    });
+    EXPECT_GE(aMalos, 4);
+    EXPECT_LE(aMalos, 8) << "once a rest each";
+    EXPECT_EQ(buenos(), 4);
+    malos.clear();
+    p.avanzar(25'000);
+    EXPECT_EQ(buenos(), 6);
+}
+
+TEST_F(Muda, ConElAjusteEnCeroCaeCadaBloquePorSuCuenta) {
+    p.ajuste("Estacion_Muda_Bloques", "0");
+    p.motor.aplicarAjustes();
+    muda = true;
+    p.motor.forzado.forzarPoleo("1.1.10");
+    p.motor.forzado.forzarPoleo("1.1.11");
+    p.avanzar(40'000);
+    EXPECT_EQ(buenos(), 4);
 }
 
 } // namespace kv
