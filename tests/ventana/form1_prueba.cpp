@@ -24,6 +24,7 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTranslator>
+#include <QTreeWidget>
 
 namespace kv {
 namespace {
@@ -102,6 +103,19 @@ class Principal : public testing::Test {
     }
     [[nodiscard]] std::string auditoria() {
         return p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
+    }
+    [[nodiscard]] bool logTiene(const char* que) {
+        const std::string log =
+            p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt");
+        return log.find(que) != std::string::npos;
+    }
+    /// The text of the message that stands, which is closed.
+    [[nodiscard]] QString mensaje() {
+        const QMessageBox* caja = mensajeSobre(form);
+        if (caja == nullptr) return "";
+        const QString texto = caja->text();
+        responder(form, "Aceptar");
+        return texto;
     }
 
     Configuracion config = Configuracion()
@@ -215,8 +229,8 @@ TEST_F(Principal, FuerzaLecturasYNiveles) {
     clic(form, "btnForzarLectura");
     EXPECT_TRUE(demanda().contains(" NO EXISTE PUERTO O PLC "));
     for (const auto& [nivel, veces, texto] :
-         {std::tuple{"a", "1", "Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos"},
-          {"1", " ", "Error de Dato, en Nivel y/o Cantidad de Poleos"}}) {
+         {std::tuple{"a", "1", "Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos\r\nNivel"},
+          {"1", " ", "Error de Dato, en Nivel y/o Cantidad de Poleos\r\nVeces"}}) {
         escribir("txtForzarNivel", nivel);
         escribir("txtForzarNivelNVeces", veces);
         clic(form, "btnForzarPorNivel");
@@ -231,6 +245,8 @@ TEST_F(Principal, FuerzaLecturasYNiveles) {
     EXPECT_EQ(celda(bloques(), 1, 4), "FORZANDO POR NIVEL, Cantidad de veces a leer : 3");
     avanzar(kMuchoMs);
     EXPECT_EQ(celda(bloques(), 1, 4), "FORZADO POR NIVEL OK");
+    EXPECT_TRUE(logTiene("Form1>Forzar lectura>1.1.10,"));
+    EXPECT_TRUE(logTiene("Form1>Forzar nivel>2, veces: 3,"));
 }
 
 TEST_F(Principal, EscribeValoresDePrueba) {
@@ -260,10 +276,52 @@ TEST_F(Principal, EscribeValoresDePrueba) {
     escribir("TxtDireccion", "nada");
     clic(form, "BtnEscribirOtraDireccion");
     EXPECT_EQ(linea("TxtDireccion"), "1.1.40002");
+}
+
+TEST_F(Principal, UnIngresoRechazadoNombraSuCampoYNoEscribe) {
+    arrancar();
+    const std::string antes = auditoria();
+    escribir("TxtDireccion", "1.1.10");
     escribir("txtValorDeEscritura", "mucho");
+    for (const char* boton :
+         {"btnEscribirValor", "BtnEscribirOtraDireccion", "BtnEscribirOtroValor"}) {
+        clic(form, boton);
+        EXPECT_EQ(mensaje(), "Error de Ingreso\r\nValor: no es un número") << boton;
+    }
+    escribir("TxtDireccion", "  ");
+    escribir("txtValorDeEscritura", "4");
+    for (const char* boton :
+         {"btnEscribirValor", "BtnEscribirOtraDireccion", "BtnEscribirOtroValor"}) {
+        clic(form, boton);
+        EXPECT_EQ(mensaje(), "Error de Ingreso\r\nDirección: falta") << boton;
+    }
+    EXPECT_EQ(linea("txtValorDeEscritura"), "4");
+    EXPECT_EQ(linea("TxtDireccion").trimmed(), "");
+    for (const char* par : {"(1)", "(3)"}) {
+        escribir(("txtDirDePruebas" + std::string(par)).c_str(), "1.1.10");
+        escribir(("txtValoresDePruebas" + std::string(par)).c_str(), "x");
+    }
+    clic(form, "BtnEnviar");
+    EXPECT_EQ(mensaje(),
+              "Error de Ingreso\r\nValor 2: no es un número\r\nValor 4: no es un número");
+    avanzar(kMuchoMs);
+    EXPECT_EQ(auditoria(), antes);
+    escribir("TxtDireccion", std::string(300, '1').c_str());
+    EXPECT_EQ(linea("TxtDireccion").size(), 200);
+}
+
+TEST_F(Principal, UnaComaEsUnPuntoDecimal) {
+    arrancar();
+    escribir("TxtDireccion", "1.1.10");
+    escribir("txtValorDeEscritura", "25,0");
     clic(form, "btnEscribirValor");
-    ASSERT_NE(mensajeSobre(form), nullptr);
-    EXPECT_EQ(mensajeSobre(form)->text(), "Error de Ingreso");
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x10), 25);
+    for (const char* ninguno : {"1.234,5", "1,2,3", ","}) {
+        escribir("txtValorDeEscritura", ninguno);
+        clic(form, "btnEscribirValor");
+        EXPECT_EQ(mensaje(), "Error de Ingreso\r\nValor: no es un número") << ninguno;
+    }
 }
 
 TEST_F(Principal, EnviaLosParesEnSuOrden) {
@@ -296,6 +354,28 @@ TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     EXPECT_TRUE(p.motor.vista.lstViewVariables.tildada(0));
     dobleClic(variables(), tilde(variables(), 0));
     EXPECT_EQ(form.findChild<FrmEscritura*>(), nullptr) << "a double click there opens nothing";
+    EXPECT_TRUE(logTiene("Form1>Apagar bloque>1.1.10,"));
+    EXPECT_TRUE(logTiene("Form1>Prender bloque>1.1.10,"));
+}
+
+TEST_F(Principal, SinFilaElegidaLasTeclasNoTocanNada) {
+    arrancar();
+    for (const char* ir : {"MnuIrBloques", "MnuIrVariables"}) {
+        menu(ir);
+        auto& tabla = hallar<QTableView>(
+            form, ir == QByteArray("MnuIrBloques") ? "lstViewEstadoDeBloques" : "lstViewVariables");
+        ASSERT_EQ(QApplication::focusWidget(), &tabla);
+        ASSERT_TRUE(tabla.currentIndex().isValid()) << "the toolkit thinks of a row by itself";
+        for (const int tecla : {Qt::Key_Space, Qt::Key_Select, Qt::Key_Return})
+            QTest::keyClick(&tabla, static_cast<Qt::Key>(tecla));
+        EXPECT_TRUE(p.bloque(0).activo) << ir;
+        EXPECT_EQ(form.findChild<QDialog*>(), nullptr);
+        QTest::keyClick(&tabla, Qt::Key_Down);
+        QTest::keyClick(&tabla, Qt::Key_Space);
+        EXPECT_FALSE(p.bloque(1).activo) << "with one chosen it is that one";
+        QTest::keyClick(&tabla, Qt::Key_Space);
+        EXPECT_TRUE(p.bloque(1).activo);
+    }
 }
 
 TEST_F(Principal, ElDobleClicAbreLaEscrituraManualOSeNiega) {
@@ -342,17 +422,85 @@ TEST_F(Principal, ElScanDeUnBloqueSePreguntaSinDetenerElPoleo) {
         pregunta->accept();
         EXPECT_TRUE(llega([&] { return abierta == nullptr; }));
     };
-    preguntar("2.5");
+    preguntar("2,5");
     EXPECT_EQ(celda(bloques(), 0, 2), "2.5");
+    EXPECT_TRUE(logTiene("Form1>Cambiar scan>1.1.10 de 1 a 2.5 s,"));
     preguntar("  ");
     EXPECT_EQ(mensajeSobre(form), nullptr);
-    for (const char* mala : {"pronto", "0"}) {
+    for (const char* mala : {"pronto", "0.0009", "-1", "1e9"}) {
         preguntar(mala);
-        ASSERT_NE(mensajeSobre(form), nullptr);
-        EXPECT_EQ(mensajeSobre(form)->text(), "Error de Ingreso");
-        responder(form, "Aceptar");
+        EXPECT_TRUE(mensaje().startsWith("Error de Ingreso\r\nScan: ")) << mala;
     }
     EXPECT_EQ(celda(bloques(), 0, 2), "2.5");
+    dobleClic(bloques(), 0);
+    auto* pregunta = form.findChild<QInputDialog*>();
+    pregunta->setTextValue("0");
+    pregunta->accept();
+    EXPECT_EQ(mensajeSobre(form), nullptr);
+    EXPECT_EQ(celda(bloques(), 0, 2), "0: al conectar y al forzar");
+    avanzar(kMuchoMs);
+    const std::size_t antes = plc.pedidos.size();
+    avanzar(kMuchoMs);
+    for (std::size_t i = antes; i < plc.pedidos.size(); ++i)
+        EXPECT_NE(plc.pedidos[i].trama[3], 0x10);
+    plc.registros[{1, 0x10}] = 4321;
+    escribir("TxtDireccion", "1.1.10");
+    clic(form, "btnForzarLectura");
+    avanzar(1'000);
+    EXPECT_EQ(celda(variables(), 0, 1), "4321");
+}
+
+TEST_F(Principal, LosPuntosContadosSonLosQueHay) {
+    arrancar();
+    EXPECT_EQ(rotulo("lblCantidadDePuntos"), "5");
+    for (const char* nueva : {"1.1.30", "1.1.10.4"}) {
+        escribir("TxtDireccion", nueva);
+        clic(form, "btnForzarLectura");
+        avanzar(1'000);
+    }
+    EXPECT_EQ(rotulo("lblCantidadDePuntos"), "7");
+    EXPECT_EQ(variables().model()->rowCount(), 7);
+}
+
+TEST_F(Principal, LaFichaDeUnBloqueLoNombra) {
+    arrancar();
+    hallar<QTabWidget>(form, "fichasDeTrazas").setCurrentIndex(2);
+    for (int i = 0; i < 3; ++i) // traces follow at their own pace
+        form.refrescar();
+    const auto& tira = hallar<QListView>(form, "TabStriptxtTimerPorBloque");
+    EXPECT_EQ(tira.model()->index(2, 0).data().toString(), "3:  1.1.1F");
+    EXPECT_EQ(tira.model()->index(5, 0).data().toString(), "") << "the spare one";
+}
+
+TEST_F(Principal, LosPuertosSeVenYLaListaSeCierra) {
+    arrancar();
+    clic(form, "BtnConfig");
+    clic(form, "BtnConfig");
+    ASSERT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
+    auto& puertos = *form.findChild<FrmPuertos*>();
+    auto& lista = hallar<QTreeWidget>(puertos, "LstViewPuertos");
+    ASSERT_EQ(lista.topLevelItemCount(), 1);
+    QStringList textos;
+    for (int c = 0; c < lista.columnCount(); ++c)
+        textos << lista.topLevelItem(0)->text(c);
+    EXPECT_EQ(textos.join(' '), "1 1 5 0 30 5");
+    EXPECT_FALSE(puertos.isModal());
+    EXPECT_EQ(lista.property(kPropiedadDeAyuda).toInt(), kContextoDeAyuda);
+    fotografiar(puertos, "frmpuertos");
+    for (const char* boton : {"BtnAgregar", "BtnModificar", "BtnQuitar"})
+        EXPECT_FALSE(hallar<QPushButton>(puertos, boton).isEnabled());
+    clic(puertos, "BtnSalir");
+    EXPECT_FALSE(puertos.isVisible());
+}
+
+TEST_F(Principal, ElEstadoDelGuionTieneElFondoQueSeEspera) {
+    arrancar();
+    const auto& estado = hallar<QLabel>(form, "lblEstadoScript");
+    EXPECT_EQ(estado.palette().color(QPalette::Window), QColor(0, 255, 0));
+    EXPECT_TRUE(estado.autoFillBackground());
+    p.motor.vista.lblEstadoScript.colorear(Color::Rojo);
+    form.refrescar();
+    EXPECT_EQ(estado.palette().color(QPalette::Window), QColor(255, 0, 0));
 }
 
 TEST_F(Principal, SeVeYSeOcultaComoDiceVER) {
@@ -388,6 +536,7 @@ TEST_F(Principal, SoloElApagadoConfirmadoLaCierra) {
     menu("MnuShutdown");
     responder(form, enQt("Sí"));
     EXPECT_EQ(apagados, 1);
+    EXPECT_TRUE(logTiene("Form1>Salir>"));
     form.close();
     EXPECT_FALSE(form.isVisible());
 }
@@ -410,11 +559,9 @@ TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
 TEST_F(Principal, LosMenusAbrenLasOtrasVentanasUnaVez) {
     arrancar();
     for (int i = 0; i < 2; ++i) {
-        clic(form, "BtnConfig");
         menu("MnuScript");
         menu("MnuAbout");
     }
-    EXPECT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
     EXPECT_EQ(form.findChildren<FrmScript*>().size(), 1);
     ASSERT_EQ(form.findChildren<QDialog*>("FrmAbout").size(), 1);
     const auto* acerca = form.findChild<QDialog*>("FrmAbout");
@@ -535,8 +682,6 @@ TEST_F(Principal, CadaControlSeHallaPorSuNombre) {
                                "TabStriptxtTimerPorBloque",
                                "txtTimerIpPuerto",
                                "TabStripTimerIpPuerto",
-                               "txtTimerEscritura",
-                               "TabStriptxtTimerPorBloqueEscritura",
                                "Label1",
                                "Label10",
                                "lblCantidadDePuntos",

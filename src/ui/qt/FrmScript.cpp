@@ -48,7 +48,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
     setWindowTitle(tr("Guion: %1[*]").arg(enQt(editor.nombre())));
-    resize(900, 640);
+    acomodar(*this, {900, 640});
     TextCodigo_->setAccessibleName(tr("Texto del guion"));
     auto* todo = hacer<QVBoxLayout>(this);
     todo->setContentsMargins(kBorde, kBorde, kBorde, kBorde);

@@ -30,9 +30,9 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
     const auto columna = static_cast<std::size_t>(celda.column());
     switch (papel) {
     case Qt::DisplayRole:
-        return enQt(lista_.texto(fila, columna));
+        return forma_.texto(lista_, fila, columna);
     case Qt::ToolTipRole:
-        return ayudaSinMarcas(enQt(lista_.texto(fila, columna)));
+        return ayudaSinMarcas(forma_.texto(lista_, fila, columna));
     case Qt::CheckStateRole:
         if (!forma_.conTildes || celda.column() != 0) return {};
         return lista_.tildada(fila) ? Qt::Checked : Qt::Unchecked;

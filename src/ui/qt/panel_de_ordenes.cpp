@@ -32,6 +32,7 @@ PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* 
 QLineEdit* PanelDeOrdenes::caja(const char* nombre, const QString& titulo) {
     auto* c = control<QLineEdit>(nombre, this);
     c->setAccessibleName(titulo);
+    c->setMaxLength(kDireccionMaxima);
     return c;
 }
 
