@@ -1,38 +1,21 @@
 // Every window on whatever screen the program is run on: nothing crushed, cut or off the screen.
 // Run on small screens and on doubled ones.
 
-#include "apoyo/planta.h"
 #include "ui/qt/FrmEscritura.h"
 #include "ui/qt/FrmPuertos.h"
 #include "ui/qt/FrmScript.h"
-#include "ui/qt/control.h"
-#include "ui/qt/ventanas.h"
-#include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "ventana/principal.h"
 
-#include <QAbstractItemView>
-#include <QAbstractScrollArea>
-#include <QCheckBox>
 #include <QFileDialog>
 #include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollArea>
-#include <QTabWidget>
 #include <QToolButton>
 
 namespace kv {
 namespace {
-
-class SinSalida final : public Observador {
-  public:
-    void alAgregar(std::string_view, std::int64_t, std::string_view) override {}
-    void alCambiarEtiqueta(std::string_view, std::string_view) override {}
-    void alCambiarColor(std::string_view, Color) override {}
-    void alMostrarMensaje(std::string_view, std::string_view) override {}
-};
 
 /// What can be scrolled into sight is judged by the room that it has in what is scrolled.
 QRect sitio(const QWidget& control, const QWidget& ventana) {
@@ -109,36 +92,17 @@ void juzgar(QWidget& ventana, const char* foto) {
                              .c_str());
 }
 
-class Pantallas : public testing::Test {
+class Pantallas : public Principal {
   protected:
     Pantallas() {
-        p.motor.vista.observar(&mensajero);
         p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "a = 1\r\nb = 1 / 0\r\n");
-        p.arrancarYConectar();
-        p.avanzar(5'000);
-        p.motor.vista.Form1Visible = true;
-        ventanas.mirarVisibilidad();
+        arrancar();
     }
-    ~Pantallas() override { p.motor.vista.observar(nullptr); }
-
-    Configuracion config = Configuracion()
-                               .puerto({"1", "0", "30"})
-                               .estacion(1, "10.0.0.1", 1)
-                               .bloque(1, "10", "1")
-                               .bloque(1, "1F", "1");
-    Planta p{config};
-    Estaciones& plc{p.en("10.0.0.1")};
-    SinSalida salida;
-    Mensajero mensajero{salida};
-    EditorDeGuion editor{p.archivos, p.motor.guion};
-    Ventanas ventanas{{p.motor.vista, p.motor.operador, editor, mensajero, "9.9", [] {}}};
-    Form1& form{ventanas.principal()};
 };
 
 } // namespace
 
 TEST_F(Pantallas, LaPrincipalYCadaUnaDeSusFichas) {
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&form));
     auto& listas = hallar<QTabWidget>(form, "fichasDeListas");
     auto& trazas = hallar<QTabWidget>(form, "fichasDeTrazas");
     p.motor.vista.txtDemandaLecturaEscritura.agregar("07:05:30 16-11-2025 Forzado OK 1.1.10\r\n");
@@ -160,11 +124,14 @@ TEST_F(Pantallas, LasOtrasVentanas) {
     juzgar(*form.findChild<FrmPuertos*>(), "frmpuertos");
     form.findChild<QAction*>("MnuAbout")->trigger();
     juzgar(*form.findChild<QWidget*>("FrmAbout"), "frmabout");
+    for (QDialog* visto : form.findChildren<QDialog*>())
+        visto->close();
     form.findChild<QAction*>("MnuScript")->trigger();
     auto& guion = *form.findChild<FrmScript*>();
     guion.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&guion));
     QTest::keyClick(&hallar<QPlainTextEdit>(guion, "TextCodigo"), Qt::Key_H, Qt::ControlModifier);
+    EXPECT_TRUE(hallar<QWidget>(guion, "TxtReemplazo").isVisible());
     hallar<QWidget>(guion, "AvisoDeCambio").show();
     juzgar(guion, "frmscript");
 }

@@ -167,7 +167,8 @@ QWidget* Form1::armarListas() {
     auto* partes = control<QSplitter>("partesDeListas", Qt::Vertical);
     partes->addWidget(sockets_);
     partes->addWidget(listas_);
-    partes->setStretchFactor(1, 1);
+    partes->setStretchFactor(0, 1);
+    partes->setStretchFactor(1, 3);
     partes->setSizes({150, 420});
     partes->setChildrenCollapsible(false);
     return partes;

@@ -1,6 +1,7 @@
 #include "ui/qt/caja_de_traza.h"
 
 #include "ui/qt/control.h"
+#include "ui/qt/ventana.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -98,6 +99,7 @@ void CajaDeTraza::elegirArchivo() {
     dialogo->setOption(QFileDialog::DontUseNativeDialog);
     dialogo->setDefaultSuffix("txt");
     dialogo->setAttribute(Qt::WA_DeleteOnClose);
+    acomodar(*dialogo, {820, 480});
     connect(dialogo, &QFileDialog::fileSelected, this,
             [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
     dialogo->open();

@@ -3,14 +3,17 @@
 #include "ui/qt/control.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <QTranslator>
 
 namespace kv {
 
 void ponerIdioma(std::string_view idioma) {
-    if (idioma != "en") return;
+    const bool ingles = idioma == "en";
+    QLocale::setDefault(ingles ? QLocale(QLocale::English)
+                               : QLocale(QLocale::Spanish, QLocale::Argentina));
     auto* traductor = hacer<QTranslator>(QCoreApplication::instance());
-    if (traductor->load(":/i18n/DriverKV2200_en.qm"))
+    if (traductor->load(ingles ? ":/i18n/DriverKV2200_en.qm" : ":/i18n/Qt_es.qm"))
         QCoreApplication::installTranslator(traductor);
 }
 
