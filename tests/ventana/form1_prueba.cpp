@@ -267,6 +267,7 @@ TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
 }
 
 TEST_F(Principal, EnInglesSiSePide) {
+    arrancar();
     ponerIdioma("fr");
     EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
     ponerIdioma("en");
@@ -274,6 +275,14 @@ TEST_F(Principal, EnInglesSiSePide) {
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
+    menu("MnuScript");
+    auto& guion = *form.findChild<FrmScript*>();
+    QTest::keyClicks(&hallar<QPlainTextEdit>(guion, "TextCodigo"), "If (");
+    clic(guion, "BtnOk");
+    EXPECT_TRUE(hallar<QLabel>(guion, "LblMensaje").text().endsWith("Syntax error"))
+        << qPrintable(hallar<QLabel>(guion, "LblMensaje").text());
+    clic(guion, "BtnCancelar");
+    ponerIdioma("");
     for (QTranslator* t : qApp->findChildren<QTranslator*>())
         QCoreApplication::removeTranslator(t);
     QLocale::setDefault(QLocale::c());

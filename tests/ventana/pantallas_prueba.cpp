@@ -41,8 +41,7 @@ QSize necesario(const QWidget& control) {
     if (const auto* rotulo = qobject_cast<const QLabel*>(&control)) {
         const bool cede = rotulo->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored;
         if (cede) todo.setWidth(0);
-        if (rotulo->wordWrap() && !cede)
-            todo.setHeight(rotulo->heightForWidth(rotulo->width()));
+        if (rotulo->wordWrap() && !cede) todo.setHeight(rotulo->heightForWidth(rotulo->width()));
     }
     return todo;
 }

@@ -4,6 +4,7 @@
 #include "ui/qt/barra_de_busqueda.h"
 #include "ui/qt/caja_de_codigo.h"
 #include "ui/qt/control.h"
+#include "ui/qt/idioma.h"
 #include "ui/qt/ventana.h"
 
 #include <QCloseEvent>
@@ -26,7 +27,7 @@ QString enPalabras(const FallaDeGuion& falla) {
     return FrmScript::tr("línea %1, columna %2: %3")
         .arg(falla.linea)
         .arg(falla.columna)
-        .arg(enQt(falla.descripcion));
+        .arg(enQt(enIngles() ? falla.enIngles : falla.descripcion));
 }
 
 /// A question over `padre`, answered later through `finished`.

@@ -78,7 +78,7 @@ QString tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
 QString deScan(const Lista& lista, std::uint32_t fila, std::size_t columna) {
     constexpr std::size_t kScan = 2;
     if (columna == kScan && lista.texto(fila, kScan) == "0")
-        return QCoreApplication::translate("Form1", "0: al conectar y al forzar");
+        return QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar");
     return tal(lista, fila, columna);
 }
 

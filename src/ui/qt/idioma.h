@@ -8,5 +8,7 @@ namespace kv {
 /// Spanish, the language of the sources. What the driver writes into lists and traces is Spanish always. Call before
 /// windows are made.
 void ponerIdioma(std::string_view idioma);
+/// Whether the windows speak English: for texts that come to them in both languages.
+[[nodiscard]] bool enIngles();
 
 } // namespace kv
