@@ -1,6 +1,7 @@
 // The commands of the main window: clicked, typed into, double-clicked.
 
 #include "ui/qt/FrmEscritura.h"
+#include "ui/qt/estado_de_fila.h"
 #include "ui/qt/ventana.h"
 #include "ventana/principal.h"
 
@@ -153,6 +154,17 @@ TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
     EXPECT_FALSE(p.bloque(0).activo);
     EXPECT_FALSE(p.motor.vista.lstViewEstadoDeBloques.tildada(0)) << "both lists follow";
     EXPECT_EQ(variables().model()->index(0, 0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    const auto senal = [](const QTableView& tabla, int columna) {
+        return tabla.model()->index(0, columna).data(Qt::DecorationRole).value<QIcon>().cacheKey();
+    };
+    const auto apagada = senalDeEstado(EstadoDeFila::Apagada).cacheKey();
+    EXPECT_EQ(senal(variables(), 2), apagada) << "before the window has looked at the list again";
+    EXPECT_EQ(celda(variables(), 0, 2), "OK (apagado)");
+    EXPECT_EQ(senal(bloques(), 3), apagada);
+    EXPECT_EQ(celda(bloques(), 0, 3), "SI (apagado)");
+    escribir("txtFiltro_lstViewVariables", "apagado");
+    EXPECT_EQ(variables().model()->rowCount(), 1);
+    hallar<QLineEdit>(form, "txtFiltro_lstViewVariables").clear();
     bloques().selectRow(0);
     QTest::keyClick(&bloques(), Qt::Key_Space);
     EXPECT_TRUE(p.bloque(0).activo);

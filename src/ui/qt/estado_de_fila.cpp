@@ -70,16 +70,27 @@ EstadoDeFila deBloque(const Lista& lista, std::uint32_t fila) {
                                                              : EstadoDeFila::Bien;
 }
 
-QString tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
-    return enQt(lista.texto(fila, columna));
+std::string tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return std::string(lista.texto(fila, columna));
+}
+
+/// What is switched off keeps its state and is not looked at any more: its text must not say less
+/// than its sign.
+std::string conApagado(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (lista.tildada(fila)) return tal(lista, fila, columna);
+    return deQt(QCoreApplication::translate("kv::Form1", "%1 (apagado)")
+                    .arg(enQt(lista.texto(fila, columna))));
+}
+
+std::string textoDeVariable(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return columna == 2 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
 }
 
 /// A scan of 0 is no pace: it says when the block is read all the same.
-QString deScan(const Lista& lista, std::uint32_t fila, std::size_t columna) {
-    constexpr std::size_t kScan = 2;
-    if (columna == kScan && lista.texto(fila, kScan) == "0")
-        return QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar");
-    return tal(lista, fila, columna);
+std::string textoDeBloque(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (columna == 2 && lista.texto(fila, columna) == "0")
+        return deQt(QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar"));
+    return columna == 3 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
 }
 
 } // namespace
@@ -132,7 +143,7 @@ const FormaDeLista& formaDeVariables() {
                                     .columnaDeEstado = 2,
                                     .columnaDeCifras = 1,
                                     .estado = deVariable,
-                                    .texto = tal,
+                                    .texto = textoDeVariable,
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Texto, Especie::Fecha, Especie::Texto},
                                     .filtrables = {0, 2, 4},
@@ -145,7 +156,7 @@ const FormaDeLista& formaDeBloques() {
                                     .columnaDeEstado = 3,
                                     .columnaDeCifras = -1,
                                     .estado = deBloque,
-                                    .texto = deScan,
+                                    .texto = textoDeBloque,
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Numero, Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 3},
