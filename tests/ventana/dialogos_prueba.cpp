@@ -21,10 +21,10 @@ class Anotador final : public OrdenDeEscribir {
         escritas.emplace_back(direccion, valor);
     }
     [[nodiscard]] std::string loQueSeLee(std::string_view direccion) const override {
-        return direccion == "1.2.40001" ? leido : std::string();
+        return direccion.starts_with("1.2.40001") ? leido : std::string();
     }
     std::vector<std::pair<std::string, double>> escritas;
-    std::string leido = "5   OK";
+    std::string leido = "5   OK   07:05:20 16-11-2025";
 };
 
 class Escritura : public testing::Test {
@@ -144,7 +144,7 @@ TEST_F(Escritura, OkReclamaLoQueFaltaEnOrdenYDespuesEscribe) {
 }
 
 TEST_F(Escritura, ElValorDeAhoraSigueAlRegistroMientrasSeTeclea) {
-    EXPECT_EQ(ahora(), "5   OK");
+    EXPECT_EQ(ahora(), "5   OK   07:05:20 16-11-2025");
     teclear("TxtValor", "77");
     anotador.leido = "6   BAD";
     EXPECT_TRUE(llega([this] { return ahora() == "6   BAD"; }));
@@ -168,6 +168,7 @@ TEST_F(Escritura, LoQueNoEntraEnUnaPalabraNoSeEscribe) {
 }
 
 TEST_F(Escritura, LaFilaDeUnBitTieneEseBitYNadaMas) {
+    anotador.leido = "1   OK   07:05:20 16-11-2025";
     dialogo->mostrarPara("1", "2", "40001.3", 1);
     EXPECT_EQ(binario(), "Bit 3: 1");
     for (int b = 0; b < 16; ++b)

@@ -8,9 +8,11 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QToolButton>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -100,6 +102,8 @@ void CajaDeTraza::elegirArchivo() {
     dialogo->setDefaultSuffix("txt");
     dialogo->setAttribute(Qt::WA_DeleteOnClose);
     acomodar(*dialogo, {820, 480});
+    if (auto* archivos = dialogo->findChild<QTreeView*>())
+        archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(dialogo, &QFileDialog::fileSelected, this,
             [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
     dialogo->open();
