@@ -268,6 +268,10 @@
         <source>0: al conectar y al forzar</source>
         <translation>0: on connecting and when forced</translation>
     </message>
+    <message>
+        <source>%1 (apagado)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -663,8 +667,8 @@
         <translation>&amp;Times:</translation>
     </message>
     <message>
-        <source>Lecturas de cada bloque, que después se apaga; 0 enciende el nivel y -1 lo apaga</source>
-        <translation>Reads of each block, which is then switched off; 0 switches the level on and -1 off</translation>
+        <source>Lecturas de cada bloque, que después queda como estaba; 0 enciende el nivel y -1 lo apaga</source>
+        <translation>Reads of each block, which is then left as it was; 0 switches the level on and -1 off</translation>
     </message>
     <message>
         <source>Forzar &amp;por nivel</source>
