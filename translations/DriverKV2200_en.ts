@@ -270,7 +270,7 @@
     </message>
     <message>
         <source>%1 (apagado)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (off)</translation>
     </message>
 </context>
 <context>
