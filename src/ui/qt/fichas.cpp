@@ -8,26 +8,29 @@
 #include <QListView>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace kv {
 
 ModeloDeFichas::ModeloDeFichas(const CajasConFichas& cajas, TituloDeFicha titulo, QObject* padre)
     : QAbstractListModel(padre), cajas_(cajas), titulo_(std::move(titulo)),
       cuantas_(static_cast<int>(cajas.cuantas())) {
-    medir();
+    medir(0);
 }
 
-/// Only the title with the most letters is measured: there may be very many.
-void ModeloDeFichas::medir() {
+/// Of the tabs from `desde` on, only the title with the most letters is measured: there may be very
+/// many, and one more every now and then.
+void ModeloDeFichas::medir(int desde) {
     constexpr int kLetrasMaximas = 40;
     constexpr QSize kMargenes{18, 6};
     QString larga;
-    for (int i = 0; i < cuantas_; ++i) {
+    for (int i = desde; i < cuantas_; ++i) {
         if (QString una = titulo_(static_cast<std::size_t>(i)); una.size() > larga.size())
             larga = std::move(una);
     }
     const QFontMetrics letra(QGuiApplication::font());
-    medida_ =
-        QSize(letra.horizontalAdvance(larga.left(kLetrasMaximas)), letra.height()) + kMargenes;
+    const int ancho = letra.horizontalAdvance(larga.left(kLetrasMaximas));
+    medida_ = medida_.expandedTo(QSize(ancho, letra.height()) + kMargenes);
 }
 
 int ModeloDeFichas::rowCount(const QModelIndex& padre) const {
@@ -47,8 +50,8 @@ void ModeloDeFichas::actualizar() {
     const auto ahora = static_cast<int>(cajas_.cuantas());
     if (ahora == cuantas_) return;
     beginResetModel();
-    cuantas_ = ahora;
-    medir();
+    const int antes = std::exchange(cuantas_, ahora);
+    medir(antes < ahora ? antes - 1 : 0); // the spare one has got a title
     endResetModel();
 }
 

@@ -29,7 +29,7 @@ class ModeloDeFichas final : public QAbstractListModel {
     void actualizar();
 
   private:
-    void medir();
+    void medir(int desde);
 
     const CajasConFichas& cajas_;
     TituloDeFicha titulo_;
