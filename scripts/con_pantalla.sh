@@ -1,11 +1,12 @@
 #!/bin/sh
-# Runs a program on a virtual screen of its own: con_pantalla.sh PROGRAM ARGUMENT...
+# Runs a program on a virtual screen of its own: con_pantalla.sh PROGRAM ARGUMENT... The screen has
+# 1600 by 1000 pixels, or what PANTALLA says (1024x600).
 # The server chooses a free display itself, so that several may start at once. Being told to end is
 # passed on to the program.
 set -eu
 aviso=$(mktemp)
 trap 'kill "$servidor" 2>/dev/null; wait "$servidor" 2>/dev/null; rm -f "$aviso"' EXIT
-Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$aviso" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 "${PANTALLA:-1600x1000}x24" -nolisten tcp 3>"$aviso" 2>/dev/null &
 servidor=$!
 for _ in $(seq 200); do
     [ -s "$aviso" ] && break

@@ -245,14 +245,6 @@
         <translation>By connection</translation>
     </message>
     <message>
-        <source>Temporizador de una escritura</source>
-        <translation>Timer of a write</translation>
-    </message>
-    <message>
-        <source>Por escritura</source>
-        <translation>By write</translation>
-    </message>
-    <message>
         <source>Lecturas y escrituras pedidas</source>
         <translation>Reads and writes asked for</translation>
     </message>
@@ -271,6 +263,14 @@
     <message>
         <source>Esta ventana no se cierra: Driver &gt; Ocultar ventana la esconde, Driver &gt; Salir termina el programa</source>
         <translation>This window does not close: Driver &gt; Hide window hides it, Driver &gt; Exit ends the program</translation>
+    </message>
+    <message>
+        <source>0: al conectar y al forzar</source>
+        <translation>0: on connecting and when forced</translation>
+    </message>
+    <message>
+        <source>%1 (apagado)</source>
+        <translation>%1 (off)</translation>
     </message>
 </context>
 <context>
@@ -342,6 +342,22 @@
         <source>Escritura manual: %1</source>
         <translation>Manual write: %1</translation>
     </message>
+    <message>
+        <source>Ahora</source>
+        <translation>Now</translation>
+    </message>
+    <message>
+        <source>no se lee</source>
+        <translation>not read</translation>
+    </message>
+    <message>
+        <source>Un bit es 0 o 1</source>
+        <translation>A bit is 0 or 1</translation>
+    </message>
+    <message>
+        <source>No entra: el máximo es 65535</source>
+        <translation>Does not fit: 65535 at most</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmPuertos</name>
@@ -358,10 +374,6 @@
         <translation>Port</translation>
     </message>
     <message>
-        <source>Los puertos configurados se ven en la lista de conexiones de la ventana principal.</source>
-        <translation>The configured ports are in the list of connections of the main window.</translation>
-    </message>
-    <message>
         <source>Agregar</source>
         <translation>Add</translation>
     </message>
@@ -374,12 +386,32 @@
         <translation>Remove</translation>
     </message>
     <message>
-        <source>Salir</source>
-        <translation>Exit</translation>
+        <source>Tiempo de espera (s)</source>
+        <translation>Time-out (s)</translation>
     </message>
     <message>
-        <source>Sin acción en esta ventana</source>
-        <translation>No action in this window</translation>
+        <source>Scan por defecto (s)</source>
+        <translation>Default scan (s)</translation>
+    </message>
+    <message>
+        <source>Reintentos</source>
+        <translation>Retries</translation>
+    </message>
+    <message>
+        <source>Descanso (s)</source>
+        <translation>Rest (s)</translation>
+    </message>
+    <message>
+        <source>Bloques</source>
+        <translation>Blocks</translation>
+    </message>
+    <message>
+        <source>Los puertos se cambian en la configuración</source>
+        <translation>Ports are changed in the configuration</translation>
+    </message>
+    <message>
+        <source>&amp;Salir</source>
+        <translation>E&amp;xit</translation>
     </message>
 </context>
 <context>
@@ -494,7 +526,7 @@
     </message>
     <message>
         <source>&amp;No guardar</source>
-        <translation>&amp;Don't save</translation>
+        <translation>&amp;Don&apos;t save</translation>
     </message>
     <message>
         <source>Guardado.</source>
@@ -635,8 +667,8 @@
         <translation>&amp;Times:</translation>
     </message>
     <message>
-        <source>Lecturas de cada bloque, que después se apaga; 0 enciende el nivel y -1 lo apaga</source>
-        <translation>Reads of each block, which is then switched off; 0 switches the level on and -1 off</translation>
+        <source>Lecturas de cada bloque, que después queda como estaba; 0 enciende el nivel y -1 lo apaga</source>
+        <translation>Reads of each block, which is then left as it was; 0 switches the level on and -1 off</translation>
     </message>
     <message>
         <source>Forzar &amp;por nivel</source>

@@ -1,6 +1,7 @@
 #include "script/guion.h"
 
 #include "platform/ruta.h"
+#include "script/errores.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -59,8 +60,8 @@ void Guion::correr() {
 
 void Guion::informar(const vbscript::ScriptError& error) {
     const std::string que = std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) +
-                            ", " + textoDeNumero(error.column) + "): " + error.description + " (" +
-                            textoDeNumero(error.number) + ")";
+                            ", " + textoDeNumero(error.column) + "): " + enCastellano(error) +
+                            " (" + textoDeNumero(error.number) + ")";
     if (dichos_.size() >= kErroresDichos || !dichos_.insert(que).second) return;
     vista_.txtTramas.agregar(sello_.ahora() + "  *Guion* " + que + "\r\n");
     log_.escribirLog("DRIVER", "Guion", que, error.source);

@@ -3,7 +3,6 @@
 #include "ui/commands/escritura_manual.h"
 #include "ui/qt/FrmAbout.h"
 #include "ui/qt/FrmEscritura.h"
-#include "ui/qt/FrmPuertos.h"
 #include "ui/qt/ventana.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
@@ -12,7 +11,6 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTreeWidget>
 
 namespace kv {
 namespace {
@@ -22,7 +20,11 @@ class Anotador final : public OrdenDeEscribir {
     void escribirDireccion(const std::string& direccion, double valor) override {
         escritas.emplace_back(direccion, valor);
     }
+    [[nodiscard]] std::string loQueSeLee(std::string_view direccion) const override {
+        return direccion.starts_with("1.2.40001") ? leido : std::string();
+    }
     std::vector<std::pair<std::string, double>> escritas;
+    std::string leido = "5   OK   07:05:20 16-11-2025";
 };
 
 class Escritura : public testing::Test {
@@ -34,6 +36,8 @@ class Escritura : public testing::Test {
         dialogo->mostrarPara("1", "2", "40001", 5);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(dialogo));
     }
+    [[nodiscard]] QString ahora() { return hallar<QLabel>(*dialogo, "LblAhora").text(); }
+    [[nodiscard]] bool okPosible() { return hallar<QPushButton>(*dialogo, "BtnOk").isEnabled(); }
     [[nodiscard]] QLineEdit& caja(const char* nombre) {
         return hallar<QLineEdit>(*dialogo, nombre);
     }
@@ -139,6 +143,51 @@ TEST_F(Escritura, OkReclamaLoQueFaltaEnOrdenYDespuesEscribe) {
     EXPECT_TRUE(seCerro());
 }
 
+TEST_F(Escritura, ElValorDeAhoraSigueAlRegistroMientrasSeTeclea) {
+    EXPECT_EQ(ahora(), "5   OK   07:05:20 16-11-2025");
+    teclear("TxtValor", "77");
+    anotador.leido = "6   BAD";
+    EXPECT_TRUE(llega([this] { return ahora() == "6   BAD"; }));
+    EXPECT_EQ(valor(), "77");
+    teclear("TxtDireccion", "40002");
+    EXPECT_EQ(ahora(), "no se lee") << "of the address that would be written";
+}
+
+TEST_F(Escritura, LoQueNoEntraEnUnaPalabraNoSeEscribe) {
+    teclear("TxtValor", "65535");
+    EXPECT_TRUE(okPosible());
+    teclear("TxtValor", "65536");
+    EXPECT_FALSE(okPosible());
+    EXPECT_EQ(hallar<QLabel>(*dialogo, "LblExceso").text(), "No entra: el máximo es 65535");
+    QTest::keyClick(&caja("TxtValor"), Qt::Key_Return);
+    EXPECT_TRUE(anotador.escritas.empty());
+    QTest::mouseClick(&bit(3), Qt::LeftButton);
+    QTest::mouseClick(&bit(3), Qt::LeftButton);
+    EXPECT_EQ(valor(), "0") << "a cleared bit leaves sixteen";
+    EXPECT_TRUE(okPosible());
+}
+
+TEST_F(Escritura, LaFilaDeUnBitTieneEseBitYNadaMas) {
+    anotador.leido = "1   OK   07:05:20 16-11-2025";
+    dialogo->mostrarPara("1", "2", "40001.3", 1);
+    EXPECT_EQ(binario(), "Bit 3: 1");
+    for (int b = 0; b < 16; ++b)
+        EXPECT_EQ(bit(b).isVisible(), b == 3) << b;
+    fotografiar(*dialogo, "frmescritura-bit");
+    EXPECT_TRUE(bit(3).isChecked());
+    QTest::keyClick(&bit(3), Qt::Key_Space);
+    EXPECT_EQ(valor(), "0");
+    EXPECT_EQ(binario(), "Bit 3: 0");
+    QTest::keyClick(&caja("TxtDireccion"), Qt::Key_Backspace);
+    EXPECT_EQ(caja("TxtDireccion").text(), "40001.3") << "it never becomes the whole word";
+    teclear("TxtValor", "2");
+    EXPECT_FALSE(okPosible());
+    teclear("TxtValor", "1");
+    clic(*dialogo, "BtnOk");
+    ASSERT_EQ(anotador.escritas.size(), 1U);
+    EXPECT_EQ(anotador.escritas[0], std::make_pair(std::string("1.2.40001.3"), 1.0));
+}
+
 TEST_F(Escritura, CancelarYSalirCierranSinEscribir) {
     clic(*dialogo, "BtnCancelar");
     EXPECT_TRUE(seCerro());
@@ -154,22 +203,6 @@ TEST_F(Escritura, SeVeBienEnOscuro) {
     EXPECT_TRUE(llega([&] { return caja("TxtValor").palette() == QApplication::palette(); }));
     EXPECT_EQ(tildados(), "1010101010101010");
     fotografiar(*dialogo, "frmescritura-oscura");
-}
-
-TEST(Puertos, UnaVentanaConLaListaVaciaCadaVez) {
-    QWidget padre;
-    FrmPuertos puertos(&padre);
-    puertos.mostrarPuertos();
-    auto& lista = hallar<QTreeWidget>(puertos, "LstViewPuertos");
-    lista.addTopLevelItem(std::make_unique<QTreeWidgetItem>(QStringList("1")).release());
-    puertos.mostrarPuertos();
-    EXPECT_EQ(lista.topLevelItemCount(), 0);
-    for (const char* boton : {"BtnAgregar", "BtnModificar", "BtnQuitar", "BtnSalir"})
-        clic(puertos, boton);
-    EXPECT_TRUE(puertos.isVisible());
-    EXPECT_FALSE(puertos.isModal());
-    EXPECT_EQ(lista.property(kPropiedadDeAyuda).toInt(), kContextoDeAyuda);
-    fotografiar(puertos, "frmpuertos");
 }
 
 TEST(About, LlevaElIconoDeLaVentanaPrincipalYLaVersion) {

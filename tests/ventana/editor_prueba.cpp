@@ -1,6 +1,8 @@
 // The script editor on the file that a running plant's engine reads.
 
 #include "apoyo/planta.h"
+#include "script/errores.h"
+#include "script/vbscript/fault.h"
 #include "ui/commands/editor_de_guion.h"
 #include "ui/commands/tramos_de_guion.h"
 #include "ui/qt/FrmScript.h"
@@ -118,7 +120,8 @@ TEST_F(Editor, LoQueNoCompilaSeAvisaYSeGuarda) {
     EXPECT_EQ(mensajeSobre(*ventana), nullptr) << "a warning in its place, nothing to click away";
     EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 2);
     EXPECT_TRUE(mensaje().contains("Guardado.")) << qPrintable(mensaje());
-    EXPECT_TRUE(mensaje().contains(QString::fromUtf8("línea 2"))) << qPrintable(mensaje());
+    EXPECT_TRUE(mensaje().endsWith(QString::fromUtf8("línea 2, columna 16: Error de sintaxis")))
+        << qPrintable(mensaje());
     tecla(Qt::Key_Backspace);
     QTest::keyClicks(&codigo(), "2");
     tecla(Qt::Key_F7);
@@ -131,7 +134,9 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     abrir("a = 1\r\nb = 2\r\nc = a / (b - 2)\r\n");
     p.avanzar(2000);
     ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 3; }));
-    EXPECT_TRUE(mensaje().contains(QString::fromUtf8("Última corrida: línea 3")));
+    EXPECT_EQ(mensaje(),
+              QString::fromUtf8("✖ Última corrida: línea 3, columna 1: División por cero"));
+    EXPECT_TRUE(p.tramasTiene("División por cero (11)"));
     EXPECT_EQ(codigo().mensajeDe(3).count('\n'), 0);
     ponerCursor(1);
     tecla(Qt::Key_Return);
@@ -154,6 +159,32 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     p.archivos.poner(kGuion, "x = 2");
     clic(*ventana, "BtnRecargar");
     EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "what was read anew has not run yet";
+}
+
+TEST(ErroresDelGuion, CadaTextoDelLenguajeTieneElSuyoYLoAjenoQueda) {
+    vbscript::ScriptError error;
+    int conTexto = 0;
+    for (error.number = 1; error.number < 0x10000; ++error.number) {
+        error.description = vbscript::errorText(error.number);
+        const bool conocido = error.description != vbscript::errorText(-1);
+        const std::string dicho = enCastellano(error);
+        EXPECT_NE(dicho, error.description);
+        EXPECT_EQ(dicho != "Error desconocido", conocido) << error.number;
+        conTexto += conocido ? 1 : 0;
+    }
+    EXPECT_GT(conTexto, 100);
+    for (const auto& [numero, texto, dicho] :
+         {std::tuple{13, "Type mismatch: 'Foo'", "Los tipos no coinciden: 'Foo'"},
+          {13, "la bomba no responde", "la bomba no responde"},
+          {13, "Type mismatch in pump", "Type mismatch in pump"}}) {
+        error.number = numero;
+        error.description = texto;
+        EXPECT_EQ(enCastellano(error), dicho);
+    }
+    error.budget = true;
+    error.number = vbscript::budgetNumber(vbscript::BudgetKind::Steps);
+    error.description = vbscript::budgetText(vbscript::BudgetKind::Steps);
+    EXPECT_EQ(enCastellano(error), "El guion dio más pasos que los permitidos");
 }
 
 TEST_F(Editor, LaMarcaSeVaCuandoElMismoTextoCorreBien) {

@@ -1,130 +1,20 @@
-// The main window over a plant: clicked, typed into, double-clicked, and read.
+// The main window over a plant: what it shows, and its other windows.
 
-#include "apoyo/planta.h"
-#include "ui/qt/FrmEscritura.h"
 #include "ui/qt/FrmPuertos.h"
 #include "ui/qt/FrmScript.h"
-#include "ui/qt/control.h"
 #include "ui/qt/idioma.h"
 #include "ui/qt/tabla_de_lista.h"
 #include "ui/qt/ventana.h"
-#include "ui/qt/ventanas.h"
-#include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "ventana/principal.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListView>
-#include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollBar>
-#include <QTabWidget>
-#include <QTableView>
 #include <QTranslator>
+#include <QTreeWidget>
 
 namespace kv {
-namespace {
-
-constexpr double kMuchoMs = 20'000;
-
-/// Keeps what the messages say, as the program's own output does.
-class Salida final : public Observador {
-  public:
-    void alAgregar(std::string_view /*caja*/, std::int64_t /*indice*/,
-                   std::string_view /*texto*/) override {}
-    void alCambiarEtiqueta(std::string_view /*etiqueta*/, std::string_view /*texto*/) override {}
-    void alCambiarColor(std::string_view /*etiqueta*/, Color /*color*/) override {}
-    void alMostrarMensaje(std::string_view /*titulo*/, std::string_view texto) override {
-        mensajes.emplace_back(texto);
-    }
-    std::vector<std::string> mensajes;
-};
-
-class Principal : public testing::Test {
-  protected:
-    Principal() { p.motor.vista.observar(&mensajero); }
-    ~Principal() override { p.motor.vista.observar(nullptr); }
-
-    void arrancar() {
-        p.arrancarYConectar();
-        p.avanzar(5'000); // every block of the station that is there has been read
-        mostrar();
-    }
-    void mostrar() {
-        p.motor.vista.Form1Visible = true;
-        ventanas.mirarVisibilidad();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&form));
-    }
-    /// Time passes in the plant, and the window shows what came of it.
-    void avanzar(double ms) {
-        p.avanzar(ms);
-        form.refrescar();
-    }
-    void escribir(const char* caja, const char* texto) {
-        auto& linea = hallar<QLineEdit>(form, caja);
-        linea.clear();
-        QTest::keyClicks(&linea, texto);
-    }
-    [[nodiscard]] QString linea(const char* caja) { return hallar<QLineEdit>(form, caja).text(); }
-    [[nodiscard]] QString rotulo(const char* nombre) { return hallar<QLabel>(form, nombre).text(); }
-    [[nodiscard]] QTableView& variables() { return hallar<QTableView>(form, "lstViewVariables"); }
-    [[nodiscard]] QTableView& bloques() {
-        hallar<QTabWidget>(form, "fichasDeListas").setCurrentIndex(1);
-        return hallar<QTableView>(form, "lstViewEstadoDeBloques");
-    }
-    [[nodiscard]] static QString celda(const QTableView& tabla, int fila, int columna) {
-        return tabla.model()->index(fila, columna).data().toString();
-    }
-    static void dobleClic(QTableView& tabla, int fila) {
-        dobleClic(tabla, tabla.visualRect(tabla.model()->index(fila, 1)).center());
-    }
-    static void dobleClic(QTableView& tabla, const QPoint& lugar) {
-        QTest::mouseClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
-        QTest::mouseDClick(tabla.viewport(), Qt::LeftButton, {}, lugar);
-        QTest::mouseRelease(tabla.viewport(), Qt::LeftButton, {}, lugar);
-    }
-    [[nodiscard]] static QPoint tilde(const QTableView& tabla, int fila) {
-        const QRect todo = tabla.visualRect(tabla.model()->index(fila, 0));
-        return {todo.left() + 10, todo.center().y()};
-    }
-    void menu(const char* accion) { hallarAccion(accion).trigger(); }
-    [[nodiscard]] QAction& hallarAccion(const char* accion) {
-        auto* hallada = form.findChild<QAction*>(accion);
-        if (hallada == nullptr) qFatal("no action named %s", accion);
-        return *hallada;
-    }
-    [[nodiscard]] QString demanda() {
-        form.refrescar();
-        return enQt(p.motor.vista.txtDemandaLecturaEscritura.texto());
-    }
-    [[nodiscard]] std::string auditoria() {
-        return p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
-    }
-
-    Configuracion config = Configuracion()
-                               .puerto({"1", "0", "30"})
-                               .estacion(1, "10.0.0.1", 1)
-                               .bloque(1, "10", "1")
-                               .bloque(1, "11", "1", true, 1, 2)
-                               .bloque(1, "1F", "1")
-                               .bloque(1, "20", "1")
-                               .estacion(2, "10.0.0.2", 2)
-                               .bloque(2, "10", "1");
-    Planta p{config};
-    Estaciones& plc{p.en("10.0.0.1")};
-    Salida salida;
-    Mensajero mensajero{salida};
-    EditorDeGuion editor{p.archivos, p.motor.guion};
-    int apagados = 0;
-    Ventanas ventanas{
-        {p.motor.vista, p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};
-    Form1& form{ventanas.principal()};
-};
-
-} // namespace
 
 TEST_F(Principal, MuestraLasTresListasYLasCifras) {
     arrancar();
@@ -146,22 +36,6 @@ TEST_F(Principal, MuestraLasTresListasYLasCifras) {
     fotografiar(form, "form1");
     const ConPaletaOscura oscura;
     fotografiar(form, "form1_oscura");
-}
-
-TEST_F(Principal, LaBusquedaExactaEligeLaFilaAunqueElFiltroLaTape) {
-    arrancar();
-    escribir("txtFiltro_lstViewVariables", "1.2.");
-    EXPECT_EQ(variables().model()->rowCount(), 1);
-    escribir("txtBuscarDireccion", "1.1.1F");
-    clic(form, "BtnBuscarDireccion");
-    EXPECT_EQ(variables().model()->rowCount(), 5);
-    EXPECT_EQ(celda(variables(), variables().currentIndex().row(), 0), "1.1.1F");
-    const QString hallada = rotulo("lblResultadoBusqueda");
-    EXPECT_TRUE(hallada.startsWith(" Direccion: 1.1.1F\r\n  Valor: ")) << qPrintable(hallada);
-    EXPECT_TRUE(hallada.contains("\r\n  Estado: OK\r\n  Validez: "));
-    escribir("txtBuscarDireccion", "1.1");
-    QTest::keyClick(&hallar<QLineEdit>(form, "txtBuscarDireccion"), Qt::Key_Return);
-    EXPECT_TRUE(rotulo("lblResultadoBusqueda").endsWith("\r\nNo existe"));
 }
 
 TEST_F(Principal, FiltraMientrasSeEscribeYOrdenaComoSeEspera) {
@@ -206,153 +80,45 @@ TEST(TablaDeLista, LoQueSeVeNoSaltaCuandoUnaFilaDejaElFiltro) {
     EXPECT_EQ(filas.currentIndex().row(), 0);
 }
 
-TEST_F(Principal, FuerzaLecturasYNiveles) {
+TEST_F(Principal, LaFichaDeUnBloqueLoNombra) {
     arrancar();
-    escribir("TxtDireccion", "1.1.10");
-    clic(form, "btnForzarLectura");
-    EXPECT_TRUE(demanda().contains(" Forzado OK 1.1.10\r\n"));
-    escribir("TxtDireccion", "1.1");
-    clic(form, "btnForzarLectura");
-    EXPECT_TRUE(demanda().contains(" NO EXISTE PUERTO O PLC "));
-    for (const auto& [nivel, veces, texto] :
-         {std::tuple{"a", "1", "Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos"},
-          {"1", " ", "Error de Dato, en Nivel y/o Cantidad de Poleos"}}) {
-        escribir("txtForzarNivel", nivel);
-        escribir("txtForzarNivelNVeces", veces);
-        clic(form, "btnForzarPorNivel");
-        ASSERT_NE(mensajeSobre(form), nullptr);
-        EXPECT_EQ(mensajeSobre(form)->text(), texto);
-        EXPECT_EQ(mensajeSobre(form)->icon(), QMessageBox::Critical);
-        responder(form, "Aceptar");
-    }
-    escribir("txtForzarNivel", "2");
-    escribir("txtForzarNivelNVeces", "3");
-    clic(form, "btnForzarPorNivel");
-    EXPECT_EQ(celda(bloques(), 1, 4), "FORZANDO POR NIVEL, Cantidad de veces a leer : 3");
-    avanzar(kMuchoMs);
-    EXPECT_EQ(celda(bloques(), 1, 4), "FORZADO POR NIVEL OK");
+    hallar<QTabWidget>(form, "fichasDeTrazas").setCurrentIndex(2);
+    for (int i = 0; i < 3; ++i) // traces follow at their own pace
+        form.refrescar();
+    const auto& tira = hallar<QListView>(form, "TabStriptxtTimerPorBloque");
+    EXPECT_EQ(tira.model()->index(2, 0).data().toString(), "3:  1.1.1F");
+    EXPECT_EQ(tira.model()->index(5, 0).data().toString(), "") << "the spare one";
 }
 
-TEST_F(Principal, EscribeValoresDePrueba) {
+TEST_F(Principal, LosPuertosSeVenYLaListaSeCierra) {
     arrancar();
-    escribir("TxtDireccion", "1.1.10");
-    escribir("txtValorDeEscritura", "65535");
-    clic(form, "btnEscribirValor");
-    avanzar(kMuchoMs);
-    EXPECT_EQ(plc.valor(1, 0x10), 65535);
-    EXPECT_NE(auditoria().find(";ventana;1.1.10;"), std::string::npos);
-    clic(form, "BtnEscribirOtroValor");
-    EXPECT_EQ(linea("txtValorDeEscritura"), "0") << "a word begins again";
-    avanzar(kMuchoMs);
-    EXPECT_EQ(plc.valor(1, 0x10), 0);
-    escribir("TxtDireccion", "1.1.1F");
-    escribir("txtValorDeEscritura", "7");
-    clic(form, "BtnEscribirOtraDireccion");
-    EXPECT_EQ(linea("TxtDireccion"), "1.1.20") << "registers are hexadecimal";
-    avanzar(kMuchoMs);
-    EXPECT_EQ(plc.valor(1, 0x20), 7);
-    escribir("TxtDireccion", "1.1.20.3");
-    clic(form, "BtnEscribirOtroValor");
-    EXPECT_EQ(linea("txtValorDeEscritura"), "0") << "a bit toggles";
-    clic(form, "BtnEscribirOtroValor");
-    avanzar(kMuchoMs);
-    EXPECT_EQ(plc.valor(1, 0x20), 7 | 8);
-    escribir("TxtDireccion", "nada");
-    clic(form, "BtnEscribirOtraDireccion");
-    EXPECT_EQ(linea("TxtDireccion"), "1.1.40002");
-    escribir("txtValorDeEscritura", "mucho");
-    clic(form, "btnEscribirValor");
-    ASSERT_NE(mensajeSobre(form), nullptr);
-    EXPECT_EQ(mensajeSobre(form)->text(), "Error de Ingreso");
+    clic(form, "BtnConfig");
+    clic(form, "BtnConfig");
+    ASSERT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
+    auto& puertos = *form.findChild<FrmPuertos*>();
+    auto& lista = hallar<QTreeWidget>(puertos, "LstViewPuertos");
+    ASSERT_EQ(lista.topLevelItemCount(), 1);
+    QStringList textos;
+    for (int c = 0; c < lista.columnCount(); ++c)
+        textos << lista.topLevelItem(0)->text(c);
+    EXPECT_EQ(textos.join(' '), "1 1 5 0 30 5");
+    EXPECT_FALSE(puertos.isModal());
+    EXPECT_EQ(lista.property(kPropiedadDeAyuda).toInt(), kContextoDeAyuda);
+    fotografiar(puertos, "frmpuertos");
+    for (const char* boton : {"BtnAgregar", "BtnModificar", "BtnQuitar"})
+        EXPECT_FALSE(hallar<QPushButton>(puertos, boton).isEnabled());
+    clic(puertos, "BtnSalir");
+    EXPECT_FALSE(puertos.isVisible());
 }
 
-TEST_F(Principal, EnviaLosParesEnSuOrden) {
+TEST_F(Principal, ElEstadoDelGuionTieneElFondoQueSeEspera) {
     arrancar();
-    escribir("txtDirDePruebas(0)", "1.1.11");
-    escribir("txtValoresDePruebas(0)", "5");
-    escribir("txtDirDePruebas(2)", "1.1.10");
-    escribir("txtValoresDePruebas(2)", "6");
-    const std::size_t antes = plc.pedidos.size();
-    clic(form, "BtnEnviar");
-    avanzar(kMuchoMs);
-    std::vector<int> escritos;
-    for (std::size_t i = antes; i < plc.pedidos.size(); ++i) {
-        if (plc.pedidos[i].trama[0] == 0x57) escritos.push_back(plc.pedidos[i].trama[3]);
-    }
-    EXPECT_EQ(escritos, (std::vector<int>{0x11, 0x10}));
-    EXPECT_EQ(plc.valor(1, 0x11), 5);
-    EXPECT_EQ(plc.valor(1, 0x10), 6);
-}
-
-TEST_F(Principal, LasTildesEnciendenYApaganBloques) {
-    arrancar();
-    QTest::mouseClick(variables().viewport(), Qt::LeftButton, {}, tilde(variables(), 0));
-    EXPECT_FALSE(p.bloque(0).activo);
-    EXPECT_FALSE(p.motor.vista.lstViewEstadoDeBloques.tildada(0)) << "both lists follow";
-    EXPECT_EQ(variables().model()->index(0, 0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
-    bloques().selectRow(0);
-    QTest::keyClick(&bloques(), Qt::Key_Space);
-    EXPECT_TRUE(p.bloque(0).activo);
-    EXPECT_TRUE(p.motor.vista.lstViewVariables.tildada(0));
-    dobleClic(variables(), tilde(variables(), 0));
-    EXPECT_EQ(form.findChild<FrmEscritura*>(), nullptr) << "a double click there opens nothing";
-}
-
-TEST_F(Principal, ElDobleClicAbreLaEscrituraManualOSeNiega) {
-    arrancar();
-    dobleClic(variables(), 4);
-    ASSERT_NE(mensajeSobre(form), nullptr);
-    EXPECT_EQ(mensajeSobre(form)->text(), "Imposible. Sin conexion con estacion");
-    responder(form, "Aceptar");
-    plc.demora = [](const Solicitud& t) {
-        return t[3] == 0x10 ? std::nullopt : std::optional<double>(0);
-    };
-    avanzar(kMuchoMs);
-    dobleClic(variables(), 0);
-    ASSERT_NE(mensajeSobre(form), nullptr);
-    EXPECT_EQ(mensajeSobre(form)->text(), "Imposible. Bloque deshabilitado");
-    responder(form, "Aceptar");
-    variables().selectRow(1);
-    QTest::keyClick(&variables(), Qt::Key_Return);
-    auto* dialogo = form.findChild<FrmEscritura*>();
-    ASSERT_NE(dialogo, nullptr);
-    EXPECT_EQ(hallar<QLineEdit>(*dialogo, "txtPuerto").text(), "1");
-    EXPECT_EQ(hallar<QLineEdit>(*dialogo, "TxtPlc").text(), "1");
-    EXPECT_EQ(hallar<QLineEdit>(*dialogo, "TxtDireccion").text(), "11");
-    EXPECT_EQ(hallar<QLineEdit>(*dialogo, "TxtValor").text(), "117");
-    QTest::mouseClick(&hallar<QCheckBox>(*dialogo, "CheckBin(1)"), Qt::LeftButton);
-    clic(*dialogo, "BtnOk");
-    avanzar(kMuchoMs);
-    EXPECT_EQ(plc.valor(1, 0x11), 119);
-}
-
-TEST_F(Principal, ElScanDeUnBloqueSePreguntaSinDetenerElPoleo) {
-    arrancar();
-    const auto preguntar = [this](const char* respuesta) {
-        dobleClic(bloques(), 0);
-        auto* pregunta = form.findChild<QInputDialog*>();
-        ASSERT_NE(pregunta, nullptr);
-        EXPECT_EQ(pregunta->windowTitle(), "ScanTime");
-        EXPECT_TRUE(pregunta->labelText().startsWith("Scan Time del Bloque (segundos)\r\n1.1.10/"));
-        const std::size_t antes = plc.pedidos.size();
-        avanzar(kMuchoMs);
-        EXPECT_GT(plc.pedidos.size(), antes) << "polling goes on behind the question";
-        pregunta->setTextValue(respuesta);
-        QPointer<QInputDialog> abierta = pregunta;
-        pregunta->accept();
-        EXPECT_TRUE(llega([&] { return abierta == nullptr; }));
-    };
-    preguntar("2.5");
-    EXPECT_EQ(celda(bloques(), 0, 2), "2.5");
-    preguntar("  ");
-    EXPECT_EQ(mensajeSobre(form), nullptr);
-    for (const char* mala : {"pronto", "0"}) {
-        preguntar(mala);
-        ASSERT_NE(mensajeSobre(form), nullptr);
-        EXPECT_EQ(mensajeSobre(form)->text(), "Error de Ingreso");
-        responder(form, "Aceptar");
-    }
-    EXPECT_EQ(celda(bloques(), 0, 2), "2.5");
+    const auto& estado = hallar<QLabel>(form, "lblEstadoScript");
+    EXPECT_EQ(estado.palette().color(QPalette::Window), QColor(0, 255, 0));
+    EXPECT_TRUE(estado.autoFillBackground());
+    p.motor.vista.lblEstadoScript.colorear(Color::Rojo);
+    form.refrescar();
+    EXPECT_EQ(estado.palette().color(QPalette::Window), QColor(255, 0, 0));
 }
 
 TEST_F(Principal, SeVeYSeOcultaComoDiceVER) {
@@ -388,6 +154,7 @@ TEST_F(Principal, SoloElApagadoConfirmadoLaCierra) {
     menu("MnuShutdown");
     responder(form, enQt("Sí"));
     EXPECT_EQ(apagados, 1);
+    EXPECT_TRUE(logTiene("Form1>Salir>"));
     form.close();
     EXPECT_FALSE(form.isVisible());
 }
@@ -410,11 +177,9 @@ TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
 TEST_F(Principal, LosMenusAbrenLasOtrasVentanasUnaVez) {
     arrancar();
     for (int i = 0; i < 2; ++i) {
-        clic(form, "BtnConfig");
         menu("MnuScript");
         menu("MnuAbout");
     }
-    EXPECT_EQ(form.findChildren<FrmPuertos*>().size(), 1);
     EXPECT_EQ(form.findChildren<FrmScript*>().size(), 1);
     ASSERT_EQ(form.findChildren<QDialog*>("FrmAbout").size(), 1);
     const auto* acerca = form.findChild<QDialog*>("FrmAbout");
@@ -472,19 +237,6 @@ TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
     EXPECT_GT(variables().height(), antes / 2) << "the lists keep their room";
 }
 
-TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {
-    arrancar();
-    hallar<QLineEdit>(form, "txtBuscarDireccion").setFocus();
-    QStringList visitados;
-    for (int i = 0; i < 9; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        visitados << QApplication::focusWidget()->objectName();
-    }
-    EXPECT_EQ(visitados.join(' '), "BtnBuscarDireccion TxtDireccion btnForzarLectura "
-                                   "txtValorDeEscritura btnEscribirValor BtnEscribirOtraDireccion "
-                                   "BtnEscribirOtroValor txtForzarNivel txtForzarNivelNVeces");
-}
-
 TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
     arrancar();
     p.arranque.abrirServidor();
@@ -515,6 +267,7 @@ TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
 }
 
 TEST_F(Principal, EnInglesSiSePide) {
+    arrancar();
     ponerIdioma("fr");
     EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
     ponerIdioma("en");
@@ -522,7 +275,17 @@ TEST_F(Principal, EnInglesSiSePide) {
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
-    QCoreApplication::removeTranslator(qApp->findChild<QTranslator*>());
+    menu("MnuScript");
+    auto& guion = *form.findChild<FrmScript*>();
+    QTest::keyClicks(&hallar<QPlainTextEdit>(guion, "TextCodigo"), "If (");
+    clic(guion, "BtnOk");
+    EXPECT_TRUE(hallar<QLabel>(guion, "LblMensaje").text().endsWith("Syntax error"))
+        << qPrintable(hallar<QLabel>(guion, "LblMensaje").text());
+    clic(guion, "BtnCancelar");
+    ponerIdioma("");
+    for (QTranslator* t : qApp->findChildren<QTranslator*>())
+        QCoreApplication::removeTranslator(t);
+    QLocale::setDefault(QLocale::c());
 }
 
 TEST_F(Principal, CadaControlSeHallaPorSuNombre) {
@@ -535,8 +298,6 @@ TEST_F(Principal, CadaControlSeHallaPorSuNombre) {
                                "TabStriptxtTimerPorBloque",
                                "txtTimerIpPuerto",
                                "TabStripTimerIpPuerto",
-                               "txtTimerEscritura",
-                               "TabStriptxtTimerPorBloqueEscritura",
                                "Label1",
                                "Label10",
                                "lblCantidadDePuntos",

@@ -52,7 +52,8 @@ class ConFichas : public testing::Test {
         return todas.size() == 1 ? todas.front().row() : -1;
     }
     Vista vista;
-    Fichas fichas{vista.txtTimer, "Bloques", nullptr};
+    Fichas fichas{vista.txtTimer, [this](std::size_t i) { return enQt(vista.txtTimer.titulo(i)); },
+                  "Bloques", nullptr};
     QListView& tira{hallar<QListView>(fichas, "TabStriptxtTimerPorBloque")};
 };
 
@@ -122,6 +123,19 @@ TEST_F(ConFichas, UnaCajaEnElLugarDeOtraNoSeTomaPorElla) {
     empezar("de ahora");
     EXPECT_EQ(fichas.alFrente(), 1);
     EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "de ahora");
+}
+
+TEST_F(ConFichas, CadaTituloTieneElLugarQueNecesita) {
+    for (std::size_t i = 0; i < 12; ++i)
+        vista.txtTimer.usar(i, i == 5 ? "6:  12.34.40001" : std::to_string(i + 1));
+    fichas.refrescar();
+    QCoreApplication::processEvents();
+    for (int i = 0; i < 12; ++i) {
+        const QModelIndex ficha = tira.model()->index(i, 0);
+        EXPECT_GE(tira.visualRect(ficha).width(),
+                  tira.fontMetrics().horizontalAdvance(ficha.data().toString()) + 6)
+            << i;
+    }
 }
 
 TEST(Lista, SeBuscaLaPrimeraFilaYUnNuloNoDivideUnTexto) {

@@ -32,7 +32,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       forzado(tablas, turnos, publicacion, poleo, mudas, modelo, vista, sello, log, Timer1_Bloques),
       servidor(bucle_, tablas, ajustes, vista, log, *this),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj()}) {
+                bucle_.reloj(), log}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(this);

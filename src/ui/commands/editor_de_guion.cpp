@@ -1,5 +1,6 @@
 #include "ui/commands/editor_de_guion.h"
 
+#include "script/errores.h"
 #include "script/vbscript/engine.h"
 #include "text/windows1252.h"
 
@@ -21,7 +22,7 @@ class SinMundo final : public vbscript::Surroundings {
 };
 
 FallaDeGuion desde(const vbscript::ScriptError& error) {
-    return {error.line, error.column, error.description};
+    return {error.line, error.column, enCastellano(error), error.description};
 }
 
 std::string conFinDeLinea(std::string_view texto) {

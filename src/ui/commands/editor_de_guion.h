@@ -15,6 +15,7 @@ struct FallaDeGuion {
     int linea = 0;
     int columna = 0;
     std::string descripcion;
+    std::string enIngles = {}; ///< as the language says it; empty for what the language did not say
     friend bool operator==(const FallaDeGuion&, const FallaDeGuion&) = default;
 };
 

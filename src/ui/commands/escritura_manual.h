@@ -5,21 +5,29 @@
 
 namespace kv {
 
+inline constexpr int kDireccionMaxima = 200; ///< characters that a box takes of an address
+
 /// Takes writes that were asked for by hand; how each ends is told in the operator's box.
 class OrdenDeEscribir {
   public:
     virtual ~OrdenDeEscribir() = default;
     virtual void escribirDireccion(const std::string& direccion, double valor) = 0;
+    /// What is known of an address now: its value, state and time. Empty when nobody reads it.
+    [[nodiscard]] virtual std::string loQueSeLee(std::string_view direccion) const = 0;
 };
 
-/// The manual write dialog without its window: four texts, sixteen bits and what its buttons do.
-/// Bits count from 0, the lowest.
+/// The manual write dialog without its window: four texts, the bits and what its buttons do. The
+/// value is that of a register with its sixteen bits, or, when the address names one, of that bit
+/// alone. Bits count from 0, the lowest.
 class EscrituraManual {
   public:
     std::string txtPuerto; ///< this and the next two: parts of the address, as typed
     std::string TxtPlc;
-    std::string TxtDireccion;
+    std::string TxtDireccion; ///< a register, or a register and its bit
 
+    /// The bit that the address names, -1 for none.
+    [[nodiscard]] int bit() const;
+    [[nodiscard]] std::string direccion() const;
     /// The value's text, brought in line with what a word can be: "0" when empty or no number.
     void ponerValor(std::string_view texto);
     void recibirValorMW(double valor);
@@ -30,6 +38,8 @@ class EscrituraManual {
     void marcar(int bit, bool marcado);
     /// Whether a box takes the character, typed or pasted: digits, and nothing else.
     [[nodiscard]] static bool admite(char16_t caracter);
+    /// Whether the value fits what it is written to: a word, or a bit.
+    [[nodiscard]] bool cabe() const;
     /// OK: what is wrong with the first bad field, to be shown, or empty when the write was asked
     /// for.
     [[nodiscard]] std::string BtnOk(OrdenDeEscribir& orden) const;

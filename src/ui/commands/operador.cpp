@@ -19,7 +19,25 @@ constexpr std::size_t kValor = 1;
 constexpr std::size_t kEstado = 2;
 constexpr std::size_t kFechaHora = 3;
 
-Aviso errorDeIngreso() { return {"Error de Ingreso", "", true}; }
+constexpr std::string_view kVentana = "Form1"; // as the log names it
+constexpr double kScanMinimo = 0.001;          // seconds
+
+Aviso errorDeIngreso(const std::string& campo, std::string_view que) {
+    return {("Error de Ingreso\r\n" + campo + ": ").append(que), "", true};
+}
+constexpr std::string_view kNoEsNumero = "no es un número";
+
+/// Whoever types may mean a decimal point by a comma.
+std::optional<double> numeroTecleado(std::string_view texto) {
+    const auto coma = texto.find(',');
+    if (coma == std::string_view::npos || texto.find('.') != std::string_view::npos)
+        return numeroDeTexto(texto);
+    return numeroDeTexto(std::string(texto).replace(coma, 1, "."));
+}
+
+bool esScan(double segundos) {
+    return segundos == 0 || (segundos >= kScanMinimo && segundos <= Modelo::kScanMaximo);
+}
 
 std::optional<std::string> registroSiguiente(std::string_view registro) {
     const auto numero = hexadecimal(registro);
@@ -68,6 +86,7 @@ void Operador::hacer(const Orden& orden) {
 }
 
 void Operador::cumplir(const Orden& orden) {
+    anotar(orden);
     switch (orden.clase) {
     case Orden::Clase::Forzar:
         return p_.forzado.forzarPoleo(orden.texto);
@@ -92,6 +111,35 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::VerServidor:
         p_.vista.FrmServerTCPVisible = orden.numero != 0;
         return;
+    case Orden::Clase::Salir:
+        return;
+    }
+}
+
+/// Whoever finds a block switched off must be able to learn that somebody did it. Writes have a
+/// record of their own.
+void Operador::anotar(const Orden& orden) {
+    const auto decir = [this](std::string_view que, const std::string& cual) {
+        p_.log.escribirLog(kVentana, que, cual);
+    };
+    const BloqueLectura* b = bloque(entero(orden.numero).value_or(-1));
+    const std::string clave = b != nullptr ? b->clave : std::string();
+    switch (orden.clase) {
+    case Orden::Clase::Forzar:
+        return decir("Forzar lectura", orden.texto.substr(0, kDireccionMaxima));
+    case Orden::Clase::ForzarNivel:
+        return decir("Forzar nivel",
+                     textoDeNumero(orden.numero) + ", veces: " + textoDeNumero(orden.otro));
+    case Orden::Clase::Activar:
+        return decir(orden.otro != 0 ? "Prender bloque" : "Apagar bloque", clave);
+    case Orden::Clase::Scan:
+        return decir("Cambiar scan", clave + " de " +
+                                         textoDeNumero(b != nullptr ? b->scanSegundos : 0) + " a " +
+                                         textoDeNumero(orden.otro) + " s");
+    case Orden::Clase::Salir:
+        return decir("Salir", "confirmado");
+    default:
+        return;
     }
 }
 
@@ -100,16 +148,23 @@ void Operador::forzarLectura(std::string_view direccion) {
 }
 
 Aviso Operador::forzarPorNivel(std::string_view nivel, std::string_view veces) {
-    if (recortar(nivel).empty() || recortar(veces).empty())
-        return {"Error de Dato, en Nivel y/o Cantidad de Poleos", "Atencion", true};
+    const auto queja = [](std::string texto, bool delNivel, bool deVeces) -> Aviso {
+        for (const auto& [mal, campo] : {std::pair{delNivel, "Nivel"}, {deVeces, "Veces"}}) {
+            if (mal) texto.append("\r\n").append(campo);
+        }
+        return {texto, "Atencion", true};
+    };
+    const bool sinNivel = recortar(nivel).empty();
+    const bool sinVeces = recortar(veces).empty();
+    if (sinNivel || sinVeces)
+        return queja("Error de Dato, en Nivel y/o Cantidad de Poleos", sinNivel, sinVeces);
     const auto entero16 = [](std::string_view texto) {
-        const auto numero = numeroDeTexto(texto);
+        const auto numero = numeroTecleado(texto);
         return numero ? enteroCorto(*numero) : std::nullopt;
     };
     const auto n = entero16(nivel);
     const auto v = entero16(veces);
-    if (!n || !v)
-        return {"Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos", "Atencion", true};
+    if (!n || !v) return queja("Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos", !n, !v);
     hacer({Orden::Clase::ForzarNivel, {}, static_cast<double>(*n), static_cast<double>(*v)});
     return {};
 }
@@ -143,24 +198,44 @@ void Operador::escribirDireccion(const std::string& direccion, double valor) {
     hacer({Orden::Clase::Escribir, direccion, valor});
 }
 
-Aviso Operador::escribirValor(std::string_view direccion, std::string_view valor) {
-    const auto numero = numeroDeTexto(valor);
-    if (!numero) return errorDeIngreso();
-    escribirDireccion(std::string(recortar(direccion)), *numero);
+std::string Operador::loQueSeLee(std::string_view direccion) const {
+    const Lista& lista = p_.vista.lstViewVariables;
+    const std::int64_t hallada = lista.buscar(recortar(direccion));
+    if (hallada < 0) return {};
+    const auto fila = static_cast<std::uint32_t>(hallada);
+    std::string texto(lista.texto(fila, kValor));
+    texto.append("   ").append(lista.texto(fila, kEstado));
+    if (!lista.tildada(fila)) texto.append(" (apagado)");
+    return texto.append("   ").append(lista.texto(fila, kFechaHora));
+}
+
+Aviso Operador::escribirEn(const std::string& renglon, std::string_view direccion,
+                           std::string_view valor) {
+    const std::string_view donde = recortar(direccion);
+    if (donde.empty()) return errorDeIngreso("Dirección" + renglon, "falta");
+    const auto numero = numeroTecleado(valor);
+    if (!numero) return errorDeIngreso("Valor" + renglon, kNoEsNumero);
+    escribirDireccion(std::string(donde), *numero);
     return {};
 }
 
+Aviso Operador::escribirValor(std::string_view direccion, std::string_view valor) {
+    return escribirEn("", direccion, valor);
+}
+
 Aviso Operador::escribirOtraDireccion(std::string& direccion, std::string_view valor) {
-    if (direccion.find('.') == std::string::npos) direccion = kPrimeraDireccion;
-    const auto siguiente = direccionSiguiente(recortar(direccion));
-    if (!siguiente || !esNumerico(valor)) return errorDeIngreso();
+    if (recortar(direccion).empty() || !numeroTecleado(valor))
+        return escribirValor(direccion, valor); // it says which
+    const bool conPunto = direccion.find('.') != std::string::npos;
+    const auto siguiente = direccionSiguiente(conPunto ? recortar(direccion) : kPrimeraDireccion);
+    if (!siguiente) return errorDeIngreso("Dirección", "no tiene siguiente");
     direccion = *siguiente;
     return escribirValor(direccion, valor);
 }
 
 Aviso Operador::escribirOtroValor(std::string_view direccion, std::string& valor) {
-    const auto numero = numeroDeTexto(valor.empty() ? "0" : valor);
-    if (!numero) return errorDeIngreso();
+    const auto numero = numeroTecleado(valor.empty() ? "0" : valor);
+    if (!numero || recortar(direccion).empty()) return escribirValor(direccion, valor);
     if (esDeBit(direccion)) {
         valor = *numero == 0 ? "1" : "0";
     } else {
@@ -171,11 +246,28 @@ Aviso Operador::escribirOtroValor(std::string_view direccion, std::string& valor
 
 Aviso Operador::enviarPares(std::span<const Par> pares) {
     Aviso aviso;
-    for (const Par& par : pares) {
-        if (recortar(par.direccion).empty()) continue;
-        if (Aviso uno = escribirValor(par.direccion, par.valor); !uno.vacio()) aviso = uno;
+    for (std::size_t i = 0; i < pares.size(); ++i) {
+        if (recortar(pares[i].direccion).empty()) continue;
+        const Aviso uno =
+            escribirEn(" " + std::to_string(i + 1), pares[i].direccion, pares[i].valor);
+        if (aviso.vacio()) {
+            aviso = uno;
+        } else if (!uno.vacio()) {
+            aviso.texto += uno.texto.substr(uno.texto.find("\r\n"));
+        }
     }
     return aviso;
+}
+
+std::vector<Operador::FilaDePuerto> Operador::puertos() const {
+    std::vector<FilaDePuerto> filas;
+    for (std::size_t i = 0; i < p_.tablas.puertos.limiteSuperior(); ++i)
+        filas.push_back({p_.tablas.puertos[i], 0});
+    for (std::size_t i = 0; i < p_.tablas.bloques.limiteSuperior(); ++i) {
+        const auto puerto = static_cast<std::size_t>(p_.tablas.bloques[i].puerto);
+        if (puerto >= 1 && puerto <= filas.size()) ++filas[puerto - 1].bloques;
+    }
+    return filas;
 }
 
 const BloqueLectura* Operador::bloque(std::int64_t indice) const {
@@ -215,15 +307,17 @@ std::optional<Pregunta> Operador::preguntarScan(std::uint32_t fila) const {
     const BloqueLectura* b = bloque(indice);
     if (b == nullptr) return std::nullopt;
     const std::string actual = textoDeNumero(b->scanSegundos);
-    return Pregunta{"ScanTime", "Scan Time del Bloque (segundos)\r\n" + b->clave + "/" + actual,
+    return Pregunta{"ScanTime",
+                    "Scan Time del Bloque (segundos)\r\n" + b->clave + "/" + actual +
+                        "\r\n0: se lee al conectar y al forzar",
                     actual, indice};
 }
 
 Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
-    if (recortar(respuesta).empty()) return {};
-    const auto segundos = numeroDeTexto(respuesta);
-    // A scan of 0 seconds would never tick again; the check box is there to switch a block off.
-    if (!segundos || !(*segundos > 0 && *segundos <= Modelo::kScanMaximo)) return errorDeIngreso();
+    if (recortar(respuesta).empty() || bloque(indice) == nullptr) return {};
+    const auto segundos = numeroTecleado(respuesta);
+    if (!segundos) return errorDeIngreso("Scan", kNoEsNumero);
+    if (!esScan(*segundos)) return errorDeIngreso("Scan", "de 0,001 s a un año, o 0");
     hacer({Orden::Clase::Scan, {}, static_cast<double>(indice), *segundos});
     return {};
 }

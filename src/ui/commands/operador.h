@@ -4,6 +4,7 @@
 #include "core/tables/tablas.h"
 #include "link/recepcion.h"
 #include "link/turno.h"
+#include "log/archivo_log.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
 #include "platform/sello.h"
@@ -18,6 +19,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kv {
 
@@ -51,7 +53,9 @@ struct Pregunta {
 
 /// All that the operator can ask for in the main window, one call a click. Outcomes of writes and
 /// forced reads are told in the operator's box, as for every other source of them; what comes back
-/// here is what a message box has to say. No call waits for anything; each may let events run.
+/// here is what a message box has to say: an entry that is refused names its field. Numbers may be
+/// typed with a decimal comma. What changes the polling or ends the program leaves an entry in the
+/// log. No call waits for anything; each may let events run.
 class Operador final : public OrdenDeEscribir {
   public:
     /// All of them must outlive the operator.
@@ -66,6 +70,7 @@ class Operador final : public OrdenDeEscribir {
         Vista& vista;
         Sello& sello;
         const Reloj& reloj;
+        ArchivoLog& log;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -82,7 +87,7 @@ class Operador final : public OrdenDeEscribir {
     /// it is. Its row, or -1.
     std::int64_t buscarDireccion(std::string_view direccion);
 
-    /// What is no number is not written.
+    /// What is no number is not written, and nothing is without an address.
     [[nodiscard]] Aviso escribirValor(std::string_view direccion, std::string_view valor);
     /// `direccion` becomes the next one, and `valor` is written there.
     [[nodiscard]] Aviso escribirOtraDireccion(std::string& direccion, std::string_view valor);
@@ -96,6 +101,7 @@ class Operador final : public OrdenDeEscribir {
     /// Writes the pairs in their order; those without an address are passed over.
     [[nodiscard]] Aviso enviarPares(std::span<const Par> pares);
     void escribirDireccion(const std::string& direccion, double valor) override;
+    [[nodiscard]] std::string loQueSeLee(std::string_view direccion) const override;
 
     /// `bloque` is the number that a row carries.
     void activarBloque(std::int64_t bloque, bool estado);
@@ -103,10 +109,20 @@ class Operador final : public OrdenDeEscribir {
     [[nodiscard]] AperturaDeEscritura abrirEscritura(std::uint32_t fila) const;
     /// Asks for the scan time of the block in a row of the blocks.
     [[nodiscard]] std::optional<Pregunta> preguntarScan(std::uint32_t fila) const;
-    /// The answer; an empty one changes nothing.
+    /// The answer in seconds; an empty one changes nothing, and 0 leaves the block to be read when
+    /// its link comes up and when it is forced.
     [[nodiscard]] Aviso responderScan(std::int64_t bloque, std::string_view respuesta);
 
+    /// A port as its configuration has it, times in seconds, and how many blocks it has now.
+    struct FilaDePuerto {
+        Puerto puerto;
+        std::size_t bloques;
+    };
+    [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
+
     void MnuOcultar();
+    /// The operator has confirmed the end of the program.
+    void MnuShutdown() { hacer({Orden::Clase::Salir}); }
     void MnuServer() { hacer({Orden::Clase::VerServidor, {}, 1}); }
     /// Hides the client's window, whose server goes on.
     void BtnOcultar() { hacer({Orden::Clase::VerServidor, {}, 0}); }
@@ -123,6 +139,10 @@ class Operador final : public OrdenDeEscribir {
   private:
     [[nodiscard]] const BloqueLectura* bloque(std::int64_t indice) const;
     void cumplir(const Orden& orden);
+    void anotar(const Orden& orden);
+    /// `renglon` tells boxes of the same name apart.
+    [[nodiscard]] Aviso escribirEn(const std::string& renglon, std::string_view direccion,
+                                   std::string_view valor);
     void mostrarBusqueda(std::string_view direccion);
 
     Partes p_;

@@ -19,6 +19,7 @@ struct Orden {
         Buscar,      ///< texto: address
         Ocultar,
         VerServidor, ///< numero: 1 or 0
+        Salir,
     };
     Clase clase;
     std::string texto = {};

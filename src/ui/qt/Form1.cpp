@@ -18,7 +18,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScreen>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
@@ -31,13 +31,9 @@ constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
+constexpr int kAnchoDelProyecto = 200; // pixels: names of files have no end either
 constexpr int kLineasDelGuion = 3;
 constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
-
-/// Not every desktop makes a window fit its screen.
-QSize entera(const QWidget& ventana) {
-    return kEntera.boundedTo(ventana.screen()->availableSize());
-}
 
 } // namespace
 
@@ -78,7 +74,7 @@ Form1::Form1(const PartesDeVentana& partes)
     // The layout's own minimum lags behind what is hidden and would hold the compact size up.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     setMinimumSize(kCompacta);
-    resize(entera(*this));
+    acomodar(*this, kEntera);
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
     prepararVentana(*this);
@@ -133,11 +129,11 @@ QWidget* Form1::armarCabeza() {
     auto* cabeza = hacer<QWidget>();
     auto* fila = hacer<QHBoxLayout>(cabeza);
     fila->setContentsMargins(0, 0, 0, 0);
-    fila->setSpacing(16);
-    lblProyecto_->setToolTip(tr("Proyecto"));
+    fila->setSpacing(10);
     Label1_->setToolTip(tr("En marcha desde"));
     lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
     lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
+    lblEstadoScript_->setContentsMargins(6, 2, 6, 2);
     Label10_->setToolTip(tr("Texto del guion"));
     // However long it is, it takes the room that is left and not that of the lists.
     Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -171,7 +167,8 @@ QWidget* Form1::armarListas() {
     auto* partes = control<QSplitter>("partesDeListas", Qt::Vertical);
     partes->addWidget(sockets_);
     partes->addWidget(listas_);
-    partes->setStretchFactor(1, 1);
+    partes->setStretchFactor(0, 1);
+    partes->setStretchFactor(1, 3);
     partes->setSizes({150, 420});
     partes->setChildrenCollapsible(false);
     return partes;
@@ -190,18 +187,32 @@ QWidget* Form1::armarTrazas() {
     paginas->addTab(traza(tr("Tramas enviadas y recibidas"), vista_.txtTramas), tr("Tramas"));
     paginas->addTab(traza(tr("Tramas descartadas"), vista_.txtTramasDescartadas),
                     tr("Descartadas"));
-    const auto fichas = [&](const CajasConFichas& cajas, const QString& titulo,
-                            const QString& ficha) {
-        auto* f = hacer<Fichas>(cajas, titulo, this);
+    const auto fichas = [&](const CajasConFichas& cajas, const TituloDeFicha& deFicha,
+                            const QString& titulo, const QString& ficha) {
+        auto* f = hacer<Fichas>(cajas, deFicha, titulo, this);
         connect(f, &Fichas::guardar, this, &Form1::guardar);
         fichas_.push_back(f);
         paginas->addTab(f, ficha);
     };
-    fichas(vista_.txtTimer, tr("Temporizador de un bloque"), tr("Por bloque"));
-    fichas(vista_.txtTimerIpPuerto, tr("Tiempos de una conexión"), tr("Por conexión"));
-    fichas(vista_.txtTimerEscritura, tr("Temporizador de una escritura"), tr("Por escritura"));
+    fichas(
+        vista_.txtTimer, [this](std::size_t i) { return tituloDeBloque(i); },
+        tr("Temporizador de un bloque"), tr("Por bloque"));
+    fichas(
+        vista_.txtTimerIpPuerto,
+        [this](std::size_t i) { return enQt(vista_.txtTimerIpPuerto.titulo(i)); },
+        tr("Tiempos de una conexión"), tr("Por conexión"));
     trazas_ = paginas;
     return paginas;
+}
+
+/// The number alone tells nobody which block it is. Blocks are listed in the order of their tabs.
+QString Form1::tituloDeBloque(std::size_t ficha) const {
+    const Lista& bloques = vista_.lstViewEstadoDeBloques;
+    const auto fila = static_cast<std::uint32_t>(ficha);
+    QString titulo = enQt(vista_.txtTimer.titulo(ficha));
+    if (bloques.etiqueta(fila) == static_cast<std::int64_t>(ficha))
+        titulo += ":  " + enQt(bloques.texto(fila, 0));
+    return titulo;
 }
 
 QWidget* Form1::armarOrdenes() {
@@ -210,7 +221,14 @@ QWidget* Form1::armarOrdenes() {
     auto* columna = hacer<QVBoxLayout>(ordenes_);
     columna->setContentsMargins(4, 0, 0, 0);
     panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
-    columna->addWidget(panel_);
+    // Where the screen is low the commands are scrolled, and what came of them stays in sight.
+    auto* comandos = hacer<QScrollArea>();
+    comandos->setFrameShape(QFrame::NoFrame);
+    comandos->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    comandos->setWidgetResizable(true);
+    comandos->setWidget(panel_);
+    comandos->setMaximumHeight(panel_->sizeHint().height());
+    columna->addWidget(comandos, 3);
     columna->addWidget(
         traza(tr("Lecturas y escrituras pedidas"), vista_.txtDemandaLecturaEscritura), 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
@@ -255,18 +273,23 @@ void Form1::refrescar() {
 void Form1::refrescarCabeza() {
     Label1_->setText(enQt(vista_.Label1.texto()));
     Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
-    lblProyecto_->setText(enQt(vista_.lblProyecto.texto()));
-    lblCantidadDePuntos_->setText(enQt(vista_.lblCantidadDePuntos.texto()));
+    const QString proyecto = enQt(vista_.lblProyecto.texto());
+    lblProyecto_->setText(
+        lblProyecto_->fontMetrics().elidedText(proyecto, Qt::ElideMiddle, kAnchoDelProyecto));
+    lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
+    // Every point has a row; the label of the view is from the start, and reads add points.
+    lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
     const Color color = vista_.lblEstadoScript.color();
     if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
     const bool bien = color == Color::Verde;
-    const QColor pintura =
-        bien ? QColor(0x2E, 0x9E, 0x44) : colorDeEstado(EstadoDeFila::Mal, palette());
+    const QColor fondo = bien ? Qt::green : Qt::red;
     lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
-    if (lblEstadoScript_->palette().color(QPalette::WindowText) == pintura) return;
+    if (lblEstadoScript_->palette().color(QPalette::Window) == fondo) return;
     QPalette paleta = palette();
-    paleta.setColor(QPalette::WindowText, pintura);
+    paleta.setColor(QPalette::Window, fondo);
+    paleta.setColor(QPalette::WindowText, Qt::black); // readable on both
     lblEstadoScript_->setPalette(paleta);
+    lblEstadoScript_->setAutoFillBackground(true);
 }
 
 void Form1::MnuScript() {
@@ -280,7 +303,7 @@ void Form1::MnuAbout() {
 }
 
 void Form1::BtnConfig() {
-    if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(this);
+    if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(operador_, this);
     puertos_->mostrarPuertos();
 }
 
@@ -292,6 +315,7 @@ void Form1::MnuShutdown() {
     }
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
+        operador_.MnuShutdown();
         partes_.alApagar();
     });
 }
@@ -325,7 +349,7 @@ void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
     for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
         parte->setVisible(!compacta_);
-    resize(compacta_ ? kCompacta : entera(*this));
+    acomodar(*this, compacta_ ? kCompacta : kEntera);
 }
 
 void Form1::showEvent(QShowEvent* suceso) {

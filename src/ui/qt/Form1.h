@@ -68,6 +68,7 @@ class Form1 final : public QMainWindow {
     QWidget* armarOrdenes();
     void conectarListas();
     CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
+    [[nodiscard]] QString tituloDeBloque(std::size_t ficha) const;
     void seguir(bool seguir);
     void refrescarCabeza();
     void MnuScript();

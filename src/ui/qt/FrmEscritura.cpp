@@ -19,6 +19,7 @@ namespace kv {
 namespace {
 
 constexpr int kMargen = 14;
+constexpr int kEntreMiradasMs = 300;
 
 /// Lets no character in that the key filter refuses, whether it is typed, pasted or dropped. What
 /// the driver itself put there (the sign of a value) may stay.
@@ -40,7 +41,9 @@ class SoloDigitos final : public QValidator {
 
 } // namespace
 
-FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre) : QDialog(padre), orden_(orden) {
+FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre)
+    : QDialog(padre), orden_(orden), LblAhora_(rotulo("LblAhora", this)),
+      LblExceso_(rotulo("LblExceso", this)), LblBinario_(rotulo("LblBinario", this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmEscritura");
     setWindowTitle(tr("Escritura manual"));
@@ -51,24 +54,30 @@ FrmEscritura::FrmEscritura(OrdenDeEscribir& orden, QWidget* padre) : QDialog(pad
     txtPuerto_ = caja("txtPuerto", tr("P&uerto"), *campos);
     TxtPlc_ = caja("TxtPlc", tr("&PLC"), *campos);
     TxtDireccion_ = caja("TxtDireccion", tr("&Dirección"), *campos);
+    campos->addRow(tr("Ahora"), LblAhora_);
     TxtValor_ = caja("TxtValor", tr("&Valor"), *campos);
+    campos->addRow(QString(), LblExceso_);
     todo->addLayout(campos);
-    LblBinario_ = control<QLabel>("LblBinario");
     LblBinario_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     LblBinario_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     todo->addWidget(LblBinario_);
     todo->addLayout(bits());
     todo->addStretch();
     todo->addLayout(botones());
+    for (QLineEdit* parte : {txtPuerto_, TxtPlc_, TxtDireccion_})
+        connect(parte, &QLineEdit::textChanged, this, &FrmEscritura::leerDireccion);
     connect(TxtValor_, &QLineEdit::textChanged, this, &FrmEscritura::actualizarChecks);
     actualizarChecks();
     TxtValor_->setFocus();
+    connect(&mirada_, &QTimer::timeout, this, &FrmEscritura::mirar);
+    mirada_.start(kEntreMiradasMs);
     prepararVentana(*this);
 }
 
 QLineEdit* FrmEscritura::caja(const char* nombre, const QString& rotulo, QFormLayout& donde) {
     auto* nueva = control<QLineEdit>(nombre, this);
     nueva->setValidator(hacer<SoloDigitos>(nueva));
+    nueva->setMaxLength(kDireccionMaxima);
     QString sinMarca = rotulo;
     nueva->setAccessibleName(sinMarca.remove('&'));
     donde.addRow(rotulo, nueva);
@@ -87,7 +96,7 @@ QLayout* FrmEscritura::bits() {
         bit->setObjectName(QString("CheckBin(%1)").arg(b));
         bit->setAccessibleName(tr("Bit %1").arg(b));
         bit->setToolTip(tr("Bit %1, vale %2").arg(b).arg(1 << b));
-        auto* numero = hacer<QLabel>(QString::number(b), this);
+        auto* numero = control<QLabel>("NumeroDeBit", QString::number(b), this);
         numero->setAlignment(Qt::AlignHCenter);
         rejilla->addWidget(numero, 0, columna);
         rejilla->addWidget(bit, 1, columna++, Qt::AlignHCenter);
@@ -111,9 +120,9 @@ QLayout* FrmEscritura::botones() {
         return nuevo;
     };
     fila->addStretch();
-    auto* ok = boton("BtnOk", tr("&OK"));
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &FrmEscritura::BtnOk);
+    BtnOk_ = boton("BtnOk", tr("&OK"));
+    BtnOk_->setDefault(true);
+    connect(BtnOk_, &QPushButton::clicked, this, &FrmEscritura::BtnOk);
     connect(boton("BtnCancelar", tr("&Cancelar")), &QPushButton::clicked, this, &QWidget::close);
     connect(boton("BtnSalir", tr("&Salir")), &QPushButton::clicked, this, &QWidget::close);
     return fila;
@@ -124,10 +133,32 @@ void FrmEscritura::mostrarPara(const QString& puerto, const QString& plc, const 
     txtPuerto_->setText(puerto);
     TxtPlc_->setText(plc);
     TxtDireccion_->setText(direccion);
+    const int bit = escritura_.bit();
+    // The bit is that of the row: without its number the address would be that of a whole word.
+    for (QLineEdit* parte : {txtPuerto_, TxtPlc_, TxtDireccion_})
+        parte->setReadOnly(bit >= 0);
+    for (QLabel* numero : findChildren<QLabel*>("NumeroDeBit"))
+        numero->setVisible(bit < 0 || numero->text() == QString::number(bit));
+    for (std::size_t b = 0; b < CheckBin_.size(); ++b)
+        CheckBin_.at(b)->setVisible(bit < 0 || static_cast<int>(b) == bit);
     recibirValorMW(valor);
-    setWindowTitle(tr("Escritura manual: %1").arg(puerto + "." + plc + "." + direccion));
+    adjustSize();
+    setWindowTitle(tr("Escritura manual: %1").arg(enQt(escritura_.direccion())));
+    TxtValor_->setFocus();
     TxtValor_->selectAll();
     alFrente(*this);
+}
+
+void FrmEscritura::leerDireccion() {
+    escritura_.txtPuerto = deQt(txtPuerto_->text());
+    escritura_.TxtPlc = deQt(TxtPlc_->text());
+    escritura_.TxtDireccion = deQt(TxtDireccion_->text());
+    mirar();
+}
+
+void FrmEscritura::mirar() {
+    const std::string ahora = orden_.loQueSeLee(escritura_.direccion());
+    LblAhora_->setText(ahora.empty() ? tr("no se lee") : enQt(ahora));
 }
 
 void FrmEscritura::recibirValorMW(double valor) {
@@ -147,12 +178,13 @@ void FrmEscritura::actualizarChecks() {
     for (std::size_t b = 0; b < CheckBin_.size(); ++b)
         CheckBin_.at(b)->setChecked(escritura_.CheckBin(static_cast<int>(b)));
     LblBinario_->setText(enQt(escritura_.LblBinario()));
+    BtnOk_->setEnabled(escritura_.cabe());
+    LblExceso_->setText(escritura_.cabe()       ? QString()
+                        : escritura_.bit() >= 0 ? tr("Un bit es 0 o 1")
+                                                : tr("No entra: el máximo es 65535"));
 }
 
 void FrmEscritura::BtnOk() {
-    escritura_.txtPuerto = deQt(txtPuerto_->text());
-    escritura_.TxtPlc = deQt(TxtPlc_->text());
-    escritura_.TxtDireccion = deQt(TxtDireccion_->text());
     const std::string falta = escritura_.BtnOk(orden_);
     if (falta.empty()) {
         close();

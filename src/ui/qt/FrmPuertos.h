@@ -1,21 +1,24 @@
 #pragma once
 
+#include "ui/commands/operador.h"
+
 #include <QDialog>
 
 class QTreeWidget;
 
 namespace kv {
 
-/// The ports list: always empty, and nothing can be done in it. The configured ports are among the
-/// connections of the main window.
+/// The ports list: the configured ports, to be looked at. They are changed in the configuration.
 class FrmPuertos final : public QDialog {
     Q_OBJECT
   public:
-    explicit FrmPuertos(QWidget* padre);
-    /// Empties the list and brings the window to the front.
+    /// `operador` must outlive the window.
+    FrmPuertos(const Operador& operador, QWidget* padre);
+    /// Fills the list anew and brings the window to the front.
     void mostrarPuertos();
 
   private:
+    const Operador& operador_;
     QTreeWidget* LstViewPuertos_;
 };
 

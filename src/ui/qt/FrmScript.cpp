@@ -4,6 +4,7 @@
 #include "ui/qt/barra_de_busqueda.h"
 #include "ui/qt/caja_de_codigo.h"
 #include "ui/qt/control.h"
+#include "ui/qt/idioma.h"
 #include "ui/qt/ventana.h"
 
 #include <QCloseEvent>
@@ -26,7 +27,7 @@ QString enPalabras(const FallaDeGuion& falla) {
     return FrmScript::tr("línea %1, columna %2: %3")
         .arg(falla.linea)
         .arg(falla.columna)
-        .arg(enQt(falla.descripcion));
+        .arg(enQt(enIngles() ? falla.enIngles : falla.descripcion));
 }
 
 /// A question over `padre`, answered later through `finished`.
@@ -48,7 +49,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
     setWindowTitle(tr("Guion: %1[*]").arg(enQt(editor.nombre())));
-    resize(900, 640);
+    acomodar(*this, {900, 640});
     TextCodigo_->setAccessibleName(tr("Texto del guion"));
     auto* todo = hacer<QVBoxLayout>(this);
     todo->setContentsMargins(kBorde, kBorde, kBorde, kBorde);

@@ -1,15 +1,18 @@
 #include "ui/qt/caja_de_traza.h"
 
 #include "ui/qt/control.h"
+#include "ui/qt/ventana.h"
 
 #include <QClipboard>
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QToolButton>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -98,6 +101,9 @@ void CajaDeTraza::elegirArchivo() {
     dialogo->setOption(QFileDialog::DontUseNativeDialog);
     dialogo->setDefaultSuffix("txt");
     dialogo->setAttribute(Qt::WA_DeleteOnClose);
+    acomodar(*dialogo, {820, 480});
+    if (auto* archivos = dialogo->findChild<QTreeView*>())
+        archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(dialogo, &QFileDialog::fileSelected, this,
             [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
     dialogo->open();

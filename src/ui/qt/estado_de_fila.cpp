@@ -1,7 +1,9 @@
 #include "ui/qt/estado_de_fila.h"
 
 #include "ui/qt/colores.h"
+#include "ui/qt/control.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
@@ -68,6 +70,29 @@ EstadoDeFila deBloque(const Lista& lista, std::uint32_t fila) {
                                                              : EstadoDeFila::Bien;
 }
 
+std::string tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return std::string(lista.texto(fila, columna));
+}
+
+/// What is switched off keeps its state and is not looked at any more: its text must not say less
+/// than its sign.
+std::string conApagado(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (lista.tildada(fila)) return tal(lista, fila, columna);
+    return deQt(QCoreApplication::translate("kv::Form1", "%1 (apagado)")
+                    .arg(enQt(lista.texto(fila, columna))));
+}
+
+std::string textoDeVariable(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return columna == 2 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+}
+
+/// A scan of 0 is no pace: it says when the block is read all the same.
+std::string textoDeBloque(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (columna == 2 && lista.texto(fila, columna) == "0")
+        return deQt(QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar"));
+    return columna == 3 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+}
+
 } // namespace
 
 QIcon senalDeEstado(EstadoDeFila estado) {
@@ -75,7 +100,9 @@ QIcon senalDeEstado(EstadoDeFila estado) {
         std::array<QIcon, kEstadosDeFila> iconos;
         for (std::size_t i = 1; i < iconos.size(); ++i) {
             for (const int lado : {kLado, kLado * 2, kLado * 3})
-                iconos[i].addPixmap(dibujar(static_cast<EstadoDeFila>(i), lado));
+                // The same on a chosen row, where the toolkit would tint it.
+                for (const QIcon::Mode modo : {QIcon::Normal, QIcon::Selected})
+                    iconos[i].addPixmap(dibujar(static_cast<EstadoDeFila>(i), lado), modo);
         }
         return iconos;
     }();
@@ -102,6 +129,7 @@ const FormaDeLista& formaDeSockets() {
                                     .columnaDeEstado = 2,
                                     .columnaDeCifras = -1,
                                     .estado = deConexion,
+                                    .texto = tal,
                                     .especies = {Especie::Numero, Especie::Texto, Especie::Texto,
                                                  Especie::Texto, Especie::Numero, Especie::Texto,
                                                  Especie::Texto, Especie::Texto},
@@ -115,6 +143,7 @@ const FormaDeLista& formaDeVariables() {
                                     .columnaDeEstado = 2,
                                     .columnaDeCifras = 1,
                                     .estado = deVariable,
+                                    .texto = textoDeVariable,
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Texto, Especie::Fecha, Especie::Texto},
                                     .filtrables = {0, 2, 4},
@@ -127,6 +156,7 @@ const FormaDeLista& formaDeBloques() {
                                     .columnaDeEstado = 3,
                                     .columnaDeCifras = -1,
                                     .estado = deBloque,
+                                    .texto = textoDeBloque,
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Numero, Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 3},

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 class QPalette;
@@ -36,6 +37,8 @@ struct FormaDeLista {
     int columnaDeEstado; ///< where the sign stands
     int columnaDeCifras; ///< set flush right, -1 for none
     EstadoDeFila (*estado)(const Lista& lista, std::uint32_t fila);
+    /// The text of a cell on the screen.
+    std::string (*texto)(const Lista& lista, std::uint32_t fila, std::size_t columna);
     std::vector<Especie> especies;       ///< by column
     std::vector<std::size_t> filtrables; ///< columns that hardly change, in which a filter looks
     std::vector<int> anchos;             ///< by column, in characters; a header is never cut

@@ -3,13 +3,35 @@
 #include "ui/qt/caja_de_traza.h"
 #include "ui/qt/control.h"
 
+#include <QFontMetrics>
+#include <QGuiApplication>
 #include <QListView>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace kv {
 
-ModeloDeFichas::ModeloDeFichas(const CajasConFichas& cajas, QObject* padre)
-    : QAbstractListModel(padre), cajas_(cajas), cuantas_(static_cast<int>(cajas.cuantas())) {}
+ModeloDeFichas::ModeloDeFichas(const CajasConFichas& cajas, TituloDeFicha titulo, QObject* padre)
+    : QAbstractListModel(padre), cajas_(cajas), titulo_(std::move(titulo)),
+      cuantas_(static_cast<int>(cajas.cuantas())) {
+    medir(0);
+}
+
+/// Of the tabs from `desde` on, only the title with the most letters is measured: there may be very
+/// many, and one more every now and then.
+void ModeloDeFichas::medir(int desde) {
+    constexpr int kLetrasMaximas = 40;
+    constexpr QSize kMargenes{18, 6};
+    QString larga;
+    for (int i = desde; i < cuantas_; ++i) {
+        if (QString una = titulo_(static_cast<std::size_t>(i)); una.size() > larga.size())
+            larga = std::move(una);
+    }
+    const QFontMetrics letra(QGuiApplication::font());
+    const int ancho = letra.horizontalAdvance(larga.left(kLetrasMaximas));
+    medida_ = medida_.expandedTo(QSize(ancho, letra.height()) + kMargenes);
+}
 
 int ModeloDeFichas::rowCount(const QModelIndex& padre) const {
     return padre.isValid() ? 0 : cuantas_;
@@ -19,19 +41,24 @@ QVariant ModeloDeFichas::data(const QModelIndex& ficha, int papel) const {
     const auto i = static_cast<std::size_t>(ficha.row());
     if (!ficha.isValid() || i >= cajas_.cuantas()) return {};
     if (papel == Qt::TextAlignmentRole) return int{Qt::AlignCenter};
-    return papel == Qt::DisplayRole ? QVariant(enQt(cajas_.titulo(i))) : QVariant();
+    if (papel == Qt::SizeHintRole) return medida_;
+    if (papel != Qt::DisplayRole && papel != Qt::ToolTipRole) return {};
+    return titulo_(i);
 }
 
 void ModeloDeFichas::actualizar() {
     const auto ahora = static_cast<int>(cajas_.cuantas());
     if (ahora == cuantas_) return;
     beginResetModel();
-    cuantas_ = ahora;
+    const int antes = std::exchange(cuantas_, ahora);
+    medir(antes < ahora ? antes - 1 : 0); // the spare one has got a title
     endResetModel();
 }
 
-Fichas::Fichas(const CajasConFichas& cajas, const QString& titulo, QWidget* padre)
-    : QWidget(padre), cajas_(cajas), modelo_(hacer<ModeloDeFichas>(cajas, this)),
+Fichas::Fichas(const CajasConFichas& cajas, TituloDeFicha deFicha, const QString& titulo,
+               QWidget* padre)
+    : QWidget(padre), cajas_(cajas),
+      modelo_(hacer<ModeloDeFichas>(cajas, std::move(deFicha), this)),
       tira_(control<QListView>(std::string(cajas.fichas()).c_str(), this)),
       caja_(hacer<CajaDeTraza>(
           std::string(cajas.nombre()).c_str(), titulo,

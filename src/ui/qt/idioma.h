@@ -4,9 +4,11 @@
 
 namespace kv {
 
-/// The language of the windows' own texts: "en" for English; anything else is Spanish, the language
-/// of the sources. What the driver writes into lists and traces is Spanish always. Call before
-/// windows are made.
+/// The language of the windows' own texts and of the toolkit's: "en" for English; anything else is
+/// Spanish, the language of the sources. What the driver writes into lists and traces is Spanish
+/// always. Call before windows are made.
 void ponerIdioma(std::string_view idioma);
+/// Whether the windows speak English: for texts that come to them in both languages.
+[[nodiscard]] bool enIngles();
 
 } // namespace kv

@@ -14,7 +14,14 @@ namespace {
 
 constexpr int kAbiertosMaximo = 8;
 constexpr qsizetype kLargoMaximo = 2000; // characters; more would not fit a screen
+constexpr int kLineasMaximas = 20;       // neither would these
 constexpr const char* kPrograma = "DriverKV2200";
+
+QString loQueEntra(const QString& texto) {
+    QStringList lineas = texto.left(kLargoMaximo).split('\n');
+    if (lineas.size() > kLineasMaximas) lineas = lineas.mid(0, kLineasMaximas) << "…";
+    return lineas.join('\n');
+}
 
 } // namespace
 
@@ -40,7 +47,7 @@ bool Mensajero::seMuestra(const QString& texto) const {
 }
 
 void Mensajero::avisar(const Aviso& aviso) {
-    const QString texto = enQt(aviso.texto).left(kLargoMaximo);
+    const QString texto = loQueEntra(enQt(aviso.texto));
     avisos_.removeIf([](const auto& m) { return m == nullptr; });
     if (aviso.vacio() || abiertos_ >= kAbiertosMaximo || seMuestra(texto)) return;
     QMessageBox* m = caja(enQt(aviso.titulo), texto);

@@ -30,17 +30,18 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
     const auto columna = static_cast<std::size_t>(celda.column());
     switch (papel) {
     case Qt::DisplayRole:
-        return enQt(lista_.texto(fila, columna));
+        return enQt(forma_.texto(lista_, fila, columna));
     case Qt::ToolTipRole:
-        return ayudaSinMarcas(enQt(lista_.texto(fila, columna)));
+        return ayudaSinMarcas(enQt(forma_.texto(lista_, fila, columna)));
     case Qt::CheckStateRole:
         if (!forma_.conTildes || celda.column() != 0) return {};
         return lista_.tildada(fila) ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
-        return celda.column() == forma_.columnaDeEstado ? senalDeEstado(filas_[fila].estado)
+        // As the list stands now, like the text and the check box beside it.
+        return celda.column() == forma_.columnaDeEstado ? senalDeEstado(forma_.estado(lista_, fila))
                                                         : QVariant();
     case Qt::ForegroundRole: {
-        const QColor color = colorDeEstado(filas_[fila].estado, QGuiApplication::palette());
+        const QColor color = colorDeEstado(forma_.estado(lista_, fila), QGuiApplication::palette());
         return color.isValid() ? color : QVariant();
     }
     case Qt::TextAlignmentRole:
@@ -102,10 +103,11 @@ void ModeloDeLista::filtrar(const QString& texto) {
 
 bool ModeloDeLista::pasaElFiltro(std::uint32_t fila) const {
     return std::all_of(palabras_.begin(), palabras_.end(), [&](const std::string& palabra) {
-        return std::any_of(
-            forma_.filtrables.begin(), forma_.filtrables.end(), [&](std::size_t columna) {
-                return buscarSinCaja(lista_.texto(fila, columna), palabra) != std::string::npos;
-            });
+        return std::any_of(forma_.filtrables.begin(), forma_.filtrables.end(),
+                           [&](std::size_t columna) {
+                               return buscarSinCaja(forma_.texto(lista_, fila, columna), palabra) !=
+                                      std::string::npos;
+                           });
     });
 }
 

@@ -32,6 +32,7 @@ PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* 
 QLineEdit* PanelDeOrdenes::caja(const char* nombre, const QString& titulo) {
     auto* c = control<QLineEdit>(nombre, this);
     c->setAccessibleName(titulo);
+    c->setMaxLength(kDireccionMaxima);
     return c;
 }
 
@@ -98,7 +99,8 @@ QGroupBox* PanelDeOrdenes::armarNivel() {
     nivel->setBuddy(txtForzarNivel_);
     veces->setBuddy(txtForzarNivelNVeces_);
     txtForzarNivelNVeces_->setToolTip(
-        tr("Lecturas de cada bloque, que después se apaga; 0 enciende el nivel y -1 lo apaga"));
+        tr("Lecturas de cada bloque, que después queda como estaba; 0 enciende el nivel y -1 lo "
+           "apaga"));
     auto* forzar = boton("btnForzarPorNivel", tr("Forzar &por nivel"), [this] {
         emit avisar(operador_.forzarPorNivel(deQt(txtForzarNivel_->text()),
                                              deQt(txtForzarNivelNVeces_->text())));

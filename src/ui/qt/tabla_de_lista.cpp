@@ -171,15 +171,18 @@ bool TablaDeLista::eventFilter(QObject* objeto, QEvent* suceso) {
     return alPulsar(tecla->key());
 }
 
-/// True when the key meant the row and not the table.
+/// True when the key meant the row and not the table. A row that is not seen to be chosen is not
+/// meant: a table that gets the focus makes its first one the current one.
 bool TablaDeLista::alPulsar(int tecla) {
     const QModelIndex actual = tabla_->currentIndex();
-    if (!actual.isValid()) return false;
+    const bool elegida = tabla_->selectionModel()->isSelected(actual);
     if (tecla == Qt::Key_Return || tecla == Qt::Key_Enter) {
-        activar(actual.row());
+        if (elegida) activar(actual.row());
         return true;
     }
-    if (tecla == Qt::Key_Space && conTildes_) {
+    if (tecla == Qt::Key_Select) return true;
+    if (tecla == Qt::Key_Space) {
+        if (!elegida || !conTildes_) return true;
         const QModelIndex celda = actual.siblingAtColumn(0);
         const bool estaba = celda.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         modelo_->setData(celda, estaba ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
@@ -190,7 +193,7 @@ bool TablaDeLista::alPulsar(int tecla) {
 
 void TablaDeLista::copiar() {
     const QModelIndex actual = tabla_->currentIndex();
-    if (!actual.isValid()) return;
+    if (!tabla_->selectionModel()->isSelected(actual)) return;
     QStringList textos;
     for (int c = 0; c < modelo_->columnCount(); ++c)
         textos << actual.siblingAtColumn(c).data().toString();

@@ -7,6 +7,7 @@
 #include <QLayout>
 #include <QPainter>
 #include <QPixmap>
+#include <QScreen>
 #include <QTextDocument>
 #include <QWidget>
 
@@ -38,6 +39,11 @@ QLabel* rotulo(const char* nombre, QWidget* padre) {
 
 QString ayudaSinMarcas(const QString& texto) {
     return Qt::mightBeRichText(texto) ? Qt::convertFromPlainText(texto) : texto;
+}
+
+void acomodar(QWidget& ventana, const QSize& tamano) {
+    constexpr QSize kMarco{12, 40}; // what the desktop puts around a window
+    ventana.resize(tamano.boundedTo(ventana.screen()->availableSize() - kMarco));
 }
 
 void alFrente(QWidget& ventana) {

@@ -3,6 +3,7 @@
 class QIcon;
 class QLabel;
 class QLayout;
+class QSize;
 class QString;
 class QWidget;
 
@@ -25,6 +26,10 @@ QWidget* encadenarTabulador(QLayout& donde, QWidget* ultimo);
 [[nodiscard]] QLabel* rotulo(const char* nombre, QWidget* padre);
 /// The same for a tool tip: its text, in the toolkit's markup where it needs that.
 [[nodiscard]] QString ayudaSinMarcas(const QString& texto);
+
+/// Gives a window that size, or as much of it as its screen has room for: not every desktop makes
+/// a window fit.
+void acomodar(QWidget& ventana, const QSize& tamano);
 
 /// Shows a window in front of all others.
 void alFrente(QWidget& ventana);

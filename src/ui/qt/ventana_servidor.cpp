@@ -41,7 +41,7 @@ VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
     todo->addLayout(arriba);
     todo->addWidget(Text2_);
     todo->addWidget(Text1_);
-    resize(720, 480);
+    acomodar(*this, {720, 480});
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &VentanaServidor::refrescar);
     prepararVentana(*this);
