@@ -20,7 +20,6 @@ constexpr std::size_t kEstado = 2;
 constexpr std::size_t kFechaHora = 3;
 
 constexpr std::string_view kVentana = "Form1"; // as the log names it
-constexpr double kScanMinimo = 0.001;          // seconds
 
 Aviso errorDeIngreso(const std::string& campo, std::string_view que) {
     return {("Error de Ingreso\r\n" + campo + ": ").append(que), "", true};
@@ -33,10 +32,6 @@ std::optional<double> numeroTecleado(std::string_view texto) {
     if (coma == std::string_view::npos || texto.find('.') != std::string_view::npos)
         return numeroDeTexto(texto);
     return numeroDeTexto(std::string(texto).replace(coma, 1, "."));
-}
-
-bool esScan(double segundos) {
-    return segundos == 0 || (segundos >= kScanMinimo && segundos <= Modelo::kScanMaximo);
 }
 
 std::optional<std::string> registroSiguiente(std::string_view registro) {
@@ -317,7 +312,7 @@ Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
     if (recortar(respuesta).empty() || bloque(indice) == nullptr) return {};
     const auto segundos = numeroTecleado(respuesta);
     if (!segundos) return errorDeIngreso("Scan", kNoEsNumero);
-    if (!esScan(*segundos)) return errorDeIngreso("Scan", "de 0,001 s a un año, o 0");
+    if (!Modelo::esScan(*segundos)) return errorDeIngreso("Scan", "de 0,001 s a un año, o 0");
     hacer({Orden::Clase::Scan, {}, static_cast<double>(indice), *segundos});
     return {};
 }
