@@ -31,8 +31,8 @@ void Lectura::interpretarTramaRecepcionada_OK(Indice conexion) {
     Timer1_Bloques_[i].rearmar(b.scanMs);
     if (b.forzado && b.lecturaForzada) avanzarForzado(i);
     turnos_.pausar(conexion);
-    publicacion_.valorLeido(i, valor);
     if (destino_ != nullptr) destino_->alContestar(i);
+    publicacion_.valorLeido(i, valor);
 }
 
 void Lectura::avanzarForzado(Indice bloque) {

@@ -78,30 +78,35 @@ void EstacionesMudas::turnarSondeo(Estacion& e) {
 void EstacionesMudas::alContestar(Indice bloque) {
     Estacion& e = tablas_.estacionDe(tablas_.bloques[bloque]);
     e.agotados = 0;
+    volver(tablas_.bloques[bloque]); // also when it was a write that was answered
     if (!e.muda) return;
     e.muda = false;
-    const ConexionIP& c = tablas_.conexiones[tablas_.bloques[bloque].idConexion];
     for (const Indice i : e.bloques) {
         BloqueLectura& b = tablas_.bloques[i];
-        const bool estaba = b.habilitadoPorRespuestas;
-        tablas_.habilitar(i, true);
-        b.sondeo = false;
-        if (!b.activo || i == bloque || estaba) continue;
-        tablas_.ponerPendiente(i, true);
-        Timer1_Bloques_[i].rearmar(b.scanMs);
-        vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kHabilitado,
-                                            "Habilitado desde " + sello_.ahora());
+        if (volver(b) && b.activo) tablas_.ponerPendiente(i, true);
     }
-    const std::string quien = nombreDe(c, e);
+    const std::string quien = nombreDe(tablas_.conexiones[tablas_.bloques[bloque].idConexion], e);
     vista_.txtTramas.agregar(sello_.ahora() + " Estacion contesta " + quien + "\r\n");
     log_.escribirLog("DRIVER", "Estacion contesta", quien);
+}
+
+/// Ends a block's rest. False when it did not rest.
+bool EstacionesMudas::volver(BloqueLectura& b) {
+    b.sondeo = false;
+    if (b.habilitadoPorRespuestas) return false;
+    tablas_.habilitar(b.indice, true);
+    if (!b.activo) return true;
+    Timer1_Bloques_[b.indice].rearmar(b.scanMs);
+    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kHabilitado,
+                                        "Habilitado desde " + sello_.ahora());
+    return true;
 }
 
 void EstacionesMudas::alCambiarActivo(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
     Estacion& e = tablas_.estacionDe(b);
     if (!e.muda) return;
-    if (b.activo) callar(b);
+    if (b.activo && b.habilitadoPorRespuestas && !b.sondeo) callar(b);
     // Whoever asked for all may have been switched off, or nobody could until now.
     const bool alguien = std::any_of(e.bloques.begin(), e.bloques.end(), [&](Indice i) {
         return tablas_.bloques[i].activo &&

@@ -35,6 +35,7 @@ class EstacionesMudas {
     /// Lets the next active block of the station rest for all; none if no block is active.
     void turnarSondeo(Estacion& e);
     void callar(BloqueLectura& b);
+    bool volver(BloqueLectura& b);
 
     Tablas& tablas_;
     Turnos& turnos_;

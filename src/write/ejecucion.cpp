@@ -138,8 +138,8 @@ void EjecucionDeEscrituras::interpretarTramaRecepcionada_PorEscritura(Indice con
     }
     vista_.txtTramas.agregar(sello_.ahora() + "  Recepcion <- " + recibido + "\r\n");
     turnos_.pausar(conexion);
-    publicacion_.valorLeido(leido, valor);
     mudas_.alContestar(leido);
+    publicacion_.valorLeido(leido, valor);
 }
 
 void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor) {
