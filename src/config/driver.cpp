@@ -121,7 +121,7 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
     const auto numero = [&](CampoDePuerto c, double porDefecto, bool usarPorDefecto = true) {
         const DatoIni d = dato(c);
         if (d.linea == 0) return porDefecto;
-        const auto n = numeroDeTexto(bytes(d));
+        const auto n = numeroConComa(bytes(d));
         if (n) return *n;
         const double usado = usarPorDefecto ? porDefecto : 0;
         problema(d.linea,
@@ -213,7 +213,7 @@ void LectorDeDriver::esclavo(std::uint32_t numero, std::uint32_t linea,
     const auto corto = [&](CampoDeEsclavo k) {
         const DatoIni d = dato(k);
         const std::string_view b = bytes(d, "0");
-        const auto n = numeroDeTexto(b);
+        const auto n = numeroConComa(b);
         const auto e = n ? enteroCorto(*n) : std::nullopt;
         if (!e && sirve) {
             sirve = false;
@@ -244,7 +244,7 @@ void LectorDeDriver::bloque(std::uint32_t numero, std::uint32_t linea,
     const auto real = [&](CampoDeBloque k, std::string_view porDefecto) {
         const DatoIni d = dato(k);
         const std::string_view b = bytes(d, porDefecto);
-        const auto n = numeroDeTexto(b);
+        const auto n = numeroConComa(b);
         if (!n && sirve) {
             sirve = false;
             const std::string clave = "Bloque" + std::to_string(numero) + "_" +

@@ -94,7 +94,7 @@ class Registro {
     }
     template <class Campo>
     [[nodiscard]] double numero(Campo c) const {
-        const auto n = numeroDeTexto(bytes(c));
+        const auto n = numeroConComa(bytes(c));
         if (!n) throw Falla{cita(c) + " no es un número"};
         return *n;
     }

@@ -42,6 +42,13 @@ std::optional<double> numeroDeTexto(std::string_view texto) {
     return numero;
 }
 
+std::optional<double> numeroConComa(std::string_view texto) {
+    const auto coma = texto.find(',');
+    if (coma == std::string_view::npos || texto.find('.') != std::string_view::npos)
+        return numeroDeTexto(texto);
+    return numeroDeTexto(std::string(texto).replace(coma, 1, "."));
+}
+
 bool esNumerico(std::string_view texto) { return numeroDeTexto(texto).has_value(); }
 
 std::optional<std::int32_t> entero(double numero) {

@@ -16,6 +16,8 @@ void agregarNumero(std::string& destino, double numero);
 /// The number that a text holds: blanks around it, a sign, a decimal point and an exponent are
 /// accepted; nothing else, so "1,5", "", "0x10" and "inf" are no numbers.
 [[nodiscard]] std::optional<double> numeroDeTexto(std::string_view texto);
+/// The same for what people write, who may mean a decimal point by one comma.
+[[nodiscard]] std::optional<double> numeroConComa(std::string_view texto);
 
 /// Whether the text is a number in the sense of `numeroDeTexto`.
 [[nodiscard]] bool esNumerico(std::string_view texto);

@@ -14,14 +14,6 @@ namespace {
 /// A part of a bad address or of a text behind it, for messages.
 constexpr std::size_t kDireccionEnMensaje = 200;
 
-/// To a whole number, halves to the even one.
-double redondear(double valor) {
-    const double abajo = std::floor(valor);
-    const double resto = valor - abajo;
-    if (resto != 0.5) return resto < 0.5 ? abajo : abajo + 1;
-    return std::fmod(abajo, 2) == 0 ? abajo : abajo + 1;
-}
-
 } // namespace
 
 SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
@@ -31,7 +23,7 @@ SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
 
 double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, double valor,
                                                  std::string_view origen) {
-    return levantarBloque_De_Escritura(direccion, redondear(valor), origen);
+    return levantarBloque_De_Escritura(direccion, std::nearbyint(valor), origen); // halves: to even
 }
 
 SolicitudesDeEscritura::Direccion SolicitudesDeEscritura::partirDireccion(std::string_view texto) {

@@ -33,7 +33,7 @@ std::string bloque(int n, const char* plc) {
 TEST(Driver, EjemploCompleto) {
     const auto [listas, problemas] =
         leer("[CONFIG]\r\nCANT_PUERTOS=1\r\n[PUERTO1]\r\nNUMERO=1\r\nDEFAULT_SCAN_TIME=6\r\n"
-             "READ_AFTER_WRITE=2\r\nREINTENTOS_MAX=4\r\nTIME_OUT=7\r\nTIPO_PLC_DEFAULT=8\r\n"
+             "READ_AFTER_WRITE=2\r\nREINTENTOS_MAX=4\r\nTIME_OUT=0,75\r\nTIPO_PLC_DEFAULT=8\r\n"
              "SEG_RECONECCION=40\r\nCantEsclavos=1\r\nEsclavo0_Numero=3\r\n"
              "Esclavo0_Ip=192.168.0.10\r\nEsclavo0_Puerto=5020\r\nEsclavo0_Indice=2\r\n"
              "Esclavo0_Digitos=4\r\nCantBloques=2\r\nBloque0_Bloque=A\xF1o\r\nBloque0_PLC=1\r\n"
@@ -47,7 +47,7 @@ TEST(Driver, EjemploCompleto) {
     EXPECT_EQ(p.scanPorDefecto, 6);
     EXPECT_FALSE(p.leerDespuesDeEscribir);
     EXPECT_EQ(p.reintentosMax, 4);
-    EXPECT_EQ(p.tiempoFuera, 7);
+    EXPECT_EQ(p.tiempoFuera, 0.75) << "a decimal comma";
     EXPECT_EQ(p.tipoPlcPorDefecto, 8);
     EXPECT_EQ(p.segReconeccion, 40);
     const LineasDePuerto& l = listas.lineasDePuertos[0];

@@ -26,6 +26,9 @@ TEST(Numeros, DeTextoSoloLoQueEsNumero) {
     for (const char* malo :
          {"", " ", "1,5", "0x10", "inf", "nan", "+-1", "-", "1 2", "12a", "1e999"})
         EXPECT_FALSE(esNumerico(malo)) << malo;
+    EXPECT_EQ(numeroConComa("-0,75"), -0.75);
+    for (const char* malo : {"1,5,0", "1.000,5", ","})
+        EXPECT_EQ(numeroConComa(malo), std::nullopt) << malo;
 }
 
 TEST(Numeros, EnterosRedondeanAlParYNoDesbordan) {

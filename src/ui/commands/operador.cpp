@@ -26,14 +26,6 @@ Aviso errorDeIngreso(const std::string& campo, std::string_view que) {
 }
 constexpr std::string_view kNoEsNumero = "no es un número";
 
-/// Whoever types may mean a decimal point by a comma.
-std::optional<double> numeroTecleado(std::string_view texto) {
-    const auto coma = texto.find(',');
-    if (coma == std::string_view::npos || texto.find('.') != std::string_view::npos)
-        return numeroDeTexto(texto);
-    return numeroDeTexto(std::string(texto).replace(coma, 1, "."));
-}
-
 std::optional<std::string> registroSiguiente(std::string_view registro) {
     const auto numero = hexadecimal(registro);
     if (!numero || *numero == UINT32_MAX) return std::nullopt;
@@ -154,7 +146,7 @@ Aviso Operador::forzarPorNivel(std::string_view nivel, std::string_view veces) {
     if (sinNivel || sinVeces)
         return queja("Error de Dato, en Nivel y/o Cantidad de Poleos", sinNivel, sinVeces);
     const auto entero16 = [](std::string_view texto) {
-        const auto numero = numeroTecleado(texto);
+        const auto numero = numeroConComa(texto);
         return numero ? enteroCorto(*numero) : std::nullopt;
     };
     const auto n = entero16(nivel);
@@ -208,7 +200,7 @@ Aviso Operador::escribirEn(const std::string& renglon, std::string_view direccio
                            std::string_view valor) {
     const std::string_view donde = recortar(direccion);
     if (donde.empty()) return errorDeIngreso("Dirección" + renglon, "falta");
-    const auto numero = numeroTecleado(valor);
+    const auto numero = numeroConComa(valor);
     if (!numero) return errorDeIngreso("Valor" + renglon, kNoEsNumero);
     escribirDireccion(std::string(donde), *numero);
     return {};
@@ -219,7 +211,7 @@ Aviso Operador::escribirValor(std::string_view direccion, std::string_view valor
 }
 
 Aviso Operador::escribirOtraDireccion(std::string& direccion, std::string_view valor) {
-    if (recortar(direccion).empty() || !numeroTecleado(valor))
+    if (recortar(direccion).empty() || !numeroConComa(valor))
         return escribirValor(direccion, valor); // it says which
     const bool conPunto = direccion.find('.') != std::string::npos;
     const auto siguiente = direccionSiguiente(conPunto ? recortar(direccion) : kPrimeraDireccion);
@@ -229,7 +221,7 @@ Aviso Operador::escribirOtraDireccion(std::string& direccion, std::string_view v
 }
 
 Aviso Operador::escribirOtroValor(std::string_view direccion, std::string& valor) {
-    const auto numero = numeroTecleado(valor.empty() ? "0" : valor);
+    const auto numero = numeroConComa(valor.empty() ? "0" : valor);
     if (!numero || recortar(direccion).empty()) return escribirValor(direccion, valor);
     if (esDeBit(direccion)) {
         valor = *numero == 0 ? "1" : "0";
@@ -310,7 +302,7 @@ std::optional<Pregunta> Operador::preguntarScan(std::uint32_t fila) const {
 
 Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
     if (recortar(respuesta).empty() || bloque(indice) == nullptr) return {};
-    const auto segundos = numeroTecleado(respuesta);
+    const auto segundos = numeroConComa(respuesta);
     if (!segundos) return errorDeIngreso("Scan", kNoEsNumero);
     if (!Modelo::esScan(*segundos)) return errorDeIngreso("Scan", "de 0,001 s a un año, o 0");
     hacer({Orden::Clase::Scan, {}, static_cast<double>(indice), *segundos});
