@@ -11,11 +11,11 @@ namespace kv {
 namespace {
 
 constexpr std::array kAjustesNumericos = {
-    kTiempoEntrePoleo,    kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
-    kIntervalosFuera,     kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
-    kPuertoEscucha,       kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
-    kPasosDelGuion,       kReintentoDelGuion,       kReclamoDeEscrituras,  kEstacionMuda,
-    kVigenciaDeEscrituras};
+    kTiempoEntrePoleo,     kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
+    kIntervalosFuera,      kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
+    kPuertoEscucha,        kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
+    kPasosDelGuion,        kReintentoDelGuion,       kReclamoDeEscrituras,  kEstacionMuda,
+    kVigenciaDeEscrituras, kBloquesAPedido};
 
 constexpr std::size_t kMaximoDeCopias = 8;
 

@@ -61,6 +61,8 @@ inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escritur
                                                      5000, 100, 3'600'000};
 // Blocks in a row without an answer after which a station counts as silent; 0: never.
 inline constexpr AjusteNumerico kEstacionMuda{"Estacion_Muda_Bloques", 2, 0, 1'000};
+// Blocks of each station that forced reads may make: a frame can ask for 256 registers.
+inline constexpr AjusteNumerico kBloquesAPedido{"Bloques_A_Pedido_Por_Estacion", 256, 0, 256};
 // How long a write may wait; 0: for ever.
 inline constexpr AjusteNumerico kVigenciaDeEscrituras{"Escritura_Vigencia_Segundos", 600, 0,
                                                       31'536'000};

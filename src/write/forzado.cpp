@@ -98,18 +98,21 @@ void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bi
 void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
                         const std::string& registro, const std::string& direccion, int bit) {
     std::string traza;
-    const Estacion& estacion = tablas_.conexiones[lugar.conexion].estaciones[lugar.estacion];
-    // Anybody may ask for any address: only what a station can be asked for becomes a block.
-    if (dadosDeAlta_ >= kDadosDeAltaMaximo ||
-        !armarTramaLectura(registro, textoDeNumero(estacion.indice), traza))
+    Estacion& estacion = tablas_.conexiones[lugar.conexion].estaciones[lugar.estacion];
+    // Anybody may ask for any address: only what a station can be asked for becomes a block, and it
+    // stays.
+    if (!armarTramaLectura(registro, textoDeNumero(estacion.indice), traza))
         return decir(" Error al dar de alta bloque, Direccion fuera de trama. Bloque: " +
                      direccion + "\r\n");
+    if (estacion.aPedido >= aPedidoMaximo_)
+        return decir(" Error al dar de alta bloque, La estacion ya tiene " +
+                     textoDeNumero(aPedidoMaximo_) + " a pedido. Bloque: " + direccion + "\r\n");
     const double nuevo = modelo_.levantarBloquePoleo(puerto.numero, plc, registro, 1,
                                                      puerto.scanPorDefecto, true, 0);
     if (nuevo < 0)
         return decir(" Error al dar de alta bloque, No se encuentra Puerto y PLC. Bloque: " +
                      direccion);
-    ++dadosDeAlta_;
+    ++estacion.aPedido;
     decir(" Bloque " + direccion + " dado de alta. DefaultScan de " +
           textoDeNumero(puerto.scanPorDefecto) + " Segundos\r\n");
     forzarConocido(static_cast<Indice>(nuevo), direccion, bit, true);

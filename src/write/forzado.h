@@ -19,6 +19,8 @@ class Forzado {
             EstacionesMudas& mudas, Modelo& modelo, Vista& vista, Sello& sello, ArchivoLog& log,
             ArregloDeTemporizadores& Timer1_Bloques);
 
+    /// Blocks that forced reads may make of each station.
+    void fijarAPedido(double bloques) { aPedidoMaximo_ = bloques; }
     /// Reads the block that holds an address port.PLC.register[.bit] now; makes a block for it when
     /// only the station exists. What came of it is said in the operator's box.
     void forzarPoleo(const std::string& direccion);
@@ -33,9 +35,6 @@ class Forzado {
     /// Seconds, 0 or from a millisecond to a year; other values change nothing, like an index of no
     /// block.
     void ModificarScanDeBloque(double bloque, double segundos);
-
-    /// Blocks that forced reads may make while the driver runs.
-    static constexpr std::size_t kDadosDeAltaMaximo = 10'000;
 
   private:
     void forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
@@ -56,7 +55,7 @@ class Forzado {
     Sello& sello_;
     ArchivoLog& log_;
     ArregloDeTemporizadores& Timer1_Bloques_;
-    std::size_t dadosDeAlta_ = 0;
+    double aPedidoMaximo_ = 256;
 };
 
 } // namespace kv

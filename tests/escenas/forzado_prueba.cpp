@@ -76,6 +76,13 @@ TEST_F(Fuerza, UnaDesconocidaSeDaDeAltaYOtrasSeRechazan) {
     for (int i = 0; i < 1000; ++i)
         forzado.forzarPoleo("1.1.F00D" + std::to_string(i));
     EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 9U);
+    p.ajuste("Bloques_A_Pedido_Por_Estacion", "3");
+    p.motor.aplicarAjustes();
+    for (const char* const direccion : {"1.1.A0", "1.1.A1", "1.1.A2"})
+        forzado.forzarPoleo(direccion);
+    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 10U) << "three of a station, no more";
+    EXPECT_TRUE(
+        dicho(" Error al dar de alta bloque, La estacion ya tiene 3 a pedido. Bloque: 1.1.A1\r\n"));
     plc.cortar();
     p.bucle.red().rechazar("10.0.0.1", 502);
     p.avanzar(100);

@@ -70,6 +70,7 @@ void Motor::aplicarAjustes() {
     ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
     ejecucion.fijarVigencia(ajuste(kVigenciaDeEscrituras));
     mudas.fijarLimite(ajuste(kEstacionMuda));
+    forzado.fijarAPedido(ajuste(kBloquesAPedido));
     const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);
     if (idioma == idioma_) return;
     idioma_ = idioma;
