@@ -61,6 +61,9 @@ void TiemposFuera::reintentarBloque(Indice bloque) {
 void TiemposFuera::deshabilitar(Indice conexion, Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
     const bool estabaOK = b.estado == kOk;
+    ConexionIP& c = tablas_.conexiones[conexion];
+    // It has had its turn: after its rest it waits like the others.
+    if (c.bloqueDePrueba == bloque) c.bloqueDePrueba = kNinguno;
     b.reintentos = 0;
     b.enDuda = false;
     tablas_.habilitar(bloque, false);

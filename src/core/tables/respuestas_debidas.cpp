@@ -168,6 +168,8 @@ RespuestasDebidas::Veredicto RespuestasDebidas::contar(std::span<const Respuesta
 void RespuestasDebidas::aceptarPorRotulo(std::int64_t ahora) {
     const auto esPropia = [&](const Debida& d) { return d.registro == enCurso_; };
     const auto propia = std::find_if(debidas_.begin(), debidas_.end(), esPropia);
+    // A write whose answer had another value waits on, and owes nothing any more.
+    if (propia == debidas_.end()) return;
     if (std::any_of(propia + 1, debidas_.end(), esPropia)) // which of them is not known
         return pasarHasta(propia + 1, ahora);
     pasarHasta(propia, ahora);

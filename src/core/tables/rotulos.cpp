@@ -23,7 +23,7 @@ const Rotulos::Conocido* Rotulos::conocido(Registro registro) const {
 
 /// A byte that never varied repeats nothing: it may stand there anyway.
 bool Rotulos::probado(const Repeticion& r) const {
-    return r.vario && notadas_ >= 2 * exigencia_ &&
+    return generaliza_ && r.vario && notadas_ >= 2 * exigencia_ &&
            std::any_of(r.siempre.begin(), r.siempre.end(), [](bool s) { return s; });
 }
 
@@ -72,9 +72,11 @@ void Rotulos::aprender(Registro registro, Rotulo rotulo) {
 }
 
 void Rotulos::olvidar() {
+    const bool otraVez = generaliza_ && exigencia_ < kVecesMaximo;
     const std::uint32_t exigencia = std::min(exigencia_ * 2, kVecesMaximo);
     *this = {};
     exigencia_ = exigencia;
+    generaliza_ = otraVez;
 }
 
 } // namespace kv

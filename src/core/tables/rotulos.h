@@ -35,7 +35,8 @@ class Rotulos {
     [[nodiscard]] bool distingue(Registro a, Registro b) const;
     /// An answer that was certainly this register's.
     void aprender(Registro registro, Rotulo rotulo);
-    /// What was learned turned out not to hold. It is learned anew, with more proof each time.
+    /// What was learned turned out not to hold. It is learned anew, with more proof each time, and
+    /// in the end of each register by itself only: not all stations of a line need be alike.
     void olvidar();
     /// The stations say what they answer, at least which register.
     [[nodiscard]] bool dicen() const { return probado(registro_); }
@@ -69,6 +70,7 @@ class Rotulos {
     Repeticion estacion_, registro_;
     std::uint32_t notadas_ = 0;
     std::uint32_t exigencia_ = kVeces; ///< equal answers before a register is believed
+    bool generaliza_ = true;           ///< what repeats tells of registers never heard
 };
 
 /// Hands every number that decides what is answered from now on to `f`, for whoever explores.
@@ -87,6 +89,7 @@ void Rotulos::recorrer(F&& f) const {
     }
     f(std::min(notadas_, 2 * exigencia_));
     f(exigencia_);
+    f(generaliza_);
 }
 
 } // namespace kv

@@ -1,0 +1,112 @@
+// Lines that behave again, or that behave in a way of their own: nobody stays behind.
+
+#include "apoyo/planta.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <utility>
+
+namespace kv {
+namespace {
+
+/// An answer whose four free bytes are all the same.
+Respuesta constante(int valor) {
+    Respuesta r = respuestaCon(valor);
+    std::fill(r.begin() + 1, r.begin() + 5, std::uint8_t{0xEE});
+    r.back() = sumaDeControl(std::span(r).subspan(1, 6));
+    return r;
+}
+
+} // namespace
+
+TEST(Recuperacion, UnaEstacionQueRespondeAOtraMananaQueSusVecinasVuelve) {
+    // Stations 1 and 2 repeat what they are asked, number 3 always says the same.
+    Configuracion config;
+    config.puerto({"1", "0", "20"})
+        .estacion(1, "10.0.0.1", 1)
+        .estacion(2, "10.0.0.1", 2)
+        .estacion(3, "10.0.0.1", 3)
+        .bloque(1, "10", "0.2")
+        .bloque(2, "11", "0.2")
+        .bloque(3, "12", "1");
+    Planta p(config);
+    auto& plc = p.en("10.0.0.1");
+    bool seOye = false; // its first answer is lost, so the line is learned without it
+    plc.demora = [&](const Solicitud& s) -> std::optional<double> {
+        if (s[1] != 3) return 0.0;
+        if (std::exchange(seOye, true)) plc.mandar(constante(55));
+        return std::nullopt;
+    };
+    p.ajuste("Tiempo_Entre_poleo", "10");
+    p.arrancarYConectar();
+    p.avanzar(180'000);
+    int leida = 0;
+    for (int s = 0; s < 120; ++s) {
+        p.avanzar(1000);
+        leida += p.ok(2) ? 1 : 0;
+    }
+    EXPECT_GT(leida, 100);
+    EXPECT_EQ(p.valor(2), 55);
+}
+
+TEST(Recuperacion, UnaEscrituraContestadaDosVecesConOtroValorSigueEsperando) {
+    Configuracion config;
+    config.puerto({"1", "1", "20"})
+        .estacion(1, "10.0.0.1", 1)
+        .bloque(1, "10", "0.2")
+        .bloque(1, "11", "0.2");
+    Planta p(config);
+    auto& plc = p.en("10.0.0.1");
+    plc.demora = [&](const Solicitud& s) -> std::optional<double> {
+        if (s[0] == 0x52) return 0.0;
+        for (int vez = 0; vez < 3; ++vez)
+            plc.mandar(respuestaCon(7 + vez, s[1], s[3]), 10.0 * vez);
+        return std::nullopt;
+    };
+    p.ajuste("Tiempo_Entre_poleo", "10");
+    p.arrancarYConectar();
+    p.avanzar(20'000);
+    ASSERT_TRUE(p.conexion(0).debidas.dicen());
+    p.motor.solicitudes.escribirDireccion("1.1.10", 99, "operador");
+    p.avanzar(20'000);
+    EXPECT_EQ(p.motor.ejecucion.enEspera(), 0U);
+    EXPECT_TRUE(p.ok(0) && p.ok(1));
+}
+
+TEST(Recuperacion, QuienFuePreguntadoAPruebaNoPasaDosVecesAntesQueLosDemas) {
+    // Station 1 is always too late; writes of its neighbour never end, and its rest is shorter than
+    // four of them.
+    Configuracion config;
+    config.puerto({"1", "0", "2"})
+        .estacion(1, "10.0.0.1", 1)
+        .estacion(2, "10.0.0.1", 2)
+        .bloque(1, "10", "1")
+        .bloque(2, "11", "1")
+        .bloque(2, "12", "1");
+    Planta p(config);
+    auto& plc = p.en("10.0.0.1");
+    bool tarde = false;
+    int n = 0;
+    plc.demora = [&](const Solicitud& s) -> std::optional<double> {
+        plc.mandar(constante(plc.valor(s[1], s[3])), tarde ? 2400 : 0);
+        return std::nullopt;
+    };
+    p.arrancarYConectar();
+    p.avanzar(20'000);
+    tarde = true;
+    plc.pedidos.clear();
+    for (int s = 0; s < 600; ++s) {
+        while (p.motor.ejecucion.enEspera() < 8)
+            p.motor.solicitudes.escribirDireccion("1.2.11", ++n, "operador");
+        p.avanzar(1000);
+    }
+    std::map<int, int> veces;
+    for (const auto& pedido : plc.pedidos) {
+        if (pedido.trama[0] == 0x52) ++veces[pedido.trama[3]];
+    }
+    EXPECT_GE(veces[0x12], 5);
+    EXPECT_LE(veces[0x10], 3 * veces[0x12]) << veces[0x10] << " and " << veces[0x12];
+}
+
+} // namespace kv
