@@ -103,23 +103,21 @@ void Auditoria::pasarElTiempo() {
         segundoMs_ = ahora;
     }
     if (repetidas_ > 0 && ahora - repetidasDesdeMs_ >= kMinutoMs) cerrarRepetidas();
-    if (pendiente_.empty() && repetidas_ == 0) return;
     std::string hoy = formatoDeDia(reloj_.ahora());
-    if (!dia_.empty() && hoy != dia_) {
-        // The count belongs to the day of what it counts.
-        cerrarRepetidas();
-        ultimo_.clear();
-        volcar();
-    }
+    if (hoy == dia_) return;
+    // What was gathered, and a count, belong to the day of what they tell.
+    cerrarRepetidas();
+    if (!pendiente_.empty()) escribirPendiente();
+    ultimo_.clear();
     dia_ = std::move(hoy);
 }
 
 void Auditoria::volcar() {
-    if (pendiente_.empty()) {
-        if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
-        if (pendiente_.empty()) return;
-    }
-    if (dia_.empty()) dia_ = formatoDeDia(reloj_.ahora());
+    if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
+    if (!pendiente_.empty()) escribirPendiente();
+}
+
+void Auditoria::escribirPendiente() {
     std::string aviso;
     if (sinDisco_ > 0)
         aviso = formatoGeneral(reloj_.ahora()) + ";;;;;" + std::to_string(sinDisco_) +
@@ -131,7 +129,6 @@ void Auditoria::volcar() {
     }
     pendiente_.clear();
     enPendiente_ = 0;
-    dia_.clear();
 }
 
 bool Auditoria::escribir(const std::string& lineas) {

@@ -46,13 +46,14 @@ class Auditoria final : public AvisoDeEscritura {
     void agregarLinea(std::string_view cuerpo);
     void cerrarRepetidas();
     void pasarElTiempo();
+    void escribirPendiente();
     bool escribir(const std::string& lineas);
 
     Archivos& archivos_;
     const Reloj& reloj_;
     std::string carpeta_;
     std::string programa_;
-    std::string dia_; ///< of the lines that are gathered
+    std::string dia_; ///< of the last line
     std::string pendiente_;
     std::uint64_t enPendiente_ = 0; ///< lines
     std::string ultimo_;            ///< the last line without its time

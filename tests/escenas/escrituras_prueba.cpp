@@ -393,4 +393,75 @@ TEST(Palabra, BitsDeUnaPalabra) {
     EXPECT_EQ(ValidarIngresoDeNumeros('a', true, true), 16);
 }
 
+TEST_F(Escribe, ElRegistroCuentaLoQueNoAnotaYNoCallaNada) {
+    planta();
+    const std::string ruta = "/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt";
+    const auto registro = [&] { return p->archivos.contenido(ruta); };
+    const auto lineas = [&] {
+        const std::string r = registro();
+        return std::count(r.begin(), r.end(), '\n');
+    };
+    for (int i = 0; i < 5000; ++i)
+        escribir("9.9." + std::to_string(i), 1);
+    p->avanzar(6000); // the next turn of the loop
+    EXPECT_LE(lineas(), 102) << "whoever may ask may ask without end";
+    EXPECT_NE(registro().find(";;;;;4900 lineas mas sin anotar"), std::string::npos);
+    // The disk is full, and has room again.
+    p->archivos.negarEscrituras(true);
+    escribir("1.1.10", 3);
+    p->avanzar(5000);
+    p->archivos.negarEscrituras(false);
+    escribir("1.1.10", 4);
+    p->avanzar(5000);
+    EXPECT_NE(registro().find(";;;;;2 lineas sin anotar: el disco no las tomo"), std::string::npos)
+        << registro().substr(registro().size() - 300);
+    // Repeats are told within a minute; what waits when the program ends has its line.
+    for (int i = 0; i < 7; ++i)
+        escribir("9.9.9", 1);
+    p->avanzar(1000);
+    EXPECT_EQ(registro().find("la anterior 6 veces mas"), std::string::npos);
+    p->avanzar(62'000);
+    EXPECT_NE(registro().find("la anterior 6 veces mas"), std::string::npos);
+    callar();
+    escribir("1.1.10", 5);
+    escribir("1.1.0A", 6);
+    escribir("1.1.0A", 6);
+    p->avanzar(100);
+    p->motor.terminar();
+    for (const char* linea :
+         {";prueba;1.1.10;4;5;enviada\r\n", ";prueba;1.1.10;4;5;termino el programa\r\n",
+          ";prueba;1.1.0A;?;6;termino el programa\r\n",
+          ";prueba;1.1.0A;?;6;ya espera una igual\r\n"})
+        EXPECT_NE(registro().find(linea), std::string::npos) << linea;
+}
+
+TEST_F(Escribe, UnaRepetidaTrasMedianocheEsDelDiaNuevo) {
+    planta();
+    p->bucle.relojSimulado().ponerFecha(1763337580); // 23:59:40
+    escribir("9.9.9", 1);
+    escribir("9.9.9", 1);
+    p->avanzar(5000);
+    const std::string ayer = "/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt";
+    const std::string hoy = "/kv/LOGS_DRIVER/251117 DriverKV2200 Escrituras.txt";
+    ASSERT_NE(p->archivos.contenido(ayer).find(";9.9.9;"), std::string::npos);
+    p->avanzar(60'000);
+    EXPECT_NE(p->archivos.contenido(ayer).find("la anterior 1 veces mas"), std::string::npos);
+    escribir("9.9.9", 1);
+    p->avanzar(6000);
+    EXPECT_NE(p->archivos.contenido(hoy).find(";9.9.9;?;1;rechazada"), std::string::npos);
+}
+
+TEST_F(Escribe, UnaIgualAOtraQueSalioOTerminoEsNueva) {
+    planta();
+    plc->demora = [](const Solicitud&) { return 500.0; };
+    escribir("1.1.10", 5);
+    p->avanzar(100); // it has left
+    escribir("1.1.10", 5);
+    p->avanzar(5000);
+    escribir("1.1.10", 5);
+    p->avanzar(5000);
+    EXPECT_EQ(visto(), "W10=5 W10=5 W10=5 ");
+    EXPECT_EQ(fines(), "1.1.10=5 1.1.10=5 1.1.10=5 ");
+}
+
 } // namespace kv
