@@ -26,6 +26,7 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
         lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
+        lineas_.back()->pausaMs = [this] { return motor_.turnos.pausa(); };
         bucle_.red().atender(p.ip, p.puertoTCP, *lineas_.back());
     }
     archivos_.poner("/kv/DRIVER_KV2200_Config.ini", plan.configuracion);
@@ -153,7 +154,7 @@ Resultado Mundo::vivir(const std::vector<Suceso>& historia) {
     r_.simuladoMs = (c_.ahoraUs() - inicioUs_) / 1000;
     r_.comprobadas = c_.comprobadas;
     for (const auto& l : lineas_)
-        r_.intercambios += l->respuestas();
+        r_.intercambios += l->respuestas(), r_.disculpas += l->disculpas();
     return r_;
 }
 
@@ -166,7 +167,7 @@ void Mundo::calmar() {
     archivos_.negarEscrituras(false);
     for (const auto& l : lineas_) {
         l->sanar();
-        bucle_.red().reanudar(l->enlace());
+        l->reanudar(l->enlace());
         bucle_.red().atender(l->plan().ip, l->plan().puertoTCP, *l);
     }
     motor_.ajustes.escribirConfiguracion("Tiempo_Entre_poleo", std::to_string(plan_.pausaMs));

@@ -86,7 +86,8 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
     if (fin == FinDeEscritura::Confirmada)
         c_.exigir(c_.lineas[b.idConexion]->respondio(
                       b.tramaSolicitud[1], b.tramaSolicitud[3],
-                      static_cast<std::int16_t>(static_cast<int>(b.palabra))),
+                      static_cast<std::uint16_t>(static_cast<int>(b.palabra)), 0) ||
+                      c_.lineas[b.idConexion]->disculpada(),
                   "what is confirmed was answered", b.idConexion);
     masEnEspera_ = std::max(masEnEspera_, c_.motor.ejecucion.enEspera() + 1);
     Escritor* e = buscar(b.idConexion, b.tramaSolicitud[1], b.tramaSolicitud[3]);

@@ -35,10 +35,10 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
     case Que::Cortar:
         return linea.cortar();
     case Que::Retener:
-        linea.interrumpir();
-        return luego(s.ms, [&red, enlace] { red.reanudar(enlace); });
+        if (!linea.interrumpir()) return;
+        return luego(s.ms, [&linea, enlace] { linea.reanudar(enlace); });
     case Que::MedioAbrir:
-        linea.interrumpir();
+        if (!linea.interrumpir()) return;
         return luego(s.ms, [&red, enlace] { red.cortar(enlace); });
     case Que::Rechazar:
         red.rechazar(p.ip, p.puertoTCP);
@@ -46,8 +46,8 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
         return luego(s.ms, [&red, &p, &linea] { red.atender(p.ip, p.puertoTCP, linea); });
     case Que::Enmudecer:
         red.atender(p.ip, p.puertoTCP, linea);
+        if (!linea.interrumpir()) return;
         red.enmudecer(p.ip, p.puertoTCP);
-        linea.interrumpir();
         return luego(s.ms, [&red, &p, &linea, enlace] {
             red.cortar(enlace);
             red.atender(p.ip, p.puertoTCP, linea);
@@ -63,11 +63,15 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
     case Que::Danar:
         return linea.danar(s.b, s.c);
     case Que::Duplicar:
-        return linea.duplicar(s.b);
+        return linea.duplicar(s.b, s.c % 2 == 1);
     case Que::Trocar:
         return linea.trocar();
     case Que::Reiniciar:
         return linea.reiniciar();
+    case Que::Habituar:
+        return linea.cambiarHabito(static_cast<Habito>(s.b));
+    case Que::Mentir:
+        return linea.mentirPronto();
     default:
         break;
     }
