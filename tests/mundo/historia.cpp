@@ -99,6 +99,7 @@ class Dibujante {
             s.b = static_cast<std::uint32_t>(azar_.entre(0, 1000));
             break;
         case Que::Reloj:
+            s.enMedio = false;
             s.ms = (azar_.uno(2) ? 1 : -1) * azar_.enEscala(1000, 40LL * 86'400'000);
             break;
         case Que::Parada:

@@ -77,11 +77,16 @@ void Linea::alRecibir(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
 void Linea::cambiar(Registro& r, const Solicitud& s) {
     if (s[0] == kEscribir || r.mascara == 0 || ++r.version % kLecturasPorCambio != 0) return;
     const std::uint32_t vez = r.version / kLecturasPorCambio;
-    if (r.fuente == Fuente::Bit) r.valor ^= static_cast<std::uint16_t>(0x10U << vez % 12);
-    if (r.fuente == Fuente::Nadie)
+    if (r.fuente == Fuente::Bit) {
+        r.valor ^= static_cast<std::uint16_t>(0x10U << vez % 12);
+    } else if (r.fuente == Fuente::Nadie) {
         r.valor = vez % kCambiosPorComun == 0
                       ? kComun
                       : static_cast<std::uint16_t>(r.base + (r.version & r.mascara));
+    } else {
+        return;
+    }
+    r.cambioUs = reloj_.monotonicoUs();
 }
 
 void Linea::atender(const Solicitud& s) {

@@ -27,6 +27,7 @@ struct Registro {
     std::uint16_t mascara = 0; ///< width of the band, less one
     std::uint16_t valor = 0;
     std::uint32_t version = 0;
+    std::int64_t cambioUs = -1; ///< by itself
     Fuente fuente = Fuente::Nadie;
     /// Answers of the present link, oldest first, that were not yet seen to be published.
     std::deque<Enviado> enviados;

@@ -164,6 +164,7 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
     pausaMs = azar.uno(6) ? azar.entre(0, 60) : azar.uno(2) ? 800 : azar.enEscala(50, 2000);
     baseDeSolicitudesMs = azar.enEscala(500, 8000);
     exigeLogin = azar.uno(5);
+    if (azar.uno(3)) vigenciaSegundos = static_cast<double>(azar.entre(15, 90));
     const auto cuantosPuertos = static_cast<std::size_t>(azar.entre(1, 3));
     for (std::size_t p = 0; p < cuantosPuertos; ++p)
         puertos.push_back(puerto(azar));

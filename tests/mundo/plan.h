@@ -79,6 +79,7 @@ struct Plan {
     std::int64_t pausaMs = 800;
     std::int64_t baseDeSolicitudesMs = 5000;
     bool exigeLogin = false;
+    double vigenciaSegundos = 600; ///< of writes
     std::vector<PlanDePuerto> puertos;
     std::vector<PlanDeConexion> conexiones;
     std::vector<PlanDeBloque> bloques;

@@ -122,7 +122,7 @@ void Mundo::escribirClientes(const Suceso& s) {
     std::string todas;
     for (std::uint32_t k = 0; k < s.b; ++k) {
         ReglaDeEscrituras::Escritor& e = *suyos[(s.c + k) % suyos.size()];
-        todas += "[Write]" + e.direccion + ";" + std::to_string(e.valor(++e.pedidas)) + "[/Write]";
+        todas += "[Write]" + e.direccion + ";" + std::to_string(e.siguiente()) + "[/Write]";
     }
     cliente_.enviar(todas);
 }
@@ -160,6 +160,7 @@ void Mundo::enMaquina(const Suceso& s) {
         return ajustar(s.b, s.c);
     case Que::SinAjustes: {
         limites_.ajustesPerdidos();
+        escrituras_.ajustesPerdidos();
         const std::string texto = archivos_.contenido(kAjustes);
         // The budgets stand first and stay: without them a script would hold up the world for ever.
         // A line stays whole: with half a number the driver would listen on another port.
@@ -168,6 +169,7 @@ void Mundo::enMaquina(const Suceso& s) {
                                                                   texto.rfind('\n', mitad) + 1)));
     }
     case Que::Reloj:
+        auditoria_.leer();
         return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
     case Que::Parada:
         return bucle_.demorar(s.ms);
@@ -179,6 +181,12 @@ void Mundo::enMaquina(const Suceso& s) {
         break;
     }
     luego(s.ms, [this] { archivos_.negarEscrituras(false); });
+}
+
+void Mundo::escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b) {
+    if (e.fuente == Fuente::Bit)
+        return escrituras_.escribirAMano(e.direccion + "." + std::to_string(b / 2 % 4), b % 2);
+    escrituras_.escribirAMano(e.direccion, e.siguiente());
 }
 
 ReglaDeEscrituras::Escritor* Mundo::escritor(Fuente fuente, std::size_t cual) {
@@ -206,15 +214,14 @@ void Mundo::enOperador(const Suceso& s) {
     case Que::EscribirAMano: {
         const bool tormenta = s.c % 16 == 0;
         for (std::uint32_t k = 0; k < (tormenta ? 60 : s.b); ++k) {
-            if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a))
-                escrituras_.escribirAMano(*e);
+            if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a)) escribir(*e, 0);
         }
         return;
     }
     default:
-        if (auto* e = escritor(Fuente::Bit, s.a))
-            motor_.solicitudes.escribirDireccion(e->direccion + "." + std::to_string(s.c % 4),
-                                                 s.b % 2, "operador");
+        for (std::uint32_t k = 0; k < (s.c % 4 == 0 ? s.b : 1); ++k) {
+            if (auto* e = escritor(Fuente::Bit, s.a)) escribir(*e, s.c / 4 + k);
+        }
         return;
     }
 }
