@@ -24,7 +24,7 @@ std::uint8_t comoDecimal(int indice) {
 Mundo::Mundo(const Plan& plan, Observador* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0}, turno_(c_),
-      valores_(c_, motor_.servidor), auditoria_(c_, archivos_),
+      valores_(c_, motor_.servidor), actualidad_(c_), auditoria_(c_, archivos_),
       escrituras_(c_, motor_.auditoria, auditoria_), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
@@ -44,6 +44,9 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
           {"Ajena", std::to_string(plan.semilla)}})
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
+    motor_.lectura.avisarA(&actualidad_);
+    escrituras_.alContestar = [this](Indice b) { actualidad_.anotar(b); };
+    escrituras_.alAcabar = [this](std::size_t n) { actualidad_.alTerminarEscritura(n); };
     motor_.cajaDePedidos.registrarEn(escrituras_);
     motor_.vista.observar(trazas);
     levantar();
@@ -137,6 +140,7 @@ void Mundo::avanzarHasta(std::int64_t us) {
 void Mundo::barrer() {
     turno_.barrer();
     valores_.barrer();
+    actualidad_.barrer();
     escrituras_.barrer();
     if (++barridas_ % kBarridasPorLectura == 0) auditoria_.leer();
     limites_.barrer();

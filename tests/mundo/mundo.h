@@ -3,6 +3,7 @@
 #include "core/start/arranque.h"
 #include "mundo/cliente.h"
 #include "mundo/corrida.h"
+#include "mundo/regla_actualidad.h"
 #include "mundo/regla_auditoria.h"
 #include "mundo/regla_escrituras.h"
 #include "mundo/regla_limites.h"
@@ -61,6 +62,7 @@ class Mundo final : private AlEnviar {
     std::vector<std::unique_ptr<Linea>> lineas_; ///< by connection of the plan
     ReglaDeTurno turno_;
     ReglaDeValores valores_;
+    ReglaDeActualidad actualidad_;
     ReglaDeAuditoria auditoria_;
     ReglaDeEscrituras escrituras_;
     ReglaDeLimites limites_;

@@ -4,6 +4,7 @@
 #include "text/numeros.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kv::mundo {
 namespace {
@@ -68,6 +69,10 @@ void ReglaDeEscrituras::mirar() {
     for (std::size_t n = 0; n < c_.conexiones(); ++n) {
         if (c_.conexion(n).escrituras.size() != cola(n).size()) aprender(n);
         c_.exigir(c_.conexion(n).escrituras.size() == cola(n).size(), "every write ends once", n);
+        if (cola(n).empty() || cola(n).front().bit < 0) continue;
+        Pedida& p = cola(n).front();
+        const BloqueEscritura& e = c_.motor.tablas.escrituras[p.indice];
+        if (std::exchange(p.leidaMs, e.leidaMs) != e.leidaMs) alContestar(e.indiceBloqueLectura);
     }
 }
 
@@ -152,7 +157,6 @@ void ReglaDeEscrituras::alSalir(const BloqueEscritura& e) {
         p.seDijo = true;
         p.anterior = anteriorDe(e);
         auditoria_.esperar(e.origen, direccionDe(e), p.anterior, p.pedido, "enviada");
-        if (p.bit >= 0) alContestar(e.indiceBloqueLectura);
     }
     siguiente_.alSalir(e);
 }
@@ -174,6 +178,7 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
         const Pedida p = cola.front();
         cola.pop_front();
         *p.suerte = {fin, c_.ahoraUs()};
+        alAcabar(n);
         c_.exigir(p.seDijo == (p.envioUs >= 0), "every write that left was said to", n);
         if (fin == FinDeEscritura::Confirmada) {
             c_.exigir(p.envioUs >= 0, "what is confirmed was sent", n);

@@ -47,6 +47,8 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
     void escribirAMano(const std::string& direccion, double valor);
     /// A confirmed write, or the read of a bit's register: its block was answered.
     std::function<void(Indice)> alContestar = [](Indice) {};
+    /// A write of a connection has ended.
+    std::function<void(std::size_t)> alAcabar = [](std::size_t) {};
 
     void alEnviar(std::size_t n, const Solicitud& trama);
     void alLlegar(std::size_t n, const EscrituraLlegada& llegada);
@@ -75,6 +77,7 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
         std::int64_t pedidaUs = 0;
         std::int64_t primeraUs = -1; ///< first of its line, and not under way
         std::int64_t leyoUs = -1;    ///< a bit's register was asked for
+        std::int64_t leidaMs = 0;    ///< and was answered, as the driver says
         std::int64_t envioUs = -1;
         std::uint16_t palabra = 0; ///< that left
         bool seDijo = false;       ///< that it left

@@ -232,11 +232,15 @@ void Mundo::forzar(const Suceso& s) {
                                                                "1.1.X", "1.1.1000", "....."};
     const bool mala = s.c % 5 == 0;
     const std::string direccion =
-        mala ? std::string(kMalas[s.b % kMalas.size()]) : plan_.bloques[s.a].direccion();
+        mala ? std::string(kMalas[s.b % kMalas.size()])
+             : plan_.bloques[s.a].direccion() +
+                   (s.c % 3 == 0 ? "." + std::to_string(s.b * 5 % 16) : std::string());
     const CajaDeTexto& caja = motor_.vista.txtDemandaLecturaEscritura;
     const std::uint64_t antes = caja.version();
     motor_.forzado.forzarPoleo(direccion);
     c_.exigir(caja.version() != antes, "a forced read is answered or refused", s.a);
+    const Indice i = valores_.bloqueDe(plan_.bloques[s.a].direccion());
+    if (!mala && i != kNinguno) actualidad_.bitsIguales(i);
 }
 
 } // namespace kv::mundo
