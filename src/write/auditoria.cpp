@@ -79,16 +79,16 @@ void Auditoria::anotar(std::string_view origen, std::string_view direccion,
     ultimo_ = std::move(cuerpo);
 }
 
-void Auditoria::agregarLinea(std::string_view cuerpo) {
+void Auditoria::agregarLinea(std::string_view cuerpo, std::uint64_t cuenta) {
     pendiente_ += formatoGeneral(reloj_.ahora()) + ";";
     pendiente_ += cuerpo;
     pendiente_ += "\r\n";
-    ++enPendiente_;
+    enPendiente_ += cuenta;
 }
 
 void Auditoria::cerrarRepetidas() {
     if (repetidas_ == 0) return;
-    agregarLinea(";;;;la anterior " + std::to_string(repetidas_) + " veces mas");
+    agregarLinea(";;;;la anterior " + std::to_string(repetidas_) + " veces mas", repetidas_);
     repetidas_ = 0;
 }
 
@@ -97,7 +97,7 @@ void Auditoria::pasarElTiempo() {
     const std::int64_t ahora = reloj_.monotonicoMs();
     if (ahora - segundoMs_ >= kSegundoMs) {
         if (perdidas_ > 0)
-            agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar");
+            agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar", perdidas_);
         perdidas_ = 0;
         rechazos_ = escrituras_ = 0;
         segundoMs_ = ahora;
@@ -125,7 +125,10 @@ void Auditoria::escribirPendiente() {
     if (escribir(aviso + pendiente_)) {
         sinDisco_ = 0;
     } else {
-        sinDisco_ += enPendiente_;
+        // What is counted from now on would be read as repetitions of some older line.
+        sinDisco_ += enPendiente_ + repetidas_;
+        repetidas_ = 0;
+        ultimo_.clear();
     }
     pendiente_.clear();
     enPendiente_ = 0;
@@ -139,7 +142,8 @@ bool Auditoria::escribir(const std::string& lineas) {
 
 void Auditoria::cerrar() {
     cerrarRepetidas();
-    if (perdidas_ > 0) agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar");
+    if (perdidas_ > 0)
+        agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar", perdidas_);
     perdidas_ = 0;
     volcar();
 }

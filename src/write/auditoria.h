@@ -43,7 +43,8 @@ class Auditoria final : public AvisoDeEscritura {
   private:
     void anotar(std::string_view origen, std::string_view direccion, const std::string& anterior,
                 double valor, std::string_view fin, std::uint32_t& cuenta, std::uint32_t maximo);
-    void agregarLinea(std::string_view cuerpo);
+    /// `cuenta`: so many lines are lost with it if the disk does not take it.
+    void agregarLinea(std::string_view cuerpo, std::uint64_t cuenta = 1);
     void cerrarRepetidas();
     void pasarElTiempo();
     void escribirPendiente();
@@ -55,7 +56,7 @@ class Auditoria final : public AvisoDeEscritura {
     std::string programa_;
     std::string dia_; ///< of the last line
     std::string pendiente_;
-    std::uint64_t enPendiente_ = 0; ///< lines
+    std::uint64_t enPendiente_ = 0; ///< lines, those counted included
     std::string ultimo_;            ///< the last line without its time
     std::uint64_t repetidas_ = 0;
     std::int64_t repetidasDesdeMs_ = 0;

@@ -109,4 +109,31 @@ TEST(Recuperacion, QuienFuePreguntadoAPruebaNoPasaDosVecesAntesQueLosDemas) {
     EXPECT_LE(veces[0x10], 3 * veces[0x12]) << veces[0x10] << " and " << veces[0x12];
 }
 
+TEST(Recuperacion, LoQueUnDiscoLlenoNoTomoSeCuentaYNoSeLeeComoRepeticionDeOtraLinea) {
+    Configuracion config;
+    config.puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "60");
+    Planta p(config);
+    p.arrancar();
+    const auto pedir = [&p](int valor, int veces) {
+        for (int k = 0; k < veces; ++k)
+            p.motor.solicitudes.escribirDireccion("9.9.9", valor, "operador");
+        p.avanzar(6000);
+    };
+    pedir(1, 1);
+    p.archivos.negarEscrituras(true);
+    pedir(2, 3);
+    for (int k = 0; k < 150; ++k)
+        p.motor.solicitudes.escribirDireccion("9.9.9", 1000 + k, "operador");
+    p.avanzar(6000);
+    p.archivos.negarEscrituras(false);
+    pedir(2, 1);
+    const std::string texto =
+        p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
+    EXPECT_NE(texto.find(";103 lineas sin anotar: el disco no las tomo"), std::string::npos)
+        << texto;
+    EXPECT_NE(texto.find(";50 lineas mas sin anotar"), std::string::npos) << texto;
+    EXPECT_EQ(texto.find("la anterior"), std::string::npos) << texto;
+    EXPECT_NE(texto.find(";9.9.9;?;2;"), std::string::npos) << texto;
+}
+
 } // namespace kv

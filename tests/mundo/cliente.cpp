@@ -149,8 +149,8 @@ void Cliente::comparar() {
     if (zocalo.enCola() > 0) ultimaColaUs_ = c_.ahoraUs();
     if (!sincronizado_ || !conectado_ || noLeeHastaUs_ > 0 ||
         c_.ahoraUs() - ultimaColaUs_ < kTrasColaUs || zocalo.estado() != EstadoZocalo::Conectado ||
-        !c_.bucle.red().vivo(enlace_) || c_.ahoraUs() - valores_.ultimoAvisoUs() < kEnCaminoUs ||
-        desaparecido_)
+        !c_.bucle.red().vivo(enlace_) || zocalo.bytesSinConfirmar() > 0 ||
+        c_.ahoraUs() - valores_.ultimoAvisoUs() < kEnCaminoUs || desaparecido_)
         return;
     c_.exigir(ecoDesdeUs_ < 0 || c_.ahoraUs() - ecoDesdeUs_ < kTrasColaUs,
               "what follows an empty read is handled", 0);

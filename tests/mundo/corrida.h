@@ -18,6 +18,7 @@ struct Resultado {
     std::uint64_t faltas = 0;       ///< events of the history that took effect
     std::uint64_t comprobadas = 0;  ///< rules checked
     std::uint64_t intercambios = 0; ///< requests that the stations answered
+    std::uint64_t disculpas = 0;    ///< wrong values for which noise is to blame
     std::int64_t calmaMs = 0;       ///< how long the plant took to be well again
 };
 

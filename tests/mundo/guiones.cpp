@@ -16,8 +16,8 @@ std::string escritor(const std::vector<ReglaDeEscrituras::Escritor*>& escritores
         const auto& e = *escritores[k];
         s += "If corridas Mod " + std::to_string(17 + 6 * k) + " = 0 Then\r\n  " + contadorDe(k) +
              " = " + contadorDe(k) + " + 1\r\n  mw.writeMW \"" + nombre(e.direccion) + "\", " +
-             std::to_string(e.base) + " + (" + contadorDe(k) + " And " + std::to_string(e.mascara) +
-             ")\r\nEnd If\r\n";
+             std::to_string(e.base) + " + (" + contadorDe(k) + " \\ 2 And " +
+             std::to_string(e.mascara) + ")\r\nEnd If\r\n";
     }
     return s;
 }

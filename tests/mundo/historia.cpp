@@ -10,17 +10,17 @@ namespace kv::mundo {
 namespace {
 
 constexpr std::array<std::string_view, static_cast<std::size_t>(Que::Cuantas)> kNombres = {
-    "cortar",          "retener",     "medio-abrir", "rechazar",      "enmudecer",     "perder",
-    "callar",          "demorar",     "partir",      "danar",         "duplicar",      "trocar",
-    "soltar",          "reiniciar",   "entrar",      "salir",         "desaparecer",   "no-leer",
-    "ignorar",         "sincronizar", "escribir",    "pedir-lectura", "pedir-forzado", "hostil",
-    "otro-cliente",    "guion",       "ajuste",      "sin-ajustes",   "reloj",         "parada",
-    "disco-lleno",     "sin-logs",    "forzar",      "nivel",         "encender",      "scan",
-    "escribir-a-mano", "bit"};
+    "cortar",        "retener",   "medio-abrir",     "rechazar",    "enmudecer", "perder",
+    "callar",        "demorar",   "partir",          "danar",       "duplicar",  "trocar",
+    "soltar",        "reiniciar", "habituar",        "mentir",      "entrar",    "salir",
+    "desaparecer",   "no-leer",   "ignorar",         "sincronizar", "escribir",  "pedir-lectura",
+    "pedir-forzado", "hostil",    "otro-cliente",    "guion",       "ajuste",    "sin-ajustes",
+    "reloj",         "parada",    "disco-lleno",     "sin-logs",    "forzar",    "nivel",
+    "encender",      "scan",      "escribir-a-mano", "bit"};
 
 /// How often each kind comes, in the order of `Que`; a day of a plant in which much goes wrong.
 constexpr std::array<int, kNombres.size()> kPesos = {6, 5, 3, 2, 1,  14, 6,  14, 8, 8, 6,
-                                                     4, 8, 3, // links and stations
+                                                     4, 8, 3, 2, 3, // links and stations
                                                      8, 2, 1, 2, 2,  4,  12, 6,  3, 8, 4, // client
                                                      6,                                   // script
                                                      5, 1, 3, 3, 2,  2,  // settings, clock, disk
@@ -71,14 +71,11 @@ class Dibujante {
     void ajustar(Suceso& s) {
         const Clase clase = plan_.conexiones[s.a].clase;
         switch (s.que) {
-        case Que::Retener:
-        case Que::Perder:
-        case Que::Callar:
-            // A slow station answers everything.
-            if (clase == Clase::Lenta) s.que = Que::Demorar;
+        case Que::Habituar:
+            s.b = static_cast<std::uint32_t>(
+                azar_.entre(0, static_cast<std::int64_t>(Habito::Cuantos) - 1));
             break;
         case Que::Danar:
-        case Que::Duplicar:
         case Que::Trocar:
         case Que::Soltar:
             if (clase != Clase::ConBasura)
@@ -102,6 +99,7 @@ class Dibujante {
             s.b = static_cast<std::uint32_t>(azar_.entre(0, 1000));
             break;
         case Que::Reloj:
+            s.enMedio = false;
             s.ms = (azar_.uno(2) ? 1 : -1) * azar_.enEscala(1000, 40LL * 86'400'000);
             break;
         case Que::Parada:
@@ -113,10 +111,8 @@ class Dibujante {
             break;
         }
         if (s.que == Que::Demorar) {
-            const std::int64_t hasta = clase == Clase::Lenta        ? 2200
-                                       : clase == Clase::Caprichosa ? 500
-                                                                    : 6000;
-            s.c = static_cast<std::uint32_t>(azar_.enEscala(50, hasta));
+            s.c = static_cast<std::uint32_t>(
+                azar_.enEscala(50, clase == Clase::Caprichosa ? 500 : 2850));
         }
         if (s.que == Que::Partir) s.c = static_cast<std::uint32_t>(azar_.entre(2, 8));
     }

@@ -21,10 +21,12 @@ enum class Que : std::uint8_t {
     Demorar,    ///< the next `b` answers come `c` thousandths of a time-out late
     Partir,     ///< the next `b` answers come in `c` pieces
     Danar,      ///< bit `c` of the next `b` answers is wrong
-    Duplicar,   ///< the next `b` answers come twice
+    Duplicar,   ///< the next `b` answers come twice, together or, odd `c`, within the pause
     Trocar,     ///< the next two answers change places
     Soltar,     ///< an answer nobody asked for, of value `c`; or `b` bytes of garbage
     Reiniciar,  ///< the stations restart
+    Habituar,   ///< its stations begin to fill the free bytes of their answers in manner `b`
+    Mentir,     ///< an answer in time has the free bytes of another register's
     // The supervisory client.
     Entrar,       ///< connects and logs in, and comes back when it is thrown out
     Salir,        ///< leaves for good

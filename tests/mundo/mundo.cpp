@@ -2,6 +2,7 @@
 
 #include "core/tables/bases.h"
 #include "mundo/guiones.h"
+#include "text/numeros.h"
 
 #include <algorithm>
 #include <bit>
@@ -12,6 +13,7 @@ namespace {
 constexpr std::int64_t kEntreBarridasUs = 2'000'000;
 constexpr std::uint64_t kSucesosPorInstante = 2'000'000;
 constexpr std::int64_t kSegundoUs = 1'000'000;
+constexpr std::uint64_t kBarridasPorLectura = 30; // of the record of writes
 
 std::uint8_t comoDecimal(int indice) {
     return static_cast<std::uint8_t>(indice / 10 * 16 + indice % 10);
@@ -22,10 +24,12 @@ std::uint8_t comoDecimal(int indice) {
 Mundo::Mundo(const Plan& plan, Observador* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0}, turno_(c_),
-      valores_(c_, motor_.servidor), escrituras_(c_, motor_.auditoria), limites_(c_, archivos_),
+      valores_(c_, motor_.servidor), actualidad_(c_), auditoria_(c_, archivos_),
+      escrituras_(c_, motor_.auditoria, auditoria_), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
         lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
+        lineas_.back()->pausaMs = [this] { return motor_.turnos.pausa(); };
         bucle_.red().atender(p.ip, p.puertoTCP, *lineas_.back());
     }
     archivos_.poner("/kv/DRIVER_KV2200_Config.ini", plan.configuracion);
@@ -35,10 +39,14 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
           {"Tiempo_Entre_poleo", std::to_string(plan.pausaMs)},
           {"Base_Tiempo_Solicitar_Conexiones_Milisegundos",
            std::to_string(plan.baseDeSolicitudesMs)},
+          {"Escritura_Vigencia_Segundos", textoDeNumero(plan.vigenciaSegundos)},
           {"Escucha_Login_Antes_De_Todo", std::string(plan.exigeLogin ? "1" : "0")},
           {"Ajena", std::to_string(plan.semilla)}})
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
+    motor_.lectura.avisarA(&actualidad_);
+    escrituras_.alContestar = [this](Indice b) { actualidad_.anotar(b); };
+    escrituras_.alAcabar = [this](std::size_t n) { actualidad_.alTerminarEscritura(n); };
     motor_.cajaDePedidos.registrarEn(escrituras_);
     motor_.vista.observar(trazas);
     levantar();
@@ -56,6 +64,9 @@ void Mundo::levantar() {
             return l->plan().ip == c_.conexion(n).ip;
         });
         c_.lineas.push_back(suya->get());
+        (*suya)->alEscribirse = [this, n](const EscrituraLlegada& l) {
+            escrituras_.alLlegar(n, l);
+        };
     }
     std::uint32_t base = 0;
     for (const PlanDeBloque& b : plan_.bloques) {
@@ -68,13 +79,11 @@ void Mundo::levantar() {
         const auto n = static_cast<std::size_t>(
             std::find(c_.lineas.begin(), c_.lineas.end(), &linea) - c_.lineas.begin());
         if (b.fuente != Fuente::Nadie)
-            escrituras_.agregar({.linea = &linea,
-                                 .base = static_cast<std::uint16_t>(base),
+            escrituras_.agregar({.base = static_cast<std::uint16_t>(base),
                                  .mascara = mascara,
                                  .fuente = b.fuente,
                                  .conexion = n,
-                                 .direccion = b.direccion(),
-                                 .enlaces = {}},
+                                 .direccion = b.direccion()},
                                 estacion, registro);
         if (b.direccion().find_first_of("ABCDEF") == std::string::npos)
             forzables_.push_back(b.direccion());
@@ -90,7 +99,7 @@ void Mundo::levantar() {
 
 void Mundo::alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) {
     turno_.alEnviar(zocalo, bytes);
-    if (!c_.fallo.empty() || bytes[0] != 0x57) return;
+    if (!c_.fallo.empty()) return;
     Solicitud t{};
     std::copy(bytes.begin(), bytes.end(), t.begin());
     escrituras_.alEnviar(zocalo, t);
@@ -104,6 +113,7 @@ void Mundo::alTerminarSuceso() {
     }
     c_.exigir(++enElInstante_ < kSucesosPorInstante, "time goes on", 0);
     turno_.mirar();
+    escrituras_.mirar();
     for (const Suceso* s : std::exchange(enMedio_, {}))
         ocurrir(*s);
 }
@@ -130,7 +140,9 @@ void Mundo::avanzarHasta(std::int64_t us) {
 void Mundo::barrer() {
     turno_.barrer();
     valores_.barrer();
+    actualidad_.barrer();
     escrituras_.barrer();
+    if (++barridas_ % kBarridasPorLectura == 0) auditoria_.leer();
     limites_.barrer();
     cliente_.comparar();
     cliente_.paso();
@@ -153,7 +165,7 @@ Resultado Mundo::vivir(const std::vector<Suceso>& historia) {
     r_.simuladoMs = (c_.ahoraUs() - inicioUs_) / 1000;
     r_.comprobadas = c_.comprobadas;
     for (const auto& l : lineas_)
-        r_.intercambios += l->respuestas();
+        r_.intercambios += l->respuestas(), r_.disculpas += l->disculpas();
     return r_;
 }
 
@@ -166,7 +178,7 @@ void Mundo::calmar() {
     archivos_.negarEscrituras(false);
     for (const auto& l : lineas_) {
         l->sanar();
-        bucle_.red().reanudar(l->enlace());
+        l->reanudar(l->enlace());
         bucle_.red().atender(l->plan().ip, l->plan().puertoTCP, *l);
     }
     motor_.ajustes.escribirConfiguracion("Tiempo_Entre_poleo", std::to_string(plan_.pausaMs));
@@ -194,7 +206,19 @@ void Mundo::calmar() {
     c_.exigir(motor_.ejecucion.enEspera() == 0, "in the calm no write is left", 0);
     c_.exigir(cliente_.logueado() && cliente_.sincronizado(),
               "in the calm the client logs in and synchronises", 0);
-    escrituras_.alFinal();
+    terminar();
+}
+
+/// The program ends with writes in its lines: they end too, and all of it is on the disk.
+void Mundo::terminar() {
+    for (const Fuente f : {Fuente::Operador, Fuente::Bit}) {
+        for (ReglaDeEscrituras::Escritor* e : escrituras_.de(f))
+            escribir(*e, 5);
+    }
+    motor_.terminar();
+    escrituras_.mirar();
+    c_.exigir(motor_.ejecucion.enEspera() == 0, "at the end no write is left", 0);
+    auditoria_.alFinal();
     limites_.alFinal();
 }
 

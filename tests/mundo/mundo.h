@@ -3,6 +3,8 @@
 #include "core/start/arranque.h"
 #include "mundo/cliente.h"
 #include "mundo/corrida.h"
+#include "mundo/regla_actualidad.h"
+#include "mundo/regla_auditoria.h"
 #include "mundo/regla_escrituras.h"
 #include "mundo/regla_limites.h"
 #include "mundo/regla_turno.h"
@@ -31,6 +33,7 @@ class Mundo final : private AlEnviar {
     void avanzarHasta(std::int64_t us);
     void barrer();
     void calmar();
+    void terminar();
     [[nodiscard]] bool enCalma();
     [[nodiscard]] std::int64_t plazoDeCalmaUs() const;
 
@@ -41,6 +44,7 @@ class Mundo final : private AlEnviar {
     void enMaquina(const Suceso& s);
     void enOperador(const Suceso& s);
     void escribirClientes(const Suceso& s);
+    void escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b);
     void ajustar(std::uint32_t cual, std::uint32_t texto);
     void forzar(const Suceso& s);
     /// Later, unless the calm comes first: then at once.
@@ -58,6 +62,8 @@ class Mundo final : private AlEnviar {
     std::vector<std::unique_ptr<Linea>> lineas_; ///< by connection of the plan
     ReglaDeTurno turno_;
     ReglaDeValores valores_;
+    ReglaDeActualidad actualidad_;
+    ReglaDeAuditoria auditoria_;
     ReglaDeEscrituras escrituras_;
     ReglaDeLimites limites_;
     Cliente cliente_;
@@ -70,6 +76,7 @@ class Mundo final : private AlEnviar {
     std::int64_t proximaBarridaUs_ = 0;
     std::int64_t instanteUs_ = 0;
     std::uint64_t enElInstante_ = 0;
+    std::uint64_t barridas_ = 0;
 };
 
 } // namespace kv::mundo

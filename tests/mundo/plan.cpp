@@ -52,6 +52,21 @@ std::int64_t scan(Azar& azar, bool saturada) {
     return azar.enEscala(4000, 120'000);
 }
 
+/// What its stations always do.
+void habituar(PlanDeConexion& c, Azar& azar) {
+    const std::int64_t cuantos = azar.uno(2) ? 1 : 4;
+    c.habitos.clear();
+    for (std::int64_t k = 0; k < cuantos; ++k)
+        c.habitos.push_back(
+            static_cast<Habito>(azar.entre(0, static_cast<std::int64_t>(Habito::Cuantos) - 1)));
+    if (c.clase != Clase::Caprichosa && azar.uno(4))
+        c.tardanza = static_cast<int>(azar.entre(1100, 2800));
+    if (c.clase != Clase::ConBasura) return;
+    c.eco = azar.uno(4);
+    c.danaTercera = azar.uno(4);
+    c.repite = azar.uno(4);
+}
+
 /// Stations and blocks of one connection.
 class Levantador {
   public:
@@ -149,6 +164,7 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
     pausaMs = azar.uno(6) ? azar.entre(0, 60) : azar.uno(2) ? 800 : azar.enEscala(50, 2000);
     baseDeSolicitudesMs = azar.enEscala(500, 8000);
     exigeLogin = azar.uno(5);
+    if (azar.uno(3)) vigenciaSegundos = static_cast<double>(azar.entre(15, 90));
     const auto cuantosPuertos = static_cast<std::size_t>(azar.entre(1, 3));
     for (std::size_t p = 0; p < cuantosPuertos; ++p)
         puertos.push_back(puerto(azar));
@@ -163,10 +179,11 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
         c.clase = static_cast<Clase>(azar.entre(0, 2));
         c.tiempoFueraMs = puertos[p].tiempoFueraMs;
         c.reintentos = puertos[p].reintentos;
+        habituar(c, azar);
         c.demoraUs = azar.enEscala(100, std::min<std::int64_t>(400'000, c.tiempoFueraMs * 100));
         conexiones.push_back(c);
         puertoDe.push_back(p);
-        levantador.conexion(k, p, t.bloques);
+        levantador.conexion(k, p, c.tardanza > 0 ? azar.entre(1, 6) : t.bloques);
     }
     configuracion = texto(*this, levantador, puertoDe, azar);
 }

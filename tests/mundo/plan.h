@@ -6,12 +6,23 @@
 
 namespace kv::mundo {
 
-/// What stations behind an address may do wrong. Each is a kind of trouble in which the driver can
-/// tell which value is whose; docs/reliability.md says why all of it at once is not asked for.
+/// What stations behind an address may do wrong.
 enum class Clase : std::uint8_t {
-    Caprichosa, ///< answers in order and in time, or not at all; the network may hold all back
-    Lenta,      ///< answers everything in order, up to two and a half time-outs late
-    ConBasura,  ///< anything: damaged, doubled, swapped, unasked for
+    Caprichosa, ///< answers in time, or not at all
+    Lenta,      ///< also late, now and then or always
+    ConBasura,  ///< also damaged, doubled, swapped, echoed, unasked for
+};
+
+/// What a station puts into the four free bytes of its answers.
+enum class Habito : std::uint8_t {
+    RepiteTodo,     ///< the first four bytes of the request
+    RepiteSinOrden, ///< its station and its register
+    SoloEstacion,
+    SoloRegistro,
+    Constante,
+    AlAzar,
+    Contador,
+    Cuantos
 };
 
 /// Who writes a register; each has one writer, so that the order of its writes is known.
@@ -24,6 +35,11 @@ struct PlanDeConexion {
     std::int64_t demoraUs = 0;      ///< of an answer of the station when nothing is wrong
     std::int64_t tiempoFueraMs = 0; ///< of its port, like the next
     int reintentos = 0;
+    std::vector<Habito> habitos{Habito::RepiteTodo}; ///< of its stations in turn
+    int tardanza = 0;         ///< every answer comes so many thousandths of a time-out late
+    bool eco = false;         ///< requests come back, as from a half-duplex converter
+    bool danaTercera = false; ///< about every third answer is damaged
+    bool repite = false;      ///< every answer comes twice
 };
 
 struct PlanDePuerto {
@@ -63,6 +79,7 @@ struct Plan {
     std::int64_t pausaMs = 800;
     std::int64_t baseDeSolicitudesMs = 5000;
     bool exigeLogin = false;
+    double vigenciaSegundos = 600; ///< of writes
     std::vector<PlanDePuerto> puertos;
     std::vector<PlanDeConexion> conexiones;
     std::vector<PlanDeBloque> bloques;

@@ -31,13 +31,17 @@ void ReglaDeLimites::registros() {
     for (const std::string& ruta : archivos_.en("/kv/logs_driver/")) {
         const std::string texto = archivos_.contenido(ruta);
         c_.exigir(texto.ends_with("\r\n"), "a log holds whole lines", 0);
-        const bool deEscrituras = ruta.find("escrituras.txt") != std::string::npos;
+        if (ruta.find("escrituras.txt") != std::string::npos) continue;
+        const std::string dia = ruta.substr(ruta.rfind('/') + 1, 6);
         for (std::size_t i = 0; i < texto.size();) {
             const std::size_t fin = std::min(texto.find("\r\n", i), texto.size());
             const std::string_view linea = std::string_view(texto).substr(i, fin - i);
-            const auto campos = std::count(linea.begin(), linea.end(), ';');
-            c_.exigir(deEscrituras ? campos == 5 : linea.starts_with("Log: "),
-                      "a line of a log is whole", 0);
+            c_.exigir(linea.starts_with("Log: ") && linea.size() > 15, "a line of a log is whole",
+                      0);
+            c_.exigir(linea.substr(13, 2) == dia.substr(0, 2) &&
+                          linea.substr(8, 2) == dia.substr(2, 2) &&
+                          linea.substr(5, 2) == dia.substr(4, 2),
+                      "an entry lies in the log of its day", 0);
             i = fin + 2;
         }
         archivos_.borrar(ruta);

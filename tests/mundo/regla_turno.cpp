@@ -29,7 +29,7 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
               "the time-out runs before the request leaves", n);
     c_.exigir(c.recepcion.empty(), "a request leaves over an empty buffer", n);
     const std::uint64_t enlace = c_.zocalo(n).conexiones();
-    if (s.enlace != enlace) s.enVuelo = false, s.finUs = 0;
+    if (s.enlace != enlace) enlaceNuevo(n, s);
     s.enlace = enlace;
     // Without a pause the next request follows inside the handler of the answer.
     const double pausa = c_.motor.turnos.pausa();
@@ -42,6 +42,15 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
     s.envioUs = s.desdeUs = c_.ahoraUs();
     s.visto = c.turno;
     s.enVuelo = true;
+}
+
+/// Nothing is outstanding, and who waits begins to wait.
+void ReglaDeTurno::enlaceNuevo(std::size_t n, Seguida& s) {
+    s.enVuelo = false;
+    s.finUs = 0;
+    for (const Indice i : c_.conexion(n).bloques) {
+        if (i < esperas_.size()) esperas_[i] = 0;
+    }
 }
 
 void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
@@ -87,11 +96,13 @@ void ReglaDeTurno::turnos(std::size_t n, Seguida& s, const Solicitud& t) {
         alguno = alguno || espera;
         if (!espera) {
             esperas_[i] = 0;
-        } else if (t[0] == 0x52 && t != s.ultima && !c.escribiendo) {
-            // Without a pause repetitions and read-backs come by here too.
+        } else if (s.bloque != kNinguno && s.bloque != s.bloqueAnterior) {
+            // Without a pause repetitions and read-backs come by here too, and a block that was
+            // asked on trial is asked again.
             c_.exigir(++esperas_[i] <= 2 * c.bloques.size() + 3, "every due block has its turn", i);
         }
     }
+    if (s.bloque != kNinguno) s.bloqueAnterior = s.bloque;
     s.escrituras = t[0] == 0x57 && alguno ? s.escrituras + 1 : 0;
     c_.exigir(s.escrituras <= kEscriturasSeguidas, "writes leave a turn to reads", n);
 }

@@ -31,17 +31,19 @@ class ReglaDeTurno {
         std::uint64_t enlace = 0;
         std::int64_t envioUs = 0;
         double pausaAlEnviarMs = 0;
-        int envios = 0;             ///< of this transaction
-        std::int64_t finUs = 0;     ///< of the last transaction
-        double pausaMs = 0;         ///< that followed it
-        double reintentos = 0;      ///< of the block being read, when last seen
-        Indice bloque = kNinguno;   ///< being read
+        int envios = 0;           ///< of this transaction
+        std::int64_t finUs = 0;   ///< of the last transaction
+        double pausaMs = 0;       ///< that followed it
+        double reintentos = 0;    ///< of the block being read, when last seen
+        Indice bloque = kNinguno; ///< being read
+        Indice bloqueAnterior = kNinguno;
         std::int64_t ociosaUs = -1; ///< free with work to do since then
         int escrituras = 0;         ///< in a row while a read was due
     };
 
     void mirar(std::size_t n, Seguida& s);
     void terminar(std::size_t n, Seguida& s);
+    void enlaceNuevo(std::size_t n, Seguida& s);
     void repeticion(std::size_t n, Seguida& s, const Solicitud& t);
     void nueva(std::size_t n, Seguida& s, const Solicitud& t);
     void turnos(std::size_t n, Seguida& s, const Solicitud& t);

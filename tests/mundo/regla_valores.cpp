@@ -36,7 +36,8 @@ void ReglaDeValores::notificarVariable(std::string_view direccion, double valor,
         if (estado == kOk) {
             Linea& linea = *c_.lineas[b.idConexion];
             c_.exigir(linea.pudoLlegar(b.tramaSolicitud[1], b.tramaSolicitud[3],
-                                       static_cast<std::int16_t>(valor)),
+                                       static_cast<std::int16_t>(valor)) ||
+                          linea.disculpada(),
                       "a value told of was answered by its register", i);
         } else {
             c_.exigir(estado == kBad, "a status is OK or BAD", i);

@@ -35,10 +35,10 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
     case Que::Cortar:
         return linea.cortar();
     case Que::Retener:
-        linea.interrumpir();
-        return luego(s.ms, [&red, enlace] { red.reanudar(enlace); });
+        if (!linea.interrumpir()) return;
+        return luego(s.ms, [&linea, enlace] { linea.reanudar(enlace); });
     case Que::MedioAbrir:
-        linea.interrumpir();
+        if (!linea.interrumpir()) return;
         return luego(s.ms, [&red, enlace] { red.cortar(enlace); });
     case Que::Rechazar:
         red.rechazar(p.ip, p.puertoTCP);
@@ -46,8 +46,8 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
         return luego(s.ms, [&red, &p, &linea] { red.atender(p.ip, p.puertoTCP, linea); });
     case Que::Enmudecer:
         red.atender(p.ip, p.puertoTCP, linea);
+        if (!linea.interrumpir()) return;
         red.enmudecer(p.ip, p.puertoTCP);
-        linea.interrumpir();
         return luego(s.ms, [&red, &p, &linea, enlace] {
             red.cortar(enlace);
             red.atender(p.ip, p.puertoTCP, linea);
@@ -63,11 +63,15 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
     case Que::Danar:
         return linea.danar(s.b, s.c);
     case Que::Duplicar:
-        return linea.duplicar(s.b);
+        return linea.duplicar(s.b, s.c % 2 == 1);
     case Que::Trocar:
         return linea.trocar();
     case Que::Reiniciar:
         return linea.reiniciar();
+    case Que::Habituar:
+        return linea.cambiarHabito(static_cast<Habito>(s.b));
+    case Que::Mentir:
+        return linea.mentirPronto();
     default:
         break;
     }
@@ -118,7 +122,7 @@ void Mundo::escribirClientes(const Suceso& s) {
     std::string todas;
     for (std::uint32_t k = 0; k < s.b; ++k) {
         ReglaDeEscrituras::Escritor& e = *suyos[(s.c + k) % suyos.size()];
-        todas += "[Write]" + e.direccion + ";" + std::to_string(e.valor(++e.pedidas)) + "[/Write]";
+        todas += "[Write]" + e.direccion + ";" + std::to_string(e.siguiente()) + "[/Write]";
     }
     cliente_.enviar(todas);
 }
@@ -156,6 +160,7 @@ void Mundo::enMaquina(const Suceso& s) {
         return ajustar(s.b, s.c);
     case Que::SinAjustes: {
         limites_.ajustesPerdidos();
+        escrituras_.ajustesPerdidos();
         const std::string texto = archivos_.contenido(kAjustes);
         // The budgets stand first and stay: without them a script would hold up the world for ever.
         // A line stays whole: with half a number the driver would listen on another port.
@@ -164,6 +169,7 @@ void Mundo::enMaquina(const Suceso& s) {
                                                                   texto.rfind('\n', mitad) + 1)));
     }
     case Que::Reloj:
+        auditoria_.leer();
         return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
     case Que::Parada:
         return bucle_.demorar(s.ms);
@@ -175,6 +181,12 @@ void Mundo::enMaquina(const Suceso& s) {
         break;
     }
     luego(s.ms, [this] { archivos_.negarEscrituras(false); });
+}
+
+void Mundo::escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b) {
+    if (e.fuente == Fuente::Bit)
+        return escrituras_.escribirAMano(e.direccion + "." + std::to_string(b / 2 % 4), b % 2);
+    escrituras_.escribirAMano(e.direccion, e.siguiente());
 }
 
 ReglaDeEscrituras::Escritor* Mundo::escritor(Fuente fuente, std::size_t cual) {
@@ -202,15 +214,14 @@ void Mundo::enOperador(const Suceso& s) {
     case Que::EscribirAMano: {
         const bool tormenta = s.c % 16 == 0;
         for (std::uint32_t k = 0; k < (tormenta ? 60 : s.b); ++k) {
-            if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a))
-                escrituras_.escribirAMano(*e);
+            if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a)) escribir(*e, 0);
         }
         return;
     }
     default:
-        if (auto* e = escritor(Fuente::Bit, s.a))
-            motor_.solicitudes.escribirDireccion(e->direccion + "." + std::to_string(s.c % 4),
-                                                 s.b % 2, "operador");
+        for (std::uint32_t k = 0; k < (s.c % 4 == 0 ? s.b : 1); ++k) {
+            if (auto* e = escritor(Fuente::Bit, s.a)) escribir(*e, s.c / 4 + k);
+        }
         return;
     }
 }
@@ -221,11 +232,15 @@ void Mundo::forzar(const Suceso& s) {
                                                                "1.1.X", "1.1.1000", "....."};
     const bool mala = s.c % 5 == 0;
     const std::string direccion =
-        mala ? std::string(kMalas[s.b % kMalas.size()]) : plan_.bloques[s.a].direccion();
+        mala ? std::string(kMalas[s.b % kMalas.size()])
+             : plan_.bloques[s.a].direccion() +
+                   (s.c % 3 == 0 ? "." + std::to_string(s.b * 5 % 16) : std::string());
     const CajaDeTexto& caja = motor_.vista.txtDemandaLecturaEscritura;
     const std::uint64_t antes = caja.version();
     motor_.forzado.forzarPoleo(direccion);
     c_.exigir(caja.version() != antes, "a forced read is answered or refused", s.a);
+    const Indice i = valores_.bloqueDe(plan_.bloques[s.a].direccion());
+    if (!mala && i != kNinguno) actualidad_.bitsIguales(i);
 }
 
 } // namespace kv::mundo
