@@ -181,9 +181,8 @@ Suerte Validador::estacion(std::size_t i) {
 }
 
 std::size_t Validador::conexionDe(const Estacion& e) {
-    const auto [lugar, nueva] =
-        conexiones_.try_emplace(claveDeConexion(recortar(e.ip), recortar(e.puertoTCP)),
-                                v_.conexiones.size());
+    const auto [lugar, nueva] = conexiones_.try_emplace(
+        claveDeConexion(recortar(e.ip), recortar(e.puertoTCP)), v_.conexiones.size());
     if (nueva) v_.conexiones.push_back({e.ip, e.puertoTCP, e.puerto, {}, 0, 0});
     return lugar->second;
 }

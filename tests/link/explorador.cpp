@@ -272,7 +272,7 @@ bool Linea::hacer(const Orden& orden) {
         if (orden.red == Red::SueltaAntes) soltar();
     } else if (orden.red != Red::Nada) {
         if (detenida_) return false;
-        // What stands in docs/reliability.md as beyond telling: the network lets an answer through
+        // What stands in docs/decisions.md as beyond telling: the network lets an answer through
         // and holds the next ones back for as long as the line has to be quiet.
         if (orden.red == Red::DetieneAntes && pasoUna_ && !enCamino_.empty()) return false;
         if (orden.red == Red::DetieneAntes) detener();
