@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t kMaximoDeCampo = 200;
 constexpr std::int64_t kSegundoMs = 1000;
 constexpr std::int64_t kMinutoMs = 60'000;
+constexpr std::int64_t kEntreIntentosMs = 5000;
 
 /// A field as it stands in a line: cut, without control characters and separators.
 std::string campo(std::string_view texto) {
@@ -114,10 +115,14 @@ void Auditoria::pasarElTiempo() {
 
 void Auditoria::volcar() {
     if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
-    if (!pendiente_.empty()) escribirPendiente();
+    // What the disk did not take is told when it takes something again, whether or not there is more.
+    const bool probar =
+        sinDisco_ > 0 && reloj_.monotonicoMs() - ultimoIntentoMs_ >= kEntreIntentosMs;
+    if (!pendiente_.empty() || probar) escribirPendiente();
 }
 
 void Auditoria::escribirPendiente() {
+    ultimoIntentoMs_ = reloj_.monotonicoMs();
     std::string aviso;
     if (sinDisco_ > 0)
         aviso = formatoGeneral(reloj_.ahora()) + ";;;;;" + std::to_string(sinDisco_) +

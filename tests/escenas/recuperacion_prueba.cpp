@@ -129,9 +129,9 @@ TEST(Recuperacion, LoQueUnDiscoLlenoNoTomoSeCuentaYNoSeLeeComoRepeticionDeOtraLi
     pedir(2, 1);
     const std::string texto =
         p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
-    EXPECT_NE(texto.find(";103 lineas sin anotar: el disco no las tomo"), std::string::npos)
+    // 50 of them were more than a second may have, which the disk did not take either.
+    EXPECT_NE(texto.find(";153 lineas sin anotar: el disco no las tomo"), std::string::npos)
         << texto;
-    EXPECT_NE(texto.find(";50 lineas mas sin anotar"), std::string::npos) << texto;
     EXPECT_EQ(texto.find("la anterior"), std::string::npos) << texto;
     EXPECT_NE(texto.find(";9.9.9;?;2;"), std::string::npos) << texto;
 }

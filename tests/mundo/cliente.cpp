@@ -123,6 +123,8 @@ void Cliente::atender(const cliente::Mensaje& m) {
         break;
     case Tipo::KeepAlive:
         ++avisosDeVida_;
+        c_.exigir(logueado_ || !c_.plan.exigeLogin || c_.ajustesPerdidos,
+                  "who has not logged in is told nothing", 0);
         if (c_.ahoraUs() >= ignoraHastaUs_) enviar(kKeepAliveDelDriver);
         break;
     case Tipo::Eco:

@@ -20,6 +20,7 @@ struct Contexto {
 
     std::string fallo;             ///< what broke first; empty: nothing
     std::uint64_t comprobadas = 0; ///< rules checked so far
+    bool ajustesPerdidos = false;  ///< the settings file was taken away
 
     [[nodiscard]] std::int64_t ahoraUs() const { return bucle.reloj().monotonicoUs(); }
     [[nodiscard]] std::size_t conexiones() const {

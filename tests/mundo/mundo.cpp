@@ -23,8 +23,8 @@ std::uint8_t comoDecimal(int indice) {
 
 Mundo::Mundo(const Plan& plan, Observador* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
-      arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0}, turno_(c_),
-      valores_(c_, motor_.servidor), actualidad_(c_), auditoria_(c_, archivos_),
+      arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, false}, turno_(c_),
+      valores_(c_, motor_.servidor), actualidad_(c_, turno_), auditoria_(c_, archivos_),
       escrituras_(c_, motor_.auditoria, auditoria_), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
@@ -187,9 +187,9 @@ void Mundo::calmar() {
     archivos_.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", guion(0, {}, {}));
     // A level that is being read so many times would be switched off after them.
     for (std::size_t nivel = 0; nivel < motor_.tablas.bloquesPorNivel.size(); ++nivel)
-        motor_.forzado.forzarBloque_porNivel_NVeces(static_cast<double>(nivel), 0);
+        forzarNivel(static_cast<std::uint32_t>(nivel), 0);
     for (Indice i = 0; i < motor_.tablas.bloques.limiteSuperior(); ++i)
-        motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, true);
+        encender(i, true);
     cliente_.sanar();
     otro_.salir();
     const std::int64_t desde = c_.ahoraUs();

@@ -47,6 +47,8 @@ class Mundo final : private AlEnviar {
     void escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b);
     void ajustar(std::uint32_t cual, std::uint32_t texto);
     void forzar(const Suceso& s);
+    void forzarNivel(std::uint32_t nivel, int veces);
+    void encender(Indice bloque, bool encendido);
     /// Later, unless the calm comes first: then at once.
     void luego(std::int64_t ms, std::function<void()> accion);
     /// One of those of a source, whatever the number; null if it has none.

@@ -131,7 +131,9 @@ std::string texto(const Plan& plan, Levantador& levantador,
             if (puertoDe[k] != p) continue;
             const PlanDeConexion& con = plan.conexiones[k];
             for (const auto& [plc, indice] : levantador.estaciones(k)) {
-                c.estacion(plc, con.ip, indice, std::to_string(con.puertoTCP));
+                // A port is a number, however it is written.
+                c.estacion(plc, con.ip, indice,
+                           (azar.uno(4) ? "0" : "") + std::to_string(con.puertoTCP));
                 // The same station a second time, under its own or another number.
                 if (azar.uno(12))
                     c.estacion(azar.uno(2) ? plc : plc + 1000, con.ip, indice,

@@ -27,7 +27,28 @@ std::uint64_t& ReglaDeActualidad::escrituras(std::size_t conexion) {
 
 void ReglaDeActualidad::alContestar(Indice bloque) {
     anotar(bloque);
+    contarForzada(c_.motor.tablas.bloques[bloque]);
     c_.motor.mudas.alContestar(bloque);
+}
+
+void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {
+    const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
+    Visto& v = visto(bloque);
+    if (v.forzadas == 0) v.activoAntes = b.activo;
+    v.forzadas = b.tieneTrama ? veces : 0;
+    v.forzadaTras = turno_.pedidos();
+}
+
+/// Only a read that left after it was asked for counts.
+void ReglaDeActualidad::contarForzada(const BloqueLectura& b) {
+    Visto& v = visto(b.indice);
+    // Without a pause a repetition cannot be told from a new request.
+    if (c_.motor.turnos.pausa() < 1) v.forzadas = 0;
+    if (v.forzadas == 0 || turno_.pedido(b.idConexion) <= v.forzadaTras) return;
+    --v.forzadas;
+    c_.exigir(b.forzado == (v.forzadas > 0), "who is read so many times is", b.indice);
+    c_.exigir(v.forzadas > 0 || b.activo == v.activoAntes, "a force leaves a block as it was",
+              b.indice);
 }
 
 void ReglaDeActualidad::anotar(Indice bloque) {

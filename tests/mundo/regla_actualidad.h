@@ -2,6 +2,7 @@
 
 #include "link/lectura.h"
 #include "mundo/contexto.h"
+#include "mundo/regla_turno.h"
 
 #include <vector>
 
@@ -11,12 +12,15 @@ namespace kv::mundo {
 /// are their register's, and check boxes show what is polled.
 class ReglaDeActualidad final : public AlContestarEstacion {
   public:
-    explicit ReglaDeActualidad(Contexto& c) : c_(c) {}
+    ReglaDeActualidad(Contexto& c, const ReglaDeTurno& turno) : c_(c), turno_(turno) {}
 
     /// An answer to a read of the block was accepted.
     void alContestar(Indice bloque) override;
     /// The block was answered, by whatever transaction.
     void anotar(Indice bloque);
+    /// Somebody reads the block so many times from now on; 0: not any more, or so many are not
+    /// known.
+    void forzar(Indice bloque, std::uint32_t veces);
     /// A write of the connection has ended.
     void alTerminarEscritura(std::size_t conexion);
     void barrer();
@@ -28,15 +32,20 @@ class ReglaDeActualidad final : public AlContestarEstacion {
         std::int64_t respuestaUs = 0;
         bool activo = false;
         std::int64_t scanMs = -1;
-        std::uint64_t escrituras = 0; ///< of its connection, when it was answered
+        std::uint64_t escrituras = 0;  ///< of its connection, when it was answered
+        std::uint32_t forzadas = 0;    ///< reads that are still to come
+        std::uint64_t forzadaTras = 0; ///< transactions
+        bool activoAntes = false;
     };
     [[nodiscard]] Visto& visto(Indice bloque);
     [[nodiscard]] std::uint64_t& escrituras(std::size_t conexion);
     [[nodiscard]] std::int64_t plazoMs(const BloqueLectura& b, std::uint64_t escrituras) const;
+    void contarForzada(const BloqueLectura& b);
     void reciente(const BloqueLectura& b);
     void casillas(const BloqueLectura& b);
 
     Contexto& c_;
+    const ReglaDeTurno& turno_;
     std::vector<Visto> vistos_;
     std::vector<std::uint64_t> escrituras_; ///< ended, by connection
 };

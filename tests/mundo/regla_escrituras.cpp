@@ -37,8 +37,8 @@ std::deque<ReglaDeEscrituras::Pedida>& ReglaDeEscrituras::cola(std::size_t n) {
 
 /// Where the setting was lost, its default holds.
 double ReglaDeEscrituras::vigenciaUs() const {
-    return 1e6 * (ajustesPerdidos_ ? std::max(c_.plan.vigenciaSegundos, kPorDefectoSegundos)
-                                   : c_.plan.vigenciaSegundos);
+    return 1e6 * (c_.ajustesPerdidos ? std::max(c_.plan.vigenciaSegundos, kPorDefectoSegundos)
+                                     : c_.plan.vigenciaSegundos);
 }
 
 /// Takes over what has been accepted since.

@@ -56,8 +56,6 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
     void alFundir(const BloqueEscritura& e, std::string_view origen) override;
     void alSalir(const BloqueEscritura& e) override;
     void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
-    /// The settings file was taken away.
-    void ajustesPerdidos() { ajustesPerdidos_ = true; }
     /// After every event.
     void mirar();
     void barrer();
@@ -103,7 +101,6 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
     std::array<std::vector<Escritor*>, 5> porFuente_;
     std::vector<std::deque<Pedida>> colas_; ///< by connection: what waits or is under way
     std::map<IdEnlace, std::deque<EnCamino>> enCamino_;
-    bool ajustesPerdidos_ = false;
     std::uint64_t rechazadas_ = 0, fundidas_ = 0, aceptadas_ = 0;
     std::size_t masEnEspera_ = 0;           ///< writes that ever waited at the same time
     std::vector<std::int64_t> sinEnlaceUs_; ///< by connection: writes wait and there is no link

@@ -20,7 +20,7 @@ void ReglaDeLimites::barrer() {
     c_.exigir(c_.motor.servidor.zocalo().enCola() <= kColaDelCliente,
               "what waits for the client is bounded", 0);
     const std::string ajustes = archivos_.contenido(kAjustes);
-    c_.exigir(!ajustesEnteros_ ||
+    c_.exigir(c_.ajustesPerdidos ||
                   ajustes.find("Ajena=" + std::to_string(c_.plan.semilla)) != std::string::npos,
               "settings of others stay", 0);
     if (++vez_ % kCadaTantasBarridas == 0) registros();

@@ -11,15 +11,12 @@ class ReglaDeLimites {
     ReglaDeLimites(Contexto& c, ArchivosSimulados& archivos) : c_(c), archivos_(archivos) {}
     void barrer();
     void alFinal();
-    /// The settings file was taken away or spoilt by others: what it held does not count any more.
-    void ajustesPerdidos() { ajustesEnteros_ = false; }
 
   private:
     void registros();
 
     Contexto& c_;
     ArchivosSimulados& archivos_;
-    bool ajustesEnteros_ = true;
     std::size_t vez_ = 0;
 };
 

@@ -76,10 +76,14 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
     if (s.finUs > 0)
         c_.exigir(c_.ahoraUs() - s.finUs >= us(s.pausaMs), "never sooner than the pause", n);
     s.envios = 1;
+    s.pedido = ++pedidos_;
     // A write that is read back is no read of a block.
     const bool lectura = t[0] == 0x52 && !c_.conexion(n).escribiendo;
     s.bloque = lectura ? c_.conexion(n).bloqueEnCurso : kNinguno;
     s.reintentos = s.bloque != kNinguno ? c_.motor.tablas.bloques[s.bloque].reintentos : 0;
+    if (s.bloque != kNinguno && s.pausaAlEnviarMs >= 1 && c_.motor.turnos.pausa() >= 1)
+        c_.exigir(s.reintentos == 0 || c_.motor.tablas.bloques[s.bloque].enDuda,
+                  "who is asked anew has all its tries", s.bloque);
     turnos(n, s, t);
 }
 

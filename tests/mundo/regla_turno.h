@@ -16,6 +16,9 @@ class ReglaDeTurno {
     /// A read ended, well or badly: its block.
     std::function<void(Indice)> alTerminarLectura = [](Indice) {};
 
+    /// Transactions so far, and which of them is the last of a connection.
+    [[nodiscard]] std::uint64_t pedidos() const { return pedidos_; }
+    [[nodiscard]] std::uint64_t pedido(std::size_t n) const { return seguidas_[n].pedido; }
     void alEnviar(std::size_t n, std::span<const std::uint8_t> bytes);
     /// After every event.
     void mirar();
@@ -30,6 +33,7 @@ class ReglaDeTurno {
         Solicitud ultima{};
         std::uint64_t enlace = 0;
         std::int64_t envioUs = 0;
+        std::uint64_t pedido = 0;
         double pausaAlEnviarMs = 0;
         int envios = 0;           ///< of this transaction
         std::int64_t finUs = 0;   ///< of the last transaction
@@ -53,6 +57,7 @@ class ReglaDeTurno {
 
     Contexto& c_;
     std::vector<Seguida> seguidas_;
+    std::uint64_t pedidos_ = 0;
     std::vector<std::uint32_t> esperas_; ///< reads of others since a block is due, by block
 };
 

@@ -103,7 +103,8 @@ void Mundo::enCliente(const Suceso& s) {
     case Que::PedirLectura:
         return cliente_.enviar("Read;" + plan_.bloques[s.b].direccion() + ";FinRead;");
     case Que::PedirForzado:
-        return cliente_.enviar("[FORZNIV]" + std::to_string(s.b % 5) + ";" +
+        // Levels 1 and 2 are the operators': how often their blocks are read is counted.
+        return cliente_.enviar("[FORZNIV]" + std::to_string(s.b % 3 == 0 ? 0 : 2 + s.b % 3) + ";" +
                                std::to_string(static_cast<int>(s.c % 5) - 1) + "[/FORZNIV]");
     case Que::Hostil:
         if (s.b % 4 == 0) return cliente_.leerNada();
@@ -159,8 +160,7 @@ void Mundo::enMaquina(const Suceso& s) {
     case Que::Ajuste:
         return ajustar(s.b, s.c);
     case Que::SinAjustes: {
-        limites_.ajustesPerdidos();
-        escrituras_.ajustesPerdidos();
+        c_.ajustesPerdidos = true;
         const std::string texto = archivos_.contenido(kAjustes);
         // The budgets stand first and stay: without them a script would hold up the world for ever.
         // A line stays whole: with half a number the driver would listen on another port.
@@ -201,11 +201,10 @@ void Mundo::enOperador(const Suceso& s) {
     case Que::Forzar:
         return forzar(s);
     case Que::Nivel:
-        return forzado.forzarBloque_porNivel_NVeces(s.b % 5, static_cast<int>(s.c % 6) - 1);
+        return forzarNivel(1 + s.b % 2, static_cast<int>(s.c % 6) - 1);
     case Que::Encender:
-        forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, false);
-        return luego(s.ms,
-                     [&forzado, i] { forzado.Activar_Desactivar_Bloque_Por_Solicitud(i, true); });
+        encender(i, false);
+        return luego(s.ms, [this, i] { encender(i, true); });
     case Que::Scan: {
         const double antes = motor_.tablas.bloques[i].scanSegundos;
         forzado.ModificarScanDeBloque(i, static_cast<double>(s.ms) / 1000);
@@ -224,6 +223,20 @@ void Mundo::enOperador(const Suceso& s) {
         }
         return;
     }
+}
+
+void Mundo::forzarNivel(std::uint32_t nivel, int veces) {
+    const Tablas& t = motor_.tablas;
+    for (Indice i = 0; i < t.bloques.limiteSuperior(); ++i) {
+        if (t.bloques[i].nivel == nivel)
+            actualidad_.forzar(i, static_cast<std::uint32_t>(std::max(veces, 0)));
+    }
+    motor_.forzado.forzarBloque_porNivel_NVeces(nivel, veces);
+}
+
+void Mundo::encender(Indice bloque, bool encendido) {
+    actualidad_.forzar(bloque, 0);
+    motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(bloque, encendido);
 }
 
 /// A forced read is answered or refused, and either is said.
