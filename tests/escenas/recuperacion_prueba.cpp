@@ -136,4 +136,18 @@ TEST(Recuperacion, LoQueUnDiscoLlenoNoTomoSeCuentaYNoSeLeeComoRepeticionDeOtraLi
     EXPECT_NE(texto.find(";9.9.9;?;2;"), std::string::npos) << texto;
 }
 
+TEST(Recuperacion, QuienPideEscriturasSinFinNoLlenaLaMemoria) {
+    Configuracion config;
+    config.puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "60");
+    Planta p(config);
+    p.en("10.0.0.1").demora = [](const Solicitud&) { return std::nullopt; };
+    p.arrancarYConectar();
+    constexpr std::size_t kMaximo = SolicitudesDeEscritura::kEnEsperaMaximo;
+    for (std::size_t k = 0; k < kMaximo; ++k)
+        ASSERT_GE(p.motor.solicitudes.escribirDireccion("1.1.10", k % 2 == 0 ? 0 : 1, "operador"),
+                  0);
+    EXPECT_EQ(p.motor.solicitudes.escribirDireccion("1.1.10", 2, "operador"), -1);
+    EXPECT_EQ(p.motor.ejecucion.enEspera(), kMaximo);
+}
+
 } // namespace kv

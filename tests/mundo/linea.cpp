@@ -96,7 +96,9 @@ void Linea::atender(const Solicitud& s) {
         llegan_.pop_front();
     if (plan_.eco && !sana_) mandar(s, 0, false);
     const auto callada = calladas_.find(s[1]);
-    const bool calla = callada != calladas_.end() && ahora < callada->second;
+    const bool muerta =
+        plan_.muertos > 0 && !sana_ && estaciones_.size() > 1 && s[1] == estaciones_[1];
+    const bool calla = muerta || (callada != calladas_.end() && ahora < callada->second);
     if (!calla && perderProximas_ > 0) {
         --perderProximas_;
     } else if (!calla) {

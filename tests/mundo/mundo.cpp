@@ -25,7 +25,7 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, false}, turno_(c_),
       valores_(c_, motor_.servidor), actualidad_(c_, turno_), auditoria_(c_, archivos_),
-      escrituras_(c_, motor_.auditoria, auditoria_), limites_(c_, archivos_),
+      escrituras_(c_, motor_.auditoria, auditoria_), reparto_(c_), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
         lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
@@ -44,6 +44,7 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
           {"Ajena", std::to_string(plan.semilla)}})
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
+    actualidad_.alLeer = [this](Indice b) { reparto_.alContestar(b); };
     motor_.lectura.avisarA(&actualidad_);
     escrituras_.alContestar = [this](Indice b) { actualidad_.anotar(b); };
     escrituras_.alAcabar = [this](std::size_t n) { actualidad_.alTerminarEscritura(n); };
@@ -85,7 +86,7 @@ void Mundo::levantar() {
                                  .conexion = n,
                                  .direccion = b.direccion()},
                                 estacion, registro);
-        if (b.direccion().find_first_of("ABCDEF") == std::string::npos)
+        if (!b.aparte && b.direccion().find_first_of("ABCDEF") == std::string::npos)
             forzables_.push_back(b.direccion());
         base += ancho;
     }
@@ -114,6 +115,7 @@ void Mundo::alTerminarSuceso() {
     c_.exigir(++enElInstante_ < kSucesosPorInstante, "time goes on", 0);
     turno_.mirar();
     escrituras_.mirar();
+    reparto_.mirar();
     for (const Suceso* s : std::exchange(enMedio_, {}))
         ocurrir(*s);
 }
@@ -160,6 +162,7 @@ Resultado Mundo::vivir(const std::vector<Suceso>& historia) {
             ocurrir(s);
     }
     if (c_.fallo.empty()) avanzarHasta(inicioUs_ + plan_.duracionMs * 1000);
+    if (c_.fallo.empty()) reparto_.alFinal();
     if (c_.fallo.empty()) calmar();
     r_.fallo = c_.fallo;
     r_.simuladoMs = (c_.ahoraUs() - inicioUs_) / 1000;

@@ -7,6 +7,7 @@
 #include "mundo/regla_auditoria.h"
 #include "mundo/regla_escrituras.h"
 #include "mundo/regla_limites.h"
+#include "mundo/regla_reparto.h"
 #include "mundo/regla_turno.h"
 #include "mundo/regla_valores.h"
 #include "platform/simulated/archivos_simulados.h"
@@ -67,6 +68,7 @@ class Mundo final : private AlEnviar {
     ReglaDeActualidad actualidad_;
     ReglaDeAuditoria auditoria_;
     ReglaDeEscrituras escrituras_;
+    ReglaDeReparto reparto_;
     ReglaDeLimites limites_;
     Cliente cliente_;
     Cliente otro_;

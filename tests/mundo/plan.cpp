@@ -67,6 +67,16 @@ void habituar(PlanDeConexion& c, Azar& azar) {
     c.repite = azar.uno(4);
 }
 
+/// Nothing is wrong with it but that one of its stations is dead.
+void enterrar(PlanDeConexion& c, Azar& azar) {
+    c.clase = Clase::Caprichosa;
+    c.muertos = static_cast<int>(azar.entre(1, 6));
+    c.tardanza = 0;
+    c.eco = c.danaTercera = c.repite = false;
+    c.habitos = {azar.uno(2) ? Habito::RepiteSinOrden
+                             : static_cast<Habito>(azar.entre(4, 6))}; // constant, random, counter
+}
+
 /// Stations and blocks of one connection.
 class Levantador {
   public:
@@ -86,6 +96,24 @@ class Levantador {
             const auto [plc, indice] =
                 hechas[static_cast<std::size_t>(azar_.entre(0, estaciones - 1))];
             bloque(c, puerto, plc, indice, saturada);
+        }
+    }
+    /// A living station, always asked, and a dead one.
+    void conMuertos(std::size_t c, std::size_t puerto, int muertos) {
+        const int viva = ++plcs_[puerto], muerta = ++plcs_[puerto];
+        estaciones_[c] = {{viva, 1}, {muerta, 2}};
+        const std::int64_t vivos = azar_.entre(2, 6);
+        for (std::int64_t b = 0; b < vivos + muertos; ++b) {
+            const bool vivo = b < vivos;
+            PlanDeBloque bloque{.puerto = puerto,
+                                .conexion = c,
+                                .plc = vivo ? viva : muerta,
+                                .indice = vivo ? 1 : 2,
+                                .registro = static_cast<int>(16 + b),
+                                .scanMs = azar_.enEscala(vivo ? 100 : 1000, vivo ? 800 : 8000),
+                                .nivel = 5};
+            bloque.aparte = true;
+            plan_.bloques.push_back(bloque);
         }
     }
     [[nodiscard]] std::vector<std::pair<int, int>>& estaciones(std::size_t c) {
@@ -182,10 +210,15 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
         c.tiempoFueraMs = puertos[p].tiempoFueraMs;
         c.reintentos = puertos[p].reintentos;
         habituar(c, azar);
+        c.reconexionMs = puertos[p].reconexionMs;
+        if (azar.uno(8) && c.tiempoFueraMs <= 8000) enterrar(c, azar);
         c.demoraUs = azar.enEscala(100, std::min<std::int64_t>(400'000, c.tiempoFueraMs * 100));
         conexiones.push_back(c);
         puertoDe.push_back(p);
-        levantador.conexion(k, p, c.tardanza > 0 ? azar.entre(1, 6) : t.bloques);
+        if (c.muertos > 0)
+            levantador.conMuertos(k, p, c.muertos);
+        else
+            levantador.conexion(k, p, c.tardanza > 0 ? azar.entre(1, 6) : t.bloques);
     }
     configuracion = texto(*this, levantador, puertoDe, azar);
 }

@@ -36,10 +36,12 @@ struct PlanDeConexion {
     std::int64_t tiempoFueraMs = 0; ///< of its port, like the next
     int reintentos = 0;
     std::vector<Habito> habitos{Habito::RepiteTodo}; ///< of its stations in turn
-    int tardanza = 0;         ///< every answer comes so many thousandths of a time-out late
-    bool eco = false;         ///< requests come back, as from a half-duplex converter
-    bool danaTercera = false; ///< about every third answer is damaged
-    bool repite = false;      ///< every answer comes twice
+    int tardanza = 0;              ///< every answer comes so many thousandths of a time-out late
+    bool eco = false;              ///< requests come back, as from a half-duplex converter
+    bool danaTercera = false;      ///< about every third answer is damaged
+    bool repite = false;           ///< every answer comes twice
+    int muertos = 0;               ///< blocks of its second station, which is dead until the calm
+    std::int64_t reconexionMs = 0; ///< of its port
 };
 
 struct PlanDePuerto {
@@ -59,6 +61,7 @@ struct PlanDeBloque {
     int nivel = 1;
     bool activo = true;
     Fuente fuente = Fuente::Nadie;
+    bool aparte = false; ///< shares its line with the dead, and is left alone
 
     [[nodiscard]] std::string direccion() const; ///< port.PLC.register
 };

@@ -28,6 +28,7 @@ std::uint64_t& ReglaDeActualidad::escrituras(std::size_t conexion) {
 void ReglaDeActualidad::alContestar(Indice bloque) {
     anotar(bloque);
     contarForzada(c_.motor.tablas.bloques[bloque]);
+    alLeer(bloque);
     c_.motor.mudas.alContestar(bloque);
 }
 

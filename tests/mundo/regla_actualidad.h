@@ -4,6 +4,7 @@
 #include "mundo/contexto.h"
 #include "mundo/regla_turno.h"
 
+#include <functional>
 #include <vector>
 
 namespace kv::mundo {
@@ -14,6 +15,7 @@ class ReglaDeActualidad final : public AlContestarEstacion {
   public:
     ReglaDeActualidad(Contexto& c, const ReglaDeTurno& turno) : c_(c), turno_(turno) {}
 
+    std::function<void(Indice)> alLeer = [](Indice) {};
     /// An answer to a read of the block was accepted.
     void alContestar(Indice bloque) override;
     /// The block was answered, by whatever transaction.
