@@ -37,8 +37,8 @@ class Dibujante {
         Suceso s;
         s.que = que();
         s.a = conexion();
-        // The living beside the dead are left alone: their share is measured.
-        if (s.que < Que::Entrar && plan_.conexiones[s.a].muertos > 0) s.que = Que::Sincronizar;
+        // Some lines are left alone: what they yield is measured.
+        if (s.que < Que::Entrar && plan_.conexiones[s.a].aparte) s.que = Que::Sincronizar;
         s.b = static_cast<std::uint32_t>(azar_.enEscala(1, 8));
         s.c = static_cast<std::uint32_t>(azar_.entre(0, 65535));
         s.ms = azar_.enEscala(100, 120'000);

@@ -193,7 +193,8 @@ void Linea::responder(const Solicitud& s, Registro& r) {
     const bool repite = !miente && (duplicarProximas_ > 0 || (plan_.repite && !sana_));
     if (duplicarProximas_ > 0 && !miente) --duplicarProximas_;
     if (repite && !(aparte_ && aTiempo)) {
-        emitirDoble(a, us, r);
+        // Where stations count their answers the second is another frame.
+        emitirDoble(a, respuestaA(s, r.valor), us, r);
     } else {
         emitir(a, us, r);
         if (repite)
@@ -217,10 +218,10 @@ void Linea::emitir(const Respuesta& a, std::int64_t us, Registro& de) {
 }
 
 /// Both in one arrival.
-void Linea::emitirDoble(const Respuesta& a, std::int64_t us, Registro& de) {
+void Linea::emitirDoble(const Respuesta& a, const Respuesta& b, std::int64_t us, Registro& de) {
     std::array<std::uint8_t, 2 * kLargoRespuesta> dos{};
     std::copy(a.begin(), a.end(), dos.begin());
-    std::copy(a.begin(), a.end(), dos.begin() + kLargoRespuesta);
+    std::copy(b.begin(), b.end(), dos.begin() + kLargoRespuesta);
     anotar(a, mandar(dos, us, true), de);
 }
 

@@ -117,7 +117,7 @@ class Linea final : public ExtremoSimulado {
     void cambiar(Registro& r, const Solicitud& s);
     void responder(const Solicitud& s, Registro& r);
     void emitir(const Respuesta& a, std::int64_t us, Registro& de);
-    void emitirDoble(const Respuesta& a, std::int64_t us, Registro& de);
+    void emitirDoble(const Respuesta& a, const Respuesta& b, std::int64_t us, Registro& de);
     static void anotar(const Respuesta& a, std::int64_t llegaUs, Registro& de);
     void mentir(Respuesta& a, const Solicitud& s, std::int64_t us);
     void danar(Respuesta& a);

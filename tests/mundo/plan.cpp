@@ -67,14 +67,16 @@ void habituar(PlanDeConexion& c, Azar& azar) {
     c.repite = azar.uno(4);
 }
 
-/// Nothing is wrong with it but that one of its stations is dead.
-void enterrar(PlanDeConexion& c, Azar& azar) {
+/// Nothing is wrong with it but that one of its stations is dead, or all is said twice.
+void apartar(PlanDeConexion& c, Azar& azar) {
     c.clase = Clase::Caprichosa;
-    c.muertos = static_cast<int>(azar.entre(1, 6));
+    c.aparte = true;
+    c.muertos = azar.uno(5) ? 0 : static_cast<int>(azar.entre(1, 6));
+    c.repite = c.muertos == 0;
     c.tardanza = 0;
-    c.eco = c.danaTercera = c.repite = false;
-    c.habitos = {azar.uno(2) ? Habito::RepiteSinOrden
-                             : static_cast<Habito>(azar.entre(4, 6))}; // constant, random, counter
+    c.eco = c.danaTercera = false;
+    const std::int64_t callan = c.repite ? 4 : azar.entre(4, 6); // constant, or random, or counters
+    c.habitos = {azar.uno(2) ? Habito::RepiteSinOrden : static_cast<Habito>(callan)};
 }
 
 /// Stations and blocks of one connection.
@@ -211,11 +213,11 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
         c.reintentos = puertos[p].reintentos;
         habituar(c, azar);
         c.reconexionMs = puertos[p].reconexionMs;
-        if (azar.uno(8) && c.tiempoFueraMs <= 8000) enterrar(c, azar);
+        if (azar.uno(7) && c.tiempoFueraMs <= 8000) apartar(c, azar);
         c.demoraUs = azar.enEscala(100, std::min<std::int64_t>(400'000, c.tiempoFueraMs * 100));
         conexiones.push_back(c);
         puertoDe.push_back(p);
-        if (c.muertos > 0)
+        if (c.aparte)
             levantador.conMuertos(k, p, c.muertos);
         else
             levantador.conexion(k, p, c.tardanza > 0 ? azar.entre(1, 6) : t.bloques);

@@ -40,6 +40,7 @@ struct PlanDeConexion {
     bool eco = false;              ///< requests come back, as from a half-duplex converter
     bool danaTercera = false;      ///< about every third answer is damaged
     bool repite = false;           ///< every answer comes twice
+    bool aparte = false;           ///< nothing else goes wrong with it: what it yields is measured
     int muertos = 0;               ///< blocks of its second station, which is dead until the calm
     std::int64_t reconexionMs = 0; ///< of its port
 };
@@ -61,7 +62,7 @@ struct PlanDeBloque {
     int nivel = 1;
     bool activo = true;
     Fuente fuente = Fuente::Nadie;
-    bool aparte = false; ///< shares its line with the dead, and is left alone
+    bool aparte = false; ///< like its connection
 
     [[nodiscard]] std::string direccion() const; ///< port.PLC.register
 };

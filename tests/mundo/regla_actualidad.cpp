@@ -35,8 +35,9 @@ void ReglaDeActualidad::alContestar(Indice bloque) {
 void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {
     const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
     Visto& v = visto(bloque);
+    const bool desconocida = b.forzado && v.forzadas == 0; // one that was not counted is running
     if (v.forzadas == 0) v.activoAntes = b.activo;
-    v.forzadas = b.tieneTrama ? veces : 0;
+    v.forzadas = b.tieneTrama && !desconocida ? veces : 0;
     v.forzadaTras = turno_.pedidos();
 }
 

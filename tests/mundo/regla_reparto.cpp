@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::int64_t kHastaConocerUs = 180'000'000;
 constexpr std::int64_t kMinimoUs = 1'200'000'000;
-constexpr double kHolgura = 0.03;
+constexpr double kHolgura = 0.05;
 
 } // namespace
 
@@ -19,7 +19,7 @@ void ReglaDeReparto::alContestar(Indice bloque) {
 void ReglaDeReparto::mirar() {
     cuentas_.resize(c_.conexiones());
     for (std::size_t n = 0; n < cuentas_.size(); ++n) {
-        if (c_.lineas[n]->plan().muertos > 0) mirar(n, cuentas_[n]);
+        if (c_.lineas[n]->plan().aparte) mirar(n, cuentas_[n]);
     }
 }
 
@@ -47,6 +47,7 @@ void ReglaDeReparto::mirar(std::size_t n, Cuenta& k) {
 /// the described times are allowed, in which each block uses up its tries and rests; or, where it
 /// is more, what a line costs that has to fall silent after each try, which makes the rest longer.
 double ReglaDeReparto::admitido(const PlanDeConexion& p) const {
+    if (p.muertos == 0) return kHolgura;
     const auto pausa = static_cast<double>(c_.plan.pausaMs);
     const auto tiempoFuera = static_cast<double>(p.tiempoFueraMs);
     const auto descanso = static_cast<double>(p.reconexionMs);
