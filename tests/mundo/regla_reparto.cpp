@@ -55,7 +55,7 @@ double ReglaDeReparto::admitido(const PlanDeConexion& p) const {
     if (p.habitos.front() <= Habito::RepiteSinOrden) return parte(tiempoFuera + pausa) + kHolgura;
     const double descrita = p.muertos * parte((p.reintentos + 1) * tiempoFuera + pausa);
     const double demora = static_cast<double>(p.demoraUs) / 1000;
-    const double callada = parte(4 * tiempoFuera + 2 * (pausa + demora));
+    const double callada = parte(6 * tiempoFuera + 2 * (pausa + demora));
     return std::min(1.0, std::max(descrita, callada)) + kHolgura;
 }
 
