@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <vector>
+
 #include <stdexcept>
 #include <string>
 
@@ -73,6 +77,73 @@ TEST(BucleEpoll, QuienNoLeeEsCerradoEnElLimiteYSinBloquear) {
         ++enviados;
     EXPECT_LT(enviados, 1000U);
     EXPECT_EQ(cliente->estado(), EstadoZocalo::Error);
+}
+
+TEST(BucleEpoll, LoQueElNucleoTomaAMediasLlegaEntero) {
+    BucleEpoll bucle;
+    Oyente oyente, callado;
+    const auto servidor = bucle.crearZocalo(oyente, 0);
+    oyente.alPedir = [&] { servidor->aceptar(); };
+    servidor->escuchar("127.0.0.1", 0);
+    const auto cliente = bucle.crearZocalo(callado, 1);
+    const std::string mucho(24U << 20, 'x');
+    cliente->limitarCola(mucho.size());
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    atenderHasta(bucle, [&] { return servidor->estado() == EstadoZocalo::Conectado; });
+    ASSERT_TRUE(cliente->enviar(bytes(mucho)));
+    ASSERT_GT(cliente->enCola(), 0U) << "the kernel takes less at once";
+    cliente->enviar(bytes("fin"));
+    atenderHasta(bucle, [&] { return oyente.datos.ends_with("fin"); });
+    EXPECT_EQ(oyente.datos.size(), mucho.size() + 3);
+}
+
+TEST(BucleEpoll, LaNoticiaDeUnZocaloCerradoNoEsParaElQueTomaSuLugar) {
+    // Nobody takes anything from this port's queue, so a connection to it stays half made.
+    const int sordo = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in direccion{};
+    direccion.sin_family = AF_INET;
+    direccion.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t largo = sizeof direccion;
+    auto* const generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
+    ASSERT_EQ(bind(sordo, generica, largo), 0);
+    ASSERT_EQ(listen(sordo, 0), 0);
+    ASSERT_EQ(getsockname(sordo, generica, &largo), 0);
+    std::vector<int> cola;
+    for (int k = 0; k < 4; ++k) {
+        cola.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+        (void)connect(cola.back(), generica, largo);
+    }
+
+    BucleEpoll bucle;
+    Oyente oyente, otro, deServidor;
+    const auto servidor = bucle.crearZocalo(deServidor, 0);
+    std::vector<std::unique_ptr<Zocalo>> suyos;
+    deServidor.alPedir = [&] { suyos.push_back(servidor->aceptarAparte(deServidor, 9)); };
+    servidor->escuchar("127.0.0.1", 0);
+    const auto uno = bucle.crearZocalo(oyente, 1);
+    const auto dos = bucle.crearZocalo(otro, 2);
+    uno->conectar("127.0.0.1", servidor->puertoLocal());
+    dos->conectar("127.0.0.1", servidor->puertoLocal());
+    atenderHasta(bucle, [&] {
+        return suyos.size() == 2 && uno->estado() == EstadoZocalo::Conectado &&
+               dos->estado() == EstadoZocalo::Conectado;
+    });
+    const auto reemplazar = [&](Zocalo& cual) {
+        if (oyente.datos.size() + otro.datos.size() > 1) return;
+        cual.cerrar();
+        cual.conectar("127.0.0.1", ntohs(direccion.sin_port));
+    };
+    oyente.alLlegar = [&](std::size_t, const std::string&) { reemplazar(*dos); };
+    otro.alLlegar = [&](std::size_t, const std::string&) { reemplazar(*uno); };
+    for (const auto& z : suyos)
+        z->enviar(bytes("x"));
+    atenderHasta(bucle, [&] { return !oyente.datos.empty() || !otro.datos.empty(); });
+    EXPECT_EQ(oyente.datos.size() + otro.datos.size(), 1U);
+    const Zocalo& nuevo = oyente.datos.empty() ? *uno : *dos;
+    EXPECT_EQ(nuevo.estado(), EstadoZocalo::Conectando);
+    for (const int d : cola)
+        close(d);
+    close(sordo);
 }
 
 TEST(BucleEpoll, LosEnviosAgrupadosSalenAlFinalDeLaVuelta) {
