@@ -150,4 +150,22 @@ TEST(Recuperacion, QuienPideEscriturasSinFinNoLlenaLaMemoria) {
     EXPECT_EQ(p.motor.ejecucion.enEspera(), kMaximo);
 }
 
+TEST(Recuperacion, ElEcoDelPropioPedidoTrasUnaMarcaSueltaNoEsUnaRespuesta) {
+    Configuracion config;
+    config.puerto({"1", "1", "5"}).estacion(1, "10.0.0.1", 1).bloque(1, "10", "0.5");
+    Planta p(config);
+    auto& plc = p.en("10.0.0.1");
+    plc.demora = [&](const Solicitud& s) -> std::optional<double> {
+        plc.mandar(std::span(&kMarcaRespuesta, 1));
+        plc.mandar(s, 2);
+        return 10.0;
+    };
+    p.arrancarYConectar();
+    for (int k = 0; k < 2000; ++k) {
+        p.avanzar(7);
+        ASSERT_TRUE(!p.ok(0) || p.valor(0) == 116);
+    }
+    EXPECT_TRUE(p.ok(0));
+}
+
 } // namespace kv

@@ -231,7 +231,14 @@ void Mundo::forzarNivel(std::uint32_t nivel, int veces) {
         if (t.bloques[i].nivel == nivel)
             actualidad_.forzar(i, static_cast<std::uint32_t>(std::max(veces, 0)));
     }
+    const std::uint64_t antes = turno_.pedidos();
     motor_.forzado.forzarBloque_porNivel_NVeces(nivel, veces);
+    // Whether a read that left meanwhile left before or after the force reached its block is not
+    // known.
+    for (std::size_t n = 0; turno_.pedidos() > antes && n < c_.conexiones(); ++n) {
+        if (turno_.pedido(n) > antes && c_.conexion(n).bloqueEnCurso != kNinguno)
+            actualidad_.forzar(c_.conexion(n).bloqueEnCurso, 0);
+    }
 }
 
 void Mundo::encender(Indice bloque, bool encendido) {
