@@ -115,7 +115,8 @@ void Auditoria::pasarElTiempo() {
 
 void Auditoria::volcar() {
     if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
-    // What the disk did not take is told when it takes something again, whether or not there is more.
+    // What the disk did not take is told when it takes something again, whether or not there is
+    // more.
     const bool probar =
         sinDisco_ > 0 && reloj_.monotonicoMs() - ultimoIntentoMs_ >= kEntreIntentosMs;
     if (!pendiente_.empty() || probar) escribirPendiente();
