@@ -64,7 +64,7 @@ class Auditoria final : public AvisoDeEscritura {
     std::uint32_t rechazos_ = 0, escrituras_ = 0; ///< lines of the present second
     std::uint64_t perdidas_ = 0;                  ///< lines that a second had too many
     std::int64_t ultimoIntentoMs_ = 0;
-    std::uint64_t sinDisco_ = 0;                  ///< lines that the disk did not take
+    std::uint64_t sinDisco_ = 0; ///< lines that the disk did not take
 };
 
 } // namespace kv
