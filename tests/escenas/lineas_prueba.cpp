@@ -84,7 +84,8 @@ TEST_F(Linea, SiempreTardeCadaBloqueSeLeeOCae) {
                     p->bucle.alTerminarCadaSuceso(nullptr);
                     planta_.avanzar(240'000);
                     for (std::size_t b = 0; b < static_cast<std::size_t>(bloques); ++b)
-                        EXPECT_TRUE(!planta_.ok(b) || planta_.valor(b) == 5010 + static_cast<int>(b))
+                        EXPECT_TRUE(!planta_.ok(b) ||
+                                    planta_.valor(b) == 5010 + static_cast<int>(b))
                             << "block " << b << " of " << bloques << ", " << demora << " ms, "
                             << reintentos << " retries, habit " << static_cast<int>(dice);
                     EXPECT_EQ(enOtroLugar, 0);
@@ -138,9 +139,9 @@ TEST_F(Linea, DadasDosVecesJuntasOEnLaPausaValen) {
         planta_.motor.solicitudes.escribirDireccion("1.1.10", 77, "prueba");
         pasar(3000);
         EXPECT_EQ(planta_.valor(0), 77);
-        EXPECT_NE(planta_.motor.vista.txtDemandaLecturaEscritura.texto().find(
-                      " 1.1.10 = 77: confirmada"),
-                  std::string::npos);
+        EXPECT_NE(
+            planta_.motor.vista.txtDemandaLecturaEscritura.texto().find(" 1.1.10 = 77: confirmada"),
+            std::string::npos);
         plc->registros[{1, 0x11}] = 9;
         pasar(3000);
         EXPECT_EQ(planta_.valor(1), 9);
@@ -183,8 +184,10 @@ struct Reparto {
 };
 
 static Reparto repartir(int muertos, Dice dice, bool breves) {
-    auto config = Configuracion().puerto({"0.5", "3", "5"}).estacion(1, "10.0.0.1", 1).estacion(
-        2, "10.0.0.1", 2);
+    auto config = Configuracion()
+                      .puerto({"0.5", "3", "5"})
+                      .estacion(1, "10.0.0.1", 1)
+                      .estacion(2, "10.0.0.1", 2);
     for (int b = 0; b < 6; ++b)
         config.bloque(1, std::to_string(10 + b), "0.1");
     for (int b = 0; b < muertos; ++b)

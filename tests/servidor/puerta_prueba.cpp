@@ -209,8 +209,8 @@ TEST(Puerta, EscriturasContadasYSoloLectura) {
     p.arrancarConCliente();
     p.cliente.enviar("[Write]a;1[/Write][Write]b;1[/Write][Write]c;1[/Write]");
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK][WRITE_OK]");
-    EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir b 1",
-                                         "rechazar c 1: demasiadas en un segundo"}));
+    EXPECT_EQ(p.ordenes.tomar(),
+              (Textos{"escribir a 1", "escribir b 1", "rechazar c 1: demasiadas en un segundo"}));
     p.planta.ajuste("Escucha_Solo_Lectura", "si");
     p.planta.avanzar(3000);
     (void)p.cliente.tomar();
