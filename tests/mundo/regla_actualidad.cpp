@@ -39,7 +39,6 @@ void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {
     if (v.forzadas == 0) v.activoAntes = b.activo;
     v.forzadas = b.tieneTrama && !desconocida ? veces : 0;
     v.forzadaTras = turno_.pedidos();
-    v.unaDeMas = false;
 }
 
 /// Only a read that left after it was asked for counts.
@@ -49,12 +48,6 @@ void ReglaDeActualidad::contarForzada(const BloqueLectura& b) {
     if (c_.motor.turnos.pausa() < 1) v.forzadas = 0;
     if (v.forzadas == 0 || turno_.pedido(b.idConexion) <= v.forzadaTras) return;
     --v.forzadas;
-    // What was out when the force was asked for may have been repeated since, and does not count.
-    if (v.forzadas == 0 && b.forzado && !v.unaDeMas) {
-        v.unaDeMas = true;
-        ++v.forzadas;
-        return;
-    }
     c_.exigir(b.forzado == (v.forzadas > 0), "who is read so many times is", b.indice);
     c_.exigir(v.forzadas > 0 || b.activo == v.activoAntes, "a force leaves a block as it was",
               b.indice);

@@ -37,7 +37,6 @@ class ReglaDeActualidad final : public AlContestarEstacion {
         std::uint64_t escrituras = 0;  ///< of its connection, when it was answered
         std::uint32_t forzadas = 0;    ///< reads that are still to come
         std::uint64_t forzadaTras = 0; ///< transactions
-        bool unaDeMas = false;
         bool activoAntes = false;
     };
     [[nodiscard]] Visto& visto(Indice bloque);
