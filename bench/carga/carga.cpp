@@ -12,8 +12,8 @@
 
 #include "config/driver.h"
 #include "config/validacion.h"
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
 

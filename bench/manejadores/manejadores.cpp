@@ -5,8 +5,8 @@
 //
 //     manejadores [seconds for each of them]
 
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 #include "server/cifrado.h"

@@ -1,7 +1,7 @@
 #include "bucle_pelado.h"
 
 #include "estaciones_de_banco.h"
-#include "link/Modulo_Tramas_KV2200.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>
 #include <ctime>

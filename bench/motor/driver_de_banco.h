@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 

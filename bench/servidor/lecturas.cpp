@@ -3,7 +3,7 @@
 //
 //     lecturas
 
-#include "core/start/motor.h"
+#include "engine/motor.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 

@@ -4,7 +4,7 @@
 //
 //     sincronismo [BLOCKS]
 
-#include "core/start/motor.h"
+#include "engine/motor.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 #include "server/servidor.h"

@@ -1,4 +1,4 @@
-#include "script/vbscript/engine.h"
+#include "vbscript/engine.h"
 
 #include <benchmark/benchmark.h>
 

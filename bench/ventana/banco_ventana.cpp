@@ -5,7 +5,7 @@
 
 #include "../motor/driver_de_banco.h"
 #include "../motor/estaciones_de_banco.h"
-#include "ui/qt/ventanas.h"
+#include "window/ventanas.h"
 
 #include <CLI/CLI.hpp>
 

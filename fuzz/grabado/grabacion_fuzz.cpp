@@ -1,9 +1,9 @@
 // Any bytes as a recording: the driver plays them, or says why it cannot.
 
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
-#include "platform/grabado/reproductor.h"
-#include "script/files/discos.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
+#include "recording/discos.h"
+#include "recording/reproductor.h"
 
 #include <cstdint>
 

@@ -1,8 +1,8 @@
-#include "script/vbscript/compiler.h"
-#include "script/vbscript/fault.h"
-#include "script/vbscript/globals.h"
-#include "script/vbscript/library.h"
-#include "script/vbscript/parser.h"
+#include "vbscript/compile/compiler.h"
+#include "vbscript/compile/globals.h"
+#include "vbscript/library/standard.h"
+#include "vbscript/surroundings/fault.h"
+#include "vbscript/syntax/parser.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace {
 
 struct Words {
     vbscript::Names names;
-    vbscript::Library library{names};
+    vbscript::Library library{names, vbscript::standardProvisions()};
 };
 
 } // namespace

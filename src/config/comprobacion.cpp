@@ -1,7 +1,7 @@
 #include "config/comprobacion.h"
 
 #include "config/escucha.h"
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 
 #include "text/numeros.h"
 #include "text/windows1252.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/problema.h"
-#include "core/tables/registros.h"
+#include "plant/registros.h"
 
 #include <cmath>
 #include <cstdint>

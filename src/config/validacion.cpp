@@ -1,12 +1,12 @@
 #include "config/validacion.h"
 
 #include "config/direccion.h"
-#include "core/tables/bases.h"
-#include "link/Modulo_Tramas_KV2200.h"
+#include "plant/bases.h"
 #include "platform/maquina.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,7 +1,7 @@
 #include "link/recepcion.h"
 
-#include "link/Modulo_Tramas_KV2200.h"
 #include "text/numeros.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 #include <exception>
@@ -35,9 +35,8 @@ RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
 } // namespace
 
 Recepcion::Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Vista& vista, Sello& sello,
-                     ArchivoLog& log, Guion& guion)
-    : tablas_(tablas), turnos_(turnos), bucle_(bucle), vista_(vista), sello_(sello), log_(log),
-      guion_(guion) {}
+                     ArchivoLog& log)
+    : tablas_(tablas), turnos_(turnos), bucle_(bucle), vista_(vista), sello_(sello), log_(log) {}
 
 void Recepcion::alConectar(std::size_t indice) { turnos_.olvidar(static_cast<Indice>(indice)); }
 
@@ -57,7 +56,7 @@ void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> 
                          falla.what());
         completa = true;
     }
-    if (completa) guion_.ejectutarScript();
+    if (completa) interpretes_->alCompletarseUnaLlegada();
     turnos_.terminarPausaCumplida(n);
 }
 

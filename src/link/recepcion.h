@@ -1,9 +1,8 @@
 #pragma once
 
-#include "link/ensamblado.h"
 #include "link/turno.h"
 #include "log/archivo_log.h"
-#include "script/guion.h"
+#include "wire/ensamblado.h"
 
 #include <cstdint>
 #include <span>
@@ -21,15 +20,16 @@ class InterpretesDeRespuestas {
     /// A valid answer came that cannot be told from the late answer of another register: the try
     /// has failed.
     virtual void respuestaDudosa(Indice conexion) = 0;
+    /// An arrival completed a frame, good or bad, and all that follows from it is done.
+    virtual void alCompletarseUnaLlegada() = 0;
 };
 
 /// Bytes from the stations become frames. The one that answers the outstanding request is handed to
 /// the interpretation that matches it; late ones and what is no answer are traced and thrown away.
-/// After each arrival that completed a frame, good or bad, the user script runs.
 class Recepcion final : public OyenteDeZocalo {
   public:
     Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Vista& vista, Sello& sello,
-              ArchivoLog& log, Guion& guion);
+              ArchivoLog& log);
     void interpretarCon(InterpretesDeRespuestas* interpretes) { interpretes_ = interpretes; }
 
     void alConectar(std::size_t indice) override;
@@ -55,7 +55,6 @@ class Recepcion final : public OyenteDeZocalo {
     Vista& vista_;
     Sello& sello_;
     ArchivoLog& log_;
-    Guion& guion_;
     InterpretesDeRespuestas* interpretes_ = nullptr;
     Ensamblado llego_; ///< what the present arrival made
     std::vector<RespuestasDebidas::Respuesta> vistas_;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/tables/tablas.h"
+#include "plant/tablas.h"
 #include "platform/bucle.h"
 #include "platform/sello.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <cstdint>
 #include <memory>

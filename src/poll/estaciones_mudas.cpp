@@ -1,6 +1,6 @@
 #include "poll/estaciones_mudas.h"
 
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 
 #include <algorithm>

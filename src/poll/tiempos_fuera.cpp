@@ -1,6 +1,6 @@
 #include "poll/tiempos_fuera.h"
 
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 
 namespace kv {

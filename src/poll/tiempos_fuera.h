@@ -4,7 +4,7 @@
 #include "platform/arreglo_de_temporizadores.h"
 #include "poll/estaciones_mudas.h"
 #include "script/publicacion.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 namespace kv {
 

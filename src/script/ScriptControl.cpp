@@ -1,9 +1,9 @@
 #include "script/ScriptControl.h"
 
-#include "script/vbscript/fault.h"
-#include "script/vbscript/host_object.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "vbscript/host_object.h"
+#include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/tables/bloque.h"
+#include "plant/bloque.h"
 #include "platform/reloj.h"
-#include "script/vbscript/engine.h"
-#include "ui/view/vista.h"
+#include "vbscript/engine.h"
+#include "view/vista.h"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "script/errores.h"
 
-#include "script/vbscript/fault.h"
+#include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "script/vbscript/surroundings.h"
+#include "vbscript/surroundings/surroundings.h"
 
 #include <string>
 

@@ -5,7 +5,7 @@
 #include "platform/bucle.h"
 #include "platform/sello.h"
 #include "script/ScriptControl.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <optional>
 #include <set>

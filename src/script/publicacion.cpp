@@ -1,6 +1,6 @@
 #include "script/publicacion.h"
 
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 
 namespace kv {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/tables/tablas.h"
+#include "plant/tablas.h"
 #include "platform/sello.h"
 #include "script/ScriptControl.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <string_view>
 

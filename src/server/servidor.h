@@ -1,15 +1,15 @@
 #pragma once
 
 #include "config/ajustes.h"
-#include "core/tables/tablas.h"
 #include "log/archivo_log.h"
+#include "plant/tablas.h"
 #include "platform/bucle.h"
 #include "script/publicacion.h"
 #include "server/log_acotado.h"
 #include "server/puerta.h"
 #include "server/sala.h"
 #include "server/sesion.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <memory>
 #include <string>

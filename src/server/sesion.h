@@ -1,12 +1,12 @@
 #pragma once
 
-#include "core/tables/tablas.h"
+#include "plant/tablas.h"
 #include "platform/bucle.h"
 #include "server/log_acotado.h"
 #include "server/mensajes.h"
 #include "server/ordenes.h"
 #include "server/puerta.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/tables/bloque.h"
+#include "plant/bloque.h"
 
 #include <cstdint>
 #include <string>

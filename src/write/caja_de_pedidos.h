@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/sello.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 #include "write/avisos.h"
 
 namespace kv {

@@ -1,7 +1,7 @@
 #include "write/ejecucion.h"
 
-#include "link/Modulo_Tramas_KV2200.h"
 #include "text/numeros.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 #include "write/palabra.h"
 
 #include <cmath>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/tables/bases.h"
 #include "link/turno.h"
+#include "plant/bases.h"
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
 #include "script/publicacion.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 #include "write/avisos.h"
 
 #include <deque>

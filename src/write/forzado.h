@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/model/modelo.h"
 #include "link/turno.h"
 #include "log/archivo_log.h"
+#include "model/modelo.h"
 #include "platform/arreglo_de_temporizadores.h"
 #include "poll/poleo.h"
-#include "ui/view/vista.h"
+#include "view/vista.h"
 
 #include <string>
 #include <string_view>

@@ -1,9 +1,9 @@
 #include "write/solicitudes.h"
 
-#include "core/tables/bases.h"
-#include "link/Modulo_Tramas_KV2200.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <cmath>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "link/Modulo_Tramas_KV2200.h"
 #include "platform/simulated/red_simulada.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>
 #include <cstdint>

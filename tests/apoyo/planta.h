@@ -2,8 +2,8 @@
 
 #include "apoyo/configuracion.h"
 #include "apoyo/estaciones.h"
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
 

@@ -124,10 +124,9 @@ TEST(Arquitectura, LaMemoriaTieneDuenio) {
     // The language counts the references of its values itself, against an account that bounds what
     // a script may take; the test framework owns what a factory of test cases gives it; a test that
     // lets allocations fail is the allocator.
-    nadieUsa(
-        "memory without an owner",
-        R"(\bnew\s+[\w:(]|(^|[^=])\s\bdelete\b\s*[\w*([]|\b(malloc|calloc|realloc|free)\s*\()",
-        {"src/script/vbscript/", "tests/vbscript/guiones_prueba.cpp", "tests/fallas/memoria.cpp"});
+    nadieUsa("memory without an owner",
+             R"(\bnew\s+[\w:(]|(^|[^=])\s\bdelete\b\s*[\w*([]|\b(malloc|calloc|realloc|free)\s*\()",
+             {"src/vbscript/", "tests/vbscript/guiones_prueba.cpp", "tests/fallas/memoria.cpp"});
 }
 
 TEST(Arquitectura, NadaQuedaAMedioHacerNiImprimeParaDepurar) {
@@ -137,7 +136,7 @@ TEST(Arquitectura, NadaQuedaAMedioHacerNiImprimeParaDepurar) {
         EXPECT_FALSE(std::regex_search(f.texto, marca)) << f.ruta;
     }
     nadieUsa("a print", R"(\bstd::(cout|cerr|clog)\b|\b(printf|fprintf|puts|putchar|perror)\s*\()",
-             {"tools/", "bench/", "src/core/start/main.cpp", "src/core/start/salida_de_traza.cpp",
+             {"tools/", "bench/", "src/main/main.cpp", "src/main/salida_de_traza.cpp",
               "fuzz/repetir.cpp", "tests/fallas/",
               "tests/mundo/main.cpp"}); // the last tell how much they have tried
 }

@@ -1,4 +1,4 @@
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 
 #include <gtest/gtest.h>
 

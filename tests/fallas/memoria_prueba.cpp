@@ -6,14 +6,14 @@
 #include "config/comprobacion.h"
 #include "config/driver.h"
 #include "config/exportacion.h"
-#include "script/vbscript/compiler.h"
-#include "script/vbscript/engine.h"
-#include "script/vbscript/globals.h"
-#include "script/vbscript/library.h"
-#include "script/vbscript/parser.h"
 #include "server/mensajes.h"
 #include "servidor/apoyo.h"
+#include "vbscript/compile/compiler.h"
+#include "vbscript/compile/globals.h"
+#include "vbscript/engine.h"
 #include "vbscript/entorno_prueba.h"
+#include "vbscript/library/standard.h"
+#include "vbscript/syntax/parser.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -199,7 +199,7 @@ std::vector<Escenario> escenarios() {
              return [] {
                  vbscript::Names nombres;
                  vbscript::Globals globales;
-                 const vbscript::Library biblioteca(nombres);
+                 const vbscript::Library biblioteca(nombres, vbscript::standardProvisions());
                  const auto arbol = vbscript::parseModule(kGuion, nombres);
                  vbscript::compileModule({nombres, globales, biblioteca}, *arbol);
                  return std::string("compila");

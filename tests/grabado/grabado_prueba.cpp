@@ -3,13 +3,13 @@
 #include "apoyo/carpeta.h"
 #include "apoyo/configuracion.h"
 #include "apoyo/estaciones.h"
-#include "core/start/arranque.h"
-#include "core/start/motor.h"
-#include "platform/grabado/grabador.h"
-#include "platform/grabado/reproductor.h"
+#include "engine/arranque.h"
+#include "engine/motor.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
-#include "script/files/discos.h"
+#include "recording/discos.h"
+#include "recording/grabador.h"
+#include "recording/reproductor.h"
 #include "server/cifrado.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/tables/respuestas_debidas.h"
-#include "link/ensamblado.h"
+#include "wire/ensamblado.h"
+#include "wire/respuestas_debidas.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "link/Modulo_Tramas_KV2200.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <gtest/gtest.h>
 

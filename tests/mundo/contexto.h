@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/start/motor.h"
+#include "engine/motor.h"
 #include "mundo/espia.h"
 #include "mundo/linea.h"
 #include "mundo/plan.h"

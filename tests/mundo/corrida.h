@@ -2,7 +2,7 @@
 
 #include "mundo/historia.h"
 #include "mundo/plan.h"
-#include "ui/view/observador.h"
+#include "view/observador.h"
 
 #include <cstdint>
 #include <string>

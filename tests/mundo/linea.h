@@ -1,8 +1,8 @@
 #pragma once
 
-#include "link/Modulo_Tramas_KV2200.h"
 #include "mundo/plan.h"
 #include "platform/simulated/red_simulada.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>
 #include <deque>

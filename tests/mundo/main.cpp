@@ -1,7 +1,7 @@
 // Lives plants drawn from seeds through histories of faults, and prints what came of it. A seed
 // that breaks a rule is printed with the shortest history that still breaks it.
 
-#include "core/start/salida_de_traza.h"
+#include "main/salida_de_traza.h"
 #include "mundo/opciones.h"
 #include "mundo/reduccion.h"
 

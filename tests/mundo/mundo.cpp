@@ -1,7 +1,7 @@
 #include "mundo/mundo.h"
 
-#include "core/tables/bases.h"
 #include "mundo/guiones.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 
 #include <algorithm>

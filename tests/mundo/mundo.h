@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/start/arranque.h"
+#include "engine/arranque.h"
 #include "mundo/cliente.h"
 #include "mundo/corrida.h"
 #include "mundo/regla_actualidad.h"

@@ -1,6 +1,6 @@
 #include "mundo/regla_actualidad.h"
 
-#include "core/tables/bases.h"
+#include "plant/bases.h"
 #include "text/numeros.h"
 
 #include <algorithm>

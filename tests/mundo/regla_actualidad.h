@@ -1,8 +1,8 @@
 #pragma once
 
-#include "link/lectura.h"
 #include "mundo/contexto.h"
 #include "mundo/regla_turno.h"
+#include "poll/lectura.h"
 
 #include <functional>
 #include <vector>

@@ -1,7 +1,7 @@
 // The program itself: started on free ports, spoken to in raw frames over sockets.
 
 #include "apoyo/proceso.h"
-#include "link/Modulo_Tramas_KV2200.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <gtest/gtest.h>
 

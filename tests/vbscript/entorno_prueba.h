@@ -1,6 +1,6 @@
 #pragma once
 
-#include "script/vbscript/engine.h"
+#include "vbscript/engine.h"
 
 #include <string>
 #include <vector>

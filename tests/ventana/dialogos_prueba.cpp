@@ -1,11 +1,11 @@
 // The manual write dialog, the ports list and the About box, as hands use them.
 
-#include "ui/commands/escritura_manual.h"
-#include "ui/qt/FrmAbout.h"
-#include "ui/qt/FrmEscritura.h"
-#include "ui/qt/ventana.h"
+#include "operator/escritura_manual.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "window/controls/ventana.h"
+#include "window/dialogs/FrmAbout.h"
+#include "window/dialogs/FrmEscritura.h"
 
 #include <QCheckBox>
 #include <QClipboard>

@@ -1,14 +1,14 @@
 // The script editor on the file that a running plant's engine reads.
 
 #include "apoyo/planta.h"
+#include "operator/editor_de_guion.h"
+#include "operator/tramos_de_guion.h"
 #include "script/errores.h"
-#include "script/vbscript/fault.h"
-#include "ui/commands/editor_de_guion.h"
-#include "ui/commands/tramos_de_guion.h"
-#include "ui/qt/FrmScript.h"
-#include "ui/qt/caja_de_codigo.h"
+#include "vbscript/surroundings/fault.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "window/script/FrmScript.h"
+#include "window/script/caja_de_codigo.h"
 
 #include <QInputDialog>
 #include <QLabel>

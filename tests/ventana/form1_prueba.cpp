@@ -1,12 +1,12 @@
 // The main window over a plant: what it shows, and its other windows.
 
-#include "ui/qt/FrmPuertos.h"
-#include "ui/qt/FrmScript.h"
-#include "ui/qt/idioma.h"
-#include "ui/qt/tabla_de_lista.h"
-#include "ui/qt/ventana.h"
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
+#include "window/controls/idioma.h"
+#include "window/controls/ventana.h"
+#include "window/dialogs/FrmPuertos.h"
+#include "window/lists/tabla_de_lista.h"
+#include "window/script/FrmScript.h"
 
 #include <QListView>
 #include <QPlainTextEdit>

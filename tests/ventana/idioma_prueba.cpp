@@ -1,10 +1,10 @@
 // What the toolkit itself says, in the language of the windows.
 
-#include "ui/qt/caja_de_traza.h"
-#include "ui/qt/idioma.h"
-#include "ui/view/vista.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "view/vista.h"
+#include "window/controls/idioma.h"
+#include "window/traces/caja_de_traza.h"
 
 #include <QContextMenuEvent>
 #include <QDir>

@@ -1,9 +1,9 @@
 // The commands of the main window: clicked, typed into, double-clicked.
 
-#include "ui/qt/FrmEscritura.h"
-#include "ui/qt/estado_de_fila.h"
-#include "ui/qt/ventana.h"
 #include "ventana/principal.h"
+#include "window/controls/ventana.h"
+#include "window/dialogs/FrmEscritura.h"
+#include "window/lists/estado_de_fila.h"
 
 #include <QCheckBox>
 #include <QInputDialog>

@@ -1,11 +1,11 @@
 // Every window on whatever screen the program is run on: nothing crushed, cut or off the screen.
 // Run on small screens and on doubled ones.
 
-#include "ui/qt/FrmEscritura.h"
-#include "ui/qt/FrmPuertos.h"
-#include "ui/qt/FrmScript.h"
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
+#include "window/dialogs/FrmEscritura.h"
+#include "window/dialogs/FrmPuertos.h"
+#include "window/script/FrmScript.h"
 
 #include <QFileDialog>
 #include <QInputDialog>

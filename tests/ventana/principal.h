@@ -1,9 +1,9 @@
 #pragma once
 
 #include "apoyo/planta.h"
-#include "ui/qt/control.h"
-#include "ui/qt/ventanas.h"
 #include "ventana/manos.h"
+#include "window/controls/control.h"
+#include "window/ventanas.h"
 
 #include <QAction>
 #include <QLabel>

@@ -1,11 +1,11 @@
 // Trace boxes, their tabs, and the client's window.
 
-#include "ui/qt/caja_de_traza.h"
-#include "ui/qt/control.h"
-#include "ui/qt/fichas.h"
-#include "ui/view/orden.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
+#include "view/clave_de_orden.h"
+#include "window/controls/control.h"
+#include "window/traces/caja_de_traza.h"
+#include "window/traces/fichas.h"
 
 #include <QClipboard>
 #include <QFileDialog>

@@ -3,7 +3,7 @@
 
 #include "cli/castellano.h"
 #include "cli/salida_entera.h"
-#include "script/vbscript/engine.h"
+#include "vbscript/engine.h"
 
 #include <CLI/CLI.hpp>
 #include <chrono>

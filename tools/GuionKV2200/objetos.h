@@ -1,6 +1,6 @@
 #pragma once
 
-#include "script/vbscript/engine.h"
+#include "vbscript/engine.h"
 
 /// The objects that a plant script finds in the driver, here on paper: what they are asked is
 /// printed. "WScript" is there for scripts that are written for the desk.

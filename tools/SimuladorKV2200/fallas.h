@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/Modulo_Tramas_KV2200.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <cstdint>
 #include <string>

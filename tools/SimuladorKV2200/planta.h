@@ -2,7 +2,7 @@
 
 #include "SimuladorKV2200/fallas.h"
 #include "SimuladorKV2200/senal.h"
-#include "link/Modulo_Tramas_KV2200.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>
 #include <cstdint>

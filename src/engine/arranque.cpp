@@ -1,0 +1,102 @@
+#include "engine/arranque.h"
+
+#include "config/proyecto.h"
+#include "text/numeros.h"
+#include "text/texto.h"
+
+#include <algorithm>
+
+namespace kv {
+namespace {
+
+constexpr std::int64_t kVerMs = 5000;
+// Of the entries that the log takes in a second some are left for what else a start has to say.
+constexpr std::size_t kProblemasEnElLog = ArchivoLog::kPorSegundo - 10;
+
+} // namespace
+
+void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
+                           const Validacion& validacion) {
+    const auto sirve = [](const std::vector<Suerte>& suertes, std::size_t i) {
+        return i >= suertes.size() || suertes[i] != Suerte::NoConstruir;
+    };
+    // A port's place in the table is its number, so the ports are raised as they stand.
+    for (const Puerto& p : listas.puertos) {
+        if (p.numero > 0)
+            modelo.levantarPuerto(p.numero, p.tiempoFuera, p.scanPorDefecto, p.reintentosMax,
+                                  p.segReconeccion, p.tipoPlcPorDefecto, p.leerDespuesDeEscribir);
+    }
+    for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
+        const Estacion& e = listas.estaciones[i];
+        if (e.puerto > 0 && sirve(validacion.estaciones, i))
+            modelo.levantarEstacion(e.puerto, std::string(recortar(e.ip)), e.puertoTCP, e.numero,
+                                    e.digitos, e.indice);
+    }
+    for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
+        const ConfiguracionDeBloque& b = listas.bloques[i];
+        if (b.puerto > 0 && sirve(validacion.bloques, i))
+            modelo.levantarBloquePoleo(b.puerto, b.plc, b.direccion, b.cantidad, b.scanSegundos,
+                                       b.activoPorDefecto, b.nivel);
+    }
+}
+
+Arranque::Arranque(Motor& motor, Procesos& procesos)
+    : motor_(motor), procesos_(procesos),
+      Timer_VER_(motor.bucle.crearTemporizador([this] { Timer_VER_Timer(); })) {
+    Timer_VER_->fijarIntervalo(kVerMs);
+}
+
+bool Arranque::soyElUnico() {
+    if (procesos_.tomarCarpeta(motor_.ajustes.carpeta())) return true;
+    motor_.vista.mostrarMensaje("Programa en ejecucion");
+    // One that is missing was lost by the driver that runs, and is not for us to make.
+    Ajustes& ajustes = motor_.ajustes;
+    if (ajustes.existeArchivo(ajustes.archivoDeAjustes()))
+        ajustes.escribirConfiguracion("VER", "1");
+    return false;
+}
+
+void Arranque::arrancar() {
+    Motor& m = motor_;
+    m.vista.Label1.poner(m.sello.ahora());
+    ConfiguracionLeida leida = leerConfiguracionUbicada(
+        m.ajustes, [&m](std::string_view texto) { m.vista.mostrarMensaje(texto); });
+    m.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
+    m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
+    m.aplicarAjustes();
+    m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
+    const Validacion validacion = validar(leida.listas, leida.problemas);
+    levantarConfiguracion(m.modelo, leida.listas, validacion);
+    informar(leida.problemas);
+    m.vista.lblCantidadDePuntos.poner(textoDeNumero(m.tablas.cantidadDePuntos));
+    m.bucle.dejarCorrerPendientes();
+    m.conexiones.estadoConexiones();
+    m.conexiones.habilitarSupervision();
+    Timer_VER_->habilitar(true);
+}
+
+void Arranque::abrirServidor() {
+    motor_.publicacion.avisarA(&motor_.servidor);
+    motor_.servidor.Form_Load();
+}
+
+void Arranque::informar(const Problemas& problemas) {
+    const auto& lista = problemas.lista();
+    const std::size_t escritos = std::min(lista.size(), kProblemasEnElLog);
+    for (std::size_t i = 0; i < escritos; ++i)
+        motor_.log.escribirLog("DRIVER", "Configuracion", textoDeProblema(lista[i]));
+    const std::size_t callados = problemas.demas() + lista.size() - escritos;
+    if (callados > 0)
+        motor_.log.escribirLog("DRIVER", "Configuracion",
+                               "y " + textoDeNumero(static_cast<double>(callados)) +
+                                   " problemas mas; vea --comprobar");
+}
+
+void Arranque::Timer_VER_Timer() {
+    motor_.aplicarAjustes();
+    const bool ver = motor_.ajustes.leerConfiguracion("VER", "0") == "1";
+    motor_.vista.Form1Visible = ver;
+    if (!ver) motor_.vista.FrmServerTCPVisible = false;
+}
+
+} // namespace kv

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "config/ajustes.h"
+#include "link/conexiones.h"
+#include "link/recepcion.h"
+#include "link/turno.h"
+#include "log/archivo_log.h"
+#include "model/modelo.h"
+#include "operator/operador.h"
+#include "plant/tablas.h"
+#include "platform/archivos.h"
+#include "platform/arreglo_de_temporizadores.h"
+#include "platform/bucle.h"
+#include "platform/sello.h"
+#include "poll/estaciones_mudas.h"
+#include "poll/lectura.h"
+#include "poll/poleo.h"
+#include "poll/tiempos_fuera.h"
+#include "script/ScriptControl.h"
+#include "script/guion.h"
+#include "script/publicacion.h"
+#include "server/servidor.h"
+#include "view/vista.h"
+#include "write/auditoria.h"
+#include "write/caja_de_pedidos.h"
+#include "write/ejecucion.h"
+#include "write/forzado.h"
+#include "write/solicitudes.h"
+
+#include <string>
+
+namespace kv {
+
+inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
+
+/// The engine: every part of the driver that needs no window, made once and joined. It decides
+/// nothing; it is the one place that knows who answers to whom.
+class Motor final : private AlTerminarElTurno,
+                    private AlContestarEstacion,
+                    private InterpretesDeRespuestas,
+                    private AlCambiarConexion,
+                    private AjustesDeConexion,
+                    private OrdenesDelGuion,
+                    private OrdenesDelCliente {
+  public:
+    /// The loop and the files must outlive the engine. `carpeta` is the program's folder,
+    /// `programa` what its log files are called after.
+    Motor(Bucle& bucle, Archivos& archivos, const std::string& carpeta,
+          const std::string& programa = std::string(kNombreDelPrograma));
+    Motor(const Motor&) = delete;
+    Motor& operator=(const Motor&) = delete;
+
+    /// Reads a setting that is a number, logging what is wrong with it once.
+    [[nodiscard]] double ajuste(const AjusteNumerico& cual);
+
+    /// Takes over the settings that are read now and then: the script's language and budgets, the
+    /// interval of the reclaim.
+    void aplicarAjustes();
+
+    /// The program ends: writes that wait or are under way end with it, and are recorded so.
+    void terminar();
+
+    // In the order of the road of a value, which is also the order in which they are made.
+    Bucle& bucle;
+    Archivos& archivos;
+    Ajustes ajustes;
+    Sello sello;
+    ArchivoLog log;
+    Vista vista;
+    Tablas tablas;
+    ScriptControl scriptControl;
+    Guion guion;
+    Publicacion publicacion;
+    ArregloDeTemporizadores Timer1_Bloques;
+    Turnos turnos;
+    GestorDeConexiones conexiones;
+    Recepcion recepcion;
+    Lectura lectura;
+    Modelo modelo;
+    EstacionesMudas mudas;
+    Poleo poleo;
+    TiemposFuera tiemposFuera;
+    Auditoria auditoria;
+    CajaDePedidos cajaDePedidos;
+    EjecucionDeEscrituras ejecucion;
+    SolicitudesDeEscritura solicitudes;
+    Forzado forzado;
+    FrmServerTCP servidor;
+    Operador operador;
+
+  private:
+    std::string idioma_;
+
+    void alVencerTiempoFuera(Indice conexion) override;
+    void alQuedarLibre(Indice conexion) override;
+    void alFallar(Indice conexion, const char* que) override;
+    void interpretarTramaRecepcionada_OK(Indice conexion) override;
+    void interpretarTramaRecepcionada_PorEscritura(Indice conexion) override;
+    void respuestaDudosa(Indice conexion) override;
+    void alCompletarseUnaLlegada() override;
+    void alContestar(Indice bloque) override;
+    void activarPoling_En_Socket(Indice conexion) override;
+    void desActivarPoling_En_Socket(Indice conexion) override;
+    void establecerBAD_En_Socket(Indice conexion) override;
+    double tiempoEntrePoleo() override;
+    double baseDeSolicitudes() override;
+    double intervalosEnEstadoConectando() override;
+    double intervalosDeConectarSeguidos() override;
+    double intervalosTiempoFuera() override;
+    void escribirDireccion(const std::string& direccion, double valor) override;
+    void forzarPoleo(const std::string& direccion) override;
+    void alFallar(std::string_view procedimiento, const char* que) override;
+    void escribirDireccion(std::string_view direccion, double valor,
+                           std::string_view origen) override;
+    void rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
+                           std::string_view motivo) override;
+    void forzarBloque_porNivel_NVeces(double nivel, double veces) override;
+};
+
+/// The folder in which scripts may use files, below the program's, made if need be; a setting names
+/// it. Empty when the setting names none that could be below.
+[[nodiscard]] std::string carpetaDelGuion(Motor& motor, Archivos& archivos);
+
+} // namespace kv

@@ -1,0 +1,49 @@
+#include "main/con_ventana.h"
+
+#include "window/controls/aplicacion.h"
+#include "window/controls/idioma.h"
+#include "window/ventanas.h"
+
+#include <stdexcept>
+
+namespace kv {
+
+int correrConVentana(const Opciones& opciones) {
+    if (!hayPantalla())
+        throw std::runtime_error(
+            "no hay pantalla donde mostrar la ventana; con --sin-ventana corre sin ella");
+    Programa programa(opciones, Aplicacion::terminar);
+    Motor& motor = programa.motor;
+    Aplicacion aplicacion(
+        programa.bucle.descriptor(), [&programa] { programa.bucle.atender(); },
+        [&motor](const std::string& control, const char* que) {
+            motor.log.escribirLog("DRIVER", "Ventana", control, que);
+        });
+    // What the window wants to know is none of the engine's questions, which may be recorded.
+    Ajustes ajustes(programa.archivos, opciones.carpeta);
+    ponerIdioma(
+        ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, "Idioma_Ventana", ""));
+    Mensajero mensajero(programa.salida);
+    motor.vista.observar(&mensajero);
+    const bool unico = programa.arranque.soyElUnico();
+    if (unico) {
+        EditorDeGuion editor(programa.archivos, motor.guion);
+        Ventanas ventanas(
+            {motor.vista, motor.operador, editor, mensajero, KV_VERSION, Aplicacion::terminar});
+        bool corriendo = true;
+        programa.bucle.alFinalDeVuelta([&] {
+            if (corriendo) ventanas.mirarVisibilidad();
+        });
+        programa.arrancar();
+        aplicacion.correr();
+        corriendo = false;
+        programa.cerrar();
+    } else {
+        mensajero.alCerrarTodos(Aplicacion::terminar);
+        aplicacion.correr();
+    }
+    motor.vista.observar(&programa.salida);
+    return unico ? kOrdenado : kYaCorre;
+}
+
+} // namespace kv

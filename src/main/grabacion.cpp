@@ -1,0 +1,121 @@
+#include "main/grabacion.h"
+
+#include "engine/arranque.h"
+#include "engine/motor.h"
+#include "main/salida_de_traza.h"
+#include "recording/reproductor.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <utility>
+
+namespace kv {
+namespace {
+
+constexpr int kReproducida = 0;
+constexpr int kNoReproducida = 2;
+
+std::string programa() { return std::string(kNombreDelPrograma) + " " KV_VERSION; }
+
+/// What was recorded before is somebody's only trace of what went wrong. False: it is in the way.
+bool apartar(const std::string& archivo) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    if (!fs::is_regular_file(fs::symlink_status(archivo, error))) return true;
+    const auto deAntes = [&archivo](int n) { return archivo + "." + std::to_string(n); };
+    for (int n = kGrabacionesDeAntes; n > 1; --n)
+        fs::rename(deAntes(n - 1), deAntes(n), error);
+    fs::rename(archivo, deAntes(1), error);
+    const bool apartado = !error;
+    // Earlier versions of this program let everybody read them.
+    for (int n = 1; n <= kGrabacionesDeAntes; ++n)
+        fs::permissions(deAntes(n), fs::perms::owner_read | fs::perms::owner_write, error);
+    return apartado;
+}
+
+int mostrar(std::string contenido, std::ostream& errores) {
+    CintaLeida cinta(std::move(contenido));
+    if (cinta.programa() != programa())
+        errores << "Grabado con " << cinta.programa() << ", esto es " << programa() << '\n';
+    const std::string carpeta(cinta.texto());
+    Reproductor bucle(cinta);
+    ArchivosReproducidos archivos(bucle);
+    ProcesosReproducidos procesos;
+    RespuestasDeDisco respuestas;
+    SalidaDeTraza salida(true);
+    Motor motor(bucle, archivos, carpeta);
+    motor.vista.observar(&salida);
+    Arranque arranque(motor, procesos);
+    bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
+    motor.scriptControl.fijarDisco([&]() -> std::shared_ptr<vbscript::Disk> {
+        if (carpetaDelGuion(motor, archivos).empty()) return nullptr;
+        return std::make_shared<DiscoReproducido>(bucle, respuestas);
+    });
+    bucle.alOrdenar([&motor](std::string_view texto) {
+        const auto orden = ordenDeTexto(texto);
+        if (!orden) throw CintaMala{"una orden que no lo es: " + std::string(texto)};
+        motor.operador.hacer(*orden);
+    });
+    bucle.empezar();
+    arranque.arrancar();
+    arranque.abrirServidor();
+    if (!bucle.correr()) errores << "La grabacion termina a mitad de una entrada\n";
+    motor.vista.observar(nullptr);
+    return kReproducida;
+}
+
+} // namespace
+
+Grabacion::Grabacion(Bucle& bucle, Archivos& archivos, ComoGrabar como, const std::string& carpeta)
+    : bucle_(bucle), archivos_(archivos), como_(std::move(como)) {
+    if (como_.archivo.empty()) return;
+    cinta_.emplace(como_.maximo);
+    cinta_->texto(programa()).texto(carpeta);
+    grabador_.emplace(bucle_, *cinta_);
+    grabados_.emplace(archivos_, *grabador_);
+}
+
+Bucle& Grabacion::bucle() { return grabador_ ? *grabador_ : bucle_; }
+
+Archivos& Grabacion::archivos() { return grabados_ ? *grabados_ : archivos_; }
+
+std::shared_ptr<vbscript::Disk> Grabacion::disco(std::shared_ptr<vbscript::Disk> disco) {
+    if (!grabador_ || !disco) return disco;
+    return std::make_shared<DiscoGrabado>(std::move(disco), *grabador_, respuestas_);
+}
+
+void Grabacion::empezar() {
+    if (!grabador_) return;
+    if (!apartar(como_.archivo) || !cinta_->abrir(como_.archivo)) cinta_->abandonar();
+    grabador_->empezarTramo();
+}
+
+void Grabacion::empezada() {
+    if (grabador_) grabador_->terminarTramo();
+}
+
+std::string Grabacion::novedad() {
+    if (!cinta_ || !cinta_->llena() || std::exchange(dicho_, true)) return {};
+    if (cinta_->sinDisco()) return "no se puede escribir en " + como_.archivo + ": no se graba";
+    return como_.archivo + (pideOtra() ? " llena: sigue en otra" : " llena: no sigue");
+}
+
+bool Grabacion::pideOtra() const {
+    return cinta_ && como_.enAnillo && cinta_->llena() && !cinta_->sinDisco();
+}
+
+int reproducir(const std::string& archivo, std::ostream& errores) {
+    std::ifstream entrada(archivo, std::ios::binary);
+    try {
+        return mostrar({std::istreambuf_iterator<char>(entrada), {}}, errores);
+    } catch (const CintaCortada&) {
+        errores << archivo << ": la grabacion termina a mitad de una entrada\n";
+    } catch (const CintaMala& mala) {
+        errores << archivo << ": " << mala.que << '\n';
+    }
+    return kNoReproducida;
+}
+
+} // namespace kv

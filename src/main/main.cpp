@@ -1,0 +1,150 @@
+#include "cli/castellano.h"
+#include "cli/salida_entera.h"
+#include "config/comprobacion.h"
+#include "main/grabacion.h"
+#include "main/programa.h"
+#ifdef KV_VENTANA
+#include "main/con_ventana.h"
+#endif
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+
+namespace kv {
+namespace {
+
+constexpr int kSalidaIncompleta = 1;
+
+int soloComprobar(const Opciones& opciones) {
+    ArchivosReales archivos;
+    Ajustes ajustes(archivos, opciones.carpeta);
+    const Comprobacion comprobacion = comprobar(ajustes);
+    std::cout << comprobacion.informe;
+    return comprobacion.resultado;
+}
+
+int correrSinVentana(const Opciones& opciones) {
+    BucleEpoll* bucle = nullptr;
+    Programa programa(opciones, [&bucle] { bucle->detener(); });
+    bucle = &programa.bucle;
+    if (!programa.arranque.soyElUnico()) return kYaCorre;
+    programa.arrancar();
+    programa.bucle.correr();
+    programa.cerrar();
+    programa.salida.volcarTodo();
+    // A trace that nobody takes does not stop the driver, but it is not forgotten either.
+    const bool entera = !programa.salida.fallo();
+    return programa.resultado() == kOrdenado && !entera ? kSalidaIncompleta : programa.resultado();
+}
+
+int correr(const Opciones& opciones) {
+#ifdef KV_VENTANA
+    if (!opciones.sinVentana) return correrConVentana(opciones);
+#endif
+    return correrSinVentana(opciones);
+}
+
+std::string esCarpeta(const std::string& ruta) {
+    std::error_code mal;
+    return std::filesystem::is_directory(ruta, mal) ? "" : "no existe la carpeta " + ruta;
+}
+
+/// "64K", "300M", "2G", in bytes; 0 for anything else or less.
+std::uint64_t bytesDeTexto(const std::string& texto) {
+    constexpr std::string_view kUnidades = "KMG";
+    constexpr std::uint64_t kMasGrande = 1U << 20;
+    constexpr std::uint64_t kMenos = 64U << 10;
+    std::uint64_t n = 0;
+    const char* const fin = texto.data() + texto.size();
+    const auto [unidad, error] = std::from_chars(texto.data(), fin, n);
+    if (error != std::errc{} || n > kMasGrande || fin - unidad != 1) return 0;
+    const auto cual = kUnidades.find(*unidad);
+    if (cual == std::string_view::npos) return 0;
+    const std::uint64_t bytes = n << (10 * (cual + 1));
+    return bytes < kMenos ? 0 : bytes;
+}
+
+void ponerGrabacion(CLI::App& app, ComoGrabar& grabar, CLI::Option* sinVentana) {
+    auto* archivo = app.add_option("--grabar", grabar.archivo,
+                                   "Graba todo lo que le llega al driver, para reproducirlo "
+                                   "despues; las tres grabaciones de antes quedan en ARCHIVO.1 "
+                                   "(la ultima), .2 y .3")
+                        ->type_name("ARCHIVO");
+    app.add_option_function<std::string>(
+           "--grabar-maximo", [&grabar](const std::string& t) { grabar.maximo = bytesDeTexto(t); },
+           "Hasta donde crece una grabacion, como 300M o 2G; si no se dice, 1G")
+        ->check(CLI::Validator(
+            [](const std::string& t) {
+                return bytesDeTexto(t) > 0 ? "" : "no es un tamano desde 64K, como 300M o 2G: " + t;
+            },
+            ""))
+        ->type_name("TAMANO")
+        ->needs(archivo);
+    app.add_flag("--grabar-en-anillo", grabar.enAnillo,
+                 "Cuando la grabacion se llena, el driver arranca de nuevo y sigue en otra")
+        ->needs(archivo)
+        ->needs(sinVentana); // what an operator was typing would be lost
+}
+
+/// The exit code if the program is to end at once.
+std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
+    CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
+                 std::string(kNombreDelPrograma)};
+    ponerEnCastellano(app);
+    app.set_help_flag("--help", "Muestra esta ayuda y termina");
+    app.set_version_flag("--version", std::string(kNombreDelPrograma) + " " + KV_VERSION,
+                         "Muestra la version y termina");
+    app.add_option("--carpeta", opciones.carpeta,
+                   "Carpeta del programa: ajustes, configuracion, guion y registros")
+        ->check(CLI::Validator(esCarpeta, ""))
+        ->type_name("DIR");
+    auto* sinVentana =
+        app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
+    app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
+    app.add_flag("--comprobar", opciones.comprobar,
+                 "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
+    ponerGrabacion(app, opciones.grabar, sinVentana);
+    app.add_option("--reproducir", opciones.reproducir,
+                   "Repite lo grabado, sin red ni archivos, y muestra las trazas")
+        ->type_name("ARCHIVO");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& ayuda) {
+        return app.exit(ayuda);
+    } catch (const CLI::ParseError& e) {
+        std::cerr << kNombreDelPrograma << ": " << enCastellano(e) << "\nVea " << kNombreDelPrograma
+                  << " --help\n";
+        return kMalaLinea;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+} // namespace kv
+
+int main(int argc, char** argv) {
+    kv::Opciones opciones;
+    std::signal(SIGPIPE, SIG_IGN);
+    if (const auto fin = kv::leerLinea(argc, argv, opciones))
+        return kv::conSalidaEntera(*fin, kv::kNombreDelPrograma, std::cout, std::cerr);
+    try {
+        std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
+        if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
+        if (opciones.comprobar)
+            return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
+                                       std::cout, std::cerr);
+        kv::pedirDescriptores();
+        const int resultado = kv::correr(opciones);
+        if (resultado == kv::kDeNuevo) kv::empezarDeNuevo(argv);
+        return resultado;
+    } catch (const std::exception& falla) {
+        std::cerr << kv::kNombreDelPrograma << ": " << falla.what() << '\n';
+        return kv::kMalaLinea;
+    }
+}

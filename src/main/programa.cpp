@@ -1,0 +1,80 @@
+#include "main/programa.h"
+
+#include <array>
+#include <csignal>
+#include <utility>
+
+namespace kv {
+namespace {
+
+std::string nombreDeLosRegistros() {
+    const std::string nombre = nombreDelPrograma();
+    return nombre.empty() ? std::string(kNombreDelPrograma) : nombre;
+}
+
+} // namespace
+
+Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
+    : salida(opciones.traza), grabacion(bucle, archivos, opciones.grabar, opciones.carpeta),
+      motor(grabacion.bucle(), grabacion.archivos(), opciones.carpeta, nombreDeLosRegistros()),
+      arranque(motor, procesos), terminar_(std::move(terminar)),
+      log_(archivos, bucle.reloj(), opciones.carpeta, nombreDeLosRegistros()) {
+    motor.vista.observar(&salida);
+    constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
+    bucle.alRecibirSenal(kSenales, [this](int) {
+        resultado_ = kOrdenado;
+        terminar_();
+    });
+    motor.operador.registrarEn(grabacion.registro());
+    bucle.alFinalDeVuelta([this] {
+        salida.volcar();
+        mirarGrabacion();
+        mirarDescriptores();
+    });
+    motor.scriptControl.fijarDisco([this] {
+        return grabacion.disco(discoDeCarpeta(carpetaDelGuion(motor, grabacion.archivos())));
+    });
+}
+
+Programa::~Programa() {
+    if (resultado() == kOrdenado) servicio.terminando();
+    motor.vista.observar(nullptr);
+}
+
+void Programa::arrancar() {
+    grabacion.empezar();
+    arranque.arrancar();
+    arranque.abrirServidor();
+    grabacion.empezada();
+    servicio.listo();
+    salida.volcar(); // the first turn of the loop may end seconds from now
+}
+
+/// Says so at once, and then once an hour for as long as it lasts.
+void Programa::mirarDescriptores() {
+    constexpr std::int64_t kDeNuevoMs = 3'600'000;
+    const std::uint64_t faltaron = bucle.faltaronDescriptores() - faltaronDescriptores_;
+    if (faltaron == 0) return;
+    const std::int64_t ahora = bucle.reloj().monotonicoMs();
+    if (faltaronMs_ != 0 && ahora - faltaronMs_ < kDeNuevoMs) return;
+    faltaronDescriptores_ += faltaron;
+    faltaronMs_ = ahora;
+    const std::string texto =
+        "no alcanzan los descriptores que el sistema permite (LimitNOFILE, ulimit -n): " +
+        std::to_string(faltaron) + " conexiones no se pudieron abrir";
+    log_.escribirLog("DRIVER", "Descriptores", texto);
+    salida.alMostrarMensaje("Descriptores", texto);
+}
+
+void Programa::mirarGrabacion() {
+    if (const std::string novedad = grabacion.novedad(); !novedad.empty()) {
+        motor.log.escribirLog("DRIVER", "Grabacion", novedad);
+        motor.vista.mostrarMensaje(novedad, "Grabacion");
+    }
+    // A write that waits is lost with the process.
+    if (resultado_ || !grabacion.pideOtra() || motor.ejecucion.enEspera() > 0) return;
+    resultado_ = kDeNuevo;
+    terminar_();
+}
+
+} // namespace kv

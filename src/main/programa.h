@@ -1,0 +1,70 @@
+#pragma once
+
+#include "engine/arranque.h"
+#include "engine/motor.h"
+#include "main/grabacion.h"
+#include "main/salida_de_traza.h"
+#include "platform/epoll/bucle_epoll.h"
+#include "platform/epoll/servicio.h"
+#include "platform/epoll/sistema.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kv {
+
+inline constexpr int kOrdenado = 0;
+inline constexpr int kYaCorre = 1;
+inline constexpr int kMalaLinea = 2;
+/// No exit code: the program is to be started once more in its own place.
+inline constexpr int kDeNuevo = -1;
+
+struct Opciones {
+    std::string carpeta = carpetaDelPrograma();
+    bool sinVentana = false;
+    bool traza = false;
+    bool comprobar = false;
+    ComoGrabar grabar;
+    std::string reproducir; ///< recording to play, empty: the driver runs
+};
+
+/// The driver on the real platform, with everything but windows.
+class Programa {
+  public:
+    /// `terminar` is called in the loop when the program is told to end by a signal. Threads that
+    /// are started afterwards leave those signals to the loop.
+    Programa(const Opciones& opciones, std::function<void()> terminar);
+    ~Programa();
+    Programa(const Programa&) = delete;
+    Programa& operator=(const Programa&) = delete;
+
+    /// The whole start-up, once it is known that no other instance runs.
+    void arrancar();
+    /// The loop has ended: what is still open in the plant and its records is closed.
+    void cerrar() { motor.terminar(); }
+    /// Why the loop ended: kOrdenado or kDeNuevo.
+    [[nodiscard]] int resultado() const { return resultado_.value_or(kOrdenado); }
+
+    BucleEpoll bucle;
+    AvisosDeServicio servicio{bucle};
+    ArchivosReales archivos;
+    ProcesosReales procesos;
+    SalidaDeTraza salida;
+    Grabacion grabacion;
+    Motor motor;
+    Arranque arranque;
+
+  private:
+    void mirarGrabacion();
+    void mirarDescriptores();
+
+    std::function<void()> terminar_;
+    /// For what the platform has to say. Apart from the engine's, whose every look may be recorded.
+    ArchivoLog log_;
+    std::uint64_t faltaronDescriptores_ = 0; ///< told of
+    std::int64_t faltaronMs_ = 0;            ///< when
+    std::optional<int> resultado_;
+};
+
+} // namespace kv

@@ -1,0 +1,97 @@
+#include "main/salida_de_traza.h"
+
+#include <cerrno>
+#include <iostream>
+#include <poll.h>
+#include <unistd.h>
+
+namespace kv {
+namespace {
+
+constexpr std::size_t kMaximoPendiente = 64U << 20;
+constexpr std::size_t kTrozo = 4096; // a pipe that takes anything takes this much without waiting
+constexpr int kEsperaAlFinalMs = 2000;
+
+} // namespace
+
+SalidaDeTraza::~SalidaDeTraza() { volcarTodo(); }
+
+void SalidaDeTraza::volcarTodo() {
+    while (!pendiente_.empty() && escribir(kEsperaAlFinalMs)) {
+    }
+}
+
+void SalidaDeTraza::linea(std::string_view nombre, std::int64_t indice, std::string_view texto) {
+    if (pendiente_.size() - escritos_ > kMaximoPendiente) {
+        ++perdidas_;
+        fallo_ = true;
+        return;
+    }
+    if (perdidas_ > 0) {
+        pendiente_ += "(" + std::to_string(perdidas_) + " lineas perdidas)\n";
+        perdidas_ = 0;
+    }
+    pendiente_ += nombre;
+    if (indice >= 0) pendiente_ += "(" + std::to_string(indice) + ")";
+    pendiente_ += ": ";
+    pendiente_ += texto;
+    pendiente_ += '\n';
+}
+
+void SalidaDeTraza::alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) {
+    if (!traza_) return;
+    while (!texto.empty()) {
+        const auto fin = texto.find("\r\n");
+        linea(caja, indice, texto.substr(0, fin));
+        texto = fin == std::string_view::npos ? std::string_view{} : texto.substr(fin + 2);
+    }
+}
+
+void SalidaDeTraza::alCambiarEtiqueta(std::string_view etiqueta, std::string_view texto) {
+    if (!traza_) return;
+    std::string enUna;
+    for (std::size_t i = 0; i < texto.size(); ++i) {
+        if (texto[i] == '\r' && i + 1 < texto.size() && texto[i + 1] == '\n') ++i;
+        if (texto[i] == '\r' || texto[i] == '\n') {
+            enUna += " | ";
+        } else {
+            enUna += texto[i];
+        }
+    }
+    linea(etiqueta, -1, enUna);
+}
+
+void SalidaDeTraza::alCambiarColor(std::string_view etiqueta, Color color) {
+    if (!traza_ || color == Color::Ninguno) return;
+    linea(etiqueta, -1, color == Color::Rojo ? "[rojo]" : "[verde]");
+}
+
+void SalidaDeTraza::alMostrarMensaje(std::string_view titulo, std::string_view texto) {
+    std::cerr << (titulo.empty() ? "DriverKV2200" : titulo) << ": " << texto << std::endl;
+}
+
+void SalidaDeTraza::volcar() {
+    while (!pendiente_.empty() && escribir(0)) {
+    }
+}
+
+/// Writes one piece; false when the reader takes no more within the time.
+bool SalidaDeTraza::escribir(int esperaMs) {
+    pollfd salida{STDOUT_FILENO, POLLOUT, 0};
+    if (poll(&salida, 1, esperaMs) != 1) return false;
+    const std::string_view resto = std::string_view(pendiente_).substr(escritos_, kTrozo);
+    const ssize_t n = write(STDOUT_FILENO, resto.data(), resto.size());
+    if (n > 0) escritos_ += static_cast<std::size_t>(n);
+    if (n < 0 && errno != EINTR && errno != EAGAIN) {
+        escritos_ = pendiente_.size(); // nobody reads
+        fallo_ = true;
+    }
+    // What is left moves up seldom enough for a reader that has far to catch up.
+    if (escritos_ > pendiente_.size() / 2) {
+        pendiente_.erase(0, escritos_);
+        escritos_ = 0;
+    }
+    return n > 0;
+}
+
+} // namespace kv

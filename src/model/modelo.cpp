@@ -1,0 +1,204 @@
+#include "model/modelo.h"
+
+#include "plant/bases.h"
+#include "text/numeros.h"
+#include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kv {
+namespace {
+
+// A time-out or rest of no length would spin a timer or stop it for ever.
+constexpr double kTiempoFueraPorDefecto = 5;
+constexpr double kReconeccionPorDefecto = 30;
+
+double segundosUtiles(double segundos, double porDefecto) {
+    return segundos > 0 && segundos <= Modelo::kScanMaximo ? segundos : porDefecto;
+}
+
+} // namespace
+
+Modelo::Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
+               Vista& vista, Sello& sello, ArregloDeTemporizadores& Timer1_Bloques)
+    : tablas_(tablas), conexiones_(conexiones), publicacion_(publicacion), vista_(vista),
+      sello_(sello), Timer1_Bloques_(Timer1_Bloques) {}
+
+void Modelo::levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
+                            double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
+                            bool /*leerDespuesDeEscribir*/) {
+    tablas_.puertos.agregar({numero, tiempoFuera, scanPorDefecto, reintentosMax, segReconeccion,
+                             tipoPlcPorDefecto, false});
+}
+
+void Modelo::levantarEstacion(double puerto, const std::string& conBlancos,
+                              const std::string& puertoConBlancos, double numero, double digitos,
+                              double indice) {
+    const std::string ip(recortar(conBlancos));
+    const std::string puertoTCP(recortar(puertoConBlancos));
+    const auto numeroCorto = enteroCorto(numero);
+    const auto digitosCortos = enteroCorto(digitos);
+    const auto indiceCorto = enteroCorto(indice);
+    if (!numeroCorto || !digitosCortos || !indiceCorto) return;
+    Indice k = tablas_.buscarConexion(ip, puertoTCP);
+    if (k == kNinguno) k = levantarConexion(puerto, ip, puertoTCP);
+    ConexionIP& c = tablas_.conexiones[k];
+    for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
+        if (c.estaciones[e].indice == *indiceCorto) return;
+    }
+    Estacion estacion;
+    estacion.numero = *numeroCorto;
+    estacion.digitos = *digitosCortos;
+    estacion.indice = *indiceCorto;
+    estacion.numeroDeEstacion = tablas_.cantidadDeEstaciones += 1;
+    const auto e = static_cast<Indice>(c.estaciones.agregar(estacion));
+    tablas_.anotarEstacion(k, e);
+    vista_.lstViewSockets.agregarA(c.filaLista, 3,
+                                   "[PLC " + textoDeNumero(numero) + " - Indice " +
+                                       textoDeNumero(indice) +
+                                       " n°L:" + textoDeNumero(estacion.numeroDeEstacion) + "]");
+}
+
+Indice Modelo::levantarConexion(double puerto, const std::string& ip,
+                                const std::string& puertoTCP) {
+    ConexionIP nueva;
+    nueva.ip = ip;
+    nueva.puertoTCP = puertoTCP;
+    nueva.puerto = puerto;
+    const auto numero = entero(numeroDeTexto(puertoTCP).value_or(0)).value_or(0);
+    nueva.numeroDePuertoTCP =
+        numero >= 1 && numero <= 65535 ? static_cast<std::uint32_t>(numero) : 0;
+    nueva.idSocket = conexiones_.levantarIP_oRetornarIdDeSocket(ip, puertoTCP);
+    nueva.filaLista = vista_.lstViewSockets.agregar(textoDeNumero(puerto));
+    vista_.lstViewSockets.poner(nueva.filaLista, 1, ip + ":" + puertoTCP);
+    const auto k = static_cast<Indice>(tablas_.conexiones.agregar(std::move(nueva)));
+    tablas_.anotarConexion(k);
+    vista_.txtTimerIpPuerto.usar(k, ip + ":" + puertoTCP);
+    return k;
+}
+
+void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) {
+    b.tiempoFueraMs = milisegundos(segundosUtiles(puerto.tiempoFuera, kTiempoFueraPorDefecto));
+    b.segReconeccion = segundosUtiles(puerto.segReconeccion, kReconeccionPorDefecto);
+    b.reconeccionMs = milisegundos(b.segReconeccion);
+    b.reintentosMax = puerto.reintentosMax;
+}
+
+double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
+                                   double cantidad, double scanSegundos, bool activo,
+                                   double nivel) {
+    const auto enRango = [](double n, double desde, double hasta) {
+        return n >= desde && n <= hasta && n == std::floor(n);
+    };
+    const auto lugar = tablas_.buscarEstacion(puerto, plc);
+    if (lugar.conexion == kNinguno || !tablas_.puertos.vive(puerto - 1) ||
+        !enRango(cantidad, 1, kCantidadMaxima) || !enRango(nivel, 0, kNivelMaximo) ||
+        !esScan(scanSegundos))
+        return -1;
+    Indice primero = kNinguno;
+    for (const std::string& registro : registrosDeBloque(direccion, cantidad)) {
+        const Indice k =
+            levantarRegistro(lugar, puerto, registro, scanSegundos, activo, nivel, primero);
+        if (primero == kNinguno) primero = k;
+    }
+    return primero;
+}
+
+Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double puerto,
+                                const std::string& direccion, double scanSegundos, bool activo,
+                                double nivel, Indice primero) {
+    ConexionIP& c = tablas_.conexiones[lugar.conexion];
+    Estacion& estacion = c.estaciones[lugar.estacion];
+    const auto k = static_cast<Indice>(tablas_.bloques.limiteSuperior());
+    BloqueLectura& b = tablas_.bloques[k];
+    b.cantidad = 1;
+    b.nivel = nivel;
+    b.activo = b.activoPorDefecto = activo;
+    b.habilitadoPorRespuestas = !estacion.muda;
+    b.indice = k;
+    b.primeroDelConfigurado = primero == kNinguno ? k : primero;
+    b.idConexion = lugar.conexion;
+    b.idEstacion = lugar.estacion;
+    b.digitos = estacion.digitos;
+    b.indiceEstacion = estacion.indice;
+    b.puerto = static_cast<std::int16_t>(puerto);
+    b.plc = estacion.numero;
+    b.direccion = direccion;
+    b.clave = claveDeBloque(puerto, b.plc, direccion);
+    b.scanSegundos = scanSegundos;
+    b.scanMs = milisegundos(scanSegundos);
+    copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(puerto) - 1]);
+    c.pacienciaMs = std::max<std::int64_t>(
+        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) *
+                                    (std::clamp(b.reintentosMax, 0.0, 100.0) + 1)));
+
+    auto& niveles = tablas_.bloquesPorNivel;
+    if (nivel >= static_cast<double>(niveles.size()))
+        niveles.resize(static_cast<std::size_t>(nivel) + 1);
+    niveles[static_cast<std::size_t>(nivel)] += textoDeNumero(k) + ";";
+
+    levantarVariable(b);
+    const auto trama =
+        armarTramaLectura(direccion, textoDeNumero(b.indiceEstacion), b.tramaSolicitudTexto);
+    b.tieneTrama = trama.has_value();
+    if (trama) b.tramaSolicitud = *trama;
+    b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
+    c.bloques.push_back(k);
+    estacion.bloques.push_back(k);
+    tablas_.bloques.crecer();
+    tablas_.anotarRegistro(k);
+    levantarControles(b);
+    return k;
+}
+
+void Modelo::levantarVariable(BloqueLectura& b) {
+    b.nombreScript = nombreDeScript(b.clave);
+    b.estado = kBad;
+    tablas_.cantidadDePuntos += 1;
+    Lista& lista = vista_.lstViewVariables;
+    b.filaVariable = lista.agregar(b.clave, b.indice);
+    lista.poner(b.filaVariable, 1, "0");
+    lista.poner(b.filaVariable, 2, textoEstado(kBad));
+    lista.poner(b.filaVariable, 3, sello_.ahora());
+    lista.poner(b.filaVariable, 4, b.nombreScript);
+    lista.tildar(b.filaVariable, b.activo);
+    publicacion_.darDeAlta(b);
+}
+
+void Modelo::levantarControles(const BloqueLectura& b) {
+    Lista& lista = vista_.lstViewEstadoDeBloques;
+    const FilaDeLista fila = lista.agregar(b.clave, b.indice);
+    tablas_.bloques[b.indice].filaBloque = fila;
+    lista.poner(fila, 1, textoDeNumero(b.nivel));
+    lista.poner(fila, 2, textoDeNumero(b.scanSegundos));
+    lista.poner(fila, 3, "SI");
+    if (!b.tieneTrama)
+        lista.poner(fila, 4, "NO SE POLEA: direccion o indice fuera de trama");
+    else if (b.scanMs == 0)
+        lista.poner(fila, 4, "SCAN 0: se lee al conectar y al forzar");
+    lista.tildar(fila, b.activo);
+    if (Timer1_Bloques_.cuantos() == 0) Timer1_Bloques_.agregar();
+    Timer1_Bloques_.agregar();
+    vista_.txtTimer.usar(b.indice, textoDeNumero(b.indice + 1.0));
+}
+
+void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    if (bit > 15) return;
+    if (!b.bits) b.bits = std::make_unique<BitsDeVariable>();
+    if (b.bits->bitDefinido[bit]) return;
+    b.bits->bitDefinido[bit] = true;
+    tablas_.cantidadDePuntos += 1;
+    const std::string clave = b.clave + "." + textoDeNumero(static_cast<double>(bit));
+    b.bits->bitNombres[bit] = nombreDeScript(clave);
+    Lista& lista = vista_.lstViewVariables;
+    const FilaDeLista fila = lista.agregar(clave, b.indice);
+    b.bits->bitFilas[bit] = fila;
+    lista.poner(fila, 4, b.bits->bitNombres[bit]);
+    lista.tildar(fila, b.activo);
+    publicacion_.darDeAltaBit(b, bit);
+}
+
+} // namespace kv

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "link/conexiones.h"
+#include "plant/tablas.h"
+#include "platform/arreglo_de_temporizadores.h"
+#include "platform/sello.h"
+#include "script/publicacion.h"
+#include "view/vista.h"
+
+#include <string>
+
+namespace kv {
+
+/// Builds runtime records: ports, stations with their connections, read blocks with their
+/// variables, bits. Each record is complete when its operation returns: its rows, boxes, tabs,
+/// timers and published variables exist.
+class Modelo {
+  public:
+    Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion, Vista& vista,
+           Sello& sello, ArregloDeTemporizadores& Timer1_Bloques);
+
+    /// Seconds where times are meant. `leerDespuesDeEscribir` is accepted and not kept.
+    void levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
+                        double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
+                        bool leerDespuesDeEscribir);
+    /// A station that its connection already has (same `indice`) changes nothing; nor does one
+    /// whose numbers do not fit 16 bits.
+    void levantarEstacion(double puerto, const std::string& ip, const std::string& puertoTCP,
+                          double numero, double digitos, double indice);
+    /// A frame asks for one register, so a quantity of n becomes n blocks of one register each, as
+    /// far as the addresses go. Index of the first, or -1 when the port or station does not exist,
+    /// or the quantity, level or scan time is none that a block can have. An address or station
+    /// index that fits no frame gives a block that is listed and published and never polled.
+    double levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
+                               double cantidad, double scanSegundos, bool activo, double nivel);
+    /// The bit variable `bit` (0 to 15) of a block's register; nothing if it exists.
+    void levantarBitDeDireccion(Indice bloque, std::size_t bit);
+
+    static constexpr double kCantidadMaxima = 10'000; ///< registers of a configured block
+    static constexpr double kNivelMaximo = 10'000;
+    static constexpr double kScanMaximo = 86400.0 * 365; ///< seconds
+    static constexpr double kScanMinimo = 0.001;         ///< seconds, for one that is not 0
+    /// 0, or within the two above.
+    [[nodiscard]] static bool esScan(double segundos) {
+        return segundos == 0 || (segundos >= kScanMinimo && segundos <= kScanMaximo);
+    }
+
+  private:
+    Indice levantarConexion(double puerto, const std::string& ip, const std::string& puertoTCP);
+    [[nodiscard]] Indice levantarRegistro(const Tablas::LugarDeEstacion& lugar, double puerto,
+                                          const std::string& direccion, double scanSegundos,
+                                          bool activo, double nivel, Indice primero);
+    static void copiarDePuerto(BloqueLectura& b, const Puerto& puerto);
+    void levantarVariable(BloqueLectura& b);
+    void levantarControles(const BloqueLectura& b);
+
+    Tablas& tablas_;
+    GestorDeConexiones& conexiones_;
+    Publicacion& publicacion_;
+    Vista& vista_;
+    Sello& sello_;
+    ArregloDeTemporizadores& Timer1_Bloques_;
+};
+
+} // namespace kv

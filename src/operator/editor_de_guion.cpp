@@ -1,0 +1,105 @@
+#include "operator/editor_de_guion.h"
+
+#include "script/errores.h"
+#include "text/windows1252.h"
+#include "vbscript/engine.h"
+
+namespace kv {
+namespace {
+
+constexpr std::size_t kMaximoDelArchivo = 16U << 20;
+constexpr std::string_view kFinDeLinea = "\r\n";
+
+/// A compilation asks nothing of the world.
+class SinMundo final : public vbscript::Surroundings {
+  public:
+    std::int64_t monotonicMs() override { return 0; }
+    vbscript::LocalTime wallClock() override { return {}; }
+    int messageBox(std::string_view, int, std::string_view) override { return 1; }
+    std::string inputBox(std::string_view, std::string_view, std::string_view) override {
+        return {};
+    }
+};
+
+FallaDeGuion desde(const vbscript::ScriptError& error) {
+    return {error.line, error.column, enCastellano(error), error.description};
+}
+
+std::string conFinDeLinea(std::string_view texto) {
+    std::string salida;
+    salida.reserve(texto.size() + texto.size() / 16 + kFinDeLinea.size());
+    while (!texto.empty()) {
+        const auto fin = texto.find_first_of(kFinDeLinea);
+        salida += texto.substr(0, fin);
+        salida += kFinDeLinea;
+        if (fin == std::string_view::npos) break;
+        texto.remove_prefix(fin + (texto.substr(fin, 2) == kFinDeLinea ? 2 : 1));
+    }
+    return salida;
+}
+
+std::size_t largoDelCaracter(std::string_view texto) {
+    std::size_t n = 1;
+    while (n < texto.size() && (static_cast<unsigned char>(texto[n]) & 0xC0) == 0x80)
+        ++n;
+    return n;
+}
+
+} // namespace
+
+std::optional<std::string> EditorDeGuion::leer() {
+    propia_ = conocida_ = {};
+    if (ruta().empty()) return std::string();
+    propia_ = conocida_ = archivos_.huella(ruta());
+    const auto bytes = archivos_.leer(ruta(), kMaximoDelArchivo);
+    if (!bytes && propia_.existe) return std::nullopt;
+    return bytes ? conFinDeLinea(utf8DesdeWindows1252(*bytes)) : std::string();
+}
+
+EditorDeGuion::Guardado EditorDeGuion::guardar(std::string_view texto) {
+    if (ruta().empty()) return Guardado::SinRuta;
+    std::string bytes = windows1252DesdeUtf8(texto);
+    if (utf8DesdeWindows1252(bytes) != texto) return Guardado::CaracterAjeno;
+    bytes += kFinDeLinea;
+    if (!archivos_.reemplazar(ruta(), bytes)) return Guardado::NoSePudo;
+    propia_ = conocida_ = archivos_.huella(ruta());
+    return Guardado::Hecho;
+}
+
+bool EditorDeGuion::cambioAfuera() const {
+    return !ruta().empty() && archivos_.huella(ruta()) != conocida_;
+}
+
+std::optional<FallaDeGuion> EditorDeGuion::caracterAjeno(std::string_view texto) {
+    const std::string vuelta = utf8DesdeWindows1252(windows1252DesdeUtf8(texto));
+    int linea = 1;
+    int columna = 1;
+    for (std::size_t i = 0; i < texto.size(); ++columna) {
+        const std::size_t n = largoDelCaracter(texto.substr(i));
+        const std::string_view caracter = texto.substr(i, n);
+        // Up to here both texts are the same, so the place is the same in both.
+        if (vuelta.compare(i, n, caracter) != 0)
+            return FallaDeGuion{linea, columna, std::string(caracter)};
+        if (caracter == "\n") {
+            ++linea;
+            columna = 0;
+        }
+        i += n;
+    }
+    return std::nullopt;
+}
+
+std::optional<FallaDeGuion> EditorDeGuion::comprobar(std::string_view texto) {
+    SinMundo mundo;
+    vbscript::Engine motor(mundo);
+    if (motor.check(texto)) return std::nullopt;
+    return desde(motor.error());
+}
+
+std::optional<FallaDeGuion> EditorDeGuion::fallaDeLaCorrida() const {
+    const vbscript::ScriptError* falla = guion_.falla(propia_);
+    if (falla == nullptr) return std::nullopt;
+    return desde(*falla);
+}
+
+} // namespace kv

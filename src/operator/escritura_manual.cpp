@@ -1,0 +1,68 @@
+#include "operator/escritura_manual.h"
+
+#include "text/numeros.h"
+#include "text/texto.h"
+#include "write/palabra.h"
+
+namespace kv {
+namespace {
+
+constexpr int kBits = 16;
+constexpr double kPalabraMaxima = 65535;
+
+double numero(const std::string& texto) { return numeroDeTexto(texto).value_or(0); }
+
+} // namespace
+
+int EscrituraManual::bit() const {
+    const auto punto = TxtDireccion.rfind('.');
+    if (punto == std::string::npos) return -1;
+    const auto n = numeroDeTexto(std::string_view(TxtDireccion).substr(punto + 1));
+    return n && *n >= 0 && *n < kBits ? static_cast<int>(*n) : -1;
+}
+
+std::string EscrituraManual::direccion() const {
+    return txtPuerto + "." + TxtPlc + "." + TxtDireccion;
+}
+
+void EscrituraManual::ponerValor(std::string_view texto) {
+    valor_ = esNumerico(texto) ? texto : "0";
+}
+
+void EscrituraManual::recibirValorMW(double valor) { ponerValor(textoDeNumero(valor)); }
+
+bool EscrituraManual::CheckBin(int cual) const {
+    if (bit() >= 0) return cual == bit() && numero(valor_) != 0;
+    return wordbit(numero(valor_), cual) == 1;
+}
+
+std::string EscrituraManual::LblBinario() const {
+    if (bit() >= 0) return "Bit " + std::to_string(bit()) + ": " + (CheckBin(bit()) ? '1' : '0');
+    std::string bits;
+    for (int b = kBits - 1; b >= 0; --b)
+        bits += CheckBin(b) ? '1' : '0';
+    return "Binario: " + bits;
+}
+
+void EscrituraManual::marcar(int cual, bool marcado) {
+    if (bit() >= 0) return ponerValor(marcado ? "1" : "0");
+    ponerValor(textoDeNumero(SetearBIT_YDevolverPalabra(numero(valor_), cual, marcado)));
+}
+
+bool EscrituraManual::cabe() const { return numero(valor_) <= (bit() >= 0 ? 1 : kPalabraMaxima); }
+
+bool EscrituraManual::admite(char16_t caracter) {
+    const auto tecla = static_cast<std::int16_t>(caracter);
+    return caracter >= u' ' && ValidarIngresoDeNumeros(tecla, false, false) == tecla;
+}
+
+std::string EscrituraManual::BtnOk(OrdenDeEscribir& orden) const {
+    if (recortar(txtPuerto).empty()) return "Error de numero de Puerto";
+    if (recortar(TxtPlc).empty()) return "Error de numero de PLC";
+    if (recortar(TxtDireccion).empty()) return "Error de numero de Direccion";
+    if (recortar(valor_).empty() || !cabe()) return "Error de valor numerico";
+    orden.escribirDireccion(direccion(), numero(valor_));
+    return {};
+}
+
+} // namespace kv

@@ -1,0 +1,54 @@
+#include "plant/bases.h"
+
+#include "text/numeros.h"
+#include "text/texto.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kv {
+
+std::string_view textoEstado(double codigo) {
+    if (codigo == kOk) return "OK";
+    return codigo == kBad ? "BAD" : "";
+}
+
+std::int64_t milisegundos(double segundos) {
+    return segundos > 0 ? std::max<std::int64_t>(1, std::llround(segundos * 1000)) : 0;
+}
+
+std::string claveDeBloque(double puerto, double plc, std::string_view direccion) {
+    std::string clave;
+    agregarNumero(clave, puerto);
+    clave += '.';
+    agregarNumero(clave, plc);
+    clave += '.';
+    clave += direccion;
+    return clave;
+}
+
+std::string nombreDeScript(std::string_view clave) {
+    std::string nombre = "MW_";
+    for (const char c : clave)
+        nombre += c == '.' ? '_' : c;
+    return nombre;
+}
+
+std::vector<std::string> registrosDeBloque(std::string_view direccion, double cantidad) {
+    constexpr std::uint32_t kUltimo = 0xFF;
+    std::vector<std::string> registros{std::string(direccion)};
+    const auto primero = hexadecimal(direccion);
+    if (!primero || *primero > kUltimo) return registros;
+    const bool enMinusculas = std::any_of(direccion.begin(), direccion.end(),
+                                          [](char c) { return c >= 'a' && c <= 'f'; });
+    for (std::uint32_t n = 1; n < cantidad && *primero + n <= kUltimo; ++n) {
+        std::string registro;
+        agregarHexadecimal(registro, static_cast<std::uint8_t>(*primero + n));
+        if (registro.size() < direccion.size())
+            registro.insert(0, direccion.size() - registro.size(), '0');
+        registros.push_back(enMinusculas ? minusculas(registro) : std::move(registro));
+    }
+    return registros;
+}
+
+} // namespace kv

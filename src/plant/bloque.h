@@ -1,0 +1,116 @@
+#pragma once
+
+#include "plant/registros.h"
+#include "wire/Modulo_Tramas_KV2200.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+/// Number of a record in its table.
+using Indice = std::uint32_t;
+inline constexpr Indice kNinguno = 0xFFFFFFFF;
+
+/// The bit variables of one register. Made when the first of them is.
+struct BitsDeVariable {
+    std::array<bool, 16> bitDefinido{};
+    std::array<std::string, 16> bitNombres;
+    std::array<FilaDeLista, 16> bitFilas{};
+    std::array<Indice, 16> ranuraValor{};
+    std::array<Indice, 16> ranuraEstado{};
+};
+
+/// A block: one register of one station, which is one `Variable`. A configured block of several
+/// registers becomes as many of these, one behind the other.
+struct BloqueLectura : ConfiguracionDeBloque {
+    bool activo = false;                 ///< enabled; set with Publicacion::ponerActivo
+    bool pendiente = false;              ///< due; set with Tablas::ponerPendiente
+    bool habilitadoPorRespuestas = true; ///< set with Tablas::habilitar
+    bool tieneTrama = false;             ///< the address fits a frame: it can be polled
+    bool publicable = false;             ///< its name is an identifier of the script
+    Indice indice = kNinguno;            ///< in its own table
+    Indice idConexion = kNinguno;
+    Indice idEstacion = kNinguno;
+    Indice posicionEnConexion = 0;
+    Indice primeroDelConfigurado =
+        kNinguno; ///< the first of those that one configured block became
+    double digitos = 0;
+    double indiceEstacion = 0;
+    std::string clave;
+
+    std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
+    std::int64_t tiempoFueraMs = 0;
+    std::int64_t reconeccionMs = 0;
+    double segReconeccion = 0;
+    double reintentosMax = 0;
+
+    double reintentos = 0; ///< failed tries of the present transaction
+    bool sondeo = false;   ///< asked again after a rest, once: its register is known to be silent
+    bool enDuda = false;   ///< the last try was answered, and whose answer it was cannot be told
+    bool saltado = false;  ///< others went before it because their answers could be told
+
+    // A force by level.
+    bool forzado = false;
+    bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
+    bool activoSinForzar = false;
+    double forzadoVeces = 0;
+    double forzadoContador = 0; ///< answers so far
+
+    Solicitud tramaSolicitud{};
+    std::string tramaSolicitudTexto;
+
+    double valor = 0;
+    double estado = 0; ///< kOk or kBad
+    std::string nombreScript;
+    Indice ranuraValor = kNinguno; ///< of the script's variable, kNinguno if not published
+    Indice ranuraEstado = kNinguno;
+    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
+    FilaDeLista filaVariable = kSinFila;
+    FilaDeLista filaBloque = kSinFila;
+
+    Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
+};
+
+/// What a write is at. Every step is a transaction of its own on the connection.
+enum class PasoDeEscritura : std::uint8_t {
+    PorLeer,   ///< a bit's: its register is read first
+    PorEnviar, ///< the word is known
+    Enviada,   ///< the word has left
+    Terminada
+};
+
+/// A write: a register or one bit of it, a value, and how far it has come.
+struct BloqueEscritura {
+    PasoDeEscritura paso = PasoDeEscritura::Terminada;
+    bool esperandoConfirmacion = false; ///< a read-back is out
+    bool enDuda = false;                ///< an answer came that may be another request's
+    Indice indice = kNinguno;
+    Indice idConexion = kNinguno;
+    Indice indiceBloqueLectura = kNinguno;
+    int bit = -1;       ///< 0 to 15, or -1: the whole register
+    double pedido = 0;  ///< the value asked for: of the register, or of the bit
+    double palabra = 0; ///< what the register shall be
+    double reintentos = 0;
+    double reintentosMax = 0;
+    std::int64_t plazoMs = 0;
+    std::int64_t pedidaMs = 0; ///< when it was asked for, on the clock that never goes back
+    std::int64_t leidaMs = 0;  ///< when a bit's register was read
+    std::uint32_t lecturas = 0;
+    Solicitud tramaSolicitud{};
+    std::string tramaSolicitudTexto;
+    Solicitud tramaLectura{};
+    std::string trazaLectura;
+    std::string clave;        ///< of the read block
+    std::string origen;       ///< who asked for it
+    double valorAnterior = 0; ///< of the register or bit when the frame left
+    bool seConociaAnterior = false;
+
+    [[nodiscard]] bool esBit() const { return bit >= 0; }
+    [[nodiscard]] bool activo() const { return paso != PasoDeEscritura::Terminada; }
+};
+
+} // namespace kv

@@ -1,0 +1,92 @@
+#include "plant/tablas.h"
+
+#include "text/numeros.h"
+#include "text/texto.h"
+
+namespace kv {
+namespace {
+
+std::uint64_t claveDeEstacion(double puerto, double plc) {
+    const auto mitad = [](double n) {
+        return std::uint64_t{static_cast<std::uint32_t>(entero(n).value_or(-1))};
+    };
+    return mitad(puerto) << 32 | mitad(plc);
+}
+
+} // namespace
+
+void Tablas::actualizarPorPolear(const BloqueLectura& b) {
+    if (b.idConexion == kNinguno) return;
+    conexiones[b.idConexion].porPolear.poner(
+        b.posicionEnConexion, b.pendiente && b.activo && b.tieneTrama && b.habilitadoPorRespuestas);
+}
+
+void Tablas::ponerPendiente(Indice bloque, bool pendiente) {
+    bloques[bloque].pendiente = pendiente;
+    actualizarPorPolear(bloques[bloque]);
+}
+
+void Tablas::ponerActivo(Indice bloque, bool activo) {
+    bloques[bloque].activo = activo;
+    actualizarPorPolear(bloques[bloque]);
+}
+
+void Tablas::habilitar(Indice bloque, bool habilitado) {
+    bloques[bloque].habilitadoPorRespuestas = habilitado;
+    actualizarPorPolear(bloques[bloque]);
+}
+
+std::size_t Tablas::siguientePorPolear(Indice conexion) const {
+    const ConexionIP& c = conexiones[conexion];
+    return c.cursorBloques == kNinguno ? c.porPolear.siguiente(0)
+                                       : c.porPolear.siguienteEnRonda(c.cursorBloques);
+}
+
+Indice Tablas::buscarPorRegistro(Indice conexion, double plc, std::string_view registro) const {
+    const auto numero = hexadecimal(registro);
+    if (!numero) return kNinguno;
+    const auto& por = conexiones[conexion].porRegistro;
+    const auto i = por.find(claveDeEstacion(plc, 0) | *numero);
+    return i == por.end() ? kNinguno : i->second;
+}
+
+void Tablas::anotarRegistro(Indice bloque) {
+    const BloqueLectura& b = bloques[bloque];
+    if (const auto numero = hexadecimal(b.direccion))
+        conexiones[b.idConexion].porRegistro.try_emplace(claveDeEstacion(b.plc, 0) | *numero,
+                                                         bloque);
+}
+
+std::string Tablas::claveDeConexion(const std::string& ip, const std::string& puertoTCP) {
+    const auto numero = numeroDeTexto(puertoTCP);
+    return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));
+}
+
+Indice Tablas::buscarConexion(const std::string& ip, const std::string& puertoTCP) const {
+    const auto i = porDireccion_.find(claveDeConexion(ip, puertoTCP));
+    return i == porDireccion_.end() ? kNinguno : i->second;
+}
+
+void Tablas::anotarConexion(Indice conexion) {
+    const ConexionIP& c = conexiones[conexion];
+    porDireccion_.try_emplace(claveDeConexion(c.ip, c.puertoTCP), conexion);
+}
+
+Tablas::LugarDeEstacion Tablas::buscarEstacion(double puerto, double plc) const {
+    const auto i = porNumero_.find(claveDeEstacion(puerto, plc));
+    return i == porNumero_.end() || !(puerto == conexiones[i->second.conexion].puerto) ||
+                   plc != conexiones[i->second.conexion].estaciones[i->second.estacion].numero
+               ? LugarDeEstacion{}
+               : i->second;
+}
+
+void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
+    const ConexionIP& c = conexiones[conexion];
+    // The first in table order wins: connection by connection, station by station.
+    const LugarDeEstacion lugar{conexion, estacion};
+    const auto [i, nueva] =
+        porNumero_.try_emplace(claveDeEstacion(c.puerto, c.estaciones[estacion].numero), lugar);
+    if (!nueva && conexion < i->second.conexion) i->second = lugar;
+}
+
+} // namespace kv

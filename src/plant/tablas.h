@@ -1,0 +1,125 @@
+#pragma once
+
+#include "plant/bloque.h"
+#include "plant/posiciones.h"
+#include "plant/registros.h"
+#include "plant/tabla.h"
+#include "wire/respuestas_debidas.h"
+
+#include <list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kv {
+
+/// What a connection is doing; link/turno keeps it.
+enum class EstadoDeTurno : std::uint8_t {
+    Libre,     ///< nothing is outstanding: a request may leave
+    Esperando, ///< a request is outstanding and its time-out runs
+    EnPausa,   ///< the pause between two requests runs, or the line is being held back
+};
+
+/// One TCP connection: all stations with the same address share it, one request at a time.
+struct ConexionIP {
+    bool ocupada = false;     ///< from any send to the end of the pause
+    bool escribiendo = false; ///< the outstanding request belongs to a write
+    bool escrituraPendiente = false;
+    std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
+    EstadoDeTurno turno = EstadoDeTurno::Libre;
+    bool pausaCumplida = false; ///< a pause of no length: over when the present handler is
+    bool retenida = false;      ///< the pause waits for the line to fall silent
+    RespuestasDebidas debidas;
+    RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
+    Solicitud tramaEnCurso{};                        ///< what was sent last
+    Indice bloqueDePrueba = kNinguno; ///< asked on trial: has the next turn whose answer counts
+
+    Indice bloqueEnCurso = kNinguno; ///< none until something was sent
+    Indice cursorBloques = kNinguno; ///< position of the block polled last; none at first
+    Indice escrituraEnCurso = kNinguno;
+
+    std::string ip;
+    std::string puertoTCP;
+    std::uint32_t numeroDePuertoTCP = 0; ///< 0 when the text is no port
+    double puerto = 0;
+    std::int64_t pacienciaMs =
+        0; ///< all tries of its slowest block: a dead cable is noticed by then
+    Indice idSocket = kNinguno;
+    Tabla<Estacion, std::vector<Estacion>> estaciones;
+    std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
+    ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
+    std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
+    std::list<Indice> escrituras; ///< the writes still to be done, oldest first
+    FilaDeLista filaLista = kSinFila;
+
+    double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;
+    bool enTiempoFuera = false;
+    double estadoSupervision = 0;
+    std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on
+
+    std::vector<std::uint8_t> recepcion;
+    std::string recepcionTexto;
+    std::int16_t recepcionEstado = 0;
+};
+
+/// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
+/// the writes when none is left to do.
+class Tablas {
+  public:
+    Tabla<Puerto> puertos;
+    Tabla<ConexionIP> conexiones;
+    Tabla<BloqueLectura> bloques;
+    Tabla<BloqueEscritura> escrituras;
+    std::vector<std::string> bloquesPorNivel{1}; ///< per level: "0;3;7;"
+    double cantidadDePuntos = 0;
+    double cantidadDeEstaciones = 0;
+
+    // What decides whether a block waits for a turn is changed through these, so that a connection
+    // always knows its waiting blocks without looking at all of them.
+    void ponerPendiente(Indice bloque, bool pendiente);
+    void ponerActivo(Indice bloque, bool activo);
+    void habilitar(Indice bloque, bool habilitado);
+    /// Position in the connection's `bloques` of the block to be polled next, the one polled last
+    /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.
+    [[nodiscard]] std::size_t siguientePorPolear(Indice conexion) const;
+    /// The one after `posicion` in that order, which may be `posicion` itself.
+    [[nodiscard]] std::size_t siguientePorPolear(Indice conexion, std::size_t posicion) const {
+        return conexiones[conexion].porPolear.siguienteEnRonda(posicion);
+    }
+    [[nodiscard]] Estacion& estacionDe(const BloqueLectura& b) {
+        return conexiones[b.idConexion].estaciones[b.idEstacion];
+    }
+
+    /// The live connection of an address: IP without regard to case, port as a number. kNinguno if
+    /// there is none.
+    [[nodiscard]] Indice buscarConexion(const std::string& ip, const std::string& puertoTCP) const;
+    /// The station `plc` of a port: connection and place in it; connection kNinguno if there is
+    /// none.
+    struct LugarDeEstacion {
+        Indice conexion = kNinguno;
+        Indice estacion = kNinguno;
+    };
+    [[nodiscard]] LugarDeEstacion buscarEstacion(double puerto, double plc) const;
+
+    /// The first read block of a connection that polls a station's register, both addresses read as
+    /// hexadecimal numbers; kNinguno if there is none or `registro` is no such number.
+    [[nodiscard]] Indice buscarPorRegistro(Indice conexion, double plc,
+                                           std::string_view registro) const;
+
+    /// Enters a new block into the look-up above.
+    void anotarRegistro(Indice bloque);
+    /// Enters a new connection or station into the look-ups above.
+    void anotarConexion(Indice conexion);
+    void anotarEstacion(Indice conexion, Indice estacion);
+
+  private:
+    void actualizarPorPolear(const BloqueLectura& b);
+    [[nodiscard]] static std::string claveDeConexion(const std::string& ip,
+                                                     const std::string& puertoTCP);
+
+    std::unordered_map<std::string, Indice> porDireccion_;
+    std::unordered_map<std::uint64_t, LugarDeEstacion> porNumero_; ///< port and station number
+};
+
+} // namespace kv

@@ -1,0 +1,198 @@
+#pragma once
+
+#include "vbscript/syntax/ast.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace vbscript {
+
+// The steps of compiled code; a, b, c are operands unless said otherwise. "base": the first of
+// several registers in a row. "count": how many of them, in `n` (its low byte).
+// clang-format off
+// On operators 256 in `n` means that register b (of the "unless" steps: a) is done with, 512 the
+// same of c (b): it is emptied. It is never the register of the result.
+#define VBS_PLAIN_OPS(X)                                                                           \
+    X(Let)              /* a = b, an object by its default member; n: b may be emptied */          \
+    X(Copy)             /* a = b as it is */                                                       \
+    X(Move)             /* a = b, b emptied */                                                     \
+    X(SetObject)        /* Set a = b; n: b may be emptied */                                       \
+    X(Add)                                                                                         \
+    X(Subtract)                                                                                    \
+    X(Multiply)                                                                                    \
+    X(Divide)                                                                                      \
+    X(IntDivide)                                                                                   \
+    X(Modulo)                                                                                      \
+    X(Power)                                                                                       \
+    X(Concat)                                                                                      \
+    X(Equal)                                                                                       \
+    X(NotEqual)                                                                                    \
+    X(Less)                                                                                        \
+    X(Greater)                                                                                     \
+    X(LessEqual)                                                                                   \
+    X(GreaterEqual)     /* n: how written */                                                       \
+    X(Logical)          /* a = b op c; n: the operator */                                          \
+    X(Is)                                                                                          \
+    X(Not)                                                                                         \
+    X(Negate)                                                                                      \
+    X(Plus)                                                                                        \
+    X(Join)             /* a = b & ... from base b, count */                                       \
+    X(Append)           /* a = a & b & ..., in place when possible */                              \
+    X(EachPrepare)      /* a: base of array, index; b: what to go over */                          \
+    X(Index1)           /* a = b(c); 1 in n: as Let does */                                        \
+    X(Index)            /* a = b(...), base c, count */                                            \
+    X(SetIndex1)        /* a(b) = c; 1 in n: Set */                                                \
+    X(SetIndex)         /* a(...) = value behind the last, base b, count; Set with 256 in n */     \
+    X(Element)          /* a = reference to b(...), base c, count; 256 in n: locked in base c */   \
+    X(CallValue)        /* a = b as a statement, its default member, base c, count */              \
+    X(CallBuiltin)      /* a = built-in c, base b, count */                                        \
+    X(New)              /* a = new object of class c (a global) */                                 \
+    X(Ref)              /* a = reference to b */                                                   \
+    X(This)             /* a = Me */                                                               \
+    X(Clear)            /* b registers from a on */                                                \
+    X(Dim)              /* a = array c of the unit; 1 in n: keep one of the same bounds */         \
+    X(ReDim)            /* a(...) from base b, count; 256: Preserve */                             \
+    X(Erase)                                                                                       \
+    X(ResumeNext)                                                                                  \
+    X(GotoZero)                                                                                    \
+    X(BindAuto)         /* local a follows global c when there is one by now */                    \
+    X(CheckDefined)     /* global c, under Option Explicit */                                      \
+    X(Fail)             /* error n */                                                              \
+    X(Execute)          /* a = b run as text; n: 0 here, 1 in the module, 2 an expression */       \
+    X(WithObject)       /* a = b for With */
+
+// Steps after which execution may go on elsewhere.
+#define VBS_CONTROL_OPS(X)                                                                         \
+    X(Jump)             /* to c */                                                                 \
+    X(Repeat)           /* back to c; where time is counted */                                     \
+    X(JumpFalse)                                                                                   \
+    X(JumpTrue)         /* on a, to c */                                                           \
+    X(UnlessEqual)                                                                                 \
+    X(UnlessNotEqual)                                                                              \
+    X(UnlessLess)                                                                                  \
+    X(UnlessGreater)                                                                               \
+    X(UnlessLessEqual)                                                                             \
+    X(UnlessGreaterEqual)/* compare a, b; to c unless it holds */                                  \
+    X(ForPrepare)       /* a = start is set; b: base of limit, step, ready; to c when done */      \
+    X(ForNext)          /* again to c */                                                           \
+    X(EachNext)         /* a: variable; b: base; again to c */                                     \
+    X(CallGlobal)       /* a = procedure c (a global), arguments from base b, count */             \
+    X(CallOwn)          /* the same with procedure c of this class */                              \
+    X(CallName)         /* the same with a name that may turn out to be a variable */              \
+    X(LoadName)         /* a = global c, which may turn out to be a function */                    \
+    X(LoadAuto)         /* the same; else the local b */                                           \
+    X(RefName)          /* a = reference to global c, or what the function gives */                \
+    X(GetMember)        /* a = member c of base b, arguments behind it, count; 256: a statement */ \
+    X(LetMember)                                                                                   \
+    X(SetMember)        /* member c of base b, arguments, value, count without value */
+// clang-format on
+
+#define VBS_OPS(X) VBS_PLAIN_OPS(X) VBS_CONTROL_OPS(X)
+
+#define VBS_OP(name) name,
+enum class Op : std::uint16_t { VBS_OPS(VBS_OP) Return };
+#undef VBS_OP
+
+/// Where an operand lives: two high bits, then its number.
+using Operand = std::uint32_t;
+namespace operand {
+inline constexpr Operand kindShift = 30;
+inline constexpr Operand local = 0U << kindShift;  ///< Register of the frame.
+inline constexpr Operand pool = 1U << kindShift;   ///< Constant or global, by address.
+inline constexpr Operand follow = 2U << kindShift; ///< Register that may hold a reference.
+inline constexpr Operand member = 3U << kindShift; ///< Variable of Me.
+inline constexpr Operand kindMask = 3U << kindShift;
+inline constexpr Operand indexMask = ~kindMask;
+/// While compiling, a register that will stand behind the locals.
+inline constexpr Operand temporary = 1U << 29;
+inline constexpr Operand none = 0x1FFFFFFF;
+} // namespace operand
+
+struct Instruction {
+    Op op;
+    std::uint16_t n;
+    std::uint32_t a, b, c;
+};
+
+inline constexpr std::uint16_t flagBit = 256;
+inline constexpr std::uint16_t emptyFirst = 256;
+inline constexpr std::uint16_t emptySecond = 512;
+
+/// A stretch of code that fails as one: where it is in the text, where Resume Next goes on.
+struct Region {
+    std::uint32_t begin, end, resume;
+    Position at;
+};
+
+struct Unit;
+struct ClassInfo;
+
+struct Proc {
+    Unit* unit = nullptr;
+    Atom name = 0;
+    ProcKind kind = ProcKind::Main;
+    std::vector<Parameter> parameters;
+    std::uint32_t result = operand::none; ///< Register of the return value.
+    std::uint32_t locals = 0;
+    std::uint32_t registers = 0;
+    std::vector<Instruction> code;
+    std::vector<Value*> pool;
+    std::vector<const Proc*> callees; ///< Of the same class, for CallOwn.
+    std::vector<Region> regions;
+    std::vector<std::pair<Atom, Operand>> names; ///< For text run inside.
+    const ClassInfo* owner = nullptr;
+    Position at;
+};
+
+struct MemberVariable {
+    Atom name;
+    bool isArray;
+    std::vector<std::uint32_t> extents;
+};
+
+struct Member {
+    int variable = -1;
+    bool variablePublic = false;
+    const Proc* get = nullptr; ///< Property Get, Function or Sub.
+    const Proc* let = nullptr;
+    const Proc* set = nullptr;
+    bool getPublic = false, letPublic = false, setPublic = false;
+    const Value* constant = nullptr;
+};
+
+struct ClassInfo {
+    Atom name = 0;
+    Unit* unit = nullptr;
+    std::vector<MemberVariable> variables;
+    std::unordered_map<Atom, Member> members;
+    const Member* defaultMember = nullptr;
+    const Proc* initialize = nullptr;
+    const Proc* terminate = nullptr;
+};
+
+struct ArrayShape {
+    std::vector<std::uint32_t> extents;
+    bool fixed;
+};
+
+/// One compiled text. Lives as long as a procedure, class or running frame of it is in use.
+struct Unit : std::enable_shared_from_this<Unit> {
+    std::string source;
+    std::deque<Value> constants;
+    std::deque<Proc> procs;
+    std::deque<ClassInfo> classes;
+    std::vector<ArrayShape> shapes;
+    Proc* main = nullptr;
+    struct Declares {
+        std::uint32_t global;
+        const Proc* proc;
+        const ClassInfo* cls;
+        const Value* constant;
+    };
+    std::vector<Declares> declares;
+};
+
+} // namespace vbscript

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "vbscript/values/builtin.h"
+
+#include <vector>
+
+namespace vbscript {
+
+/// The groups, one file each.
+std::span<const Builtin> convertBuiltins();
+std::span<const Builtin> typeBuiltins();
+std::span<const Builtin> mathBuiltins();
+std::span<const Builtin> stringBuiltins();
+std::span<const Builtin> listBuiltins();
+std::span<const Builtin> byteBuiltins();
+std::span<const Builtin> dateBuiltins();
+std::span<const Builtin> datePartBuiltins();
+std::span<const Builtin> formatBuiltins();
+std::span<const Builtin> hostBuiltins();
+
+/// Made anew for each engine: values are not shared between threads.
+std::vector<BuiltinConstant> builtinConstants();
+
+/// An argument that may be left out: whether it is there.
+inline bool given(Arguments args, std::size_t k) { return k < args.size() && !args[k].isMissing(); }
+/// A whole number argument, or what it stands for when it is left out.
+std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t otherwise);
+/// vbBinaryCompare or vbTextCompare. Throws Fault 5 for another number.
+bool textCompareArg(Runtime& rt, Arguments args, std::size_t k);
+
+} // namespace vbscript

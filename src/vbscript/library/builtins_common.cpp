@@ -1,0 +1,16 @@
+#include "vbscript/library/builtins.h"
+#include "vbscript/values/convert.h"
+
+namespace vbscript {
+
+std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t otherwise) {
+    return given(args, k) ? toLong(rt, args[k]) : otherwise;
+}
+
+bool textCompareArg(Runtime& rt, Arguments args, std::size_t k) {
+    const std::int64_t mode = numberArg(rt, args, k, 0);
+    if (mode < 0 || mode > 2) throw Fault(5);
+    return mode != 0;
+}
+
+} // namespace vbscript

@@ -1,0 +1,251 @@
+#include "vbscript/library/dictionary.h"
+
+#include "vbscript/library/builtins.h"
+#include "vbscript/values/convert.h"
+#include "vbscript/values/linked.h"
+#include "vbscript/values/text.h"
+
+#include <cstring>
+#include <functional>
+
+namespace vbscript {
+
+namespace {
+
+/// Keys in the order in which they came, found by hashing. Removed ones leave a gap until there
+/// are more gaps than keys.
+class Dictionary : public Object, public Linked {
+  public:
+    explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {}
+    ~Dictionary() override { account_.shrink(charged_); }
+
+    [[nodiscard]] std::string typeName() const override { return "Dictionary"; }
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override;
+    bool elements(Runtime&, Value& list) override {
+        list = listOf(true);
+        return true;
+    }
+    void breakUp() override { clear(); }
+
+  private:
+    struct Entry {
+        Value key, item;
+        std::size_t hash = 0;
+        bool there = true;
+    };
+    static constexpr std::uint32_t free = UINT32_MAX;
+
+    [[nodiscard]] std::size_t hashOf(const Value& key) const;
+    [[nodiscard]] bool same(const Value& a, const Value& b) const;
+    [[nodiscard]] std::uint32_t find(const Value& key, std::size_t hash) const;
+    Entry& add(Value key, std::size_t hash);
+    void remove(std::uint32_t at);
+    void rebuild(std::size_t slots);
+    void clear();
+    [[nodiscard]] Value listOf(bool keys) const;
+    void get(Runtime& rt, Word member, std::span<Value> args, Value& result);
+    void put(Runtime& rt, Word member, bool isSet, std::span<Value> args);
+    void rename(std::span<Value> args);
+
+    std::vector<Entry> entries_;
+    std::vector<std::uint32_t> slots_;
+    std::size_t count_ = 0;
+    bool asText_ = false;
+    Memory& account_;
+    std::size_t charged_ = 0;
+};
+
+bool isNumber(const Value& v) { return isNumericType(v.type) || v.is(Type::Date); }
+
+double numberOf(const Value& v) {
+    if (v.is(Type::Currency)) return static_cast<double>(v.i) / 10000.0;
+    const bool whole = v.isInt() || v.is(Type::Byte) || v.is(Type::Boolean);
+    return whole ? static_cast<double>(v.i) : v.d;
+}
+
+std::size_t Dictionary::hashOf(const Value& key) const {
+    if (key.is(Type::String)) {
+        if (asText_) return std::hash<std::u16string_view>()(lowered(key.chars()));
+        return std::hash<std::u16string_view>()(key.chars());
+    }
+    if (isNumber(key)) return std::hash<double>()(numberOf(key));
+    if (key.is(Type::Object)) return std::hash<const void*>()(key.o);
+    return static_cast<std::size_t>(key.type);
+}
+
+bool Dictionary::same(const Value& a, const Value& b) const {
+    if (a.is(Type::String) || b.is(Type::String)) {
+        return a.type == b.type && compare(a.chars(), b.chars(), asText_) == 0;
+    }
+    if (isNumber(a) || isNumber(b)) return isNumber(a) && isNumber(b) && numberOf(a) == numberOf(b);
+    return a.type == b.type && (!a.is(Type::Object) || a.o == b.o);
+}
+
+std::uint32_t Dictionary::find(const Value& key, std::size_t hash) const {
+    if (slots_.empty()) return free;
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t k = hash & mask;; k = (k + 1) & mask) {
+        const std::uint32_t at = slots_[k];
+        if (at == free) return free;
+        const Entry& e = entries_[at];
+        if (e.there && e.hash == hash && same(e.key, key)) return at;
+    }
+}
+
+void Dictionary::rebuild(std::size_t slots) {
+    std::vector<std::uint32_t> fresh(slots, free);
+    std::vector<Entry> kept;
+    kept.reserve(count_);
+    for (Entry& e : entries_) {
+        if (e.there) kept.push_back(std::move(e));
+    }
+    entries_ = std::move(kept);
+    slots_ = std::move(fresh);
+    for (std::size_t n = 0; n < entries_.size(); ++n) {
+        std::size_t k = entries_[n].hash & (slots - 1);
+        while (slots_[k] != free)
+            k = (k + 1) & (slots - 1);
+        slots_[k] = static_cast<std::uint32_t>(n);
+    }
+}
+
+Dictionary::Entry& Dictionary::add(Value key, std::size_t hash) {
+    constexpr std::size_t cost = sizeof(Entry) + 3 * sizeof(std::uint32_t);
+    if ((entries_.size() + 1) * 2 > slots_.size()) {
+        std::size_t slots = 16;
+        while (slots < (count_ + 1) * 4)
+            slots *= 2;
+        rebuild(slots);
+    }
+    account_.grow(cost, 7);
+    charged_ += cost;
+    std::size_t k = hash & (slots_.size() - 1);
+    while (slots_[k] != free)
+        k = (k + 1) & (slots_.size() - 1);
+    Entry& e = entries_.emplace_back();
+    slots_[k] = static_cast<std::uint32_t>(entries_.size() - 1);
+    ++count_;
+    e.key = std::move(key);
+    e.hash = hash;
+    return e;
+}
+
+void Dictionary::remove(std::uint32_t at) {
+    Entry& e = entries_[at];
+    e.there = false;
+    --count_;
+    // What goes may run code that comes back here.
+    const Value key = std::move(e.key);
+    const Value item = std::move(e.item);
+}
+
+void Dictionary::clear() {
+    std::vector<Entry> gone;
+    gone.swap(entries_);
+    slots_.clear();
+    count_ = 0;
+    account_.shrink(charged_);
+    charged_ = 0;
+}
+
+Value Dictionary::listOf(bool keys) const {
+    std::vector<Value> all;
+    all.reserve(count_);
+    for (const Entry& e : entries_) {
+        if (e.there) all.push_back(keys ? e.key : e.item);
+    }
+    return arrayOf(std::move(all));
+}
+
+void Dictionary::rename(std::span<Value> args) {
+    if (args[0].is(Type::Array)) throw Fault(5);
+    const std::uint32_t from = find(args[0], hashOf(args[0]));
+    if (from == free) throw Fault(32811);
+    const std::size_t hash = hashOf(args[1]);
+    if (find(args[1], hash) != free) throw Fault(457);
+    if (args[1].is(Type::Array)) throw Fault(5);
+    entries_[from].key = args[1];
+    entries_[from].hash = hash;
+    rebuild(slots_.size());
+}
+
+void Dictionary::put(Runtime& rt, Word member, bool isSet, std::span<Value> args) {
+    if (member == Word::CompareMode) {
+        if (args.size() != 1) throw Fault(450);
+        const std::int64_t mode = toLong(rt, args[0]);
+        if (count_ != 0 || mode < 0 || mode > 2) throw Fault(5);
+        asText_ = mode != 0;
+        clear();
+        return;
+    }
+    if (args.size() != 2) throw Fault(450);
+    if (member == Word::Key) return rename(args);
+    if (member != Word::Item) throw Fault(438);
+    Value item = args[1];
+    if (!isSet && item.is(Type::Object)) item = rt.defaultOf(item);
+    if (args[0].is(Type::Array)) throw Fault(5);
+    const std::size_t hash = hashOf(args[0]);
+    const std::uint32_t at = find(args[0], hash);
+    Entry& e = at == free ? add(args[0], hash) : entries_[at];
+    e.item.swap(item);
+}
+
+void Dictionary::get(Runtime&, Word member, std::span<Value> args, Value& result) {
+    const std::size_t wanted =
+        member == Word::Add                                                        ? 2
+        : member == Word::Item || member == Word::Exists || member == Word::Remove ? 1
+                                                                                   : 0;
+    if (args.size() != wanted) throw Fault(450);
+    if (wanted > 0 && args[0].is(Type::Array)) throw Fault(5);
+    const std::size_t hash = wanted > 0 ? hashOf(args[0]) : 0;
+    const std::uint32_t at = wanted > 0 ? find(args[0], hash) : free;
+    switch (member) {
+    case Word::Item:
+        result = at == free ? add(args[0], hash).item : entries_[at].item;
+        return;
+    case Word::Exists:
+        result = Value::boolean(at != free);
+        return;
+    case Word::Count:
+        result = Value::longint(static_cast<std::int64_t>(count_));
+        return;
+    case Word::Keys:
+        result = listOf(true);
+        return;
+    case Word::Items:
+        result = listOf(false);
+        return;
+    case Word::CompareMode:
+        result = Value::longint(asText_ ? 1 : 0);
+        return;
+    case Word::RemoveAll:
+        clear();
+        return;
+    case Word::Add:
+        if (at != free) throw Fault(457);
+        add(args[0], hash).item = args[1];
+        return;
+    case Word::Remove:
+        if (at == free) throw Fault(32811);
+        remove(at);
+        return;
+    default:
+        throw Fault(438);
+    }
+}
+
+void Dictionary::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                        Value& result) {
+    const Word m = member == 0 ? Word::Item : wordOf(member);
+    if (how == Access::Let || how == Access::Set)
+        put(rt, m, how == Access::Set, args);
+    else
+        get(rt, m, args, result);
+}
+
+} // namespace
+
+Value makeDictionary(Runtime& rt) { return Value::object(new Dictionary(rt.ring())); }
+
+} // namespace vbscript

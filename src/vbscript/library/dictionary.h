@@ -1,0 +1,10 @@
+#pragma once
+
+#include "vbscript/values/runtime.h"
+
+namespace vbscript {
+
+/// A new Scripting.Dictionary.
+Value makeDictionary(Runtime& rt);
+
+} // namespace vbscript

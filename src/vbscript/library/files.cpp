@@ -1,0 +1,150 @@
+#include "vbscript/library/files.h"
+
+#include "vbscript/library/builtins.h"
+#include "vbscript/values/convert.h"
+#include "vbscript/values/text.h"
+
+#include <utility>
+
+namespace vbscript {
+
+namespace {
+
+using What = DiskOrder::What;
+using Kind = DiskAnswer::Kind;
+
+std::string lastPart(const std::string& path) {
+    const std::size_t at = path.find_last_of("\\/");
+    return at == std::string::npos ? path : path.substr(at + 1);
+}
+
+std::string parentPart(const std::string& path) {
+    const std::size_t at = path.find_last_of("\\/");
+    return at == std::string::npos ? std::string() : path.substr(0, at);
+}
+
+class FileSystem : public Object {
+  public:
+    explicit FileSystem(std::shared_ptr<Disk> disk) : disk_(std::move(disk)) {}
+    [[nodiscard]] std::string typeName() const override { return "FileSystemObject"; }
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override;
+
+  private:
+    bool names(Runtime& rt, Word m, std::span<Value> args, Value& result) const;
+    void act(Runtime& rt, Word m, std::span<Value> args, Value& result) const;
+    Value open(Runtime& rt, std::span<Value> args) const;
+    Value create(Runtime& rt, std::span<Value> args) const;
+    [[nodiscard]] DiskAnswer::Kind kind(const std::string& path) const {
+        return asked(*disk_, {What::Look, path}).kind;
+    }
+
+    std::shared_ptr<Disk> disk_;
+};
+
+bool FileSystem::names(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
+    if (m == Word::BuildPath) {
+        if (args.size() != 2) throw Fault(450);
+        std::string base = toText(rt, args[0]).utf8();
+        const std::string name = toText(rt, args[1]).utf8();
+        if (!base.empty() && base.back() != '\\' && base.back() != '/') base += '\\';
+        result = Value::text(base + name);
+        return true;
+    }
+    const bool known = m == Word::GetParentFolderName || m == Word::GetFileName ||
+                       m == Word::GetBaseName || m == Word::GetExtensionName ||
+                       m == Word::GetAbsolutePathName;
+    if (!known) return false;
+    if (args.size() != 1) throw Fault(450);
+    const std::string path = toText(rt, args[0]).utf8();
+    const std::string last = lastPart(path);
+    const std::size_t dot = last.rfind('.');
+    std::string r = path;
+    if (m == Word::GetParentFolderName) r = parentPart(path);
+    if (m == Word::GetFileName) r = last;
+    if (m == Word::GetBaseName) r = last.substr(0, dot);
+    if (m == Word::GetExtensionName) r = dot == std::string::npos ? "" : last.substr(dot + 1);
+    result = Value::text(r);
+    return true;
+}
+
+Value FileSystem::open(Runtime& rt, std::span<Value> args) const {
+    const std::int64_t mode = numberArg(rt, args, 1, 1);
+    const bool createIt = given(args, 2) && toBool(rt, args[2]);
+    const bool unicode = numberArg(rt, args, 3, 0) == -1;
+    if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
+    const std::string path = toText(rt, args[0]).utf8();
+    const DiskAnswer before = asked(*disk_, {What::Look, path});
+    const bool isNew = before.kind == Kind::Nothing;
+    if (isNew && !createIt) throw Fault(53);
+    const auto how = mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode);
+    return openTextStream(disk_, path, how, unicode, before.size);
+}
+
+Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
+    const std::string path = toText(rt, args[0]).utf8();
+    const bool overwrite = !given(args, 1) || toBool(rt, args[1]);
+    const bool unicode = given(args, 2) && toBool(rt, args[2]);
+    if (!overwrite && kind(path) != Kind::Nothing) throw Fault(58);
+    return openTextStream(disk_, path, FileMode::Write, unicode, 0);
+}
+
+void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
+    const std::string first = toText(rt, args[0]).utf8();
+    switch (m) {
+    case Word::FileExists:
+        result = Value::boolean(kind(first) == Kind::File);
+        return;
+    case Word::FolderExists:
+        result = Value::boolean(kind(first) == Kind::Folder);
+        return;
+    case Word::CreateFolder:
+        asked(*disk_, {What::MakeFolder, first});
+        result = Value::text(first);
+        return;
+    case Word::OpenTextFile:
+        result = open(rt, args);
+        return;
+    case Word::CreateTextFile:
+        result = create(rt, args);
+        return;
+    case Word::DeleteFile:
+        asked(*disk_, {What::RemoveFile, first});
+        return;
+    case Word::DeleteFolder:
+        asked(*disk_, {What::RemoveFolder, first});
+        return;
+    case Word::CopyFile:
+    case Word::MoveFile: {
+        if (args.size() < 2) throw Fault(450);
+        const bool over = !given(args, 2) || toBool(rt, args[2]);
+        const What what = m == Word::MoveFile ? What::Move : over ? What::CopyOver : What::Copy;
+        asked(*disk_, {what, first, toText(rt, args[1]).utf8()});
+        return;
+    }
+    default:
+        throw Fault(438);
+    }
+}
+
+void FileSystem::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                        Value& result) {
+    if (how == Access::Let || how == Access::Set || member == 0) throw Fault(438);
+    if (names(rt, wordOf(member), args, result)) return;
+    if (args.empty() || args.size() > 4) throw Fault(member > atomOf(Word::Close) ? 438 : 450);
+    act(rt, wordOf(member), args, result);
+}
+
+} // namespace
+
+Value makeFileSystem(std::shared_ptr<Disk> disk) {
+    return Value::object(new FileSystem(std::move(disk)));
+}
+
+DiskAnswer asked(Disk& disk, const DiskOrder& order) {
+    DiskAnswer a = disk.ask(order);
+    if (a.fault != 0) throw Fault(a.fault);
+    return a;
+}
+
+} // namespace vbscript

@@ -1,0 +1,286 @@
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include "vbscript/library/regexp.h"
+
+#include "vbscript/library/matches.h"
+#include "vbscript/values/convert.h"
+#include "vbscript/values/text.h"
+
+#include <algorithm>
+#include <memory>
+#include <pcre2.h>
+
+namespace vbscript {
+
+namespace {
+
+constexpr std::uint32_t mostSteps = 2'000'000; // of one attempt: a fraction of a second
+constexpr std::uint32_t mostHeapKib = 16 * 1024;
+constexpr std::size_t longestPattern = std::size_t{32} << 10;
+
+struct FreeCode {
+    void operator()(pcre2_code* c) const { pcre2_code_free(c); }
+};
+struct FreeData {
+    void operator()(pcre2_match_data* d) const { pcre2_match_data_free(d); }
+};
+struct FreeContext {
+    void operator()(pcre2_match_context* c) const { pcre2_match_context_free(c); }
+};
+struct FreeCompile {
+    void operator()(pcre2_compile_context* c) const { pcre2_compile_context_free(c); }
+};
+
+int faultOf(int error) {
+    switch (error) {
+    case 106:
+        return 5019; // missing terminating ]
+    case 108:
+        return 5021; // range out of order in a class
+    case 109:
+        return 5018; // quantifier does not follow a repeatable item
+    case 114:
+        return 5020; // missing closing parenthesis
+    default:
+        return 5017;
+    }
+}
+
+/// Offsets in UTF-8 as offsets in characters: known every so many bytes, counted in between.
+class Subject {
+  public:
+    explicit Subject(std::u16string_view text)
+        : bytes_(utf8(text)), ascii_(bytes_.size() == text.size()) {
+        if (ascii_) return;
+        std::uint32_t chars = 0;
+        for (std::size_t k = 0; k < bytes_.size(); ++k) {
+            if (k % stride == 0) marks_.push_back(chars);
+            chars += units(bytes_[k]);
+        }
+        marks_.push_back(chars);
+    }
+    [[nodiscard]] const std::string& bytes() const { return bytes_; }
+    [[nodiscard]] std::size_t charAt(std::size_t byte) const {
+        if (ascii_) return byte;
+        std::size_t chars = marks_[byte / stride];
+        for (std::size_t k = byte / stride * stride; k < byte; ++k)
+            chars += units(bytes_[k]);
+        return chars;
+    }
+    [[nodiscard]] std::size_t next(std::size_t byte) const {
+        ++byte;
+        while (byte < bytes_.size() && (static_cast<unsigned char>(bytes_[byte]) & 0xC0) == 0x80)
+            ++byte;
+        return byte;
+    }
+
+  private:
+    static constexpr std::size_t stride = 64;
+    static std::uint32_t units(char c) {
+        const auto b = static_cast<unsigned char>(c);
+        return b >= 0xF0 ? 2 : (b & 0xC0) == 0x80 ? 0 : 1;
+    }
+    std::string bytes_;
+    bool ascii_;
+    std::vector<std::uint32_t> marks_;
+};
+
+class RegExp : public Object {
+  public:
+    ~RegExp() override { forget(); }
+    [[nodiscard]] std::string typeName() const override { return "IRegExp2"; }
+    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
+                Value& result) override;
+
+  private:
+    void assign(Runtime& rt, Word member, const Value& v);
+    void compile();
+    void forget();
+    bool match(const Subject& subject, std::size_t from);
+    [[nodiscard]] Found found(const Subject& subject) const;
+    Value execute(Runtime& rt, const Value& text);
+    Value replace(Runtime& rt, const Value& text, const Value& with);
+    template <class Each>
+    void every(Runtime& rt, const Subject& subject, Each each);
+
+    std::u16string pattern_;
+    bool global_ = false, ignoreCase_ = false, multiline_ = false;
+    std::unique_ptr<pcre2_code, FreeCode> code_;
+    std::unique_ptr<pcre2_match_data, FreeData> data_;
+    std::unique_ptr<pcre2_match_context, FreeContext> context_;
+    std::uint32_t groups_ = 0;
+    Memory& account_ = Memory::current();
+    std::size_t charged_ = 0;
+};
+
+void RegExp::forget() {
+    code_.reset();
+    account_.shrink(charged_);
+    charged_ = 0;
+}
+
+void RegExp::compile() {
+    if (code_) return;
+    if (pattern_.size() > longestPattern) throw Fault(7);
+    const std::string pattern = translatePattern(pattern_);
+    const std::unique_ptr<pcre2_compile_context, FreeCompile> context(
+        pcre2_compile_context_create(nullptr));
+    if (!context) throw Fault(7);
+    pcre2_set_newline(context.get(), PCRE2_NEWLINE_LF);
+    std::uint32_t options = PCRE2_UTF | PCRE2_ALT_BSUX | PCRE2_MATCH_UNSET_BACKREF |
+                            PCRE2_ALLOW_EMPTY_CLASS | PCRE2_NEVER_BACKSLASH_C;
+    if (ignoreCase_) options |= PCRE2_CASELESS;
+    options |= multiline_ ? PCRE2_MULTILINE : PCRE2_DOLLAR_ENDONLY;
+    int error = 0;
+    PCRE2_SIZE at = 0;
+    code_.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
+                              &error, &at, context.get()));
+    if (!code_) throw Fault(faultOf(error));
+    data_.reset(pcre2_match_data_create_from_pattern(code_.get(), nullptr));
+    context_.reset(pcre2_match_context_create(nullptr));
+    if (!data_ || !context_) {
+        code_.reset();
+        throw Fault(7);
+    }
+    pcre2_set_match_limit(context_.get(), mostSteps);
+    pcre2_set_heap_limit(context_.get(), mostHeapKib);
+    pcre2_pattern_info(code_.get(), PCRE2_INFO_CAPTURECOUNT, &groups_);
+    std::size_t size = 0;
+    pcre2_pattern_info(code_.get(), PCRE2_INFO_SIZE, &size);
+    try {
+        account_.grow(size, 7);
+    } catch (...) {
+        code_.reset();
+        throw;
+    }
+    charged_ = size;
+}
+
+bool RegExp::match(const Subject& subject, std::size_t from) {
+    const std::string& bytes = subject.bytes();
+    const int r = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(bytes.data()), bytes.size(),
+                              from, PCRE2_NO_UTF_CHECK, data_.get(), context_.get());
+    if (r >= 0) return true;
+    if (r == PCRE2_ERROR_NOMATCH) return false;
+    throw Fault(7, "Out of memory: regular expression too complex");
+}
+
+Found RegExp::found(const Subject& subject) const {
+    const PCRE2_SIZE* at = pcre2_get_ovector_pointer(data_.get());
+    Found f;
+    f.at = subject.charAt(at[0]);
+    f.length = subject.charAt(std::max(at[0], at[1])) - f.at;
+    for (std::size_t g = 1; g <= groups_; ++g) {
+        if (at[2 * g] == PCRE2_UNSET) {
+            f.groups.push_back({Found::unset, 0});
+        } else {
+            const std::size_t start = subject.charAt(at[2 * g]);
+            f.groups.push_back({start, subject.charAt(at[2 * g + 1]) - start});
+        }
+    }
+    return f;
+}
+
+template <class Each>
+void RegExp::every(Runtime& rt, const Subject& subject, Each each) {
+    compile();
+    std::size_t from = 0;
+    while (from <= subject.bytes().size() && match(subject, from)) {
+        const PCRE2_SIZE* at = pcre2_get_ovector_pointer(data_.get());
+        const std::size_t start = at[0];
+        const std::size_t end = std::max(at[0], at[1]);
+        each(found(subject));
+        rt.checkTime();
+        if (!global_) return;
+        from = end > start ? end : subject.next(end);
+    }
+}
+
+Value RegExp::execute(Runtime& rt, const Value& text) {
+    const Subject subject(text.chars());
+    std::vector<Value> all;
+    every(rt, subject, [&](const Found& f) { all.push_back(makeMatch(text, f)); });
+    return makeMatches(std::move(all));
+}
+
+Value RegExp::replace(Runtime& rt, const Value& text, const Value& with) {
+    const Subject subject(text.chars());
+    Value out = Value::string({});
+    std::size_t done = 0;
+    every(rt, subject, [&](const Found& f) {
+        appendTo(out, text.chars().substr(done, f.at - done));
+        appendReplacement(out, text.chars(), f, with.chars());
+        done = f.at + f.length;
+    });
+    appendTo(out, text.chars().substr(done));
+    return out;
+}
+
+void RegExp::assign(Runtime& rt, Word member, const Value& v) {
+    switch (member) {
+    case Word::Pattern:
+        pattern_ = std::u16string(toText(rt, v).chars());
+        break;
+    case Word::Global:
+        global_ = toBool(rt, v);
+        return;
+    case Word::IgnoreCase:
+        ignoreCase_ = toBool(rt, v);
+        break;
+    case Word::Multiline:
+        multiline_ = toBool(rt, v);
+        break;
+    default:
+        throw Fault(438);
+    }
+    forget();
+}
+
+void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
+    const Word m = wordOf(member);
+    if (how == Access::Set) throw Fault(438);
+    if (how == Access::Let) {
+        if (args.size() != 1) throw Fault(450);
+        assign(rt, m, args[0]);
+        return;
+    }
+    const std::size_t wanted = m == Word::Replace                      ? 2
+                               : m == Word::Test || m == Word::Execute ? 1
+                                                                       : 0;
+    if (args.size() != wanted) throw Fault(450);
+    switch (m) {
+    case Word::Pattern:
+        result = Value::string(pattern_);
+        return;
+    case Word::Global:
+        result = Value::boolean(global_);
+        return;
+    case Word::IgnoreCase:
+        result = Value::boolean(ignoreCase_);
+        return;
+    case Word::Multiline:
+        result = Value::boolean(multiline_);
+        return;
+    case Word::Execute:
+        result = execute(rt, toText(rt, args[0]));
+        return;
+    case Word::Replace:
+        result = replace(rt, toText(rt, args[0]), toText(rt, args[1]));
+        return;
+    case Word::Test: {
+        compile();
+        const Value text = toText(rt, args[0]);
+        const Subject subject(text.chars());
+        result = Value::boolean(match(subject, 0));
+        rt.checkTime();
+        return;
+    }
+    default:
+        throw Fault(438);
+    }
+}
+
+} // namespace
+
+Value makeRegExp() { return Value::object(new RegExp); }
+
+} // namespace vbscript

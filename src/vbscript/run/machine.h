@@ -1,0 +1,172 @@
+#pragma once
+
+#include "vbscript/compile/compiler.h"
+#include "vbscript/compile/globals.h"
+#include "vbscript/compile/library.h"
+#include "vbscript/run/instance.h"
+#include "vbscript/run/registers.h"
+#include "vbscript/values/runtime.h"
+
+#include <map>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace vbscript {
+
+/// Executes compiled code. Calls between procedures of scripts take a frame here and none of the
+/// C++ stack; only code that runs on behalf of something else (a default member, Class_Terminate,
+/// Execute) nests, to a small depth.
+class Machine : public Runtime {
+  public:
+    /// Takes over the account, which has to be the current one while the machine is made.
+    Machine(Surroundings& w, Memory& account, Provisions provisions);
+    ~Machine() override;
+
+    Globals globals;
+    Library library;
+
+    [[nodiscard]] Memory& memory() { return memory_; }
+    [[nodiscard]] CompileContext context() { return {names, globals, library}; }
+    void setLimits(const Limits& l);
+
+    /// Declares what the unit declares and runs its top-level statements. Throws Fault,
+    /// BudgetFault.
+    void runUnit(const std::shared_ptr<Unit>& unit);
+    /// Compiles text for the module; kept by content. Throws CompileFault.
+    std::shared_ptr<Unit> unitFor(std::string_view source);
+
+    [[nodiscard]] std::uint64_t compilations() const { return compilations_; }
+
+    Value defaultOf(const Value& object) override;
+    Value procedureNamed(std::string_view name) override;
+    void checkTime() override;
+    [[nodiscard]] bool running() const override { return depthOfRuns_ > 0; }
+
+    Value invoke(const Proc& proc, Instance* me, std::span<Value> args);
+    void accessInstance(Instance& o, Atom member, Access how, std::span<Value> args, Value& result);
+    /// Runs Class_Terminate; what goes wrong in it is reported at the end of the run.
+    void terminate(Instance& o) noexcept;
+    Linked& ring() override { return ring_; }
+
+    /// Counts time while it lives, from the first of several on.
+    class Run {
+      public:
+        explicit Run(Machine& m);
+        ~Run();
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
+
+      private:
+        Machine& machine_;
+    };
+
+  private:
+    using Extra = std::map<Atom, std::unique_ptr<Value>>;
+    struct Frame {
+        const Proc* proc = nullptr;
+        const Instruction* pc = nullptr; ///< Where it goes on when the one above it is left.
+        Value* registers = nullptr;
+        Operand target = operand::none; ///< Where the caller wants the result.
+        bool resumeNext = false;
+        bool boundary = false; ///< Leaving it leaves execute().
+        int inside = -1;       ///< The frame whose variables this text uses.
+        Value me;
+        std::unique_ptr<Extra> extra;
+    };
+    struct Registers {
+        const Instruction* pc = nullptr;
+        const Instruction* code = nullptr;
+        Value* fp = nullptr;
+        Value* const* pool = nullptr;
+        Value* me = nullptr;
+    };
+
+    // Frames (machine_frames.cpp).
+    void push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value me);
+    void load();
+    bool leave();
+    void drop();
+    void execute();
+    void loop(std::size_t base);
+    bool handle(Fault& f, std::size_t base);
+    void unwind(std::size_t base);
+    static const Region* regionOf(const Proc& proc, std::uint32_t pc);
+    [[nodiscard]] Position position() const;
+    [[nodiscard]] Value* freeRegisters();
+    void tick() {
+        if (--ticks_ <= 0) checkTime();
+    }
+    /// A step that went over `units` elements brings the next look at the clock nearer.
+    void work(std::size_t units) { ticks_ -= static_cast<int>(units >> 10); }
+    [[nodiscard]] Instance* me() const;
+    [[nodiscard]] bool insideOf(const Instance& o) const;
+    void declare(Unit& unit);
+    void retire(std::shared_ptr<Unit> unit);
+    Value runInside(const std::shared_ptr<Unit>& unit, int frame);
+
+    Value& at(Operand o) {
+        if (o < operand::pool)
+            return r_.fp[o]; // NOLINT(clang-analyzer-core.*): loaded with the frame
+        if (o < operand::follow) return *r_.pool[o & operand::indexMask];
+        if (o >= operand::member)
+            return r_.me[o & operand::indexMask]; // NOLINT(clang-analyzer-core.*)
+        Value& v = r_.fp[o & operand::indexMask];
+        return v.is(Type::Ref) ? *v.ref : v;
+    }
+    std::span<Value> registersFrom(Operand base, std::size_t n) { return {r_.fp + base, n}; }
+
+#define VBS_STEP(name) void op##name(const Instruction& i);
+    VBS_OPS(VBS_STEP)
+#undef VBS_STEP
+    using BinaryFunction = Value (*)(Runtime&, const Value&, const Value&);
+    void slow(const Instruction& i, BinaryFunction f);
+    void finished(const Instruction& i, Operand first, Operand second);
+    template <Operator Which>
+    int comparison(const Instruction& i, Operand first, Operand second);
+    template <Operator Which>
+    void compareStep(const Instruction& i);
+    template <Operator Which>
+    void unlessStep(const Instruction& i);
+
+    // Arrays and members (machine_access.cpp).
+    static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);
+    Value indexed(const Value& base, std::span<Value> indexes);
+    void setIndexed(Value& base, std::span<Value> indexes, Value v, bool isSet);
+    Value forStore(Value v, bool isSet);
+    void getInstance(Instance& o, const Instruction& i);
+    void letInstance(Instance& o, const Instruction& i, bool isSet);
+    void letMember(const Instruction& i, bool isSet);
+    void callProc(const Proc& proc, const Instruction& i, Value me);
+    void callOn(const Value& object, Atom member, Access how, std::span<Value> args, Value& result);
+    static void followReferences(std::span<Value> args);
+    static void clearAll(std::span<Value> args);
+    void putVariable(Value& v, Access how, std::span<Value> args);
+    Value newObject(std::uint32_t slot);
+
+    Memory& memory_;
+    Limits limits_;
+    Registers r_;
+    RegisterStack stack_;
+    std::vector<Frame> frames_;
+    Linked ring_;
+    int ticks_ = 0;
+    int nesting_ = 0;
+    int depthOfRuns_ = 0;
+    bool closing_ = false;
+    std::int64_t started_ = 0;
+    std::int64_t steps_ = 0; ///< of the present run, up to the last look at the clock
+    std::vector<std::shared_ptr<Unit>> retired_; ///< Replaced, but a frame may still be in it.
+    std::size_t retiredBytes_ = 0;
+    std::unique_ptr<Fault> pending_; ///< From Class_Terminate.
+    std::unique_ptr<BudgetFault> pendingBudget_;
+    struct Kept {
+        std::shared_ptr<Unit> unit;
+        std::uint64_t used;
+    };
+    std::vector<Kept> kept_; ///< Units by content.
+    std::uint64_t uses_ = 0;
+    std::uint64_t compilations_ = 0;
+};
+
+} // namespace vbscript

@@ -1,0 +1,139 @@
+#include "vbscript/surroundings/disk.h"
+
+#include "vbscript/surroundings/fault.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace vbscript {
+
+namespace {
+
+namespace fs = std::filesystem;
+using What = DiskOrder::What;
+
+// Links are followed before the check: one that leads out of the folder is as foreign as "..".
+fs::path inside(const std::string& folder, std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    if (path.find('\0') != std::string::npos || path.size() > 1000) throw Fault(52);
+    if (path.size() >= 2 && path[1] == ':') path.erase(0, 2);
+    path.erase(0, std::min(path.find_first_not_of('/'), path.size()));
+    std::error_code bad;
+    const fs::path root = fs::weakly_canonical(folder, bad);
+    if (bad) throw Fault(76);
+    fs::path full = fs::weakly_canonical(root / path, bad);
+    if (bad) throw Fault(52);
+    const auto [end, rest] = std::mismatch(root.begin(), root.end(), full.begin(), full.end());
+    if (end != root.end() && !(end->empty() && std::next(end) == root.end())) throw Fault(70);
+    return full;
+}
+
+DiskAnswer look(const fs::path& path) {
+    std::error_code bad;
+    DiskAnswer a;
+    if (fs::is_directory(path, bad)) {
+        a.kind = DiskAnswer::Kind::Folder;
+    } else if (fs::is_regular_file(path, bad)) {
+        a.kind = DiskAnswer::Kind::File;
+        a.size = fs::file_size(path, bad);
+        if (bad) throw Fault(70);
+    }
+    return a;
+}
+
+std::string read(const fs::path& path) {
+    std::error_code bad;
+    if (!fs::is_regular_file(path, bad)) throw Fault(53); // a pipe would hold us
+    std::ifstream in(path, std::ios::binary | std::ios::ate);
+    if (!in) throw Fault(53);
+    const auto size = static_cast<std::uint64_t>(std::max<std::streamoff>(in.tellg(), 0));
+    if (size > largestFile) throw Fault(7);
+    std::string bytes(size, '\0');
+    in.seekg(0);
+    in.read(bytes.data(), static_cast<std::streamsize>(size));
+    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(in.gcount(), 0)));
+    return bytes;
+}
+
+void write(const fs::path& path, std::string_view bytes, std::ios::openmode how) {
+    std::error_code bad;
+    if (fs::exists(path, bad) && !fs::is_regular_file(path, bad)) throw Fault(76);
+    std::ofstream out(path, std::ios::binary | std::ios::out | how);
+    if (!out) throw Fault(76);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out) throw Fault(61);
+}
+
+void copy(const fs::path& source, fs::path target, What what) {
+    std::error_code bad;
+    if (!fs::is_regular_file(source, bad)) throw Fault(53);
+    if (fs::is_directory(target, bad)) target /= source.filename();
+    if (what != What::CopyOver && fs::exists(target, bad)) throw Fault(58);
+    if (!fs::is_directory(target.parent_path(), bad)) throw Fault(76);
+    if (what == What::Move)
+        fs::rename(source, target, bad);
+    else
+        fs::copy_file(source, target, fs::copy_options::overwrite_existing, bad);
+    if (bad) throw Fault(70);
+}
+
+void remove(const fs::path& path, const std::string& folder, What what) {
+    std::error_code bad;
+    if (what == What::RemoveFolder ? !fs::is_directory(path, bad) : !fs::is_regular_file(path, bad))
+        throw Fault(what == What::RemoveFolder ? 76 : 53);
+    if (fs::equivalent(path, folder, bad)) throw Fault(70);
+    // Only an empty folder: a slip of a script shall not take a year of reports with it.
+    fs::remove(path, bad);
+    if (bad) throw Fault(70);
+}
+
+void makeFolder(const fs::path& path) {
+    std::error_code bad;
+    if (fs::exists(path, bad)) throw Fault(58);
+    if (!fs::create_directory(path, bad) || bad) throw Fault(76);
+}
+
+DiskAnswer done(const std::string& folder, const DiskOrder& order) {
+    const fs::path path = inside(folder, order.path);
+    DiskAnswer a;
+    switch (order.what) {
+    case What::Look:
+        return look(path);
+    case What::Read:
+        a.bytes = read(path);
+        break;
+    case What::Write:
+        write(path, order.bytes, std::ios::trunc);
+        break;
+    case What::Append:
+        write(path, order.bytes, std::ios::app);
+        break;
+    case What::Copy:
+    case What::CopyOver:
+    case What::Move:
+        copy(path, inside(folder, order.to), order.what);
+        break;
+    case What::RemoveFile:
+    case What::RemoveFolder:
+        remove(path, folder, order.what);
+        break;
+    case What::MakeFolder:
+        makeFolder(path);
+        break;
+    }
+    return a;
+}
+
+} // namespace
+
+DiskAnswer FolderDisk::ask(const DiskOrder& order) {
+    try {
+        return done(folder_, order);
+    } catch (const Fault& f) {
+        return {.fault = f.number};
+    }
+}
+
+} // namespace vbscript

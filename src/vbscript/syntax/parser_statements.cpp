@@ -1,0 +1,455 @@
+#include "vbscript/syntax/parser_impl.h"
+
+namespace vbscript {
+
+Stmt* Parser::node(StmtKind kind) {
+    Stmt& s = module_->stmts.emplace_back();
+    s.kind = kind;
+    s.at = tok().at;
+    return &s;
+}
+
+bool Parser::atBlockEnd() const {
+    if (is(Tok::End)) return true;
+    if (!is(Tok::Keyword)) return false;
+    switch (wordOf(tok().atom)) {
+    case Word::End:
+    case Word::Else:
+    case Word::ElseIf:
+    case Word::Case:
+    case Word::Next:
+    case Word::Loop:
+    case Word::Wend:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Parser::block(Block& out) {
+    const Nested guard(*this);
+    for (;;) {
+        skipSeparators();
+        if (atBlockEnd()) return;
+        statement(out);
+        endOfStatement();
+    }
+}
+
+bool Parser::closesOnSameLine() const {
+    if (is(Word::End)) {
+        if (is(Word::If, 1)) return lineIfs_ > 0 || tok().at.line == elseLine_;
+        return proc_ && (is(Word::Sub, 1) || is(Word::Function, 1) || is(Word::Property, 1));
+    }
+    return lineIfs_ > 0 && (is(Word::Else) || is(Word::ElseIf));
+}
+
+void Parser::endOfStatement() {
+    if (is(Tok::End) || accept(Tok::Newline) || accept(Tok::Colon) || closesOnSameLine()) return;
+    if (is(Word::End) && (is(Word::If, 1) || is(Word::Select, 1))) fail(1042);
+    fail(1025);
+}
+
+void Parser::statement(Block& out) {
+    const Nested guard(*this);
+    if (is(Tok::Keyword)) {
+        keywordStatement(out);
+    } else if (is(Word::Property) && atProperty()) {
+        failAt(1048, tok().at);
+    } else if (is(Tok::Name) || is(Tok::Dot)) {
+        assignmentOrCall(out);
+    } else {
+        fail(is(Tok::Literal) ? 1024 : 1002);
+    }
+}
+
+void Parser::keywordStatement(Block& out) {
+    switch (wordOf(tok().atom)) {
+    case Word::Set:
+        return setStatement(out);
+    case Word::Call:
+        return callStatement(out);
+    case Word::If:
+        return ifStatement(out);
+    case Word::Select:
+        return selectStatement(out);
+    case Word::For:
+        return forStatement(out);
+    case Word::Do:
+        return doStatement(out);
+    case Word::While:
+        return whileStatement(out);
+    case Word::With:
+        return withStatement(out);
+    case Word::Exit:
+        return exitStatement(out);
+    case Word::On:
+        return onError(out);
+    case Word::Erase:
+        return eraseStatement(out);
+    case Word::ReDim:
+        return redimStatement(out);
+    case Word::Stop:
+        ++at_;
+        return;
+    case Word::Me:
+        return assignmentOrCall(out);
+    default:
+        return declaration();
+    }
+}
+
+void Parser::assignmentOrCall(Block& out) {
+    Stmt* s = node(StmtKind::Call);
+    std::size_t beforeParens = at_;
+    Expr* beforeLast = nullptr; // the target without its last "(...)"
+    Expr* e = nullptr;
+    if (is(Tok::Dot)) {
+        e = memberOf(nullptr);
+    } else {
+        e = node(is(Word::Me) && is(Tok::Keyword) ? ExprKind::Me : ExprKind::Name, tok().at);
+        if (e->kind == ExprKind::Me && !class_ && !me_) fail(1037);
+        e->name = list_.tokens[at_++].atom;
+        if (e->name == atomOf(Word::Execute)) scope_->executes = true;
+    }
+    while (is(Tok::LParen) || (is(Tok::Dot) && !dotOfArgument())) {
+        beforeParens = is(Tok::LParen) ? at_ : 0;
+        beforeLast = e;
+        e = suffix(e);
+    }
+    out.push_back(s);
+    if (accept(Tok::Equal)) {
+        s->kind = StmtKind::Assign;
+        s->a = e;
+        noteAssigned(e);
+        s->b = expression();
+        return;
+    }
+    const bool parens = beforeLast && beforeParens != 0 && e->kind == ExprKind::Call;
+    bareCall(s, e, parens ? beforeParens : 0);
+}
+
+// Under With, "S .a" hands over a member of its object. Behind ")" no argument can begin.
+bool Parser::dotOfArgument() const {
+    const Tok before = list_.tokens[at_ - 1].kind;
+    return withs_ > 0 && tok().spaceBefore && before == Tok::Name;
+}
+
+// "S a, b", "S (a)", "S (a) * 3, b": whether the parentheses belong to the call or to the first
+// argument shows only behind them. `parens` is where they open, 0 when there are none.
+void Parser::bareCall(Stmt* s, Expr* target, std::size_t parens) {
+    const bool more = atOperand();
+    if (parens == 0) {
+        s->a = more ? argumentList(target) : target;
+        return;
+    }
+    if (!more) {
+        if (target->args.size() > 1) failAt(1044, s->at);
+        for (Expr* arg : target->args)
+            arg->parens = true;
+        s->a = target;
+        return;
+    }
+    at_ = parens;
+    s->a = argumentList(target->left);
+}
+
+// Only plain names and their elements: the rest never makes a variable.
+void Parser::noteAssigned(const Expr* target) {
+    while (target->kind == ExprKind::Call)
+        target = target->left;
+    if (target->kind == ExprKind::Name) scope_->assigned.push_back(target->name);
+}
+
+void Parser::notePassed(const Expr* arg) {
+    if (arg->kind == ExprKind::Name && !arg->parens) scope_->passed.push_back(arg->name);
+}
+
+Expr* Parser::argumentList(Expr* callee) {
+    Expr* call = node(ExprKind::Call, callee->at);
+    call->left = callee;
+    raise(call, callee);
+    do {
+        const bool left = is(Tok::Comma) || !atOperand();
+        call->args.push_back(left ? node(ExprKind::Missing, tok().at) : expression());
+        notePassed(call->args.back());
+        raise(call, call->args.back());
+    } while (accept(Tok::Comma));
+    return call;
+}
+
+void Parser::callStatement(Block& out) {
+    Stmt* s = node(StmtKind::Call);
+    ++at_;
+    if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+    s->a = primary();
+    out.push_back(s);
+}
+
+void Parser::setStatement(Block& out) {
+    Stmt* s = node(StmtKind::Set);
+    ++at_;
+    if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+    s->a = primary();
+    if (s->a->kind == ExprKind::Me) fail(1002);
+    noteAssigned(s->a);
+    expect(Tok::Equal, 1011);
+    s->b = expression();
+    out.push_back(s);
+}
+
+void Parser::ifStatement(Block& out) {
+    Stmt* s = node(StmtKind::If);
+    out.push_back(s);
+    ++at_;
+    Clause& first = s->clauses.emplace_back();
+    first.at = s->at;
+    first.condition = expression();
+    expect(Word::Then, 1017);
+    if (endOfLineAhead())
+        blockIf(s);
+    else
+        lineIf(s);
+}
+
+void Parser::blockIf(Stmt* s) {
+    const int lineIfs = lineIfs_;
+    lineIfs_ = 0;
+    for (;;) {
+        block(s->clauses.back().body);
+        const Position at = tok().at;
+        if (accept(Word::ElseIf)) {
+            elseLine_ = at.line;
+            Clause& c = s->clauses.emplace_back();
+            c.at = at;
+            c.condition = expression();
+            expect(Word::Then, 1017);
+        } else if (accept(Word::Else)) {
+            if (!s->clauses.back().condition) failAt(1002, at);
+            elseLine_ = at.line;
+            s->clauses.emplace_back().at = at;
+        } else {
+            break;
+        }
+    }
+    closing(Word::If, 1012);
+    lineIfs_ = lineIfs;
+}
+
+void Parser::lineIf(Stmt* s) {
+    ++lineIfs_;
+    inlineStatements(s->clauses.back().body);
+    while (is(Word::Else) || is(Word::ElseIf)) {
+        Clause& c = s->clauses.emplace_back();
+        c.at = tok().at;
+        const bool chained = is(Word::ElseIf);
+        ++at_;
+        if (chained) {
+            c.condition = expression();
+            expect(Word::Then, 1017);
+        }
+        inlineStatements(c.body);
+        if (!chained) break;
+    }
+    if (is(Word::End) && is(Word::If, 1)) at_ += 2;
+    --lineIfs_;
+}
+
+void Parser::inlineStatements(Block& out) {
+    for (;;) {
+        while (accept(Tok::Colon)) {
+        }
+        if (is(Tok::Newline) || is(Tok::End) || is(Word::Else) || is(Word::ElseIf)) return;
+        if (is(Word::End) && is(Word::If, 1)) return;
+        // "For ... : If x Then y : Next" on one line: Next belongs to the loop.
+        if (atBlockEnd()) return;
+        statement(out);
+        if (is(Tok::Colon) || is(Tok::Newline) || is(Tok::End) || closesOnSameLine()) continue;
+        fail(1025);
+    }
+}
+
+void Parser::closing(Word w, int error) {
+    expect(Word::End, 1014);
+    expect(w, error);
+}
+
+void Parser::selectStatement(Block& out) {
+    Stmt* s = node(StmtKind::Select);
+    out.push_back(s);
+    ++at_;
+    expect(Word::Case, 1021);
+    s->a = expression();
+    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(1025);
+    skipSeparators();
+    const int lineIfs = lineIfs_;
+    lineIfs_ = 0;
+    while (is(Word::Case))
+        caseBlock(s);
+    closing(Word::Select, 1022);
+    lineIfs_ = lineIfs;
+}
+
+void Parser::caseBlock(Stmt* s) {
+    const bool afterElse = !s->clauses.empty() && s->clauses.back().values.empty();
+    if (afterElse) fail(1002);
+    Clause& c = s->clauses.emplace_back();
+    c.at = tok().at;
+    ++at_;
+    if (!accept(Word::Else)) {
+        do
+            c.values.push_back(expression());
+        while (accept(Tok::Comma));
+    }
+    block(c.body);
+}
+
+void Parser::forStatement(Block& out) {
+    const Position at = tok().at;
+    ++at_;
+    if (accept(Word::Each)) return forEach(out, at);
+    Stmt* s = node(StmtKind::For);
+    s->at = at;
+    out.push_back(s);
+    s->a = node(ExprKind::Name, tok().at);
+    s->a->name = name();
+    noteAssigned(s->a);
+    if (is(Tok::Dot) || is(Tok::LParen)) fail(1040);
+    expect(Tok::Equal, 1011);
+    s->b = expression();
+    expect(Word::To, 1013);
+    s->c = expression();
+    if (accept(Word::Step)) s->d = expression();
+    ++loopsFor_;
+    block(s->body);
+    --loopsFor_;
+    s->closing = tok().at;
+    expect(Word::Next, 1020);
+}
+
+void Parser::forEach(Block& out, Position at) {
+    Stmt* s = node(StmtKind::ForEach);
+    s->at = at;
+    out.push_back(s);
+    s->a = node(ExprKind::Name, tok().at);
+    s->a->name = name();
+    noteAssigned(s->a);
+    if (is(Tok::Dot) || is(Tok::LParen)) fail(1040);
+    expect(Word::In, 1046);
+    s->b = expression();
+    ++loopsFor_;
+    block(s->body);
+    --loopsFor_;
+    s->closing = tok().at;
+    expect(Word::Next, 1020);
+}
+
+void Parser::doStatement(Block& out) {
+    Stmt* s = node(StmtKind::Do);
+    out.push_back(s);
+    ++at_;
+    if (is(Word::While) || is(Word::Until)) {
+        s->untilBefore = is(Word::Until);
+        ++at_;
+        s->a = expression();
+    }
+    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(1028);
+    ++loopsDo_;
+    block(s->body);
+    --loopsDo_;
+    s->closing = tok().at;
+    expect(Word::Loop, 1019);
+    if (s->a || (!is(Word::While) && !is(Word::Until))) return;
+    s->untilAfter = is(Word::Until);
+    ++at_;
+    s->b = expression();
+}
+
+void Parser::whileStatement(Block& out) {
+    Stmt* s = node(StmtKind::Do);
+    out.push_back(s);
+    ++at_;
+    s->a = expression();
+    block(s->body);
+    s->closing = tok().at;
+    expect(Word::Wend, 1018);
+}
+
+void Parser::withStatement(Block& out) {
+    Stmt* s = node(StmtKind::With);
+    out.push_back(s);
+    ++at_;
+    s->a = expression();
+    ++withs_;
+    block(s->body);
+    --withs_;
+    closing(Word::With, 1029);
+}
+
+void Parser::exitStatement(Block& out) {
+    Stmt* s = node(StmtKind::ExitProcedure);
+    out.push_back(s);
+    ++at_;
+    const ProcKind kind = proc_ ? proc_->kind : ProcKind::Main;
+    bool right = false;
+    if (is(Word::Do)) {
+        s->kind = StmtKind::ExitDo;
+        right = loopsDo_ > 0;
+    } else if (is(Word::For)) {
+        s->kind = StmtKind::ExitFor;
+        right = loopsFor_ > 0;
+    } else if (is(Word::Sub)) {
+        right = kind == ProcKind::Sub;
+    } else if (is(Word::Function)) {
+        right = kind == ProcKind::Function;
+    } else if (is(Word::Property)) {
+        right = kind == ProcKind::Get || kind == ProcKind::Let || kind == ProcKind::Set;
+    }
+    if (!right) failAt(1039, s->at);
+    ++at_;
+}
+
+void Parser::onError(Block& out) {
+    Stmt* s = node(StmtKind::ResumeNext);
+    out.push_back(s);
+    ++at_;
+    expect(Word::Error, 1002);
+    if (accept(Word::Resume)) {
+        expect(Word::Next, 1020);
+        return;
+    }
+    expect(Word::GoTo, 1002);
+    const bool zero = is(Tok::Literal) && list_.literals[tok().literal].is(Type::Integer) &&
+                      list_.literals[tok().literal].i == 0;
+    if (!zero) fail(1002);
+    ++at_;
+    s->kind = StmtKind::GotoZero;
+}
+
+void Parser::eraseStatement(Block& out) {
+    Stmt* s = node(StmtKind::Erase);
+    out.push_back(s);
+    ++at_;
+    do
+        s->list.push_back(primary());
+    while (accept(Tok::Comma));
+}
+
+void Parser::redimStatement(Block& out) {
+    Stmt* s = node(StmtKind::ReDim);
+    out.push_back(s);
+    ++at_;
+    if (is(Word::Preserve) && tok(1).kind != Tok::LParen) {
+        s->preserve = true;
+        ++at_;
+    }
+    do {
+        if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+        Expr* e = primary();
+        if (e->kind != ExprKind::Call || e->args.empty()) failAt(1005, e->at);
+        noteAssigned(e);
+        s->list.push_back(e);
+    } while (accept(Tok::Comma));
+}
+
+} // namespace vbscript

@@ -1,0 +1,102 @@
+#include "view/lista.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace kv {
+namespace {
+
+struct Tramo {
+    std::size_t desde;
+    std::size_t largo;
+    bool existe;
+};
+
+Tramo tramo(const std::string& textos, std::size_t columna) {
+    std::size_t desde = 0;
+    for (; columna > 0; --columna) {
+        const auto fin = textos.find('\0', desde);
+        if (fin == std::string::npos) return {columna, 0, false}; // `desde`: columns still missing
+        desde = fin + 1;
+    }
+    const auto fin = textos.find('\0', desde);
+    return {desde, (fin == std::string::npos ? textos.size() : fin) - desde, true};
+}
+
+} // namespace
+
+std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
+    const auto fila = static_cast<std::uint32_t>(filas_.size());
+    filas_.emplace_back();
+    filas_.back().etiqueta = etiqueta;
+    poner(fila, 0, texto);
+    const std::string_view puesto = filas_.back().textos;
+    if (buscable_ && buscar(puesto) < 0)
+        porTexto_.emplace(std::hash<std::string_view>{}(puesto), fila);
+    return fila;
+}
+
+void Lista::poner(std::uint32_t fila, std::size_t columna, std::string_view texto) {
+    if (fila >= filas_.size()) return;
+    std::string& textos = filas_[fila].textos;
+    Tramo t = tramo(textos, columna);
+    if (!t.existe) {
+        textos.append(t.desde, '\0');
+        t = {textos.size(), 0, true};
+    }
+    textos.replace(t.desde, t.largo, texto);
+    std::replace(textos.begin() + t.desde, textos.begin() + t.desde + texto.size(), '\0', ' ');
+    anotar(fila);
+}
+
+void Lista::agregarA(std::uint32_t fila, std::size_t columna, std::string_view mas) {
+    poner(fila, columna, std::string(texto(fila, columna)).append(mas));
+}
+
+std::string_view Lista::texto(std::uint32_t fila, std::size_t columna) const {
+    if (fila >= filas_.size()) return {};
+    const Tramo t = tramo(filas_[fila].textos, columna);
+    return t.existe ? std::string_view(filas_[fila].textos).substr(t.desde, t.largo)
+                    : std::string_view{};
+}
+
+std::int64_t Lista::etiqueta(std::uint32_t fila) const {
+    return fila < filas_.size() ? filas_[fila].etiqueta : -1;
+}
+
+void Lista::tildar(std::uint32_t fila, bool tildada) {
+    if (fila >= filas_.size() || filas_[fila].tildada == tildada) return;
+    filas_[fila].tildada = tildada;
+    anotar(fila);
+}
+
+bool Lista::tildada(std::uint32_t fila) const {
+    return fila < filas_.size() && filas_[fila].tildada;
+}
+
+std::int64_t Lista::buscar(std::string_view texto_) const {
+    const auto [desde, hasta] = porTexto_.equal_range(std::hash<std::string_view>{}(texto_));
+    const auto hallada =
+        std::find_if(desde, hasta, [&](const auto& i) { return texto(i.second, 0) == texto_; });
+    return hallada == hasta ? -1 : std::int64_t{hallada->second};
+}
+
+std::vector<std::uint32_t> Lista::cambiadas() {
+    for (const std::uint32_t f : cambiadas_)
+        filas_[f].anotada = false;
+    return std::exchange(cambiadas_, {});
+}
+
+void Lista::seguirCambios(bool seguir) {
+    sigue_ = seguir;
+    if (!seguir) (void)cambiadas();
+}
+
+void Lista::anotar(std::uint32_t fila) {
+    if (!sigue_ || filas_[fila].anotada) return;
+    filas_[fila].anotada = true;
+    cambiadas_.push_back(fila);
+}
+
+} // namespace kv

@@ -1,0 +1,379 @@
+#include "window/Form1.h"
+
+#include "window/barra_de_estado.h"
+#include "window/controls/control.h"
+#include "window/controls/ventana.h"
+#include "window/dialogs/FrmAbout.h"
+#include "window/dialogs/FrmEscritura.h"
+#include "window/dialogs/FrmPuertos.h"
+#include "window/lists/tabla_de_lista.h"
+#include "window/mensajero.h"
+#include "window/panel_de_ordenes.h"
+#include "window/script/FrmScript.h"
+#include "window/traces/caja_de_traza.h"
+#include "window/traces/fichas.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace kv {
+namespace {
+
+constexpr int kRitmoMs = 100;            // as fast as numbers can be read
+constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
+constexpr QSize kEntera{1480, 920};
+constexpr QSize kCompacta{800, 460};
+constexpr int kAnchoDeOrdenes = 400;
+constexpr int kAnchoDelProyecto = 200; // pixels: names of files have no end either
+constexpr int kLineasDelGuion = 3;
+constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
+
+} // namespace
+
+Form1::Form1(const PartesDeVentana& partes)
+    : partes_(partes), vista_(partes.vista), operador_(partes.operador),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)), Label1_(rotulo("Label1", this)),
+      Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
+      lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
+      lblEstadoScript_(rotulo("lblEstadoScript", this)),
+      sockets_(
+          hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
+      variables_(
+          hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
+      bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
+                                   this)),
+      estado_(hacer<BarraDeEstado>(this)) {
+    setObjectName("Form1");
+    setWindowTitle("Driver KV2200");
+    setWindowIcon(iconoDelPrograma());
+    armarMenu();
+    auto* abajo = hacer<QSplitter>(Qt::Vertical);
+    abajo->addWidget(armarListas());
+    abajo->addWidget(armarTrazas());
+    abajo->setStretchFactor(0, 3);
+    abajo->setStretchFactor(1, 1);
+    abajo->setSizes({560, 240});
+    auto* centro = hacer<QWidget>(this);
+    auto* filas = hacer<QVBoxLayout>(centro);
+    filas->setContentsMargins(8, 6, 8, 4);
+    filas->addWidget(armarCabeza());
+    auto* medio = hacer<QHBoxLayout>();
+    medio->addWidget(abajo, 1);
+    medio->addWidget(armarOrdenes());
+    filas->addLayout(medio, 1);
+    setCentralWidget(centro);
+    setStatusBar(estado_);
+    conectarListas();
+    // The layout's own minimum lags behind what is hidden and would hold the compact size up.
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    setMinimumSize(kCompacta);
+    acomodar(*this, kEntera);
+    ritmo_->setInterval(kRitmoMs);
+    connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
+    prepararVentana(*this);
+}
+
+Form1::~Form1() { seguir(false); }
+
+void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
+                    const QKeySequence& teclas, const std::function<void()>& orden) {
+    auto* accion = control<QAction>(nombre, texto, this);
+    accion->setShortcut(teclas);
+    menu->addAction(accion);
+    connect(accion, &QAction::triggered, this, orden);
+}
+
+void Form1::armarMenu() {
+    auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
+    menuBar()->addMenu(driver);
+    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
+            [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
+    driver->addSeparator();
+    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
+            [this] { operador_.MnuOcultar(); });
+    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
+
+    auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
+    menuBar()->addMenu(ir);
+    const auto enLista = [this](TablaDeLista* tabla) {
+        listas_->setCurrentWidget(tabla);
+        tabla->enfocar();
+    };
+    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
+            [=, this] { enLista(variables_); });
+    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
+            [=, this] { enLista(bloques_); });
+    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
+        agrandar();
+        sockets_->enfocar();
+    });
+    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
+        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
+    });
+    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
+        agrandar();
+        panel_->irABuscar();
+    });
+}
+
+QWidget* Form1::armarCabeza() {
+    auto* cabeza = hacer<QWidget>();
+    auto* fila = hacer<QHBoxLayout>(cabeza);
+    fila->setContentsMargins(0, 0, 0, 0);
+    fila->setSpacing(10);
+    Label1_->setToolTip(tr("En marcha desde"));
+    lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
+    lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
+    lblEstadoScript_->setContentsMargins(6, 2, 6, 2);
+    Label10_->setToolTip(tr("Texto del guion"));
+    // However long it is, it takes the room that is left and not that of the lists.
+    Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    Label10_->setMaximumHeight(kLineasDelGuion * fontMetrics().lineSpacing());
+    QFont negrita = lblProyecto_->font();
+    negrita.setBold(true);
+    lblProyecto_->setFont(negrita);
+    fila->addWidget(lblProyecto_);
+    fila->addWidget(hacer<QLabel>(tr("Desde:")));
+    fila->addWidget(Label1_);
+    fila->addWidget(hacer<QLabel>(tr("Puntos:")));
+    fila->addWidget(lblCantidadDePuntos_);
+    fila->addWidget(lblEstadoScript_);
+    fila->addWidget(Label10_, 1);
+    auto* puertos = control<QPushButton>("BtnConfig", tr("P&uertos…"));
+    connect(puertos, &QPushButton::clicked, this, &Form1::BtnConfig);
+    fila->addWidget(puertos);
+    auto* tamanio = control<QPushButton>("btnTamañoFormulario", tr("&Tamaño"));
+    tamanio->setToolTip(tr("Ventana chica o entera (F11)"));
+    tamanio->setShortcut(Qt::Key_F11);
+    connect(tamanio, &QPushButton::clicked, this, &Form1::btnTamanioFormulario);
+    fila->addWidget(tamanio);
+    return cabeza;
+}
+
+QWidget* Form1::armarListas() {
+    listas_ = control<QTabWidget>("fichasDeListas");
+    listas_->setDocumentMode(true);
+    listas_->addTab(variables_, tr("Variables"));
+    listas_->addTab(bloques_, tr("Bloques"));
+    auto* partes = control<QSplitter>("partesDeListas", Qt::Vertical);
+    partes->addWidget(sockets_);
+    partes->addWidget(listas_);
+    partes->setStretchFactor(0, 1);
+    partes->setStretchFactor(1, 3);
+    partes->setSizes({150, 420});
+    partes->setChildrenCollapsible(false);
+    return partes;
+}
+
+CajaDeTraza* Form1::traza(const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
+    connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
+    cajas_.push_back(t);
+    return t;
+}
+
+QWidget* Form1::armarTrazas() {
+    auto* paginas = control<QTabWidget>("fichasDeTrazas");
+    paginas->setDocumentMode(true);
+    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), vista_.txtTramas), tr("Tramas"));
+    paginas->addTab(traza(tr("Tramas descartadas"), vista_.txtTramasDescartadas),
+                    tr("Descartadas"));
+    const auto fichas = [&](const CajasConFichas& cajas, const TituloDeFicha& deFicha,
+                            const QString& titulo, const QString& ficha) {
+        auto* f = hacer<Fichas>(cajas, deFicha, titulo, this);
+        connect(f, &Fichas::guardar, this, &Form1::guardar);
+        fichas_.push_back(f);
+        paginas->addTab(f, ficha);
+    };
+    fichas(
+        vista_.txtTimer, [this](std::size_t i) { return tituloDeBloque(i); },
+        tr("Temporizador de un bloque"), tr("Por bloque"));
+    fichas(
+        vista_.txtTimerIpPuerto,
+        [this](std::size_t i) { return enQt(vista_.txtTimerIpPuerto.titulo(i)); },
+        tr("Tiempos de una conexión"), tr("Por conexión"));
+    trazas_ = paginas;
+    return paginas;
+}
+
+/// The number alone tells nobody which block it is. Blocks are listed in the order of their tabs.
+QString Form1::tituloDeBloque(std::size_t ficha) const {
+    const Lista& bloques = vista_.lstViewEstadoDeBloques;
+    const auto fila = static_cast<std::uint32_t>(ficha);
+    QString titulo = enQt(vista_.txtTimer.titulo(ficha));
+    if (bloques.etiqueta(fila) == static_cast<std::int64_t>(ficha))
+        titulo += ":  " + enQt(bloques.texto(fila, 0));
+    return titulo;
+}
+
+QWidget* Form1::armarOrdenes() {
+    ordenes_ = hacer<QWidget>(this);
+    ordenes_->setFixedWidth(kAnchoDeOrdenes);
+    auto* columna = hacer<QVBoxLayout>(ordenes_);
+    columna->setContentsMargins(4, 0, 0, 0);
+    panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
+    // Where the screen is low the commands are scrolled, and what came of them stays in sight.
+    auto* comandos = hacer<QScrollArea>();
+    comandos->setFrameShape(QFrame::NoFrame);
+    comandos->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    comandos->setWidgetResizable(true);
+    comandos->setWidget(panel_);
+    comandos->setMaximumHeight(panel_->sizeHint().height());
+    columna->addWidget(comandos, 3);
+    columna->addWidget(
+        traza(tr("Lecturas y escrituras pedidas"), vista_.txtDemandaLecturaEscritura), 1);
+    connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
+        listas_->setCurrentWidget(variables_);
+        variables_->elegir(fila);
+    });
+    connect(panel_, &PanelDeOrdenes::avisar, this,
+            [this](const Aviso& aviso) { mensajero_.avisar(aviso); });
+    return ordenes_;
+}
+
+void Form1::conectarListas() {
+    for (TablaDeLista* lista : {variables_, bloques_})
+        connect(lista, &TablaDeLista::tildada, this,
+                [this](qint64 bloque, bool estado) { operador_.activarBloque(bloque, estado); });
+    connect(variables_, &TablaDeLista::activada, this, &Form1::abrirEscritura);
+    connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
+}
+
+void Form1::seguir(bool seguir) {
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->seguir(seguir);
+}
+
+void Form1::refrescar() {
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->refrescar();
+    panel_->refrescar();
+    refrescarCabeza();
+    estado_->refrescar(
+        operador_.cifras(),
+        {variables_->modelo().total() - variables_->modelo().cuantas(EstadoDeFila::Bien),
+         variables_->modelo().total(), sockets_->modelo().cuantas(EstadoDeFila::Bien),
+         sockets_->modelo().total()});
+    if (vueltas_++ % kVueltasPorTraza != 0) return;
+    for (CajaDeTraza* caja : cajas_)
+        caja->refrescar();
+    for (Fichas* fichas : fichas_)
+        fichas->refrescar();
+}
+
+void Form1::refrescarCabeza() {
+    Label1_->setText(enQt(vista_.Label1.texto()));
+    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
+    const QString proyecto = enQt(vista_.lblProyecto.texto());
+    lblProyecto_->setText(
+        lblProyecto_->fontMetrics().elidedText(proyecto, Qt::ElideMiddle, kAnchoDelProyecto));
+    lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
+    // Every point has a row; the label of the view is from the start, and reads add points.
+    lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
+    const Color color = vista_.lblEstadoScript.color();
+    if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
+    const bool bien = color == Color::Verde;
+    const QColor fondo = bien ? Qt::green : Qt::red;
+    lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
+    if (lblEstadoScript_->palette().color(QPalette::Window) == fondo) return;
+    QPalette paleta = palette();
+    paleta.setColor(QPalette::Window, fondo);
+    paleta.setColor(QPalette::WindowText, Qt::black); // readable on both
+    lblEstadoScript_->setPalette(paleta);
+    lblEstadoScript_->setAutoFillBackground(true);
+}
+
+void Form1::MnuScript() {
+    if (guion_ == nullptr) guion_ = hacer<FrmScript>(partes_.editor, this);
+    alFrente(*guion_);
+}
+
+void Form1::MnuAbout() {
+    if (acerca_ == nullptr) acerca_ = hacer<FrmAbout>(this, enQt(partes_.version));
+    alFrente(*acerca_);
+}
+
+void Form1::BtnConfig() {
+    if (puertos_ == nullptr) puertos_ = hacer<FrmPuertos>(operador_, this);
+    puertos_->mostrarPuertos();
+}
+
+void Form1::MnuShutdown() {
+    if (guion_ != nullptr && guion_->isWindowModified()) {
+        alFrente(*guion_);
+        guion_->close(); // it asks what becomes of its changes; the way out is free after that
+        return;
+    }
+    mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
+        salirPermitido_ = true;
+        operador_.MnuShutdown();
+        partes_.alApagar();
+    });
+}
+
+void Form1::abrirEscritura(std::uint32_t fila) {
+    const AperturaDeEscritura apertura = operador_.abrirEscritura(fila);
+    mensajero_.avisar(apertura.aviso);
+    if (!apertura.abrir) return;
+    if (escritura_ == nullptr) escritura_ = hacer<FrmEscritura>(operador_, this);
+    escritura_->mostrarPara(enQt(apertura.puerto), enQt(apertura.plc), enQt(apertura.direccion),
+                            apertura.valor);
+}
+
+void Form1::preguntarScan(std::uint32_t fila) {
+    const auto pregunta = operador_.preguntarScan(fila);
+    if (!pregunta) return;
+    mensajero_.preguntarTexto(*pregunta, [this, bloque = pregunta->bloque](const QString& texto) {
+        mensajero_.avisar(operador_.responderScan(bloque, deQt(texto)));
+    });
+}
+
+void Form1::guardar(const QString& ruta, const QString& texto) {
+    mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+}
+
+void Form1::agrandar() {
+    if (compacta_) btnTamanioFormulario();
+}
+
+void Form1::btnTamanioFormulario() {
+    compacta_ = !compacta_;
+    for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
+        parte->setVisible(!compacta_);
+    acomodar(*this, compacta_ ? kCompacta : kEntera);
+}
+
+void Form1::showEvent(QShowEvent* suceso) {
+    QMainWindow::showEvent(suceso);
+    if (ritmo_->isActive()) return;
+    seguir(true);
+    vueltas_ = 0;
+    refrescar();
+    ritmo_->start();
+}
+
+void Form1::hideEvent(QHideEvent* suceso) {
+    QMainWindow::hideEvent(suceso);
+    if (suceso->spontaneous()) return; // only to an icon
+    ritmo_->stop();
+    seguir(false);
+}
+
+void Form1::closeEvent(QCloseEvent* suceso) {
+    if (salirPermitido_) return suceso->accept();
+    suceso->ignore();
+    estado_->showMessage(tr("Esta ventana no se cierra: Driver > Ocultar ventana la esconde, "
+                            "Driver > Salir termina el programa"),
+                         8000);
+}
+
+} // namespace kv

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "operator/editor_de_guion.h"
+#include "operator/operador.h"
+#include "view/vista.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class QKeySequence;
+class QLabel;
+class QMenu;
+class QTabWidget;
+class QTimer;
+
+namespace kv {
+
+class BarraDeEstado;
+class CajaDeTraza;
+class Fichas;
+class FrmAbout;
+class FrmEscritura;
+class FrmPuertos;
+class FrmScript;
+class Mensajero;
+class PanelDeOrdenes;
+class TablaDeLista;
+
+/// What the windows show and whom they ask. All of them must outlive the windows.
+struct PartesDeVentana {
+    Vista& vista;
+    Operador& operador;
+    EditorDeGuion& editor;
+    Mensajero& mensajero;
+    std::string version;
+    std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
+};
+
+/// The main window: three lists, the traces, the commands, the menu. It shows the view at the
+/// screen's pace while it is itself shown, and nothing of it costs anything while it is hidden. It
+/// cannot be closed until a shutdown was confirmed.
+class Form1 final : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit Form1(const PartesDeVentana& partes);
+    ~Form1() override;
+
+    /// Shows what changed since the last time; called ten times a second while the window is shown.
+    void refrescar();
+
+  protected:
+    void showEvent(QShowEvent* suceso) override;
+    void hideEvent(QHideEvent* suceso) override;
+    void closeEvent(QCloseEvent* suceso) override;
+
+  private:
+    void armarMenu();
+    /// A line of a menu; `teclas` may be empty.
+    void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
+                 const std::function<void()>& orden);
+    QWidget* armarCabeza();
+    QWidget* armarListas();
+    QWidget* armarTrazas();
+    QWidget* armarOrdenes();
+    void conectarListas();
+    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
+    [[nodiscard]] QString tituloDeBloque(std::size_t ficha) const;
+    void seguir(bool seguir);
+    void refrescarCabeza();
+    void MnuScript();
+    void MnuAbout();
+    void MnuShutdown();
+    void BtnConfig();
+    void abrirEscritura(std::uint32_t fila);
+    void preguntarScan(std::uint32_t fila);
+    void guardar(const QString& ruta, const QString& texto);
+    void btnTamanioFormulario();
+    void agrandar();
+
+    PartesDeVentana partes_;
+    Vista& vista_;
+    Operador& operador_;
+    Mensajero& mensajero_;
+    QPointer<FrmEscritura> escritura_;
+    QPointer<FrmScript> guion_;
+    QPointer<FrmPuertos> puertos_;
+    QPointer<FrmAbout> acerca_;
+    bool salirPermitido_ = false;
+    bool compacta_ = false;
+    unsigned vueltas_ = 0;
+    QTimer* ritmo_;
+
+    QLabel* Label1_;
+    QLabel* Label10_;
+    QLabel* lblProyecto_;
+    QLabel* lblCantidadDePuntos_;
+    QLabel* lblEstadoScript_;
+    TablaDeLista* sockets_;
+    TablaDeLista* variables_;
+    TablaDeLista* bloques_;
+    QTabWidget* listas_ = nullptr;
+    QWidget* trazas_ = nullptr;
+    QWidget* ordenes_ = nullptr;
+    PanelDeOrdenes* panel_ = nullptr;
+    std::vector<CajaDeTraza*> cajas_;
+    std::vector<Fichas*> fichas_;
+    BarraDeEstado* estado_;
+};
+
+} // namespace kv

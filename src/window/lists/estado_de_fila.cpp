@@ -1,0 +1,167 @@
+#include "window/lists/estado_de_fila.h"
+
+#include "window/controls/colores.h"
+#include "window/controls/control.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmap>
+
+namespace kv {
+namespace {
+
+constexpr int kLado = 16;
+
+QPixmap dibujar(EstadoDeFila estado, int lado) {
+    QPixmap lienzo(lado, lado);
+    lienzo.fill(Qt::transparent);
+    QPainter p(&lienzo);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.scale(lado / double{kLado}, lado / double{kLado});
+    switch (estado) {
+    case EstadoDeFila::Bien: // a full disc
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0x2E, 0x9E, 0x44));
+        p.drawEllipse(QRectF(3, 3, 10, 10));
+        break;
+    case EstadoDeFila::Mal: // a cross
+        p.setPen(QPen(QColor(0xD6, 0x2D, 0x2D), 3, Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(QPointF(4, 4), QPointF(12, 12));
+        p.drawLine(QPointF(12, 4), QPointF(4, 12));
+        break;
+    case EstadoDeFila::Descansa: // two bars
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(0xE0, 0x8A, 0x00));
+        p.drawRect(QRectF(3.5, 3, 3.5, 10));
+        p.drawRect(QRectF(9, 3, 3.5, 10));
+        break;
+    case EstadoDeFila::Desconectada: // a ring with a stroke through it
+        p.setPen(QPen(QColor(0xD6, 0x2D, 0x2D), 2));
+        p.drawEllipse(QRectF(3, 3, 10, 10));
+        p.drawLine(QPointF(4.5, 11.5), QPointF(11.5, 4.5));
+        break;
+    case EstadoDeFila::Apagada: // an empty ring
+        p.setPen(QPen(QColor(0x8A, 0x8A, 0x8A), 1.6));
+        p.drawEllipse(QRectF(3.5, 3.5, 9, 9));
+        break;
+    default:
+        break;
+    }
+    return lienzo;
+}
+
+EstadoDeFila deConexion(const Lista& lista, std::uint32_t fila) {
+    const std::string_view texto = lista.texto(fila, 2);
+    if (texto.empty()) return EstadoDeFila::Ninguno;
+    return texto == "Conectado OK" ? EstadoDeFila::Bien : EstadoDeFila::Desconectada;
+}
+
+EstadoDeFila deVariable(const Lista& lista, std::uint32_t fila) {
+    if (!lista.tildada(fila)) return EstadoDeFila::Apagada;
+    const std::string_view texto = lista.texto(fila, 2);
+    if (texto == "OK") return EstadoDeFila::Bien;
+    return texto == "BAD" ? EstadoDeFila::Mal : EstadoDeFila::Descansa;
+}
+
+EstadoDeFila deBloque(const Lista& lista, std::uint32_t fila) {
+    if (!lista.tildada(fila)) return EstadoDeFila::Apagada;
+    return lista.texto(fila, 3).starts_with("Deshabilitado") ? EstadoDeFila::Descansa
+                                                             : EstadoDeFila::Bien;
+}
+
+std::string tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return std::string(lista.texto(fila, columna));
+}
+
+/// What is switched off keeps its state and is not looked at any more: its text must not say less
+/// than its sign.
+std::string conApagado(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (lista.tildada(fila)) return tal(lista, fila, columna);
+    return deQt(QCoreApplication::translate("kv::Form1", "%1 (apagado)")
+                    .arg(enQt(lista.texto(fila, columna))));
+}
+
+std::string textoDeVariable(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    return columna == 2 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+}
+
+/// A scan of 0 is no pace: it says when the block is read all the same.
+std::string textoDeBloque(const Lista& lista, std::uint32_t fila, std::size_t columna) {
+    if (columna == 2 && lista.texto(fila, columna) == "0")
+        return deQt(QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar"));
+    return columna == 3 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+}
+
+} // namespace
+
+QIcon senalDeEstado(EstadoDeFila estado) {
+    static const auto todas = [] {
+        std::array<QIcon, kEstadosDeFila> iconos;
+        for (std::size_t i = 1; i < iconos.size(); ++i) {
+            for (const int lado : {kLado, kLado * 2, kLado * 3})
+                // The same on a chosen row, where the toolkit would tint it.
+                for (const QIcon::Mode modo : {QIcon::Normal, QIcon::Selected})
+                    iconos[i].addPixmap(dibujar(static_cast<EstadoDeFila>(i), lado), modo);
+        }
+        return iconos;
+    }();
+    return todas[static_cast<std::size_t>(estado)];
+}
+
+QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
+    const bool oscura = esOscura(paleta);
+    switch (estado) {
+    case EstadoDeFila::Mal:
+    case EstadoDeFila::Desconectada:
+        return oscura ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x1C, 0x1C);
+    case EstadoDeFila::Descansa:
+        return oscura ? QColor(0xFF, 0xC1, 0x66) : QColor(0x8A, 0x52, 0x00);
+    case EstadoDeFila::Apagada:
+        return paleta.color(QPalette::Disabled, QPalette::Text);
+    default:
+        return {};
+    }
+}
+
+const FormaDeLista& formaDeSockets() {
+    static const FormaDeLista forma{.conTildes = false,
+                                    .columnaDeEstado = 2,
+                                    .columnaDeCifras = -1,
+                                    .estado = deConexion,
+                                    .texto = tal,
+                                    .especies = {Especie::Numero, Especie::Texto, Especie::Texto,
+                                                 Especie::Texto, Especie::Numero, Especie::Texto,
+                                                 Especie::Texto, Especie::Texto},
+                                    .filtrables = {0, 1, 2, 3},
+                                    .anchos = {2, 17, 15, 21, 2, 2, 2, 2}};
+    return forma;
+}
+
+const FormaDeLista& formaDeVariables() {
+    static const FormaDeLista forma{.conTildes = true,
+                                    .columnaDeEstado = 2,
+                                    .columnaDeCifras = 1,
+                                    .estado = deVariable,
+                                    .texto = textoDeVariable,
+                                    .especies = {Especie::Direccion, Especie::Numero,
+                                                 Especie::Texto, Especie::Fecha, Especie::Texto},
+                                    .filtrables = {0, 2, 4},
+                                    .anchos = {18, 10, 38, 21, 22}};
+    return forma;
+}
+
+const FormaDeLista& formaDeBloques() {
+    static const FormaDeLista forma{.conTildes = true,
+                                    .columnaDeEstado = 3,
+                                    .columnaDeCifras = -1,
+                                    .estado = deBloque,
+                                    .texto = textoDeBloque,
+                                    .especies = {Especie::Direccion, Especie::Numero,
+                                                 Especie::Numero, Especie::Texto, Especie::Texto},
+                                    .filtrables = {0, 1, 3},
+                                    .anchos = {18, 5, 5, 46, 30}};
+    return forma;
+}
+
+} // namespace kv

@@ -1,0 +1,276 @@
+#include "window/script/FrmScript.h"
+
+#include "window/controls/avisar.h"
+#include "window/controls/control.h"
+#include "window/controls/idioma.h"
+#include "window/controls/ventana.h"
+#include "window/script/barra_de_busqueda.h"
+#include "window/script/caja_de_codigo.h"
+
+#include <QCloseEvent>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace kv {
+namespace {
+
+constexpr int kBorde = 7; // pixels, all around
+constexpr int kEntreMiradasMs = 500;
+
+QString enPalabras(const FallaDeGuion& falla) {
+    return FrmScript::tr("línea %1, columna %2: %3")
+        .arg(falla.linea)
+        .arg(falla.columna)
+        .arg(enQt(enIngles() ? falla.enIngles : falla.descripcion));
+}
+
+/// A question over `padre`, answered later through `finished`.
+QMessageBox* pregunta(QWidget* padre, const QString& texto) {
+    auto* caja = hacer<QMessageBox>(QMessageBox::Question, padre->windowTitle().remove("[*]"),
+                                    texto, QMessageBox::NoButton, padre);
+    caja->setAttribute(Qt::WA_DeleteOnClose);
+    return caja;
+}
+
+} // namespace
+
+FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
+    : QWidget(padre, Qt::Window), editor_(editor),
+      TextCodigo_(control<CajaDeCodigo>("TextCodigo", this)),
+      busqueda_(hacer<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
+      lugar_(hacer<QLabel>(this)), mensaje_(rotulo("LblMensaje", this)),
+      BtnOk_(control<QPushButton>("BtnOk", tr("&Guardar"), this)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setObjectName("FrmScript");
+    setWindowTitle(tr("Guion: %1[*]").arg(enQt(editor.nombre())));
+    acomodar(*this, {900, 640});
+    TextCodigo_->setAccessibleName(tr("Texto del guion"));
+    auto* todo = hacer<QVBoxLayout>(this);
+    todo->setContentsMargins(kBorde, kBorde, kBorde, kBorde);
+    todo->setMenuBar(menus());
+    todo->addWidget(aviso_);
+    todo->addWidget(TextCodigo_, 1);
+    todo->addWidget(busqueda_);
+    todo->addLayout(pie());
+    connect(TextCodigo_->document(), &QTextDocument::modificationChanged, this,
+            &QWidget::setWindowModified);
+    const auto lugar = [this] {
+        lugar_->setText(tr("Línea %1, columna %2")
+                            .arg(TextCodigo_->lineaActual())
+                            .arg(TextCodigo_->columnaActual()));
+    };
+    connect(TextCodigo_, &QPlainTextEdit::cursorPositionChanged, this, lugar);
+    lugar();
+    cargar();
+    TextCodigo_->setFocus();
+    connect(&mirada_, &QTimer::timeout, this, &FrmScript::mirar);
+    mirada_.start(kEntreMiradasMs);
+    prepararVentana(*this);
+}
+
+QMenuBar* FrmScript::menus() {
+    auto* barra = hacer<QMenuBar>(this);
+    QMenu* menu = barra->addMenu(tr("Gui&on"));
+    const auto entrada = [&](const QString& rotulo, const char* teclas, auto accion) {
+        menu->addAction(rotulo, QKeySequence(teclas), this, accion);
+    };
+    entrada(tr("&Guardar"), "Ctrl+S", [this] { BtnOk_->click(); });
+    entrada(tr("&Comprobar"), "F7", [this] { comprobar(texto(), {}); });
+    menu->addSeparator();
+    entrada(tr("Ce&rrar"), "Ctrl+W", [this] { close(); });
+    menu = barra->addMenu(tr("&Edición"));
+    entrada(tr("&Deshacer"), "Ctrl+Z", [this] { TextCodigo_->undo(); });
+    entrada(tr("&Rehacer"), "Ctrl+Y", [this] { TextCodigo_->redo(); });
+    menu->addSeparator();
+    entrada(tr("&Buscar..."), "Ctrl+F", [this] { busqueda_->abrir(false); });
+    entrada(tr("Buscar &siguiente"), "F3", [this] { busqueda_->siguiente(); });
+    entrada(tr("Buscar &anterior"), "Shift+F3", [this] { busqueda_->anterior(); });
+    entrada(tr("Ree&mplazar..."), "Ctrl+H", [this] { busqueda_->abrir(true); });
+    entrada(tr("&Ir a la línea..."), "Ctrl+G", [this] { irALinea(); });
+    menu = barra->addMenu(tr("&Ver"));
+    entrada(tr("Letra más &grande"), "Ctrl++", [this] { TextCodigo_->zoomIn(); });
+    entrada(tr("Letra más &chica"), "Ctrl+-", [this] { TextCodigo_->zoomOut(); });
+    return barra;
+}
+
+QWidget* FrmScript::avisoDeCambio() {
+    auto* marco = hacer<QFrame>(this);
+    marco->setObjectName("AvisoDeCambio");
+    marco->setFrameShape(QFrame::StyledPanel);
+    auto* fila = hacer<QHBoxLayout>(marco);
+    fila->addWidget(hacer<QLabel>(tr("⚠ Otro programa cambió el archivo."), marco), 1);
+    auto* recargar =
+        control<QPushButton>("BtnRecargar", tr("&Leer de nuevo (se pierde lo de aquí)"), marco);
+    auto* conservar = control<QPushButton>("BtnConservar", tr("Co&nservar lo de aquí"), marco);
+    connect(recargar, &QPushButton::clicked, this, &FrmScript::cargar);
+    connect(conservar, &QPushButton::clicked, this, [this] {
+        editor_.pasarPorAltoElCambio();
+        TextCodigo_->document()->setModified(true);
+        aviso_->hide();
+    });
+    fila->addWidget(recargar);
+    fila->addWidget(conservar);
+    marco->hide();
+    return marco;
+}
+
+QHBoxLayout* FrmScript::pie() {
+    auto* fila = hacer<QHBoxLayout>();
+    mensaje_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    mensaje_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    fila->addWidget(lugar_);
+    fila->addSpacing(2 * kBorde);
+    fila->addWidget(mensaje_, 1);
+    auto* cancelar = control<QPushButton>("BtnCancelar", tr("&Cerrar sin guardar"), this);
+    connect(BtnOk_, &QPushButton::clicked, this, [this] { guardarY([] {}); });
+    connect(cancelar, &QPushButton::clicked, this, &FrmScript::cerrarSinGuardar);
+    fila->addWidget(BtnOk_);
+    fila->addWidget(cancelar);
+    return fila;
+}
+
+void FrmScript::cargar() {
+    const int linea = TextCodigo_->lineaActual();
+    const auto leido = editor_.leer();
+    legible_ = leido.has_value();
+    BtnOk_->setEnabled(legible_);
+    TextCodigo_->setReadOnly(!legible_);
+    TextCodigo_->setPlainText(enQt(leido.value_or(std::string())));
+    TextCodigo_->irA(linea);
+    TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
+    TextCodigo_->desmarcar(CajaDeCodigo::Marca::Corrida);
+    aviso_->hide();
+    decir({});
+    if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
+    if (editor_.ruta().empty()) decir(tr("La configuración no tiene lugar para un guion."));
+    falla_.reset();
+    mirar();
+}
+
+std::string FrmScript::texto() const { return deQt(TextCodigo_->texto().replace('\n', "\r\n")); }
+
+void FrmScript::guardarY(std::function<void()> luego) {
+    if (!legible_) return;
+    if (!editor_.cambioAfuera()) {
+        if (guardar()) luego();
+        return;
+    }
+    QMessageBox* caja =
+        pregunta(this, tr("Otro programa cambió el archivo desde que se abrió. ¿Guardar encima?"));
+    QPushButton* si = caja->addButton(tr("&Guardar encima"), QMessageBox::AcceptRole);
+    caja->addButton(tr("&No guardar"), QMessageBox::RejectRole);
+    connect(caja, &QDialog::finished, this, [this, caja, si, luego = std::move(luego)] {
+        if (caja->clickedButton() == si && guardar()) luego();
+    });
+    caja->open();
+}
+
+bool FrmScript::guardar() {
+    const std::string t = texto();
+    const auto que = editor_.guardar(t);
+    if (que != EditorDeGuion::Guardado::Hecho) {
+        quejarse(que, t);
+        return false;
+    }
+    TextCodigo_->document()->setModified(false);
+    aviso_->hide();
+    mirar();
+    // A script with a mistake is saved all the same: whether it may run is the engineer's decision.
+    comprobar(t, tr("Guardado."));
+    return true;
+}
+
+void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) {
+    if (que == EditorDeGuion::Guardado::SinRuta) return;
+    if (que == EditorDeGuion::Guardado::NoSePudo) {
+        avisar(this, tr("No se pudo escribir el archivo. No se guardó nada."));
+        return;
+    }
+    const auto ajeno = EditorDeGuion::caracterAjeno(texto);
+    if (!ajeno) return;
+    TextCodigo_->irA(ajeno->linea, ajeno->columna);
+    avisar(this, tr("El archivo no puede guardar el carácter \"%1\" de la línea %2. No se guardó "
+                    "nada.")
+                     .arg(enQt(ajeno->descripcion))
+                     .arg(ajeno->linea));
+}
+
+void FrmScript::comprobar(const std::string& texto, const QString& hecho) {
+    const auto falla = EditorDeGuion::comprobar(texto);
+    if (!falla) {
+        TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
+        decir(hecho.isEmpty() ? tr("Sin errores.") : hecho);
+        return;
+    }
+    const QString que = tr("No compila: %1").arg(enPalabras(*falla));
+    TextCodigo_->marcar(CajaDeCodigo::Marca::Comprobacion, falla->linea, que);
+    decir("⚠ " + (hecho.isEmpty() ? que : hecho + " " + que));
+}
+
+void FrmScript::mirar() {
+    if (editor_.cambioAfuera() && aviso_->isHidden()) aviso_->show();
+    const auto falla = editor_.fallaDeLaCorrida();
+    if (falla == falla_) return;
+    falla_ = falla;
+    if (!falla) {
+        TextCodigo_->desmarcar(CajaDeCodigo::Marca::Corrida);
+        decir({});
+        return;
+    }
+    const QString que = tr("Última corrida: %1").arg(enPalabras(*falla));
+    TextCodigo_->marcar(CajaDeCodigo::Marca::Corrida, falla->linea, que);
+    decir("✖ " + que);
+}
+
+void FrmScript::decir(const QString& que) {
+    mensaje_->setText(que);
+    mensaje_->setToolTip(ayudaSinMarcas(que));
+}
+
+void FrmScript::irALinea() {
+    auto* caja = hacer<QInputDialog>(this);
+    caja->setAttribute(Qt::WA_DeleteOnClose);
+    caja->setWindowTitle(tr("Ir a la línea"));
+    caja->setLabelText(tr("Línea (1 a %1):").arg(TextCodigo_->blockCount()));
+    caja->setInputMode(QInputDialog::IntInput);
+    caja->setIntRange(1, TextCodigo_->blockCount());
+    caja->setIntValue(TextCodigo_->lineaActual());
+    caja->setOkButtonText(tr("OK"));
+    caja->setCancelButtonText(tr("Cancelar"));
+    connect(caja, &QInputDialog::intValueSelected, this,
+            [this](int linea) { TextCodigo_->irA(linea); });
+    caja->open();
+}
+
+void FrmScript::cerrarSinGuardar() {
+    cerrando_ = true;
+    close();
+}
+
+void FrmScript::closeEvent(QCloseEvent* evento) {
+    const bool pierde = TextCodigo_->document()->isModified() && !cerrando_;
+    evento->setAccepted(!pierde);
+    if (pierde) preguntarAntesDeCerrar();
+}
+
+void FrmScript::preguntarAntesDeCerrar() {
+    QMessageBox* caja = pregunta(this, tr("El guion tiene cambios sin guardar."));
+    QPushButton* guardarlos = caja->addButton(tr("&Guardar"), QMessageBox::AcceptRole);
+    QPushButton* perderlos =
+        caja->addButton(tr("&Cerrar sin guardar"), QMessageBox::DestructiveRole);
+    caja->setDefaultButton(guardarlos);
+    caja->setEscapeButton(caja->addButton(tr("&Seguir editando"), QMessageBox::RejectRole));
+    connect(caja, &QDialog::finished, this, [this, caja, guardarlos, perderlos] {
+        if (caja->clickedButton() == perderlos) cerrarSinGuardar();
+        if (caja->clickedButton() == guardarlos) guardarY([this] { cerrarSinGuardar(); });
+    });
+    caja->open();
+}
+
+} // namespace kv

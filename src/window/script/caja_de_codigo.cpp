@@ -1,0 +1,184 @@
+#include "window/script/caja_de_codigo.h"
+
+#include "window/controls/colores.h"
+#include "window/controls/control.h"
+#include "window/script/margen_de_codigo.h"
+#include "window/script/resaltado_de_guion.h"
+
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QTextBlock>
+
+#include <algorithm>
+
+namespace kv {
+namespace {
+
+constexpr int kSangria = 4;
+
+bool esBlanco(QChar c) { return c == ' ' || c == '\t'; }
+
+/// The blanks that a line begins with, up to `hasta`.
+QString sangriaDe(const QString& linea, int hasta) {
+    int n = 0;
+    while (n < std::min<int>(hasta, static_cast<int>(linea.size())) && esBlanco(linea[n]))
+        ++n;
+    return linea.left(n);
+}
+
+} // namespace
+
+CajaDeCodigo::CajaDeCodigo(QWidget* padre)
+    : QPlainTextEdit(padre), resaltado_(hacer<ResaltadoDeGuion>(document(), palette())),
+      margen_(hacer<MargenDeCodigo>(*this)) {
+    setLineWrapMode(NoWrap);
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setTabStopDistance(kSangria * QFontMetricsF(font()).horizontalAdvance(' '));
+    connect(this, &QPlainTextEdit::blockCountChanged, this, &CajaDeCodigo::acomodarMargen);
+    connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& r, int dy) {
+        if (dy != 0) {
+            margen_->scroll(0, dy);
+        } else {
+            margen_->update(0, r.y(), margen_->width(), r.height());
+        }
+    });
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CajaDeCodigo::resaltarLineas);
+    acomodarMargen();
+    resaltarLineas();
+}
+
+QString CajaDeCodigo::texto() const {
+    QString crudo = document()->toRawText();
+    crudo.replace(QChar::ParagraphSeparator, '\n').replace(QChar::LineSeparator, '\n');
+    return crudo;
+}
+
+void CajaDeCodigo::irA(int linea, int columna) {
+    const int ultima = document()->blockCount() - 1;
+    const QTextBlock bloque = document()->findBlockByNumber(std::clamp(linea - 1, 0, ultima));
+    QTextCursor cursor(bloque);
+    cursor.setPosition(bloque.position() + std::clamp(columna - 1, 0, bloque.length() - 1));
+    setTextCursor(cursor);
+    centerCursor();
+}
+
+void CajaDeCodigo::marcar(Marca cual, int linea, const QString& mensaje) {
+    const int ultima = document()->blockCount() - 1;
+    const QTextBlock bloque = document()->findBlockByNumber(std::clamp(linea - 1, 0, ultima));
+    senal(cual) = {QTextCursor(bloque), mensaje};
+    resaltarLineas();
+}
+
+void CajaDeCodigo::desmarcar(Marca cual) {
+    senal(cual) = {};
+    resaltarLineas();
+}
+
+int CajaDeCodigo::lineaMarcada(Marca cual) const {
+    const Senal& s = senal(cual);
+    return s.mensaje.isEmpty() ? 0 : s.lugar.blockNumber() + 1;
+}
+
+QString CajaDeCodigo::mensajeDe(int linea) const {
+    QStringList mensajes;
+    for (const Marca m : {Marca::Corrida, Marca::Comprobacion}) {
+        if (lineaMarcada(m) == linea) mensajes += senal(m).mensaje;
+    }
+    return mensajes.join('\n');
+}
+
+void CajaDeCodigo::resaltarLineas() {
+    QList<QTextEdit::ExtraSelection> todas;
+    const auto fondo = [&](QTextCursor donde, const QColor& color, float parte) {
+        QTextEdit::ExtraSelection s;
+        donde.clearSelection();
+        s.cursor = donde;
+        s.format.setBackground(sobrePapel(palette(), color, parte));
+        s.format.setProperty(QTextFormat::FullWidthSelection, true);
+        todas += s;
+    };
+    fondo(textCursor(), palette().color(QPalette::Text), 0.07F);
+    if (lineaMarcada(Marca::Comprobacion) != 0)
+        fondo(senal(Marca::Comprobacion).lugar, QColor(0xF9A825), 0.25F);
+    if (lineaMarcada(Marca::Corrida) != 0)
+        fondo(senal(Marca::Corrida).lugar, QColor(0xC62828), 0.25F);
+    setExtraSelections(todas);
+    margen_->update();
+}
+
+void CajaDeCodigo::acomodarMargen() {
+    setViewportMargins(margen_->ancho(), 0, 0, 0);
+    const QRect r = contentsRect();
+    margen_->setGeometry(r.left(), r.top(), margen_->ancho(), r.height());
+}
+
+void CajaDeCodigo::resizeEvent(QResizeEvent* evento) {
+    QPlainTextEdit::resizeEvent(evento);
+    acomodarMargen();
+}
+
+void CajaDeCodigo::changeEvent(QEvent* evento) {
+    QPlainTextEdit::changeEvent(evento);
+    if (evento->type() == QEvent::PaletteChange) {
+        resaltado_->elegirColores(palette());
+        resaltarLineas();
+    } else if (evento->type() == QEvent::FontChange) {
+        setTabStopDistance(kSangria * QFontMetricsF(font()).horizontalAdvance(' '));
+        acomodarMargen();
+    }
+}
+
+void CajaDeCodigo::keyPressEvent(QKeyEvent* tecla) {
+    const bool sola = (tecla->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+    if (isReadOnly() || !sola || !teclaDeCodigo(tecla->key())) QPlainTextEdit::keyPressEvent(tecla);
+}
+
+bool CajaDeCodigo::teclaDeCodigo(int tecla) {
+    const bool varias = textCursor().selectedText().contains(QChar::ParagraphSeparator);
+    if (tecla == Qt::Key_Return || tecla == Qt::Key_Enter) {
+        nuevaLinea();
+    } else if (tecla == Qt::Key_Backtab || (tecla == Qt::Key_Tab && varias)) {
+        sangrarSeleccion(tecla == Qt::Key_Backtab);
+    } else if (tecla == Qt::Key_Tab) {
+        insertPlainText(QString(kSangria - textCursor().positionInBlock() % kSangria, ' '));
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void CajaDeCodigo::nuevaLinea() {
+    QTextCursor c = textCursor();
+    c.beginEditBlock();
+    c.removeSelectedText();
+    const QString sangria = sangriaDe(c.block().text(), c.positionInBlock());
+    c.insertBlock();
+    c.insertText(sangria);
+    c.endEditBlock();
+    setTextCursor(c);
+    ensureCursorVisible();
+}
+
+void CajaDeCodigo::sangrarSeleccion(bool afuera) {
+    QTextCursor c = textCursor();
+    const QTextBlock primero = document()->findBlock(c.selectionStart());
+    // A selection that ends where a line begins does not mean that line.
+    const int fin = std::max(c.selectionStart(), c.selectionEnd() - 1);
+    const QTextBlock ultimo = document()->findBlock(fin);
+    c.beginEditBlock();
+    for (QTextBlock b = primero; b.isValid() && b.blockNumber() <= ultimo.blockNumber();
+         b = b.next()) {
+        QTextCursor linea(b);
+        if (!afuera) {
+            if (!b.text().isEmpty()) linea.insertText(QString(kSangria, ' '));
+            continue;
+        }
+        const QString sangria = sangriaDe(b.text(), kSangria);
+        const auto sobra = sangria.startsWith('\t') ? 1 : sangria.size();
+        linea.movePosition(QTextCursor::Right, QTextCursor::KeepAnchor, static_cast<int>(sobra));
+        linea.removeSelectedText();
+    }
+    c.endEditBlock();
+}
+
+} // namespace kv

@@ -1,0 +1,82 @@
+#include "window/ventana_servidor.h"
+
+#include "window/controls/control.h"
+#include "window/controls/ventana.h"
+#include "window/mensajero.h"
+#include "window/traces/caja_de_traza.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+
+namespace kv {
+namespace {
+
+constexpr int kRitmoMs = 300;
+
+} // namespace
+
+VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
+                                 Mensajero& mensajero)
+    : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
+      lblPuertoServidor_(rotulo("lblPuertoServidor", this)), lblEstado_(rotulo("lblEstado", this)),
+      lblKeepALive_(rotulo("lblKeepALive", this)),
+      Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), vista.Text1)),
+      Text2_(traza(tr("Del cliente"), vista.Text2)) {
+    setObjectName("FrmServerTCP");
+    setWindowTitle(tr("Servidor de clientes"));
+    setWindowIcon(iconoDelPrograma());
+    auto* ocultar = control<QPushButton>("BtnOcultar", tr("&Ocultar"), this);
+    connect(ocultar, &QPushButton::clicked, this, [this] { operador_.BtnOcultar(); });
+    auto* arriba = hacer<QHBoxLayout>();
+    arriba->setSpacing(20);
+    arriba->addWidget(lblPuertoServidor_);
+    arriba->addWidget(lblEstado_);
+    arriba->addWidget(lblKeepALive_);
+    arriba->addStretch();
+    arriba->addWidget(ocultar);
+    auto* todo = hacer<QVBoxLayout>(this);
+    todo->addLayout(arriba);
+    todo->addWidget(Text2_);
+    todo->addWidget(Text1_);
+    acomodar(*this, {720, 480});
+    ritmo_->setInterval(kRitmoMs);
+    connect(ritmo_, &QTimer::timeout, this, &VentanaServidor::refrescar);
+    prepararVentana(*this);
+}
+
+CajaDeTraza* VentanaServidor::traza(const QString& titulo, const CajaDeTexto& caja) {
+    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
+    connect(t, &CajaDeTraza::guardar, this, [this](const QString& ruta, const QString& texto) {
+        mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));
+    });
+    return t;
+}
+
+void VentanaServidor::refrescar() {
+    lblPuertoServidor_->setText(enQt(vista_.lblPuertoServidor.texto()));
+    lblEstado_->setText(enQt(vista_.lblEstado.texto()));
+    lblKeepALive_->setText(enQt(vista_.lblKeepALive.texto()));
+    Text1_->refrescar();
+    Text2_->refrescar();
+}
+
+void VentanaServidor::showEvent(QShowEvent* suceso) {
+    QWidget::showEvent(suceso);
+    refrescar();
+    ritmo_->start();
+}
+
+void VentanaServidor::hideEvent(QHideEvent* suceso) {
+    QWidget::hideEvent(suceso);
+    if (!suceso->spontaneous()) ritmo_->stop();
+}
+
+void VentanaServidor::closeEvent(QCloseEvent* suceso) {
+    suceso->ignore();
+    operador_.BtnOcultar();
+}
+
+} // namespace kv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "operator/operador.h"
+#include "view/vista.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QTimer;
+
+namespace kv {
+
+class CajaDeTraza;
+class Mensajero;
+
+/// The client's window on the screen, under the name FrmServerTCP: how the link stands and what its
+/// wire brings and takes. Closing it hides it; the client is served on.
+class VentanaServidor final : public QWidget {
+    Q_OBJECT
+  public:
+    VentanaServidor(const VistaServidor& vista, Operador& operador, Mensajero& mensajero);
+    void refrescar();
+
+  protected:
+    void showEvent(QShowEvent* suceso) override;
+    void hideEvent(QHideEvent* suceso) override;
+    void closeEvent(QCloseEvent* suceso) override;
+
+  private:
+    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
+
+    const VistaServidor& vista_;
+    Operador& operador_;
+    Mensajero& mensajero_;
+    QTimer* ritmo_;
+    QLabel* lblPuertoServidor_;
+    QLabel* lblEstado_;
+    QLabel* lblKeepALive_;
+    CajaDeTraza* Text1_;
+    CajaDeTraza* Text2_;
+};
+
+} // namespace kv
