@@ -141,4 +141,17 @@ bool Engine::running() const { return inside_->machine->running(); }
 std::uint64_t Engine::compilations() const { return inside_->machine->compilations(); }
 std::size_t Engine::memoryUsed() const { return inside_->machine->memory().used(); }
 
+std::vector<Engine::Variable> Engine::variables() const {
+    const Machine& m = *inside_->machine;
+    std::vector<Variable> all;
+    for (std::uint32_t k = 0; k < m.globals.size(); ++k) {
+        const Global& g = m.globals[k];
+        if (g.defined && !g.constant && !g.host && !g.proc && !g.cls)
+            all.push_back({m.names.text(g.name), g.value});
+    }
+    return all;
+}
+
+void Engine::tellLinesTo(LineSink* sink) { inside_->machine->tellLinesTo(sink); }
+
 } // namespace vbscript

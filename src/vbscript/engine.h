@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vbscript/host_object.h"
+#include "vbscript/surroundings/line_sink.h"
 #include "vbscript/surroundings/surroundings.h"
 #include "vbscript/values/value.h"
 
@@ -9,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vbscript {
 
@@ -55,6 +57,17 @@ class Engine {
     /// How many texts have been compiled so far, and what the values hold now, in bytes.
     [[nodiscard]] std::uint64_t compilations() const;
     [[nodiscard]] std::size_t memoryUsed() const;
+
+    struct Variable {
+        std::string name; ///< as it was first written
+        Value value;
+    };
+    /// The module's variables as they are now; no constants, procedures or objects of the host.
+    [[nodiscard]] std::vector<Variable> variables() const;
+    /// `sink`, which must outlive its use, is told the lines of the texts that are compiled from
+    /// now on, when they run; null: of none. Texts that were compiled before, and those that a
+    /// text runs itself, stay silent and cost nothing.
+    void tellLinesTo(LineSink* sink);
 
   private:
     struct Inside;

@@ -61,6 +61,7 @@ namespace vbscript {
     X(BindAuto)         /* local a follows global c when there is one by now */                    \
     X(CheckDefined)     /* global c, under Option Explicit */                                      \
     X(Fail)             /* error n */                                                              \
+    X(Line)             /* line c begins; only where somebody wants to know */                     \
     X(Execute)          /* a = b run as text; n: 0 here, 1 in the module, 2 an expression */       \
     X(WithObject)       /* a = b for With */
 

@@ -13,6 +13,7 @@ struct CompileContext {
     Names& names;
     Globals& globals;
     const Library& builtins;
+    bool lines = false; ///< steps say which line they are of
 };
 
 /// A frame that is running, for text that runs in its midst: its variables by address.

@@ -13,6 +13,7 @@ void Compiler::beginLeaf(Position at) {
     body_.proc->regions.push_back({here(), here(), here(), at});
     body_.temps = 0;
     body_.dirty.clear();
+    if (context_.lines) emit(Op::Line, 0, 0, at.line);
 }
 
 void Compiler::endLeaf() {

@@ -86,7 +86,9 @@ std::shared_ptr<Unit> Machine::unitFor(std::string_view source) {
         return k.unit;
     }
     ++compilations_;
-    auto unit = compileModule(context(), *parseModule(source, names));
+    CompileContext with = context();
+    with.lines = lines_ && depthOfRuns_ == 0; // a text that another one runs has lines of its own
+    auto unit = compileModule(with, *parseModule(source, names));
     unit->source = source;
     if (kept_.size() >= unitsKept) {
         const auto oldest =

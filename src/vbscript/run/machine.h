@@ -5,6 +5,7 @@
 #include "vbscript/compile/library.h"
 #include "vbscript/run/instance.h"
 #include "vbscript/run/registers.h"
+#include "vbscript/surroundings/line_sink.h"
 #include "vbscript/values/runtime.h"
 
 #include <map>
@@ -29,6 +30,8 @@ class Machine : public Runtime {
     [[nodiscard]] Memory& memory() { return memory_; }
     [[nodiscard]] CompileContext context() { return {names, globals, library}; }
     void setLimits(const Limits& l);
+    /// Of the texts that are compiled from now on; null: of none.
+    void tellLinesTo(LineSink* sink) { lines_ = sink; }
 
     /// Declares what the unit declares and runs its top-level statements. Throws Fault,
     /// BudgetFault.
@@ -146,6 +149,7 @@ class Machine : public Runtime {
 
     Memory& memory_;
     Limits limits_;
+    LineSink* lines_ = nullptr;
     Registers r_;
     RegisterStack stack_;
     std::vector<Frame> frames_;

@@ -172,6 +172,10 @@ void Machine::opGotoZero(const Instruction&) {
     err.clear();
 }
 
+void Machine::opLine(const Instruction& i) {
+    if (lines_) lines_->at(static_cast<int>(i.c));
+}
+
 void Machine::opFail(const Instruction& i) { throw Fault(i.n); }
 
 void Machine::opBindAuto(const Instruction& i) {
