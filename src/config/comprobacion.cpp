@@ -164,6 +164,31 @@ void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
     }
 }
 
+DireccionesDePlanta direccionesDe(const ListasDeConfiguracion& listas,
+                                  const Validacion& validacion) {
+    DireccionesDePlanta planta;
+    for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
+        const Estacion& e = listas.estaciones[i];
+        if (validacion.estaciones[i] != Suerte::NoConstruir)
+            planta.agregarEstacion(e.puerto, e.numero);
+    }
+    for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
+        const ConfiguracionDeBloque& b = listas.bloques[i];
+        if (validacion.bloques[i] == Suerte::NoConstruir) continue;
+        for (const std::string& registro : registrosDeBloque(b.direccion, b.cantidad))
+            planta.agregarRegistro(b.puerto, b.plc, registro);
+    }
+    return planta;
+}
+
+std::optional<DireccionesDePlanta> direccionesConfiguradas(Ajustes& ajustes) {
+    ajustes.noEscribir();
+    ConfiguracionLeida c = leerConfiguracionUbicada(ajustes, {});
+    if (!ajustes.existeArchivo(c.listas.archivo)) return std::nullopt;
+    const Validacion v = validar(c.listas, c.problemas);
+    return direccionesDe(c.listas, v);
+}
+
 Comprobacion comprobar(Ajustes& ajustes) {
     ajustes.noEscribir();
     ConfiguracionLeida c = leerConfiguracionUbicada(ajustes, {});

@@ -2,7 +2,9 @@
 
 #include "config/proyecto.h"
 #include "config/validacion.h"
+#include "plant/direcciones.h"
 
+#include <optional>
 #include <string>
 
 namespace kv {
@@ -15,6 +17,12 @@ struct Comprobacion {
 
 /// Reads settings and configuration as a start would, without writing anything from now on.
 [[nodiscard]] Comprobacion comprobar(Ajustes& ajustes);
+
+/// The stations and registers that a start would build; nothing where there is no configuration.
+/// Writes nothing from now on.
+[[nodiscard]] std::optional<DireccionesDePlanta> direccionesConfiguradas(Ajustes& ajustes);
+[[nodiscard]] DireccionesDePlanta direccionesDe(const ListasDeConfiguracion& listas,
+                                                const Validacion& validacion);
 
 /// The report of what would be built and of every problem, each on a line of its own. Its length is
 /// bounded however large the plant is.

@@ -16,7 +16,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
       sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
       scriptControl(bucle_.reloj(), vista),
-      guion(bucle_, archivos_, scriptControl, vista, sello, log),
+      guion(bucle_, archivos_, scriptControl, vista, sello, log), logDelGuion(log, bucle_.reloj()),
       publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
       turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),
       recepcion(tablas, turnos, bucle_, vista, sello, log),
@@ -119,8 +119,41 @@ void Motor::establecerBAD_En_Socket(Indice conexion) {
     publicacion.establecerBAD_En_Socket(conexion);
 }
 
-void Motor::escribirDireccion(const std::string& direccion, double valor) {
-    solicitudes.escribirDireccion(direccion, valor, kOrigenGuion);
+double Motor::hacer(const PedidoDelGuion& p) {
+    using enum OperacionDeMw;
+    const auto [a, b] = p.numeros;
+    switch (p.miembro.operacion) {
+    case writeMW:
+    case OperacionDeMw::escribirDireccion:
+        return solicitudes.escribirDireccion(p.direccion(), a, kOrigenGuion);
+    case READBLOQ:
+    case OperacionDeMw::forzarPoleo:
+        forzado.forzarPoleo(p.direccion());
+        break;
+    case forzarBloque_porID:
+        if (tablas.bloques.vive(a)) forzado.forzarBloque_porID(static_cast<Indice>(a));
+        break;
+    case forzarBloque_porNivel:
+        forzado.forzarBloque_porNivel(a);
+        break;
+    case OperacionDeMw::forzarBloque_porNivel_NVeces:
+        forzado.forzarBloque_porNivel_NVeces(a, b);
+        break;
+    case Activar_Desactivar_Bloque_Por_Solicitud:
+        if (tablas.bloques.vive(a))
+            forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(a), b != 0);
+        break;
+    case Activar_Dir:
+        forzado.Activar_Dir(p.direccion(), a != 0);
+        break;
+    case ModificarScanDeBloque:
+        forzado.ModificarScanDeBloque(a, b);
+        break;
+    case Log:
+        logDelGuion.anotar(p.texto);
+        break;
+    }
+    return 0;
 }
 
 void Motor::escribirDireccion(std::string_view direccion, double valor, std::string_view origen) {

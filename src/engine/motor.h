@@ -18,6 +18,7 @@
 #include "poll/tiempos_fuera.h"
 #include "script/ScriptControl.h"
 #include "script/guion.h"
+#include "script/log_de_guion.h"
 #include "script/publicacion.h"
 #include "server/servidor.h"
 #include "view/vista.h"
@@ -70,6 +71,7 @@ class Motor final : private AlTerminarElTurno,
     Tablas tablas;
     ScriptControl scriptControl;
     Guion guion;
+    LogDeGuion logDelGuion;
     Publicacion publicacion;
     ArregloDeTemporizadores Timer1_Bloques;
     Turnos turnos;
@@ -107,7 +109,7 @@ class Motor final : private AlTerminarElTurno,
     double intervalosEnEstadoConectando() override;
     double intervalosDeConectarSeguidos() override;
     double intervalosTiempoFuera() override;
-    void escribirDireccion(const std::string& direccion, double valor) override;
+    double hacer(const PedidoDelGuion& pedido) override;
     void forzarPoleo(const std::string& direccion) override;
     void alFallar(std::string_view procedimiento, const char* que) override;
     void escribirDireccion(std::string_view direccion, double valor,

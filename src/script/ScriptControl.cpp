@@ -1,9 +1,6 @@
 #include "script/ScriptControl.h"
 
 #include "text/numeros.h"
-#include "text/texto.h"
-#include "vbscript/host_object.h"
-#include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
 #include <exception>
@@ -11,66 +8,33 @@
 namespace kv {
 namespace {
 
-using vbscript::Fault;
-using vbscript::HostTable;
-using vbscript::HostValues;
-using vbscript::Value;
-
-constexpr int kNumeroDeArgumentos = 450;
 constexpr int kAceptar = 1;
 
 } // namespace
 
-std::string direccionDeNombre(std::string_view nombre) {
-    std::string direccion = reemplazarSinCaja(nombre, "MW_", "");
-    std::replace(direccion.begin(), direccion.end(), '_', '.');
-    return direccion;
-}
-
 ScriptControl::ScriptControl(const Reloj& reloj, Vista& vista)
     : reloj_(reloj), vista_(vista), motor_(*this) {
-    agregarMw();
-    agregarLabel();
+    agregarMw(motor_, [this](const PedidoDelGuion& p) { return pedir(p); });
+    agregarLabel(motor_, label_, [this](std::string_view, const std::string&) { mostrarLabel(); });
 }
 
 ScriptControl::~ScriptControl() = default;
 
-void ScriptControl::agregarMw() {
-    const auto mw = std::make_shared<HostTable>();
-    mw->method("writeMW", [this](std::span<const Value> args, HostValues& valores) {
-        if (args.size() != 2) throw Fault(kNumeroDeArgumentos);
-        const std::string direccion = direccionDeNombre(valores.text(args[0]));
-        const double valor = valores.number(args[1]);
-        if (ordenes_ == nullptr) return Value();
-        try {
-            ordenes_->escribirDireccion(direccion, valor);
-        } catch (const std::exception& falla) {
-            ordenes_->alFallar("writeMW", falla.what());
-        }
-        return Value();
-    });
-    mw->method("READBLOQ", [this](std::span<const Value> args, HostValues& valores) {
-        if (args.size() != 1) throw Fault(kNumeroDeArgumentos);
-        const std::string direccion = direccionDeNombre(valores.text(args[0]));
-        if (ordenes_ == nullptr) return Value();
-        try {
-            ordenes_->forzarPoleo(direccion);
-        } catch (const std::exception& falla) {
-            ordenes_->alFallar("READBLOQ", falla.what());
-        }
-        return Value();
-    });
-    motor_.addObject("mw", mw);
+vbscript::Value ScriptControl::pedir(const PedidoDelGuion& pedido) {
+    if (ordenes_ == nullptr) return {};
+    double indice = -1;
+    try {
+        indice = ordenes_->hacer(pedido);
+    } catch (const std::exception& falla) {
+        ordenes_->alFallar(pedido.miembro.nombre, falla.what());
+    }
+    if (pedido.miembro.operacion != OperacionDeMw::escribirDireccion) return {};
+    return vbscript::Value::number(indice);
 }
 
-void ScriptControl::agregarLabel() {
-    const auto label = std::make_shared<HostTable>();
-    label->property(
-        "Caption",
-        [this](std::span<const Value>, HostValues&) { return Value::text(vista_.Label10.texto()); },
-        [this](const Value& v, HostValues& valores) { vista_.Label10.poner(valores.text(v)); });
-    label->defaultProperty("Caption");
-    motor_.addObject("Label", label);
+void ScriptControl::mostrarLabel() {
+    vista_.Label10.poner(label_->Caption);
+    vista_.Label10.vestir({label_->BackColor, label_->ForeColor, label_->Visible});
 }
 
 void ScriptControl::fijarPresupuesto(const PresupuestoDelGuion& presupuesto) {
@@ -99,9 +63,9 @@ int ScriptControl::messageBox(std::string_view text, int /*buttons*/, std::strin
 }
 
 std::string ScriptControl::inputBox(std::string_view prompt, std::string_view title,
-                                    std::string_view /*proposed*/) {
+                                    std::string_view proposed) {
     vista_.mostrarMensaje(prompt, title);
-    return {};
+    return std::string(proposed);
 }
 
 } // namespace kv

@@ -2,6 +2,7 @@
 
 #include "plant/bloque.h"
 #include "platform/reloj.h"
+#include "script/objetos.h"
 #include "vbscript/engine.h"
 #include "view/vista.h"
 
@@ -12,13 +13,13 @@
 
 namespace kv {
 
-/// What a user script may ask of the driver, by the names of variables (MW_1_1_10).
+/// Carries out what a user script asks of the driver.
 class OrdenesDelGuion {
   public:
     virtual ~OrdenesDelGuion() = default;
-    virtual void escribirDireccion(const std::string& direccion, double valor) = 0;
-    virtual void forzarPoleo(const std::string& direccion) = 0;
-    /// One of the two above ended with an exception, which the script does not see.
+    /// Of a write the index of its block, or -1 when it was refused; of all else 0.
+    virtual double hacer(const PedidoDelGuion& pedido) = 0;
+    /// It ended with an exception, which the script does not see.
     virtual void alFallar(std::string_view procedimiento, const char* que) = 0;
 };
 
@@ -73,18 +74,15 @@ class ScriptControl final : private vbscript::Surroundings {
     std::string inputBox(std::string_view prompt, std::string_view title,
                          std::string_view proposed) override;
     std::shared_ptr<vbscript::Disk> disk() override { return disco_ ? disco_() : nullptr; }
-    void agregarMw();
-    void agregarLabel();
+    [[nodiscard]] vbscript::Value pedir(const PedidoDelGuion& pedido);
+    void mostrarLabel();
 
     const Reloj& reloj_;
     Vista& vista_;
     OrdenesDelGuion* ordenes_ = nullptr;
+    std::shared_ptr<LabelDelGuion> label_ = std::make_shared<LabelDelGuion>();
     std::function<std::shared_ptr<vbscript::Disk>()> disco_;
     vbscript::Engine motor_;
 };
-
-/// The address that a variable's script name stands for: every "MW_" taken out, whatever its letter
-/// case, and "_" turned into ".".
-[[nodiscard]] std::string direccionDeNombre(std::string_view nombre);
 
 } // namespace kv

@@ -11,6 +11,15 @@
 
 namespace kv {
 
+/// How a label looks where somebody wants it to look otherwise. Colours hold red in their lowest
+/// byte, then green, then blue; those outside of 0 to 0xFFFFFF are the window's own.
+struct AspectoDeEtiqueta {
+    std::int32_t fondo = -1;
+    std::int32_t tinta = -1;
+    bool visible = true;
+    friend bool operator==(const AspectoDeEtiqueta&, const AspectoDeEtiqueta&) = default;
+};
+
 /// A label: a text and, for one of them, a colour.
 class Etiqueta {
   public:
@@ -20,6 +29,8 @@ class Etiqueta {
     void colorear(Color color);
     [[nodiscard]] const std::string& texto() const { return texto_; }
     [[nodiscard]] Color color() const { return color_; }
+    void vestir(const AspectoDeEtiqueta& aspecto) { aspecto_ = aspecto; }
+    [[nodiscard]] const AspectoDeEtiqueta& aspecto() const { return aspecto_; }
     [[nodiscard]] std::string_view nombre() const { return nombre_; }
 
   private:
@@ -27,6 +38,7 @@ class Etiqueta {
     std::string_view nombre_;
     std::string texto_;
     Color color_ = Color::Ninguno;
+    AspectoDeEtiqueta aspecto_;
 };
 
 /// A numbered array of trace boxes with the tab strip that chooses among them. There is always one

@@ -137,6 +137,9 @@ QWidget* Form1::armarCabeza() {
     Label10_->setToolTip(tr("Texto del guion"));
     // However long it is, it takes the room that is left and not that of the lists.
     Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QSizePolicy conSuLugar = Label10_->sizePolicy();
+    conSuLugar.setRetainSizeWhenHidden(true); // what is beside it stays where it is
+    Label10_->setSizePolicy(conSuLugar);
     Label10_->setMaximumHeight(kLineasDelGuion * fontMetrics().lineSpacing());
     QFont negrita = lblProyecto_->font();
     negrita.setBold(true);
@@ -270,7 +273,30 @@ void Form1::refrescar() {
         fichas->refrescar();
 }
 
+/// As a script wants its label. One that sets only the background means it to be read, whatever the
+/// theme's letters are.
+void Form1::vestirLabel10(const AspectoDeEtiqueta& aspecto) {
+    if (aspecto == aspectoDeLabel10_) return;
+    aspectoDeLabel10_ = aspecto;
+    constexpr std::int32_t kUltimo = 0xFFFFFF;
+    const auto suyo = [](std::int32_t c) { return c >= 0 && c <= kUltimo; };
+    const auto color = [](std::int32_t c) {
+        return QColor(c & 0xFF, c >> 8 & 0xFF, c >> 16 & 0xFF);
+    };
+    QPalette paleta = palette();
+    if (suyo(aspecto.fondo)) {
+        const QColor fondo = color(aspecto.fondo);
+        paleta.setColor(QPalette::Window, fondo);
+        paleta.setColor(QPalette::WindowText, qGray(fondo.rgb()) > 127 ? Qt::black : Qt::white);
+    }
+    if (suyo(aspecto.tinta)) paleta.setColor(QPalette::WindowText, color(aspecto.tinta));
+    Label10_->setPalette(paleta);
+    Label10_->setAutoFillBackground(suyo(aspecto.fondo));
+    Label10_->setVisible(aspecto.visible);
+}
+
 void Form1::refrescarCabeza() {
+    vestirLabel10(vista_.Label10.aspecto());
     Label1_->setText(enQt(vista_.Label1.texto()));
     Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
     const QString proyecto = enQt(vista_.lblProyecto.texto());

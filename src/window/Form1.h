@@ -71,6 +71,7 @@ class Form1 final : public QMainWindow {
     [[nodiscard]] QString tituloDeBloque(std::size_t ficha) const;
     void seguir(bool seguir);
     void refrescarCabeza();
+    void vestirLabel10(const AspectoDeEtiqueta& aspecto);
     void MnuScript();
     void MnuAbout();
     void MnuShutdown();
@@ -96,6 +97,7 @@ class Form1 final : public QMainWindow {
 
     QLabel* Label1_;
     QLabel* Label10_;
+    AspectoDeEtiqueta aspectoDeLabel10_;
     QLabel* lblProyecto_;
     QLabel* lblCantidadDePuntos_;
     QLabel* lblEstadoScript_;

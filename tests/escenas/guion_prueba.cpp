@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace kv {
 namespace {
 
@@ -32,7 +34,9 @@ class ConGuion : public testing::Test {
                                .puerto()
                                .estacion(1, "10.0.0.1", 1)
                                .bloque(1, "10", "1")
-                               .bloque(1, "11", "600");
+                               .bloque(1, "11", "600")
+                               .bloque(1, "12", "600")
+                               .bloque(1, "13", "600", true, 1, 3);
     Planta p{config};
     Estaciones& plc{p.en("10.0.0.1")};
 };
@@ -87,6 +91,80 @@ TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {
               std::string::npos);
     EXPECT_NE(dicho.find(" Forzado OK 1.1.11"), std::string::npos);
     EXPECT_NE(dicho.find(" NO EXISTE PUERTO O PLC "), std::string::npos);
+}
+
+TEST_F(ConGuion, PideTodoLoQueElDriverHaceParaOtros) {
+    arrancar(
+        "If MW_1_1_10 = 116 And Not hecho Then\r\n  hecho = True\r\n"
+        "  lugar = mw.escribirDireccion(\"1.1.10\", 25)\r\n"
+        "  no = mw.escribirDireccion(\"7.7.7\", 25)\r\n"
+        "  mw.Activar_Dir \"1.1.11\", False\r\n"
+        "  mw.ModificarScanDeBloque 2, 30\r\n"
+        "  mw.forzarBloque_porNivel_NVeces 3, -1\r\n"
+        "  mw.forzarPoleo \"1.1.14\"\r\n"
+        "  mw.forzarBloque_porID 99 : mw.forzarBloque_porID -1 : mw.forzarBloque_porID 1E300\r\n"
+        "  mw.Activar_Desactivar_Bloque_Por_Solicitud 99, True\r\nEnd If\r\n");
+    p.avanzar(5000);
+    EXPECT_EQ(color(), Color::Verde);
+    EXPECT_EQ(p.valor(0), 25);
+    EXPECT_EQ(global("lugar"), 0) << "the write's place in its table";
+    EXPECT_EQ(global("no"), -1);
+    EXPECT_FALSE(p.bloque(1).activo);
+    EXPECT_EQ(p.bloque(2).scanSegundos, 30);
+    EXPECT_FALSE(p.bloque(3).activo) << "its level was switched off";
+    EXPECT_EQ(p.bloque(4).clave, "1.1.14") << "made because it was asked for";
+    EXPECT_TRUE(p.ok(4));
+    const auto leidos = [&](int registro) {
+        return std::count_if(plc.pedidos.begin(), plc.pedidos.end(),
+                             [&](const auto& pedido) { return pedido.trama[3] == registro; });
+    };
+    const auto antes = leidos(0x11);
+    p.archivos.poner(kGuion, "If Not otra Then otra = True : mw.forzarBloque_porID 1 : "
+                             "mw.Activar_Desactivar_Bloque_Por_Solicitud 3, True : "
+                             "mw.forzarBloque_porNivel 2");
+    p.avanzar(6000);
+    EXPECT_GT(leidos(0x11), antes);
+    EXPECT_TRUE(p.bloque(1).activo);
+    EXPECT_TRUE(p.bloque(3).activo);
+    EXPECT_NE(
+        p.motor.vista.txtDemandaLecturaEscritura.texto().find(" Ningun bloque tiene el nivel 2"),
+        std::string::npos);
+    p.archivos.poner(kGuion, "mw.Activar_Dir \"1.1.10\"");
+    p.avanzar(2000);
+    EXPECT_EQ(enElLog("(450)"), 1U) << "an argument is missing";
+}
+
+TEST_F(ConGuion, LoQueAnotaEnElLogTieneFin) {
+    arrancar("mw.Log \"primera\" & vbCrLf & \"orden\" : mw.Log String(600, \"x\")\r\n");
+    EXPECT_NE(p.archivos.contenido(kLog).find("DRIVER>mw.Log>primera orden, DescError:"),
+              std::string::npos)
+        << p.archivos.contenido(kLog);
+    EXPECT_EQ(enElLog(std::string(500, 'x') + ", DescError"), enElLog("primera"));
+    EXPECT_EQ(enElLog(std::string(501, 'x')), 0U);
+    p.archivos.poner(kGuion, "n = n + 1\r\nFor i = 1 To 500 : mw.Log \"muchas \" & n : Next");
+    p.avanzar(50'000);
+    EXPECT_EQ(enElLog("muchas ") + 2 * enElLog("primera"), 60U);
+    EXPECT_EQ(enElLog("el guion anota demasiado"), 1U);
+    p.avanzar(30'000);
+    EXPECT_GE(enElLog("muchas "), 60U) << "the next minute has its own";
+    EXPECT_GE(*global("n"), 30) << "the plant is polled all the same";
+}
+
+TEST_F(ConGuion, VisteSuTextoYPreguntaSinEsperar) {
+    arrancar("a = Label.BackColor : v = Label.Visible\r\n"
+             "Label = \"caliente\" : Label.BackColor = vbRed : Label.ForeColor = RGB(1, 2, 3)\r\n"
+             "Label.Visible = False : b = Label.BackColor : w = Label.Visible\r\n"
+             "If InputBox(\"cuanto\", \"t\", \"7\") = \"7\" Then siete = 7\r\n");
+    const Etiqueta& l = p.motor.vista.Label10;
+    EXPECT_EQ(color(), Color::Verde);
+    EXPECT_EQ(l.texto(), "caliente");
+    EXPECT_EQ(l.aspecto(), (AspectoDeEtiqueta{255, 0x030201, false}));
+    EXPECT_EQ(global("b"), 255);
+    EXPECT_EQ(global("siete"), 7) << "the proposed text is the answer";
+    p.archivos.poner(kGuion, "Label.BackColor = 1E10");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Rojo);
+    EXPECT_EQ(l.aspecto().fondo, 255);
 }
 
 TEST_F(ConGuion, UnoQueNoTerminaSeDetieneYSeReintentaALosSesentaSegundos) {

@@ -237,6 +237,31 @@ TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
     EXPECT_GT(variables().height(), antes / 2) << "the lists keep their room";
 }
 
+TEST_F(Principal, ElTextoDelGuionSeVisteComoElGuionQuiere) {
+    arrancar();
+    auto& rotulo10 = hallar<QLabel>(form, "Label10");
+    const QColor deVentana = rotulo10.palette().color(QPalette::WindowText);
+    const auto vestir = [&](const AspectoDeEtiqueta& aspecto) {
+        p.motor.vista.Label10.vestir(aspecto);
+        form.refrescar();
+        QCoreApplication::processEvents();
+    };
+    const int boton = hallar<QPushButton>(form, "BtnConfig").x();
+    vestir({0x0000FF, 0xFF0000, true});
+    EXPECT_TRUE(rotulo10.autoFillBackground());
+    EXPECT_EQ(rotulo10.palette().color(QPalette::Window), QColor(255, 0, 0));
+    EXPECT_EQ(rotulo10.palette().color(QPalette::WindowText), QColor(0, 0, 255));
+    vestir({0x00FFFF, -1, true});
+    EXPECT_EQ(rotulo10.palette().color(QPalette::WindowText), QColor(Qt::black)) << "readable";
+    vestir({-1, -1, false});
+    EXPECT_FALSE(rotulo10.isVisible());
+    EXPECT_EQ(hallar<QPushButton>(form, "BtnConfig").x(), boton) << "its place is kept";
+    vestir({});
+    EXPECT_TRUE(rotulo10.isVisible());
+    EXPECT_FALSE(rotulo10.autoFillBackground());
+    EXPECT_EQ(rotulo10.palette().color(QPalette::WindowText), deVentana);
+}
+
 TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
     arrancar();
     p.arranque.abrirServidor();

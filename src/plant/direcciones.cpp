@@ -1,0 +1,63 @@
+#include "plant/direcciones.h"
+
+#include "plant/bases.h"
+#include "text/numeros.h"
+#include "text/texto.h"
+
+namespace kv {
+namespace {
+
+constexpr std::string_view kEstado = "_status";
+constexpr double kBits = 16;
+
+std::string lugar(double puerto, double plc) {
+    return textoDeNumero(puerto) + "." + textoDeNumero(plc);
+}
+
+} // namespace
+
+void DireccionesDePlanta::agregarEstacion(double puerto, double plc) {
+    estaciones_.insert(lugar(puerto, plc));
+}
+
+void DireccionesDePlanta::agregarRegistro(double puerto, double plc, std::string_view registro) {
+    const std::string clave = claveDeBloque(puerto, plc, registro);
+    if (!claves_.insert(clave).second) return;
+    if (const auto n = hexadecimal(recortar(registro)))
+        registros_.insert(lugar(puerto, plc) + "." + std::to_string(*n));
+    for (const std::string& nombre : {nombreDeScript(clave), nombreDeScript(clave) + "_STATUS"}) {
+        if (publicados_.insert(minusculas(nombre)).second) nombres_.push_back(nombre);
+    }
+}
+
+bool DireccionesDePlanta::hayEstacion(double puerto, double plc) const {
+    return estaciones_.contains(lugar(puerto, plc));
+}
+
+bool DireccionesDePlanta::hayRegistro(double puerto, double plc, std::string_view registro) const {
+    const auto n = hexadecimal(recortar(registro));
+    return n && registros_.contains(lugar(puerto, plc) + "." + std::to_string(*n));
+}
+
+bool DireccionesDePlanta::publica(std::string_view nombre) const {
+    std::string n = minusculas(nombre);
+    if (publicados_.contains(n)) return true;
+    if (n.ends_with(kEstado)) n.resize(n.size() - kEstado.size());
+    const auto corte = n.rfind('_');
+    if (corte == std::string::npos) return false;
+    const auto bit = numeroDeTexto(std::string_view(n).substr(corte + 1));
+    if (!bit || !(*bit >= 0 && *bit < kBits)) return false;
+    return publicados_.contains(n.substr(0, corte));
+}
+
+bool partirDireccion(std::string_view texto, DireccionPartida& partes) {
+    const auto trozos = partir(texto, '.');
+    if (trozos.size() < 3 || trozos.size() > 4) return false;
+    const auto puerto = numeroDeTexto(trozos[0]);
+    const auto plc = numeroDeTexto(trozos[1]);
+    if (!puerto || !plc || !hexadecimal(recortar(trozos[2]))) return false;
+    partes = {*puerto, *plc, trozos[2]};
+    return true;
+}
+
+} // namespace kv

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace kv {
+
+/// The stations and registers of a plant by their addresses, and the names by which a script sees
+/// them: what a script may name without running in the driver.
+class DireccionesDePlanta {
+  public:
+    void agregarEstacion(double puerto, double plc);
+    /// `registro` as configured.
+    void agregarRegistro(double puerto, double plc, std::string_view registro);
+
+    [[nodiscard]] bool hayEstacion(double puerto, double plc) const;
+    /// Registers are compared as hexadecimal numbers.
+    [[nodiscard]] bool hayRegistro(double puerto, double plc, std::string_view registro) const;
+    /// Exactly this block key, as port.PLC.register is configured.
+    [[nodiscard]] bool hayClave(const std::string& clave) const { return claves_.contains(clave); }
+    /// A name that a script can read: a register's, that of one of its bits, or a status of these.
+    [[nodiscard]] bool publica(std::string_view nombre) const;
+    /// Names of the registers and of their statuses, in the order in which they came.
+    [[nodiscard]] const std::vector<std::string>& nombres() const { return nombres_; }
+
+  private:
+    std::unordered_set<std::string> claves_;
+    std::unordered_set<std::string> estaciones_;
+    std::unordered_set<std::string> registros_;  ///< port.PLC.number
+    std::unordered_set<std::string> publicados_; ///< in lower case
+    std::vector<std::string> nombres_;
+};
+
+/// An address port.PLC.register[.bit].
+struct DireccionPartida {
+    double puerto = 0;
+    double plc = 0;
+    std::string_view registro; ///< of the text that was taken apart
+};
+/// False: the text is no such address.
+[[nodiscard]] bool partirDireccion(std::string_view texto, DireccionPartida& partes);
+
+} // namespace kv

@@ -1,0 +1,154 @@
+#include "script/avisos.h"
+
+#include "script/objetos.h"
+#include "text/texto.h"
+#include "vbscript/checking.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace kv {
+namespace {
+
+using vbscript::LiteralUse;
+using vbscript::Warning;
+
+constexpr std::string_view kPrefijo = "MW_";
+constexpr std::string_view kEstado = "_STATUS";
+
+bool empiezaSinCaja(std::string_view texto, std::string_view con) {
+    return texto.size() >= con.size() && igualSinCaja(texto.substr(0, con.size()), con);
+}
+
+std::string sinEstado(std::string_view nombre) {
+    if (nombre.size() > kEstado.size() &&
+        igualSinCaja(nombre.substr(nombre.size() - kEstado.size()), kEstado))
+        nombre.remove_suffix(kEstado.size());
+    return minusculas(nombre);
+}
+
+/// The address that a literal names on its own, without a member that takes it: only what is
+/// written as a variable's name is one for certain.
+bool pareceNombre(std::string_view texto) {
+    DireccionPartida partes;
+    return empiezaSinCaja(texto, kPrefijo) &&
+           partirDireccion(direccionDeNombre(sinEstado(texto)), partes);
+}
+
+class Avisos {
+  public:
+    explicit Avisos(const LugarDelGuion& lugar) : lugar_(lugar) {}
+
+    std::vector<AvisoDeGuion> de(std::string_view texto) {
+        const vbscript::Findings todo = vbscript::lookOver(texto, conocido());
+        for (const LiteralUse& l : todo.literals) {
+            const MiembroDeMw* m = miembro(l);
+            if (m != nullptr && m->nombra == Nombra::Estacion) pedir(l.text);
+        }
+        for (const Warning& w : todo.warnings)
+            avisar(w);
+        for (const LiteralUse& l : todo.literals) {
+            if (avisos_.size() >= 2 * vbscript::mostWarnings) break;
+            if (lugar_.planta != nullptr) mirarDireccion(l);
+        }
+        std::sort(avisos_.begin(), avisos_.end(), [](const auto& a, const auto& b) {
+            return std::tie(a.linea, a.columna) < std::tie(b.linea, b.columna);
+        });
+        return std::move(avisos_);
+    }
+
+  private:
+    [[nodiscard]] vbscript::Known conocido() const {
+        vbscript::Known k;
+        if (lugar_.planta != nullptr) k.names = lugar_.planta->nombres();
+        k.also = [this](std::string_view nombre) {
+            if (lugar_.planta == nullptr) return empiezaSinCaja(nombre, kPrefijo);
+            return lugar_.planta->publica(nombre);
+        };
+        k.objects.push_back({"mw", {}});
+        for (const MiembroDeMw& m : miembrosDeMw())
+            k.objects.back().members.emplace_back(m.nombre);
+        k.objects.push_back({"Label", {}});
+        for (const std::string_view m : kMiembrosDeLabel)
+            k.objects.back().members.emplace_back(m);
+        for (const auto& o : lugar_.objetos)
+            k.objects.push_back({o.nombre, o.miembros});
+        return k;
+    }
+
+    [[nodiscard]] static const MiembroDeMw* miembro(const LiteralUse& l) {
+        return l.object == "mw" ? miembroDeMw(l.member) : nullptr;
+    }
+
+    /// A forced read makes what it names, where there is a station for it.
+    void pedir(std::string_view texto) {
+        DireccionPartida p;
+        const std::string direccion = direccionDeNombre(texto);
+        if (lugar_.planta == nullptr || !partirDireccion(direccion, p)) return;
+        if (!lugar_.planta->hayEstacion(p.puerto, p.plc)) return;
+        pedidas_.agregarRegistro(p.puerto, p.plc, p.registro);
+    }
+
+    void decir(int linea, int columna, std::string texto, std::string enIngles) {
+        avisos_.push_back({linea, columna, std::move(texto), std::move(enIngles)});
+    }
+
+    void avisar(const Warning& w) {
+        const bool hay = !w.nearest.empty();
+        const std::string quiza = hay ? "; ¿" + w.nearest + "?" : "";
+        const std::string perhaps = hay ? "; " + w.nearest + "?" : "";
+        switch (w.kind) {
+        case Warning::Kind::NeverAssigned:
+            if (pedidas_.publica(w.name)) return;
+            return decir(w.line, w.column,
+                         "nada da valor a '" + w.name + "', ni el guion ni la planta" + quiza,
+                         "nothing gives '" + w.name + "' a value, neither script nor plant" +
+                             perhaps);
+        case Warning::Kind::UnknownMember:
+            return decir(w.line, w.column, w.object + " no tiene '" + w.name + "'" + quiza,
+                         w.object + " has no '" + w.name + "'" + perhaps);
+        case Warning::Kind::DeclaredTwice: {
+            const std::string linea = std::to_string(w.firstLine);
+            return decir(w.line, w.column,
+                         "'" + w.name + "' ya está declarado en la línea " + linea,
+                         "'" + w.name + "' is declared on line " + linea + " already");
+        }
+        case Warning::Kind::Unreachable:
+            return decir(w.line, w.column, "nunca se llega aquí: lo de antes sale con Exit",
+                         "nothing comes to here: an Exit stands before it");
+        }
+    }
+
+    void mirarDireccion(const LiteralUse& l) {
+        const MiembroDeMw* m = miembro(l);
+        const Nombra nombra = m != nullptr           ? m->nombra
+                              : pareceNombre(l.text) ? Nombra::Registro
+                                                     : Nombra::Nada;
+        if (nombra == Nombra::Nada || estaEnLaPlanta(l.text, nombra)) return;
+        decir(l.line, l.column, "la configuración no tiene la dirección '" + l.text + "'",
+              "the configuration does not have the address '" + l.text + "'");
+    }
+
+    [[nodiscard]] bool estaEnLaPlanta(std::string_view texto, Nombra nombra) const {
+        const DireccionesDePlanta& planta = *lugar_.planta;
+        if (nombra == Nombra::Clave) return planta.hayClave(std::string(texto));
+        DireccionPartida p;
+        const std::string direccion = direccionDeNombre(sinEstado(texto));
+        if (!partirDireccion(direccion, p)) return false;
+        if (nombra == Nombra::Estacion) return planta.hayEstacion(p.puerto, p.plc);
+        return planta.hayRegistro(p.puerto, p.plc, p.registro) ||
+               pedidas_.hayRegistro(p.puerto, p.plc, p.registro);
+    }
+
+    const LugarDelGuion& lugar_;
+    DireccionesDePlanta pedidas_; ///< what the script itself makes
+    std::vector<AvisoDeGuion> avisos_;
+};
+
+} // namespace
+
+std::vector<AvisoDeGuion> avisosDeGuion(std::string_view texto, const LugarDelGuion& lugar) {
+    return Avisos(lugar).de(texto);
+}
+
+} // namespace kv

@@ -1,0 +1,93 @@
+#include "script/objetos.h"
+
+#include "text/numeros.h"
+#include "text/texto.h"
+#include "vbscript/surroundings/fault.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kv {
+namespace {
+
+using vbscript::Fault;
+using vbscript::HostTable;
+using vbscript::HostValues;
+using vbscript::Value;
+using Argumentos = std::span<const Value>;
+
+constexpr int kDesborde = 6;
+constexpr int kNumeroDeArgumentos = 450;
+
+PedidoDelGuion pedido(const MiembroDeMw& miembro, Argumentos args, HostValues& valores) {
+    if (args.size() != miembro.argumentos.size()) throw Fault(kNumeroDeArgumentos);
+    PedidoDelGuion p{miembro, {}, {}};
+    std::size_t numeros = 0;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (miembro.argumentos[i] == 't') {
+            p.texto = valores.text(args[i]);
+            continue;
+        }
+        const double n = valores.number(args[i]);
+        p.numeros.at(numeros++) = miembro.argumentos[i] == 's' ? (n != 0 ? 1 : 0) : n;
+    }
+    return p;
+}
+
+std::int32_t color(const Value& v, HostValues& valores) {
+    const auto n = entero(valores.number(v));
+    if (!n) throw Fault(kDesborde);
+    return *n;
+}
+
+} // namespace
+
+std::string direccionDeNombre(std::string_view nombre) {
+    std::string direccion = reemplazarSinCaja(nombre, "MW_", "");
+    std::replace(direccion.begin(), direccion.end(), '_', '.');
+    return direccion;
+}
+
+std::string PedidoDelGuion::direccion() const { return direccionDeNombre(texto); }
+
+void agregarMw(vbscript::Engine& motor, std::function<Value(const PedidoDelGuion&)> hacer) {
+    const auto mw = std::make_shared<HostTable>();
+    for (const MiembroDeMw& m : miembrosDeMw()) {
+        mw->method(m.nombre, [&m, hacer](Argumentos args, HostValues& valores) {
+            return hacer(pedido(m, args, valores));
+        });
+    }
+    motor.addObject("mw", mw);
+}
+
+void agregarLabel(
+    vbscript::Engine& motor, std::shared_ptr<LabelDelGuion> label,
+    std::function<void(std::string_view propiedad, const std::string& valor)> cambio) {
+    const auto objeto = std::make_shared<HostTable>();
+    objeto->property(
+        "Caption", [label](Argumentos, HostValues&) { return Value::text(label->Caption); },
+        [label, cambio](const Value& v, HostValues& valores) {
+            label->Caption = valores.text(v);
+            cambio("Caption", label->Caption);
+        });
+    for (const auto& [nombre, campo] : {std::pair{"BackColor", &LabelDelGuion::BackColor},
+                                        std::pair{"ForeColor", &LabelDelGuion::ForeColor}}) {
+        objeto->property(
+            nombre,
+            [label, campo](Argumentos, HostValues&) { return Value::longint((*label).*campo); },
+            [label, cambio, nombre, campo](const Value& v, HostValues& valores) {
+                (*label).*campo = color(v, valores);
+                cambio(nombre, textoDeNumero((*label).*campo));
+            });
+    }
+    objeto->property(
+        "Visible", [label](Argumentos, HostValues&) { return Value::boolean(label->Visible); },
+        [label, cambio](const Value& v, HostValues& valores) {
+            label->Visible = valores.number(v) != 0;
+            cambio("Visible", label->Visible ? "True" : "False");
+        });
+    objeto->defaultProperty("Caption");
+    motor.addObject("Label", objeto);
+}
+
+} // namespace kv
