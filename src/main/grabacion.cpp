@@ -1,9 +1,7 @@
 #include "main/grabacion.h"
 
-#include "engine/arranque.h"
-#include "engine/motor.h"
+#include "engine/reproduccion.h"
 #include "main/salida_de_traza.h"
-#include "recording/reproductor.h"
 
 #include <filesystem>
 #include <fstream>
@@ -36,33 +34,14 @@ bool apartar(const std::string& archivo) {
 }
 
 int mostrar(std::string contenido, std::ostream& errores) {
-    CintaLeida cinta(std::move(contenido));
-    if (cinta.programa() != programa())
-        errores << "Grabado con " << cinta.programa() << ", esto es " << programa() << '\n';
-    const std::string carpeta(cinta.texto());
-    Reproductor bucle(cinta);
-    ArchivosReproducidos archivos(bucle);
-    ProcesosReproducidos procesos;
-    RespuestasDeDisco respuestas;
+    DriverReproducido driver(std::move(contenido));
+    if (driver.programa() != programa())
+        errores << "Grabado con " << driver.programa() << ", esto es " << programa() << '\n';
     SalidaDeTraza salida(true);
-    Motor motor(bucle, archivos, carpeta);
-    motor.vista.observar(&salida);
-    Arranque arranque(motor, procesos);
-    bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
-    motor.scriptControl.fijarDisco([&]() -> std::shared_ptr<vbscript::Disk> {
-        if (carpetaDelGuion(motor, archivos).empty()) return nullptr;
-        return std::make_shared<DiscoReproducido>(bucle, respuestas);
-    });
-    bucle.alOrdenar([&motor](std::string_view texto) {
-        const auto orden = ordenDeTexto(texto);
-        if (!orden) throw CintaMala{"una orden que no lo es: " + std::string(texto)};
-        motor.operador.hacer(*orden);
-    });
-    bucle.empezar();
-    arranque.arrancar();
-    arranque.abrirServidor();
-    if (!bucle.correr()) errores << "La grabacion termina a mitad de una entrada\n";
-    motor.vista.observar(nullptr);
+    driver.motor().vista.observar(&salida);
+    driver.bucle().alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
+    if (!driver.correr()) errores << "La grabacion termina a mitad de una entrada\n";
+    driver.motor().vista.observar(nullptr);
     return kReproducida;
 }
 

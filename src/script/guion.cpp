@@ -44,6 +44,7 @@ void Guion::ejectutarScript() {
 }
 
 void Guion::correr() {
+    if (alCorrer_) alCorrer_();
     cargar();
     if (bucle_.reloj().monotonicoUs() < detenidoHastaUs_) return;
     detenidoHastaUs_ = -1;

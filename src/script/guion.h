@@ -7,9 +7,11 @@
 #include "script/ScriptControl.h"
 #include "view/vista.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace kv {
 
@@ -39,6 +41,8 @@ class Guion {
     /// Adds the file's text to the host, which runs its statements; shows green or red; lets events
     /// run. A run that is asked for inside a run is made when that one has ended.
     void ejectutarScript();
+    /// Called right before each run that is due, also where a stopped script rests.
+    void alCorrer(std::function<void()> aviso) { alCorrer_ = std::move(aviso); }
 
   private:
     void correr();
@@ -59,6 +63,7 @@ class Guion {
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
     std::optional<vbscript::ScriptError> falla_;
     std::set<std::string> dichos_; ///< errors of the present file that were told
+    std::function<void()> alCorrer_;
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

@@ -3,6 +3,7 @@
 #include "apoyo/carpeta.h"
 #include "apoyo/configuracion.h"
 #include "apoyo/estaciones.h"
+#include "apoyo/proceso.h"
 #include "engine/arranque.h"
 #include "engine/motor.h"
 #include "platform/simulated/archivos_simulados.h"
@@ -194,6 +195,55 @@ TEST(Grabado, LoMismoOtraVezLineaPorLinea) {
     EXPECT_EQ(repetido.first, vivido.first);
     EXPECT_EQ(repetido.second, vivido.second);
     EXPECT_TRUE(entera);
+}
+
+TEST(Grabado, OtroGuionSePruebaEnElEscritorioConLosValoresDeEntonces) {
+    const Carpeta carpeta;
+    std::size_t corridas = 0;
+    std::size_t buenas = 0;
+    {
+        CintaEscrita escrita(1U << 30);
+        ASSERT_TRUE(escrita.abrir(carpeta.ruta() + "/vuelo"));
+        escrita.texto("prueba").texto("/kv");
+        BucleSimulado red;
+        ArchivosSimulados disco;
+        disco.poner("/kv/DRIVER_KV2200_Config.ini", dosEstaciones());
+        disco.poner("/kv/DRIVER_KV2200_Config.MDrivScrip",
+                    "mw.READBLOQ \"MW_1_1_11_2\" : n = 1 / 0");
+        Estaciones una(red.red(), red.reloj());
+        red.red().atender("10.0.0.1", 502, una);
+        Grabador grabador(red, escrita);
+        ArchivosGrabados archivos(disco, grabador);
+        Driver d(grabador, archivos);
+        d.motor.guion.alCorrer([&] {
+            ++corridas;
+            buenas += d.motor.tablas.bloques[1].estado == 6 ? 1 : 0;
+        });
+        grabador.empezarTramo();
+        d.arrancar();
+        grabador.terminarTramo();
+        red.avanzar(20'000);
+        una.cortar();
+        red.avanzar(20'000);
+    }
+    ASSERT_GT(buenas, 5U);
+    ASSERT_GT(corridas, buenas) << "register 11 is read second";
+    carpeta.escribir("g.vbs", "filas = filas + 1\n"
+                              "If MW_1_1_11_STATUS = 6 And MW_1_1_11 > 0 Then buenas = buenas + 1\n"
+                              "bit = MW_1_1_11_2 : registro = MW_1_1_11\n"
+                              "If MW_1_2_12_STATUS = 13 Then malas = malas + 1\n");
+    Proceso p({std::string(KV_BIN) + "/GuionKV2200", "--valores", carpeta.ruta() + "/vuelo",
+               carpeta.ruta() + "/g.vbs"});
+    const std::string salida = p.resto();
+    EXPECT_EQ(p.terminar(), 0) << p.errores();
+    for (const auto& [nombre, valor] : {std::pair{"filas", corridas},
+                                        {"buenas", buenas},
+                                        {"malas", corridas},
+                                        {"registro", std::size_t{117}},
+                                        {"bit", std::size_t{1}}})
+        EXPECT_NE(salida.find("  " + std::string(nombre) + " = " + std::to_string(valor) + "\n"),
+                  std::string::npos)
+            << nombre << " " << salida;
 }
 
 TEST(Grabado, LoQueFaltabaConfirmarSeRepite) {

@@ -37,8 +37,9 @@ class Ejecutor : public ::testing::Test {
         std::filesystem::create_directories(carpeta_);
     }
     void TearDown() override { std::filesystem::remove_all(carpeta_); }
-    std::string guion(const std::string& bytes) {
-        const auto ruta = (carpeta_ / "g.vbs").string();
+    std::string guion(const std::string& bytes) { return archivo("g.vbs", bytes); }
+    std::string archivo(const std::string& nombre, const std::string& bytes) {
+        const auto ruta = (carpeta_ / nombre).string();
         std::ofstream(ruta, std::ios::binary) << bytes;
         return ruta;
     }
@@ -100,6 +101,101 @@ TEST_F(Ejecutor, LosArchivosQuedanEnSuCarpeta) {
     EXPECT_EQ(r.texto, "70\n");
     EXPECT_TRUE(std::filesystem::exists(carpeta_ / "a.txt"));
     EXPECT_FALSE(std::filesystem::exists(carpeta_.parent_path() / "b.txt"));
+}
+
+constexpr const char* kPlanta =
+    "Dim veces\nveces = veces + 1\n"
+    "If MW_1_1_10_STATUS = 6 And MW_1_1_10 > 5 Then\n"
+    "  mw.writeMW \"MW_1_1_11\", MW_1_1_10 / 2\nEnd If\n"
+    "If veces = 2 Then MsgBox \"dos\" : x = InputBox(\"?\", \"\", \"si\")\n"
+    "If veces = 3 Then mw.READBLOQ \"MW_1_1_12\" : Label = \"tres\"\n"
+    "a = Array(1, 2) : igual = Empty\n";
+
+TEST_F(Ejecutor, CorreUnaVezPorFilaDeValoresYDiceQueCambio) {
+    const std::string g = guion(kPlanta);
+    const std::string csv = archivo("v.csv", "MW_1_1_10;MW_1_1_10_STATUS;otro\n\n' nada\n4;6;1\n"
+                                             "7,5;;\n\"8\";13;2\n");
+    auto r = correr("--valores " + csv + " " + g);
+    EXPECT_EQ(r.codigo, 0);
+    EXPECT_EQ(r.texto, "[fila 2]\nwriteMW MW_1_1_11 3.75\nMsgBox: dos\nInputBox: ?\n"
+                       "[fila 3]\nREADBLOQ MW_1_1_12\nLabel.Caption = tres\n"
+                       "Cambiaron:\n  veces = 3\n  x = \"si\"\n  a = matriz de 2 elementos\n"
+                       "Corridas: 3, con error: 0\n");
+    r = correr("--veces 2 --valores " + archivo("v.txt", "1.1.10 = 6\nveces=10") + " " + g);
+    EXPECT_EQ(r.texto, "[vez 1]\nwriteMW MW_1_1_11 3\n[vez 2]\nwriteMW MW_1_1_11 3\n"
+                       "Cambiaron:\n  veces = 11\n  a = matriz de 2 elementos\n"
+                       "Corridas: 2, con error: 0\n")
+        << "a register without a status is good; each run is given its row";
+    r = correr("--veces 3 " + g);
+    EXPECT_NE(r.texto.find("[vez 3]\nREADBLOQ MW_1_1_12"), std::string::npos) << r.texto;
+    EXPECT_NE(r.texto.find("  veces = 3\n"), std::string::npos) << r.texto;
+}
+
+TEST_F(Ejecutor, UnErrorNoParaLasDemasFilasYSeDiceUnaVez) {
+    const std::string g = guion("n = n + 1 : y = 1 / (MW_1_1_10 - 2)\n");
+    const auto r = correr("--valores " + archivo("v.csv", "MW_1_1_10\n1\n2\n2\n3") + " " + g);
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_NE(r.texto.find("Corridas: 4, con error: 2\n"), std::string::npos) << r.texto;
+    const auto primero = r.texto.find("(1, 13): Division by zero");
+    ASSERT_NE(primero, std::string::npos) << r.texto;
+    EXPECT_EQ(r.texto.find("Division", primero + 20), std::string::npos);
+    EXPECT_EQ(correr("--veces 5 " + guion("Do : Loop While n\nIf")).codigo, 1);
+}
+
+TEST_F(Ejecutor, UnosValoresQueNoSeEntiendenSeDicenConSuRenglon) {
+    const std::string g = guion("x = 1");
+    for (const auto& [contenido, que] :
+         {std::pair{"a;b\n1;2;3", ":2: hay más valores que nombres de columna"},
+          {"a\n\nuno", ":3: \"uno\" no es un número"},
+          {"a=1\nb", ":2: falta el signo ="},
+          {"a=1\nA=2", ":2: \"A\" está dos veces"},
+          {"un nombre\n1", ":1: \"un nombre\" no es un nombre de variable"},
+          {"a;b", ":1: no hay ninguna fila debajo de los nombres"},
+          {"\n' nada\n", ": no tiene valores"},
+          {"KVGRAB1\n\x7F", ": la grabacion termina a mitad de una entrada"}}) {
+        const std::string v = archivo("v", contenido);
+        const auto r = correr("--valores " + v + " " + g);
+        EXPECT_EQ(r.codigo, 1) << contenido;
+        EXPECT_EQ(r.texto.find(v + que), 0U) << r.texto;
+    }
+    EXPECT_EQ(correr("--valores /no/hay " + g).codigo, 1);
+    EXPECT_EQ(correr("--comprobar --valores v " + g).codigo, 2);
+    EXPECT_EQ(correr("--veces 0 " + g).codigo, 2);
+}
+
+TEST_F(Ejecutor, ElPerfilDiceEnQueLineaSeVaElTiempo) {
+    const auto r =
+        correr("--perfil " + guion("poco = 1\nFor i = 1 To 200000 : s = s & \"x\" : Next\n"
+                                   "If poco = 2 Then\n  nunca = 1\nEnd If\n"));
+    EXPECT_EQ(r.codigo, 0);
+    const auto perfil = r.texto.find("Perfil: ");
+    ASSERT_NE(perfil, std::string::npos) << r.texto;
+    const auto largo = r.texto.find("For i = 1 To 200000", perfil);
+    const auto corto = r.texto.find("poco = 1\n", perfil);
+    EXPECT_LT(largo, corto) << r.texto;
+    EXPECT_NE(corto, std::string::npos) << r.texto;
+    EXPECT_EQ(r.texto.find("nunca", perfil), std::string::npos) << "a line that never ran";
+}
+
+TEST_F(Ejecutor, ComprobarAvisaDeLoQueNoPareceAProposito) {
+    const std::string g = guion("nivel = MW_1_1_10\nx = nivle\nmw.writMW \"MW_9_9_9\", 1\n");
+    const std::string avisos = g +
+                               "(2, 5): aviso: nada da valor a 'nivle', ni el guion ni la "
+                               "planta; ¿nivel?\n" +
+                               g + "(3, 4): aviso: mw no tiene 'writMW'; ¿writeMW?\n";
+    auto r = correr("--comprobar " + g);
+    EXPECT_EQ(r.codigo, 0) << "it would run";
+    EXPECT_EQ(r.texto, avisos);
+    archivo("DRIVER_KV2200_Config.ini", "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\n"
+                                        "CantEsclavos=1\nEsclavo0_Numero=1\nEsclavo0_Ip=127.0.0.1\n"
+                                        "Esclavo0_Indice=1\nCantBloques=1\nBloque0_PLC=1\n"
+                                        "Bloque0_StarAdrees=10\nBloque0_Quantity=1\nBloque0_ScanTime=1\n");
+    r = correr("--comprobar " + g);
+    EXPECT_EQ(r.texto, avisos + g +
+                           "(3, 11): aviso: la configuración no tiene la dirección "
+                           "'MW_9_9_9'\n")
+        << "now that there is one beside it";
+    EXPECT_FALSE(std::filesystem::exists(carpeta_ / "sis_config.ini")) << "nothing is written";
 }
 
 } // namespace

@@ -3,13 +3,12 @@
 #include "text/windows1252.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace {
-constexpr std::size_t mayor = std::size_t{8} << 20;
+constexpr std::size_t mayorGuion = std::size_t{8} << 20;
 }
 
-std::optional<std::string> leerGuion(const std::string& ruta) {
+std::optional<std::string> leerArchivo(const std::string& ruta, std::size_t mayor) {
     std::ifstream in(ruta, std::ios::binary);
     if (!in) return std::nullopt;
     std::string bytes;
@@ -19,5 +18,11 @@ std::optional<std::string> leerGuion(const std::string& ruta) {
         if (bytes.size() > mayor) return std::nullopt;
     }
     if (in.bad()) return std::nullopt;
-    return kv::pareceUtf8(bytes) ? bytes : kv::utf8DesdeWindows1252(bytes);
+    return bytes;
+}
+
+std::optional<std::string> leerGuion(const std::string& ruta) {
+    auto bytes = leerArchivo(ruta, mayorGuion);
+    if (!bytes) return std::nullopt;
+    return kv::pareceUtf8(*bytes) ? std::move(*bytes) : kv::utf8DesdeWindows1252(*bytes);
 }

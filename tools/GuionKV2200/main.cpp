@@ -1,80 +1,62 @@
 #include "archivo.h"
+#include "comprobacion.h"
+#include "corrida.h"
+#include "escritorio.h"
 #include "objetos.h"
+#include "perfil.h"
+#include "valores.h"
 
 #include "cli/castellano.h"
 #include "cli/salida_entera.h"
 #include "vbscript/engine.h"
 
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <csignal>
-#include <ctime>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string>
 
 namespace {
-
-/// The desk: dialogs are printed and answered with what they propose.
-class Escritorio : public vbscript::Surroundings {
-  public:
-    explicit Escritorio(std::string carpeta) : carpeta_(std::move(carpeta)) {}
-
-    std::int64_t monotonicMs() override {
-        const auto t = std::chrono::steady_clock::now().time_since_epoch();
-        return std::chrono::duration_cast<std::chrono::milliseconds>(t).count();
-    }
-
-    vbscript::LocalTime wallClock() override {
-        const auto ahora = std::chrono::system_clock::now();
-        const auto segundos = std::chrono::floor<std::chrono::seconds>(ahora);
-        const std::time_t t = std::chrono::system_clock::to_time_t(segundos);
-        std::tm local{};
-        localtime_r(&t, &local);
-        const auto ms =
-            std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
-        return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,       local.tm_hour,
-                local.tm_min,         local.tm_sec,     static_cast<int>(ms)};
-    }
-
-    int messageBox(std::string_view texto, int, std::string_view) override {
-        std::cout << "MsgBox: " << texto << '\n';
-        return 1;
-    }
-
-    std::string inputBox(std::string_view texto, std::string_view,
-                         std::string_view propuesto) override {
-        std::cout << "InputBox: " << texto << '\n';
-        return std::string(propuesto);
-    }
-
-    std::shared_ptr<vbscript::Disk> disk() override {
-        return std::make_shared<vbscript::FolderDisk>(carpeta_);
-    }
-
-  private:
-    std::string carpeta_;
-};
 
 void informar(const std::string& archivo, const vbscript::ScriptError& e) {
     std::cerr << archivo << '(' << e.line << ", " << e.column << "): " << e.description << '\n';
 }
 
-int correr(int argc, char** argv) {
-    CLI::App app("Ejecuta un guion de planta en el escritorio, sin el driver.", "GuionKV2200");
-    bool comprobar = false;
-    std::string idioma = "es-AR";
+struct Opciones {
     std::string archivo;
+    std::string idioma = "es-AR";
+    std::string valores;
+    std::uint64_t veces = 1;
+    bool comprobar = false;
+    bool perfil = false;
+};
+
+/// The exit code if the program is to end at once.
+std::optional<int> leerLinea(int argc, char** argv, Opciones& o) {
+    CLI::App app("Ejecuta un guion de planta en el escritorio, sin el driver.", "GuionKV2200");
     kv::ponerEnCastellano(app);
     app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina");
-    app.add_flag("--comprobar", comprobar, "Solo comprueba que el guion está bien escrito");
-    app.add_option("--idioma", idioma,
+    auto* comprobar = app.add_flag("--comprobar", o.comprobar,
+                                   "Solo comprueba que el guion está bien escrito, y avisa de lo "
+                                   "que no parece a propósito");
+    app.add_option("--idioma", o.idioma,
                    "Cómo se escriben números y fechas: es-AR (si no se da) o en-US")
         ->type_name("PAIS")
         ->check([](const std::string& pais) {
             return pais == "es-AR" || pais == "en-US" ? "" : std::string("debe ser es-AR o en-US");
         });
-    app.add_option("ARCHIVO", archivo, "El guion (Windows-1252 o UTF-8)")->required();
+    app.add_option("--valores", o.valores,
+                   "Corre el guion una vez por fila de valores: renglones NOMBRE=VALOR, una tabla "
+                   "CSV con una columna por nombre, o una grabación del driver")
+        ->type_name("ARCHIVO")
+        ->excludes(comprobar);
+    app.add_option("--veces", o.veces, "Repite todo tantas veces")
+        ->type_name("N")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}))
+        ->excludes(comprobar);
+    app.add_flag("--perfil", o.perfil, "Dice en qué líneas se va el tiempo")->excludes(comprobar);
+    app.add_option("ARCHIVO", o.archivo, "El guion (Windows-1252 o UTF-8)")->required();
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -84,21 +66,57 @@ int correr(int argc, char** argv) {
         std::cerr << "GuionKV2200: " << kv::enCastellano(e) << "\nVea GuionKV2200 --help\n";
         return 2;
     }
-    const auto texto = leerGuion(archivo);
+    return std::nullopt;
+}
+
+int comprobar(vbscript::Engine& motor, const Opciones& o, const std::string& texto) {
+    if (!motor.check(texto)) {
+        informar(o.archivo, motor.error());
+        return 1;
+    }
+    avisarDe(o.archivo, texto);
+    return 0;
+}
+
+int probar(vbscript::Engine& motor, Papel& papel, const Opciones& o, const std::string& texto) {
+    std::optional<Valores> valores;
+    if (!o.valores.empty()) valores = leerValores(o.valores);
+    Perfil perfil;
+    if (o.perfil) motor.tellLinesTo(&perfil);
+    Corrida corrida(motor, papel, o.archivo, valores ? &*valores : nullptr);
+    const bool bien = corrida.correr(texto, o.veces, [&perfil] { perfil.terminar(); });
+    papel.titular({});
+    if (valores || o.veces > 1) {
+        std::cout << corrida.cambios();
+        std::cout << "Corridas: " << corrida.corridas() << ", con error: " << corrida.fallas()
+                  << '\n';
+    }
+    if (o.perfil) std::cout << perfil.informe(texto);
+    return bien ? 0 : 1;
+}
+
+int correr(int argc, char** argv) {
+    Opciones o;
+    if (const auto fin = leerLinea(argc, argv, o)) return *fin;
+    const auto texto = leerGuion(o.archivo);
     if (!texto) {
-        std::cerr << archivo << ": no se puede leer\n";
+        std::cerr << o.archivo << ": no se puede leer\n";
         return 1;
     }
     std::error_code mal;
-    auto carpeta = std::filesystem::absolute(archivo, mal).parent_path();
-    Escritorio escritorio(carpeta.string());
+    const auto carpeta = std::filesystem::absolute(o.archivo, mal).parent_path();
+    Papel papel;
+    Escritorio escritorio(carpeta.string(), papel);
     vbscript::Engine motor(escritorio);
-    motor.setLocale(idioma);
-    agregarObjetos(motor);
-    const bool bien = comprobar ? motor.check(*texto) : motor.addCode(*texto);
-    std::cout.flush();
-    if (!bien) informar(archivo, motor.error());
-    return bien ? 0 : 1;
+    motor.setLocale(o.idioma);
+    agregarObjetos(motor, papel);
+    if (o.comprobar) return comprobar(motor, o, *texto);
+    try {
+        return probar(motor, papel, o, *texto);
+    } catch (const ValoresMalos& malos) {
+        std::cerr << malos.what() << '\n';
+        return 1;
+    }
 }
 
 } // namespace

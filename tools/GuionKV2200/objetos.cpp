@@ -1,61 +1,55 @@
 #include "objetos.h"
 
-#include <iostream>
-#include <map>
+#include "script/objetos.h"
+#include "text/numeros.h"
+#include "vbscript/host_object.h"
+
 #include <memory>
+#include <span>
 #include <string>
 
-using vbscript::Fault;
 using vbscript::HostTable;
 using vbscript::HostValues;
 using vbscript::Value;
 
 namespace {
 
-Value eco(std::span<const Value> args, HostValues& valores) {
-    std::string linea;
-    for (std::size_t k = 0; k < args.size(); ++k) {
-        if (k > 0) linea += ' ';
-        linea += valores.text(args[k]);
+std::string dicho(const kv::PedidoDelGuion& p) {
+    std::string linea(p.miembro.nombre);
+    std::size_t numeros = 0;
+    for (const char clase : p.miembro.argumentos) {
+        linea += ' ';
+        if (clase == 't')
+            linea += p.texto;
+        else if (clase == 's')
+            linea += p.numeros.at(numeros++) != 0 ? "True" : "False";
+        else
+            kv::agregarNumero(linea, p.numeros.at(numeros++));
     }
-    std::cout << linea << '\n';
-    return {};
-}
-
-std::shared_ptr<HostTable> variables() {
-    auto mw = std::make_shared<HostTable>();
-    mw->method("writeMW", [](std::span<const Value> args, HostValues& valores) {
-        if (args.size() != 2) throw Fault(450);
-        std::cout << "writeMW " << valores.text(args[0]) << ' ' << valores.text(args[1]) << '\n';
-        return Value();
-    });
-    mw->method("READBLOQ", [](std::span<const Value> args, HostValues& valores) {
-        if (args.size() != 1) throw Fault(450);
-        std::cout << "READBLOQ " << valores.text(args[0]) << '\n';
-        return Value();
-    });
-    return mw;
-}
-
-std::shared_ptr<HostTable> etiqueta() {
-    auto texto = std::make_shared<std::string>();
-    auto label = std::make_shared<HostTable>();
-    label->property(
-        "Caption", [texto](std::span<const Value>, HostValues&) { return Value::text(*texto); },
-        [texto](const Value& v, HostValues& valores) {
-            *texto = valores.text(v);
-            std::cout << "Label.Caption = " << *texto << '\n';
-        });
-    label->defaultProperty("Caption");
-    return label;
+    return linea;
 }
 
 } // namespace
 
-void agregarObjetos(vbscript::Engine& motor) {
+void agregarObjetos(vbscript::Engine& motor, Papel& papel) {
     auto wscript = std::make_shared<HostTable>();
-    wscript->method("Echo", eco);
+    wscript->method("Echo", [&papel](std::span<const Value> args, HostValues& valores) {
+        std::string linea;
+        for (std::size_t k = 0; k < args.size(); ++k)
+            linea += (k > 0 ? " " : "") + valores.text(args[k]);
+        papel.linea(linea);
+        return Value();
+    });
     motor.addObject("WScript", wscript);
-    motor.addObject("mw", variables());
-    motor.addObject("Label", etiqueta());
+    kv::agregarMw(motor, [&papel](const kv::PedidoDelGuion& p) {
+        papel.linea(dicho(p));
+        const bool escribe = p.miembro.operacion == kv::OperacionDeMw::escribirDireccion;
+        return escribe ? Value::integer(0) : Value();
+    });
+    kv::agregarLabel(motor, std::make_shared<kv::LabelDelGuion>(),
+                     [&papel](std::string_view propiedad, const std::string& valor) {
+                         papel.linea("Label." + std::string(propiedad) + " = " + valor);
+                     });
 }
+
+kv::LugarDelGuion::Objeto objetoDelEscritorio() { return {"WScript", {"Echo"}}; }

@@ -1,0 +1,77 @@
+#include "corrida.h"
+
+#include "text/texto.h"
+
+#include <iostream>
+
+using vbscript::Type;
+using vbscript::Value;
+
+namespace {
+constexpr std::size_t erroresDichos = 100;
+}
+
+Corrida::Corrida(vbscript::Engine& motor, Papel& papel, std::string archivo, const Valores* valores)
+    : motor_(motor), papel_(papel), archivo_(std::move(archivo)), valores_(valores) {
+    for (const auto& v : motor_.variables())
+        antes_[kv::minusculas(v.name)] = mostrar(v.value);
+    if (valores_ == nullptr) return;
+    for (const std::string& nombre : valores_->nombres)
+        ranuras_.push_back(motor_.global(nombre).value_or(0));
+}
+
+void Corrida::preparar(std::size_t fila, std::uint64_t vuelta, std::size_t filas,
+                       std::uint64_t veces) {
+    std::string titulo;
+    if (filas > 1) titulo = "fila " + std::to_string(fila + 1);
+    if (veces > 1) titulo += (titulo.empty() ? "vez " : ", vez ") + std::to_string(vuelta + 1);
+    papel_.titular(std::move(titulo));
+    if (valores_ == nullptr) return;
+    for (const Valores::Cambio& c : valores_->filas[fila]) {
+        motor_.setNumber(ranuras_[c.nombre], c.valor);
+        antes_[kv::minusculas(valores_->nombres[c.nombre])] =
+            mostrar(motor_.value(ranuras_[c.nombre]));
+    }
+}
+
+bool Corrida::una(const std::string& texto) {
+    ++corridas_;
+    if (motor_.addCode(texto)) return true;
+    ++fallas_;
+    const vbscript::ScriptError& e = motor_.error();
+    const std::string que = archivo_ + "(" + std::to_string(e.line) + ", " +
+                            std::to_string(e.column) + "): " + e.description;
+    if (dichos_.size() < erroresDichos && dichos_.insert(que).second) {
+        std::cout.flush();
+        std::cerr << que << '\n';
+    }
+    return !e.compileTime && !e.budget;
+}
+
+std::string Corrida::mostrar(const Value& v) const {
+    switch (v.type) {
+    case Type::Empty:
+        return "Empty";
+    case Type::Null:
+        return "Null";
+    case Type::String:
+        return "\"" + v.utf8() + "\"";
+    case Type::Array:
+        return "matriz de " + std::to_string(v.a->items.size()) + " elementos";
+    case Type::Object:
+        return v.o != nullptr ? "objeto" : "Nothing";
+    default:
+        return motor_.text(v);
+    }
+}
+
+std::string Corrida::cambios() const {
+    std::string salida;
+    for (const auto& v : motor_.variables()) {
+        const auto antes = antes_.find(kv::minusculas(v.name));
+        const std::string ahora = mostrar(v.value);
+        if (ahora == (antes == antes_.end() ? "Empty" : antes->second)) continue;
+        salida += "  " + v.name + " = " + ahora + "\n";
+    }
+    return salida.empty() ? "No cambió ninguna variable\n" : "Cambiaron:\n" + salida;
+}

@@ -1,0 +1,84 @@
+#include "grabacion.h"
+
+#include "engine/reproduccion.h"
+
+#include <iostream>
+
+namespace {
+
+/// Notes what is new since the run before. It looks at nothing but the tables: a question more
+/// than the driver asked then would lose the thread of the recording.
+class Anotador {
+  public:
+    Anotador(const kv::Tablas& tablas, Valores& valores) : tablas_(tablas), valores_(valores) {}
+
+    void anotar() {
+        auto& fila = valores_.filas.emplace_back();
+        std::size_t lugar = 0;
+        for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
+            const kv::BloqueLectura& b = tablas_.bloques[i];
+            variable(lugar, fila, b.nombreScript, b.valor, b.estado);
+        }
+        bits(fila);
+    }
+
+  private:
+    void variable(std::size_t& lugar, std::vector<Valores::Cambio>& fila, const std::string& nombre,
+                  double valor, double estado) {
+        if (lugar == lugares_.size()) {
+            lugares_.push_back(valores_.nombres.size());
+            valores_.nombres.push_back(nombre);
+            valores_.nombres.push_back(nombre + "_STATUS");
+        }
+        const std::size_t mio = lugares_[lugar++];
+        poner(fila, mio, valor);
+        poner(fila, mio + 1, estado);
+    }
+    void bits(std::vector<Valores::Cambio>& fila) {
+        for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
+            const kv::BloqueLectura& b = tablas_.bloques[i];
+            for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
+                if (!b.bits->bitDefinido[n]) continue;
+                const auto [lugar, nuevo] =
+                    deBits_.try_emplace(b.bits->bitNombres[n], valores_.nombres.size());
+                if (nuevo) {
+                    valores_.nombres.push_back(lugar->first);
+                    valores_.nombres.push_back(lugar->first + "_STATUS");
+                }
+                poner(fila, lugar->second, static_cast<int>(b.valor) >> n & 1);
+                poner(fila, lugar->second + 1, b.estado);
+            }
+        }
+    }
+    void poner(std::vector<Valores::Cambio>& fila, std::size_t nombre, double valor) {
+        if (ultimos_.size() <= nombre) ultimos_.resize(nombre + 1);
+        if (ultimos_[nombre] == valor) return;
+        ultimos_[nombre] = valor;
+        fila.push_back({nombre, valor});
+    }
+
+    const kv::Tablas& tablas_;
+    Valores& valores_;
+    std::vector<std::size_t> lugares_; ///< of each block's variable among the names
+    std::map<std::string, std::size_t> deBits_;
+    std::vector<std::optional<double>> ultimos_;
+};
+
+} // namespace
+
+Valores valoresDeGrabacion(const std::string& ruta, std::string contenido) {
+    Valores valores;
+    try {
+        kv::DriverReproducido driver(std::move(contenido));
+        Anotador anotador(driver.motor().tablas, valores);
+        driver.motor().guion.alCorrer([&anotador] { anotador.anotar(); });
+        if (!driver.correr())
+            std::cerr << ruta << ": la grabacion termina a mitad de una entrada\n";
+    } catch (const kv::CintaCortada&) {
+        std::cerr << ruta << ": la grabacion termina a mitad de una entrada\n";
+    } catch (const kv::CintaMala& mala) {
+        throw ValoresMalos(ruta + ": " + mala.que);
+    }
+    if (valores.filas.empty()) throw ValoresMalos(ruta + ": ninguna estación contestó en ella");
+    return valores;
+}
