@@ -189,11 +189,12 @@ std::optional<DireccionesDePlanta> direccionesConfiguradas(Ajustes& ajustes) {
     return direccionesDe(c.listas, v);
 }
 
-Comprobacion comprobar(Ajustes& ajustes) {
+Comprobacion comprobar(Ajustes& ajustes, const OtraRevision& otra) {
     ajustes.noEscribir();
     ConfiguracionLeida c = leerConfiguracionUbicada(ajustes, {});
     revisarAjustes(ajustes, c.problemas);
     const Validacion v = validar(c.listas, c.problemas);
+    if (otra) otra(c, v, c.problemas);
     return {informeDe(c, v), c.problemas.ninguno() ? 0 : 1};
 }
 

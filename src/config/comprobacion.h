@@ -4,6 +4,7 @@
 #include "config/validacion.h"
 #include "plant/direcciones.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -15,8 +16,12 @@ struct Comprobacion {
     int resultado = 0;
 };
 
+/// What else is to be looked at, by those who know more than a configuration's files: adds what it
+/// finds wrong.
+using OtraRevision = std::function<void(const ConfiguracionLeida&, const Validacion&, Problemas&)>;
+
 /// Reads settings and configuration as a start would, without writing anything from now on.
-[[nodiscard]] Comprobacion comprobar(Ajustes& ajustes);
+[[nodiscard]] Comprobacion comprobar(Ajustes& ajustes, const OtraRevision& otra = {});
 
 /// The stations and registers that a start would build; nothing where there is no configuration.
 /// Writes nothing from now on.

@@ -3,6 +3,7 @@
 #include "config/comprobacion.h"
 #include "main/grabacion.h"
 #include "main/programa.h"
+#include "operator/revision_de_guion.h"
 #ifdef KV_VENTANA
 #include "main/con_ventana.h"
 #endif
@@ -24,7 +25,11 @@ constexpr int kSalidaIncompleta = 1;
 int soloComprobar(const Opciones& opciones) {
     ArchivosReales archivos;
     Ajustes ajustes(archivos, opciones.carpeta);
-    const Comprobacion comprobacion = comprobar(ajustes);
+    const Comprobacion comprobacion =
+        comprobar(ajustes, [&archivos](const auto& leida, const auto& valido, auto& problemas) {
+            revisarGuion(archivos, leida.ubicacion.rutaConfiguracion,
+                         direccionesDe(leida.listas, valido), problemas);
+        });
     std::cout << comprobacion.informe;
     return comprobacion.resultado;
 }

@@ -1,6 +1,7 @@
 #include "plant/direcciones.h"
 
 #include "plant/bases.h"
+#include "plant/tablas.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -48,6 +49,20 @@ bool DireccionesDePlanta::publica(std::string_view nombre) const {
     const auto bit = numeroDeTexto(std::string_view(n).substr(corte + 1));
     if (!bit || !(*bit >= 0 && *bit < kBits)) return false;
     return publicados_.contains(n.substr(0, corte));
+}
+
+DireccionesDePlanta direccionesDe(const Tablas& tablas) {
+    DireccionesDePlanta planta;
+    for (std::size_t c = 0; c < tablas.conexiones.limiteSuperior(); ++c) {
+        const ConexionIP& conexion = tablas.conexiones[c];
+        for (std::size_t e = 0; e < conexion.estaciones.limiteSuperior(); ++e)
+            planta.agregarEstacion(conexion.puerto, conexion.estaciones[e].numero);
+    }
+    for (std::size_t i = 0; i < tablas.bloques.limiteSuperior(); ++i) {
+        const BloqueLectura& b = tablas.bloques[i];
+        planta.agregarRegistro(b.puerto, b.plc, b.direccion);
+    }
+    return planta;
 }
 
 bool partirDireccion(std::string_view texto, DireccionPartida& partes) {

@@ -34,6 +34,10 @@ class DireccionesDePlanta {
     std::vector<std::string> nombres_;
 };
 
+class Tablas;
+/// Those of a driver that runs: also what was made because somebody asked for it.
+[[nodiscard]] DireccionesDePlanta direccionesDe(const Tablas& tablas);
+
 /// An address port.PLC.register[.bit].
 struct DireccionPartida {
     double puerto = 0;

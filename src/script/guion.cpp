@@ -11,7 +11,6 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kMaximoDelGuion = 4U << 20;
 constexpr std::int64_t kEntreMiradasUs = 1000;
 constexpr std::size_t kErroresDichos = 100; // distinct errors told of one content of the file
 

@@ -15,6 +15,9 @@
 
 namespace kv {
 
+/// A larger file, in bytes, is no script.
+inline constexpr std::size_t kMaximoDelGuion = std::size_t{4} << 20;
+
 /// The path of the user script beside a driver configuration: every "mdriv" in the path, or else
 /// every "ini", becomes "MDrivScrip", whatever the case of letters and wherever it stands. Empty
 /// when the path holds neither.

@@ -43,6 +43,37 @@ TEST(LineaDeOrden, UnaMalaTermina2YLoDiceEnLaSalidaDeErrores) {
     }
 }
 
+TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
+    const Carpeta carpeta;
+    carpeta.escribir(
+        "DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "1").texto());
+    const auto comprobar = [&](const std::string& guion) {
+        carpeta.escribir("DRIVER_KV2200_Config.MDrivScrip", guion);
+        return correr({"--carpeta", carpeta.ruta(), "--comprobar"});
+    };
+    const Resultado sin = correr({"--carpeta", carpeta.ruta(), "--comprobar"});
+    const Resultado bien =
+        comprobar("nivel = MW_1_1_10 * 2\r\nmw.writeMW \"MW_1_1_10\", nivel\r\n");
+    EXPECT_EQ(bien.salida, sin.salida) << "no script is no problem, and a good one neither";
+    const Resultado r =
+        comprobar("nivel = MW_1_1_10\r\nx = nivle\r\nmw.writeMW \"MW_1_1_11\", 1\r\n");
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.salida,
+                      "/DRIVER_KV2200_Config.MDrivScrip:2: columna 5: nada da valor a "
+                      "'nivle', ni el guion ni la planta; ¿nivel?; es un aviso: el guion se corre "
+                      "igual\n"))
+        << r.salida;
+    EXPECT_TRUE(
+        tiene(r.salida, ":3: columna 12: la configuración no tiene la dirección 'MW_1_1_11'"))
+        << r.salida;
+    const Resultado mal = comprobar("If x Then\r\n");
+    EXPECT_EQ(mal.codigo, 1);
+    EXPECT_TRUE(
+        tiene(mal.salida, "MDrivScrip:2: columna 1: Se esperaba 'End'; el guion no corre\n"))
+        << mal.salida;
+}
+
 TEST(LineaDeOrden, VersionYAyuda) {
     const Resultado version = correr({"--version"});
     EXPECT_EQ(version.codigo, 0);

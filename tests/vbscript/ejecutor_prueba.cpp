@@ -186,10 +186,11 @@ TEST_F(Ejecutor, ComprobarAvisaDeLoQueNoPareceAProposito) {
     auto r = correr("--comprobar " + g);
     EXPECT_EQ(r.codigo, 0) << "it would run";
     EXPECT_EQ(r.texto, avisos);
-    archivo("DRIVER_KV2200_Config.ini", "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\n"
-                                        "CantEsclavos=1\nEsclavo0_Numero=1\nEsclavo0_Ip=127.0.0.1\n"
-                                        "Esclavo0_Indice=1\nCantBloques=1\nBloque0_PLC=1\n"
-                                        "Bloque0_StarAdrees=10\nBloque0_Quantity=1\nBloque0_ScanTime=1\n");
+    archivo("DRIVER_KV2200_Config.ini",
+            "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\n"
+            "CantEsclavos=1\nEsclavo0_Numero=1\nEsclavo0_Ip=127.0.0.1\n"
+            "Esclavo0_Indice=1\nCantBloques=1\nBloque0_PLC=1\n"
+            "Bloque0_StarAdrees=10\nBloque0_Quantity=1\nBloque0_ScanTime=1\n");
     r = correr("--comprobar " + g);
     EXPECT_EQ(r.texto, avisos + g +
                            "(3, 11): aviso: la configuración no tiene la dirección "

@@ -1,0 +1,29 @@
+#include "operator/revision_de_guion.h"
+
+#include "operator/editor_de_guion.h"
+#include "script/avisos.h"
+#include "text/windows1252.h"
+
+namespace kv {
+
+void revisarGuion(Archivos& archivos, const std::string& rutaDeConfiguracion,
+                  const DireccionesDePlanta& planta, Problemas& problemas) {
+    const std::string ruta = rutaDelGuion(rutaDeConfiguracion);
+    if (ruta.empty() || !archivos.existe(ruta)) return;
+    const auto agregar = [&](int linea, int columna, const std::string& que,
+                             const char* consecuencia) {
+        problemas.agregar(ruta, static_cast<std::size_t>(linea),
+                          "columna " + std::to_string(columna) + ": " + que, consecuencia);
+    };
+    const auto bytes = archivos.leer(ruta, kMaximoDelGuion);
+    if (!bytes)
+        return problemas.agregar(ruta, 0, "el guion no se puede leer, o es demasiado largo",
+                                 "no corre");
+    const std::string texto = utf8DesdeWindows1252(*bytes);
+    if (const auto falla = EditorDeGuion::comprobar(texto))
+        return agregar(falla->linea, falla->columna, falla->descripcion, "el guion no corre");
+    for (const AvisoDeGuion& a : avisosDeGuion(texto, {&planta}))
+        agregar(a.linea, a.columna, a.texto, "es un aviso: el guion se corre igual");
+}
+
+} // namespace kv
