@@ -576,6 +576,30 @@
         <source>&amp;Seguir editando</source>
         <translation>&amp;Keep editing</translation>
     </message>
+    <message>
+        <source>Ir al &amp;error</source>
+        <translation>Go to the &amp;error</translation>
+    </message>
+    <message>
+        <source>&amp;Completar</source>
+        <translation>Co&amp;mplete</translation>
+    </message>
+    <message>
+        <source>Lo que tardó la última corrida del guion, y la memoria que usa</source>
+        <translation>What the script's last run took, and the memory that it uses</translation>
+    </message>
+    <message>
+        <source>Avisos: %1. El primero, en la %2</source>
+        <translation>Warnings: %1. The first one: %2</translation>
+    </message>
+    <message>
+        <source>Corrida: %1 ms, %2 KiB</source>
+        <translation>Run: %1 ms, %2 KiB</translation>
+    </message>
+    <message>
+        <source>No hay errores ni avisos marcados.</source>
+        <translation>No errors or warnings are marked.</translation>
+    </message>
 </context>
 <context>
     <name>kv::Mensajero</name>

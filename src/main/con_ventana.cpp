@@ -27,7 +27,7 @@ int correrConVentana(const Opciones& opciones) {
     motor.vista.observar(&mensajero);
     const bool unico = programa.arranque.soyElUnico();
     if (unico) {
-        EditorDeGuion editor(programa.archivos, motor.guion);
+        EditorDeGuion editor(programa.archivos, motor.guion, motor.scriptControl, motor.tablas);
         Ventanas ventanas(
             {motor.vista, motor.operador, editor, mensajero, KV_VERSION, Aplicacion::terminar});
         bool corriendo = true;

@@ -96,6 +96,24 @@ std::optional<FallaDeGuion> EditorDeGuion::comprobar(std::string_view texto) {
     return desde(motor.error());
 }
 
+/// Blocks are never taken away, and a large plant's names are too many to be made at every key.
+const DireccionesDePlanta& EditorDeGuion::planta() const {
+    const std::size_t bloques = tablas_.bloques.limiteSuperior();
+    if (bloques != enPlanta_) {
+        planta_ = direccionesDe(tablas_);
+        enPlanta_ = bloques;
+    }
+    return planta_;
+}
+
+std::vector<AvisoDeGuion> EditorDeGuion::avisos(std::string_view texto) const {
+    return avisosDeGuion(texto, {&planta()});
+}
+
+Completado EditorDeGuion::completar(std::string_view antes, std::string_view despues) const {
+    return completarGuion(antes, despues, planta());
+}
+
 std::optional<FallaDeGuion> EditorDeGuion::fallaDeLaCorrida() const {
     const vbscript::ScriptError* falla = guion_.falla(propia_);
     if (falla == nullptr) return std::nullopt;

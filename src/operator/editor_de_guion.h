@@ -1,12 +1,17 @@
 #pragma once
 
+#include "operator/completado.h"
+#include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/ruta.h"
+#include "script/ScriptControl.h"
+#include "script/avisos.h"
 #include "script/guion.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kv {
 
@@ -23,7 +28,10 @@ struct FallaDeGuion {
 /// never runs it. Texts are UTF-8. One window at a time.
 class EditorDeGuion {
   public:
-    EditorDeGuion(Archivos& archivos, const Guion& guion) : archivos_(archivos), guion_(guion) {}
+    /// All must outlive it.
+    EditorDeGuion(Archivos& archivos, const Guion& guion, const ScriptControl& control,
+                  const Tablas& tablas)
+        : archivos_(archivos), guion_(guion), control_(control), tablas_(tablas) {}
 
     /// Empty when the driver's configuration has no place for a script.
     [[nodiscard]] const std::string& ruta() const { return guion_.ruta(); }
@@ -46,12 +54,30 @@ class EditorDeGuion {
     [[nodiscard]] static std::optional<FallaDeGuion> caracterAjeno(std::string_view texto);
     /// The first mistake that a compilation finds.
     [[nodiscard]] static std::optional<FallaDeGuion> comprobar(std::string_view texto);
+    /// What in a text that compiles is hardly meant, against the plant as it is now.
+    [[nodiscard]] std::vector<AvisoDeGuion> avisos(std::string_view texto) const;
+    /// How the name could go on at whose end the cursor is, between the two parts of a text.
+    [[nodiscard]] Completado completar(std::string_view antes, std::string_view despues) const;
+    /// What a global variable of the script holds since the last run, for people.
+    [[nodiscard]] std::optional<std::string> valorDe(std::string_view nombre) const {
+        return control_.valorVisibleDe(nombre);
+    }
+    /// What the last run took.
+    [[nodiscard]] std::optional<ScriptControl::Medida> ultimaCorrida() const {
+        return control_.ultimaCorrida();
+    }
     /// What the last run failed with, as long as it was of the text that was read or saved here.
     [[nodiscard]] std::optional<FallaDeGuion> fallaDeLaCorrida() const;
 
   private:
+    [[nodiscard]] const DireccionesDePlanta& planta() const;
+
     Archivos& archivos_;
     const Guion& guion_;
+    const ScriptControl& control_;
+    const Tablas& tablas_;
+    mutable DireccionesDePlanta planta_; ///< of the first `enPlanta_` blocks
+    mutable std::size_t enPlanta_ = 0;
     HuellaDeArchivo propia_;   ///< the file as it was read or saved here
     HuellaDeArchivo conocida_; ///< the newest that the user knows of
 };

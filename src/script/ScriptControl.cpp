@@ -1,5 +1,6 @@
 #include "script/ScriptControl.h"
 
+#include "script/valor_visible.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@ namespace kv {
 namespace {
 
 constexpr int kAceptar = 1;
+constexpr std::size_t kLargoVisible = 200; // bytes of a text: what a look takes in
 
 } // namespace
 
@@ -35,6 +37,18 @@ vbscript::Value ScriptControl::pedir(const PedidoDelGuion& pedido) {
 void ScriptControl::mostrarLabel() {
     vista_.Label10.poner(label_->Caption);
     vista_.Label10.vestir({label_->BackColor, label_->ForeColor, label_->Visible});
+}
+
+void ScriptControl::AddCode(std::string_view texto) {
+    const std::int64_t empezo = reloj_.monotonicoUs();
+    motor_.addCode(texto);
+    ultima_ = {reloj_.monotonicoUs() - empezo, motor_.memoryUsed()};
+}
+
+std::optional<std::string> ScriptControl::valorVisibleDe(std::string_view nombre) const {
+    const auto valor = motor_.find(nombre);
+    if (!valor) return std::nullopt;
+    return valorVisible(motor_, *valor, kLargoVisible);
 }
 
 void ScriptControl::fijarPresupuesto(const PresupuestoDelGuion& presupuesto) {

@@ -60,8 +60,18 @@ class ScriptControl final : private vbscript::Surroundings {
     /// The number that a global variable holds; nothing if it holds none.
     [[nodiscard]] std::optional<double> valorDe(std::string_view nombre);
 
+    /// What a global variable holds, for people; nothing where there is none of the name.
+    [[nodiscard]] std::optional<std::string> valorVisibleDe(std::string_view nombre) const;
+
     /// Adds code to the global module and runs its statements at once.
-    void AddCode(std::string_view texto) { motor_.addCode(texto); }
+    void AddCode(std::string_view texto);
+    /// How long the last run took, and what the script's values held when it had ended.
+    struct Medida {
+        std::int64_t us;
+        std::size_t bytes;
+    };
+    /// Nothing before the first run.
+    [[nodiscard]] std::optional<Medida> ultimaCorrida() const { return ultima_; }
     [[nodiscard]] const vbscript::ScriptError& Error() const { return motor_.error(); }
     void Clear() { motor_.clearError(); }
     /// How many texts have been compiled.
@@ -82,6 +92,7 @@ class ScriptControl final : private vbscript::Surroundings {
     OrdenesDelGuion* ordenes_ = nullptr;
     std::shared_ptr<LabelDelGuion> label_ = std::make_shared<LabelDelGuion>();
     std::function<std::shared_ptr<vbscript::Disk>()> disco_;
+    std::optional<Medida> ultima_;
     vbscript::Engine motor_;
 };
 

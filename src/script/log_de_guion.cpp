@@ -1,17 +1,11 @@
 #include "script/log_de_guion.h"
 
+#include "text/texto.h"
+
 namespace kv {
 namespace {
 
 constexpr std::int64_t kMinutoMs = 60'000;
-
-/// At most so many bytes, no character cut in two.
-std::string_view comienzo(std::string_view texto, std::size_t largo) {
-    if (texto.size() <= largo) return texto;
-    while (largo > 0 && (static_cast<unsigned char>(texto[largo]) & 0xC0) == 0x80)
-        --largo;
-    return texto.substr(0, largo);
-}
 
 } // namespace
 

@@ -61,6 +61,13 @@ std::vector<std::string_view> partir(std::string_view texto, char separador) {
     }
 }
 
+std::string_view comienzo(std::string_view texto, std::size_t largo) {
+    if (texto.size() <= largo) return texto;
+    while (largo > 0 && (static_cast<unsigned char>(texto[largo]) & 0xC0) == 0x80)
+        --largo;
+    return texto.substr(0, largo);
+}
+
 std::string enUnaLinea(std::string_view texto) {
     std::string salida;
     salida.reserve(texto.size());

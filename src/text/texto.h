@@ -25,6 +25,9 @@ namespace kv {
 /// The pieces between separators; a text without any is one piece. Views into `texto`.
 [[nodiscard]] std::vector<std::string_view> partir(std::string_view texto, char separador);
 
+/// The first `largo` bytes of UTF-8, or a few less: no character is cut in two.
+[[nodiscard]] std::string_view comienzo(std::string_view texto, std::size_t largo);
+
 /// Carriage-return-and-line-feed pairs, then single ones, each become one blank.
 [[nodiscard]] std::string enUnaLinea(std::string_view texto);
 

@@ -110,6 +110,14 @@ void Engine::setNumber(Slot slot, double number) {
 
 Value Engine::value(Slot slot) const { return inside_->machine->globals[slot].value; }
 
+std::optional<Value> Engine::find(std::string_view name) const {
+    const Machine& m = *inside_->machine;
+    const Atom atom = m.names.known(name);
+    const Global* g = atom == 0 ? nullptr : m.globals.find(atom);
+    if (!g || !g->defined || g->host || g->proc || g->cls) return std::nullopt;
+    return g->value;
+}
+
 std::string Engine::text(const Value& value) const {
     try {
         return toText(*inside_->machine, value).utf8();

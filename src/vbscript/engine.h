@@ -41,6 +41,9 @@ class Engine {
     /// would have failed.
     void setNumber(Slot slot, double number);
     [[nodiscard]] Value value(Slot slot) const;
+    /// The value of a global variable or constant; nothing where there is none of the name, which
+    /// is not made either.
+    [[nodiscard]] std::optional<Value> find(std::string_view name) const;
     /// Text of a value as CStr gives it; "" where CStr would fail.
     [[nodiscard]] std::string text(const Value& value) const;
 

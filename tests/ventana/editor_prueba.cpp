@@ -13,6 +13,8 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
+#include <QRegularExpression>
 #include <QScrollBar>
 
 namespace kv {
@@ -56,7 +58,7 @@ class Editor : public testing::Test {
     Configuracion config = Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "1");
     Planta p{config};
     Estaciones& plc{p.en("10.0.0.1")};
-    EditorDeGuion editor{p.archivos, p.motor.guion};
+    EditorDeGuion editor{p.archivos, p.motor.guion, p.motor.scriptControl, p.motor.tablas};
     QPointer<FrmScript> ventana;
 };
 
@@ -128,6 +130,158 @@ TEST_F(Editor, LoQueNoCompilaSeAvisaYSeGuarda) {
     EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 0);
     EXPECT_EQ(mensaje(), "Sin errores.");
     EXPECT_TRUE(archivo().ends_with("(\r\n")) << "checking saves nothing";
+}
+
+TEST_F(Editor, LoQueNoPareceAPropositoSeSubrayaYSeRecorre) {
+    abrir("nivel = MW_1_1_10\r\nx = nivle\r\n' nada\r\nmw.writeMW \"MW_1_1_11\", 1\r\n");
+    tecla(Qt::Key_F7);
+    EXPECT_EQ(mensaje(),
+              QString::fromUtf8("⚠ Avisos: 2. El primero, en la línea 2, columna 5: nada "
+                                "da valor a 'nivle', ni el guion ni la planta; ¿nivel?"));
+    EXPECT_TRUE(codigo().mensajeDe(2).startsWith("nada da valor"));
+    EXPECT_TRUE(codigo().mensajeDe(4).contains("'MW_1_1_11'"));
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Comprobacion), 0) << "it compiles";
+    QStringList subrayado;
+    for (const auto& s : codigo().extraSelections()) {
+        if (s.format.underlineStyle() == QTextCharFormat::WaveUnderline)
+            subrayado += s.cursor.selectedText();
+    }
+    EXPECT_EQ(subrayado.join(" "), "nivle \"MW_1_1_11\"");
+    const auto lugar = [&] { return std::pair(codigo().lineaActual(), codigo().columnaActual()); };
+    for (const auto& sigue : {std::pair(2, 5), std::pair(4, 12), std::pair(2, 5)}) {
+        tecla(Qt::Key_F8);
+        EXPECT_EQ(lugar(), sigue);
+    }
+    EXPECT_TRUE(mensaje().contains("'nivle'")) << "what is at the place is told again";
+    fotografiar(*ventana, "editor_avisos");
+    ponerCursor(1);
+    tecla(Qt::Key_Return);
+    tecla(Qt::Key_F8);
+    EXPECT_EQ(lugar(), std::pair(3, 5)) << "places move with their lines";
+    codigo().selectAll();
+    QTest::keyClicks(&codigo(), "y = MW_1_1_10_status");
+    clic(*ventana, "BtnOk");
+    EXPECT_EQ(mensaje(), "Guardado.");
+    tecla(Qt::Key_F8);
+    EXPECT_EQ(mensaje(), "No hay errores ni avisos marcados.");
+    codigo().selectAll();
+    QTest::keyClicks(&codigo(), "y = = 3");
+    tecla(Qt::Key_F7);
+    ponerCursor(9);
+    tecla(Qt::Key_F8);
+    EXPECT_EQ(lugar().first, 1);
+    EXPECT_EQ(lugar().second, 5) << "what does not compile goes first";
+}
+
+TEST_F(Editor, DiceQueTuvoCadaNombreYQueCostoLaUltimaCorrida) {
+    abrir("total = MW_1_1_10 * 2 : t = \"<b>uno\" : v = Array(1, 2) : nada = nada\r\n"
+          "Sub S : local = 1 : End Sub\r\nS\r\n");
+    EXPECT_TRUE(QRegularExpression("^(Corrida: \\d+[.,]\\d\\d ms, [1-9]\\d* KiB)?$")
+                    .match(hallar<QLabel>(*ventana, "LblCorrida").text())
+                    .hasMatch());
+    p.avanzar(3000);
+    ASSERT_TRUE(llega([&] { return !hallar<QLabel>(*ventana, "LblCorrida").text().isEmpty(); }));
+    EXPECT_TRUE(QRegularExpression("^Corrida: \\d+[.,]\\d\\d ms, [1-9]\\d* KiB$")
+                    .match(hallar<QLabel>(*ventana, "LblCorrida").text())
+                    .hasMatch())
+        << qPrintable(hallar<QLabel>(*ventana, "LblCorrida").text());
+    const auto bajoElPuntero = [&](const char* nombre) {
+        codigo().moveCursor(QTextCursor::Start);
+        if (!codigo().find(nombre)) return QString("not found");
+        QTextCursor medio = codigo().textCursor();
+        medio.setPosition(medio.position() - 1);
+        return codigo().ayudaEn(codigo().cursorRect(medio).center());
+    };
+    EXPECT_EQ(bajoElPuntero("total"), "total = 232");
+    EXPECT_EQ(bajoElPuntero("MW_1_1_10"), "MW_1_1_10 = 116");
+    EXPECT_EQ(bajoElPuntero("t ="), "") << "a blank is no name";
+    EXPECT_EQ(bajoElPuntero("Array"), "") << "nor is a function";
+    EXPECT_EQ(bajoElPuntero("v"), "v = matriz de 2 elementos");
+    EXPECT_EQ(bajoElPuntero("local"), "") << "looking makes no variable";
+    EXPECT_EQ(p.motor.scriptControl.valorVisibleDe("local"), std::nullopt);
+    EXPECT_EQ(p.motor.scriptControl.valorVisibleDe("t"), "\"<b>uno\"");
+    EXPECT_EQ(codigo().ayudaEn(codigo().viewport()->rect().bottomRight()), "") << "beside the text";
+}
+
+TEST_F(Editor, CompletaElNombreQueSeEscribe) {
+    abrir("Sub CalcularNivel\r\nEnd Sub\r\n");
+    QListView* hallada = nullptr; // a window of its own
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->objectName() == "Propuestas") hallada = qobject_cast<QListView*>(w);
+    }
+    ASSERT_NE(hallada, nullptr);
+    QListView& lista = *hallada;
+    const auto propuestas = [&] {
+        QStringList textos;
+        for (int f = 0; lista.isVisible() && f < lista.model()->rowCount(); ++f)
+            textos += lista.model()->index(f, 0).data().toString();
+        return textos.join(" ");
+    };
+    // While proposals stand they get the keys first, as from a keyboard.
+    const auto quienOye = [&]() -> QWidget* {
+        return lista.isVisible() ? static_cast<QWidget*>(&lista) : &codigo();
+    };
+    const auto escribir = [&](const char* texto) {
+        for (const char* c = texto; *c != 0; ++c)
+            QTest::keyClick(quienOye(), *c);
+    };
+    const auto pulsar = [&](Qt::Key cual) { QTest::keyClick(quienOye(), cual); };
+    tecla(Qt::Key_End, Qt::ControlModifier);
+    escribir("C");
+    EXPECT_EQ(propuestas(), "") << "one letter says nothing";
+    escribir("al");
+    EXPECT_EQ(propuestas(), "CalcularNivel");
+    pulsar(Qt::Key_Return);
+    EXPECT_EQ(propuestas(), "");
+    EXPECT_TRUE(codigo().texto().endsWith("Cal\n")) << "who has chosen nothing ends a line";
+    escribir("mw.r");
+    EXPECT_EQ(propuestas(), "READBLOQ");
+    pulsar(Qt::Key_Down);
+    pulsar(Qt::Key_Return);
+    EXPECT_TRUE(codigo().texto().endsWith("mw.READBLOQ")) << qPrintable(codigo().texto());
+    escribir(" \"mw_1");
+    EXPECT_EQ(propuestas(), "MW_1_1_10 MW_1_1_10_STATUS") << "in a text, names of registers";
+    fotografiar(lista, "editor_completa");
+    pulsar(Qt::Key_Escape);
+    EXPECT_EQ(propuestas(), "");
+    escribir("\"");
+    pulsar(Qt::Key_Return);
+    escribir("' mw.");
+    EXPECT_EQ(propuestas(), "") << "a remark";
+    pulsar(Qt::Key_Return);
+    escribir("With Label : .Ba");
+    EXPECT_EQ(propuestas(), "BackColor");
+    tecla(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_TRUE(codigo().texto().endsWith(".BackColor")) << "the only one is taken at once";
+}
+
+TEST(Completado, LoQueVieneAlCaso) {
+    DireccionesDePlanta planta;
+    planta.agregarRegistro(1, 1, "10");
+    const auto opciones = [&](std::string_view antes, std::string_view despues = "") {
+        std::string todas;
+        for (const std::string& o : completarGuion(antes, despues, planta).opciones)
+            todas += (todas.empty() ? "" : " ") + o;
+        return todas;
+    };
+    EXPECT_EQ(opciones("x = mw_1_1_10_"), "MW_1_1_10_STATUS");
+    EXPECT_EQ(opciones("x = InSt"), "InStr InStrB InStrRev") << "functions of the language";
+    EXPECT_EQ(opciones("nivel = 1 : nivelB = 2\nx = NIV"), "nivel nivelB");
+    EXPECT_EQ(opciones("Call Lim", "\nSub Limpiar\nEnd Sub"), "Limpiar") << "also from below";
+    EXPECT_EQ(opciones("MW . "), "");
+    EXPECT_EQ(opciones("mw.Activar_Di"), "Activar_Dir");
+    EXPECT_EQ(opciones("otro.writ"), "") << "nobody knows what it has";
+    EXPECT_EQ(opciones("With mw\nWith Label\nEnd With\n.wri"), "writeMW");
+    EXPECT_EQ(opciones("With mw\nEnd With\n.wri"), "");
+    EXPECT_EQ(opciones("x = \"MW_1\" & \"MW_1_1_10_S"), "MW_1_1_10_STATUS");
+    EXPECT_EQ(opciones("x = \"Ins"), "") << "in a text nothing but registers";
+    for (const char* comentario : {"' mw_1", "x = 1 ' \"mw_1", "Rem mw_1", "x = 1 : rem mw_1"})
+        EXPECT_EQ(opciones(comentario), "") << comentario;
+    EXPECT_EQ(opciones("' it's \"quoted\nx = mw_1_1_10_"), "MW_1_1_10_STATUS");
+    std::string muchos;
+    for (int k = 0; k < 1000; ++k)
+        muchos += "nombre" + std::to_string(k) + " = 1\n";
+    EXPECT_EQ(completarGuion(muchos + "no", "", planta).opciones.size(), Completado::kMaximo);
 }
 
 TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {

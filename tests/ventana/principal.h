@@ -115,7 +115,7 @@ class Principal : public testing::Test {
     Estaciones& plc{p.en("10.0.0.1")};
     Salida salida;
     Mensajero mensajero{salida};
-    EditorDeGuion editor{p.archivos, p.motor.guion};
+    EditorDeGuion editor{p.archivos, p.motor.guion, p.motor.scriptControl, p.motor.tablas};
     int apagados = 0;
     Ventanas ventanas{
         {p.motor.vista, p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};

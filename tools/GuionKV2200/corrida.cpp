@@ -1,15 +1,14 @@
 #include "corrida.h"
 
+#include "script/valor_visible.h"
 #include "text/texto.h"
 
 #include <iostream>
 
-using vbscript::Type;
-using vbscript::Value;
-
 namespace {
 constexpr std::size_t erroresDichos = 100;
-}
+constexpr std::size_t largoDeValor = 1000;
+} // namespace
 
 Corrida::Corrida(vbscript::Engine& motor, Papel& papel, std::string archivo, const Valores* valores)
     : motor_(motor), papel_(papel), archivo_(std::move(archivo)), valores_(valores) {
@@ -48,21 +47,8 @@ bool Corrida::una(const std::string& texto) {
     return !e.compileTime && !e.budget;
 }
 
-std::string Corrida::mostrar(const Value& v) const {
-    switch (v.type) {
-    case Type::Empty:
-        return "Empty";
-    case Type::Null:
-        return "Null";
-    case Type::String:
-        return "\"" + v.utf8() + "\"";
-    case Type::Array:
-        return "matriz de " + std::to_string(v.a->items.size()) + " elementos";
-    case Type::Object:
-        return v.o != nullptr ? "objeto" : "Nothing";
-    default:
-        return motor_.text(v);
-    }
+std::string Corrida::mostrar(const vbscript::Value& v) const {
+    return kv::valorVisible(motor_, v, largoDeValor);
 }
 
 std::string Corrida::cambios() const {

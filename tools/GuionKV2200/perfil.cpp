@@ -50,12 +50,8 @@ std::string Perfil::informe(const std::string& guion) const {
                       todo > 0 ? 100.0 * static_cast<double>(l.ns) / static_cast<double>(todo) : 0,
                       static_cast<double>(l.ns) / 1e6, static_cast<unsigned long long>(l.veces));
         salida += numeros;
-        std::size_t corte = 0;
         const auto texto = n <= textos.size() ? kv::recortar(textos[n - 1]) : std::string_view();
-        for (corte = std::min(texto.size(), anchoDeTexto);
-             corte < texto.size() && (static_cast<unsigned char>(texto[corte]) & 0xC0) == 0x80;)
-            --corte;
-        salida += std::string(texto.substr(0, corte)) + "\n";
+        salida += std::string(kv::comienzo(texto, anchoDeTexto)) + "\n";
     }
     if (orden.size() > mostradas)
         salida += "... y " + std::to_string(orden.size() - mostradas) + " líneas más\n";

@@ -12,10 +12,14 @@
 #include <QHBoxLayout>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -28,6 +32,13 @@ QString enPalabras(const FallaDeGuion& falla) {
         .arg(falla.linea)
         .arg(falla.columna)
         .arg(enQt(enIngles() ? falla.enIngles : falla.descripcion));
+}
+
+QString enPalabras(const AvisoDeGuion& aviso) {
+    return FrmScript::tr("línea %1, columna %2: %3")
+        .arg(aviso.linea)
+        .arg(aviso.columna)
+        .arg(enQt(enIngles() ? aviso.enIngles : aviso.texto));
 }
 
 /// A question over `padre`, answered later through `finished`.
@@ -45,6 +56,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
       TextCodigo_(control<CajaDeCodigo>("TextCodigo", this)),
       busqueda_(hacer<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
       lugar_(hacer<QLabel>(this)), mensaje_(rotulo("LblMensaje", this)),
+      medida_(rotulo("LblCorrida", this)),
       BtnOk_(control<QPushButton>("BtnOk", tr("&Guardar"), this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
@@ -67,6 +79,14 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     };
     connect(TextCodigo_, &QPlainTextEdit::cursorPositionChanged, this, lugar);
     lugar();
+    TextCodigo_->explicarCon([this](const QString& nombre) { return valorDe(nombre); });
+    TextCodigo_->completarCon([this](const QString& antes, const QString& despues) {
+        const Completado c = editor_.completar(deQt(antes), deQt(despues));
+        QStringList lista;
+        for (const std::string& o : c.opciones)
+            lista += enQt(o);
+        return Completador::Opciones{enQt(c.empezado), lista};
+    });
     cargar();
     TextCodigo_->setFocus();
     connect(&mirada_, &QTimer::timeout, this, &FrmScript::mirar);
@@ -82,12 +102,14 @@ QMenuBar* FrmScript::menus() {
     };
     entrada(tr("&Guardar"), "Ctrl+S", [this] { BtnOk_->click(); });
     entrada(tr("&Comprobar"), "F7", [this] { comprobar(texto(), {}); });
+    entrada(tr("Ir al &error"), "F8", [this] { irAlError(); });
     menu->addSeparator();
     entrada(tr("Ce&rrar"), "Ctrl+W", [this] { close(); });
     menu = barra->addMenu(tr("&Edición"));
     entrada(tr("&Deshacer"), "Ctrl+Z", [this] { TextCodigo_->undo(); });
     entrada(tr("&Rehacer"), "Ctrl+Y", [this] { TextCodigo_->redo(); });
     menu->addSeparator();
+    entrada(tr("&Completar"), "Ctrl+Space", [this] { TextCodigo_->completar(); });
     entrada(tr("&Buscar..."), "Ctrl+F", [this] { busqueda_->abrir(false); });
     entrada(tr("Buscar &siguiente"), "F3", [this] { busqueda_->siguiente(); });
     entrada(tr("Buscar &anterior"), "Shift+F3", [this] { busqueda_->anterior(); });
@@ -127,6 +149,8 @@ QHBoxLayout* FrmScript::pie() {
     fila->addWidget(lugar_);
     fila->addSpacing(2 * kBorde);
     fila->addWidget(mensaje_, 1);
+    medida_->setToolTip(tr("Lo que tardó la última corrida del guion, y la memoria que usa"));
+    fila->addWidget(medida_);
     auto* cancelar = control<QPushButton>("BtnCancelar", tr("&Cerrar sin guardar"), this);
     connect(BtnOk_, &QPushButton::clicked, this, [this] { guardarY([] {}); });
     connect(cancelar, &QPushButton::clicked, this, &FrmScript::cerrarSinGuardar);
@@ -145,6 +169,8 @@ void FrmScript::cargar() {
     TextCodigo_->irA(linea);
     TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
     TextCodigo_->desmarcar(CajaDeCodigo::Marca::Corrida);
+    TextCodigo_->ponerAvisos({});
+    noCompila_.reset();
     aviso_->hide();
     decir({});
     if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
@@ -202,18 +228,64 @@ void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) 
 }
 
 void FrmScript::comprobar(const std::string& texto, const QString& hecho) {
-    const auto falla = EditorDeGuion::comprobar(texto);
-    if (!falla) {
-        TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
-        decir(hecho.isEmpty() ? tr("Sin errores.") : hecho);
-        return;
+    noCompila_ = EditorDeGuion::comprobar(texto);
+    const auto decirTrasHecho = [&](const QString& que) {
+        decir("⚠ " + (hecho.isEmpty() ? que : hecho + " " + que));
+    };
+    if (noCompila_) {
+        const QString que = tr("No compila: %1").arg(enPalabras(*noCompila_));
+        TextCodigo_->ponerAvisos({});
+        TextCodigo_->marcar(CajaDeCodigo::Marca::Comprobacion, noCompila_->linea, que);
+        return decirTrasHecho(que);
     }
-    const QString que = tr("No compila: %1").arg(enPalabras(*falla));
-    TextCodigo_->marcar(CajaDeCodigo::Marca::Comprobacion, falla->linea, que);
-    decir("⚠ " + (hecho.isEmpty() ? que : hecho + " " + que));
+    TextCodigo_->desmarcar(CajaDeCodigo::Marca::Comprobacion);
+    const auto avisos = editor_.avisos(texto);
+    marcarAvisos(avisos);
+    if (avisos.empty()) return decir(hecho.isEmpty() ? tr("Sin errores.") : hecho);
+    decirTrasHecho(
+        tr("Avisos: %1. El primero, en la %2").arg(avisos.size()).arg(enPalabras(avisos.front())));
+}
+
+void FrmScript::marcarAvisos(const std::vector<AvisoDeGuion>& avisos) {
+    std::vector<CajaDeCodigo::Aviso> lugares;
+    for (const AvisoDeGuion& a : avisos)
+        lugares.push_back({a.linea, a.columna, enQt(enIngles() ? a.enIngles : a.texto)});
+    TextCodigo_->ponerAvisos(lugares);
+}
+
+QString FrmScript::valorDe(const QString& nombre) const {
+    const auto valor = editor_.valorDe(deQt(nombre));
+    return valor ? nombre + " = " + enQt(*valor) : QString();
+}
+
+void FrmScript::mostrarMedida() {
+    const auto medida = editor_.ultimaCorrida();
+    if (!medida) return medida_->clear();
+    medida_->setText(tr("Corrida: %1 ms, %2 KiB")
+                         .arg(QLocale().toString(static_cast<double>(medida->us) / 1000, 'f', 2))
+                         .arg((medida->bytes + 1023) / 1024));
+}
+
+void FrmScript::irAlError() {
+    // Lines may have moved since; what was wrong in one still begins at its column, more or less.
+    for (const auto& [marca, falla] : {std::pair{CajaDeCodigo::Marca::Corrida, &falla_},
+                                       {CajaDeCodigo::Marca::Comprobacion, &noCompila_}}) {
+        const int linea = TextCodigo_->lineaMarcada(marca);
+        if (linea != 0 && *falla) return TextCodigo_->irA(linea, (*falla)->columna);
+    }
+    const auto avisos = TextCodigo_->avisos();
+    if (avisos.empty()) return decir(tr("No hay errores ni avisos marcados."));
+    const auto lugar = std::pair(TextCodigo_->lineaActual(), TextCodigo_->columnaActual());
+    const auto siguiente = std::find_if(avisos.begin(), avisos.end(), [&](const auto& a) {
+        return std::pair(a.linea, a.columna) > lugar;
+    });
+    const auto& a = siguiente == avisos.end() ? avisos.front() : *siguiente;
+    TextCodigo_->irA(a.linea, a.columna);
+    decir("⚠ " + a.mensaje);
 }
 
 void FrmScript::mirar() {
+    mostrarMedida();
     if (editor_.cambioAfuera() && aviso_->isHidden()) aviso_->show();
     const auto falla = editor_.fallaDeLaCorrida();
     if (falla == falla_) return;

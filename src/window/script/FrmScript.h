@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 class QHBoxLayout;
 class QLabel;
@@ -47,6 +48,11 @@ class FrmScript final : public QWidget {
     void preguntarAntesDeCerrar();
     void cerrarSinGuardar();
     void irALinea();
+    /// To what stopped the last run, or does not compile, or else the next warning.
+    void irAlError();
+    void marcarAvisos(const std::vector<AvisoDeGuion>& avisos);
+    [[nodiscard]] QString valorDe(const QString& nombre) const;
+    void mostrarMedida();
     /// Now and then: how the last run ended, and whether the file is still the one that was read.
     void mirar();
     void decir(const QString& que);
@@ -57,9 +63,11 @@ class FrmScript final : public QWidget {
     QWidget* aviso_;
     QLabel* lugar_;
     QLabel* mensaje_;
+    QLabel* medida_;
     QPushButton* BtnOk_;
     QTimer mirada_;
     std::optional<FallaDeGuion> falla_;
+    std::optional<FallaDeGuion> noCompila_; ///< at the last check
     bool legible_ = true;
     bool cerrando_ = false;
 };

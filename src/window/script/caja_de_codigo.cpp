@@ -2,12 +2,15 @@
 
 #include "window/controls/colores.h"
 #include "window/controls/control.h"
+#include "window/controls/ventana.h"
 #include "window/script/margen_de_codigo.h"
 #include "window/script/resaltado_de_guion.h"
 
 #include <QFontDatabase>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QTextBlock>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -79,12 +82,82 @@ int CajaDeCodigo::lineaMarcada(Marca cual) const {
     return s.mensaje.isEmpty() ? 0 : s.lugar.blockNumber() + 1;
 }
 
+void CajaDeCodigo::ponerAvisos(const std::vector<Aviso>& avisos) {
+    avisos_.clear();
+    for (const Aviso& a : avisos) {
+        const QTextBlock bloque = document()->findBlockByNumber(a.linea - 1);
+        if (!bloque.isValid()) continue;
+        QTextCursor lugar(bloque);
+        lugar.setPosition(bloque.position() + std::clamp(a.columna - 1, 0, bloque.length() - 1));
+        const QString linea = bloque.text();
+        const qsizetype comilla = linea.mid(lugar.positionInBlock(), 1) == "\""
+                                      ? linea.indexOf('"', lugar.positionInBlock() + 1)
+                                      : -1;
+        if (comilla >= 0)
+            lugar.setPosition(bloque.position() + static_cast<int>(comilla) + 1,
+                              QTextCursor::KeepAnchor);
+        else
+            lugar.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
+        avisos_.push_back({lugar, a.mensaje});
+    }
+    resaltarLineas();
+}
+
+std::vector<CajaDeCodigo::Aviso> CajaDeCodigo::avisos() const {
+    std::vector<Aviso> todos;
+    for (const Senal& s : avisos_) {
+        const QTextBlock bloque = document()->findBlock(s.lugar.selectionStart());
+        todos.push_back({bloque.blockNumber() + 1, s.lugar.selectionStart() - bloque.position() + 1,
+                         s.mensaje});
+    }
+    return todos;
+}
+
 QString CajaDeCodigo::mensajeDe(int linea) const {
     QStringList mensajes;
     for (const Marca m : {Marca::Corrida, Marca::Comprobacion}) {
         if (lineaMarcada(m) == linea) mensajes += senal(m).mensaje;
     }
+    for (const Aviso& a : avisos()) {
+        if (a.linea == linea) mensajes += a.mensaje;
+    }
     return mensajes.join('\n');
+}
+
+QString CajaDeCodigo::ayudaEn(const QPoint& lugar) const {
+    QTextCursor cursor = cursorForPosition(lugar);
+    // Beside the text the nearest place is meant by nobody.
+    if (!cursorRect(cursor)
+             .adjusted(-fontMetrics().averageCharWidth(), 0, fontMetrics().averageCharWidth(), 0)
+             .contains(lugar))
+        return {};
+    QStringList partes;
+    for (const Senal& s : avisos_) {
+        if (s.lugar.selectionStart() <= cursor.position() &&
+            cursor.position() <= s.lugar.selectionEnd())
+            partes += s.mensaje;
+    }
+    cursor.select(QTextCursor::WordUnderCursor);
+    if (explicar_ && cursor.hasSelection()) {
+        const QString explicacion = explicar_(cursor.selectedText());
+        if (!explicacion.isEmpty()) partes.prepend(explicacion);
+    }
+    return partes.join('\n');
+}
+
+bool CajaDeCodigo::viewportEvent(QEvent* evento) {
+    if (evento->type() != QEvent::ToolTip) return QPlainTextEdit::viewportEvent(evento);
+    const auto& ayuda = dynamic_cast<QHelpEvent&>(*evento);
+    QToolTip::showText(ayuda.globalPos(), ayudaSinMarcas(ayudaEn(ayuda.pos())), viewport());
+    return true;
+}
+
+void CajaDeCodigo::completarCon(Completador::Buscar buscar) {
+    completador_ = hacer<Completador>(*this, std::move(buscar));
+}
+
+void CajaDeCodigo::completar() {
+    if (completador_ != nullptr && !isReadOnly()) completador_->pedir();
 }
 
 void CajaDeCodigo::resaltarLineas() {
@@ -102,6 +175,13 @@ void CajaDeCodigo::resaltarLineas() {
         fondo(senal(Marca::Comprobacion).lugar, QColor(0xF9A825), 0.25F);
     if (lineaMarcada(Marca::Corrida) != 0)
         fondo(senal(Marca::Corrida).lugar, QColor(0xC62828), 0.25F);
+    for (const Senal& aviso : avisos_) {
+        QTextEdit::ExtraSelection s;
+        s.cursor = aviso.lugar;
+        s.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+        s.format.setUnderlineColor(QColor(0xE65100));
+        todas += s;
+    }
     setExtraSelections(todas);
     margen_->update();
 }
@@ -129,8 +209,10 @@ void CajaDeCodigo::changeEvent(QEvent* evento) {
 }
 
 void CajaDeCodigo::keyPressEvent(QKeyEvent* tecla) {
+    if (completador_ != nullptr && completador_->esSuya(*tecla)) return tecla->ignore();
     const bool sola = (tecla->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
     if (isReadOnly() || !sola || !teclaDeCodigo(tecla->key())) QPlainTextEdit::keyPressEvent(tecla);
+    if (completador_ != nullptr && !isReadOnly()) completador_->trasTecla(*tecla);
 }
 
 bool CajaDeCodigo::teclaDeCodigo(int tecla) {

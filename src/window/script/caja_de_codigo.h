@@ -1,9 +1,13 @@
 #pragma once
 
+#include "window/script/completador.h"
+
 #include <QPlainTextEdit>
 #include <QTextCursor>
 
 #include <array>
+#include <functional>
+#include <vector>
 
 namespace kv {
 
@@ -31,18 +35,37 @@ class CajaDeCodigo final : public QPlainTextEdit {
     void desmarcar(Marca cual);
     /// 0: no line is marked.
     [[nodiscard]] int lineaMarcada(Marca cual) const;
+    /// Places that want a look: their lines are marked and what stands there is underlined.
+    struct Aviso {
+        int linea;
+        int columna;
+        QString mensaje;
+    };
+    void ponerAvisos(const std::vector<Aviso>& avisos);
+    /// Where they are now, from the top.
+    [[nodiscard]] std::vector<Aviso> avisos() const;
     [[nodiscard]] QString mensajeDe(int linea) const;
+
+    /// What a name under the pointer is explained with; empty: nothing.
+    void explicarCon(std::function<QString(const QString& nombre)> explicar) {
+        explicar_ = std::move(explicar);
+    }
+    /// The explanation and the message of what is at a place of the viewport.
+    [[nodiscard]] QString ayudaEn(const QPoint& lugar) const;
+    void completarCon(Completador::Buscar buscar);
+    void completar();
 
   protected:
     void keyPressEvent(QKeyEvent* tecla) override;
     void resizeEvent(QResizeEvent* evento) override;
     void changeEvent(QEvent* evento) override;
+    bool viewportEvent(QEvent* evento) override;
 
   private:
     friend class MargenDeCodigo;
     struct Senal {
-        QTextCursor lugar;
-        QString mensaje; ///< empty: not set
+        QTextCursor lugar; ///< of a warning, what is underlined
+        QString mensaje;   ///< empty: not set
     };
     [[nodiscard]] Senal& senal(Marca cual) { return senales_.at(static_cast<std::size_t>(cual)); }
     [[nodiscard]] const Senal& senal(Marca cual) const {
@@ -59,6 +82,9 @@ class CajaDeCodigo final : public QPlainTextEdit {
     ResaltadoDeGuion* resaltado_;
     MargenDeCodigo* margen_;
     std::array<Senal, 2> senales_;
+    std::vector<Senal> avisos_;
+    std::function<QString(const QString&)> explicar_;
+    Completador* completador_ = nullptr;
 };
 
 } // namespace kv

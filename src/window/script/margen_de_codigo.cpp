@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace kv {
 namespace {
@@ -41,6 +42,17 @@ void triangulo(QPainter& p, const QRectF& donde) {
     p.drawLine(QPointF(x, donde.top() + donde.height() * 0.38),
                QPointF(x, donde.top() + donde.height() * 0.66));
     p.drawPoint(QPointF(x, donde.top() + donde.height() * 0.84));
+}
+
+/// A lozenge: the line that compiles and is hardly meant.
+void rombo(QPainter& p, const QRectF& donde) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0xE65100));
+    const QRectF d = donde.adjusted(donde.width() * 0.2, donde.width() * 0.2, -donde.width() * 0.2,
+                                    -donde.width() * 0.2);
+    p.drawPolygon(QPolygonF{QPointF(d.center().x(), d.top()), QPointF(d.right(), d.center().y()),
+                            QPointF(d.center().x(), d.bottom()),
+                            QPointF(d.left(), d.center().y())});
 }
 
 } // namespace
@@ -74,6 +86,9 @@ void MargenDeCodigo::paintEvent(QPaintEvent* /*evento*/) {
     p.setRenderHint(QPainter::Antialiasing);
     p.setFont(caja_.font());
     const int lado = QFontMetrics(caja_.font()).height() - 4;
+    std::set<int> conAviso;
+    for (const CajaDeCodigo::Aviso& a : caja_.avisos())
+        conAviso.insert(a.linea);
     cadaLinea([&](int linea, qreal y, qreal alto) {
         const bool actual = linea == caja_.lineaActual();
         p.setPen(actual ? tinta : sobrePapel(paleta, tinta, 0.6F));
@@ -84,6 +99,8 @@ void MargenDeCodigo::paintEvent(QPaintEvent* /*evento*/) {
             cruz(p, simbolo);
         } else if (linea == caja_.lineaMarcada(CajaDeCodigo::Marca::Comprobacion)) {
             triangulo(p, simbolo);
+        } else if (conAviso.contains(linea)) {
+            rombo(p, simbolo);
         }
     });
 }
