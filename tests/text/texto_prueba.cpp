@@ -54,6 +54,13 @@ TEST(Texto, BuscaYReemplazaSinMirarLaCaja) {
     EXPECT_EQ(partir("1.2.", '.'), (std::vector<std::string_view>{"1", "2", ""}));
 }
 
+TEST(Texto, ElComienzoNoCortaUnCaracter) {
+    EXPECT_EQ(comienzo("año", 4), "año");
+    EXPECT_EQ(comienzo("año", 3), "añ");
+    EXPECT_EQ(comienzo("año", 2), "a");
+    EXPECT_EQ(comienzo("ñ", 0), "");
+}
+
 TEST(Fecha, FormatosYCalendario) {
     const FechaHora f{2026, 11, 16, 14, 5, 9, 0};
     EXPECT_EQ(formatoDeSello(f), "14:05:09 16-11-2026");
