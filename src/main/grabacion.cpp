@@ -39,6 +39,7 @@ int mostrar(std::string contenido, std::ostream& errores) {
         errores << "Grabado con " << driver.programa() << ", esto es " << programa() << '\n';
     SalidaDeTraza salida(true);
     driver.motor().vista.observar(&salida);
+    const TrazaAlMomento traza(driver.motor().sucesos, driver.motor().tablas, salida);
     driver.bucle().alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
     if (!driver.correr()) errores << "La grabacion termina a mitad de una entrada\n";
     driver.motor().vista.observar(nullptr);
