@@ -1,3 +1,5 @@
+#include "vbscript/check/checker.h"
+#include "vbscript/checking.h"
 #include "vbscript/compile/compiler.h"
 #include "vbscript/compile/globals.h"
 #include "vbscript/library/standard.h"
@@ -9,6 +11,7 @@
 #include <memory>
 
 // Any bytes as source text: lexer, parser and compiler either take them or say where they do not.
+// What they take is looked over, too.
 
 namespace {
 
@@ -16,6 +19,8 @@ struct Words {
     vbscript::Names names;
     vbscript::Library library{names, vbscript::standardProvisions()};
 };
+
+const vbscript::Known known{{"MW_1"}, {}, {{"mw", {"writeMW"}}}};
 
 } // namespace
 
@@ -28,6 +33,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const auto tree = vbscript::parseModule(text, words->names);
         vbscript::compileModule({words->names, globals, words->library}, *tree);
+        const auto found =
+            vbscript::Checker(*tree, words->names, known, vbscript::languageNames()).run();
+        if (found.warnings.size() > vbscript::mostWarnings) __builtin_trap();
+        for (const auto& w : found.warnings) {
+            if (w.line < 1 || w.column < 1) __builtin_trap();
+        }
     } catch (const vbscript::CompileFault& f) {
         if (f.line < 1 || f.column < 1) __builtin_trap();
     }
