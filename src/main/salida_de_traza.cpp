@@ -65,6 +65,23 @@ void SalidaDeTraza::alCambiarColor(std::string_view etiqueta, Color color) {
     linea(etiqueta, -1, color == Color::Rojo ? "[rojo]" : "[verde]");
 }
 
+/// "[fondo #FFFF00, letra #000000, oculta]", colours as red, green and blue.
+void SalidaDeTraza::alVestirEtiqueta(std::string_view etiqueta, const AspectoDeEtiqueta& aspecto) {
+    if (!traza_) return;
+    std::string que;
+    const auto parte = [&que](std::string_view nombre, std::int32_t color) {
+        constexpr std::string_view kCifras = "0123456789ABCDEF";
+        if (!AspectoDeEtiqueta::esPropio(color)) return;
+        que += (que.empty() ? "" : ", ") + std::string(nombre) + " #";
+        for (const int i : {4, 0, 12, 8, 20, 16}) // the lowest byte is red
+            que += kCifras[static_cast<std::size_t>(color >> i & 0xF)];
+    };
+    parte("fondo", aspecto.fondo);
+    parte("letra", aspecto.tinta);
+    if (!aspecto.visible) que += que.empty() ? "oculta" : ", oculta";
+    linea(etiqueta, -1, "[" + (que.empty() ? "como la ventana" : que) + "]");
+}
+
 void SalidaDeTraza::alMostrarMensaje(std::string_view titulo, std::string_view texto) {
     std::cerr << (titulo.empty() ? "DriverKV2200" : titulo) << ": " << texto << std::endl;
 }

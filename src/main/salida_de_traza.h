@@ -21,6 +21,7 @@ class SalidaDeTraza final : public Observador, public LectorDeTrazas {
     void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override;
     void alCambiarEtiqueta(std::string_view etiqueta, std::string_view texto) override;
     void alCambiarColor(std::string_view etiqueta, Color color) override;
+    void alVestirEtiqueta(std::string_view etiqueta, const AspectoDeEtiqueta& aspecto) override;
     void alMostrarMensaje(std::string_view titulo, std::string_view texto) override;
 
     /// Writes what standard output takes without waiting.

@@ -14,6 +14,12 @@ void Etiqueta::colorear(Color color) {
     if (observador_ != nullptr) observador_->alCambiarColor(nombre_, color);
 }
 
+void Etiqueta::vestir(const AspectoDeEtiqueta& aspecto) {
+    if (aspecto_ == aspecto) return;
+    aspecto_ = aspecto;
+    if (observador_ != nullptr) observador_->alVestirEtiqueta(nombre_, aspecto_);
+}
+
 VistaServidor::VistaServidor(Observador*& observador)
     : lblPuertoServidor(observador, "lblPuertoServidor"), lblEstado(observador, "lblEstado"),
       lblKeepALive(observador, "lblKeepALive") {}

@@ -9,15 +9,6 @@
 
 namespace kv {
 
-/// How a label looks where somebody wants it to look otherwise. Colours hold red in their lowest
-/// byte, then green, then blue; those outside of 0 to 0xFFFFFF are the window's own.
-struct AspectoDeEtiqueta {
-    std::int32_t fondo = -1;
-    std::int32_t tinta = -1;
-    bool visible = true;
-    friend bool operator==(const AspectoDeEtiqueta&, const AspectoDeEtiqueta&) = default;
-};
-
 /// A label: a text and, for one of them, a colour.
 class Etiqueta {
   public:
@@ -27,7 +18,7 @@ class Etiqueta {
     void colorear(Color color);
     [[nodiscard]] const std::string& texto() const { return texto_; }
     [[nodiscard]] Color color() const { return color_; }
-    void vestir(const AspectoDeEtiqueta& aspecto) { aspecto_ = aspecto; }
+    void vestir(const AspectoDeEtiqueta& aspecto);
     [[nodiscard]] const AspectoDeEtiqueta& aspecto() const { return aspecto_; }
     [[nodiscard]] std::string_view nombre() const { return nombre_; }
 

@@ -279,8 +279,7 @@ void Form1::refrescar() {
 void Form1::vestirLabel10(const AspectoDeEtiqueta& aspecto) {
     if (aspecto == aspectoDeLabel10_) return;
     aspectoDeLabel10_ = aspecto;
-    constexpr std::int32_t kUltimo = 0xFFFFFF;
-    const auto suyo = [](std::int32_t c) { return c >= 0 && c <= kUltimo; };
+    const auto suyo = AspectoDeEtiqueta::esPropio;
     const auto color = [](std::int32_t c) {
         return QColor(c & 0xFF, c >> 8 & 0xFF, c >> 16 & 0xFF);
     };

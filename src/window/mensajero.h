@@ -43,6 +43,9 @@ class Mensajero final : public QObject, public Observador {
     void alCambiarColor(std::string_view etiqueta, Color color) override {
         siguiente_.alCambiarColor(etiqueta, color);
     }
+    void alVestirEtiqueta(std::string_view etiqueta, const AspectoDeEtiqueta& aspecto) override {
+        siguiente_.alVestirEtiqueta(etiqueta, aspecto);
+    }
     void alMostrarMensaje(std::string_view titulo, std::string_view texto) override;
 
   signals:

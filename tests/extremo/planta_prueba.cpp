@@ -136,7 +136,8 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
                   "Set f = CreateObject(\"Scripting.FileSystemObject\")\r\n"
                   "f.OpenTextFile(\"visto.txt\", 8, True).WriteLine MW_1_1_10\r\n"
                   "Label.Caption = f.OpenTextFile(\"receta.txt\").ReadLine & \" \" &"
-                  " Len(f.OpenTextFile(\"visto.txt\").ReadAll)\r\n");
+                  " Len(f.OpenTextFile(\"visto.txt\").ReadAll)\r\n"
+                  "Label.BackColor = RGB(255, 128, 0) : Label.Visible = False\r\n");
     std::filesystem::create_directory(casa.ruta() + "/GUION");
     casa.escribir("GUION/receta.txt", "harina\r\n");
     auto orden = casa.correr();
@@ -152,6 +153,8 @@ TEST_F(Planta, LoGrabadoDaLasMismasTrazasOtraVez) {
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     vivido += driver.resto();
     EXPECT_NE(vivido.find("Label10: harina "), std::string::npos) << vivido;
+    EXPECT_NE(vivido.find("Label10: [fondo #FF8000]\n"), std::string::npos) << vivido;
+    EXPECT_NE(vivido.find("Label10: [fondo #FF8000, oculta]\n"), std::string::npos) << vivido;
     std::filesystem::remove_all(casa.ruta() + "/GUION");
     Proceso otraVez({casa.programa(), "--reproducir", casa.ruta() + "/vuelo"});
     EXPECT_EQ(otraVez.terminar(), 0) << otraVez.errores();
