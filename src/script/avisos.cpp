@@ -1,6 +1,7 @@
 #include "script/avisos.h"
 
 #include "script/objetos.h"
+#include "text/numeros.h"
 #include "text/texto.h"
 #include "vbscript/checking.h"
 
@@ -124,18 +125,21 @@ class Avisos {
         const Nombra nombra = m != nullptr           ? m->nombra
                               : pareceNombre(l.text) ? Nombra::Registro
                                                      : Nombra::Nada;
-        if (nombra == Nombra::Nada || estaEnLaPlanta(l.text, nombra)) return;
+        const std::string nombre = m != nullptr ? l.text : sinEstado(l.text);
+        if (nombra == Nombra::Nada || estaEnLaPlanta(nombre, nombra)) return;
         decir(l.line, l.column, "la configuración no tiene la dirección '" + l.text + "'",
               "the configuration does not have the address '" + l.text + "'");
     }
 
     [[nodiscard]] bool estaEnLaPlanta(std::string_view texto, Nombra nombra) const {
         const DireccionesDePlanta& planta = *lugar_.planta;
-        if (nombra == Nombra::Clave) return planta.hayClave(std::string(texto));
+        const std::string direccion = direccionDeNombre(texto);
+        if (nombra == Nombra::Clave) return planta.hayClave(direccion);
         DireccionPartida p;
-        const std::string direccion = direccionDeNombre(sinEstado(texto));
         if (!partirDireccion(direccion, p)) return false;
-        if (nombra == Nombra::Estacion) return planta.hayEstacion(p.puerto, p.plc);
+        if (nombra == Nombra::Estacion)
+            return planta.hayEstacion(p.puerto, p.plc) &&
+                   *hexadecimal(recortar(p.registro)) <= 0xFF;
         return planta.hayRegistro(p.puerto, p.plc, p.registro) ||
                pedidas_.hayRegistro(p.puerto, p.plc, p.registro);
     }

@@ -58,7 +58,9 @@ TEST_F(AvisosDePlanta, UnaDireccionEnUnTextoTieneQueEstarEnLaConfiguracion) {
     EXPECT_EQ(en("mw.writeMW \"MW_1_1_12\", 1"), falta("1:12", "MW_1_1_12"));
     EXPECT_EQ(en("mw.escribirDireccion \"nada\", 1"), falta("1:22", "nada"));
     EXPECT_EQ(en("x = 1\nmw.READBLOQ \"MW_1_2_11\""), falta("2:13", "MW_1_2_11"));
-    EXPECT_EQ(en("mw.Activar_Dir \"1.1.0A\", True"), "");
+    EXPECT_EQ(en("mw.READBLOQ \"MW_1_1_100\""), falta("1:13", "MW_1_1_100"))
+        << "no frame can ask for it";
+    EXPECT_EQ(en("mw.Activar_Dir \"1.1.0A\", True : mw.Activar_Dir \"MW_1_1_0A\", True"), "");
     EXPECT_EQ(en("mw.Activar_Dir \"1.1.A\", True"), falta("1:16", "1.1.A")) << "keys are exact";
     EXPECT_EQ(en("For Each n In Array(\"MW_1_1_11\", \"MW_1_1_11_STATUS\", \"MW_1_1_13\", \"MW y "
                  "otros\", \"1.1.13\") : mw.writeMW n, 1 : Next"),

@@ -160,6 +160,7 @@ void Checker::literal(const Expr& e) {
     if (e.kind != ExprKind::Literal || !e.literal.is(Type::String) ||
         e.literal.s->length > longestUse)
         return;
+    if (findings_.literals.size() == mostLiterals) return;
     if (!seen_.try_emplace(&e, findings_.literals.size()).second) return;
     findings_.literals.push_back(
         {e.literal.utf8(), number(e.at.line), number(e.at.column), {}, {}});

@@ -48,9 +48,10 @@ struct Known {
 };
 
 struct Findings {
-    std::vector<Warning> warnings; ///< by place; the first `mostWarnings`
-    std::vector<LiteralUse> literals;
+    std::vector<Warning> warnings;    ///< by place; the first `mostWarnings`
+    std::vector<LiteralUse> literals; ///< in no promised order; at most `mostLiterals`
 };
 inline constexpr std::size_t mostWarnings = 200;
+inline constexpr std::size_t mostLiterals = 50'000;
 
 } // namespace vbscript
