@@ -24,7 +24,6 @@
 #include "server/servidor.h"
 #include "view/vista.h"
 #include "write/auditoria.h"
-#include "write/caja_de_pedidos.h"
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 #include "write/solicitudes.h"
@@ -82,7 +81,6 @@ class Motor final : private AlCambiarConexion,
     Lectura lectura;
     Poleo poleo;
     Auditoria auditoria;
-    CajaDePedidos cajaDePedidos;
     EjecucionDeEscrituras ejecucion;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
