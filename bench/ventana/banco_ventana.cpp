@@ -113,7 +113,7 @@ void todo(QApplication& aplicacion, Driver& driver, double segundos) {
     Motor& motor = driver.motor();
     Nadie nadie;
     Mensajero mensajero(nadie);
-    EditorDeGuion editor(motor.archivos, motor.guion);
+    EditorDeGuion editor(motor.archivos, motor.guion, motor.scriptControl, motor.tablas);
     const QSocketNotifier aviso(driver.bucle().descriptor(), QSocketNotifier::Read);
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      &aplicacion, [&driver] { driver.bucle().atender(); });

@@ -153,7 +153,7 @@ TEST_F(Editor, LoQueNoPareceAPropositoSeSubrayaYSeRecorre) {
         EXPECT_EQ(lugar(), sigue);
     }
     EXPECT_TRUE(mensaje().contains("'nivle'")) << "what is at the place is told again";
-    fotografiar(*ventana, "editor_avisos");
+    fotografiar(*ventana, "frmscript-avisos");
     ponerCursor(1);
     tecla(Qt::Key_Return);
     tecla(Qt::Key_F8);
@@ -241,7 +241,7 @@ TEST_F(Editor, CompletaElNombreQueSeEscribe) {
     EXPECT_TRUE(codigo().texto().endsWith("mw.READBLOQ")) << qPrintable(codigo().texto());
     escribir(" \"mw_1");
     EXPECT_EQ(propuestas(), "MW_1_1_10 MW_1_1_10_STATUS") << "in a text, names of registers";
-    fotografiar(lista, "editor_completa");
+    fotografiar(lista, "frmscript-propuestas");
     pulsar(Qt::Key_Escape);
     EXPECT_EQ(propuestas(), "");
     escribir("\"");

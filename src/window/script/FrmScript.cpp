@@ -69,6 +69,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     todo->addWidget(aviso_);
     todo->addWidget(TextCodigo_, 1);
     todo->addWidget(busqueda_);
+    todo->addWidget(mensaje_); // in a line of its own: it may need all of it
     todo->addLayout(pie());
     connect(TextCodigo_->document(), &QTextDocument::modificationChanged, this,
             &QWidget::setWindowModified);
@@ -148,9 +149,9 @@ QHBoxLayout* FrmScript::pie() {
     mensaje_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     fila->addWidget(lugar_);
     fila->addSpacing(2 * kBorde);
-    fila->addWidget(mensaje_, 1);
     medida_->setToolTip(tr("Lo que tardó la última corrida del guion, y la memoria que usa"));
     fila->addWidget(medida_);
+    fila->addStretch(1);
     auto* cancelar = control<QPushButton>("BtnCancelar", tr("&Cerrar sin guardar"), this);
     connect(BtnOk_, &QPushButton::clicked, this, [this] { guardarY([] {}); });
     connect(cancelar, &QPushButton::clicked, this, &FrmScript::cerrarSinGuardar);
