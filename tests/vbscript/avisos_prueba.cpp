@@ -51,6 +51,7 @@ TEST(Avisos, UnNombreQueNadieDa) {
         {"nivel = MW_1_1_10\nx = nivle * 2", "2:5 nivle nivel"},
         {"x = mw_1_1_10 + MW_1_1_10_status + tambien + vbCr & UCase(\"a\")", ""},
         {"x = MW_1_1_01", "1:5 MW_1_1_01 MW_1_1_10"},
+        {"tope = 1\nx = otpe", "2:5 otpe tope"}, // two letters swapped are one slip
         {"x = UCse(1) + Left(\"a\", 1)", "1:5 UCse UCase"},
         {"x = x + 1", ""},
         {"Dim d : d.Add 1", "1:9 d"},
@@ -167,8 +168,10 @@ TEST(Motor, LasLineasPorLasQuePasaSeDicenSoloSiAlguienQuiere) {
     } testigo;
     Entorno entorno;
     Engine motor(entorno);
-    const char* texto = "For i = 1 To 2\n  x = x + F(i)\nNext\nExecute \"y = 1\"\n"
-                        "Function F(n)\n  If n = 2 Then\n    F = 5\n  End If\nEnd Function\n";
+    const char* texto =
+        "For i = 1 To 2\n  x = x + F(i)\nNext\n"
+        "k = k + 1 : Execute \"y = 1\" : ExecuteGlobal String(20, vbLf) & \"z = \" & k\n"
+        "Function F(n)\n  If n = 2 Then\n    F = 5\n  End If\nEnd Function\n";
     ASSERT_TRUE(motor.addCode(texto));
     EXPECT_EQ(testigo.visto, "");
     motor.tellLinesTo(&testigo);
@@ -179,7 +182,9 @@ TEST(Motor, LasLineasPorLasQuePasaSeDicenSoloSiAlguienQuiere) {
     for (const char c : testigo.visto) {
         if (c == '2' || c == '7' || c == '4') cuerpos += c;
     }
-    EXPECT_EQ(cuerpos, "2274");
+    EXPECT_EQ(cuerpos, "227444");
+    EXPECT_EQ(testigo.visto.find("21 "), std::string::npos)
+        << "a text of its own has its own lines";
     testigo.visto.clear();
     motor.tellLinesTo(nullptr);
     ASSERT_TRUE(motor.addCode(std::string(texto) + "'"));
