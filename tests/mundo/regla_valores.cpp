@@ -39,7 +39,7 @@ void ReglaDeValores::notificarVariable(std::string_view direccion, double valor,
                                        static_cast<std::int16_t>(valor)) ||
                           linea.disculpada(),
                       "a value told of was answered by its register", i);
-            c_.exigir(b.habilitadoPorRespuestas, "who was answered does not rest", i);
+            c_.exigir(!unico(i) || b.habilitadoPorRespuestas, "who was answered does not rest", i);
         } else {
             c_.exigir(estado == kBad, "a status is OK or BAD", i);
         }
