@@ -1,6 +1,7 @@
 #include "grabacion.h"
 
 #include "engine/reproduccion.h"
+#include "plant/bases.h"
 
 #include <iostream>
 
@@ -14,37 +15,29 @@ class Anotador {
 
     void anotar() {
         auto& fila = valores_.filas.emplace_back();
-        std::size_t lugar = 0;
         for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
             const kv::BloqueLectura& b = tablas_.bloques[i];
-            variable(lugar, fila, b.nombreScript, b.valor, b.estado);
+            if (i == lugares_.size()) lugares_.push_back(nombrar(kv::nombreDeScript(b.clave)));
+            poner(fila, lugares_[i], b.valor);
+            poner(fila, lugares_[i] + 1, b.estado);
         }
         bits(fila);
     }
 
   private:
-    void variable(std::size_t& lugar, std::vector<Valores::Cambio>& fila, const std::string& nombre,
-                  double valor, double estado) {
-        if (lugar == lugares_.size()) {
-            lugares_.push_back(valores_.nombres.size());
-            valores_.nombres.push_back(nombre);
-            valores_.nombres.push_back(nombre + "_STATUS");
-        }
-        const std::size_t mio = lugares_[lugar++];
-        poner(fila, mio, valor);
-        poner(fila, mio + 1, estado);
+    /// The name's place; its status stands behind it.
+    std::size_t nombrar(const std::string& nombre) {
+        valores_.nombres.push_back(nombre);
+        valores_.nombres.push_back(nombre + "_STATUS");
+        return valores_.nombres.size() - 2;
     }
     void bits(std::vector<Valores::Cambio>& fila) {
         for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
             const kv::BloqueLectura& b = tablas_.bloques[i];
             for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
                 if (!b.bits->bitDefinido[n]) continue;
-                const auto [lugar, nuevo] =
-                    deBits_.try_emplace(b.bits->bitNombres[n], valores_.nombres.size());
-                if (nuevo) {
-                    valores_.nombres.push_back(lugar->first);
-                    valores_.nombres.push_back(lugar->first + "_STATUS");
-                }
+                const auto [lugar, nuevo] = deBits_.try_emplace(b.bits->bitNombres[n]);
+                if (nuevo) lugar->second = nombrar(lugar->first);
                 poner(fila, lugar->second, static_cast<int>(b.valor) >> n & 1);
                 poner(fila, lugar->second + 1, b.estado);
             }
