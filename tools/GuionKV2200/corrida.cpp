@@ -16,7 +16,7 @@ Corrida::Corrida(vbscript::Engine& motor, Papel& papel, std::string archivo, con
         antes_[kv::minusculas(v.name)] = mostrar(v.value);
     if (valores_ == nullptr) return;
     for (const std::string& nombre : valores_->nombres)
-        ranuras_.push_back(motor_.global(nombre).value_or(0));
+        ranuras_.push_back(motor_.global(nombre));
 }
 
 void Corrida::preparar(std::size_t fila, std::uint64_t vuelta, std::size_t filas,
@@ -27,9 +27,10 @@ void Corrida::preparar(std::size_t fila, std::uint64_t vuelta, std::size_t filas
     papel_.titular(std::move(titulo));
     if (valores_ == nullptr) return;
     for (const Valores::Cambio& c : valores_->filas[fila]) {
-        motor_.setNumber(ranuras_[c.nombre], c.valor);
-        antes_[kv::minusculas(valores_->nombres[c.nombre])] =
-            mostrar(motor_.value(ranuras_[c.nombre]));
+        const auto ranura = ranuras_[c.nombre];
+        if (!ranura) continue;
+        motor_.setNumber(*ranura, c.valor);
+        antes_[kv::minusculas(valores_->nombres[c.nombre])] = mostrar(motor_.value(*ranura));
     }
 }
 

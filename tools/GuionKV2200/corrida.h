@@ -6,6 +6,7 @@
 #include "vbscript/engine.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -45,7 +46,7 @@ class Corrida {
     Papel& papel_;
     std::string archivo_;
     const Valores* valores_;
-    std::vector<vbscript::Engine::Slot> ranuras_;
+    std::vector<std::optional<vbscript::Engine::Slot>> ranuras_; ///< none: no name of the language
     std::map<std::string, std::string> antes_; ///< what the globals were, or were given last
     std::set<std::string> dichos_;
     std::uint64_t corridas_ = 0;
