@@ -25,29 +25,25 @@ struct Engine::Inside {
         g.defined = g.host = true;
     }
 
-    void failed(int number, std::string description, std::string_view source, int line,
-                int column) {
-        error.number = number;
-        error.description = std::move(description);
-        error.source = source;
-        error.line = line;
-        error.column = column;
-        error.compileTime = error.budget = false;
+    void failed(int number, std::string description, std::string_view source,
+                const Place& at = {}) {
+        error = {
+            number,      std::move(description), std::string(source), at.line, at.column, at.text,
+            at.textLine, at.textColumn};
     }
     void failed(const Fault& f) {
         std::string text = f.description.empty() ? std::string(errorText(f.number)) : f.description;
         if (!f.detail.empty()) text += ": '" + f.detail + "'";
         failed(f.number, std::move(text), f.source.empty() && !f.raised ? runtimeSource : f.source,
-               f.line, f.column);
+               f.at);
     }
     void failed(const CompileFault& f) {
         failed(f.number, f.description.empty() ? std::string(errorText(f.number)) : f.description,
-               compileSource, f.line, f.column);
+               compileSource, {f.line, f.column, {}, 0, 0});
         error.compileTime = true;
     }
     void failed(const BudgetFault& f) {
-        failed(budgetNumber(f.kind), std::string(budgetText(f.kind)), runtimeSource, f.line,
-               f.column);
+        failed(budgetNumber(f.kind), std::string(budgetText(f.kind)), runtimeSource, f.at);
         error.budget = true;
     }
 
@@ -123,8 +119,7 @@ std::string Engine::text(const Value& value) const {
 bool Engine::addCode(std::string_view text) {
     Inside& in = *inside_;
     if (running()) {
-        in.failed(17, "Can't perform requested operation: a script is running", runtimeSource, 0,
-                  0);
+        in.failed(17, "Can't perform requested operation: a script is running", runtimeSource);
         return false;
     }
     in.machine->err.clear();

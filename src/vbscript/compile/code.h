@@ -49,6 +49,8 @@ namespace vbscript {
     X(Element)          /* a = reference to b(...), base c, count; 256 in n: locked in base c */   \
     X(CallValue)        /* a = b as a statement, its default member, base c, count */              \
     X(CallBuiltin)      /* a = built-in c, base b, count */                                        \
+    X(NewArray)         /* a = array of c items */                                                 \
+    X(Fill)             /* items of array a from number c on = moved from base b, count */         \
     X(New)              /* a = new object of class c (a global) */                                 \
     X(Ref)              /* a = reference to b */                                                   \
     X(This)             /* a = Me */                                                               \
@@ -181,6 +183,7 @@ struct ArrayShape {
 /// One compiled text. Lives as long as a procedure, class or running frame of it is in use.
 struct Unit : std::enable_shared_from_this<Unit> {
     std::string source;
+    bool ran = false; ///< By a script; else given by the host.
     std::deque<Value> constants;
     std::deque<Proc> procs;
     std::deque<ClassInfo> classes;

@@ -184,6 +184,8 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
         if (d.isArray) emit(Op::Dim, variable(m), 0, shape(d), isMain && !live_ ? 1 : 0);
         if (isMain && !live_) context_.globals[m.index].defined = true;
     }
+    for (const Atom name : decl.scope.redimmed)
+        makeAutomatic(name, isMain);
     if (module_.optionExplicit) return;
     for (const Atom name : decl.scope.assigned)
         makeAutomatic(name, isMain);

@@ -132,8 +132,13 @@ Compiler::Meaning Compiler::unknown(Atom name) {
 Operand Compiler::variable(const Meaning& m) {
     if (m.kind == Meaning::Constant && m.own) return poolOf(const_cast<Value*>(m.own->constant));
     if (m.kind != Meaning::Unknown) return m.at;
-    if (m.undeclared) emit(Op::CheckDefined, 0, 0, m.index);
-    return globalAt(m.index);
+    if (!m.undeclared) return globalAt(m.index);
+    emit(Op::CheckDefined, 0, 0, m.index);
+    const bool mayBeMade = body_.decl->scope.executes && body_.decl->kind != ProcKind::Main;
+    if (!mayBeMade) return globalAt(m.index);
+    const Operand place = newLocal();
+    emit(Op::RefName, place, 0, m.index);
+    return place | operand::follow;
 }
 
 } // namespace vbscript

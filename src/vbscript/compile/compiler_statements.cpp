@@ -218,10 +218,14 @@ void Compiler::select(const Stmt& s) {
             break;
         }
         std::vector<std::size_t> hits;
+        auto test = body_.proc->regions.size();
         caseTests(c, chosen, how, hits);
         const std::size_t next = emit(Op::Jump);
         for (std::size_t h : hits)
             patch(h);
+        // A test that fails goes in, as a condition does.
+        for (; test < body_.proc->regions.size(); ++test)
+            body_.proc->regions[test].resume = here();
         block(c.body);
         ends.push_back(emit(Op::Jump));
         patch(next);
@@ -278,6 +282,7 @@ void Compiler::forStatement(const Stmt& s) {
 void Compiler::forEach(const Stmt& s) {
     const Operand list = newLocal();
     newLocal(); // the index
+    const std::size_t region = body_.proc->regions.size();
     beginLeaf(s.at);
     emit(Op::Clear, list, 2);
     const Meaning m = meaning(s.a->name);
@@ -295,6 +300,7 @@ void Compiler::forEach(const Stmt& s) {
     emit(Op::EachNext, v, list, start);
     endLeaf();
     endLoop();
+    body_.proc->regions[region].resume = here();
     emit(Op::Clear, list, 2);
 }
 

@@ -13,6 +13,7 @@ constexpr std::size_t npos = std::u16string_view::npos;
 Value array(Runtime&, Arguments a) { return arrayOf({a.begin(), a.end()}); }
 
 std::size_t dimension(Runtime& rt, Arguments a) {
+    if (a[0].is(Type::Object) && !a[0].o) throw Fault(91);
     if (!a[0].is(Type::Array)) throw Fault(13);
     const std::int64_t n = numberArg(rt, a, 1, 1);
     if (n < 1 || n > static_cast<std::int64_t>(a[0].a->extents.size())) throw Fault(9);
@@ -34,7 +35,7 @@ Value split(Runtime& rt, Arguments a) {
     const Value by = given(a, 1) ? toText(rt, a[1]) : Value::text(" ");
     std::int64_t most = numberArg(rt, a, 2, -1);
     if (most < -1) throw Fault(5);
-    const bool asText = textCompareArg(rt, a, 3);
+    const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     std::vector<Value> parts;
     const auto all = t.chars();
     if (all.empty() || most == 0) return arrayOf({});

@@ -85,10 +85,10 @@ Value inStr(Runtime& rt, Arguments a) {
 Value inStrRev(Runtime& rt, Arguments a) {
     const Value in = plain(rt, a[0]);
     const Value what = plain(rt, a[1]);
-    if (in.is(Type::Null) || what.is(Type::Null)) return Value::null();
+    if (in.is(Type::Null) || what.is(Type::Null)) throw Fault(94);
     const std::int64_t start = numberArg(rt, a, 2, -1);
     if (start == 0 || start < -1) throw Fault(5);
-    const bool asText = textCompareArg(rt, a, 3);
+    const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     const Value tv = toText(rt, in);
     const Value wv = toText(rt, what);
     std::u16string t = asText ? lowered(tv.chars()) : std::u16string(tv.chars());

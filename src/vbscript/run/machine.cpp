@@ -126,6 +126,7 @@ void Machine::declare(Unit& unit) {
 
 void Machine::runUnit(const std::shared_ptr<Unit>& unit) {
     const Run run(*this);
+    unit->ran = false;
     declare(*unit);
     invoke(*unit->main, nullptr, {});
     if (depthOfRuns_ > 1) return;
@@ -140,7 +141,7 @@ void Machine::runUnit(const std::shared_ptr<Unit>& unit) {
 }
 
 Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
-    if (nesting_ >= deepestNesting) throw BudgetFault(BudgetKind::Depth);
+    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
     struct Nest { // everything as it was, however this ends
         Machine& m;
         Registers before;
@@ -151,7 +152,7 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
         }
     } nest(*this);
     Value* fp = freeRegisters();
-    if (!stack_.reach(fp, args.size() + proc.registers)) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, args.size() + proc.registers)) throw Fault(outOfStack);
     for (std::size_t k = 0; k < args.size(); ++k)
         fp[k] = args[k];
     const std::size_t base = frames_.size();
@@ -199,10 +200,10 @@ Value Machine::procedureNamed(std::string_view name) {
 
 Value Machine::runInside(const std::shared_ptr<Unit>& unit, int frame) {
     declare(*unit);
-    if (nesting_ >= deepestNesting) throw BudgetFault(BudgetKind::Depth);
+    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
     Value* fp = freeRegisters();
     const Proc& proc = *unit->main;
-    if (!stack_.reach(fp, proc.registers)) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, proc.registers)) throw Fault(outOfStack);
     const Registers before = r_;
     const std::size_t base = frames_.size();
     const Value self = frames_[static_cast<std::size_t>(frame)].me;

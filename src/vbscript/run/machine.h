@@ -14,6 +14,9 @@
 
 namespace vbscript {
 
+/// By which a text is known in a report: its first line, not too much of it.
+[[nodiscard]] std::string firstWords(std::string_view source);
+
 /// Executes compiled code. Calls between procedures of scripts take a frame here and none of the
 /// C++ stack; only code that runs on behalf of something else (a default member, Class_Terminate,
 /// Execute) nests, to a small depth.
@@ -92,7 +95,7 @@ class Machine : public Runtime {
     bool handle(Fault& f, std::size_t base);
     void unwind(std::size_t base);
     static const Region* regionOf(const Proc& proc, std::uint32_t pc);
-    [[nodiscard]] Position position() const;
+    void locate(Place& p) const;
     [[nodiscard]] Value* freeRegisters();
     void tick() {
         if (--ticks_ <= 0) checkTime();
@@ -104,6 +107,8 @@ class Machine : public Runtime {
     void declare(Unit& unit);
     void retire(std::shared_ptr<Unit> unit);
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
+    [[nodiscard]] Value* madeHere(const Global& g) const;
+    Value& named(Global& g);
 
     Value& at(Operand o) {
         if (o < operand::pool)
@@ -131,7 +136,7 @@ class Machine : public Runtime {
 
     // Arrays and members (machine_access.cpp).
     static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);
-    Value indexed(const Value& base, std::span<Value> indexes);
+    Value indexed(const Value& base, std::span<Value> indexes, int notIndexed = 13);
     void setIndexed(Value& base, std::span<Value> indexes, Value v, bool isSet);
     Value forStore(Value v, bool isSet);
     void getInstance(Instance& o, const Instruction& i);

@@ -3,6 +3,10 @@
 
 namespace vbscript {
 
+namespace {
+constexpr int noSuchMember = 438; // also for an index behind one that holds no list
+}
+
 void Machine::followReferences(std::span<Value> args) {
     for (Value& a : args) {
         if (!a.is(Type::Ref)) continue;
@@ -30,12 +34,12 @@ std::size_t Machine::offset(Runtime& rt, const ArrayData& a, std::span<Value> in
     return at;
 }
 
-Value Machine::indexed(const Value& base, std::span<Value> indexes) {
+Value Machine::indexed(const Value& base, std::span<Value> indexes, int notIndexed) {
     if (base.is(Type::Array)) {
         const Value held = base; // converting an index may run code that replaces the array
         return held.a->items[offset(*this, *held.a, indexes)];
     }
-    if (!base.is(Type::Object)) throw Fault(13);
+    if (!base.is(Type::Object)) throw Fault(notIndexed);
     Value result;
     callOn(base, 0, Access::Get, indexes, result);
     return result;
@@ -207,6 +211,7 @@ void Machine::letInstance(Instance& o, const Instruction& i, bool isSet) {
 void Machine::putVariable(Value& v, Access how, std::span<Value> args) {
     const bool isSet = how == Access::Set;
     Value last = args.back();
+    if (args.size() > 1 && !v.is(Type::Array) && !v.is(Type::Object)) throw Fault(noSuchMember);
     if (args.size() > 1)
         setIndexed(v, args.first(args.size() - 1), std::move(last), isSet);
     else
@@ -227,7 +232,7 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
         else if (args.empty())
             result = v;
         else
-            result = indexed(v, args);
+            result = indexed(v, args, noSuchMember);
         return;
     }
     const Proc* p = reads ? m.get : how == Access::Set ? m.set : m.let;
@@ -241,7 +246,7 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
     if (!getter || args.size() < (reads ? 1U : 2U)) throw Fault(438);
     Value list = invoke(*m.get, &o, {});
     if (reads)
-        result = indexed(list, args);
+        result = indexed(list, args, noSuchMember);
     else
         putVariable(list, how, args);
 }

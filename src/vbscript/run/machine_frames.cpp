@@ -9,6 +9,17 @@ namespace {
 constexpr std::size_t costOfError = 16 << 10;
 } // namespace
 
+std::string firstWords(std::string_view source) {
+    constexpr std::size_t most = 60;
+    source.remove_prefix(std::min(source.find_first_not_of(" \t\r\n"), source.size()));
+    source = source.substr(0, source.find_first_of("\r\n"));
+    if (source.size() <= most) return std::string(source);
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(source[end]) & 0xC0) == 0x80)
+        --end; // in the midst of a character
+    return std::string(source.substr(0, end)) + "...";
+}
+
 Value* Machine::freeRegisters() {
     return frames_.empty() ? stack_.begin() : r_.fp + frames_.back().proc->registers;
 }
@@ -27,7 +38,7 @@ void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target
     if (args != proc.parameters.size()) throw Fault(450);
     if (frames_.size() >= static_cast<std::size_t>(std::max(limits_.maxDepth, 1)) ||
         !stack_.reach(fp, proc.registers)) {
-        throw BudgetFault(BudgetKind::Depth);
+        throw Fault(outOfStack);
     }
     tick();
     if (!frames_.empty()) frames_.back().pc = r_.pc;
@@ -105,21 +116,28 @@ const Region* Machine::regionOf(const Proc& proc, std::uint32_t pc) {
     return nullptr;
 }
 
-Position Machine::position() const {
-    if (frames_.empty()) return {0, 0};
-    const Frame& f = frames_.back();
-    const auto pc = static_cast<std::uint32_t>(r_.pc - f.proc->code.data());
-    const Region* r = regionOf(*f.proc, pc > 0 ? pc - 1 : 0);
-    return r ? r->at : f.proc->at;
+// Down to the frame of a text that the host gave.
+void Machine::locate(Place& p) const {
+    if (p.line != 0) return;
+    for (std::size_t k = frames_.size(); k-- > 0;) {
+        const Frame& f = frames_[k];
+        const Instruction* const next = k + 1 == frames_.size() ? r_.pc : f.pc;
+        const auto pc = static_cast<std::uint32_t>(next - f.proc->code.data());
+        const Region* r = regionOf(*f.proc, pc > 0 ? pc - 1 : 0);
+        const Position at = r ? r->at : f.proc->at;
+        p.line = static_cast<int>(at.line);
+        p.column = static_cast<int>(at.column);
+        if (!f.proc->unit->ran) return;
+        if (!p.text.empty()) continue;
+        p.text = firstWords(f.proc->unit->source);
+        p.textLine = p.line;
+        p.textColumn = p.column;
+    }
 }
 
 // Looks for a frame that goes on after the error; false when there is none down to `base`.
 bool Machine::handle(Fault& f, std::size_t base) {
-    if (f.line == 0) {
-        const Position p = position();
-        f.line = static_cast<int>(p.line);
-        f.column = static_cast<int>(p.column);
-    }
+    locate(f.at);
     while (frames_.size() > base) {
         Frame& frame = frames_.back();
         const auto pc = static_cast<std::uint32_t>(r_.pc - frame.proc->code.data());
@@ -155,11 +173,7 @@ void Machine::loop(std::size_t base) {
         } catch (Fault& f) {
             if (!handle(f, base)) throw;
         } catch (BudgetFault& f) {
-            if (f.line == 0) {
-                const Position p = position();
-                f.line = static_cast<int>(p.line);
-                f.column = static_cast<int>(p.column);
-            }
+            locate(f.at);
             unwind(base);
             throw;
         } catch (...) {

@@ -179,20 +179,33 @@ void Machine::opBindAuto(const Instruction& i) {
     if (g.defined) r_.fp[i.a] = Value::reference(&g.value);
 }
 
+// A variable of the running procedure that a text executed in it has made.
+Value* Machine::madeHere(const Global& g) const {
+    const auto& extra = frames_.back().extra;
+    if (!extra) return nullptr;
+    const auto at = extra->find(g.name);
+    return at == extra->end() ? nullptr : at->second.get();
+}
+
+Value& Machine::named(Global& g) {
+    Value* const made = madeHere(g);
+    return made ? *made : g.value;
+}
+
 void Machine::opCheckDefined(const Instruction& i) {
     const Global& g = globals[i.c];
-    if (g.defined || g.proc || g.cls) return;
+    if (g.defined || g.proc || g.cls || madeHere(g)) return;
     Fault f(500);
     f.detail = names.text(g.name);
     throw f;
 }
 
 void Machine::opLoadName(const Instruction& i) {
-    const Global& g = globals[i.c];
+    Global& g = globals[i.c];
     if (g.proc)
         callProc(*g.proc, {i.op, 0, i.a, frames_.back().proc->registers - 1, i.c}, Value());
     else
-        at(i.a) = g.value;
+        at(i.a) = named(g);
 }
 
 void Machine::opLoadAuto(const Instruction& i) {
@@ -208,7 +221,7 @@ void Machine::opRefName(const Instruction& i) {
     if (g.proc)
         opLoadName(i);
     else
-        r_.fp[i.a] = Value::reference(&g.value);
+        r_.fp[i.a] = Value::reference(&named(g));
 }
 
 void Machine::opCallOwn(const Instruction& i) {
@@ -220,8 +233,9 @@ void Machine::opCallName(const Instruction& i) {
     if (g.proc) return callProc(*g.proc, i, Value());
     const auto args = registersFrom(i.b, i.n);
     followReferences(args);
-    if (args.empty() && !g.value.is(Type::Object)) throw Fault(13);
-    Value v = indexed(g.value, args);
+    const Value& called = named(g);
+    if (args.empty() && !called.is(Type::Object)) throw Fault(13);
+    Value v = indexed(called, args);
     clearAll(args);
     at(i.a) = std::move(v);
 }
@@ -247,6 +261,17 @@ void Machine::opCallBuiltin(const Instruction& i) {
     Value v = f.run(*this, args);
     clearAll(args);
     at(i.a) = std::move(v);
+}
+
+void Machine::opNewArray(const Instruction& i) {
+    at(i.a) = Value::array(ArrayData::make({i.c}, false));
+}
+
+void Machine::opFill(const Instruction& i) {
+    tick();
+    auto to = at(i.a).a->items.begin() + i.c;
+    for (Value& v : registersFrom(i.b, i.n))
+        *to++ = std::move(v);
 }
 
 void Machine::opNew(const Instruction& i) { at(i.a) = newObject(i.c); }
@@ -331,6 +356,7 @@ void Machine::opExecute(const Instruction& i) {
         const bool module = i.n == 1 || (i.n == 0 && f.proc->kind == ProcKind::Main);
         if (module) {
             const auto unit = unitFor(source);
+            unit->ran = true;
             declare(*unit);
             invoke(*unit->main, nullptr, {});
         } else {
@@ -341,6 +367,7 @@ void Machine::opExecute(const Instruction& i) {
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
+            unit->ran = true;
             result = runInside(unit, frame);
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
@@ -348,6 +375,7 @@ void Machine::opExecute(const Instruction& i) {
         Fault fault(i.n == 2 ? 1002 : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
+        fault.at = {0, 0, firstWords(source), f.line, f.column};
         throw fault;
     }
     at(i.a) = std::move(result);

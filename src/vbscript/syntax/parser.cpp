@@ -4,8 +4,9 @@
 
 namespace vbscript {
 
-Parser::Parser(std::string_view source, Names& names, bool me)
-    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me) {
+Parser::Parser(std::string_view source, Names& names, bool me, bool colonMeansLine)
+    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me),
+      colonMeansLine_(colonMeansLine) {
     scope_ = &module_->main.scope;
 }
 
@@ -81,7 +82,18 @@ void Parser::skipSeparators() {
 
 std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me) {
     Parser p(source, names, me);
-    p.module();
+    try {
+        p.module();
+    } catch (const CompileFault&) {
+        if (!p.thenColons()) throw;
+        Parser again(source, names, me, true);
+        try {
+            again.module();
+            return again.take();
+        } catch (const CompileFault&) { // the first complaint is the one to tell
+        }
+        throw;
+    }
     return p.take();
 }
 

@@ -198,7 +198,7 @@ Expr* Parser::keywordOperand() {
         ++at_;
         Expr* e = node(ExprKind::New, t.at);
         e->name = name();
-        return e;
+        return is(Tok::Dot) ? suffixes(e) : e;
     }
     case Word::Not:
         return unary();

@@ -14,7 +14,7 @@
 
 #define VBS_NAMES(X)                                                                               \
     X(Default) X(Error) X(Explicit) X(Preserve) X(Property) X(Get) X(Step) X(Rem) X(Randomize)     \
-    X(Execute) X(ExecuteGlobal) X(Eval) X(Err) X(Class_Initialize) X(Class_Terminate) X(RegExp)    \
+    X(Execute) X(ExecuteGlobal) X(Eval) X(Array) X(Err) X(Class_Initialize) X(Class_Terminate) X(RegExp)    \
     X(Number) X(Description) X(Source) X(HelpFile) X(HelpContext) X(Clear) X(Raise) X(Pattern)     \
     X(Global) X(IgnoreCase) X(Multiline) X(Test) X(Replace) X(Count) X(Item) X(Value)              \
     X(FirstIndex) X(Length) X(SubMatches) X(Add) X(Exists) X(Remove) X(RemoveAll) X(Keys)          \
