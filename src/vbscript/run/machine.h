@@ -44,6 +44,10 @@ class Machine : public Runtime {
     Value defaultOf(const Value& object) override;
     Value procedureNamed(std::string_view name) override;
     void checkTime() override;
+    void spend(std::size_t units) override {
+        work(units);
+        if (ticks_ <= 0) checkTime();
+    }
     [[nodiscard]] bool running() const override { return depthOfRuns_ > 0; }
 
     Value invoke(const Proc& proc, Instance* me, std::span<Value> args);

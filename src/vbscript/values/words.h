@@ -21,8 +21,11 @@
     X(Items) X(Key) X(CompareMode) X(FileExists) X(FolderExists) X(CreateFolder)                   \
     X(OpenTextFile) X(CreateTextFile) X(BuildPath) X(GetParentFolderName) X(GetFileName)           \
     X(GetBaseName) X(GetExtensionName) X(GetAbsolutePathName) X(DeleteFile) X(DeleteFolder)        \
-    X(CopyFile) X(MoveFile) X(ReadLine) X(ReadAll) X(Read) X(Skip) X(SkipLine) X(Write)            \
-    X(WriteLine) X(WriteBlankLines) X(AtEndOfStream) X(AtEndOfLine) X(Line) X(Column) X(Close)
+    X(CopyFile) X(MoveFile) X(GetFile) X(GetFolder) X(ReadLine) X(ReadAll) X(Read) X(Skip) X(SkipLine) X(Write)            \
+    X(WriteLine) X(WriteBlankLines) X(AtEndOfStream) X(AtEndOfLine) X(Line) X(Column) X(Close)    \
+    X(Files) X(SubFolders) X(Name) X(Path) X(ShortName) X(ShortPath) X(ParentFolder) X(Drive)      \
+    X(Size) X(Attributes) X(Type) X(DateCreated) X(DateLastAccessed) X(DateLastModified) X(Copy)   \
+    X(Move) X(Delete) X(OpenAsTextStream) X(IsRootFolder)
 // clang-format on
 
 namespace vbscript {
