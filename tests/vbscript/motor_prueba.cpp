@@ -162,8 +162,8 @@ TEST(Motor, LosPresupuestosNoSeTragan) {
         {"On Error Resume Next\nDo : x = x + 1 : Loop", 17},
         {"On Error Resume Next\nDo : s = s & \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\" : Loop", 7},
         {"On Error Resume Next\nDo : Execute \"x = 1 / 0\" : Loop", 17},
-        {"On Error Resume Next\nt = \" '\" & String(20000, \"a\")\n"
-         "Do : i = i + 1 : Execute \"x = \" & i & t : Loop",
+        {"On Error Resume Next\nDo : i = i + 1\n"
+         "ExecuteGlobal \"Sub P\" & i & \" : a = b + c : End Sub\" : Loop",
          7}};
     Limits limites;
     limites.maxBytes = 2 << 20;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vbscript/surroundings/memory.h"
 #include "vbscript/syntax/ast.h"
 
 #include <deque>
@@ -182,6 +183,15 @@ struct ArrayShape {
 
 /// One compiled text. Lives as long as a procedure, class or running frame of it is in use.
 struct Unit : std::enable_shared_from_this<Unit> {
+    Unit() = default;
+    ~Unit() { account.shrink(charged); }
+    Unit(const Unit&) = delete;
+    Unit& operator=(const Unit&) = delete;
+    /// What it holds, once it is complete.
+    [[nodiscard]] std::size_t bytes() const;
+    /// Counts that as memory from now on.
+    void charge();
+
     std::string source;
     bool ran = false; ///< By a script; else given by the host.
     std::deque<Value> constants;
@@ -196,6 +206,8 @@ struct Unit : std::enable_shared_from_this<Unit> {
         const Value* constant;
     };
     std::vector<Declares> declares;
+    Memory& account = Memory::current();
+    std::size_t charged = 0;
 };
 
 } // namespace vbscript

@@ -176,7 +176,7 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
             body_.constants[d.name] = constant(d.value);
         for (const Declared& d : decl.scope.variables) {
             if (liveName(d.name).kind != Meaning::Unknown) continue;
-            (*live_->extra)[d.name] = std::make_unique<Value>();
+            live_->extra->make(d.name);
         }
     }
     for (const Declared& d : decl.scope.variables) {
@@ -199,7 +199,7 @@ void Compiler::makeAutomatic(Atom name, bool isMain) {
     const Meaning m = meaning(name);
     if (m.kind != Meaning::Unknown) return;
     if (isMain && live_) {
-        (*live_->extra)[name] = std::make_unique<Value>();
+        live_->extra->make(name);
     } else if (isMain) {
         context_.globals[m.index].defined = true;
     } else {

@@ -93,10 +93,9 @@ Compiler::Meaning Compiler::globalName(Atom name) {
 
 Compiler::Meaning Compiler::liveName(Atom name) {
     Meaning m;
-    const auto made = live_->extra->find(name);
-    if (made != live_->extra->end()) {
+    if (Value* const made = live_->extra->find(name)) {
         m.kind = Meaning::Variable;
-        m.at = poolOf(made->second.get());
+        m.at = poolOf(made);
         return m;
     }
     const ClassInfo* owner = live_->proc->owner;

@@ -8,7 +8,15 @@ namespace vbscript {
 
 namespace {
 
+constexpr std::size_t costOfPart = 100;
 constexpr std::size_t npos = std::u16string_view::npos;
+
+/// What an element costs that became text, as Runtime::spend counts: numbers have to be written.
+std::size_t costOf(const Value& v, const Value& text) {
+    constexpr std::size_t element = 30;
+    constexpr std::size_t number = 300;
+    return text.s->length + (v.is(Type::String) ? element : number);
+}
 
 Value array(Runtime&, Arguments a) { return arrayOf({a.begin(), a.end()}); }
 
@@ -50,7 +58,7 @@ Value split(Runtime& rt, Arguments a) {
         if (hit == npos) break;
         at = hit + needle.size();
         if (most > 0) --most;
-        if ((parts.size() & 0xFFF) == 0) rt.checkTime();
+        rt.spend(costOfPart);
     }
     return arrayOf(std::move(parts));
 }
@@ -65,7 +73,9 @@ Value join(Runtime& rt, Arguments a) {
     for (const Value& v : held.a->items) {
         if (!first) appendTo(out, by.chars());
         first = false;
-        appendTo(out, joinable(rt, v).chars());
+        const Value t = joinable(rt, v);
+        appendTo(out, t.chars());
+        rt.spend(by.s->length + costOf(v, t));
     }
     return out;
 }
@@ -84,6 +94,7 @@ Value filter(Runtime& rt, Arguments a) {
         const bool has = (asText ? findText(lowered(t.chars()), needle, 0)
                                  : findText(t.chars(), needle, 0)) != npos;
         if (has == include) kept.push_back(t);
+        rt.spend(needle.size() + costOf(v, t));
     }
     return arrayOf(std::move(kept));
 }

@@ -2,6 +2,7 @@
 
 #include "vbscript/library/builtins.h"
 #include "vbscript/values/convert.h"
+#include "vbscript/values/text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -39,6 +40,13 @@ std::int64_t numberOfResult(std::int64_t n) {
     const auto* at = std::lower_bound(std::begin(results), std::end(results), code,
                                       [](const Result& r, std::uint32_t c) { return r.code < c; });
     return at != std::end(results) && at->code == code ? at->number : n;
+}
+
+/// Err keeps no more of a text than anybody would read.
+std::string textFor(Runtime& rt, const Value& v) {
+    constexpr std::size_t longest = 32768;
+    const Value t = toText(rt, v);
+    return utf8(t.chars().substr(0, longest));
 }
 
 } // namespace
@@ -85,13 +93,13 @@ void ErrObject::assign(Runtime& rt, Atom member, const Value& v) {
         e.number = static_cast<int>(toLong(rt, v));
         return;
     case Word::Description:
-        e.description = toText(rt, v).utf8();
+        e.description = textFor(rt, v);
         return;
     case Word::Source:
-        e.source = toText(rt, v).utf8();
+        e.source = textFor(rt, v);
         return;
     case Word::HelpFile:
-        e.helpFile = toText(rt, v).utf8();
+        e.helpFile = textFor(rt, v);
         return;
     case Word::HelpContext:
         e.helpContext = static_cast<int>(toLong(rt, v));
@@ -108,11 +116,11 @@ void ErrObject::raise(Runtime& rt, std::span<Value> args) {
     Fault f(static_cast<int>(n));
     f.raised = true;
     if (given(args, 1))
-        f.source = toText(rt, args[1]).utf8();
+        f.source = textFor(rt, args[1]);
     else
         f.source = errorText(f.number) == "Unknown runtime error" ? "" : runtimeSource;
-    if (given(args, 2)) f.description = toText(rt, args[2]).utf8();
-    if (given(args, 3)) f.helpFile = toText(rt, args[3]).utf8();
+    if (given(args, 2)) f.description = textFor(rt, args[2]);
+    if (given(args, 3)) f.helpFile = textFor(rt, args[3]);
     if (given(args, 4)) f.helpContext = static_cast<int>(toLong(rt, args[4]));
     throw f;
 }

@@ -12,7 +12,10 @@ Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
     variables_.resize(cls.variables.size());
     for (std::size_t k = 0; k < variables_.size(); ++k) {
         const MemberVariable& v = cls.variables[k];
-        if (v.isArray) variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
+        ++items_;
+        if (!v.isArray) continue;
+        variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
+        items_ += variables_[k].a->items.size();
     }
     // Last: nobody would give it back if anything before had failed.
     account_.grow(bytes, 7);

@@ -14,7 +14,6 @@ constexpr int mostRegisters = 1 << 17; // 2 MB
 constexpr int deepestNesting = 60;     // each takes a slice of the C++ stack
 constexpr int stepsPerLook = 1000;     // between two looks at the clock
 constexpr std::size_t unitsKept = 16;
-constexpr std::size_t unitCost = 10; // a compiled unit weighs about so many times its text
 
 std::size_t registersFor(int maxDepth) {
     constexpr int atLeast = 64; // a limit of few calls is none to the variables of a procedure
@@ -25,7 +24,7 @@ std::size_t registersFor(int maxDepth) {
 } // namespace
 
 Machine::Machine(Surroundings& w, Memory& account, Provisions provisions)
-    : Runtime(w), library(names, std::move(provisions)), memory_(account) {
+    : Runtime(w), account_{account}, library(names, std::move(provisions)) {
     setLimits(limits_);
 }
 
@@ -36,7 +35,6 @@ Machine::~Machine() {
     ring_.breakUpAll();
     frames_.clear();
     stack_.clear();
-    Memory::abandon(&memory_);
 }
 
 void Machine::setLimits(const Limits& l) {
@@ -50,6 +48,7 @@ Machine::Run::Run(Machine& m) : machine_(m) {
     m.started_ = m.world.monotonicMs();
     m.ticks_ = stepsPerLook;
     m.steps_ = 0;
+    m.stopped_ = false;
     m.pending_.reset();
     m.pendingBudget_.reset();
 }
@@ -57,8 +56,6 @@ Machine::Run::Run(Machine& m) : machine_(m) {
 Machine::Run::~Run() {
     if (--machine_.depthOfRuns_ > 0) return;
     machine_.retired_.clear();
-    machine_.memory_.shrink(machine_.retiredBytes_);
-    machine_.retiredBytes_ = 0;
 }
 
 void Machine::checkTime() {
@@ -88,24 +85,30 @@ std::shared_ptr<Unit> Machine::unitFor(std::string_view source) {
     ++compilations_;
     auto unit = compileModule(context(), *parseModule(source, names));
     unit->source = source;
-    if (kept_.size() >= unitsKept) {
+    while (kept_.size() >= unitsKept || keptBytes() + unit->bytes() > limits_.maxBytes / 4) {
+        if (kept_.empty()) break;
         const auto oldest =
             std::min_element(kept_.begin(), kept_.end(),
                              [](const Kept& a, const Kept& b) { return a.used < b.used; });
-        const auto gone = std::move(oldest->unit);
-        kept_.erase(oldest); // what comes may go over the budget
-        retire(gone);
+        retire(std::exchange(oldest->unit, nullptr));
+        kept_.erase(oldest);
     }
+    unit->charge();
     kept_.push_back({unit, uses_});
     return unit;
 }
 
+std::size_t Machine::keptBytes() const {
+    std::size_t all = 0;
+    for (const Kept& k : kept_)
+        all += k.unit->bytes();
+    return all;
+}
+
 void Machine::retire(std::shared_ptr<Unit> unit) {
-    if (!unit || depthOfRuns_ == 0) return;
-    const std::size_t bytes = unit->source.size() * unitCost;
-    retired_.push_back(std::move(unit));
-    memory_.grow(bytes, 7);
-    retiredBytes_ += bytes;
+    const bool running = std::any_of(frames_.begin(), frames_.end(),
+                                     [&](const Frame& f) { return f.proc->unit == unit.get(); });
+    if (running) retired_.push_back(std::move(unit));
 }
 
 void Machine::declare(Unit& unit) {
@@ -165,13 +168,14 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
 }
 
 void Machine::terminate(Instance& o) noexcept {
-    if (closing_) return;
+    if (closing_ || stopped_) return;
     try {
         const MemoryScope scope(memory_);
         const Run run(*this);
         invoke(*o.info().terminate, &o, {});
     } catch (const BudgetFault& f) {
         pendingBudget_ = std::make_unique<BudgetFault>(f);
+        stopped_ = true;
         ticks_ = 0;
     } catch (const Fault& f) {
         if (!pending_) pending_ = std::make_unique<Fault>(f);

@@ -21,6 +21,13 @@ namespace vbscript {
 /// C++ stack; only code that runs on behalf of something else (a default member, Class_Terminate,
 /// Execute) nests, to a small depth.
 class Machine : public Runtime {
+    // Last of all to go: what the others hold is given back to it.
+    struct Account {
+        Memory& memory;
+        ~Account() { Memory::abandon(&memory); }
+    };
+    Account account_;
+
   public:
     /// Takes over the account, which has to be the current one while the machine is made.
     Machine(Surroundings& w, Memory& account, Provisions provisions);
@@ -69,7 +76,6 @@ class Machine : public Runtime {
     };
 
   private:
-    using Extra = std::map<Atom, std::unique_ptr<Value>>;
     struct Frame {
         const Proc* proc = nullptr;
         const Instruction* pc = nullptr; ///< Where it goes on when the one above it is left.
@@ -79,7 +85,7 @@ class Machine : public Runtime {
         bool boundary = false; ///< Leaving it leaves execute().
         int inside = -1;       ///< The frame whose variables this text uses.
         Value me;
-        std::unique_ptr<Extra> extra;
+        std::unique_ptr<MadeNames> extra;
     };
     struct Registers {
         const Instruction* pc = nullptr;
@@ -105,11 +111,22 @@ class Machine : public Runtime {
         if (--ticks_ <= 0) checkTime();
     }
     /// A step that went over `units` elements brings the next look at the clock nearer.
-    void work(std::size_t units) { ticks_ -= static_cast<int>(units >> 10); }
+    void work(std::size_t units) {
+        worked_ += units;
+        ticks_ -= static_cast<int>(worked_ >> 10);
+        worked_ &= 1023;
+    }
+    /// Items of an array were made or copied, which takes longer than characters.
+    void workOnItems(std::size_t n) { work(n * 8); }
+    /// A text was gone over.
+    void workOn(const Value& v) {
+        if (v.is(Type::String)) work(v.s->length);
+    }
     [[nodiscard]] Instance* me() const;
     [[nodiscard]] bool insideOf(const Instance& o) const;
     void declare(Unit& unit);
     void retire(std::shared_ptr<Unit> unit);
+    [[nodiscard]] std::size_t keptBytes() const;
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
     [[nodiscard]] Value* madeHere(const Global& g) const;
     Value& named(Global& g);
@@ -150,24 +167,26 @@ class Machine : public Runtime {
     void callOn(const Value& object, Atom member, Access how, std::span<Value> args, Value& result);
     static void followReferences(std::span<Value> args);
     static void clearAll(std::span<Value> args);
+    void makeOwn(Value& array);
     void putVariable(Value& v, Access how, std::span<Value> args);
     Value newObject(std::uint32_t slot);
 
-    Memory& memory_;
+    Memory& memory_ = account_.memory;
     Limits limits_;
     Registers r_;
     RegisterStack stack_;
     std::vector<Frame> frames_;
     Linked ring_;
     int ticks_ = 0;
+    std::size_t worked_ = 0; ///< Units that make no whole step yet.
     int nesting_ = 0;
     int depthOfRuns_ = 0;
     bool closing_ = false;
+    bool stopped_ = false; ///< By a budget: objects that go now run nothing any more.
     std::int64_t started_ = 0;
     std::int64_t steps_ = 0; ///< of the present run, up to the last look at the clock
     std::vector<std::shared_ptr<Unit>> retired_; ///< Replaced, but a frame may still be in it.
-    std::size_t retiredBytes_ = 0;
-    std::unique_ptr<Fault> pending_; ///< From Class_Terminate.
+    std::unique_ptr<Fault> pending_;             ///< From Class_Terminate.
     std::unique_ptr<BudgetFault> pendingBudget_;
     struct Kept {
         std::shared_ptr<Unit> unit;

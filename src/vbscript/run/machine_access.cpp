@@ -58,7 +58,7 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
         args.push_back(std::move(v));
         Value ignored;
         const Value held = base;
-        held.o->access(*this, 0, isSet ? Access::Set : Access::Let, args, ignored);
+        callOn(held, 0, isSet ? Access::Set : Access::Let, args, ignored);
         return;
     }
     if (!base.is(Type::Array)) throw Fault(13);
@@ -68,9 +68,13 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
     }
     if (!base.is(Type::Array)) throw Fault(13);
     const std::size_t at = offset(*this, *base.a, indexes);
-    if (base.a->refs - base.a->locks > 1) work(base.a->items.size());
-    makeUnique(base);
+    makeOwn(base);
     base.a->items[at] = std::move(stored);
+}
+
+void Machine::makeOwn(Value& array) {
+    if (array.a->refs - array.a->locks > 1) workOnItems(array.a->items.size());
+    makeUnique(array);
 }
 
 void Machine::opIndex(const Instruction& i) {
@@ -106,7 +110,7 @@ void Machine::opElement(const Instruction& i) {
         if (k.is(Type::Object)) k = defaultOf(k);
     }
     const std::size_t k = offset(*this, *array.a, args);
-    makeUnique(array);
+    makeOwn(array);
     Value* element = &array.a->items[k];
     clearAll(args);
     r_.fp[i.a & operand::indexMask] = Value::reference(element);
@@ -122,7 +126,10 @@ void Machine::callOn(const Value& object, Atom member, Access how, std::span<Val
     if (!object.is(Type::Object)) throw Fault(424);
     if (!object.o) throw Fault(91);
     followReferences(args);
+    for (const Value& a : args)
+        workOn(a);
     object.o->access(*this, member, how, args, result);
+    workOn(result);
 }
 
 void Machine::callProc(const Proc& proc, const Instruction& i, Value self) {

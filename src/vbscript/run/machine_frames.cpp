@@ -173,6 +173,7 @@ void Machine::loop(std::size_t base) {
         } catch (Fault& f) {
             if (!handle(f, base)) throw;
         } catch (BudgetFault& f) {
+            stopped_ = true;
             locate(f.at);
             unwind(base);
             throw;

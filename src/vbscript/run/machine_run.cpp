@@ -77,8 +77,10 @@ VBS_HOT bool compares(T a, T b) {
 
 // The way for all other operands: what is in between is done with when the result is there.
 [[gnu::noinline]] void Machine::slow(const Instruction& i, BinaryFunction f) {
+    workOn(at(i.b));
+    workOn(at(i.c));
     Value v = f(*this, at(i.b), at(i.c));
-    if (v.is(Type::String)) work(v.s->length);
+    workOn(v);
     finished(i, i.b, i.c);
     at(i.a) = std::move(v);
 }
@@ -150,6 +152,7 @@ VBS_HOT int Machine::comparison(const Instruction& i, Operand first, Operand sec
     double x = 0;
     double y = 0;
     if (reals(a, b, x, y)) return compares<Which>(x, y);
+    workOn(a);
     const Order o = order(*this, a, b, leftOf(i), rightOf(i));
     finished(i, first, second);
     if (o == Order::Unknown) return -1;
@@ -199,12 +202,14 @@ VBS_HOT void Machine::opRepeat(const Instruction& i) {
 }
 
 VBS_HOT void Machine::opJumpFalse(const Instruction& i) {
+    workOn(at(i.a));
     const bool yes = isTrue(*this, at(i.a));
     if (i.n) at(i.a).clear();
     if (!yes) opJump(i);
 }
 
 VBS_HOT void Machine::opJumpTrue(const Instruction& i) {
+    workOn(at(i.a));
     const bool yes = isTrue(*this, at(i.a));
     if (i.n) at(i.a).clear();
     if (yes) opJump(i);

@@ -141,6 +141,7 @@ void Machine::opEachPrepare(const Instruction& i) {
         if (source.is(Type::Object) && !source.o) throw Fault(91);
         if (!source.is(Type::Object) || !source.o->elements(*this, list)) throw Fault(451);
     }
+    if (list.a->refs == 1) workOnItems(list.a->items.size()); // made for this
     r_.fp[i.a] = std::move(list);
     r_.fp[i.a + 1] = Value::longint(0);
 }
@@ -182,9 +183,7 @@ void Machine::opBindAuto(const Instruction& i) {
 // A variable of the running procedure that a text executed in it has made.
 Value* Machine::madeHere(const Global& g) const {
     const auto& extra = frames_.back().extra;
-    if (!extra) return nullptr;
-    const auto at = extra->find(g.name);
-    return at == extra->end() ? nullptr : at->second.get();
+    return extra ? extra->find(g.name) : nullptr;
 }
 
 Value& Machine::named(Global& g) {
@@ -255,10 +254,10 @@ void Machine::opCallBuiltin(const Instruction& i) {
     const Builtin& f = library.at(i.c);
     if (args.size() < f.least || args.size() > f.most) throw Fault(450);
     tick();
-    for (const Value& a : args) {
-        if (a.is(Type::String)) work(a.s->length);
-    }
+    for (const Value& a : args)
+        workOn(a);
     Value v = f.run(*this, args);
+    workOn(v);
     clearAll(args);
     at(i.a) = std::move(v);
 }
@@ -283,6 +282,7 @@ Value Machine::newObject(std::uint32_t slot) {
     tick();
     const ClassInfo& cls = *g.cls;
     Value v = Value::object(new Instance(*this, cls, ring_));
+    workOnItems(static_cast<Instance*>(v.o)->items());
     if (cls.initialize) invoke(*cls.initialize, static_cast<Instance*>(v.o), {});
     return v;
 }
@@ -300,7 +300,7 @@ void Machine::opDim(const Instruction& i) {
     const bool keeps = i.n == 1 && v.is(Type::Array) && v.a->fixed == shape.fixed;
     if (keeps && (!shape.fixed || v.a->extents == shape.extents)) return;
     v = Value::array(ArrayData::make(shape.extents, shape.fixed));
-    work(v.a->items.size());
+    workOnItems(v.a->items.size());
 }
 
 void Machine::opReDim(const Instruction& i) {
@@ -316,13 +316,13 @@ void Machine::opReDim(const Instruction& i) {
     const bool keeps = (i.n & flagBit) && v.is(Type::Array) && !v.a->extents.empty();
     if (!keeps) {
         v = Value::array(ArrayData::make(std::move(extents), false));
-        work(v.a->items.size());
+        workOnItems(v.a->items.size());
         return;
     }
     const auto& old = v.a->extents;
     if (old.size() != extents.size() || !std::equal(old.begin(), old.end() - 1, extents.begin()))
         throw Fault(9);
-    work(v.a->items.size());
+    workOnItems(v.a->items.size());
     makeUnique(v);
     v.a->resizeLast(extents.back());
 }
@@ -331,6 +331,7 @@ void Machine::opErase(const Instruction& i) {
     Value& v = at(i.a);
     if (!v.is(Type::Array)) throw Fault(13);
     if (v.a->locks != 0) throw Fault(10);
+    workOnItems(v.a->items.size());
     auto extents = v.a->extents;
     if (v.a->fixed)
         v = Value::array(ArrayData::make(std::move(extents), true));
@@ -361,12 +362,13 @@ void Machine::opExecute(const Instruction& i) {
             invoke(*unit->main, nullptr, {});
         } else {
             if (!f.extra)
-                frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<Extra>();
+                frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<MadeNames>();
             const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
                                        : parseModule(source, names, f.me.is(Type::Object));
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
+            unit->charge();
             unit->ran = true;
             result = runInside(unit, frame);
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
