@@ -56,7 +56,7 @@ Set r = New RegExp : r.Pattern = "((a{1,100}){1,100}){1,100}b" : s = String(2000
 '# regexp_repeticion_grande
 Set r = New RegExp : r.Pattern = "((((a{9}){9}){9}){9}){9}b" : s = String(200000, "a") : On Error Resume Next : Do : x = r.Test(s) : Loop
 '# regexp_muchos_grupos
-p = "" : For i = 1 To 5000 : p = p & "(a?)" : Next
+p = "" : For i = 1 To 800 : p = p & "(a?)" : Next
 Set r = New RegExp : r.Global = True : r.Pattern = p : s = String(50000, "a") : Do : Set m = r.Execute(s) : Loop
 '# regexp_sujeto_largo
 Set r = New RegExp : r.Pattern = "b" : s = String(15000000, "a") : Do : x = r.Test(s) : Loop
@@ -69,7 +69,7 @@ Set r = New RegExp : r.Multiline = True : r.Global = True : r.Pattern = "^(.*)$"
 '# regexp_coincidencia_y_grupos
 Set r = New RegExp : r.Global = True : r.Pattern = "(a)(a)(a)(a)(a)" : s = String(500000, "a") : Do : For Each m In r.Execute(s) : x = m.SubMatches(4) : Next : Loop
 '# regexp_frontera
-Set r = New RegExp : r.Pattern = "\b\w+\b\W*\b\w+\b\1?z" : s = "" : For i = 1 To 100000 : s = s & "ab " : Next : Do : x = r.Test(s) : Loop
+Set r = New RegExp : r.Pattern = "(\b\w+\b\W*)+\b\w+\b\1?z" : s = "" : For i = 1 To 100000 : s = s & "ab " : Next : Do : x = r.Test(s) : Loop
 '# regexp_condicion_de_largo
 Set r = New RegExp : r.Pattern = "^(?:a?){50}a{50}$" : s = String(49, "a") : Do : x = r.Test(s) : Loop
 '# regexp_atrapa_errores
@@ -168,7 +168,7 @@ s = String(10000000, "1") : On Error Resume Next : Do : x = IsDate(s) : x = CDat
 '# fecha_de_partes
 s = "" : For i = 1 To 200000 : s = s & "1/" : Next : On Error Resume Next : Do : x = IsDate(s) : Loop
 '# formato
-Do : x = FormatNumber(1e300, 250) : x = FormatCurrency(1e300, 250) : x = FormatPercent(1e300, 250) : Loop
+Do : x = FormatNumber(1e300, 90) : x = FormatCurrency(1e300, 90) : x = FormatPercent(1e300, 90) : Loop
 '# fechas
 d = #1/1/2000# : Do : d = DateAdd("s", 1, d) : x = DateDiff("ww", d, #1/1/2030#) & DatePart("ww", d, 2, 3) & MonthName(3) : Loop
 '# bucle_vacio
@@ -206,7 +206,7 @@ Sub R : On Error Resume Next : R : R : End Sub : R
 Class C : Public Default Property Get V : On Error Resume Next : V = Me + Me : End Property : End Class
 Set o = New C : x = o + 1
 '# recursion_eval
-Function F(n) : On Error Resume Next : F = Eval("F(n) + F(n)") : End Function : x = F(1)
+Function F(n) : On Error Resume Next : x = Eval("G(n)") : x = Eval("G(n)") : End Function : Function G(n) : G = F(n) : End Function : x = F(1)
 '# recursion_matrices
 Function F(ByVal a, n) : On Error Resume Next : a(n) = n : F = F(a, n + 1) : End Function
 ReDim m(3000) : Do : x = F(m, 0) : Loop
@@ -290,7 +290,7 @@ Set d = CreateObject("Scripting.Dictionary") : Do : Set e = CreateObject("Script
 Set d = CreateObject("Scripting.Dictionary") : For i = 1 To 300000 : d(i) = i : Next : Do : For Each v In d : Exit For : Next : Loop
 '# objetos_cadena
 Class N : Public s : End Class
-Do : Set c = Nothing : For i = 1 To 100000 : Set n = New N : Set n.s = c : Set c = n : Next : Set n = Nothing : Loop
+Do : Set c = Nothing : For i = 1 To 100000 : Set o = New N : Set o.s = c : Set c = o : Next : Set o = Nothing : Loop
 '# objetos_circulo
 Class N : Public s : End Class
 Do : Set a = New N : Set a.s = a : Loop
@@ -311,7 +311,7 @@ Class N : Sub Class_Terminate : For i = 1 To 1e9 : Next : End Sub : End Class
 ReDim a(1000) : For i = 0 To 1000 : Set a(i) = New N : Next
 Sub Colgar : ReDim b(1000) : For i = 0 To 1000 : Set b(i) = New N : Next : Do : Loop : End Sub : Colgar
 '# getref
-Function F(f) : On Error Resume Next : F = f(f) : F = f(f) : End Function : Set r = GetRef("F") : x = F(r)
+Function F(g) : On Error Resume Next : x = g(g) : x = g(g) : End Function : Set r = GetRef("F") : x = F(r)
 '# archivo_escribir
 Set f = CreateObject("Scripting.FileSystemObject") : Do : Set t = f.CreateTextFile("a.txt") : t.Write String(1000000, "a") : t.Close : Loop
 '# archivo_lineas
@@ -343,7 +343,7 @@ Do : n = f.GetFolder("\").Size : Loop
 '# carpeta_crear
 Set f = CreateObject("Scripting.FileSystemObject") : p = "" : On Error Resume Next : Do : p = p & "\d" : f.CreateFolder p : n = f.GetFolder("\").Size : Loop
 '# archivo_existe
-Set f = CreateObject("Scripting.FileSystemObject") : p = String(900, "a") : Do : x = f.FileExists(p) : Loop
+Set f = CreateObject("Scripting.FileSystemObject") : p = String(200, "a") : Do : x = f.FileExists(p) : Loop
 '# ruta_absoluta
 Set f = CreateObject("Scripting.FileSystemObject") : p = "" : For i = 1 To 300000 : p = p & "a\..\" : Next : Do : x = f.GetAbsolutePathName(p) : Loop
 '# ruta_partes

@@ -16,8 +16,10 @@ namespace {
 /// are more gaps than keys.
 class Dictionary : public Object, public Linked {
   public:
-    explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {}
-    ~Dictionary() override { account_.shrink(charged_); }
+    explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {
+        account_.grow(smallest, 7);
+    }
+    ~Dictionary() override { account_.shrink(charged_ + smallest); }
 
     [[nodiscard]] std::string typeName() const override { return "Dictionary"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
@@ -35,7 +37,9 @@ class Dictionary : public Object, public Linked {
         bool there = true;
     };
     static constexpr std::uint32_t free = UINT32_MAX;
-    static constexpr std::size_t cost = sizeof(Entry) + 3 * sizeof(std::uint32_t);
+    // Tables grow by doubling: on the average half as much again is set aside.
+    static constexpr std::size_t cost = sizeof(Entry) * 3 / 2 + 6 * sizeof(std::uint32_t);
+    static constexpr std::size_t smallest = 250;   // an empty one, beyond what every object weighs
     static constexpr std::size_t costOfEntry = 10; // of going over one, in the units of spend
 
     [[nodiscard]] std::size_t hashOf(const Value& key) const;

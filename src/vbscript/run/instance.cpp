@@ -8,7 +8,8 @@ namespace vbscript {
 Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
     : Linked(ring), machine_(machine), class_(cls), unit_(cls.unit->shared_from_this()),
       account_(Memory::current()) {
-    const std::size_t bytes = cls.variables.size() * sizeof(Value);
+    const std::size_t bytes =
+        cls.variables.size() * sizeof(Value) + sizeof(Instance) - sizeof(Object);
     variables_.resize(cls.variables.size());
     for (std::size_t k = 0; k < variables_.size(); ++k) {
         const MemberVariable& v = cls.variables[k];
