@@ -366,3 +366,40 @@ ExecuteGlobal s & ") : End Sub" : Do : ExecuteGlobal t : Loop
 '# case_miles
 s = "Select Case x" & vbLf : For i = 1 To 20000 : s = s & "Case """ & i & """" & vbLf : Next : s = s & "End Select"
 x = "no" : Do : Execute s : Loop
+'# execute_al_final
+s = "" : For i = 1 To 60000 : s = s & "a" & i & " = (b + " & i & ") * Abs(" & i & ")" & vbLf : Next : t = Timer : For i = 1 To 100 : n = n + 1 : Execute s & "'" & n : Next
+'# execute_operadores
+s = "x = 1" : For i = 1 To 180000 : s = s & " : x = x+1" : Next : Do : n = n + 1 : Execute s & "'" & n : Loop
+'# procedimiento_de_muchas_variables
+s = "Sub Pro : Dim v0" : For i = 1 To 60000 : s = s & ", v" & i : Next : ExecuteGlobal s & " : End Sub" : Do : Pro : Loop
+'# procedimiento_de_muchas_variables_y_errores
+s = "Sub Pro : On Error Resume Next : Dim v0" : For i = 1 To 60000 : s = s & ", v" & i : Next : ExecuteGlobal s & " : Do : x = 1 / 0 : Loop : End Sub" : Pro
+'# clase_de_muchas_variables
+s = "Class K : Public v0" : For i = 1 To 50000 : s = s & ", v" & i : Next : ExecuteGlobal s & " : End Class" : Do : Set o = New K : Loop
+'# diccionario_de_objetos
+Class N : End Class
+Set d = CreateObject("Scripting.Dictionary") : Do : Set o = New N : Set d(o) = o : Loop
+'# diccionario_de_dobles
+Set d = CreateObject("Scripting.Dictionary") : Do : n = n + 1 : d(n * 1048576.0) = n : Loop
+'# diccionario_de_fechas
+Set d = CreateObject("Scripting.Dictionary") : Do : n = n + 1 : d(DateAdd("d", n Mod 100000, #1/1/2000#)) = n : Loop
+'# cadenas_cortas
+ReDim a(1000000) : Do : For i = 0 To 1000000 : a(i) = "x" & i : Next : Loop
+'# comparar_casi_iguales
+s = String(3000000, "a") : t = s & "b" : u = s & "c" : Do : n = n + 1 : If t < u Then x = (u > t) : x = (t <> u)
+Loop
+'# errores_hondos
+Sub R(n) : If n = 0 Then x = 1 / 0 Else R n - 1
+End Sub
+On Error Resume Next : Do : R 1900 : Loop
+'# errores_en_texto
+On Error Resume Next : s = "x = 1" & vbLf & "x = 1 / 0 '" & String(100000, "a") : Do : ExecuteGlobal s : Loop
+'# matches_recorridos
+Set r = New RegExp : r.Global = True : r.Pattern = "\d+" : s = "" : For i = 1 To 50000 : s = s & i & " " : Next
+Do : Set m = r.Execute(s) : For Each x In m : y = x.Value & x.FirstIndex : Next : Loop
+'# select_de_textos_largos
+s = String(1000000, "a") : Do : Select Case s : Case s & "b", s & "c", s & "d" : x = 1 : End Select : Loop
+'# instr_repetitivo
+s = String(3000000, "a") : b = String(15, "a") & "b" : Do : x = InStr(s, b) : x = InStrRev(s, b) : Loop
+'# join_de_filas
+ReDim a(3000) : For i = 0 To 3000 : a(i) = Array(1, 2) : Next : On Error Resume Next : Do : s = Join(a) : Loop
