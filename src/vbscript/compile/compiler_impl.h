@@ -69,6 +69,7 @@ class Compiler {
     void makeAutomatic(Atom name, bool isMain);
     void finish();
     void moveTemporaries(Instruction& i) const;
+    static void specialize(Instruction& i);
     std::uint32_t shape(const Declared& d);
     [[noreturn]] static void fail(int number, Position at);
 

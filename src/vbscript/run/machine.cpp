@@ -1,4 +1,4 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 
 #include "vbscript/run/object_procedure.h"
 #include "vbscript/syntax/parser.h"

@@ -14,6 +14,9 @@
 
 namespace vbscript {
 
+template <Kinds>
+struct Kind {};
+
 /// By which a text is known in a report: its first line, not too much of it.
 [[nodiscard]] std::string firstWords(std::string_view source);
 
@@ -98,6 +101,7 @@ class Machine : public Runtime {
     // Frames (machine_frames.cpp).
     void push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value me);
     void load();
+    static Value* variablesOf(const Value& me);
     bool leave();
     void drop();
     void execute();
@@ -132,9 +136,10 @@ class Machine : public Runtime {
     Value& named(Global& g);
 
     Value& at(Operand o) {
-        if (o < operand::pool)
+        if (o < operand::pool) [[likely]]
             return r_.fp[o]; // NOLINT(clang-analyzer-core.*): loaded with the frame
-        if (o < operand::follow) return *r_.pool[o & operand::indexMask];
+        if (o < operand::follow) [[likely]]
+            return *r_.pool[o & operand::indexMask];
         if (o >= operand::member)
             return r_.me[o & operand::indexMask]; // NOLINT(clang-analyzer-core.*)
         Value& v = r_.fp[o & operand::indexMask];
@@ -148,12 +153,34 @@ class Machine : public Runtime {
     using BinaryFunction = Value (*)(Runtime&, const Value&, const Value&);
     void slow(const Instruction& i, BinaryFunction f);
     void finished(const Instruction& i, Operand first, Operand second);
-    template <Operator Which>
-    int comparison(const Instruction& i, Operand first, Operand second);
+    // Operands of a step that comes in kinds.
+    template <Kinds K>
+    Value& first(Operand o) {
+        if constexpr (K == Kinds::Any) return at(o);
+        Value& v = r_.fp[o & operand::indexMask];
+        return K == Kinds::FP && v.is(Type::Ref) ? *v.ref : v;
+    }
+    template <Kinds K>
+    Value& second(Operand o) {
+        if constexpr (K == Kinds::Any) return at(o);
+        return K == Kinds::RR ? r_.fp[o] : *r_.pool[o & operand::indexMask];
+    }
+    template <Kinds K>
+    Value& outcome(Operand o) {
+        return K == Kinds::Any ? at(o) : r_.fp[o];
+    }
+    template <Kinds K>
+    void addStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void subtractStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void multiplyStep(Kind<K>, const Instruction& i);
+    template <Operator Which, Kinds K>
+    int comparison(const Instruction& i, Operand left, Operand right);
     template <Operator Which>
     void compareStep(const Instruction& i);
-    template <Operator Which>
-    void unlessStep(const Instruction& i);
+    template <Operator Which, Kinds K>
+    void unlessStep(Kind<K>, const Instruction& i);
 
     // Arrays and members (machine_access.cpp).
     static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);

@@ -1,4 +1,4 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {

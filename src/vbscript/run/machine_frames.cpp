@@ -1,4 +1,4 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 
 #include <algorithm>
 
@@ -31,78 +31,6 @@ Instance* Machine::me() const {
 
 bool Machine::insideOf(const Instance& o) const {
     return !frames_.empty() && me() && &me()->info() == &o.info();
-}
-
-// The arguments lie at `fp` already. Throws before anything has changed.
-void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value self) {
-    if (args != proc.parameters.size()) throw Fault(450);
-    if (frames_.size() >= static_cast<std::size_t>(std::max(limits_.maxDepth, 1)) ||
-        !stack_.reach(fp, proc.registers)) {
-        throw Fault(outOfStack);
-    }
-    tick();
-    if (!frames_.empty()) frames_.back().pc = r_.pc;
-    for (std::size_t k = 0; k < args; ++k) {
-        if (!proc.parameters[k].byRef && fp[k].is(Type::Ref)) {
-            Value copy(*fp[k].ref);
-            fp[k].swap(copy);
-        }
-    }
-    for (std::size_t k = args; k < proc.locals; ++k)
-        fp[k].clear();
-    Frame& f = frames_.emplace_back();
-    f.proc = &proc;
-    f.pc = proc.code.data();
-    f.registers = fp;
-    f.target = target;
-    f.me.swap(self);
-    load();
-}
-
-void Machine::load() {
-    Frame& f = frames_.back();
-    r_.pc = f.pc;
-    r_.code = f.proc->code.data();
-    r_.fp = f.registers;
-    r_.pool = f.proc->pool.data();
-    r_.me = f.me.is(Type::Object) ? static_cast<Instance*>(f.me.o)->variables() : nullptr;
-}
-
-// Empties the registers of the top frame and takes it away.
-void Machine::drop() {
-    {
-        const Frame& f = frames_.back();
-        Value* const fp = f.registers;
-        const std::size_t n = f.proc->registers;
-        for (std::size_t k = 0; k < n; ++k) {
-            if (fp[k].owns()) fp[k].clear();
-        }
-    }
-    Frame& top = frames_.back();
-    if (!top.me.owns() && !top.extra) return frames_.pop_back();
-    const Frame gone = std::move(top); // what goes may run code: not in the midst of pop_back
-    frames_.pop_back();
-}
-
-// True when execute() is done. The result goes to the caller's target; at a boundary it stays in
-// the frame's first register.
-bool Machine::leave() {
-    Frame& f = frames_.back();
-    Value result;
-    if (f.proc->result != operand::none) result.swap(r_.fp[f.proc->result]);
-    const bool boundary = f.boundary;
-    const Operand target = f.target;
-    Value* const fp = r_.fp;
-    drop();
-    if (boundary) {
-        fp[0].swap(result);
-        return true;
-    }
-    load();
-    if (target != operand::none) {
-        at(target).swap(result);
-    }
-    return false;
 }
 
 const Region* Machine::regionOf(const Proc& proc, std::uint32_t pc) {
