@@ -39,6 +39,7 @@ Machine::~Machine() {
 
 void Machine::setLimits(const Limits& l) {
     limits_ = l;
+    deepest_ = static_cast<std::size_t>(std::max(l.maxDepth, 1));
     memory_.setLimit(l.maxBytes);
     if (frames_.empty()) stack_.setRoom(registersFor(l.maxDepth));
 }

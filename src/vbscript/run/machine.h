@@ -204,6 +204,7 @@ class Machine : public Runtime {
     RegisterStack stack_;
     std::vector<Frame> frames_;
     Linked ring_;
+    std::size_t deepest_ = 1; ///< How many frames there may be.
     int ticks_ = 0;
     std::size_t worked_ = 0; ///< Units that make no whole step yet.
     int nesting_ = 0;

@@ -15,10 +15,10 @@ VBS_HOT Value* Machine::variablesOf(const Value& me) {
 }
 
 // The arguments lie at `fp` already. Throws before anything has changed.
-VBS_HOT void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value self) {
+VBS_HOT void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target,
+                           Value self) {
     if (args != proc.parameters.size()) throw Fault(450);
-    if (frames_.size() >= static_cast<std::size_t>(std::max(limits_.maxDepth, 1)) ||
-        !stack_.reach(fp, proc.registers)) {
+    if (frames_.size() >= deepest_ || !stack_.reach(fp, proc.registers)) {
         throw Fault(outOfStack);
     }
     tick();

@@ -26,6 +26,16 @@ VBS_HOT void put(Value& to, double d) {
     to.d = d;
 }
 
+/// to = from, mostly of something that lies in the value itself.
+VBS_HOT void assign(Value& to, const Value& from) {
+    if (to.owns() || from.owns()) {
+        to = from;
+    } else {
+        to.type = from.type;
+        to.i = from.i;
+    }
+}
+
 VBS_HOT void putWhole(Value& to, Type a, Type b, std::int64_t n) {
     if (a == Type::Integer && b == Type::Integer && fits16(n))
         put(to, Type::Integer, n);
@@ -225,7 +235,7 @@ VBS_HOT void Machine::opJumpTrue(const Instruction& i) {
     if (yes) opJump(i);
 }
 
-VBS_HOT void Machine::opCopy(const Instruction& i) { at(i.a) = at(i.b); }
+VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), at(i.b)); }
 VBS_HOT void Machine::opMove(const Instruction& i) { at(i.a) = std::move(at(i.b)); }
 
 VBS_HOT void Machine::opLet(const Instruction& i) {
@@ -239,7 +249,7 @@ VBS_HOT void Machine::opLet(const Instruction& i) {
     } else if (from.is(Type::Array) && from.a->locks != 0) {
         at(i.a) = Value::array(ArrayData::copyOf(*from.a));
     } else {
-        at(i.a) = from;
+        assign(at(i.a), from);
     }
 }
 
@@ -268,7 +278,7 @@ VBS_HOT void Machine::opIndex1(const Instruction& i) {
         if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
         const Value& element = array.a->items[static_cast<std::size_t>(index.i)];
         if (i.n == 0 || !element.is(Type::Object)) {
-            at(i.a) = element;
+            assign(at(i.a), element);
             return;
         }
     }
@@ -288,7 +298,7 @@ VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
         if (i.n & emptySecond)
             element = std::move(v);
         else
-            element = v;
+            assign(element, v);
         return;
     }
     Value copy(index);
