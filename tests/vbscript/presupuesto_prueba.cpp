@@ -57,7 +57,7 @@ const Caso kCasos[] = {
     {"Set r = New RegExp : r.Pattern = \" *[xy]\" : s = Space(300)", "b = r.Test(s)", 2000},
     {"Set r = New RegExp : r.Global = True : r.Pattern = \" \" : s = Space(5000)",
      "b = r.Replace(s, \"\")", 60},
-    {"s = \"'\" & Space(100000)", "Execute s", 20},
+    {"s = \"'\" & Space(100000)", "Execute s", 40},
     {"s = Space(100000)", "fs.CreateTextFile(\"a\").Write s", 250},
     {"fs.CreateTextFile(\"a\").Write Space(100000)", "b = fs.OpenTextFile(\"a\").ReadAll", 250},
 };

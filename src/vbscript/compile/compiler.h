@@ -13,6 +13,7 @@ struct CompileContext {
     Names& names;
     Globals& globals;
     const Library& builtins;
+    Runtime* run = nullptr; ///< In whose time it is compiled; null: in nobody's.
 };
 
 /// Variables that texts have made in a frame that is running.

@@ -5,6 +5,8 @@
 namespace vbscript {
 
 std::size_t Compiler::emit(Op op, Operand a, Operand b, std::uint32_t c, std::size_t n) {
+    constexpr std::size_t cost = 100; // as Runtime::spend counts
+    if (context_.run) context_.run->spend(cost);
     body_.proc->code.push_back({op, static_cast<std::uint16_t>(n), a, b, c});
     return body_.proc->code.size() - 1;
 }

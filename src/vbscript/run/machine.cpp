@@ -84,7 +84,7 @@ std::shared_ptr<Unit> Machine::unitFor(std::string_view source) {
         return k.unit;
     }
     ++compilations_;
-    auto unit = compileModule(context(), *parseModule(source, names));
+    auto unit = compileModule(context(), *parseModule(source, names, false, inRun()));
     unit->source = source;
     while (kept_.size() >= unitsKept || keptBytes() + unit->bytes() > limits_.maxBytes / 4) {
         if (kept_.empty()) break;

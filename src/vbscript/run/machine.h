@@ -40,7 +40,9 @@ class Machine : public Runtime {
     Library library;
 
     [[nodiscard]] Memory& memory() { return memory_; }
-    [[nodiscard]] CompileContext context() { return {names, globals, library}; }
+    [[nodiscard]] CompileContext context() { return {names, globals, library, inRun()}; }
+    /// Itself while a script runs, which what it asks for is to be charged to.
+    [[nodiscard]] Runtime* inRun() { return running() ? this : nullptr; }
     void setLimits(const Limits& l);
 
     /// Declares what the unit declares and runs its top-level statements. Throws Fault,

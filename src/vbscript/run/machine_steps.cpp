@@ -348,7 +348,7 @@ void Machine::opExecute(const Instruction& i) {
     }
     tick();
     const std::string source = text.utf8();
-    work(source.size() * 20);
+    work(source.size() * 10);
     Value result;
     try {
         auto frame = static_cast<int>(frames_.size()) - 1;
@@ -363,8 +363,9 @@ void Machine::opExecute(const Instruction& i) {
         } else {
             if (!f.extra)
                 frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<MadeNames>();
-            const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
-                                       : parseModule(source, names, f.me.is(Type::Object));
+            const bool me = f.me.is(Type::Object);
+            const auto tree = i.n == 2 ? parseExpression(source, names, me, this)
+                                       : parseModule(source, names, me, this);
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;

@@ -4,9 +4,9 @@
 
 namespace vbscript {
 
-Parser::Parser(std::string_view source, Names& names, bool me, bool colonMeansLine)
+Parser::Parser(std::string_view source, Names& names, bool me, Runtime* run, bool colonMeansLine)
     : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me),
-      colonMeansLine_(colonMeansLine) {
+      run_(run), colonMeansLine_(colonMeansLine) {
     scope_ = &module_->main.scope;
 }
 
@@ -80,13 +80,13 @@ void Parser::skipSeparators() {
         ++at_;
 }
 
-std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me) {
-    Parser p(source, names, me);
+std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me, Runtime* run) {
+    Parser p(source, names, me, run);
     try {
         p.module();
     } catch (const CompileFault&) {
         if (!p.thenColons()) throw;
-        Parser again(source, names, me, true);
+        Parser again(source, names, me, run, true);
         try {
             again.module();
             return again.take();
@@ -97,8 +97,9 @@ std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool 
     return p.take();
 }
 
-std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me) {
-    Parser p(source, names, me);
+std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me,
+                                        Runtime* run) {
+    Parser p(source, names, me, run);
     p.expressionOnly();
     return p.take();
 }

@@ -9,7 +9,8 @@ namespace vbscript {
 /// declarations.
 class Parser {
   public:
-    Parser(std::string_view source, Names& names, bool me, bool colonMeansLine = false);
+    Parser(std::string_view source, Names& names, bool me, Runtime* run,
+           bool colonMeansLine = false);
     void module();
     /// Whether "Then :" stands before a statement somewhere. That opens a block; where a text makes
     /// no sense so, it may be one of those that mean a line by it.
@@ -123,6 +124,7 @@ class Parser {
     Names& names_;
     std::unique_ptr<Module> module_;
     bool me_;
+    Runtime* run_;
     bool colonMeansLine_;
     bool thenColons_ = false;
     std::size_t at_ = 0;
