@@ -147,7 +147,8 @@ bool Engine::setLocale(std::string_view tag) {
 void Engine::addObject(std::string_view name, std::shared_ptr<HostObject> object) {
     auto& known = inside_->objects;
     std::erase_if(known, [&](const auto& o) { return o.name == name; });
-    inside_->place(known.emplace_back(std::string(name), std::move(object)));
+    known.push_back({std::string(name), std::move(object)});
+    inside_->place(known.back());
 }
 
 std::optional<Engine::Slot> Engine::global(std::string_view name) {
