@@ -6,7 +6,7 @@ namespace {
 
 template <class T>
 std::size_t bytesOf(const std::vector<T>& v) {
-    return v.capacity() * sizeof(T);
+    return v.capacity() * sizeof(T); // NOLINT(bugprone-sizeof-expression): pointers, too
 }
 
 constexpr std::size_t node = 48; // of a table, besides what it holds
@@ -27,7 +27,7 @@ std::size_t bytesOf(const ClassInfo& c) {
 
 std::size_t Unit::bytes() const {
     if (charged != 0) return charged;
-    constexpr std::size_t blocks = 3 * 600; // three deques begin with
+    constexpr std::size_t blocks = 1800; // three deques begin with
     std::size_t all = sizeof(Unit) + blocks + source.capacity() + constants.size() * sizeof(Value) +
                       bytesOf(shapes) + bytesOf(declares);
     for (const Proc& p : procs)
