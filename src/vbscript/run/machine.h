@@ -14,6 +14,7 @@
 
 namespace vbscript {
 
+/// Where a step's operands are, to choose a function by.
 template <Kinds>
 struct Kind {};
 
@@ -134,8 +135,8 @@ class Machine : public Runtime {
     void retire(std::shared_ptr<Unit> unit);
     [[nodiscard]] std::size_t keptBytes() const;
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
-    [[nodiscard]] Value* madeHere(const Global& g) const;
-    Value& named(Global& g);
+    [[nodiscard]] Value* madeHere(const Global& g) const; ///< Null: no text has.
+    Value& named(Global& g); ///< The variable of that name that the running procedure sees.
 
     Value& at(Operand o) {
         if (o < operand::pool) [[likely]]
