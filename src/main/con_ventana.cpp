@@ -1,5 +1,6 @@
 #include "main/con_ventana.h"
 
+#include "cli/version.h"
 #include "window/controls/aplicacion.h"
 #include "window/controls/idioma.h"
 #include "window/ventanas.h"
@@ -28,8 +29,8 @@ int correrConVentana(const Opciones& opciones) {
     const bool unico = programa.arranque.soyElUnico();
     if (unico) {
         EditorDeGuion editor(programa.archivos, motor.guion);
-        Ventanas ventanas(
-            {motor.vista, motor.operador, editor, mensajero, KV_VERSION, Aplicacion::terminar});
+        Ventanas ventanas({motor.vista, motor.operador, editor, mensajero, std::string(version()),
+                           Aplicacion::terminar});
         bool corriendo = true;
         programa.bucle.alFinalDeVuelta([&] {
             if (corriendo) ventanas.mirarVisibilidad();

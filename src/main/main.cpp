@@ -97,9 +97,6 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
                  std::string(kNombreDelPrograma)};
     ponerEnCastellano(app);
-    app.set_help_flag("--help", "Muestra esta ayuda y termina");
-    app.set_version_flag("--version", std::string(kNombreDelPrograma) + " " + KV_VERSION,
-                         "Muestra la version y termina");
     app.add_option("--carpeta", opciones.carpeta,
                    "Carpeta del programa: ajustes, configuracion, guion y registros")
         ->check(CLI::Validator(esCarpeta, ""))
@@ -115,12 +112,8 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
         ->type_name("ARCHIVO");
     try {
         app.parse(argc, argv);
-    } catch (const CLI::Success& ayuda) {
-        return app.exit(ayuda);
     } catch (const CLI::ParseError& e) {
-        std::cerr << kNombreDelPrograma << ": " << enCastellano(e) << "\nVea " << kNombreDelPrograma
-                  << " --help\n";
-        return kMalaLinea;
+        return terminarLinea(app, e, kMalaLinea, std::cout, std::cerr);
     }
     return std::nullopt;
 }

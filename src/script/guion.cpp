@@ -53,7 +53,7 @@ void Guion::correr() {
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_.reset();
     if (error.number == 0) return;
-    falla_ = error;
+    falla_.emplace(error); // assigned, gcc 14 takes the empty place for one that is read
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
 }

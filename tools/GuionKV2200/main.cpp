@@ -66,7 +66,7 @@ int correr(int argc, char** argv) {
     std::string idioma = "es-AR";
     std::string archivo;
     kv::ponerEnCastellano(app);
-    app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina");
+    app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina"); // as it always was
     app.add_flag("--comprobar", comprobar, "Solo comprueba que el guion está bien escrito");
     app.add_option("--idioma", idioma,
                    "Cómo se escriben números y fechas: es-AR (si no se da) o en-US")
@@ -77,12 +77,8 @@ int correr(int argc, char** argv) {
     app.add_option("ARCHIVO", archivo, "El guion (Windows-1252 o UTF-8)")->required();
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        return 0;
     } catch (const CLI::ParseError& e) {
-        std::cerr << "GuionKV2200: " << kv::enCastellano(e) << "\nVea GuionKV2200 --help\n";
-        return 2;
+        return kv::terminarLinea(app, e, 2, std::cout, std::cerr);
     }
     const auto texto = leerGuion(archivo);
     if (!texto) {
