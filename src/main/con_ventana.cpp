@@ -23,7 +23,7 @@ int correrConVentana(const Opciones& opciones) {
     // What the window wants to know is none of the engine's questions, which may be recorded.
     Ajustes ajustes(programa.archivos, opciones.carpeta);
     ponerIdioma(
-        ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, "Idioma_Ventana", ""));
+        ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, kIdiomaVentana.clave, ""));
     Mensajero mensajero(programa.salida);
     motor.vista.observar(&mensajero);
     const bool unico = programa.arranque.soyElUnico();

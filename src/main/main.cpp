@@ -1,6 +1,7 @@
 #include "cli/castellano.h"
 #include "cli/salida_entera.h"
 #include "config/comprobacion.h"
+#include "config/informe_json.h"
 #include "main/grabacion.h"
 #include "main/programa.h"
 #ifdef KV_VENTANA
@@ -21,12 +22,29 @@ namespace {
 
 constexpr int kSalidaIncompleta = 1;
 
+/// Asks the plant itself, which takes as long as its stations may.
+void alcanzar(BucleEpoll& bucle, Revision& r) {
+    ConfiguracionLeida& c = r.configuracion;
+    SondeoDeAlcance sondeo(bucle, c.listas, r.validacion, r.pausaMs);
+    bool listo = false;
+    sondeo.empezar([&] {
+        listo = true;
+        bucle.detener();
+    });
+    if (!listo) bucle.correr();
+    r.alcance = sondeo.resultados();
+    revisarAlcance(c.listas, r.validacion, r.alcance, c.problemas);
+}
+
 int soloComprobar(const Opciones& opciones) {
     ArchivosReales archivos;
     Ajustes ajustes(archivos, opciones.carpeta);
-    const Comprobacion comprobacion = comprobar(ajustes);
-    std::cout << comprobacion.informe;
-    return comprobacion.resultado;
+    Revision r = revisar(ajustes);
+    BucleEpoll bucle;
+    revisarEscucha(bucle, ajustes.archivoDeAjustes(), r);
+    if (opciones.alcanzar) alcanzar(bucle, r);
+    std::cout << (opciones.json ? informeJsonDe(r) : informeDe(r));
+    return r.resultado();
 }
 
 int correrSinVentana(const Opciones& opciones) {
@@ -104,8 +122,14 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     auto* sinVentana =
         app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
-    app.add_flag("--comprobar", opciones.comprobar,
-                 "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
+    auto* comprobar = app.add_flag(
+        "--comprobar", opciones.comprobar,
+        "Lee la configuracion, dice que se levantaria y que esta mal, y termina: 0 si nada, 1 si "
+        "hay problemas, 2 si asi no atenderia la planta");
+    app.add_flag("--alcanzar", opciones.alcanzar,
+                 "Ademas se conecta a cada direccion y le pregunta una vez a cada estacion")
+        ->needs(comprobar);
+    app.add_flag("--json", opciones.json, "Lo comprobado, como un objeto JSON")->needs(comprobar);
     ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")

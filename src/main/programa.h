@@ -25,6 +25,8 @@ struct Opciones {
     bool sinVentana = false;
     bool traza = false;
     bool comprobar = false;
+    bool alcanzar = false; ///< with `comprobar`, as the next
+    bool json = false;
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };

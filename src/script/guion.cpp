@@ -51,9 +51,8 @@ void Guion::correr() {
     control_.AddCode(texto_);
     const vbscript::ScriptError& error = control_.Error();
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
-    falla_.reset();
-    if (error.number == 0) return;
-    falla_.emplace(error); // assigned, gcc 14 takes the empty place for one that is read
+    falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
+    if (!falla_) return;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
 }
