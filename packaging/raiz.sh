@@ -41,6 +41,14 @@ nueva_raiz() {
     echo "$raiz"
 }
 
+# What nspawn keeps about a container, it leaves behind where /run is no file system of its own.
+nspawn() {
+    mkdir -p /run/systemd/nspawn
+    unshare --mount sh -c \
+        'mount -t tmpfs nspawn /run/systemd/nspawn && exec systemd-nspawn "$@"' sh \
+        --quiet --register=no --keep-unit "$@" </dev/null
+}
+
 # en_raiz ROOT [OPTIONS OF systemd-nspawn ...] -- COMMAND: runs it there, with the machine's network.
 en_raiz() {
     local raiz=$1 opciones=()
@@ -50,7 +58,6 @@ en_raiz() {
         shift
     done
     shift
-    systemd-nspawn --quiet --register=no --keep-unit --as-pid2 -D "$raiz" \
-        --setenv=LC_ALL=C.UTF-8 --setenv=DEBIAN_FRONTEND=noninteractive \
-        "${opciones[@]}" "$@" </dev/null
+    nspawn --as-pid2 -D "$raiz" --setenv=LC_ALL=C.UTF-8 \
+        --setenv=DEBIAN_FRONTEND=noninteractive "${opciones[@]}" "$@"
 }
