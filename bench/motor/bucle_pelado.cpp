@@ -26,8 +26,7 @@ class Bucle {
   public:
     Bucle(std::uint16_t puerto, int conexiones, double pausaMs)
         : pausa_(pausaMs / 1000), epoll_(epoll_create1(0)) {
-        std::string traza;
-        trama_ = *armarTramaLectura("10", "1", traza);
+        trama_ = *armarTramaLectura("10", "1");
         for (int i = 0; i < conexiones; ++i)
             conectar(puerto, i);
     }

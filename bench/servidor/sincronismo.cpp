@@ -154,7 +154,8 @@ Medida medirServidor(const std::vector<Registro>& registros, const std::string& 
     double atraso = 0;
     for (int i = 0; i < kVeces; ++i) {
         // A server each time: the first synchronisation needs no asking.
-        FrmServerTCP servidor(bucle, motor.tablas, motor.ajustes, motor.vista, motor.log, ordenes);
+        FrmServerTCP servidor(bucle, motor.tablas, motor.ajustes, motor.vista, motor.sucesos,
+                              motor.log, ordenes);
         servidor.Form_Load();
         const Lector lector(kPuerto);
         correr(bucle, 900);

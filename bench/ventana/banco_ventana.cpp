@@ -30,8 +30,6 @@ constexpr int kPausaMs = 200;
 
 class Nadie final : public Observador {
   public:
-    void alAgregar(std::string_view /*caja*/, std::int64_t /*indice*/,
-                   std::string_view /*texto*/) override {}
     void alCambiarEtiqueta(std::string_view /*etiqueta*/, std::string_view /*texto*/) override {}
     void alCambiarColor(std::string_view /*etiqueta*/, Color /*color*/) override {}
     void alMostrarMensaje(std::string_view /*titulo*/, std::string_view /*texto*/) override {}
@@ -121,8 +119,8 @@ void todo(QApplication& aplicacion, Driver& driver, double segundos) {
                      &aplicacion, [&driver] { driver.bucle().atender(); });
     std::unique_ptr<Ventanas> ventanas;
     const double hacerla = msDe([&] {
-        ventanas = std::make_unique<Ventanas>(
-            PartesDeVentana{motor.vista, motor.operador, editor, mensajero, "", [] {}});
+        ventanas = std::make_unique<Ventanas>(PartesDeVentana{
+            motor.vista, motor.trazas, motor.operador, editor, mensajero, "", [] {}});
     });
     Form1& form = ventanas->principal();
     const double abrirla = msDe([&] {

@@ -254,7 +254,6 @@ class Mundo {
     void vigilar() {
         ConexionIP& c = planta_.conexion(0);
         exigir(c.recepcion.size() < kLargoRespuesta);
-        exigir(c.ocupada == (c.turno != EstadoDeTurno::Libre));
         if (c.turno != EstadoDeTurno::Esperando) contrario_.libre = true;
         vigilarTimers(c);
         vigilarValores();
@@ -274,7 +273,7 @@ class Mundo {
         if (!supervisada || planta_.ahoraMs() == vistoMs_) return;
         std::size_t otros = fijos_;
         for (std::size_t i = 0; i < 3; ++i)
-            otros += planta_.motor.Timer1_Bloques[i].habilitado() ? 1U : 0U;
+            otros += planta_.motor.relojDeBloques.enMarcha(static_cast<Indice>(i)) ? 1U : 0U;
         const std::size_t suyos = planta_.bucle.temporizadoresEncendidos() - otros;
         exigir(suyos == (c.turno == EstadoDeTurno::Libre ? 0U : 1U));
     }

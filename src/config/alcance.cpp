@@ -82,11 +82,9 @@ class SondeoDeAlcance::Sonda final : public OyenteDeZocalo {
             AlcanceDeEstacion e;
             e.estacion = cual;
             const auto& registros = todo_.registros_[cual];
-            std::string traza;
             const auto indice = std::to_string(todo_.listas_.estaciones[cual].indice);
-            const auto pedido = registros.empty()
-                                    ? std::nullopt
-                                    : armarTramaLectura(registros.front(), indice, traza);
+            const auto pedido =
+                registros.empty() ? std::nullopt : armarTramaLectura(registros.front(), indice);
             if (pedido) e.registro = registros.front();
             r_.estaciones.push_back(e);
             if (!pedido) continue;

@@ -79,7 +79,6 @@ class Validador {
     /// address is no register.
     std::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_;
     std::unordered_map<std::string, std::uint32_t> lineasDeNombres_;
-    std::string traza_;
 };
 
 void Validador::puertos() {
@@ -330,7 +329,7 @@ std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::siz
 }
 
 bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
-    if (!armarTramaLectura(b.direccion, "0", traza_)) {
+    if (!armarTramaLectura(b.direccion, "0")) {
         problema(linea, "la dirección " + citarTexto(b.direccion) + " no es hexadecimal de 0 a FF",
                  "se construye y nunca se sondea: queda BAD");
         return false;

@@ -10,38 +10,38 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
       sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
-      scriptControl(bucle_.reloj(), vista),
-      guion(bucle_, archivos_, scriptControl, vista, sello, log),
-      publicacion(tablas, scriptControl, vista, sello), Timer1_Bloques(bucle_),
-      turnos(bucle_, tablas, vista, sello), conexiones(bucle_, tablas, turnos, vista, *this),
-      recepcion(tablas, turnos, bucle_, vista, sello, log),
-      lectura(tablas, turnos, publicacion, vista, sello, Timer1_Bloques),
-      modelo(tablas, conexiones, publicacion, vista, sello, Timer1_Bloques),
-      mudas(tablas, turnos, publicacion, vista, sello, log, Timer1_Bloques),
-      poleo(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
-      tiemposFuera(bucle_, tablas, turnos, publicacion, mudas, vista, sello, Timer1_Bloques),
-      auditoria(archivos_, bucle_.reloj(), carpeta, programa),
-      cajaDePedidos(vista, sello, auditoria),
-      ejecucion(bucle_, tablas, turnos, publicacion, mudas, cajaDePedidos, vista, sello),
+      sucesos(bucle_.reloj()), trazas(sucesos, tablas), scriptControl(bucle_.reloj(), vista),
+      guion(bucle_, archivos_, scriptControl, vista, sucesos, log),
+      publicacion(tablas, scriptControl, vista, sello),
+      relojDeBloques(bucle_, tablas, publicacion, sucesos, vista, sello),
+      turnos(bucle_, tablas, sucesos, log), recepcion(tablas, turnos, bucle_, sucesos, log),
+      conexiones(bucle_, tablas, turnos, sucesos, vista, *this),
+      modelo(tablas, conexiones, publicacion, relojDeBloques, vista, sello),
+      mudas(tablas, turnos, publicacion, relojDeBloques, sucesos, log),
+      lectura(bucle_, tablas, turnos, publicacion, mudas, relojDeBloques, sucesos),
+      poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, sucesos),
+      auditoria(archivos_, bucle_.reloj(), carpeta, programa), cajaDePedidos(sucesos, auditoria),
+      ejecucion(bucle_, tablas, turnos, publicacion, mudas, cajaDePedidos, sucesos),
       solicitudes(tablas, turnos, ejecucion, cajaDePedidos, log),
-      forzado(tablas, turnos, publicacion, poleo, mudas, modelo, vista, sello, log, Timer1_Bloques),
-      servidor(bucle_, tablas, ajustes, vista, log, *this),
+      forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
+              log),
+      servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
                 bucle_.reloj(), log}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
-    turnos.avisarA(this);
+    turnos.avisarA(&poleo);
     conexiones.avisarA(this);
     conexiones.recibirCon(&recepcion);
-    recepcion.interpretarCon(this);
-    Timer1_Bloques.alTic([this](std::size_t bloque) {
+    recepcion.alCompletarse([this] { guion.ejectutarScript(); });
+    relojDeBloques.alTocarle([this](Indice bloque) {
         try {
-            poleo.Timer1_Bloques_Timer(bloque);
+            // On a free connection nothing else waits, except writes, which go first.
+            poleo.buscoSiguienteAPolear(tablas.bloques[bloque].idConexion);
         } catch (const std::exception& falla) {
             log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
         }
     });
-    lectura.avisarA(this);
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
         log.alPasarElTiempo();
@@ -73,36 +73,6 @@ void Motor::aplicarAjustes() {
         log.escribirLog("DRIVER", "Ajustes", "Idioma=" + idioma + ": no es es-AR ni en-US");
 }
 
-void Motor::alVencerTiempoFuera(Indice conexion) {
-    if (tablas.conexiones[conexion].escribiendo) return ejecucion.ticDeEscritura(conexion);
-    tiemposFuera.ticDeLectura(conexion);
-}
-
-void Motor::alQuedarLibre(Indice conexion) { poleo.alTerminarPausa(conexion); }
-
-void Motor::alFallar(Indice conexion, const char* que) {
-    log.escribirLog("DRIVER", "Turno de conexion",
-                    tablas.conexiones[conexion].ip + ":" + tablas.conexiones[conexion].puertoTCP,
-                    que);
-}
-
-void Motor::interpretarTramaRecepcionada_OK(Indice conexion) {
-    lectura.interpretarTramaRecepcionada_OK(conexion);
-}
-
-void Motor::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
-    ejecucion.interpretarTramaRecepcionada_PorEscritura(conexion);
-}
-
-void Motor::respuestaDudosa(Indice conexion) {
-    if (tablas.conexiones[conexion].escribiendo) return ejecucion.respuestaDudosa(conexion);
-    tiemposFuera.respuestaDudosa(conexion);
-}
-
-void Motor::alCompletarseUnaLlegada() { guion.ejectutarScript(); }
-
-void Motor::alContestar(Indice bloque) { mudas.alContestar(bloque); }
-
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
 
 void Motor::desActivarPoling_En_Socket(Indice conexion) {
@@ -124,7 +94,7 @@ void Motor::escribirDireccion(std::string_view direccion, double valor, std::str
 
 void Motor::rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
                               std::string_view motivo) {
-    solicitudes.rechazar({direccion, valor, origen, motivo, {}});
+    solicitudes.rechazar({direccion, valor, origen, motivo, {}, {}});
 }
 
 void Motor::terminar() {

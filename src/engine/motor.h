@@ -1,6 +1,8 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "events/sucesos.h"
+#include "events/trazas.h"
 #include "link/conexiones.h"
 #include "link/recepcion.h"
 #include "link/turno.h"
@@ -9,13 +11,12 @@
 #include "operator/operador.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
-#include "platform/arreglo_de_temporizadores.h"
 #include "platform/bucle.h"
 #include "platform/sello.h"
 #include "poll/estaciones_mudas.h"
 #include "poll/lectura.h"
 #include "poll/poleo.h"
-#include "poll/tiempos_fuera.h"
+#include "poll/reloj_de_bloques.h"
 #include "script/ScriptControl.h"
 #include "script/guion.h"
 #include "script/publicacion.h"
@@ -35,10 +36,7 @@ inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
 
 /// The engine: every part of the driver that needs no window, made once and joined. It decides
 /// nothing; it is the one place that knows who answers to whom.
-class Motor final : private AlTerminarElTurno,
-                    private AlContestarEstacion,
-                    private InterpretesDeRespuestas,
-                    private AlCambiarConexion,
+class Motor final : private AlCambiarConexion,
                     private AjustesDeConexion,
                     private OrdenesDelGuion,
                     private OrdenesDelCliente {
@@ -68,18 +66,19 @@ class Motor final : private AlTerminarElTurno,
     ArchivoLog log;
     Vista vista;
     Tablas tablas;
+    Sucesos sucesos;
+    Trazas trazas;
     ScriptControl scriptControl;
     Guion guion;
     Publicacion publicacion;
-    ArregloDeTemporizadores Timer1_Bloques;
+    RelojDeBloques relojDeBloques;
     Turnos turnos;
-    GestorDeConexiones conexiones;
     Recepcion recepcion;
-    Lectura lectura;
+    GestorDeConexiones conexiones;
     Modelo modelo;
     EstacionesMudas mudas;
+    Lectura lectura;
     Poleo poleo;
-    TiemposFuera tiemposFuera;
     Auditoria auditoria;
     CajaDePedidos cajaDePedidos;
     EjecucionDeEscrituras ejecucion;
@@ -91,14 +90,6 @@ class Motor final : private AlTerminarElTurno,
   private:
     std::string idioma_;
 
-    void alVencerTiempoFuera(Indice conexion) override;
-    void alQuedarLibre(Indice conexion) override;
-    void alFallar(Indice conexion, const char* que) override;
-    void interpretarTramaRecepcionada_OK(Indice conexion) override;
-    void interpretarTramaRecepcionada_PorEscritura(Indice conexion) override;
-    void respuestaDudosa(Indice conexion) override;
-    void alCompletarseUnaLlegada() override;
-    void alContestar(Indice bloque) override;
     void activarPoling_En_Socket(Indice conexion) override;
     void desActivarPoling_En_Socket(Indice conexion) override;
     void establecerBAD_En_Socket(Indice conexion) override;

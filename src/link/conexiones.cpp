@@ -1,6 +1,7 @@
 #include "link/conexiones.h"
 
 #include "text/numeros.h"
+#include "view/columnas.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,12 +16,7 @@ constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setti
 // packet is sent again after some tenths of a second.
 constexpr std::int64_t kPacienciaMinimaMs = 3000;
 
-// Columns of the connections list.
-constexpr std::size_t kEstado = 2;
-constexpr std::size_t kBaseDeTiempo = 4;
-constexpr std::size_t kIntervalos = 5;
-constexpr std::size_t kSolicitudes = 6;
-constexpr std::size_t kTiempoFuera = 7;
+using namespace de_conexiones;
 
 std::string deTantos(double cuantos, double maximo) {
     std::string texto = textoDeNumero(cuantos);
@@ -31,10 +27,10 @@ std::string deTantos(double cuantos, double maximo) {
 
 } // namespace
 
-GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Vista& vista,
-                                       AjustesDeConexion& ajustes)
-    : bucle_(bucle), tablas_(tablas), turnos_(turnos), vista_(vista), ajustes_(ajustes),
-      TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
+GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos,
+                                       Sucesos& sucesos, Vista& vista, AjustesDeConexion& ajustes)
+    : bucle_(bucle), tablas_(tablas), turnos_(turnos), sucesos_(sucesos), vista_(vista),
+      ajustes_(ajustes), TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
       timer_SolicitarConexion_(bucle.crearTemporizador([this] { ticSolicitarConexion(); })) {
     TimerConexiones_->fijarIntervalo(kSupervisionMs);
     timer_SolicitarConexion_->fijarIntervalo(kSolicitudesMs);
@@ -92,6 +88,7 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
 void GestorDeConexiones::pasarA(Indice n, bool conectada) {
     // Stored first: a cascade that fails half-way must not be run again at every pass.
     tablas_.conexiones[n].estadoSupervision = conectada ? 1 : 0;
+    sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo, .conexion = n});
     if (destino_ == nullptr) return;
     if (conectada) return destino_->activarPoling_En_Socket(n);
     destino_->desActivarPoling_En_Socket(n);

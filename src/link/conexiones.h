@@ -2,6 +2,7 @@
 
 #include "link/turno.h"
 #include "platform/bucle.h"
+#include "view/vista.h"
 
 #include <memory>
 #include <string>
@@ -34,7 +35,7 @@ class AlCambiarConexion {
 /// and again.
 class GestorDeConexiones {
   public:
-    GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Vista& vista,
+    GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Sucesos& sucesos, Vista& vista,
                        AjustesDeConexion& ajustes);
     void avisarA(AlCambiarConexion* destino) { destino_ = destino; }
     void recibirCon(OyenteDeZocalo* recepcion) { recepcion_ = recepcion; }
@@ -58,6 +59,7 @@ class GestorDeConexiones {
     Bucle& bucle_;
     Tablas& tablas_;
     Turnos& turnos_;
+    Sucesos& sucesos_;
     Vista& vista_;
     AjustesDeConexion& ajustes_;
     AlCambiarConexion* destino_ = nullptr;

@@ -9,23 +9,7 @@
 namespace kv {
 namespace {
 
-// A trace line shows so many bytes of one arrival; a station that sends garbage at full speed must
-// not cost a screen of text for every packet.
-constexpr std::size_t kBytesEnTraza = 512;
-constexpr std::size_t kSobrantesEnTraza = 16;
-
-void agregarEntreCorchetes(std::string& texto, std::uint8_t byte) {
-    texto += '[';
-    agregarHexadecimal(texto, byte);
-    texto += ']';
-}
-
-/// "[7][E8]" for the first bytes of many.
-void agregarBytes(std::string& texto, std::span<const std::uint8_t> bytes) {
-    for (const std::uint8_t b : bytes.first(std::min(bytes.size(), kBytesEnTraza)))
-        agregarEntreCorchetes(texto, b);
-    if (bytes.size() > kBytesEnTraza) texto += "...";
-}
+constexpr std::size_t kSobrantesEnTraza = 16; // of one arrival
 
 RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
     return {std::uint32_t{r[1]} << 24 | std::uint32_t{r[2]} << 16 | std::uint32_t{r[3]} << 8 | r[4],
@@ -34,9 +18,9 @@ RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
 
 } // namespace
 
-Recepcion::Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Vista& vista, Sello& sello,
+Recepcion::Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& sucesos,
                      ArchivoLog& log)
-    : tablas_(tablas), turnos_(turnos), bucle_(bucle), vista_(vista), sello_(sello), log_(log) {}
+    : tablas_(tablas), turnos_(turnos), bucle_(bucle), sucesos_(sucesos), log_(log) {}
 
 void Recepcion::alConectar(std::size_t indice) { turnos_.olvidar(static_cast<Indice>(indice)); }
 
@@ -56,23 +40,18 @@ void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> 
                          falla.what());
         completa = true;
     }
-    if (completa) interpretes_->alCompletarseUnaLlegada();
+    if (completa && alCompletarse_) alCompletarse_();
     turnos_.terminarPausaCumplida(n);
 }
 
 /// True when at least eight bytes were held.
 bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
     ConexionIP& c = tablas_.conexiones[n];
-    agregarBytes(c.recepcionTexto, bytes);
+    tenidos_ = c.recepcion;
     const bool completa = c.recepcion.size() + bytes.size() >= kLargoRespuesta;
     ensamblar(c.recepcion, bytes, llego_);
-    std::string linea = sello_.ahora();
-    linea += "  Obteniendo bytes <- ";
-    linea += c.recepcionTexto;
-    linea += "¦ Cantidad: ";
-    agregarNumero(linea, completa ? 7 : static_cast<double>(c.recepcion.size()));
-    linea += "\r\n";
-    vista_.txtTramas.agregar(linea);
+    decirLlegada(Que::LlegaronBytes, n, bytes,
+                 completa ? 7 : static_cast<double>(c.recepcion.size()));
     // Without its beginning an answer can no more be one.
     if (std::find(c.recepcion.begin(), c.recepcion.end(), kMarcaRespuesta) != c.recepcion.end())
         c.debidas.alEmpezarOtra(bucle_.reloj().monotonicoMs());
@@ -82,9 +61,10 @@ bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
         if (eco) llego_.basura += kLargoRespuesta;
         return eco;
     });
-    if (llego_.basura > 0) descartar(n);
-    c.recepcionTexto.clear();
-    agregarBytes(c.recepcionTexto, c.recepcion);
+    if (llego_.basura > 0) {
+        ++descartadas_;
+        decirLlegada(Que::Descarte, n, bytes, 0);
+    }
     if (!llego_.respuestas.empty()) entregar(n);
     return true;
 }
@@ -107,41 +87,38 @@ void Recepcion::entregar(Indice n) {
     const bool acepta = veredicto.de == De::LoPedido;
     sobrantes_ += llego_.respuestas.size() - (acepta ? 1 : 0);
     for (std::size_t k = 0; k < std::min(llego_.respuestas.size(), kSobrantesEnTraza); ++k) {
-        if (!acepta || k != veredicto.cual) sobrar(llego_.respuestas[k].trama);
+        if (acepta && k == veredicto.cual) continue;
+        Suceso sobra{.que = Que::Sobrante, .conexion = n};
+        sobra.poner(llego_.respuestas[k].trama);
+        sucesos_.decir(sobra);
     }
-    if (acepta) return aceptar(n, llego_.respuestas[veredicto.cual].trama);
-    if (veredicto.de == De::NoSeSabe) return interpretes_->respuestaDudosa(n);
+    Transaccion* de = turnos_.enCurso(n);
+    if (de != nullptr && acepta) {
+        ++respuestas_;
+        Turnos::vaciarRecepcion(c);
+        const Respuesta trama =
+            llego_.respuestas[veredicto.cual].trama; // others may come meanwhile
+        return de->contestada(n, trama);
+    }
+    if (de != nullptr && veredicto.de == De::NoSeSabe) return de->dudosa(n);
     if (!esperaba) turnos_.revisarRetencion(n);
 }
 
-void Recepcion::aceptar(Indice n, const Respuesta& trama) {
-    ConexionIP& c = tablas_.conexiones[n];
-    ++respuestas_;
-    c.recepcion.assign(trama.begin(), trama.end());
-    c.recepcionTexto.clear();
-    agregarBytes(c.recepcionTexto, trama);
-    if (c.escribiendo) {
-        interpretes_->interpretarTramaRecepcionada_PorEscritura(n);
-    } else {
-        interpretes_->interpretarTramaRecepcionada_OK(n);
+/// One event for all that an arrival brought: noise must not cost more than answers do.
+void Recepcion::decirLlegada(Que que, Indice n, std::span<const std::uint8_t> bytes,
+                             double cuantos) {
+    Suceso s{.que = que, .conexion = n, .numero = cuantos};
+    s.poner(tenidos_);
+    if (tenidos_.size() + bytes.size() <= s.bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), s.bytes.begin() + s.cuantos);
+        s.cuantos = static_cast<std::uint8_t>(s.cuantos + bytes.size());
+        return sucesos_.decir(s);
     }
-}
-
-/// One line for all that an arrival brought of what is no answer: noise must not cost more than
-/// answers do.
-void Recepcion::descartar(Indice n) {
-    ++descartadas_;
-    const std::string cola = tablas_.conexiones[n].recepcionTexto + "¦ Cantidad: 7\r\n";
-    vista_.txtTramas.agregar(sello_.ahora() + "  *Descarte CheSum* <- " + cola);
-    vista_.txtTramasDescartadas.agregar(sello_.ahora() + "  *Descarte* <- " + cola);
-}
-
-void Recepcion::sobrar(const Respuesta& trama) {
-    std::string linea = sello_.ahora() + "  *Descarte* <- ";
-    agregarBytes(linea, trama);
-    linea += "¦ Cantidad: 7\r\n";
-    vista_.txtTramas.agregar(linea);
-    vista_.txtTramasDescartadas.agregar(linea);
+    // One more than the words show, so that they tell that there were more.
+    const auto vistos = bytes.first(std::min(bytes.size(), kBytesEnTraza + 1));
+    texto_.assign(tenidos_.begin(), tenidos_.end());
+    texto_.append(vistos.begin(), vistos.end());
+    sucesos_.decir(s, texto_);
 }
 
 } // namespace kv

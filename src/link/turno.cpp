@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -15,8 +16,8 @@ std::int64_t enMs(double ms) { return std::max<std::int64_t>(1, std::llround(ms)
 
 } // namespace
 
-Turnos::Turnos(Bucle& bucle, Tablas& tablas, Vista& vista, Sello& sello)
-    : bucle_(bucle), tablas_(tablas), vista_(vista), sello_(sello) {}
+Turnos::Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log)
+    : bucle_(bucle), tablas_(tablas), sucesos_(sucesos), log_(log) {}
 
 void Turnos::agregarConexion() {
     const auto n = static_cast<Indice>(companeros_.size());
@@ -57,7 +58,7 @@ RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
     return debidas.permiso(registro, bucle_.reloj().monotonicoMs(), llegoTodo(conexion));
 }
 
-Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
+Turnos::Envio Turnos::enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
                              RespuestasDebidas::Registro registro, std::int64_t plazoMs) {
     if (!libre(conexion)) return Envio::Imposible;
     ConexionIP& c = tablas_.conexiones[conexion];
@@ -67,8 +68,8 @@ Turnos::Envio Turnos::enviar(Indice conexion, const Solicitud& trama,
         return Envio::Retenido;
     }
     c.turno = EstadoDeTurno::Esperando;
-    c.ocupada = true;
     c.registroEnCurso = registro;
+    companeros_[conexion].enCurso = &de;
     mandar(conexion, trama, plazoMs);
     return Envio::Hecho;
 }
@@ -103,8 +104,7 @@ std::int64_t Turnos::descanso(const BloqueLectura& b) const {
 }
 
 void Turnos::abortar(Indice conexion) {
-    vista_.txtTimerIpPuerto[conexion].agregar(
-        sello_.ahora() + " Se corta el enlace: lo que no llego ya no sale \r\n");
+    sucesos_.decir({.que = Que::EnlaceCortado, .conexion = conexion});
     zocalos_[conexion]->abortar();
     olvidar(conexion);
 }
@@ -114,17 +114,13 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
     c.debidas.alRetener(ahora);
     const std::int64_t desde = c.debidas.retenidaDesde();
-    if (desde == ahora)
-        vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
-                                                  " En espera de respuestas atrasadas \r\n");
+    if (desde == ahora) sucesos_.decir({.que = Que::LineaRetenida, .conexion = conexion});
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
-        vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
-                                                  " La linea no calla: se cierra \r\n");
+        sucesos_.decir({.que = Que::LineaNoCalla, .conexion = conexion});
         zocalos_[conexion]->abortar();
         return olvidar(conexion);
     }
     c.turno = EstadoDeTurno::EnPausa;
-    c.ocupada = true;
     c.retenida = true;
     companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(ms);
 }
@@ -141,10 +137,10 @@ void Turnos::pausar(Indice conexion) {
     if (c.turno != EstadoDeTurno::Esperando) return;
     Companeros& timers = companeros_[conexion];
     timers.Timer_TimerPorIPPuerto->habilitar(false);
+    timers.enCurso = nullptr;
     c.turno = EstadoDeTurno::EnPausa;
-    c.ocupada = true;
     c.pausaCumplida = pausaMs_ < 1;
-    vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + "ACTIVACION DE TIMER \r\n");
+    sucesos_.decir({.que = Que::PausaEmpieza, .conexion = conexion});
     timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
 }
 
@@ -153,12 +149,13 @@ void Turnos::terminarPausaCumplida(Indice conexion) {
 }
 
 void Turnos::ticTiempoFuera(Indice conexion) {
-    if (destino_ == nullptr) return;
+    Transaccion* de = companeros_[conexion].enCurso;
+    if (de == nullptr) return;
     try {
-        destino_->alVencerTiempoFuera(conexion);
+        de->vencida(conexion);
     } catch (const std::exception& falla) {
         pausar(conexion);
-        destino_->alFallar(conexion, falla.what());
+        anotarFalla(conexion, falla.what());
     }
     terminarPausaCumplida(conexion);
 }
@@ -168,15 +165,13 @@ void Turnos::ticPausa(Indice conexion) {
     companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
     c.pausaCumplida = c.retenida = false;
     if (c.turno != EstadoDeTurno::EnPausa) return;
-    vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() + "HABILITACION A SIGUIENTE POOL\r\n");
+    sucesos_.decir({.que = Que::PausaTermina, .conexion = conexion});
     c.turno = EstadoDeTurno::Libre;
-    c.ocupada = false;
-    c.escribiendo = false;
     if (destino_ == nullptr) return;
     try {
         destino_->alQuedarLibre(conexion);
     } catch (const std::exception& falla) {
-        destino_->alFallar(conexion, falla.what());
+        anotarFalla(conexion, falla.what());
     }
 }
 
@@ -185,15 +180,18 @@ void Turnos::olvidar(Indice conexion) {
     companeros_[conexion].Timer_TimerPorIPPuerto->habilitar(false);
     companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
     c.turno = EstadoDeTurno::Libre;
-    c.ocupada = c.escribiendo = c.pausaCumplida = c.retenida = false;
+    c.pausaCumplida = c.retenida = false;
     c.debidas.vaciar();
     vaciarRecepcion(c);
+    if (Transaccion* de = std::exchange(companeros_[conexion].enCurso, nullptr))
+        de->perdida(conexion);
 }
 
-void Turnos::vaciarRecepcion(ConexionIP& c) {
-    c.recepcion.clear();
-    c.recepcionTexto.clear();
-    c.recepcionEstado = 0;
+void Turnos::anotarFalla(Indice conexion, const char* que) {
+    const ConexionIP& c = tablas_.conexiones[conexion];
+    log_.escribirLog("DRIVER", "Turno de conexion", c.ip + ":" + c.puertoTCP, que);
 }
+
+void Turnos::vaciarRecepcion(ConexionIP& c) { c.recepcion.clear(); }
 
 } // namespace kv

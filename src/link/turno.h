@@ -1,9 +1,10 @@
 #pragma once
 
+#include "events/sucesos.h"
+#include "link/transaccion.h"
+#include "log/archivo_log.h"
 #include "plant/tablas.h"
 #include "platform/bucle.h"
-#include "platform/sello.h"
-#include "view/vista.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,26 +12,21 @@
 
 namespace kv {
 
-/// What happens when a turn ends; the poll and write folders answer.
-class AlTerminarElTurno {
+/// Who is told that a connection is free: its next request may be chosen.
+class AlQuedarLibre {
   public:
-    virtual ~AlTerminarElTurno() = default;
-    /// The response time-out of a waiting connection ticked.
-    virtual void alVencerTiempoFuera(Indice conexion) = 0;
-    /// The connection is free: its next request may be chosen.
+    virtual ~AlQuedarLibre() = default;
     virtual void alQuedarLibre(Indice conexion) = 0;
-    /// One of the two above ended with an exception; the connection has been seen to.
-    virtual void alFallar(Indice conexion, const char* que) = 0;
 };
 
 /// The rule of the connections, in one place. A connection is free, waiting for an answer, or
-/// pausing; `ocupada` is true from any send to the end of the pause, one request is outstanding at
-/// most, and a connection that is not free has exactly one of its two timers running, which will
-/// free it whatever else goes wrong. Nothing is sent to a station but through here.
+/// pausing; one request is outstanding at most, and a connection that is not free has exactly one
+/// of its two timers running, which will free it whatever else goes wrong. Nothing is sent to a
+/// station but through here.
 class Turnos {
   public:
-    Turnos(Bucle& bucle, Tablas& tablas, Vista& vista, Sello& sello);
-    void avisarA(AlTerminarElTurno* destino) { destino_ = destino; }
+    Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log);
+    void avisarA(AlQuedarLibre* destino) { destino_ = destino; }
     /// Makes the socket's companions of connection `k`: call once per connection, in order.
     void agregarConexion();
     void usarZocalo(Indice conexion, Zocalo* zocalo) { zocalos_[conexion] = zocalo; }
@@ -50,11 +46,15 @@ class Turnos {
         Retenido, ///< held back until the line is quiet; the connection pauses and will be freed
         Imposible ///< not connected or not free: nothing happened
     };
-    /// Sends a request on a free connection. `registro` tells what is asked for (see
+    /// Sends a request of `de` on a free connection. `registro` tells what is asked for (see
     /// RespuestasDebidas).
     /// `plazoMs` is how long its answer is waited for, above 0.
-    Envio enviar(Indice conexion, const Solicitud& trama, RespuestasDebidas::Registro registro,
-                 std::int64_t plazoMs);
+    Envio enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
+                 RespuestasDebidas::Registro registro, std::int64_t plazoMs);
+    /// Whose request is outstanding; null on a connection that does not wait.
+    [[nodiscard]] Transaccion* enCurso(Indice conexion) const {
+        return companeros_[conexion].enCurso;
+    }
     /// Sends again on a connection that waits for the same register. False when the link is gone:
     /// nothing was sent and the time-out runs on.
     bool reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
@@ -91,17 +91,19 @@ class Turnos {
     struct Companeros {
         std::unique_ptr<Temporizador> Timer_TimerPorIPPuerto;
         std::unique_ptr<Temporizador> Timer_IntervaloEntrePoleo;
+        Transaccion* enCurso = nullptr;
     };
     void ticTiempoFuera(Indice conexion);
     void ticPausa(Indice conexion);
+    void anotarFalla(Indice conexion, const char* que);
     void retener(Indice conexion, std::int64_t ms);
     void mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
 
     Bucle& bucle_;
     Tablas& tablas_;
-    Vista& vista_;
-    Sello& sello_;
-    AlTerminarElTurno* destino_ = nullptr;
+    Sucesos& sucesos_;
+    ArchivoLog& log_;
+    AlQuedarLibre* destino_ = nullptr;
     double pausaMs_ = 800;
     std::vector<Companeros> companeros_;
     std::vector<Zocalo*> zocalos_;

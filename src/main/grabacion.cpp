@@ -48,6 +48,7 @@ int mostrar(std::string contenido, std::ostream& errores) {
     SalidaDeTraza salida(true);
     Motor motor(bucle, archivos, carpeta);
     motor.vista.observar(&salida);
+    const TrazaAlMomento traza(motor.sucesos, motor.tablas, salida);
     Arranque arranque(motor, procesos);
     bucle.alFinalDeVuelta([&salida] { salida.volcarTodo(); }); // nobody else waits here
     motor.scriptControl.fijarDisco([&]() -> std::shared_ptr<vbscript::Disk> {

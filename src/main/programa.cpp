@@ -22,6 +22,7 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
       arranque(motor, procesos), terminar_(std::move(terminar)),
       log_(archivos, bucle.reloj(), opciones.carpeta, nombreDeLosRegistros()) {
     motor.vista.observar(&salida);
+    if (opciones.traza) traza_.emplace(motor.sucesos, motor.tablas, salida);
     constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
     bucle.alRecibirSenal(kSenales, [this](int) {
         resultado_ = kOrdenado;

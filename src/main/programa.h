@@ -61,6 +61,7 @@ class Programa {
     void mirarGrabacion();
     void mirarDescriptores();
 
+    std::optional<TrazaAlMomento> traza_;
     std::function<void()> terminar_;
     /// For what the platform has to say. Apart from the engine's, whose every look may be recorded.
     ArchivoLog log_;

@@ -39,7 +39,6 @@ void SalidaDeTraza::linea(std::string_view nombre, std::int64_t indice, std::str
 }
 
 void SalidaDeTraza::alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) {
-    if (!traza_) return;
     while (!texto.empty()) {
         const auto fin = texto.find("\r\n");
         linea(caja, indice, texto.substr(0, fin));

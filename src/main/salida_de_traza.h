@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/trazas.h"
 #include "view/observador.h"
 
 #include <string>
@@ -10,7 +11,7 @@ namespace kv {
 /// trace on every line of every box and every label on standard output. Lines are gathered and
 /// written once per turn of the loop. A reader that does not keep up never stops the driver: up to
 /// 64 MiB wait for it, then lines are lost and the number of those lost is printed.
-class SalidaDeTraza final : public Observador {
+class SalidaDeTraza final : public Observador, public LectorDeTrazas {
   public:
     explicit SalidaDeTraza(bool traza) : traza_(traza) {}
     ~SalidaDeTraza() override;

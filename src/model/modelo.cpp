@@ -22,9 +22,9 @@ double segundosUtiles(double segundos, double porDefecto) {
 } // namespace
 
 Modelo::Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
-               Vista& vista, Sello& sello, ArregloDeTemporizadores& Timer1_Bloques)
-    : tablas_(tablas), conexiones_(conexiones), publicacion_(publicacion), vista_(vista),
-      sello_(sello), Timer1_Bloques_(Timer1_Bloques) {}
+               RelojDeBloques& reloj, Vista& vista, Sello& sello)
+    : tablas_(tablas), conexiones_(conexiones), publicacion_(publicacion), reloj_(reloj),
+      vista_(vista), sello_(sello) {}
 
 void Modelo::levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
                             double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
@@ -75,7 +75,6 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
     vista_.lstViewSockets.poner(nueva.filaLista, 1, ip + ":" + puertoTCP);
     const auto k = static_cast<Indice>(tablas_.conexiones.agregar(std::move(nueva)));
     tablas_.anotarConexion(k);
-    vista_.txtTimerIpPuerto.usar(k, ip + ":" + puertoTCP);
     return k;
 }
 
@@ -140,8 +139,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     niveles[static_cast<std::size_t>(nivel)] += textoDeNumero(k) + ";";
 
     levantarVariable(b);
-    const auto trama =
-        armarTramaLectura(direccion, textoDeNumero(b.indiceEstacion), b.tramaSolicitudTexto);
+    const auto trama = armarTramaLectura(direccion, textoDeNumero(b.indiceEstacion));
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
@@ -179,9 +177,7 @@ void Modelo::levantarControles(const BloqueLectura& b) {
     else if (b.scanMs == 0)
         lista.poner(fila, 4, "SCAN 0: se lee al conectar y al forzar");
     lista.tildar(fila, b.activo);
-    if (Timer1_Bloques_.cuantos() == 0) Timer1_Bloques_.agregar();
-    Timer1_Bloques_.agregar();
-    vista_.txtTimer.usar(b.indice, textoDeNumero(b.indice + 1.0));
+    reloj_.agregar();
 }
 
 void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {

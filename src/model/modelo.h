@@ -2,8 +2,8 @@
 
 #include "link/conexiones.h"
 #include "plant/tablas.h"
-#include "platform/arreglo_de_temporizadores.h"
 #include "platform/sello.h"
+#include "poll/reloj_de_bloques.h"
 #include "script/publicacion.h"
 #include "view/vista.h"
 
@@ -16,8 +16,8 @@ namespace kv {
 /// timers and published variables exist.
 class Modelo {
   public:
-    Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion, Vista& vista,
-           Sello& sello, ArregloDeTemporizadores& Timer1_Bloques);
+    Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
+           RelojDeBloques& reloj, Vista& vista, Sello& sello);
 
     /// Seconds where times are meant. `leerDespuesDeEscribir` is accepted and not kept.
     void levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
@@ -57,9 +57,9 @@ class Modelo {
     Tablas& tablas_;
     GestorDeConexiones& conexiones_;
     Publicacion& publicacion_;
+    RelojDeBloques& reloj_;
     Vista& vista_;
     Sello& sello_;
-    ArregloDeTemporizadores& Timer1_Bloques_;
 };
 
 } // namespace kv

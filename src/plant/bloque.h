@@ -61,7 +61,6 @@ struct BloqueLectura : ConfiguracionDeBloque {
     double forzadoContador = 0; ///< answers so far
 
     Solicitud tramaSolicitud{};
-    std::string tramaSolicitudTexto;
 
     double valor = 0;
     double estado = 0; ///< kOk or kBad
@@ -83,6 +82,16 @@ enum class PasoDeEscritura : std::uint8_t {
     Terminada
 };
 
+/// How a write ended.
+enum class FinDeEscritura : std::uint8_t {
+    Confirmada,
+    SinRespuesta,       ///< all tries are used up
+    ConexionPerdida,    ///< it waited or was under way
+    PalabraDesconocida, ///< the register of its bit could not be read
+    Vencida,            ///< it waited for longer than a write may
+    ProgramaTerminado   ///< it waited or was under way when the program ended
+};
+
 /// A write: a register or one bit of it, a value, and how far it has come.
 struct BloqueEscritura {
     PasoDeEscritura paso = PasoDeEscritura::Terminada;
@@ -101,9 +110,7 @@ struct BloqueEscritura {
     std::int64_t leidaMs = 0;  ///< when a bit's register was read
     std::uint32_t lecturas = 0;
     Solicitud tramaSolicitud{};
-    std::string tramaSolicitudTexto;
     Solicitud tramaLectura{};
-    std::string trazaLectura;
     std::string clave;        ///< of the read block
     std::string origen;       ///< who asked for it
     double valorAnterior = 0; ///< of the register or bit when the frame left

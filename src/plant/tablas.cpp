@@ -89,4 +89,12 @@ void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
     if (!nueva && conexion < i->second.conexion) i->second = lugar;
 }
 
+std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {
+    const BloqueLectura& b = tablas.bloques[bloque];
+    const ConexionIP& c = tablas.conexiones[b.idConexion];
+    const Estacion& e = tablas.estacionDe(b);
+    return "[PLC " + textoDeNumero(e.numero) + " - Indice " + textoDeNumero(e.indice) + "] " +
+           c.ip + ":" + c.puertoTCP;
+}
+
 } // namespace kv

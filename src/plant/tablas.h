@@ -23,8 +23,6 @@ enum class EstadoDeTurno : std::uint8_t {
 
 /// One TCP connection: all stations with the same address share it, one request at a time.
 struct ConexionIP {
-    bool ocupada = false;     ///< from any send to the end of the pause
-    bool escribiendo = false; ///< the outstanding request belongs to a write
     bool escrituraPendiente = false;
     std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
     EstadoDeTurno turno = EstadoDeTurno::Libre;
@@ -59,8 +57,6 @@ struct ConexionIP {
     std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on
 
     std::vector<std::uint8_t> recepcion;
-    std::string recepcionTexto;
-    std::int16_t recepcionEstado = 0;
 };
 
 /// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
@@ -88,6 +84,9 @@ class Tablas {
         return conexiones[conexion].porPolear.siguienteEnRonda(posicion);
     }
     [[nodiscard]] Estacion& estacionDe(const BloqueLectura& b) {
+        return conexiones[b.idConexion].estaciones[b.idEstacion];
+    }
+    [[nodiscard]] const Estacion& estacionDe(const BloqueLectura& b) const {
         return conexiones[b.idConexion].estaciones[b.idEstacion];
     }
 
@@ -121,5 +120,8 @@ class Tablas {
     std::unordered_map<std::string, Indice> porDireccion_;
     std::unordered_map<std::uint64_t, LugarDeEstacion> porNumero_; ///< port and station number
 };
+
+/// "[PLC 1 - Indice 2] 10.0.0.1:502": a block's station, for operators.
+[[nodiscard]] std::string nombreDeEstacion(const Tablas& tablas, Indice bloque);
 
 } // namespace kv

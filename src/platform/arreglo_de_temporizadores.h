@@ -21,6 +21,7 @@ class ArregloDeTemporizadores {
             timers_.pop_back();
     }
     [[nodiscard]] Temporizador& operator[](std::size_t i) { return timers_[i]; }
+    [[nodiscard]] const Temporizador& operator[](std::size_t i) const { return timers_[i]; }
     [[nodiscard]] std::size_t cuantos() const { return timers_.size(); }
 
   private:

@@ -1,34 +1,25 @@
 #include "poll/estaciones_mudas.h"
 
 #include "plant/bases.h"
-#include "text/numeros.h"
 
 #include <algorithm>
 
 namespace kv {
 namespace {
 
-constexpr std::size_t kHabilitado = 3; // column of the blocks list
 constexpr std::string_view kSinRespuesta = "BAD - Estacion sin respuesta";
-
-std::string nombreDe(const ConexionIP& c, const Estacion& e) {
-    return "[PLC " + textoDeNumero(e.numero) + " - Indice " + textoDeNumero(e.indice) + "] " +
-           c.ip + ":" + c.puertoTCP;
-}
 
 } // namespace
 
 EstacionesMudas::EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                                 Vista& vista, Sello& sello, ArchivoLog& log,
-                                 ArregloDeTemporizadores& Timer1_Bloques)
-    : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), vista_(vista), sello_(sello),
-      log_(log), Timer1_Bloques_(Timer1_Bloques) {}
+                                 RelojDeBloques& reloj, Sucesos& sucesos, ArchivoLog& log)
+    : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), reloj_(reloj), sucesos_(sucesos),
+      log_(log) {}
 
 void EstacionesMudas::alAgotar(Indice bloque, bool estabaOK) {
-    const BloqueLectura& b = tablas_.bloques[bloque];
-    Estacion& e = tablas_.estacionDe(b);
+    Estacion& e = tablas_.estacionDe(tablas_.bloques[bloque]);
     if (e.muda) {
-        Timer1_Bloques_[bloque].habilitar(false);
+        reloj_.parar(bloque);
         return turnarSondeo(e);
     }
     if (limite_ < 1 || ++e.agotados < limite_) return;
@@ -38,30 +29,24 @@ void EstacionesMudas::alAgotar(Indice bloque, bool estabaOK) {
     });
     if (otro == e.bloques.end() || (estabaOK && e.agotados > limite_)) return enmudecer(e, bloque);
     // The verdict is this one's, and need not wait for its scan.
-    tablas_.ponerPendiente(*otro, true);
+    reloj_.pedir(*otro);
 }
 
-void EstacionesMudas::callar(BloqueLectura& b) {
-    tablas_.habilitar(b.indice, false);
-    Timer1_Bloques_[b.indice].habilitar(false);
-    b.reintentos = 0;
-    b.enDuda = false;
-    publicacion_.sinRespuesta(b.indice, kSinRespuesta);
-    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kHabilitado,
-                                        "Estacion sin respuesta desde " + sello_.ahora());
+void EstacionesMudas::callar(Indice bloque) {
+    reloj_.callar(bloque);
+    publicacion_.sinRespuesta(bloque, kSinRespuesta);
 }
 
 void EstacionesMudas::enmudecer(Estacion& e, Indice salvo) {
-    const ConexionIP& c = tablas_.conexiones[tablas_.bloques[salvo].idConexion];
-    const std::string quien = nombreDe(c, e);
     e.muda = true;
     for (const Indice i : e.bloques) {
-        if (i != salvo && tablas_.bloques[i].activo) callar(tablas_.bloques[i]);
+        if (i != salvo && tablas_.bloques[i].activo) callar(i);
     }
-    Timer1_Bloques_[salvo].habilitar(false);
+    reloj_.parar(salvo);
     turnarSondeo(e);
-    vista_.txtTramas.agregar(sello_.ahora() + " Estacion sin respuesta " + quien + "\r\n");
-    log_.escribirLog("DRIVER", "Estacion sin respuesta", quien);
+    sucesos_.decir(
+        {.que = Que::EstacionMuda, .conexion = tablas_.bloques[salvo].idConexion, .bloque = salvo});
+    log_.escribirLog("DRIVER", "Estacion sin respuesta", nombreDeEstacion(tablas_, salvo));
 }
 
 void EstacionesMudas::turnarSondeo(Estacion& e) {
@@ -69,48 +54,34 @@ void EstacionesMudas::turnarSondeo(Estacion& e) {
     for (std::size_t k = 0; k < e.bloques.size(); ++k) {
         e.sondea = (e.sondea + 1) % static_cast<std::uint32_t>(e.bloques.size());
         const BloqueLectura& b = tablas_.bloques[e.bloques[e.sondea]];
-        if (!b.activo || !b.tieneTrama) continue;
-        tablas_.habilitar(b.indice, false);
-        return Timer1_Bloques_[b.indice].rearmar(turnos_.descanso(b));
+        if (b.activo && b.tieneTrama) return reloj_.sondear(b.indice, turnos_.descanso(b));
     }
 }
 
 void EstacionesMudas::alContestar(Indice bloque) {
     Estacion& e = tablas_.estacionDe(tablas_.bloques[bloque]);
     e.agotados = 0;
-    volver(tablas_.bloques[bloque]); // also when it was a write that was answered
+    reloj_.volver(bloque); // also when it was a write that was answered
     if (!e.muda) return;
     e.muda = false;
     for (const Indice i : e.bloques) {
-        BloqueLectura& b = tablas_.bloques[i];
-        if (volver(b) && b.activo) tablas_.ponerPendiente(i, true);
+        if (reloj_.volver(i) && tablas_.bloques[i].activo) reloj_.pedir(i);
     }
-    const std::string quien = nombreDe(tablas_.conexiones[tablas_.bloques[bloque].idConexion], e);
-    vista_.txtTramas.agregar(sello_.ahora() + " Estacion contesta " + quien + "\r\n");
-    log_.escribirLog("DRIVER", "Estacion contesta", quien);
-}
-
-/// Ends a block's rest. False when it did not rest.
-bool EstacionesMudas::volver(BloqueLectura& b) {
-    b.sondeo = false;
-    if (b.habilitadoPorRespuestas) return false;
-    tablas_.habilitar(b.indice, true);
-    if (!b.activo) return true;
-    Timer1_Bloques_[b.indice].rearmar(b.scanMs);
-    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kHabilitado,
-                                        "Habilitado desde " + sello_.ahora());
-    return true;
+    sucesos_.decir({.que = Que::EstacionContesta,
+                    .conexion = tablas_.bloques[bloque].idConexion,
+                    .bloque = bloque});
+    log_.escribirLog("DRIVER", "Estacion contesta", nombreDeEstacion(tablas_, bloque));
 }
 
 void EstacionesMudas::alCambiarActivo(Indice bloque) {
-    BloqueLectura& b = tablas_.bloques[bloque];
+    const BloqueLectura& b = tablas_.bloques[bloque];
     Estacion& e = tablas_.estacionDe(b);
     if (!e.muda) return;
-    if (b.activo && b.habilitadoPorRespuestas && !b.sondeo) callar(b);
+    if (b.activo && b.habilitadoPorRespuestas && !b.sondeo) callar(bloque);
     // Whoever asked for all may have been switched off, or nobody could until now.
     const bool alguien = std::any_of(e.bloques.begin(), e.bloques.end(), [&](Indice i) {
         return tablas_.bloques[i].activo &&
-               (Timer1_Bloques_[i].habilitado() || tablas_.bloques[i].habilitadoPorRespuestas);
+               (reloj_.enMarcha(i) || tablas_.bloques[i].habilitadoPorRespuestas);
     });
     if (!alguien) turnarSondeo(e);
 }

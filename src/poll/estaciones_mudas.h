@@ -2,7 +2,7 @@
 
 #include "link/turno.h"
 #include "log/archivo_log.h"
-#include "platform/arreglo_de_temporizadores.h"
+#include "poll/reloj_de_bloques.h"
 #include "script/publicacion.h"
 
 namespace kv {
@@ -16,8 +16,8 @@ namespace kv {
 /// has done so too: two bad registers side by side condemn nobody.
 class EstacionesMudas {
   public:
-    EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Vista& vista,
-                    Sello& sello, ArchivoLog& log, ArregloDeTemporizadores& Timer1_Bloques);
+    EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, RelojDeBloques& reloj,
+                    Sucesos& sucesos, ArchivoLog& log);
     /// How many blocks in a row; 0 switches all of this off.
     void fijarLimite(double bloques) { limite_ = bloques; }
 
@@ -34,16 +34,14 @@ class EstacionesMudas {
     void enmudecer(Estacion& e, Indice salvo);
     /// Lets the next active block of the station rest for all; none if no block is active.
     void turnarSondeo(Estacion& e);
-    void callar(BloqueLectura& b);
-    bool volver(BloqueLectura& b);
+    void callar(Indice bloque);
 
     Tablas& tablas_;
     Turnos& turnos_;
     Publicacion& publicacion_;
-    Vista& vista_;
-    Sello& sello_;
+    RelojDeBloques& reloj_;
+    Sucesos& sucesos_;
     ArchivoLog& log_;
-    ArregloDeTemporizadores& Timer1_Bloques_;
     double limite_ = 2;
 };
 

@@ -1,55 +1,77 @@
 #include "poll/lectura.h"
 
-#include "text/numeros.h"
-#include "wire/Modulo_Tramas_KV2200.h"
+#include "plant/bases.h"
 
 namespace kv {
-namespace {
 
-constexpr std::size_t kColumnaLibre = 4; // of the blocks list
+Lectura::Lectura(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
+                 EstacionesMudas& mudas, RelojDeBloques& reloj, Sucesos& sucesos)
+    : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), mudas_(mudas),
+      reloj_(reloj), sucesos_(sucesos) {}
 
-} // namespace
-
-Lectura::Lectura(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Vista& vista,
-                 Sello& sello, ArregloDeTemporizadores& Timer1_Bloques)
-    : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), vista_(vista), sello_(sello),
-      Timer1_Bloques_(Timer1_Bloques) {}
-
-void Lectura::interpretarTramaRecepcionada_OK(Indice conexion) {
+void Lectura::contestada(Indice conexion, const Respuesta& respuesta) {
     ConexionIP& c = tablas_.conexiones[conexion];
     const Indice i = c.bloqueEnCurso;
-    const double valor =
-        valorDeRespuesta(std::span<const std::uint8_t, kLargoRespuesta>(c.recepcion));
-    vista_.txtTramas.agregar(sello_.ahora() + "  Recepcion <- " + c.recepcionTexto + "\r\n");
+    const double valor = valorDeRespuesta(respuesta);
     // Everything is settled before anybody is told: those who are told may let events run.
-    Turnos::vaciarRecepcion(c);
     if (c.bloqueDePrueba == i) c.bloqueDePrueba = kNinguno;
-    BloqueLectura& b = tablas_.bloques[i];
-    b.reintentos = 0;
-    b.sondeo = b.enDuda = false;
-    tablas_.ponerPendiente(i, false);
-    Timer1_Bloques_[i].rearmar(b.scanMs);
-    if (b.forzado && b.lecturaForzada) avanzarForzado(i);
+    reloj_.contestar(i);
+    Suceso recibida{.que = Que::Recepcion, .conexion = conexion, .bloque = i, .numero = valor};
+    recibida.poner(respuesta);
+    sucesos_.decir(recibida);
     turnos_.pausar(conexion);
-    if (destino_ != nullptr) destino_->alContestar(i);
+    mudas_.alContestar(i);
     publicacion_.valorLeido(i, valor);
 }
 
-void Lectura::avanzarForzado(Indice bloque) {
-    BloqueLectura& b = tablas_.bloques[bloque];
-    b.forzadoContador += 1;
-    Lista& lista = vista_.lstViewEstadoDeBloques;
-    if (b.forzadoContador < b.forzadoVeces) {
-        // The first answer is told of as the second of its count, as it always was.
-        lista.poner(b.filaBloque, kColumnaLibre,
-                    "FORZADO POR NIVEL: Recepcion " + textoDeNumero(b.forzadoContador + 1) +
-                        " de " + textoDeNumero(b.forzadoVeces));
-        if (b.scanMs == 0) tablas_.ponerPendiente(bloque, true);
-        return;
+void Lectura::dudosa(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const Indice i = c.bloqueEnCurso;
+    if (reloj_.dudar(i) && !reloj_.reintentar(i)) return deshabilitar(conexion, i);
+    c.bloqueDePrueba = i;
+    turnos_.pausar(conexion);
+}
+
+void Lectura::vencida(Indice conexion) {
+    const Indice i = tablas_.conexiones[conexion].bloqueEnCurso;
+    if (i == kNinguno) return turnos_.pausar(conexion);
+    if (!tablas_.bloques[i].activo) {
+        // Switched off while its request was out. The pause chooses what comes next, so that a
+        // write that waits for its turn is not left waiting.
+        reloj_.parar(i);
+        return turnos_.pausar(conexion);
     }
-    b.forzado = false;
-    if (!b.activoSinForzar) publicacion_.ponerActivo(bloque, false);
-    lista.poner(b.filaBloque, kColumnaLibre, "FORZADO POR NIVEL OK");
+    sucesos_.decir({.que = Que::TiempoFuera, .conexion = conexion, .bloque = i});
+    if (!reloj_.reintentar(i)) return deshabilitar(conexion, i);
+    reintentarBloque(i);
+}
+
+void Lectura::perdida(Indice conexion) { tablas_.conexiones[conexion].bloqueEnCurso = kNinguno; }
+
+/// On a lost link nothing is sent and the time-out runs on.
+void Lectura::reintentarBloque(Indice bloque) {
+    const BloqueLectura& b = tablas_.bloques[bloque];
+    if (!turnos_.conectada(b.idConexion)) return;
+    Suceso otra{.que = Que::Reintento,
+                .detalle = static_cast<std::int16_t>(b.reintentos),
+                .conexion = b.idConexion,
+                .bloque = bloque};
+    otra.poner(b.tramaSolicitud);
+    sucesos_.decir(otra);
+    turnos_.reenviar(b.idConexion, b.tramaSolicitud, b.tiempoFueraMs);
+    bucle_.dejarCorrerPendientes();
+}
+
+void Lectura::deshabilitar(Indice conexion, Indice bloque) {
+    const BloqueLectura& b = tablas_.bloques[bloque];
+    const bool estabaOK = b.estado == kOk;
+    ConexionIP& c = tablas_.conexiones[conexion];
+    // It has had its turn: after its rest it waits like the others.
+    if (c.bloqueDePrueba == bloque) c.bloqueDePrueba = kNinguno;
+    reloj_.descansar(bloque, turnos_.descanso(b));
+    turnos_.pausar(conexion);
+    publicacion_.sinRespuesta(bloque, "BAD - Por TimeOut - Deshabilitacion");
+    mudas_.alAgotar(bloque, estabaOK);
 }
 
 } // namespace kv

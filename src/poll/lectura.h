@@ -1,37 +1,37 @@
 #pragma once
 
+#include "link/transaccion.h"
 #include "link/turno.h"
-#include "platform/arreglo_de_temporizadores.h"
+#include "poll/estaciones_mudas.h"
+#include "poll/reloj_de_bloques.h"
 #include "script/publicacion.h"
 
 namespace kv {
 
-/// Those whom it concerns that a station has answered.
-class AlContestarEstacion {
+/// A read that is out, and how it ends: its answer becomes the value of the polled register;
+/// silence leads through retries to BAD and a rest.
+class Lectura final : public Transaccion {
   public:
-    virtual ~AlContestarEstacion() = default;
-    virtual void alContestar(Indice bloque) = 0;
-};
-
-/// Turns the valid answer of a read into the value of the polled register and settles the
-/// transaction.
-class Lectura {
-  public:
-    Lectura(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Vista& vista, Sello& sello,
-            ArregloDeTemporizadores& Timer1_Bloques);
-    void avisarA(AlContestarEstacion* destino) { destino_ = destino; }
-    void interpretarTramaRecepcionada_OK(Indice conexion);
+    Lectura(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
+            EstacionesMudas& mudas, RelojDeBloques& reloj, Sucesos& sucesos);
+    void contestada(Indice conexion, const Respuesta& respuesta) override;
+    /// The block has the next turn whose answer counts. Being asked on trial hurts no healthy
+    /// block, so one such try in a row is not counted.
+    void dudosa(Indice conexion) override;
+    void vencida(Indice conexion) override;
+    void perdida(Indice conexion) override;
 
   private:
-    void avanzarForzado(Indice bloque);
+    void reintentarBloque(Indice bloque);
+    void deshabilitar(Indice conexion, Indice bloque);
 
+    Bucle& bucle_;
     Tablas& tablas_;
     Turnos& turnos_;
     Publicacion& publicacion_;
-    Vista& vista_;
-    Sello& sello_;
-    ArregloDeTemporizadores& Timer1_Bloques_;
-    AlContestarEstacion* destino_ = nullptr;
+    EstacionesMudas& mudas_;
+    RelojDeBloques& reloj_;
+    Sucesos& sucesos_;
 };
 
 } // namespace kv

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "link/turno.h"
-#include "log/archivo_log.h"
-#include "platform/arreglo_de_temporizadores.h"
 #include "poll/estaciones_mudas.h"
-#include "view/vista.h"
+#include "poll/lectura.h"
+#include "poll/reloj_de_bloques.h"
 
 namespace kv {
 
@@ -19,43 +18,36 @@ class TurnoDeEscrituras {
     [[nodiscard]] virtual bool aMedias(Indice conexion) const = 0;
 };
 
-/// The polling scheduler: block timers mark blocks due; a free connection gets its next request,
+/// The polling scheduler: block clocks mark blocks due; a free connection gets its next request,
 /// writes first, then due blocks in turn.
-class Poleo {
+class Poleo final : public AlQuedarLibre {
   public:
-    Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-          EstacionesMudas& mudas, Vista& vista, Sello& sello,
-          ArregloDeTemporizadores& Timer1_Bloques);
+    Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Lectura& lectura, EstacionesMudas& mudas,
+          RelojDeBloques& reloj, Sucesos& sucesos);
     void escribirCon(TurnoDeEscrituras* escrituras) { escrituras_ = escrituras; }
 
     /// The connection came up: its enabled blocks become due and the first request leaves.
     void activarPoling_En_Socket(Indice conexion);
-    /// The connection was lost: nothing is outstanding and no block timer runs.
+    /// The connection was lost: nothing is outstanding and no block's clock runs.
     void desActivarPoling_En_Socket(Indice conexion);
     /// Chooses and sends the next request of a free connection; on any other it does nothing.
     void buscoSiguienteAPolear(Indice conexion);
-    /// Sends the block's read request if its connection is free. True when it left.
-    bool polearBloque(Indice bloque);
     /// The end of a connection's pause: its own next request, and that of one other connection in
     /// turn, so that one whose events were lost is found again.
-    void alTerminarPausa(Indice conexion);
-
-    /// Tick of a block's timer.
-    void Timer1_Bloques_Timer(std::size_t bloque);
+    void alQuedarLibre(Indice conexion) override;
 
   private:
     [[nodiscard]] Indice elegir(Indice conexion);
-    void rehabilitar(Indice bloque);
+    void polearBloque(Indice bloque);
     [[nodiscard]] bool tocaEscribir(const ConexionIP& c, Indice conexion) const;
 
     Bucle& bucle_;
     Tablas& tablas_;
     Turnos& turnos_;
-    Publicacion& publicacion_;
+    Lectura& lectura_;
     EstacionesMudas& mudas_;
-    Vista& vista_;
-    Sello& sello_;
-    ArregloDeTemporizadores& Timer1_Bloques_;
+    RelojDeBloques& reloj_;
+    Sucesos& sucesos_;
     TurnoDeEscrituras* escrituras_ = nullptr;
     Indice cursorConexiones_ = 0;
 };

@@ -26,9 +26,9 @@ std::string rutaDelGuion(const std::string& ruta) {
     return {};
 }
 
-Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sello& sello,
-             ArchivoLog& log)
-    : bucle_(bucle), archivos_(archivos), control_(control), vista_(vista), sello_(sello),
+Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista,
+             Sucesos& sucesos, ArchivoLog& log)
+    : bucle_(bucle), archivos_(archivos), control_(control), vista_(vista), sucesos_(sucesos),
       log_(log) {}
 
 void Guion::ejectutarScript() {
@@ -62,7 +62,7 @@ void Guion::informar(const vbscript::ScriptError& error) {
                             ", " + textoDeNumero(error.column) + "): " + enCastellano(error) +
                             " (" + textoDeNumero(error.number) + ")";
     if (dichos_.size() >= kErroresDichos || !dichos_.insert(que).second) return;
-    vista_.txtTramas.agregar(sello_.ahora() + "  *Guion* " + que + "\r\n");
+    sucesos_.decir({.que = Que::FallaDelGuion}, que);
     log_.escribirLog("DRIVER", "Guion", que, error.source);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "events/sucesos.h"
 #include "log/archivo_log.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
-#include "platform/sello.h"
 #include "script/ScriptControl.h"
 #include "view/vista.h"
 
@@ -21,7 +21,7 @@ namespace kv {
 /// The plant engineer's script: loaded into the host and run after every answer.
 class Guion {
   public:
-    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sello& sello,
+    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sucesos& sucesos,
           ArchivoLog& log);
     void fijarRuta(std::string ruta) { ruta_ = std::move(ruta); }
     [[nodiscard]] const std::string& ruta() const { return ruta_; }
@@ -49,7 +49,7 @@ class Guion {
     Archivos& archivos_;
     ScriptControl& control_;
     Vista& vista_;
-    Sello& sello_;
+    Sucesos& sucesos_;
     ArchivoLog& log_;
     std::string ruta_;
     std::string texto_;

@@ -2,15 +2,11 @@
 
 #include "plant/bases.h"
 #include "text/numeros.h"
+#include "view/columnas.h"
 
 namespace kv {
-namespace {
 
-constexpr std::size_t kValor = 1; // columns of the variables list
-constexpr std::size_t kEstado = 2;
-constexpr std::size_t kFechaHora = 3;
-
-} // namespace
+using namespace de_variables;
 
 Publicacion::Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sello& sello)
     : tablas_(tablas), guion_(guion), vista_(vista), sello_(sello) {}

@@ -39,10 +39,11 @@ std::string_view textoDeEstado(EstadoZocalo estado) {
 } // namespace
 
 FrmServerTCP::FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes, Vista& vista,
-                           ArchivoLog& log, OrdenesDelCliente& ordenes)
-    : bucle_(bucle), tablas_(tablas), ajustes_(ajustes), vista_(vista), log_(log, bucle.reloj()),
+                           Sucesos& sucesos, ArchivoLog& log, OrdenesDelCliente& ordenes)
+    : bucle_(bucle), tablas_(tablas), ajustes_(ajustes), vista_(vista), sucesos_(sucesos),
+      log_(log, bucle.reloj()),
       puerta_(ajustes, bucle.reloj(), [this](const std::string& queja) { quejarse(queja); }),
-      sesion_(bucle, tablas, vista, log_, puerta_, ordenes, *this),
+      sesion_(bucle, tablas, vista, sucesos, log_, puerta_, ordenes, *this),
       wsEscucha_(bucle.crearZocalo(*this, 0)),
       TimerEstado_(bucle.crearTemporizador([this] { TimerEstado_Timer(); })),
       timer_keep_Alive_(bucle.crearTemporizador([this] { timer_keep_Alive_Timer(); })),
@@ -256,7 +257,8 @@ void FrmServerTCP::enviarSuelto(std::string_view bytes) { enviar(bytes); }
 void FrmServerTCP::enviarSobre() {
     cerrarSobre(sobre_, separadores_);
     enviar(sobre_);
-    if (vista_.FrmServerTCPVisible) vista_.servidor.Text1.agregar(utf8DesdeWindows1252(sobre_));
+    if (vista_.FrmServerTCPVisible)
+        sucesos_.decir({.que = Que::AlCliente}, utf8DesdeWindows1252(sobre_));
     sobre_.clear();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "events/sucesos.h"
 #include "log/archivo_log.h"
 #include "plant/tablas.h"
 #include "platform/bucle.h"
@@ -26,7 +27,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
   public:
     /// All that is given must outlive the server.
     FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes, Vista& vista,
-                 ArchivoLog& log, OrdenesDelCliente& ordenes);
+                 Sucesos& sucesos, ArchivoLog& log, OrdenesDelCliente& ordenes);
     FrmServerTCP(const FrmServerTCP&) = delete;
     FrmServerTCP& operator=(const FrmServerTCP&) = delete;
 
@@ -82,6 +83,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     const Tablas& tablas_;
     Ajustes& ajustes_;
     Vista& vista_;
+    Sucesos& sucesos_;
     LogAcotado log_;
     Puerta puerta_;
     Sesion sesion_;

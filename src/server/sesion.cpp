@@ -31,10 +31,10 @@ std::string paraMostrar(std::string_view llegada, std::size_t maximo) {
 
 } // namespace
 
-Sesion::Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, LogAcotado& log, Puerta& puerta,
-               OrdenesDelCliente& ordenes, CableDelCliente& cable)
-    : bucle_(bucle), tablas_(tablas), vista_(vista), log_(log), puerta_(puerta), ordenes_(ordenes),
-      cable_(cable) {}
+Sesion::Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& sucesos, LogAcotado& log,
+               Puerta& puerta, OrdenesDelCliente& ordenes, CableDelCliente& cable)
+    : bucle_(bucle), tablas_(tablas), vista_(vista), sucesos_(sucesos), log_(log), puerta_(puerta),
+      ordenes_(ordenes), cable_(cable) {}
 
 void Sesion::empezar(std::string_view remoto) {
     ++numero_;
@@ -53,8 +53,7 @@ void Sesion::atender(std::string_view llegada) {
 }
 
 void Sesion::anotar(std::string_view llegada) {
-    vista_.servidor.Text2.agregar(formatoGeneral(bucle_.reloj().ahora()) + "[" +
-                                  paraMostrar(llegada, kLlegadaEnCaja) + "]\r\n");
+    sucesos_.decir({.que = Que::DelCliente}, paraMostrar(llegada, kLlegadaEnCaja));
 }
 
 void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
@@ -101,8 +100,8 @@ bool Sesion::porTramas(std::string& memoria, const Marcas& marcas, F hacer) {
     Tramas tramas = extraerTramas(memoria, marcas);
     std::size_t tomadas = 0;
     if (tramas.repetidas > 0 && marcas.abre == kMarcasDeEscritura.abre)
-        vista_.servidor.Text2.agregar("  " + std::to_string(tramas.repetidas) +
-                                      " escrituras repetidas en una llegada: se hacen una vez\r\n");
+        sucesos_.decir(
+            {.que = Que::RepetidasDelCliente, .numero = static_cast<double>(tramas.repetidas)});
     try {
         for (const std::string& contenido : tramas.contenidos) {
             ++tomadas;

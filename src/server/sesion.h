@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/sucesos.h"
 #include "plant/tablas.h"
 #include "platform/bucle.h"
 #include "server/log_acotado.h"
@@ -31,8 +32,8 @@ class CableDelCliente {
 /// while an order lets events run, another arrival, and another client, may come.
 class Sesion {
   public:
-    Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, LogAcotado& log, Puerta& puerta,
-           OrdenesDelCliente& ordenes, CableDelCliente& cable);
+    Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& sucesos, LogAcotado& log,
+           Puerta& puerta, OrdenesDelCliente& ordenes, CableDelCliente& cable);
 
     /// Whether an arrival from `remoto` ("address:port"), who is not known yet, is the password.
     [[nodiscard]] bool identificar(std::string_view llegada, std::string_view remoto);
@@ -64,6 +65,7 @@ class Sesion {
     Bucle& bucle_;
     const Tablas& tablas_;
     Vista& vista_;
+    Sucesos& sucesos_;
     LogAcotado& log_;
     Puerta& puerta_;
     OrdenesDelCliente& ordenes_;

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "view/caja_de_texto.h"
 #include "view/lista.h"
 #include "view/observador.h"
 
-#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,41 +27,14 @@ class Etiqueta {
     Color color_ = Color::Ninguno;
 };
 
-/// A numbered array of trace boxes with the tab strip that chooses among them. There is always one
-/// box and one tab beyond those in use.
-class CajasConFichas {
-  public:
-    CajasConFichas(PresupuestoDeCajas& presupuesto, std::string_view cajas,
-                   std::string_view fichas);
-    /// Box and tab `i` come into use under `titulo`; a new spare box and tab follow.
-    void usar(std::size_t i, std::string_view titulo);
-    /// Back to one empty box and one tab.
-    void vaciar();
-    [[nodiscard]] CajaDeTexto& operator[](std::size_t i) { return cajas_[i]; }
-    [[nodiscard]] const CajaDeTexto& operator[](std::size_t i) const { return cajas_[i]; }
-    [[nodiscard]] std::size_t cuantas() const { return cajas_.size(); }
-    [[nodiscard]] const std::string& titulo(std::size_t i) const { return titulos_[i]; }
-    [[nodiscard]] std::string_view nombre() const { return nombre_; }
-    [[nodiscard]] std::string_view fichas() const { return fichas_; }
-
-  private:
-    PresupuestoDeCajas& presupuesto_;
-    std::string_view nombre_;
-    std::string_view fichas_;
-    std::deque<CajaDeTexto> cajas_;
-    std::vector<std::string> titulos_;
-};
-
-/// The supervisory client's window: what its wire brings and takes, and how the link stands. It is
-/// served whether the window is shown or not.
+/// The supervisory client's window: how its link stands. It is served whether the window is
+/// shown or not.
 struct VistaServidor {
-    VistaServidor(Observador*& observador, PresupuestoDeCajas& presupuesto);
+    explicit VistaServidor(Observador*& observador);
 
     Etiqueta lblPuertoServidor;
     Etiqueta lblEstado;
     Etiqueta lblKeepALive;
-    CajaDeTexto Text1; ///< outgoing, written only while the window is shown
-    CajaDeTexto Text2; ///< incoming
 };
 
 /// All that the windows show, without any toolkit. The engine writes here and nowhere else; a
@@ -81,20 +52,11 @@ class Vista {
 
   private:
     Observador* observador_ = nullptr;
-    PresupuestoDeCajas presupuesto_;
 
   public:
     Lista lstViewSockets{"lstViewSockets"};
     Lista lstViewVariables{"lstViewVariables", true};
     Lista lstViewEstadoDeBloques{"lstViewEstadoDeBloques"};
-
-    CajaDeTexto txtTramas{presupuesto_, "txtTramas", -1};
-    CajaDeTexto txtTramasDescartadas{presupuesto_, "txtTramasDescartadas", -1};
-    CajaDeTexto txtDemandaLecturaEscritura{presupuesto_, "txtDemandaLecturaEscritura", -1};
-    CajasConFichas txtTimer{presupuesto_, "txtTimer", "TabStriptxtTimerPorBloque"};
-    CajasConFichas txtTimerIpPuerto{presupuesto_, "txtTimerIpPuerto", "TabStripTimerIpPuerto"};
-    CajasConFichas txtTimerEscritura{presupuesto_, "txtTimerEscritura",
-                                     "TabStriptxtTimerPorBloqueEscritura"};
 
     Etiqueta Label1{observador_, "Label1"};
     Etiqueta Label10{observador_, "Label10"};
@@ -103,7 +65,7 @@ class Vista {
     Etiqueta lblEstadoScript{observador_, "lblEstadoScript"};
     Etiqueta lblResultadoBusqueda{observador_, "lblResultadoBusqueda"};
 
-    VistaServidor servidor{observador_, presupuesto_};
+    VistaServidor servidor{observador_};
 
     bool Form1Visible = false;
     bool FrmServerTCPVisible = false;

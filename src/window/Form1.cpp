@@ -174,7 +174,7 @@ QWidget* Form1::armarListas() {
     return partes;
 }
 
-CajaDeTraza* Form1::traza(const QString& titulo, const CajaDeTexto& caja) {
+CajaDeTraza* Form1::traza(const QString& titulo, const Traza& caja) {
     auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
     cajas_.push_back(t);
@@ -182,37 +182,38 @@ CajaDeTraza* Form1::traza(const QString& titulo, const CajaDeTexto& caja) {
 }
 
 QWidget* Form1::armarTrazas() {
+    const Trazas& trazas = partes_.trazas;
     auto* paginas = control<QTabWidget>("fichasDeTrazas");
     paginas->setDocumentMode(true);
-    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), vista_.txtTramas), tr("Tramas"));
-    paginas->addTab(traza(tr("Tramas descartadas"), vista_.txtTramasDescartadas),
+    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), trazas.txtTramas), tr("Tramas"));
+    paginas->addTab(traza(tr("Tramas descartadas"), trazas.txtTramasDescartadas),
                     tr("Descartadas"));
-    const auto fichas = [&](const CajasConFichas& cajas, const TituloDeFicha& deFicha,
-                            const QString& titulo, const QString& ficha) {
-        auto* f = hacer<Fichas>(cajas, deFicha, titulo, this);
+    const auto fichas = [&](FuenteDeFichas fuente, const QString& titulo, const QString& ficha) {
+        auto* f = hacer<Fichas>(std::move(fuente), titulo, this);
         connect(f, &Fichas::guardar, this, &Form1::guardar);
         fichas_.push_back(f);
         paginas->addTab(f, ficha);
     };
-    fichas(
-        vista_.txtTimer, [this](std::size_t i) { return tituloDeBloque(i); },
-        tr("Temporizador de un bloque"), tr("Por bloque"));
-    fichas(
-        vista_.txtTimerIpPuerto,
-        [this](std::size_t i) { return enQt(vista_.txtTimerIpPuerto.titulo(i)); },
-        tr("Tiempos de una conexión"), tr("Por conexión"));
+    // The number alone tells nobody which block it is. Rows are in the order of the tabs.
+    fichas({"txtTimer", "TabStriptxtTimerPorBloque",
+            [this] { return vista_.lstViewEstadoDeBloques.filas(); },
+            [this](std::size_t i) {
+                return QString::number(i + 1) + ":  " +
+                       enQt(vista_.lstViewEstadoDeBloques.texto(static_cast<std::uint32_t>(i), 0));
+            },
+            [&trazas](std::size_t i) { return trazas.txtTimer(i); }},
+           tr("Temporizador de un bloque"), tr("Por bloque"));
+    fichas({"txtTimerIpPuerto", "TabStripTimerIpPuerto",
+            [this] { return vista_.lstViewSockets.filas(); },
+            [this](std::size_t i) {
+                return enQt(vista_.lstViewSockets.texto(static_cast<std::uint32_t>(i), 1));
+            },
+            [&trazas](std::size_t i) { return trazas.txtTimerIpPuerto(i); }},
+           tr("Tiempos de una conexión"), tr("Por conexión"));
+    paginas->addTab(traza(tr("Pasos de las escrituras"), trazas.txtTimerEscritura),
+                    tr("Escrituras"));
     trazas_ = paginas;
     return paginas;
-}
-
-/// The number alone tells nobody which block it is. Blocks are listed in the order of their tabs.
-QString Form1::tituloDeBloque(std::size_t ficha) const {
-    const Lista& bloques = vista_.lstViewEstadoDeBloques;
-    const auto fila = static_cast<std::uint32_t>(ficha);
-    QString titulo = enQt(vista_.txtTimer.titulo(ficha));
-    if (bloques.etiqueta(fila) == static_cast<std::int64_t>(ficha))
-        titulo += ":  " + enQt(bloques.texto(fila, 0));
-    return titulo;
 }
 
 QWidget* Form1::armarOrdenes() {
@@ -230,7 +231,7 @@ QWidget* Form1::armarOrdenes() {
     comandos->setMaximumHeight(panel_->sizeHint().height());
     columna->addWidget(comandos, 3);
     columna->addWidget(
-        traza(tr("Lecturas y escrituras pedidas"), vista_.txtDemandaLecturaEscritura), 1);
+        traza(tr("Lecturas y escrituras pedidas"), partes_.trazas.txtDemandaLecturaEscritura), 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/trazas.h"
 #include "operator/editor_de_guion.h"
 #include "operator/operador.h"
 #include "view/vista.h"
@@ -33,6 +34,7 @@ class TablaDeLista;
 /// What the windows show and whom they ask. All of them must outlive the windows.
 struct PartesDeVentana {
     Vista& vista;
+    const Trazas& trazas;
     Operador& operador;
     EditorDeGuion& editor;
     Mensajero& mensajero;
@@ -67,8 +69,7 @@ class Form1 final : public QMainWindow {
     QWidget* armarTrazas();
     QWidget* armarOrdenes();
     void conectarListas();
-    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
-    [[nodiscard]] QString tituloDeBloque(std::size_t ficha) const;
+    CajaDeTraza* traza(const QString& titulo, const Traza& caja);
     void seguir(bool seguir);
     void refrescarCabeza();
     void MnuScript();

@@ -37,9 +37,6 @@ class Mensajero final : public QObject, public Observador {
     }
     [[nodiscard]] int abiertos() const { return abiertos_; }
 
-    void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override {
-        siguiente_.alAgregar(caja, indice, texto);
-    }
     void alCambiarEtiqueta(std::string_view etiqueta, std::string_view texto) override {
         siguiente_.alCambiarEtiqueta(etiqueta, texto);
     }

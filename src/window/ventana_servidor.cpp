@@ -18,13 +18,13 @@ constexpr int kRitmoMs = 300;
 
 } // namespace
 
-VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
-                                 Mensajero& mensajero)
+VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& trazas,
+                                 Operador& operador, Mensajero& mensajero)
     : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
       lblPuertoServidor_(rotulo("lblPuertoServidor", this)), lblEstado_(rotulo("lblEstado", this)),
       lblKeepALive_(rotulo("lblKeepALive", this)),
-      Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), vista.Text1)),
-      Text2_(traza(tr("Del cliente"), vista.Text2)) {
+      Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), trazas.Text1)),
+      Text2_(traza(tr("Del cliente"), trazas.Text2)) {
     setObjectName("FrmServerTCP");
     setWindowTitle(tr("Servidor de clientes"));
     setWindowIcon(iconoDelPrograma());
@@ -47,7 +47,7 @@ VentanaServidor::VentanaServidor(const VistaServidor& vista, Operador& operador,
     prepararVentana(*this);
 }
 
-CajaDeTraza* VentanaServidor::traza(const QString& titulo, const CajaDeTexto& caja) {
+CajaDeTraza* VentanaServidor::traza(const QString& titulo, const Traza& caja) {
     auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, [this](const QString& ruta, const QString& texto) {
         mensajero_.avisar(operador_.guardar(deQt(ruta), deQt(texto)));

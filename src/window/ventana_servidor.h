@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/trazas.h"
 #include "operator/operador.h"
 #include "view/vista.h"
 
@@ -20,7 +21,8 @@ class Mensajero;
 class VentanaServidor final : public QWidget {
     Q_OBJECT
   public:
-    VentanaServidor(const VistaServidor& vista, Operador& operador, Mensajero& mensajero);
+    VentanaServidor(const VistaServidor& vista, const Trazas& trazas, Operador& operador,
+                    Mensajero& mensajero);
     void refrescar();
 
   protected:
@@ -29,7 +31,7 @@ class VentanaServidor final : public QWidget {
     void closeEvent(QCloseEvent* suceso) override;
 
   private:
-    CajaDeTraza* traza(const QString& titulo, const CajaDeTexto& caja);
+    CajaDeTraza* traza(const QString& titulo, const Traza& caja);
 
     const VistaServidor& vista_;
     Operador& operador_;

@@ -18,7 +18,7 @@ void mostrar(QWidget& ventana, bool seVe) {
 
 Ventanas::Ventanas(const PartesDeVentana& partes)
     : vista_(partes.vista), form1_(partes),
-      servidor_(partes.vista.servidor, partes.operador, partes.mensajero) {
+      servidor_(partes.vista.servidor, partes.trazas, partes.operador, partes.mensajero) {
     partes.mensajero.delante(&form1_);
 }
 

@@ -25,7 +25,7 @@ std::optional<std::uint8_t> byteDeDireccion(std::string_view direccion) {
 }
 
 std::optional<Solicitud> armar(std::uint8_t orden, std::string_view direccion,
-                               std::string_view estacion, std::uint16_t valor, std::string& traza) {
+                               std::string_view estacion, std::uint16_t valor) {
     const auto e = byteDeEstacion(estacion);
     const auto d = byteDeDireccion(direccion);
     if (!e || !d) return std::nullopt;
@@ -37,22 +37,20 @@ std::optional<Solicitud> armar(std::uint8_t orden, std::string_view direccion,
                     static_cast<std::uint8_t>(valor & 0xFF),
                     0};
     trama.back() = sumaDeControl(std::span(trama).first(kLargoSolicitud - 1));
-    traza = trazaDeTrama(trama);
     return trama;
 }
 
 } // namespace
 
-std::optional<Solicitud> armarTramaLectura(std::string_view direccion, std::string_view estacion,
-                                           std::string& traza) {
-    return armar(kLeer, direccion, estacion, 0, traza);
+std::optional<Solicitud> armarTramaLectura(std::string_view direccion, std::string_view estacion) {
+    return armar(kLeer, direccion, estacion, 0);
 }
 
 std::optional<Solicitud> armarTramaEscritura(std::string_view direccion, std::string_view estacion,
-                                             double valor, std::string& traza) {
+                                             double valor) {
     if (!(valor >= -32768 && valor <= 65535) || valor != std::floor(valor)) return std::nullopt;
     const auto bits = static_cast<std::uint16_t>(static_cast<std::int32_t>(valor));
-    return armar(kEscribir, direccion, estacion, bits, traza);
+    return armar(kEscribir, direccion, estacion, bits);
 }
 
 bool verificarTramaRespuesta(std::span<const std::uint8_t> trama) {

@@ -20,15 +20,14 @@ using Respuesta = std::array<std::uint8_t, kLargoRespuesta>;
 
 /// The request that reads one register. `direccion` is the register as hexadecimal text, 0 to FF;
 /// `estacion` the station's index in decimal, 0 to 99, whose digits are read as hexadecimal ones.
-/// Nothing when either does not fit its byte; otherwise `traza` gets the printable form.
-[[nodiscard]] std::optional<Solicitud>
-armarTramaLectura(std::string_view direccion, std::string_view estacion, std::string& traza);
+/// Nothing when either does not fit its byte.
+[[nodiscard]] std::optional<Solicitud> armarTramaLectura(std::string_view direccion,
+                                                         std::string_view estacion);
 
 /// The request that writes one register. `valor` is a whole number from -32768 to 65535; a negative
 /// one travels as the 16-bit number of the same bits. Nothing for any other value.
 [[nodiscard]] std::optional<Solicitud> armarTramaEscritura(std::string_view direccion,
-                                                           std::string_view estacion, double valor,
-                                                           std::string& traza);
+                                                           std::string_view estacion, double valor);
 
 /// Whether byte 0 is the marker and the last byte is the sum of those between, modulo 256.
 [[nodiscard]] bool verificarTramaRespuesta(std::span<const std::uint8_t> trama);

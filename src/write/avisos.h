@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/redaccion.h"
 #include "plant/bloque.h"
 
 #include <cstdint>
@@ -7,19 +8,6 @@
 #include <string_view>
 
 namespace kv {
-
-/// How a write ended.
-enum class FinDeEscritura : std::uint8_t {
-    Confirmada,
-    SinRespuesta,       ///< all tries are used up
-    ConexionPerdida,    ///< it waited or was under way
-    PalabraDesconocida, ///< the register of its bit could not be read
-    Vencida,            ///< it waited for longer than a write may
-    ProgramaTerminado   ///< it waited or was under way when the program ended
-};
-
-/// "confirmada", "sin respuesta" and so on: how operators and records say it.
-[[nodiscard]] std::string_view palabras(FinDeEscritura fin);
 
 /// "1.1.10", or "1.1.10.3" for a bit.
 [[nodiscard]] std::string direccionDe(const BloqueEscritura& escritura);
@@ -30,7 +18,8 @@ struct Rechazo {
     double valor = 0;
     std::string_view origen;
     std::string_view motivo;
-    std::string_view texto; ///< what the operator's box says, where it has a wording of its own
+    Suceso suceso = {};          ///< what the operator's box says it with, if not as any refusal
+    std::string_view dicho = {}; ///< the text of that
 };
 
 /// Writes of the script are told to the records only: it makes them by the thousand.

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "platform/sello.h"
-#include "view/vista.h"
 #include "write/avisos.h"
 
 namespace kv {
 
-/// Says in the operator's box what became of the writes that a window or the client asked for, and
-/// passes everything on to the records.
+/// Says what became of the writes that a window or the client asked for, and passes everything on
+/// to the records.
 class CajaDePedidos final : public AvisoDeEscritura {
   public:
-    CajaDePedidos(Vista& vista, Sello& sello, AvisoDeEscritura& registro)
-        : vista_(vista), sello_(sello), registro_(&registro) {}
+    CajaDePedidos(Sucesos& sucesos, AvisoDeEscritura& registro)
+        : sucesos_(sucesos), registro_(&registro) {}
     /// Another record, which has to outlive this.
     void registrarEn(AvisoDeEscritura& registro) { registro_ = &registro; }
 
@@ -21,10 +19,9 @@ class CajaDePedidos final : public AvisoDeEscritura {
     void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
 
   private:
-    void decir(std::string_view texto);
+    void decir(Que que, const BloqueEscritura& e, int detalle);
 
-    Vista& vista_;
-    Sello& sello_;
+    Sucesos& sucesos_;
     AvisoDeEscritura* registro_;
 };
 

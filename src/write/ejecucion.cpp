@@ -5,6 +5,7 @@
 #include "write/palabra.h"
 
 #include <cmath>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -23,9 +24,9 @@ std::int16_t comoRegistro(double valor) {
 
 EjecucionDeEscrituras::EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos,
                                              Publicacion& publicacion, EstacionesMudas& mudas,
-                                             AvisoDeEscritura& avisos, Vista& vista, Sello& sello)
+                                             AvisoDeEscritura& avisos, Sucesos& sucesos)
     : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), mudas_(mudas),
-      avisos_(avisos), vista_(vista), sello_(sello),
+      avisos_(avisos), sucesos_(sucesos),
       TimerEscriturasEnDesuso_(bucle.crearTemporizador([this] { buscarEscriturasRealizadas(); })) {
     TimerEscriturasEnDesuso_->fijarIntervalo(kReclamoMs);
 }
@@ -66,25 +67,22 @@ Turnos::Envio EjecucionDeEscrituras::polearBloque_De_Escritura(Indice i) {
     const Turnos::Envio envio =
         e.paso == PasoDeEscritura::PorLeer ? leerPalabra(e) : escribirPalabra(e);
     if (envio != Turnos::Envio::Hecho) return envio;
-    ConexionIP& c = tablas_.conexiones[e.idConexion];
-    c.escribiendo = true;
-    c.escrituraEnCurso = i;
+    tablas_.conexiones[e.idConexion].escrituraEnCurso = i;
     return envio;
 }
 
 Turnos::Envio EjecucionDeEscrituras::leerPalabra(BloqueEscritura& e) {
     const Turnos::Envio envio =
-        turnos_.enviar(e.idConexion, e.tramaLectura, registroDe(e.tramaLectura), e.plazoMs);
+        turnos_.enviar(e.idConexion, *this, e.tramaLectura, registroDe(e.tramaLectura), e.plazoMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     ++e.lecturas;
-    vista_.txtTramas.agregar(sello_.ahora() + "Escritura de BIT: Lectura Primaria: " +
-                             queYDonde(e, " : Valor ") + e.trazaLectura + "\r\n");
+    decir(Que::EscrituraLee, e);
     return envio;
 }
 
 Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
-    const Turnos::Envio envio =
-        turnos_.enviar(e.idConexion, e.tramaSolicitud, registroDe(e.tramaSolicitud), e.plazoMs);
+    const Turnos::Envio envio = turnos_.enviar(e.idConexion, *this, e.tramaSolicitud,
+                                               registroDe(e.tramaSolicitud), e.plazoMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     e.paso = PasoDeEscritura::Enviada;
     const BloqueLectura& leido = tablas_.bloques[e.indiceBloqueLectura];
@@ -92,8 +90,7 @@ Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
     e.valorAnterior = e.esBit()
                           ? wordbit(static_cast<std::uint16_t>(comoRegistro(leido.valor)), e.bit)
                           : leido.valor;
-    vista_.txtTramas.agregar(sello_.ahora() + "Escritura: " + queYDonde(e, " : Valor ") +
-                             e.tramaSolicitudTexto + "\r\n");
+    decir(Que::EscrituraSale, e);
     avisos_.alSalir(e);
     return envio;
 }
@@ -102,7 +99,7 @@ bool EjecucionDeEscrituras::enviarSiguiente(Indice conexion) {
     const auto& porHacer = tablas_.conexiones[conexion].escrituras;
     while (!porHacer.empty()) {
         const Indice i = porHacer.front();
-        if (vencida(tablas_.escrituras[i])) {
+        if (esVieja(tablas_.escrituras[i])) {
             abandonar(i, FinDeEscritura::Vencida);
             continue;
         }
@@ -118,25 +115,46 @@ bool EjecucionDeEscrituras::aMedias(Indice conexion) const {
     return e.esBit() && e.paso == PasoDeEscritura::PorEnviar;
 }
 
-void EjecucionDeEscrituras::interpretarTramaRecepcionada_PorEscritura(Indice conexion) {
-    ConexionIP& c = tablas_.conexiones[conexion];
-    const Indice i = c.escrituraEnCurso;
-    const std::int16_t valor =
-        valorDeRespuesta(std::span<const std::uint8_t, kLargoRespuesta>(c.recepcion));
-    const std::string recibido = c.recepcionTexto;
-    Turnos::vaciarRecepcion(c);
-    if (i >= tablas_.escrituras.limiteSuperior() || !tablas_.escrituras[i].activo())
-        return turnos_.pausar(conexion);
-    BloqueEscritura& e = tablas_.escrituras[i];
-    const Indice leido = e.indiceBloqueLectura;
-    if (e.paso == PasoDeEscritura::PorLeer) {
-        alLeerPalabra(e, valor);
-    } else if (valor == comoRegistro(e.palabra)) {
-        terminar(i, FinDeEscritura::Confirmada);
+void EjecucionDeEscrituras::decir(Que que, const BloqueEscritura& e) {
+    const bool lee =
+        que == Que::EscrituraLee || que == Que::EscrituraLeeOtraVez || que == Que::EscrituraRelee;
+    Suceso s{.que = que,
+             .detalle = static_cast<std::int16_t>(e.reintentos),
+             .conexion = e.idConexion,
+             .bloque = e.indiceBloqueLectura,
+             .escritura = e.indice,
+             .bit = static_cast<std::int8_t>(e.bit),
+             .numero = e.paso == PasoDeEscritura::PorLeer ? e.pedido : e.palabra};
+    s.poner(lee ? e.tramaLectura : e.tramaSolicitud);
+    sucesos_.decir(s);
+}
+
+/// The connection's write that is out; null when it has ended meanwhile.
+BloqueEscritura* EjecucionDeEscrituras::enCurso(Indice conexion) {
+    const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
+    if (i >= tablas_.escrituras.limiteSuperior() || !tablas_.escrituras[i].activo()) return nullptr;
+    return &tablas_.escrituras[i];
+}
+
+void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respuesta) {
+    BloqueEscritura* e = enCurso(conexion);
+    if (e == nullptr) return turnos_.pausar(conexion);
+    const std::int16_t valor = valorDeRespuesta(respuesta);
+    const Indice leido = e->indiceBloqueLectura;
+    Suceso recibida{.que = Que::Recepcion,
+                    .conexion = conexion,
+                    .bloque = leido,
+                    .escritura = e->indice,
+                    .numero = static_cast<double>(valor)};
+    recibida.poner(respuesta);
+    if (e->paso == PasoDeEscritura::PorLeer) {
+        alLeerPalabra(*e, valor);
+    } else if (valor == comoRegistro(e->palabra)) {
+        terminar(e->indice, FinDeEscritura::Confirmada);
     } else {
         return; // its time-out runs on
     }
-    vista_.txtTramas.agregar(sello_.ahora() + "  Recepcion <- " + recibido + "\r\n");
+    sucesos_.decir(recibida);
     turnos_.pausar(conexion);
     mudas_.alContestar(leido);
     publicacion_.valorLeido(leido, valor);
@@ -147,8 +165,7 @@ void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor
     const std::string& registro = tablas_.bloques[e.indiceBloqueLectura].direccion;
     const double estacion = tablas_.bloques[e.indiceBloqueLectura].indiceEstacion;
     // Of the same register as the read's frame, so it fits.
-    if (const auto trama = armarTramaEscritura(registro, textoDeNumero(estacion), e.palabra,
-                                               e.tramaSolicitudTexto))
+    if (const auto trama = armarTramaEscritura(registro, textoDeNumero(estacion), e.palabra))
         e.tramaSolicitud = *trama;
     e.paso = PasoDeEscritura::PorEnviar;
     e.leidaMs = bucle_.reloj().monotonicoMs();
@@ -156,16 +173,14 @@ void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor
     e.enDuda = false;
 }
 
-void EjecucionDeEscrituras::respuestaDudosa(Indice conexion) {
-    const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
-    if (i >= tablas_.escrituras.limiteSuperior()) return turnos_.pausar(conexion);
-    BloqueEscritura& e = tablas_.escrituras[i];
-    const bool otraVez = e.enDuda;
-    e.enDuda = true;
-    if (e.paso == PasoDeEscritura::PorLeer) {
-        if (otraVez && e.reintentos >= e.reintentosMax)
-            return abandonar(i, FinDeEscritura::PalabraDesconocida);
-        if (otraVez) e.reintentos += 1;
+void EjecucionDeEscrituras::dudosa(Indice conexion) {
+    BloqueEscritura* e = enCurso(conexion);
+    if (e == nullptr) return turnos_.pausar(conexion);
+    const bool otraVez = std::exchange(e->enDuda, true);
+    if (e->paso == PasoDeEscritura::PorLeer) {
+        if (otraVez && e->reintentos >= e->reintentosMax)
+            return abandonar(e->indice, FinDeEscritura::PalabraDesconocida);
+        if (otraVez) e->reintentos += 1;
         return turnos_.pausar(conexion);
     }
     // A station that goes on talking must not hold the line for ever.
@@ -173,83 +188,63 @@ void EjecucionDeEscrituras::respuestaDudosa(Indice conexion) {
         turnos_.moverTiempoFuera(conexion, tablas_.conexiones[conexion].debidas.silencioMs());
 }
 
-void EjecucionDeEscrituras::ticDeEscritura(Indice conexion) {
-    const Indice i = tablas_.conexiones[conexion].escrituraEnCurso;
-    if (i >= tablas_.escrituras.limiteSuperior() || !tablas_.escrituras[i].activo())
-        return turnos_.pausar(conexion);
-    BloqueEscritura& e = tablas_.escrituras[i];
-    vista_.txtTimerIpPuerto[conexion].agregar(sello_.ahora() +
-                                              " Tic Timer Time Out ESCRITURA \r\n");
-    if (e.paso == PasoDeEscritura::PorLeer) {
-        if (e.reintentos >= e.reintentosMax)
-            return abandonar(i, FinDeEscritura::PalabraDesconocida);
-        e.reintentos += 1;
-        return repetir(i, " REINTENTO LECTURA PRIMARIA ", e.tramaLectura, e.trazaLectura);
+void EjecucionDeEscrituras::vencida(Indice conexion) {
+    BloqueEscritura* e = enCurso(conexion);
+    if (e == nullptr) return turnos_.pausar(conexion);
+    sucesos_.decir({.que = Que::TiempoFueraDeEscritura,
+                    .conexion = conexion,
+                    .bloque = e->indiceBloqueLectura,
+                    .escritura = e->indice});
+    const bool quedan = e->reintentos < e->reintentosMax;
+    if (e->paso == PasoDeEscritura::PorLeer) {
+        if (!quedan) return abandonar(e->indice, FinDeEscritura::PalabraDesconocida);
+        e->reintentos += 1;
+        return repetir(*e, Que::EscrituraLeeOtraVez, e->tramaLectura);
     }
-    const bool releer = !e.esperandoConfirmacion && e.enDuda;
-    if (e.reintentos >= e.reintentosMax && !releer)
-        return abandonar(i, FinDeEscritura::SinRespuesta);
-    if (!e.esperandoConfirmacion) {
-        e.esperandoConfirmacion = true;
-        polear_ConfirmacionEscritura(i);
-    } else {
-        e.reintentos += 1;
-        reintentarBloque_eSCRITURA(i);
-    }
+    if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
+        return abandonar(e->indice, FinDeEscritura::SinRespuesta);
+    if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
+        return repetir(*e, Que::EscrituraRelee, e->tramaLectura);
+    e->reintentos += 1;
+    repetir(*e, Que::EscrituraRepite, e->tramaSolicitud);
 }
 
-void EjecucionDeEscrituras::polear_ConfirmacionEscritura(Indice i) {
-    const BloqueEscritura& e = tablas_.escrituras[i];
-    repetir(i, " PEDIDO DE CONFIRMACION ", e.tramaLectura, e.trazaLectura);
+void EjecucionDeEscrituras::perdida(Indice conexion) {
+    if (const BloqueEscritura* e = enCurso(conexion))
+        abandonar(e->indice, FinDeEscritura::ConexionPerdida);
 }
 
-void EjecucionDeEscrituras::reintentarBloque_eSCRITURA(Indice i) {
-    BloqueEscritura& e = tablas_.escrituras[i];
-    e.esperandoConfirmacion = false;
-    repetir(i, " REINTENTO ESCRITURA", e.tramaSolicitud, e.tramaSolicitudTexto);
-}
-
-void EjecucionDeEscrituras::repetir(Indice i, std::string_view rotulo, const Solicitud& trama,
-                                    const std::string& traza) {
-    const BloqueEscritura& e = tablas_.escrituras[i];
+void EjecucionDeEscrituras::repetir(const BloqueEscritura& e, Que que, const Solicitud& trama) {
     if (!turnos_.conectada(e.idConexion)) return;
-    std::string linea = sello_.ahora();
-    linea += rotulo;
-    agregarNumero(linea, e.reintentos);
-    linea += " Bloque: " + queYDonde(e, ": Valor ") + traza + "\r\n";
-    vista_.txtTramas.agregar(linea);
+    decir(que, e);
     turnos_.reenviar(e.idConexion, trama, e.plazoMs);
     bucle_.dejarCorrerPendientes();
-}
-
-std::string EjecucionDeEscrituras::queYDonde(const BloqueEscritura& e,
-                                             std::string_view separador) const {
-    const double valor = e.paso == PasoDeEscritura::PorLeer ? e.pedido : e.palabra;
-    return e.clave + "[Dir " + tablas_.bloques[e.indiceBloqueLectura].direccion +
-           std::string(separador) + textoDeNumero(valor) + "] Envio -> ";
 }
 
 void EjecucionDeEscrituras::abandonar(Indice i, FinDeEscritura fin) {
     const BloqueEscritura& e = tablas_.escrituras[i];
     const Indice conexion = e.idConexion;
-    const bool enCurso = tablas_.conexiones[conexion].escrituraEnCurso == i &&
-                         tablas_.conexiones[conexion].escribiendo;
-    std::string linea = sello_.ahora() + " Deshabilitacion de ESCRITURA: " + e.clave + " [" +
-                        tablas_.bloques[e.indiceBloqueLectura].direccion +
-                        " Valor: " + textoDeNumero(e.esBit() ? e.pedido : e.palabra) + "]";
-    if (fin == FinDeEscritura::ConexionPerdida) linea += " Sin conexion";
-    if (fin == FinDeEscritura::PalabraDesconocida) linea += " No se conoce la palabra del bit";
-    if (fin == FinDeEscritura::Vencida) linea += " Espero demasiado";
-    linea += "\r\n";
+    const bool fuera = estaFuera(e);
+    const Suceso abandonada{.que = Que::EscrituraAbandonada,
+                            .detalle = static_cast<std::int16_t>(fin),
+                            .conexion = conexion,
+                            .bloque = e.indiceBloqueLectura,
+                            .escritura = i,
+                            .bit = static_cast<std::int8_t>(e.bit),
+                            .numero = e.esBit() ? e.pedido : e.palabra};
     terminar(i, fin);
-    if (enCurso && turnos_.conectada(conexion) && !turnos_.llegoTodo(conexion)) {
+    if (fuera && turnos_.conectada(conexion) && !turnos_.llegoTodo(conexion)) {
         // Its bytes are still on this side: they must not leave when the cable is back.
         turnos_.abortar(conexion);
     } else if (fin == FinDeEscritura::SinRespuesta || fin == FinDeEscritura::PalabraDesconocida) {
         turnos_.pausar(conexion);
     }
-    vista_.txtTimerIpPuerto[conexion].agregar(linea);
-    vista_.txtTramas.agregar(linea);
+    sucesos_.decir(abandonada);
+}
+
+bool EjecucionDeEscrituras::estaFuera(const BloqueEscritura& e) const {
+    return turnos_.enCurso(e.idConexion) == this &&
+           tablas_.conexiones[e.idConexion].escrituraEnCurso == e.indice;
 }
 
 void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
@@ -282,7 +277,7 @@ void EjecucionDeEscrituras::alTerminarElPrograma() {
     }
 }
 
-bool EjecucionDeEscrituras::vencida(const BloqueEscritura& e) const {
+bool EjecucionDeEscrituras::esVieja(const BloqueEscritura& e) const {
     return vigenciaMs_ > 0 && e.paso != PasoDeEscritura::Enviada &&
            bucle_.reloj().monotonicoMs() - e.pedidaMs > vigenciaMs_;
 }
@@ -293,8 +288,7 @@ void EjecucionDeEscrituras::vencerViejas() {
         // Oldest first, and behind the one that is under way, which ends by its time-outs.
         while (!c.escrituras.empty()) {
             const Indice cual = c.escrituras.front();
-            const bool enCurso = cual == c.escrituraEnCurso && c.escribiendo;
-            if (enCurso || !vencida(tablas_.escrituras[cual])) break;
+            if (estaFuera(tablas_.escrituras[cual]) || !esVieja(tablas_.escrituras[cual])) break;
             abandonar(cual, FinDeEscritura::Vencida);
         }
     }

@@ -5,7 +5,6 @@
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
 #include "script/publicacion.h"
-#include "view/vista.h"
 #include "write/avisos.h"
 
 #include <deque>
@@ -20,11 +19,10 @@ namespace kv {
 /// What has been given up never reaches a station: a connection that is lost gives up its writes,
 /// and a link that still holds bytes of one is reset, since a command must not reach a machine
 /// hours later because a cable was plugged in. Nor is one carried out that has waited for too long.
-class EjecucionDeEscrituras final : public TurnoDeEscrituras {
+class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion {
   public:
     EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                          EstacionesMudas& mudas, AvisoDeEscritura& avisos, Vista& vista,
-                          Sello& sello);
+                          EstacionesMudas& mudas, AvisoDeEscritura& avisos, Sucesos& sucesos);
     /// Seconds that a write may wait; 0: for ever.
     void fijarVigencia(double segundos) { vigenciaMs_ = milisegundos(segundos); }
     /// Interval of the reclaim of finished records, ms, above 0.
@@ -36,13 +34,13 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     Turnos::Envio polearBloque_De_Escritura(Indice i);
     bool enviarSiguiente(Indice conexion) override;
     [[nodiscard]] bool aMedias(Indice conexion) const override;
-    /// A valid answer that belongs to the connection's write came.
-    void interpretarTramaRecepcionada_PorEscritura(Indice conexion);
-    /// An answer came that may be another request's. It tells nothing of a word that has left,
-    /// which is read back when the line has been quiet, even where no retries are allowed.
-    void respuestaDudosa(Indice conexion);
-    /// Tick of the time-out of a connection that waits for the answer to a write.
-    void ticDeEscritura(Indice conexion);
+    void contestada(Indice conexion, const Respuesta& respuesta) override;
+    /// Tells nothing of a word that has left, which is read back when the line has been quiet, even
+    /// where no retries are allowed.
+    void dudosa(Indice conexion) override;
+    void vencida(Indice conexion) override;
+    void perdida(Indice conexion) override;
+    /// The connection is lost: all its writes end.
     void alPerderConexion(Indice conexion);
     /// The program ends: what waits or is under way does so too, and does not leave any more.
     void alTerminarElPrograma();
@@ -54,16 +52,15 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     [[nodiscard]] std::size_t enEspera() const { return enEspera_; }
 
   private:
-    [[nodiscard]] bool vencida(const BloqueEscritura& e) const;
+    [[nodiscard]] bool esVieja(const BloqueEscritura& e) const;
+    [[nodiscard]] bool estaFuera(const BloqueEscritura& e) const;
+    [[nodiscard]] BloqueEscritura* enCurso(Indice conexion);
+    void decir(Que que, const BloqueEscritura& e);
     void vencerViejas();
     [[nodiscard]] Turnos::Envio leerPalabra(BloqueEscritura& e);
     [[nodiscard]] Turnos::Envio escribirPalabra(BloqueEscritura& e);
     void alLeerPalabra(BloqueEscritura& e, std::int16_t valor);
-    void polear_ConfirmacionEscritura(Indice i);
-    void reintentarBloque_eSCRITURA(Indice i);
-    void repetir(Indice i, std::string_view rotulo, const Solicitud& trama,
-                 const std::string& traza);
-    [[nodiscard]] std::string queYDonde(const BloqueEscritura& e, std::string_view separador) const;
+    void repetir(const BloqueEscritura& e, Que que, const Solicitud& trama);
     void abandonar(Indice i, FinDeEscritura fin);
     void terminar(Indice i, FinDeEscritura fin);
 
@@ -73,8 +70,7 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras {
     Publicacion& publicacion_;
     EstacionesMudas& mudas_;
     AvisoDeEscritura& avisos_;
-    Vista& vista_;
-    Sello& sello_;
+    Sucesos& sucesos_;
     std::int64_t vigenciaMs_ = 600'000;
     std::unique_ptr<Temporizador> TimerEscriturasEnDesuso_;
     std::size_t enEspera_ = 0;

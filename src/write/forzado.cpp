@@ -11,8 +11,6 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kScan = 2; // columns of the blocks list
-constexpr std::size_t kColumnaLibre = 4;
 constexpr std::size_t kDireccionEnMensaje = 200;
 
 /// What a forced read names: port.PLC.register, perhaps with a bit.
@@ -39,24 +37,22 @@ std::optional<Pedida> leerDireccion(std::string_view texto) {
 } // namespace
 
 Forzado::Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
-                 EstacionesMudas& mudas, Modelo& modelo, Vista& vista, Sello& sello,
-                 ArchivoLog& log, ArregloDeTemporizadores& Timer1_Bloques)
+                 EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos,
+                 Sello& sello, ArchivoLog& log)
     : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), poleo_(poleo), mudas_(mudas),
-      modelo_(modelo), vista_(vista), sello_(sello), log_(log), Timer1_Bloques_(Timer1_Bloques) {}
+      reloj_(reloj), modelo_(modelo), sucesos_(sucesos), sello_(sello), log_(log) {}
 
-void Forzado::decir(const std::string& texto) {
-    vista_.txtDemandaLecturaEscritura.agregarEnOtraLinea(sello_.ahora() + texto);
+void Forzado::decir(Que que, std::string_view dado, double numero) {
+    sucesos_.decir({.que = que, .numero = numero}, dado);
 }
 
 void Forzado::forzarBloque_porID(Indice bloque) {
     const BloqueLectura& b = tablas_.bloques[bloque];
     publicacion_.ponerActivo(bloque, true);
     mudas_.alCambiarActivo(bloque);
-    tablas_.ponerPendiente(bloque, true);
-    // One that rests is read when its rest, which its timer counts, is over.
-    if (!b.habilitadoPorRespuestas) return;
-    Timer1_Bloques_[bloque].rearmar(b.scanMs);
-    poleo_.buscoSiguienteAPolear(b.idConexion);
+    reloj_.pedir(bloque);
+    // One that rests is read when its rest is over.
+    if (b.habilitadoPorRespuestas) poleo_.buscoSiguienteAPolear(b.idConexion);
 }
 
 void Forzado::forzarPoleo(const std::string& direccion) {
@@ -66,7 +62,7 @@ void Forzado::forzarPoleo(const std::string& direccion) {
     const auto lugar =
         hayPuerto ? tablas_.buscarEstacion(pedida->puerto, pedida->plc) : Tablas::LugarDeEstacion{};
     if (lugar.conexion == kNinguno) {
-        decir(" NO EXISTE PUERTO O PLC \r\n");
+        decir(Que::SinPuertoNiPlc, corta);
         log_.escribirLog("DRIVER", "Error al forzar un poleo",
                          sello_.ahora() + " NO EXISTE PUERTO O PLC PARA: " + corta);
         return;
@@ -80,41 +76,34 @@ void Forzado::forzarPoleo(const std::string& direccion) {
 
 void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo) {
     const BloqueLectura& b = tablas_.bloques[bloque];
-    const ConexionIP& c = tablas_.conexiones[b.idConexion];
     if (bit >= 0) modelo_.levantarBitDeDireccion(bloque, static_cast<std::size_t>(bit));
-    if (!b.tieneTrama) {
-        decir(" Imposible FORZAR, el bloque no se puede polear: " + b.clave + "\r\n");
-    } else if (!turnos_.conectada(b.idConexion)) {
-        decir(" Imposible FORZAR, Sin conexion con estacion " + c.ip + ":" + c.puertoTCP + "\r\n");
-    } else if (!b.habilitadoPorRespuestas) {
-        decir(" Imposible de forzar la lectura por deshabilitacion del bloque" +
-              (nuevo ? std::string() : ": " + b.clave) + "\r\n");
-    } else {
-        forzarBloque_porID(bloque);
-        decir(" Forzado OK " + direccion + "\r\n");
-    }
+    const auto imposible = [&](Que que) {
+        sucesos_.decir({.que = que,
+                        .detalle = static_cast<std::int16_t>(nuevo ? 1 : 0),
+                        .conexion = b.idConexion,
+                        .bloque = bloque});
+    };
+    if (!b.tieneTrama) return imposible(Que::ForzarSinTrama);
+    if (!turnos_.conectada(b.idConexion)) return imposible(Que::ForzarSinConexion);
+    if (!b.habilitadoPorRespuestas) return imposible(Que::ForzarEnDescanso);
+    forzarBloque_porID(bloque);
+    decir(Que::Forzado, direccion);
 }
 
 void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
                         const std::string& registro, const std::string& direccion, int bit) {
-    std::string traza;
     Estacion& estacion = tablas_.conexiones[lugar.conexion].estaciones[lugar.estacion];
     // Anybody may ask for any address: only what a station can be asked for becomes a block, and it
     // stays.
-    if (!armarTramaLectura(registro, textoDeNumero(estacion.indice), traza))
-        return decir(" Error al dar de alta bloque, Direccion fuera de trama. Bloque: " +
-                     direccion + "\r\n");
+    if (!armarTramaLectura(registro, textoDeNumero(estacion.indice)))
+        return decir(Que::AltaFueraDeTrama, direccion);
     if (estacion.aPedido >= aPedidoMaximo_)
-        return decir(" Error al dar de alta bloque, La estacion ya tiene " +
-                     textoDeNumero(aPedidoMaximo_) + " a pedido. Bloque: " + direccion + "\r\n");
+        return decir(Que::AltaSinLugar, direccion, aPedidoMaximo_);
     const double nuevo = modelo_.levantarBloquePoleo(puerto.numero, plc, registro, 1,
                                                      puerto.scanPorDefecto, true, 0);
-    if (nuevo < 0)
-        return decir(" Error al dar de alta bloque, No se encuentra Puerto y PLC. Bloque: " +
-                     direccion);
+    if (nuevo < 0) return decir(Que::AltaSinPuerto, direccion);
     ++estacion.aPedido;
-    decir(" Bloque " + direccion + " dado de alta. DefaultScan de " +
-          textoDeNumero(puerto.scanPorDefecto) + " Segundos\r\n");
+    decir(Que::BloqueDadoDeAlta, direccion, puerto.scanPorDefecto);
     forzarConocido(static_cast<Indice>(nuevo), direccion, bit, true);
 }
 
@@ -124,8 +113,7 @@ void Forzado::enNivel(double nivel, const Accion& accion) {
     const bool existe = nivel >= 0 && nivel < static_cast<double>(tablas_.bloquesPorNivel.size());
     const std::string deNivel =
         existe ? tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)] : std::string();
-    if (deNivel.empty())
-        return decir(" Ningun bloque tiene el nivel " + textoDeNumero(nivel) + "\r\n");
+    if (deNivel.empty()) return decir(Que::NivelSinBloques, {}, nivel);
     for (const std::string_view parte : partir(deNivel, ';')) {
         if (const auto i = numeroDeTexto(parte)) accion(static_cast<Indice>(*i));
     }
@@ -145,35 +133,22 @@ void Forzado::forzarBloque_porNivel_NVeces(double nivel, double veces) {
     });
 }
 
-void Forzado::forzarVeces(Indice bloque, double veces, std::string_view texto) {
-    BloqueLectura& b = tablas_.bloques[bloque];
-    if (!b.tieneTrama)
-        return decir(" Imposible FORZAR, el bloque no se puede polear: " + b.clave + "\r\n");
-    if (!b.forzado) b.activoSinForzar = b.activo;
-    b.forzado = true;
-    b.lecturaForzada = false; // an answer that is already on its way does not count
-    b.forzadoVeces = veces;
-    b.forzadoContador = 0;
-    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kColumnaLibre, texto);
+void Forzado::forzarVeces(Indice bloque, double veces, std::string_view nota) {
+    if (!tablas_.bloques[bloque].tieneTrama)
+        return sucesos_.decir({.que = Que::ForzarSinTrama,
+                               .conexion = tablas_.bloques[bloque].idConexion,
+                               .bloque = bloque});
+    reloj_.forzar(bloque, veces, nota);
     forzarBloque_porID(bloque);
 }
 
 void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado) {
-    BloqueLectura& b = tablas_.bloques[bloque];
-    if (b.forzado) vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kColumnaLibre, "");
-    b.forzado = b.lecturaForzada = false;
-    publicacion_.ponerActivo(bloque, estado);
+    const BloqueLectura& b = tablas_.bloques[bloque];
+    reloj_.encender(bloque, estado);
     mudas_.alCambiarActivo(bloque);
-    if (!estado) {
-        if (b.habilitadoPorRespuestas) Timer1_Bloques_[bloque].habilitar(false);
-        b.reintentos = 0;
-        b.enDuda = false;
-        return;
-    }
-    if (!turnos_.conectada(b.idConexion)) return;
+    if (!estado || !turnos_.conectada(b.idConexion)) return;
     if (!b.pendiente) return forzarBloque_porID(bloque);
     // It waited for its turn when it was switched off, and waits again.
-    Timer1_Bloques_[bloque].habilitar(true);
     poleo_.buscoSiguienteAPolear(b.idConexion);
 }
 
@@ -187,10 +162,7 @@ void Forzado::Activar_Dir(std::string_view clave, bool estado) {
 void Forzado::ModificarScanDeBloque(double bloque, double segundos) {
     if (!tablas_.bloques.vive(bloque) || !Modelo::esScan(segundos)) return;
     const auto i = static_cast<Indice>(bloque);
-    BloqueLectura& b = tablas_.bloques[i];
-    b.scanSegundos = segundos;
-    b.scanMs = milisegundos(segundos);
-    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, kScan, textoDeNumero(segundos));
+    reloj_.cambiarScan(i, segundos);
     forzarBloque_porID(i);
 }
 

@@ -3,9 +3,8 @@
 #include "link/turno.h"
 #include "log/archivo_log.h"
 #include "model/modelo.h"
-#include "platform/arreglo_de_temporizadores.h"
+#include "platform/sello.h"
 #include "poll/poleo.h"
-#include "view/vista.h"
 
 #include <string>
 #include <string_view>
@@ -16,8 +15,8 @@ namespace kv {
 class Forzado {
   public:
     Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
-            EstacionesMudas& mudas, Modelo& modelo, Vista& vista, Sello& sello, ArchivoLog& log,
-            ArregloDeTemporizadores& Timer1_Bloques);
+            EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos,
+            Sello& sello, ArchivoLog& log);
 
     /// Blocks that forced reads may make of each station.
     void fijarAPedido(double bloques) { aPedidoMaximo_ = bloques; }
@@ -40,21 +39,21 @@ class Forzado {
     void forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
     void darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
                    const std::string& registro, const std::string& direccion, int bit);
-    void forzarVeces(Indice bloque, double veces, std::string_view texto);
+    void forzarVeces(Indice bloque, double veces, std::string_view nota);
     template <class Accion>
     void enNivel(double nivel, const Accion& accion);
-    void decir(const std::string& texto);
+    void decir(Que que, std::string_view dado, double numero = 0);
 
     Tablas& tablas_;
     Turnos& turnos_;
     Publicacion& publicacion_;
     Poleo& poleo_;
     EstacionesMudas& mudas_;
+    RelojDeBloques& reloj_;
     Modelo& modelo_;
-    Vista& vista_;
+    Sucesos& sucesos_;
     Sello& sello_;
     ArchivoLog& log_;
-    ArregloDeTemporizadores& Timer1_Bloques_;
     double aPedidoMaximo_ = 256;
 };
 

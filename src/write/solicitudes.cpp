@@ -53,13 +53,15 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
-            return rechazar({corta, valor, origen, "no se encuentra PLC",
-                             " Imposible escribir." + clave + " No se encuentra PLC"});
-        const ConexionIP& c = tablas_.conexiones[lugar.conexion];
+            return rechazar(
+                {corta, valor, origen, "no se encuentra PLC", {.que = Que::EscribirSinPlc}, clave});
         if (!turnos_.conectada(lugar.conexion))
-            return rechazar({corta, valor, origen, "sin conexion",
-                             " Imposible escribir. Sin conexion con " + c.ip + ":" + c.puertoTCP +
-                                 " Direccion: " + clave});
+            return rechazar({corta,
+                             valor,
+                             origen,
+                             "sin conexion",
+                             {.que = Que::EscribirSinConexion, .conexion = lugar.conexion},
+                             clave});
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
         if (leido == kNinguno) throw std::invalid_argument("ningun bloque lee ese registro");
         BloqueLectura& b = tablas_.bloques[leido];
@@ -82,7 +84,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
                          "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
                              " - Scan: 3",
                          std::to_string(numeroDeError(falla)), falla.what());
-        return rechazar({corta, valor, origen, falla.what(), {}});
+        return rechazar({corta, valor, origen, falla.what(), {}, {}});
     }
 }
 
@@ -111,9 +113,8 @@ void SolicitudesDeEscritura::armar(BloqueEscritura& e, const Direccion& d,
     const std::string estacion = textoDeNumero(leido.indiceEstacion);
     // A bit's word is made when its register has been read.
     const double palabra = d.bit >= 0 ? 0 : valor;
-    const auto escritura =
-        armarTramaEscritura(d.registro, estacion, palabra, e.tramaSolicitudTexto);
-    const auto lectura = armarTramaLectura(d.registro, estacion, e.trazaLectura);
+    const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);
+    const auto lectura = armarTramaLectura(d.registro, estacion);
     if (!escritura || !lectura) throw std::out_of_range("direccion o valor fuera de trama");
     e.tramaSolicitud = *escritura;
     e.tramaLectura = *lectura;

@@ -57,7 +57,7 @@ class Planta {
         return std::string(lista.texto(f, columna));
     }
     [[nodiscard]] bool tramasTiene(std::string_view texto) const {
-        return motor.vista.txtTramas.texto().find(texto) != std::string::npos;
+        return motor.trazas.txtTramas.texto().find(texto) != std::string::npos;
     }
 
     BucleSimulado bucle;

@@ -43,7 +43,8 @@ class Escribe : public testing::Test {
     /// What became of the writes, as the operator's box says: "1.1.10=7 " or "1.1.10=7! ".
     [[nodiscard]] std::string fines() const {
         std::string salida;
-        for (const std::string_view linea : partir(demanda(), '\n')) {
+        const std::string todo = demanda();
+        for (const std::string_view linea : partir(todo, '\n')) {
             const auto igual = linea.find(" = ");
             const auto fin = linea.find(": ", igual);
             if (igual == std::string::npos || fin == std::string::npos ||
@@ -64,8 +65,8 @@ class Escribe : public testing::Test {
     void callar() {
         plc->demora = [](const Solicitud&) { return std::nullopt; };
     }
-    [[nodiscard]] const std::string& demanda() const {
-        return p->motor.vista.txtDemandaLecturaEscritura.texto();
+    [[nodiscard]] std::string demanda() const {
+        return p->motor.trazas.txtDemandaLecturaEscritura.texto();
     }
     std::unique_ptr<Planta> p;
     Estaciones* plc = nullptr;
@@ -76,7 +77,8 @@ class Escribe : public testing::Test {
 TEST_F(Escribe, ContestadaEnseguidaSeConfirmaYSePublica) {
     planta();
     EXPECT_EQ(escribir("1.1.10", 65534), 0);
-    EXPECT_TRUE(p->conexion(0).ocupada && p->conexion(0).escribiendo);
+    EXPECT_TRUE(p->conexion(0).turno == EstadoDeTurno::Esperando &&
+                p->motor.turnos.enCurso(0) == &p->motor.ejecucion);
     p->avanzar(1);
     EXPECT_EQ(visto(), "W10=65534 ");
     EXPECT_EQ(fines(), "1.1.10=65534 ");

@@ -18,7 +18,7 @@ class Fuerza : public testing::Test {
         return p.fila(p.motor.vista.lstViewEstadoDeBloques, p.bloque(b).filaBloque, 4);
     }
     [[nodiscard]] bool dicho(const std::string& texto) const {
-        return p.motor.vista.txtDemandaLecturaEscritura.texto().find(texto) != std::string::npos;
+        return p.motor.trazas.txtDemandaLecturaEscritura.texto().find(texto) != std::string::npos;
     }
     [[nodiscard]] bool tildado(std::size_t b) {
         return p.motor.vista.lstViewEstadoDeBloques.tildada(p.bloque(b).filaBloque) &&
@@ -152,7 +152,7 @@ TEST_F(Fuerza, LoQueNoSePuedePolearSeDice) {
     q.arrancarYConectar();
     q.motor.forzado.forzarPoleo("1.1.40001");
     q.motor.forzado.forzarBloque_porNivel_NVeces(4, 1);
-    const std::string& dice = q.motor.vista.txtDemandaLecturaEscritura.texto();
+    const std::string dice = q.motor.trazas.txtDemandaLecturaEscritura.texto();
     EXPECT_EQ(dice.find("Forzado OK"), std::string::npos);
     EXPECT_NE(dice.find(" Imposible FORZAR, el bloque no se puede polear: 1.1.40001\r\n"),
               std::string::npos);

@@ -80,7 +80,7 @@ TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {
     p.avanzar(5000);
     EXPECT_EQ(p.valor(0), 25);
     EXPECT_EQ(color(), Color::Verde) << "refusals do not reach the script";
-    const std::string& dicho = p.motor.vista.txtDemandaLecturaEscritura.texto();
+    const std::string dicho = p.motor.trazas.txtDemandaLecturaEscritura.texto();
     EXPECT_EQ(dicho.find("7.7.7"), std::string::npos) << "a script's writes go to the records only";
     EXPECT_NE(p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt")
                   .find(";guion;7.7.7;?;1;rechazada: no se encuentra PLC"),

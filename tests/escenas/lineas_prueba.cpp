@@ -139,9 +139,9 @@ TEST_F(Linea, DadasDosVecesJuntasOEnLaPausaValen) {
         planta_.motor.solicitudes.escribirDireccion("1.1.10", 77, "prueba");
         pasar(3000);
         EXPECT_EQ(planta_.valor(0), 77);
-        EXPECT_NE(
-            planta_.motor.vista.txtDemandaLecturaEscritura.texto().find(" 1.1.10 = 77: confirmada"),
-            std::string::npos);
+        EXPECT_NE(planta_.motor.trazas.txtDemandaLecturaEscritura.texto().find(
+                      " 1.1.10 = 77: confirmada"),
+                  std::string::npos);
         plc->registros[{1, 0x11}] = 9;
         pasar(3000);
         EXPECT_EQ(planta_.valor(1), 9);

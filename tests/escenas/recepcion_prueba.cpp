@@ -65,7 +65,7 @@ TEST_F(Recibe, UnaTramaMalaSeDescartaElGuionCorreYSeSigueEsperando) {
     EXPECT_FALSE(p.ok(0));
     EXPECT_TRUE(corrioElGuion());
     EXPECT_TRUE(p.tramasTiene("  *Descarte CheSum* <- [7][1]"));
-    EXPECT_NE(p.motor.vista.txtTramasDescartadas.texto().find("  *Descarte* <- [7][1]"),
+    EXPECT_NE(p.motor.trazas.txtTramasDescartadas.texto().find("  *Descarte* <- [7][1]"),
               std::string::npos);
     EXPECT_EQ(p.conexion(0).turno, EstadoDeTurno::Esperando);
     EXPECT_EQ(p.motor.recepcion.descartadas(), 1U);
@@ -120,7 +120,6 @@ TEST_F(Recibe, BasuraSinFinNoTrabaNiCuesta) {
         p.avanzar(static_cast<double>(azar() % 1000));
         const auto& c = p.conexion(0);
         EXPECT_LT(c.recepcion.size(), 8U);
-        EXPECT_LT(c.recepcionTexto.size(), 5000U);
     }
     plc.demora = [](const Solicitud&) { return 10.0; };
     p.avanzar(120'000);

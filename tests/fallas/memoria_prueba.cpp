@@ -141,13 +141,14 @@ struct UnaSesion final : CableDelCliente {
     Ajustes ajustes{archivos, "/kv"};
     Vista vista;
     Tablas tablas;
+    Sucesos sucesos{bucle.reloj()};
     ArchivoLog registro{archivos, bucle.reloj(), "/kv", "DriverKV2200"};
     LogAcotado log{registro, bucle.reloj()};
     Puerta puerta{ajustes, bucle.reloj(), [](const std::string&) {}};
     OrdenesDePrueba ordenes;
     Separadores separadores_;
     std::string dicho;
-    Sesion sesion{bucle, tablas, vista, log, puerta, ordenes, *this};
+    Sesion sesion{bucle, tablas, vista, sucesos, log, puerta, ordenes, *this};
 };
 
 const std::string kLlegada =

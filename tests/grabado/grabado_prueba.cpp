@@ -21,7 +21,7 @@ namespace kv {
 namespace {
 
 /// Everything that an operator would have seen.
-class Testigo final : public Observador {
+class Testigo final : public Observador, public LectorDeTrazas {
   public:
     void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override {
         todo += std::string(caja) + std::to_string(indice) + ":" + std::string(texto) + "\n";
@@ -58,6 +58,7 @@ struct Driver {
     Testigo testigo;
     ProcesosSimulados procesos;
     Motor motor;
+    TrazaAlMomento traza{motor.sucesos, motor.tablas, testigo};
     Arranque arranque{motor, procesos};
 };
 

@@ -38,6 +38,10 @@ struct Contexto {
         return conectada(n) && conexion(n).estadoSupervision == 1 &&
                conexion(n).enlaceSupervisado == zocalo(n).conexiones();
     }
+    /// What is out on the connection is a write's.
+    [[nodiscard]] bool escribe(std::size_t n) const {
+        return motor.turnos.enCurso(static_cast<Indice>(n)) == &motor.ejecucion;
+    }
     /// True: the rule holds.
     bool exigir(bool cierto, const char* regla, std::size_t cual) {
         ++comprobadas;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "main/salida_de_traza.h"
 #include "mundo/historia.h"
 #include "mundo/plan.h"
-#include "view/observador.h"
 
 #include <cstdint>
 #include <string>
@@ -25,6 +25,6 @@ struct Resultado {
 /// Lives the plant through the history and the calm after it. `trazas` is told what the driver
 /// shows.
 [[nodiscard]] Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia,
-                              Observador* trazas = nullptr);
+                              SalidaDeTraza* trazas = nullptr);
 
 } // namespace kv::mundo

@@ -21,7 +21,7 @@ std::uint8_t comoDecimal(int indice) {
 
 } // namespace
 
-Mundo::Mundo(const Plan& plan, Observador* trazas)
+Mundo::Mundo(const Plan& plan, SalidaDeTraza* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, false}, turno_(c_),
       valores_(c_, motor_.servidor), actualidad_(c_, turno_), auditoria_(c_, archivos_),
@@ -45,11 +45,14 @@ Mundo::Mundo(const Plan& plan, Observador* trazas)
         motor_.ajustes.escribirConfiguracion(clave, valor);
     turno_.alTerminarLectura = [this](Indice b) { valores_.alTerminarLectura(b); };
     actualidad_.alLeer = [this](Indice b) { reparto_.alContestar(b); };
-    motor_.lectura.avisarA(&actualidad_);
+    motor_.sucesos.avisarA(&actualidad_);
     escrituras_.alContestar = [this](Indice b) { actualidad_.anotar(b); };
     escrituras_.alAcabar = [this](std::size_t n) { actualidad_.alTerminarEscritura(n); };
     motor_.cajaDePedidos.registrarEn(escrituras_);
-    motor_.vista.observar(trazas);
+    if (trazas != nullptr) {
+        motor_.vista.observar(trazas);
+        trazas_.emplace(motor_.sucesos, motor_.tablas, *trazas);
+    }
     levantar();
 }
 
@@ -250,7 +253,7 @@ std::int64_t Mundo::plazoDeCalmaUs() const {
     return (peorMs + 40 * plan_.baseDeSolicitudesMs + 120'000) * 1000;
 }
 
-Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia, Observador* trazas) {
+Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia, SalidaDeTraza* trazas) {
     return Mundo(plan, trazas).vivir(historia);
 }
 

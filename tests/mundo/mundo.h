@@ -21,7 +21,7 @@ namespace kv::mundo {
 /// A plant, its driver, its client and the rules, living through a history.
 class Mundo final : private AlEnviar {
   public:
-    explicit Mundo(const Plan& plan, Observador* trazas = nullptr);
+    explicit Mundo(const Plan& plan, SalidaDeTraza* trazas = nullptr);
     [[nodiscard]] Resultado vivir(const std::vector<Suceso>& historia);
 
   private:
@@ -60,6 +60,7 @@ class Mundo final : private AlEnviar {
     ArchivosSimulados archivos_;
     ProcesosSimulados procesos_;
     Motor motor_;
+    std::optional<TrazaAlMomento> trazas_;
     Arranque arranque_;
     Contexto c_;
     std::vector<std::unique_ptr<Linea>> lineas_; ///< by connection of the plan

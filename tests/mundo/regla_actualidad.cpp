@@ -25,11 +25,11 @@ std::uint64_t& ReglaDeActualidad::escrituras(std::size_t conexion) {
     return escrituras_[conexion];
 }
 
-void ReglaDeActualidad::alContestar(Indice bloque) {
-    anotar(bloque);
-    contarForzada(c_.motor.tablas.bloques[bloque]);
-    alLeer(bloque);
-    c_.motor.mudas.alContestar(bloque);
+void ReglaDeActualidad::alSuceder(const kv::Suceso& s, std::string_view /*texto*/) {
+    if (s.que != Que::Recepcion || s.escritura != kNinguno) return;
+    anotar(s.bloque);
+    contarForzada(c_.motor.tablas.bloques[s.bloque]);
+    alLeer(s.bloque);
 }
 
 void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {

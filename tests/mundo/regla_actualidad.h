@@ -1,8 +1,8 @@
 #pragma once
 
+#include "events/sucesos.h"
 #include "mundo/contexto.h"
 #include "mundo/regla_turno.h"
-#include "poll/lectura.h"
 
 #include <functional>
 #include <vector>
@@ -11,13 +11,13 @@ namespace kv::mundo {
 
 /// What says OK was answered lately: within a time that follows from the plant's own figures. Bits
 /// are their register's, and check boxes show what is polled.
-class ReglaDeActualidad final : public AlContestarEstacion {
+class ReglaDeActualidad final : public OyenteDeSucesos {
   public:
     ReglaDeActualidad(Contexto& c, const ReglaDeTurno& turno) : c_(c), turno_(turno) {}
 
     std::function<void(Indice)> alLeer = [](Indice) {};
-    /// An answer to a read of the block was accepted.
-    void alContestar(Indice bloque) override;
+    /// Looks for answers to reads that were accepted.
+    void alSuceder(const kv::Suceso& suceso, std::string_view texto) override;
     /// The block was answered, by whatever transaction.
     void anotar(Indice bloque);
     /// Somebody reads the block so many times from now on; 0: not any more, or so many are not

@@ -230,7 +230,7 @@ void ReglaDeEscrituras::barrer() {
             c_.exigir(c_.ahoraUs() - sinEnlaceUs_[n] <= kSinEnlaceUs,
                       "a lost link gives up its writes", n);
         }
-        if (cola(n).empty() || (c.escribiendo && c.escrituraEnCurso == cola(n).front().indice))
+        if (cola(n).empty() || (c_.escribe(n) && c.escrituraEnCurso == cola(n).front().indice))
             continue;
         Pedida& p = cola(n).front();
         if (p.primeraUs < 0) p.primeraUs = c_.ahoraUs();

@@ -12,11 +12,8 @@ constexpr const char* kAjustes = "/kv/sis_config.ini";
 } // namespace
 
 void ReglaDeLimites::barrer() {
-    const Vista& v = c_.motor.vista;
-    for (const CajaDeTexto* caja :
-         {&v.txtTramas, &v.txtTramasDescartadas, &v.txtDemandaLecturaEscritura, &v.servidor.Text1,
-          &v.servidor.Text2})
-        c_.exigir(caja->texto().size() <= 4 * CajaDeTexto::kMaximo, "a trace box is bounded", 0);
+    const Sucesos& sucesos = c_.motor.sucesos;
+    c_.exigir(sucesos.siguiente() - sucesos.primero() <= Sucesos::kMaximo, "events are bounded", 0);
     c_.exigir(c_.motor.servidor.zocalo().enCola() <= kColaDelCliente,
               "what waits for the client is bounded", 0);
     const std::string ajustes = archivos_.contenido(kAjustes);

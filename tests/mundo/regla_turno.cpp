@@ -23,8 +23,8 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
         return;
     Solicitud t{};
     std::copy(bytes.begin(), bytes.end(), t.begin());
-    c_.exigir(c.turno == EstadoDeTurno::Esperando && c.ocupada,
-              "who sends is taken before the request leaves", n);
+    c_.exigir(c.turno == EstadoDeTurno::Esperando, "who sends is taken before the request leaves",
+              n);
     c_.exigir(c_.motor.turnos.temporizadoresEncendidos(static_cast<Indice>(n)) == 1,
               "the time-out runs before the request leaves", n);
     c_.exigir(c.recepcion.empty(), "a request leaves over an empty buffer", n);
@@ -54,7 +54,7 @@ void ReglaDeTurno::enlaceNuevo(std::size_t n, Seguida& s) {
 }
 
 void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
-    const bool deEscritura = s.ultima[0] == 0x57 || c_.conexion(n).escribiendo;
+    const bool deEscritura = s.ultima[0] == 0x57 || c_.escribe(n);
     c_.exigir(t[1] == s.ultima[1] && t[3] == s.ultima[3] && (deEscritura || t[0] == 0x52),
               "one request is outstanding", n);
     c_.exigir(c_.ahoraUs() - s.envioUs >= c_.lineas[n]->plan().tiempoFueraMs * 1000,
@@ -78,7 +78,7 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
     s.envios = 1;
     s.pedido = ++pedidos_;
     // A write that is read back is no read of a block.
-    const bool lectura = t[0] == 0x52 && !c_.conexion(n).escribiendo;
+    const bool lectura = t[0] == 0x52 && !c_.escribe(n);
     s.bloque = lectura ? c_.conexion(n).bloqueEnCurso : kNinguno;
     s.reintentos = s.bloque != kNinguno ? c_.motor.tablas.bloques[s.bloque].reintentos : 0;
     if (s.bloque != kNinguno && s.pausaAlEnviarMs >= 1 && c_.motor.turnos.pausa() >= 1)
@@ -127,8 +127,7 @@ void ReglaDeTurno::mirar(std::size_t n, Seguida& s) {
     }
     const bool libre = c.turno == EstadoDeTurno::Libre;
     const int timers = c_.motor.turnos.temporizadoresEncendidos(static_cast<Indice>(n));
-    c_.exigir(c.ocupada != libre && timers == (libre ? 0 : 1) &&
-                  c.recepcion.size() < kLargoRespuesta,
+    c_.exigir(timers == (libre ? 0 : 1) && c.recepcion.size() < kLargoRespuesta,
               "who is not free has one timer, and no buffer holds a frame", n);
     if (!libre || !conTrabajo(c) || !c_.supervisada(n)) {
         s.ociosaUs = -1;

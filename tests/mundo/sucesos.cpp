@@ -255,10 +255,11 @@ void Mundo::forzar(const Suceso& s) {
         mala ? std::string(kMalas[s.b % kMalas.size()])
              : plan_.bloques[s.a].direccion() +
                    (s.c % 3 == 0 ? "." + std::to_string(s.b * 5 % 16) : std::string());
-    const CajaDeTexto& caja = motor_.vista.txtDemandaLecturaEscritura;
-    const std::uint64_t antes = caja.version();
+    std::uint64_t antes = motor_.sucesos.siguiente();
+    std::string dicho;
     motor_.forzado.forzarPoleo(direccion);
-    c_.exigir(caja.version() != antes, "a forced read is answered or refused", s.a);
+    c_.exigir(motor_.trazas.txtDemandaLecturaEscritura.seguir(antes, dicho) && !dicho.empty(),
+              "a forced read is answered or refused", s.a);
     const Indice i = valores_.bloqueDe(plan_.bloques[s.a].direccion());
     if (!mala && i != kNinguno) actualidad_.bitsIguales(i);
 }

@@ -122,8 +122,13 @@ struct PlantaConServidor {
 
     Planta planta;
     OrdenesDePrueba ordenes;
-    FrmServerTCP servidor{planta.bucle,       planta.motor.tablas, planta.motor.ajustes,
-                          planta.motor.vista, planta.motor.log,    ordenes};
+    FrmServerTCP servidor{planta.bucle,
+                          planta.motor.tablas,
+                          planta.motor.ajustes,
+                          planta.motor.vista,
+                          planta.motor.sucesos,
+                          planta.motor.log,
+                          ordenes};
     ClienteSimulado cliente{planta.bucle};
     ClienteSimulado otro{planta.bucle, "10.0.0.10:50001"};
 };

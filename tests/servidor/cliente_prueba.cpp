@@ -39,7 +39,8 @@ class Cliente : public ::testing::Test {
         std::vector<std::string> argumentos, const Tic& alTic = [](const auto&) {}) {
         argumentos.insert(argumentos.begin(), {std::string(KV_BIN) + "/ClienteKV2200", "--servidor",
                                                servidor + ":" + std::to_string(kPuerto)});
-        FrmServerTCP frm(bucle_, motor_.tablas, motor_.ajustes, motor_.vista, motor_.log, ordenes_);
+        FrmServerTCP frm(bucle_, motor_.tablas, motor_.ajustes, motor_.vista, motor_.sucesos,
+                         motor_.log, ordenes_);
         motor_.publicacion.avisarA(&frm);
         int tubo[2] = {-1, -1};
         EXPECT_EQ(pipe2(tubo, O_NONBLOCK), 0);

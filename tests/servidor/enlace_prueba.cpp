@@ -158,7 +158,7 @@ TEST(Hostil, BasuraABytesYARafagasMientrasSePolea) {
         p.cliente.enviar("["); // one byte a millisecond
     EXPECT_EQ(p.ordenes.tomar(), Textos{});
     EXPECT_GE(plc.pedidos.size(), antes + 10) << "polling goes on";
-    EXPECT_LE(p.planta.motor.vista.servidor.Text2.texto().size(), 200'000U);
+    EXPECT_LE(p.planta.motor.trazas.Text2.texto().size(), 200'000U);
     EXPECT_LT(p.log().size(), 10'000U);
     p.cliente.enviar("Read;1.1.10;FinRead;");
     EXPECT_NE(p.cliente.tomar().find("[DRI]#1.1.10;116;6;#[/DRI]"), std::string::npos);

@@ -26,10 +26,10 @@ TEST(Login, LaClaveDeLaHoraYNingunaOtra) {
     p.cliente.enviar("Read;1.1.10;FinRead;");
     EXPECT_EQ(p.cliente.tomar(), "[DRI]#1.1.10;0;13;#[/DRI]");
     EXPECT_EQ(p.ordenes.tomar(), Textos{});
-    EXPECT_NE(p.planta.motor.vista.servidor.Text2.texto().find(
-                  "16/11/2025 07:05:11[Read;1.1.10;FinRead;]\r\n"),
-              std::string::npos)
-        << p.planta.motor.vista.servidor.Text2.texto();
+    EXPECT_NE(
+        p.planta.motor.trazas.Text2.texto().find("16/11/2025 07:05:11[Read;1.1.10;FinRead;]\r\n"),
+        std::string::npos)
+        << p.planta.motor.trazas.Text2.texto();
 }
 
 TEST(Login, CambioDeHoraYDeDia) {

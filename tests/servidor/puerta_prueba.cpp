@@ -137,7 +137,6 @@ TEST(Puerta, UnaClaveQueDesapareceCuentaALaSegundaMirada) {
 
 TEST(Puerta, LoQueNoSignificaNadaLaCierraYSeDiceAlArrancar) {
     struct Oye : Observador {
-        void alAgregar(std::string_view, std::int64_t, std::string_view) override {}
         void alCambiarEtiqueta(std::string_view, std::string_view) override {}
         void alCambiarColor(std::string_view, Color) override {}
         void alMostrarMensaje(std::string_view titulo, std::string_view texto) override {

@@ -17,7 +17,7 @@ TEST(Ordenes, VariasEnUnaLlegadaEnOrdenYEnMinusculas) {
     EXPECT_EQ(p.planta.motor.vista.lstViewVariables.seleccionada(), 2);
     p.cliente.enviar("[Write]a;1[/Write][Write]a;0[/Write][Write]a;1[/Write]");
     EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir a 0"}));
-    EXPECT_NE(p.planta.motor.vista.servidor.Text2.texto().find("1 escrituras repetidas"),
+    EXPECT_NE(p.planta.motor.trazas.Text2.texto().find("1 escrituras repetidas"),
               std::string::npos);
 }
 
@@ -64,14 +64,15 @@ TEST(Ordenes, LosBytesDelCampoVanYVuelven) {
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][DRI]~~1.1.10|0|13|~~[/DRI]");
     EXPECT_EQ(p.ordenes.tomar(), Textos{"escribir Caño 1"});
     EXPECT_TRUE(
-        p.planta.motor.vista.servidor.Text1.texto().ends_with(
-            "[SINK_FIN][DRI]~~1.1.10|0|13|~~[/DRI]") ||
-        p.planta.motor.vista.servidor.Text1.texto().ends_with("[DRI]~~1.1.10|0|13|~~[/DRI]"));
-    p.planta.motor.vista.servidor.Text1.vaciar();
+        p.planta.motor.trazas.Text1.texto().ends_with("[SINK_FIN][DRI]~~1.1.10|0|13|~~[/DRI]") ||
+        p.planta.motor.trazas.Text1.texto().ends_with("[DRI]~~1.1.10|0|13|~~[/DRI]"));
+    std::uint64_t visto = p.planta.motor.sucesos.siguiente();
     p.servidor.BtnOcultar_Click();
     p.cliente.enviar("Read;1.1.10;FinRead;");
     EXPECT_EQ(p.cliente.tomar(), "[DRI]~~1.1.10|0|13|~~[/DRI]") << "hidden, and served on";
-    EXPECT_EQ(p.planta.motor.vista.servidor.Text1.texto(), "");
+    std::string nuevo;
+    EXPECT_TRUE(p.planta.motor.trazas.Text1.seguir(visto, nuevo));
+    EXPECT_EQ(nuevo, "");
 }
 
 TEST(Ordenes, UnaLlegadaDentroDeOtra) {

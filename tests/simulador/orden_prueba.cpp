@@ -72,12 +72,11 @@ TEST(SimuladorOrden, TodasLasOpciones) {
     // The options of a place stand over the general ones.
     Planta planta(o.semilla, o.fallas, o.registros, o.porLugar);
     planta.agregarDireccion("127.0.0.1:5021", {});
-    std::string traza;
-    const auto dos = planta.atender(0, *armarTramaLectura("1F", "2", traza), 0);
+    const auto dos = planta.atender(0, *armarTramaLectura("1F", "2"), 0);
     EXPECT_EQ(std::tuple(dos->fallas.retardoMaxMs, dos->fallas.fragmentar, dos->fallas.basura,
                          dos->fallas.ausenteCadaS),
               std::tuple(7, false, 1, 3));
-    const auto tres = planta.atender(0, *armarTramaLectura("1F", "3", traza), 0);
+    const auto tres = planta.atender(0, *armarTramaLectura("1F", "3"), 0);
     EXPECT_EQ(tres->fallas.retardoMaxMs, 20);
 }
 

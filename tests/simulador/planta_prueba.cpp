@@ -8,8 +8,7 @@ namespace kv::simulador {
 namespace {
 
 Solicitud lectura(const char* direccion, const char* estacion) {
-    std::string traza;
-    return *armarTramaLectura(direccion, estacion, traza);
+    return *armarTramaLectura(direccion, estacion);
 }
 
 std::span<const std::uint8_t> vista(const std::string& bytes) {
@@ -43,8 +42,7 @@ TEST(SimuladorPlanta, UnaTablaPorDireccionYEstacion) {
     EXPECT_EQ(valor(b, lectura("1F", "25")), "-2");
     EXPECT_EQ(valor(b, lectura("20", "1")), "-1");
     EXPECT_EQ(valor(b, lectura("10", "2")), "nadie");
-    std::string traza;
-    EXPECT_EQ(valor(a, *armarTramaEscritura("10", "1", 1000, traza)), "1000");
+    EXPECT_EQ(valor(a, *armarTramaEscritura("10", "1", 1000)), "1000");
     EXPECT_EQ(valor(a, lectura("10", "1")), "1000");
     EXPECT_EQ(valor(b, lectura("10", "1")), "100");
 }
@@ -75,8 +73,7 @@ TEST(SimuladorPlanta, SenalesEnElTiempo) {
         EXPECT_FALSE(senalDeTexto(mala)) << mala;
     Planta planta(1, {}, {registro("01.10=rampa")}, {});
     planta.agregarDireccion("d", {});
-    std::string traza;
-    static_cast<void>(planta.atender(0, *armarTramaEscritura("10", "1", 5, traza), 0));
+    static_cast<void>(planta.atender(0, *armarTramaEscritura("10", "1", 5), 0));
     EXPECT_EQ(valorDeRespuesta(planta.atender(0, lectura("10", "1"), 9'000)->respuesta), 5);
 }
 

@@ -66,13 +66,11 @@ class Cliente {
 std::string texto(const std::optional<Solicitud>& s) { return {s->begin(), s->end()}; }
 
 std::string leer(const char* registro, const char* estacion) {
-    std::string traza;
-    return texto(armarTramaLectura(registro, estacion, traza));
+    return texto(armarTramaLectura(registro, estacion));
 }
 
 std::string escribir(const char* registro, const char* estacion, double valor) {
-    std::string traza;
-    return texto(armarTramaEscritura(registro, estacion, valor, traza));
+    return texto(armarTramaEscritura(registro, estacion, valor));
 }
 
 } // namespace

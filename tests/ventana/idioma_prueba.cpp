@@ -1,5 +1,6 @@
 // What the toolkit itself says, in the language of the windows.
 
+#include "platform/simulated/bucle_simulado.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
 #include "view/vista.h"
@@ -97,8 +98,11 @@ TEST_F(Idioma, ElDialogoDeArchivosEsCastellano) {
     const QTemporaryDir carpeta;
     QFile(carpeta.filePath("traza.txt")).open(QIODevice::WriteOnly);
     QDir(carpeta.path()).mkdir("adentro");
-    Vista vista;
-    CajaDeTraza caja(vista.txtTramas, "Tramas", nullptr);
+    BucleSimulado bucle;
+    const Tablas tablas;
+    const Sucesos sucesos(bucle.reloj());
+    const Trazas trazas(sucesos, tablas);
+    CajaDeTraza caja(trazas.txtTramas, "Tramas", nullptr);
     caja.show();
     QTest::mouseClick(&hallar<QToolButton>(caja, "btnGuardar"), Qt::LeftButton);
     auto& dialogo = hallar<QFileDialog>(caja, "dlgGuardar");

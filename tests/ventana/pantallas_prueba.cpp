@@ -104,7 +104,7 @@ class Pantallas : public Principal {
 TEST_F(Pantallas, LaPrincipalYCadaUnaDeSusFichas) {
     auto& listas = hallar<QTabWidget>(form, "fichasDeListas");
     auto& trazas = hallar<QTabWidget>(form, "fichasDeTrazas");
-    p.motor.vista.txtDemandaLecturaEscritura.agregar("07:05:30 16-11-2025 Forzado OK 1.1.10\r\n");
+    p.motor.sucesos.decir({.que = Que::Forzado}, "1.1.10");
     for (int i = 0; i < trazas.count(); ++i) {
         trazas.setCurrentIndex(i);
         listas.setCurrentIndex(i % 2);

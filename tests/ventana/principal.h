@@ -18,8 +18,6 @@ inline constexpr double kMuchoMs = 20'000;
 /// Keeps what the messages say, as the program's own output does.
 class Salida final : public Observador {
   public:
-    void alAgregar(std::string_view /*caja*/, std::int64_t /*indice*/,
-                   std::string_view /*texto*/) override {}
     void alCambiarEtiqueta(std::string_view /*etiqueta*/, std::string_view /*texto*/) override {}
     void alCambiarColor(std::string_view /*etiqueta*/, Color /*color*/) override {}
     void alMostrarMensaje(std::string_view /*titulo*/, std::string_view texto) override {
@@ -83,7 +81,7 @@ class Principal : public testing::Test {
     }
     [[nodiscard]] QString demanda() {
         form.refrescar();
-        return enQt(p.motor.vista.txtDemandaLecturaEscritura.texto());
+        return enQt(p.motor.trazas.txtDemandaLecturaEscritura.texto());
     }
     [[nodiscard]] std::string auditoria() {
         return p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
@@ -117,8 +115,8 @@ class Principal : public testing::Test {
     Mensajero mensajero{salida};
     EditorDeGuion editor{p.archivos, p.motor.guion};
     int apagados = 0;
-    Ventanas ventanas{
-        {p.motor.vista, p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};
+    Ventanas ventanas{{p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9",
+                       [this] { ++apagados; }}};
     Form1& form{ventanas.principal()};
 };
 

@@ -1,8 +1,10 @@
 // Trace boxes, their tabs, and the client's window.
 
+#include "platform/simulated/bucle_simulado.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
 #include "view/clave_de_orden.h"
+#include "view/lista.h"
 #include "window/controls/control.h"
 #include "window/traces/caja_de_traza.h"
 #include "window/traces/fichas.h"
@@ -11,6 +13,7 @@
 #include <QFileDialog>
 #include <QListView>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QToolButton>
 
 #include <algorithm>
@@ -18,7 +21,15 @@
 namespace kv {
 namespace {
 
-class Traza : public testing::Test {
+struct Acontecimientos {
+    void decir(const std::string& texto) { sucesos.decir({.que = Que::AlCliente}, texto); }
+    BucleSimulado bucle;
+    Tablas tablas;
+    Sucesos sucesos{bucle.reloj()};
+    Trazas trazas{sucesos, tablas};
+};
+
+class UnaTraza : public testing::Test, protected Acontecimientos {
   protected:
     void SetUp() override {
         caja.show();
@@ -31,12 +42,11 @@ class Traza : public testing::Test {
     void boton(const char* nombre) {
         QTest::mouseClick(&hallar<QToolButton>(caja, nombre), Qt::LeftButton);
     }
-    Vista vista;
-    CajaDeTraza caja{vista.txtTramas, "Tramas", nullptr};
-    QPlainTextEdit& texto{hallar<QPlainTextEdit>(caja, "txtTramas")};
+    CajaDeTraza caja{trazas.Text1, "Tramas", nullptr};
+    QPlainTextEdit& texto{hallar<QPlainTextEdit>(caja, "Text1")};
 };
 
-class ConFichas : public testing::Test {
+class ConFichas : public testing::Test, protected Acontecimientos {
   protected:
     void SetUp() override {
         fichas.show();
@@ -47,35 +57,44 @@ class ConFichas : public testing::Test {
         tira.scrollTo(ficha);
         QTest::mouseClick(tira.viewport(), Qt::LeftButton, {}, tira.visualRect(ficha).center());
     }
-    [[nodiscard]] int elegida() const {
-        const auto todas = tira.selectionModel()->selectedIndexes();
-        return todas.size() == 1 ? todas.front().row() : -1;
-    }
-    Vista vista;
-    Fichas fichas{vista.txtTimer, [this](std::size_t i) { return enQt(vista.txtTimer.titulo(i)); },
-                  "Bloques", nullptr};
+    std::vector<QString> titulos;
+    Fichas fichas{{"txtTimer", "TabStriptxtTimerPorBloque", [this] { return titulos.size(); },
+                   [this](std::size_t i) { return titulos[i]; },
+                   [this](std::size_t i) { return trazas.txtTimerIpPuerto(i); }},
+                  "Bloques",
+                  nullptr};
     QListView& tira{hallar<QListView>(fichas, "TabStriptxtTimerPorBloque")};
 };
 
 } // namespace
 
-TEST_F(Traza, SigueALaCajaConElCursorAlFinalYSeVaciaConElla) {
-    vista.txtTramas.agregar("uno\r\n");
+TEST_F(UnaTraza, SigueLoQuePasaYDejaQuietoLoQueUnoLee) {
+    decir("uno\r\n");
     EXPECT_EQ(visto(), "uno\n");
-    vista.txtTramas.agregar("dos\r\n");
+    decir("dos\r\n");
     EXPECT_EQ(visto(), "uno\ndos\n");
     EXPECT_TRUE(texto.textCursor().atEnd());
-    vista.txtTramas.agregar(std::string(CajaDeTexto::kMaximo - 10, 'x'));
-    EXPECT_EQ(visto().size(), int{CajaDeTexto::kMaximo} - 2) << "two line ends";
-    vista.txtTramas.agregar("y");
-    EXPECT_EQ(visto(), "y") << "one character too many empties it";
+    for (int i = 0; i < 200; ++i)
+        decir(std::to_string(i) + "\r\n");
+    const QString todo = visto();
+    EXPECT_TRUE(todo.startsWith("uno\n") && todo.endsWith("\n199\n"));
+    texto.verticalScrollBar()->setValue(3);
+    decir("mas\r\n");
+    EXPECT_EQ(visto(), todo) << "somebody reads";
+    EXPECT_EQ(texto.verticalScrollBar()->value(), 3);
+    texto.verticalScrollBar()->setValue(texto.verticalScrollBar()->maximum());
+    EXPECT_EQ(visto(), todo + "mas\n");
+    for (int i = 0; i < 60'000; ++i)
+        decir("renglon\r\n");
+    EXPECT_GE(visto().size(), int{Traza::kMaximo} * 8 / 9) << "line ends are shorter on the screen";
+    EXPECT_LE(texto.toPlainText().size(), int{Traza::kMaximo});
 }
 
-TEST_F(Traza, SePausaSeCopiaYSeGuardaLoQueSeVe) {
-    vista.txtTramas.agregar("uno\r\n");
+TEST_F(UnaTraza, SePausaSeCopiaYSeGuardaLoQueSeVe) {
+    decir("uno\r\n");
     EXPECT_EQ(visto(), "uno\n");
     boton("btnPausa");
-    vista.txtTramas.agregar("dos\r\n");
+    decir("dos\r\n");
     EXPECT_EQ(visto(), "uno\n");
     boton("btnCopiar");
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "uno\n");
@@ -90,44 +109,29 @@ TEST_F(Traza, SePausaSeCopiaYSeGuardaLoQueSeVe) {
     EXPECT_EQ(visto(), "uno\ndos\n");
 }
 
-TEST_F(ConFichas, LaUltimaNuncaQuedaElegida) {
-    clicEnFicha(0);
-    EXPECT_EQ(fichas.alFrente(), -1) << "the spare one alone";
-    for (std::size_t i = 0; i < 3; ++i) {
-        vista.txtTimer.usar(i, std::to_string(i + 1));
-        vista.txtTimer[i].agregar("caja " + std::to_string(i));
+TEST_F(ConFichas, CadaUnaMuestraLoSuyo) {
+    for (Indice n = 0; n < 3; ++n) {
+        titulos.push_back(QString::number(n + 1));
+        sucesos.decir({.que = n == 1 ? Que::PausaTermina : Que::PausaEmpieza, .conexion = n});
     }
     fichas.refrescar();
+    EXPECT_EQ(fichas.alFrente(), 0);
     clicEnFicha(1);
     EXPECT_EQ(fichas.alFrente(), 1);
-    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "caja 1");
-    clicEnFicha(3);
-    EXPECT_EQ(elegida(), 2);
-    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "caja 2");
-    vista.txtTimer.vaciar();
+    const auto& texto = hallar<QPlainTextEdit>(fichas, "txtTimer");
+    EXPECT_TRUE(texto.toPlainText().endsWith("HABILITACION A SIGUIENTE POOL\n"));
+    EXPECT_EQ(texto.toPlainText().count('\n'), 1);
+    clicEnFicha(2);
+    EXPECT_TRUE(texto.toPlainText().endsWith("ACTIVACION DE TIMER \n"));
+    titulos.clear();
     fichas.refrescar();
     EXPECT_EQ(fichas.alFrente(), -1);
-    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "");
-}
-
-TEST_F(ConFichas, UnaCajaEnElLugarDeOtraNoSeTomaPorElla) {
-    const auto empezar = [this](const char* texto) {
-        vista.txtTimer.vaciar();
-        for (std::size_t i = 0; i < 2; ++i)
-            vista.txtTimer.usar(i, std::to_string(i + 1));
-        vista.txtTimer[1].agregar(texto);
-        fichas.refrescar();
-    };
-    empezar("de antes");
-    clicEnFicha(1);
-    empezar("de ahora");
-    EXPECT_EQ(fichas.alFrente(), 1);
-    EXPECT_EQ(hallar<QPlainTextEdit>(fichas, "txtTimer").toPlainText(), "de ahora");
+    EXPECT_EQ(texto.toPlainText(), "");
 }
 
 TEST_F(ConFichas, CadaTituloTieneElLugarQueNecesita) {
-    for (std::size_t i = 0; i < 12; ++i)
-        vista.txtTimer.usar(i, i == 5 ? "6:  12.34.40001" : std::to_string(i + 1));
+    for (int i = 0; i < 12; ++i)
+        titulos.push_back(i == 5 ? "6:  12.34.40001" : QString::number(i + 1));
     fichas.refrescar();
     QCoreApplication::processEvents();
     for (int i = 0; i < 12; ++i) {

@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -47,9 +48,9 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
     connect(guardarTodo, &QToolButton::clicked, this, &CajaDeTraza::elegirArchivo);
 }
 
-CajaDeTraza::CajaDeTraza(const CajaDeTexto& caja, const QString& titulo, QWidget* padre)
+CajaDeTraza::CajaDeTraza(const Traza& traza, const QString& titulo, QWidget* padre)
     : CajaDeTraza(
-          std::string(caja.nombre()).c_str(), titulo, [&caja] { return &caja; }, padre) {}
+          std::string(traza.nombre()).c_str(), titulo, [traza] { return traza; }, padre) {}
 
 QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const QString& ayuda) {
     auto* b = control<QToolButton>(nombre, this);
@@ -62,25 +63,40 @@ QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const 
 
 void CajaDeTraza::refrescar() {
     if (!isVisible()) return;
-    const CajaDeTexto* caja = fuente_();
-    if (caja == caja_ && (pausa_->isChecked() || caja == nullptr || caja->version() == version_))
+    std::optional<Traza> traza = fuente_();
+    if (traza && traza == traza_) {
+        if (!pausa_->isChecked() && alFinal()) seguir();
         return;
-    if (caja != caja_) pausa_->setChecked(false); // a pause was meant for the other box
-    caja_ = caja;
-    version_ = caja != nullptr ? caja->version() : 0;
-    mostrar(caja != nullptr ? caja->texto() : std::string());
+    }
+    if (!traza && !traza_) return;
+    pausa_->setChecked(false); // a pause was meant for the other one
+    traza_ = traza;
+    visto_ = traza ? traza->hasta() : 0;
+    texto_->setPlainText(traza ? enQt(traza->texto()) : QString());
+    texto_->moveCursor(QTextCursor::End);
 }
 
-/// Text that only grew is continued; what was emptied meanwhile is written anew.
-void CajaDeTraza::mostrar(const std::string& texto) {
-    if (!mostrado_.empty() && texto.starts_with(mostrado_)) {
+bool CajaDeTraza::alFinal() const {
+    constexpr int kCasi = 2; // lines
+    const QScrollBar* barra = texto_->verticalScrollBar();
+    return barra->value() + kCasi >= barra->maximum();
+}
+
+/// What came since is continued; where that is much, only the latest of it is shown.
+void CajaDeTraza::seguir() {
+    constexpr std::uint64_t kMuchos = 1000; // events
+    constexpr int kLargo = 4 * static_cast<int>(Traza::kMaximo);
+    std::string nuevo;
+    const bool pocos = traza_->hasta() - visto_ < kMuchos && traza_->seguir(visto_, nuevo);
+    if (pocos && nuevo.empty()) return;
+    if (pocos && texto_->document()->characterCount() < kLargo) {
         QTextCursor fin(texto_->document());
         fin.movePosition(QTextCursor::End);
-        fin.insertText(enQt(std::string_view(texto).substr(mostrado_.size())));
+        fin.insertText(enQt(nuevo));
     } else {
-        texto_->setPlainText(enQt(texto));
+        visto_ = traza_->hasta();
+        texto_->setPlainText(enQt(traza_->texto()));
     }
-    mostrado_ = texto;
     texto_->moveCursor(QTextCursor::End);
 }
 
@@ -95,7 +111,8 @@ void CajaDeTraza::copiar() {
 }
 
 void CajaDeTraza::elegirArchivo() {
-    const QString texto = enQt(mostrado_); // as it stands now, whatever is traced meanwhile
+    // As it stands now, whatever is traced meanwhile.
+    const QString texto = texto_->toPlainText().replace('\n', "\r\n");
     auto* dialogo = control<QFileDialog>("dlgGuardar", this, tr("Guardar traza"));
     dialogo->setAcceptMode(QFileDialog::AcceptSave);
     dialogo->setOption(QFileDialog::DontUseNativeDialog);

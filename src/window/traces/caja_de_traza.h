@@ -1,30 +1,30 @@
 #pragma once
 
-#include "view/caja_de_texto.h"
+#include "events/trazas.h"
 
 #include <QWidget>
 
 #include <cstdint>
 #include <functional>
-#include <string>
+#include <optional>
 
 class QPlainTextEdit;
 class QToolButton;
 
 namespace kv {
 
-/// A trace box on the screen: follows a box of the view with its caret at the end, unless it is
-/// paused; its text can be copied and saved.
+/// A trace box on the screen: follows what happens with its caret at the end, unless it is paused
+/// or somebody reads further up; its text can be copied and saved.
 class CajaDeTraza final : public QWidget {
     Q_OBJECT
   public:
-    /// Gives the box to be shown; null for none. Asked again at every refresh.
-    using Fuente = std::function<const CajaDeTexto*()>;
+    /// Gives the trace to be shown, or none. Asked again at every refresh.
+    using Fuente = std::function<std::optional<Traza>()>;
     CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuente, QWidget* padre);
-    /// Always the same box, under its name; it must outlive this one.
-    CajaDeTraza(const CajaDeTexto& caja, const QString& titulo, QWidget* padre);
+    /// Always the same, under its name.
+    CajaDeTraza(const Traza& traza, const QString& titulo, QWidget* padre);
 
-    /// Shows what the box holds now. Costs next to nothing when that is the same, or when the box
+    /// Shows what has happened since. Costs next to nothing when that is nothing, or when the box
     /// cannot be seen.
     void refrescar();
 
@@ -37,16 +37,16 @@ class CajaDeTraza final : public QWidget {
 
   private:
     QToolButton* boton(const char* nombre, const QString& texto, const QString& ayuda);
-    void mostrar(const std::string& texto);
+    void seguir();
+    [[nodiscard]] bool alFinal() const;
     void copiar();
     void elegirArchivo();
 
     Fuente fuente_;
     QPlainTextEdit* texto_;
     QToolButton* pausa_;
-    const CajaDeTexto* caja_ = nullptr; ///< shown last; only compared
-    std::uint64_t version_ = 0;
-    std::string mostrado_;
+    std::optional<Traza> traza_; ///< shown last
+    std::uint64_t visto_ = 0;
 };
 
 } // namespace kv

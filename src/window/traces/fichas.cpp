@@ -12,9 +12,8 @@
 
 namespace kv {
 
-ModeloDeFichas::ModeloDeFichas(const CajasConFichas& cajas, TituloDeFicha titulo, QObject* padre)
-    : QAbstractListModel(padre), cajas_(cajas), titulo_(std::move(titulo)),
-      cuantas_(static_cast<int>(cajas.cuantas())) {
+ModeloDeFichas::ModeloDeFichas(const FuenteDeFichas& fuente, QObject* padre)
+    : QAbstractListModel(padre), fuente_(fuente), cuantas_(static_cast<int>(fuente.cuantas())) {
     medir(0);
 }
 
@@ -25,7 +24,7 @@ void ModeloDeFichas::medir(int desde) {
     constexpr QSize kMargenes{18, 6};
     QString larga;
     for (int i = desde; i < cuantas_; ++i) {
-        if (QString una = titulo_(static_cast<std::size_t>(i)); una.size() > larga.size())
+        if (QString una = fuente_.titulo(static_cast<std::size_t>(i)); una.size() > larga.size())
             larga = std::move(una);
     }
     const QFontMetrics letra(QGuiApplication::font());
@@ -39,32 +38,31 @@ int ModeloDeFichas::rowCount(const QModelIndex& padre) const {
 
 QVariant ModeloDeFichas::data(const QModelIndex& ficha, int papel) const {
     const auto i = static_cast<std::size_t>(ficha.row());
-    if (!ficha.isValid() || i >= cajas_.cuantas()) return {};
+    if (!ficha.isValid() || i >= fuente_.cuantas()) return {};
     if (papel == Qt::TextAlignmentRole) return int{Qt::AlignCenter};
     if (papel == Qt::SizeHintRole) return medida_;
     if (papel != Qt::DisplayRole && papel != Qt::ToolTipRole) return {};
-    return titulo_(i);
+    return fuente_.titulo(i);
 }
 
 void ModeloDeFichas::actualizar() {
-    const auto ahora = static_cast<int>(cajas_.cuantas());
+    const auto ahora = static_cast<int>(fuente_.cuantas());
     if (ahora == cuantas_) return;
     beginResetModel();
     const int antes = std::exchange(cuantas_, ahora);
-    medir(antes < ahora ? antes - 1 : 0); // the spare one has got a title
+    medir(antes < ahora ? antes : 0);
     endResetModel();
 }
 
-Fichas::Fichas(const CajasConFichas& cajas, TituloDeFicha deFicha, const QString& titulo,
-               QWidget* padre)
-    : QWidget(padre), cajas_(cajas),
-      modelo_(hacer<ModeloDeFichas>(cajas, std::move(deFicha), this)),
-      tira_(control<QListView>(std::string(cajas.fichas()).c_str(), this)),
+Fichas::Fichas(FuenteDeFichas fuente, const QString& titulo, QWidget* padre)
+    : QWidget(padre), fuente_(std::move(fuente)), modelo_(hacer<ModeloDeFichas>(fuente_, this)),
+      tira_(control<QListView>(fuente_.tira, this)),
       caja_(hacer<CajaDeTraza>(
-          std::string(cajas.nombre()).c_str(), titulo,
-          [this]() -> const CajaDeTexto* {
+          fuente_.cajas, titulo,
+          [this]() -> std::optional<Traza> {
               const auto i = static_cast<std::size_t>(alFrente_);
-              return alFrente_ >= 0 && i < cajas_.cuantas() ? &cajas_[i] : nullptr;
+              if (alFrente_ < 0 || i >= fuente_.cuantas()) return std::nullopt;
+              return fuente_.traza(i);
           },
           this)) {
     tira_->setModel(modelo_);
@@ -86,8 +84,6 @@ Fichas::Fichas(const CajasConFichas& cajas, TituloDeFicha deFicha, const QString
             [this](const QModelIndex& ficha) {
                 if (ficha.isValid()) elegir(ficha.row());
             });
-    // A click on the spare tab leaves it selected after it has changed what is current.
-    connect(tira_, &QListView::pressed, this, [this] { elegir(alFrente_); });
     connect(modelo_, &ModeloDeFichas::modelReset, this, [this] {
         const int antes = alFrente_;
         alFrente_ = -1;
@@ -96,8 +92,7 @@ Fichas::Fichas(const CajasConFichas& cajas, TituloDeFicha deFicha, const QString
 }
 
 void Fichas::elegir(int ficha) {
-    const int ultima = modelo_->rowCount() - 1;
-    alFrente_ = ficha < ultima ? ficha : ultima - 1;
+    alFrente_ = std::min(ficha, modelo_->rowCount() - 1);
     if (alFrente_ >= 0) {
         tira_->setCurrentIndex(modelo_->index(alFrente_));
     } else {
@@ -110,7 +105,7 @@ void Fichas::elegir(int ficha) {
 void Fichas::refrescar() {
     if (!isVisible()) return;
     modelo_->actualizar();
-    if (alFrente_ < 0 && modelo_->rowCount() > 1) elegir(0);
+    if (alFrente_ < 0 && modelo_->rowCount() > 0) elegir(0);
     tira_->viewport()->update(); // titles of tabs may have changed
     caja_->refrescar();
 }

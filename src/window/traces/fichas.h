@@ -1,6 +1,6 @@
 #pragma once
 
-#include "view/vista.h"
+#include "events/trazas.h"
 
 #include <QAbstractListModel>
 #include <QSize>
@@ -14,15 +14,21 @@ namespace kv {
 
 class CajaDeTraza;
 
-/// The title of a tab on the screen.
-using TituloDeFicha = std::function<QString(std::size_t ficha)>;
+/// Where a tab strip and the trace boxes behind it come from.
+struct FuenteDeFichas {
+    const char* cajas; ///< name of the control that shows the box in front
+    const char* tira;
+    std::function<std::size_t()> cuantas;
+    std::function<QString(std::size_t)> titulo;
+    std::function<Traza(std::size_t)> traza;
+};
 
 /// The tabs of a tab strip: there may be a hundred thousand, so they are not widgets. All of them
 /// are as wide as the longest title needs.
 class ModeloDeFichas final : public QAbstractListModel {
     Q_OBJECT
   public:
-    ModeloDeFichas(const CajasConFichas& cajas, TituloDeFicha titulo, QObject* padre);
+    ModeloDeFichas(const FuenteDeFichas& fuente, QObject* padre);
     [[nodiscard]] int rowCount(const QModelIndex& padre = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& ficha, int papel) const override;
     /// Takes over tabs that came or went.
@@ -31,19 +37,16 @@ class ModeloDeFichas final : public QAbstractListModel {
   private:
     void medir(int desde);
 
-    const CajasConFichas& cajas_;
-    TituloDeFicha titulo_;
+    const FuenteDeFichas& fuente_;
     int cuantas_;
     QSize medida_;
 };
 
-/// A tab strip with the trace boxes that it chooses among, one of which is in front. The last tab
-/// is the spare one: it is never left selected, the one before it is.
+/// A tab strip with the trace boxes that it chooses among, one of which is in front.
 class Fichas final : public QWidget {
     Q_OBJECT
   public:
-    Fichas(const CajasConFichas& cajas, TituloDeFicha deFicha, const QString& titulo,
-           QWidget* padre);
+    Fichas(FuenteDeFichas fuente, const QString& titulo, QWidget* padre);
     void refrescar();
     /// Number of the box in front, -1 when there is none to be seen.
     [[nodiscard]] int alFrente() const { return alFrente_; }
@@ -54,7 +57,7 @@ class Fichas final : public QWidget {
   private:
     void elegir(int ficha);
 
-    const CajasConFichas& cajas_;
+    FuenteDeFichas fuente_;
     ModeloDeFichas* modelo_;
     QListView* tira_;
     CajaDeTraza* caja_;

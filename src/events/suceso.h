@@ -1,0 +1,104 @@
+#pragma once
+
+#include "plant/bloque.h"
+#include "text/fecha.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace kv {
+
+/// What happened.
+enum class Que : std::uint8_t {
+    // A connection and its turns.
+    EnlaceArriba,
+    EnlaceAbajo,
+    PausaEmpieza,
+    PausaTermina,
+    LineaRetenida, ///< it is held back until late answers can no more come
+    LineaNoCalla,  ///< it was held back for too long
+    EnlaceCortado, ///< what had not arrived does not leave any more
+    // What came from a station: `bytes`, or where they are more than eight a text, of which
+    // `cuantos` were held from earlier arrivals.
+    LlegaronBytes, ///< `numero`: how many the buffer holds
+    Descarte,      ///< no answer
+    Sobrante,      ///< an answer that was not waited for, or could not be told from a late one
+    Recepcion,     ///< the answer that was waited for
+    // Reads.
+    Envio,     ///< `bytes`: the request
+    Reintento, ///< the same, `detalle` the number of the retry
+    TicDeBloque,
+    FinDelDescanso, ///< the tick of a block that rested
+    BloqueHabilitado,
+    BloqueDeshabilitado,
+    TiempoFuera,
+    EstacionMuda,
+    EstacionContesta,
+    // Writes: `escritura`, its read block, `numero` the value.
+    EscrituraLee, ///< the register of a bit; `bytes`: the request
+    EscrituraSale,
+    EscrituraLeeOtraVez,
+    EscrituraRelee, ///< to see whether what was not answered arrived
+    EscrituraRepite,
+    TiempoFueraDeEscritura,
+    EscrituraAbandonada, ///< `detalle`: a FinDeEscritura
+    EscrituraUnida,      ///< asked for while an equal one waited; nothing new was made
+    EscrituraTerminada,  ///< `detalle`: a FinDeEscritura
+    EscrituraRechazada,  ///< text: address, a zero byte and the reason
+    // Orders of window, script or client. Text: the address or key that was given.
+    SinPuertoNiPlc,
+    EscribirSinPlc,
+    EscribirSinConexion,
+    ForzarSinTrama,
+    ForzarSinConexion,
+    ForzarEnDescanso, ///< `detalle` 1: the block has just been made
+    Forzado,
+    AltaFueraDeTrama,
+    AltaSinLugar, ///< `numero`: how many a station may have
+    AltaSinPuerto,
+    BloqueDadoDeAlta, ///< `numero`: its scan, seconds
+    NivelSinBloques,  ///< `numero`: the level
+    // The script, and the supervisory client's wire.
+    FallaDelGuion,
+    DelCliente,
+    RepetidasDelCliente, ///< `numero`: how many
+    AlCliente,
+    Ultimo ///< none: how many there are
+};
+
+/// A trace line shows so many bytes of one arrival; a station that sends garbage at full speed must
+/// not cost a screen of text for every packet.
+inline constexpr std::size_t kBytesEnTraza = 512;
+
+/// One thing that happened: of a fixed size, so that saying it costs next to nothing whether
+/// somebody looks or not.
+struct Suceso {
+    Que que = Que::Ultimo;
+    std::uint8_t cuantos = 0; ///< of `bytes`
+    std::int16_t detalle = 0;
+    Indice conexion = kNinguno;
+    Indice bloque = kNinguno;
+    Indice escritura = kNinguno;
+    std::uint32_t texto = 0; ///< of a text that is kept beside; 0: none
+    std::array<std::uint8_t, 8> bytes{};
+    std::int8_t bit = -1; ///< of a write; -1: the whole register
+    double numero = 0;
+    std::int64_t instante = 0; ///< local calendar time, see empaquetar
+
+    [[nodiscard]] std::span<const std::uint8_t> losBytes() const {
+        return std::span(bytes).first(cuantos);
+    }
+    /// At most eight.
+    void poner(std::span<const std::uint8_t> unos) {
+        cuantos = static_cast<std::uint8_t>(std::min(unos.size(), bytes.size()));
+        std::copy_n(unos.begin(), cuantos, bytes.begin());
+    }
+};
+
+/// A calendar time as one number, which keeps its order.
+[[nodiscard]] std::int64_t empaquetar(const FechaHora& f);
+[[nodiscard]] FechaHora desempaquetar(std::int64_t instante);
+
+} // namespace kv

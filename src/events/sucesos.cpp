@@ -1,0 +1,68 @@
+#include "events/sucesos.h"
+
+#include <algorithm>
+namespace kv {
+
+std::int64_t empaquetar(const FechaHora& f) {
+    std::int64_t n = f.anio;
+    n = n * 16 + f.mes;
+    n = n * 32 + f.dia;
+    n = n * 32 + f.hora;
+    n = n * 64 + f.minuto;
+    n = n * 64 + f.segundo;
+    return n * 1024 + f.milisegundo;
+}
+
+FechaHora desempaquetar(std::int64_t instante) {
+    const auto tomar = [&instante](std::int64_t base) {
+        const auto resto = static_cast<int>(instante % base);
+        instante /= base;
+        return resto;
+    };
+    FechaHora f;
+    f.milisegundo = tomar(1024);
+    f.segundo = tomar(64);
+    f.minuto = tomar(64);
+    f.hora = tomar(32);
+    f.dia = tomar(32);
+    f.mes = tomar(16);
+    f.anio = static_cast<int>(instante);
+    return f;
+}
+
+Sucesos::Sucesos(const Reloj& reloj, std::size_t maximo)
+    : reloj_(reloj), trozosMaximo_(std::max<std::size_t>(2, (maximo + kTrozo - 1) / kTrozo)) {}
+
+void Sucesos::decir(Suceso suceso, std::string_view texto) {
+    suceso.texto = textos_[static_cast<std::size_t>(almacenDe(suceso.que))].guardar(texto);
+    guardar(suceso, texto);
+}
+
+void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
+    suceso.instante = empaquetar(reloj_.ahora());
+    const std::size_t lugar = siguiente_ % kTrozo;
+    if (lugar == 0) hacerLugar();
+    (*trozos_.back())[lugar] = suceso;
+    ++siguiente_;
+    for (OyenteDeSucesos* oyente : oyentes_)
+        oyente->alSuceder(suceso, texto);
+}
+
+/// A new piece for what follows, or the oldest one again.
+void Sucesos::hacerLugar() {
+    if (trozos_.size() < trozosMaximo_) {
+        trozos_.push_back(std::make_unique<Trozo>());
+        return;
+    }
+    trozos_.push_back(std::move(trozos_.front()));
+    trozos_.pop_front();
+    primero_ += kTrozo;
+}
+
+std::string_view Sucesos::textoDe(const Suceso& suceso) const {
+    return suceso.texto == 0
+               ? std::string_view()
+               : textos_[static_cast<std::size_t>(almacenDe(suceso.que))].ver(suceso.texto);
+}
+
+} // namespace kv

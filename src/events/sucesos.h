@@ -1,0 +1,67 @@
+#pragma once
+
+#include "events/suceso.h"
+#include "events/textos.h"
+#include "platform/reloj.h"
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace kv {
+
+/// Hears of everything as it happens. It must not say anything itself, nor let events run.
+class OyenteDeSucesos {
+  public:
+    virtual ~OyenteDeSucesos() = default;
+    /// `texto` is the event's own text, valid during the call, empty where there is none.
+    virtual void alSuceder(const Suceso& suceso, std::string_view texto) = 0;
+};
+
+/// All that happened, said once and kept for a while: hours of a quiet plant, minutes of a busy
+/// one. Whatever shows, counts or records something reads it here.
+class Sucesos {
+  public:
+    static constexpr std::size_t kMaximo = std::size_t{1} << 20; ///< events, 48 bytes each
+
+    /// The clock must outlive this. `maximo` is rounded up to thousands.
+    explicit Sucesos(const Reloj& reloj, std::size_t maximo = kMaximo);
+
+    void decir(Suceso suceso) { guardar(suceso, {}); }
+    /// With a text, of which as much is kept as its kind may take up.
+    void decir(Suceso suceso, std::string_view texto);
+
+    /// Events have numbers, which only grow: [primero(), siguiente()) can be read.
+    [[nodiscard]] std::uint64_t primero() const { return primero_; }
+    [[nodiscard]] std::uint64_t siguiente() const { return siguiente_; }
+    [[nodiscard]] const Suceso& operator[](std::uint64_t numero) const {
+        const std::uint64_t k = numero - primero_;
+        return (*trozos_[k / kTrozo])[k % kTrozo];
+    }
+    /// Empty when it has none, or when it has been given up for later ones.
+    [[nodiscard]] std::string_view textoDe(const Suceso& suceso) const;
+
+    /// It must outlive this or be taken off.
+    void avisarA(OyenteDeSucesos* oyente) { oyentes_.push_back(oyente); }
+    void dejarDeAvisarA(OyenteDeSucesos* oyente) { std::erase(oyentes_, oyente); }
+
+  private:
+    static constexpr std::size_t kTrozo = 1024;
+    using Trozo = std::array<Suceso, kTrozo>;
+
+    void guardar(Suceso& suceso, std::string_view texto);
+    void hacerLugar();
+
+    const Reloj& reloj_;
+    std::size_t trozosMaximo_;
+    std::deque<std::unique_ptr<Trozo>> trozos_; ///< full but for the last
+    std::uint64_t primero_ = 0;
+    std::uint64_t siguiente_ = 0;
+    std::array<TextosDeSucesos, kAlmacenes> textos_;
+    std::vector<OyenteDeSucesos*> oyentes_;
+};
+
+} // namespace kv

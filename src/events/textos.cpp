@@ -1,0 +1,29 @@
+#include "events/textos.h"
+
+namespace kv {
+
+std::uint32_t TextosDeSucesos::guardar(std::string_view texto) {
+    guardados_.emplace_back(texto.substr(0, kMaximo));
+    bytes_ += guardados_.back().size();
+    while (bytes_ > kMaximo) {
+        bytes_ -= guardados_.front().size();
+        guardados_.pop_front();
+    }
+    if (++ultimo_ == 0) ultimo_ = 1;
+    return ultimo_;
+}
+
+std::string_view TextosDeSucesos::ver(std::uint32_t numero) const {
+    const std::uint32_t desdeElFinal = ultimo_ - numero;
+    if (numero == 0 || desdeElFinal >= guardados_.size()) return {};
+    return guardados_[guardados_.size() - 1 - desdeElFinal];
+}
+
+Almacen almacenDe(Que que) {
+    if (que <= Que::Recepcion) return Almacen::Estaciones;
+    if (que < Que::FallaDelGuion) return Almacen::Pedidos;
+    if (que == Que::FallaDelGuion) return Almacen::Guion;
+    return que == Que::AlCliente ? Almacen::AlCliente : Almacen::DelCliente;
+}
+
+} // namespace kv

@@ -1,0 +1,75 @@
+#include "events/trazas.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace kv {
+namespace {
+
+/// The steps of writes have a box of their own besides: what of theirs is in another.
+Caja deOtra(Que que) {
+    const bool paso = que >= Que::EscrituraLee && que <= Que::EscrituraAbandonada;
+    return paso ? cajasDe(que).primera : Caja::Ninguna;
+}
+
+} // namespace
+
+bool Traza::tiene(const Suceso& s) const {
+    if (caja_ == Caja::txtTimerEscritura) return deOtra(s.que) != Caja::Ninguna;
+    const SusCajas cajas = cajasDe(s.que);
+    return (cajas.primera == caja_ || cajas.segunda == caja_) &&
+           (indice_ < 0 || Redaccion::indiceEn(s, caja_) == indice_);
+}
+
+void Traza::agregar(const Suceso& s, std::string& texto) const {
+    redaccion_->redactar(s, caja_ == Caja::txtTimerEscritura ? deOtra(s.que) : caja_, texto);
+    // Many an order's message has no end of line: the next one begins a line all the same.
+    if (caja_ == Caja::txtDemandaLecturaEscritura && !texto.ends_with('\n')) texto += "\r\n";
+}
+
+std::string Traza::texto() const {
+    const Sucesos& sucesos = redaccion_->sucesos();
+    std::vector<std::uint64_t> cuales;
+    std::string una;
+    std::size_t bytes = 0;
+    for (std::uint64_t n = sucesos.siguiente(); n > sucesos.primero() && bytes < kMaximo; --n) {
+        if (!tiene(sucesos[n - 1])) continue;
+        una.clear();
+        agregar(sucesos[n - 1], una);
+        bytes += una.size();
+        cuales.push_back(n - 1);
+    }
+    std::string texto;
+    texto.reserve(bytes + 2 * cuales.size());
+    std::for_each(cuales.rbegin(), cuales.rend(),
+                  [&](std::uint64_t n) { agregar(sucesos[n], texto); });
+    return texto;
+}
+
+bool Traza::seguir(std::uint64_t& visto, std::string& texto) const {
+    const Sucesos& sucesos = redaccion_->sucesos();
+    if (visto < sucesos.primero()) return false;
+    for (; visto < sucesos.siguiente(); ++visto) {
+        if (tiene(sucesos[visto])) agregar(sucesos[visto], texto);
+    }
+    return true;
+}
+
+TrazaAlMomento::TrazaAlMomento(Sucesos& sucesos, const Tablas& tablas, LectorDeTrazas& destino)
+    : sucesos_(sucesos), redaccion_(sucesos, tablas), destino_(destino) {
+    sucesos_.avisarA(this);
+}
+
+TrazaAlMomento::~TrazaAlMomento() { sucesos_.dejarDeAvisarA(this); }
+
+void TrazaAlMomento::alSuceder(const Suceso& suceso, std::string_view /*texto*/) {
+    const SusCajas cajas = cajasDe(suceso.que);
+    for (const Caja caja : {cajas.primera, cajas.segunda}) {
+        if (caja == Caja::Ninguna) return;
+        linea_.clear();
+        redaccion_.redactar(suceso, caja, linea_);
+        destino_.alAgregar(nombreDe(caja), Redaccion::indiceEn(suceso, caja), linea_);
+    }
+}
+
+} // namespace kv

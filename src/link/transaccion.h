@@ -1,0 +1,24 @@
+#pragma once
+
+#include "plant/bloque.h"
+#include "wire/Modulo_Tramas_KV2200.h"
+
+namespace kv {
+
+/// Who asked for what is outstanding on a connection, and what each way in which that may end means
+/// to them. Reads are one, writes with their first reads and read-backs another.
+class Transaccion {
+  public:
+    virtual ~Transaccion() = default;
+    /// The answer came; it is for what was asked.
+    virtual void contestada(Indice conexion, const Respuesta& respuesta) = 0;
+    /// A valid answer came that cannot be told from the late answer to something else: the try has
+    /// failed.
+    virtual void dudosa(Indice conexion) = 0;
+    /// Its time-out ticked.
+    virtual void vencida(Indice conexion) = 0;
+    /// The link is gone, and its answer with it.
+    virtual void perdida(Indice conexion) = 0;
+};
+
+} // namespace kv

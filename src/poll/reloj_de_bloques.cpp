@@ -1,0 +1,170 @@
+#include "poll/reloj_de_bloques.h"
+
+#include "plant/bases.h"
+#include "text/numeros.h"
+#include "view/columnas.h"
+
+#include <utility>
+
+namespace kv {
+
+RelojDeBloques::RelojDeBloques(Bucle& bucle, Tablas& tablas, Publicacion& publicacion,
+                               Sucesos& sucesos, Vista& vista, Sello& sello)
+    : tablas_(tablas), publicacion_(publicacion), sucesos_(sucesos), vista_(vista), sello_(sello),
+      Timer1_Bloques_(bucle) {
+    Timer1_Bloques_.alTic([this](std::size_t bloque) { tic(static_cast<Indice>(bloque)); });
+}
+
+void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::string_view texto) {
+    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, columna, texto);
+}
+
+void RelojDeBloques::tic(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    Timer1_Bloques_[bloque].habilitar(false);
+    const bool descansaba = !b.habilitadoPorRespuestas;
+    if (b.activo)
+        sucesos_.decir({.que = descansaba ? Que::FinDelDescanso : Que::TicDeBloque,
+                        .conexion = b.idConexion,
+                        .bloque = bloque});
+    if (descansaba) habilitar(b);
+    if (!b.activo) return;
+    b.sondeo = descansaba; // after a rest it is asked once
+    tablas_.ponerPendiente(bloque, true);
+    destino_(bloque);
+}
+
+void RelojDeBloques::habilitar(BloqueLectura& b) {
+    tablas_.habilitar(b.indice, true);
+    sucesos_.decir({.que = Que::BloqueHabilitado, .conexion = b.idConexion, .bloque = b.indice});
+    mostrar(b, de_bloques::kHabilitado, "Habilitado desde " + sello_.ahora());
+}
+
+void RelojDeBloques::empezar(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.sondeo = b.enDuda = b.saltado = false;
+    if (!b.habilitadoPorRespuestas) habilitar(b);
+    if (!b.activoPorDefecto && !b.activo) return;
+    publicacion_.ponerActivo(bloque, true);
+    pedir(bloque);
+}
+
+void RelojDeBloques::parar(Indice bloque) {
+    Timer1_Bloques_[bloque].habilitar(false);
+    tablas_.bloques[bloque].reintentos = 0;
+}
+
+void RelojDeBloques::pedir(Indice bloque) {
+    if (tablas_.bloques[bloque].habilitadoPorRespuestas) Timer1_Bloques_[bloque].habilitar(false);
+    tablas_.ponerPendiente(bloque, true);
+}
+
+void RelojDeBloques::salir(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.lecturaForzada = b.forzado;
+}
+
+void RelojDeBloques::contestar(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.reintentos = 0;
+    b.sondeo = b.enDuda = false;
+    tablas_.ponerPendiente(bloque, false);
+    Timer1_Bloques_[bloque].rearmar(b.scanMs);
+    if (b.forzado && b.lecturaForzada) avanzarForzado(b);
+}
+
+void RelojDeBloques::avanzarForzado(BloqueLectura& b) {
+    b.forzadoContador += 1;
+    if (b.forzadoContador < b.forzadoVeces) {
+        // The first answer is told of as the second of its count, as it always was.
+        mostrar(b, de_bloques::kNota,
+                "FORZADO POR NIVEL: Recepcion " + textoDeNumero(b.forzadoContador + 1) + " de " +
+                    textoDeNumero(b.forzadoVeces));
+        if (b.scanMs == 0) pedir(b.indice);
+        return;
+    }
+    b.forzado = false;
+    if (!b.activoSinForzar) publicacion_.ponerActivo(b.indice, false);
+    mostrar(b, de_bloques::kNota, "FORZADO POR NIVEL OK");
+}
+
+bool RelojDeBloques::dudar(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    return std::exchange(b.enDuda, true) && b.activo;
+}
+
+bool RelojDeBloques::reintentar(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.sondeo || b.reintentos >= b.reintentosMax) return false;
+    b.reintentos += 1;
+    return true;
+}
+
+void RelojDeBloques::descansar(Indice bloque, std::int64_t ms) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.reintentos = 0;
+    b.enDuda = false;
+    tablas_.habilitar(bloque, false);
+    Timer1_Bloques_[bloque].rearmar(ms);
+    mostrar(b, de_bloques::kHabilitado,
+            "Deshabilitado por " + textoDeNumero(b.segReconeccion) + "(s) Desde " + sello_.ahora());
+    sucesos_.decir({.que = Que::BloqueDeshabilitado, .conexion = b.idConexion, .bloque = bloque});
+}
+
+void RelojDeBloques::callar(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    tablas_.habilitar(bloque, false);
+    parar(bloque);
+    b.enDuda = false;
+    mostrar(b, de_bloques::kHabilitado, "Estacion sin respuesta desde " + sello_.ahora());
+}
+
+void RelojDeBloques::sondear(Indice bloque, std::int64_t ms) {
+    tablas_.habilitar(bloque, false);
+    Timer1_Bloques_[bloque].rearmar(ms);
+}
+
+bool RelojDeBloques::volver(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.sondeo = false;
+    if (b.habilitadoPorRespuestas) return false;
+    tablas_.habilitar(bloque, true);
+    if (!b.activo) return true;
+    if (b.pendiente) {
+        Timer1_Bloques_[bloque].habilitar(false);
+    } else {
+        Timer1_Bloques_[bloque].rearmar(b.scanMs);
+    }
+    mostrar(b, de_bloques::kHabilitado, "Habilitado desde " + sello_.ahora());
+    return true;
+}
+
+void RelojDeBloques::forzar(Indice bloque, double veces, std::string_view nota) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    if (!b.forzado) b.activoSinForzar = b.activo;
+    b.forzado = true;
+    b.lecturaForzada = false; // an answer that is already on its way does not count
+    b.forzadoVeces = veces;
+    b.forzadoContador = 0;
+    mostrar(b, de_bloques::kNota, nota);
+}
+
+void RelojDeBloques::encender(Indice bloque, bool activo) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.forzado) mostrar(b, de_bloques::kNota, "");
+    b.forzado = b.lecturaForzada = false;
+    publicacion_.ponerActivo(bloque, activo);
+    if (activo) return;
+    if (b.habilitadoPorRespuestas) Timer1_Bloques_[bloque].habilitar(false);
+    b.reintentos = 0;
+    b.enDuda = false;
+}
+
+void RelojDeBloques::cambiarScan(Indice bloque, double segundos) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.scanSegundos = segundos;
+    b.scanMs = milisegundos(segundos);
+    mostrar(b, de_bloques::kScan, textoDeNumero(segundos));
+}
+
+} // namespace kv
