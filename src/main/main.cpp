@@ -3,6 +3,7 @@
 #include "config/comprobacion.h"
 #include "config/informe_json.h"
 #include "main/grabacion.h"
+#include "main/planilla.h"
 #include "main/programa.h"
 #ifdef KV_VENTANA
 #include "main/con_ventana.h"
@@ -110,6 +111,20 @@ void ponerGrabacion(CLI::App& app, ComoGrabar& grabar, CLI::Option* sinVentana) 
         ->needs(sinVentana); // what an operator was typing would be lost
 }
 
+void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
+    auto* exportar = app.add_option("--exportar", opciones.exportar,
+                                    "Escribe la configuracion como planilla de calculo y termina")
+                         ->type_name("ARCHIVO.csv")
+                         ->excludes(comprobar);
+    app.add_option(
+           "--importar", opciones.importar,
+           "Hace la configuracion de una planilla y termina; la de antes queda al lado, con "
+           ".anterior en su nombre")
+        ->type_name("ARCHIVO.csv")
+        ->excludes(comprobar)
+        ->excludes(exportar);
+}
+
 /// The exit code if the program is to end at once.
 std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
@@ -130,6 +145,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
                  "Ademas se conecta a cada direccion y le pregunta una vez a cada estacion")
         ->needs(comprobar);
     app.add_flag("--json", opciones.json, "Lo comprobado, como un objeto JSON")->needs(comprobar);
+    ponerPlanilla(app, opciones, comprobar);
     ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
@@ -153,6 +169,10 @@ int main(int argc, char** argv) {
     try {
         std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
+        if (!opciones.exportar.empty())
+            return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);
+        if (!opciones.importar.empty())
+            return kv::importarPlanilla(opciones.carpeta, opciones.importar, std::cerr);
         if (opciones.comprobar)
             return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);

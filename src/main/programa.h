@@ -27,6 +27,8 @@ struct Opciones {
     bool comprobar = false;
     bool alcanzar = false; ///< with `comprobar`, as the next
     bool json = false;
+    std::string exportar; ///< table to write, empty: none
+    std::string importar; ///< table to read, empty: none
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };

@@ -171,6 +171,34 @@ TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
     EXPECT_EQ(c.leer("sis_config.ini"), ajustes);
 }
 
+TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
+    const std::string antes = planta.leer("DRIVER_KV2200_Config.ini");
+    const std::string csv = planta.ruta() + "/planta.csv";
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    planta.escribir("planta.csv", planta.leer("planta.csv") + "bloque;1;x\r\n");
+    Resultado r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.errores, csv + ":5: columna ScanTime: falta; no se importa nada\n"))
+        << r.errores;
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    {
+        Proceso driver(planta.correr());
+        EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 1"), "");
+        r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+        EXPECT_EQ(r.codigo, 1);
+        EXPECT_TRUE(tiene(r.errores, "un driver atiende esta planta")) << r.errores;
+    }
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--importar", csv}).codigo, 0);
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini.anterior"), antes);
+    EXPECT_NE(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    const std::string otra = planta.ruta() + "/otra.csv";
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
+    EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
+}
+
 TEST(LineaDeOrden, ComprobarPruebaLaDireccionYLlegaALasEstaciones) {
     Simulador plc({0}, {"--registro", "01.10=123"}, false);
     const Carpeta c;
