@@ -2,7 +2,9 @@
 
 #include "programas.h"
 
+#include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -101,6 +103,31 @@ TEST(LineaDeOrden, LosManualesNombranCadaOpcionYNingunaQueNoEste) {
         EXPECT_TRUE(tiene(contenidoDe("packaging/completions/programas.bash"), p));
         EXPECT_TRUE(tiene(contenidoDe("packaging/completions/_DriverKV2200"), p));
     }
+}
+
+TEST(LineaDeOrden, LosDocumentosNombranSoloOpcionesQueEstan) {
+    std::map<std::string, std::set<std::string>> hay;
+    for (const std::string& p : kProgramas)
+        hay[p] = opcionesDe(correr({"--help"}, programa(p)).salida);
+    hay["ClienteKV2200"].merge(
+        opcionesDe(correr({"vigilar", "--help"}, programa("ClienteKV2200")).salida));
+    static const std::regex orden("(Driver|Simulador|Cliente|Guion)KV2200( [^`\n]*)");
+    std::size_t vistas = 0;
+    std::vector<std::string> documentos{"README.md", "HACKING.md"};
+    for (const auto& e : std::filesystem::directory_iterator(std::string(KV_FUENTES) + "/docs"))
+        if (e.path().extension() == ".md")
+            documentos.push_back("docs/" + e.path().filename().string());
+    for (const std::string& documento : documentos) {
+        const std::string texto = contenidoDe(documento);
+        for (std::sregex_iterator i(texto.begin(), texto.end(), orden), fin; i != fin; ++i) {
+            const std::string p = (*i)[1].str() + "KV2200";
+            for (const std::string& opcion : opcionesDe((*i)[2])) {
+                ++vistas;
+                EXPECT_TRUE(hay[p].contains(opcion)) << documento << ": " << i->str();
+            }
+        }
+    }
+    EXPECT_GT(vistas, 20U);
 }
 
 TEST(LineaDeOrden, LaVersionDelPaqueteEsLaDelProyecto) {
