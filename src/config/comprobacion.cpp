@@ -256,7 +256,7 @@ Revision revisar(Ajustes& ajustes) {
     return r;
 }
 
-void revisarEscucha(Bucle& bucle, const std::string& archivoDeAjustes, Revision& r) {
+void revisarEscucha(Bucle& bucle, Ajustes& ajustes, Revision& r) {
     struct Nadie final : OyenteDeZocalo {
         void alLlegarDatos(std::size_t, std::span<const std::uint8_t>) override {}
     } nadie;
@@ -266,7 +266,10 @@ void revisarEscucha(Bucle& bucle, const std::string& archivoDeAjustes, Revision&
     if (zocalo->estado() != EstadoZocalo::Error) return;
     const std::string que =
         "no se puede escuchar en la dirección " + r.escucha.direccion + ": " + zocalo->motivo();
-    r.configuracion.problemas.agregar(archivoDeAjustes, 0, que, "no entra ningún cliente");
+    const std::string& archivo = ajustes.archivoDeAjustes();
+    r.configuracion.problemas.agregar(
+        archivo, ajustes.lineaDe(archivo, kSeccionDeAjustes, kEscuchaDireccion.clave), que,
+        "no entra ningún cliente");
     r.impedimentos.push_back(que);
 }
 

@@ -33,7 +33,7 @@ struct Revision {
 /// Reads without writing anything from now on.
 [[nodiscard]] Revision revisar(Ajustes& ajustes);
 /// Tries the address to listen on. A port that is taken is no problem: the plant's driver may run.
-void revisarEscucha(Bucle& bucle, const std::string& archivoDeAjustes, Revision& r);
+void revisarEscucha(Bucle& bucle, Ajustes& ajustes, Revision& r);
 
 /// The report of what would be built and of every problem, each on a line of its own. Its length is
 /// bounded however large the plant is.

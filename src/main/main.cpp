@@ -42,7 +42,7 @@ int soloComprobar(const Opciones& opciones) {
     Ajustes ajustes(archivos, opciones.carpeta);
     Revision r = revisar(ajustes);
     BucleEpoll bucle;
-    revisarEscucha(bucle, ajustes.archivoDeAjustes(), r);
+    revisarEscucha(bucle, ajustes, r);
     if (opciones.alcanzar) alcanzar(bucle, r);
     std::cout << (opciones.json ? informeJsonDe(r) : informeDe(r));
     return r.resultado();
