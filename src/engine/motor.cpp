@@ -20,9 +20,9 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       mudas(tablas, turnos, publicacion, relojDeBloques, sucesos, log),
       lectura(bucle_, tablas, turnos, publicacion, mudas, relojDeBloques, sucesos),
       poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, sucesos),
-      auditoria(archivos_, bucle_.reloj(), carpeta, programa), cajaDePedidos(sucesos, auditoria),
-      ejecucion(bucle_, tablas, turnos, publicacion, mudas, cajaDePedidos, sucesos),
-      solicitudes(tablas, turnos, ejecucion, cajaDePedidos, log),
+      auditoria(sucesos, tablas, archivos_, bucle_.reloj(), carpeta, programa),
+      ejecucion(bucle_, tablas, turnos, publicacion, mudas, sucesos),
+      solicitudes(tablas, turnos, ejecucion, sucesos, log),
       forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
@@ -94,7 +94,7 @@ void Motor::escribirDireccion(std::string_view direccion, double valor, std::str
 
 void Motor::rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
                               std::string_view motivo) {
-    solicitudes.rechazar({direccion, valor, origen, motivo, {}, {}});
+    solicitudes.rechazar({direccion, motivo, origen}, valor);
 }
 
 void Motor::terminar() {

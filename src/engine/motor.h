@@ -23,7 +23,6 @@
 #include "server/servidor.h"
 #include "view/vista.h"
 #include "write/auditoria.h"
-#include "write/caja_de_pedidos.h"
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 #include "write/solicitudes.h"
@@ -80,7 +79,6 @@ class Motor final : private AlCambiarConexion,
     Lectura lectura;
     Poleo poleo;
     Auditoria auditoria;
-    CajaDePedidos cajaDePedidos;
     EjecucionDeEscrituras ejecucion;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;

@@ -1,5 +1,6 @@
 #include "events/redaccion.h"
 
+#include "events/rechazo.h"
 #include "text/numeros.h"
 
 namespace kv {
@@ -15,11 +16,6 @@ void agregarBytes(std::string& a, std::span<const std::uint8_t> bytes) {
         a += ']';
     }
     if (bytes.size() > kBytesEnTraza) a += "...";
-}
-
-std::string_view detras(std::string_view texto, char separador) {
-    const auto lugar = texto.find(separador);
-    return lugar == std::string_view::npos ? std::string_view() : texto.substr(lugar + 1);
 }
 
 } // namespace
@@ -48,8 +44,9 @@ std::string_view nombreDe(Caja caja) {
     return {};
 }
 
-SusCajas cajasDe(Que que) {
-    switch (que) {
+SusCajas cajasDe(const Suceso& s) {
+    if (s.callado) return {};
+    switch (s.que) {
     case Que::PausaEmpieza:
     case Que::PausaTermina:
     case Que::LineaRetenida:
@@ -81,7 +78,7 @@ SusCajas cajasDe(Que que) {
     case Que::EscrituraTerminada:
         return {Caja::txtDemandaLecturaEscritura};
     default:
-        return {que >= Que::EscrituraRechazada && que < Que::FallaDelGuion
+        return {s.que >= Que::EscrituraRechazada && s.que < Que::FallaDelGuion
                     ? Caja::txtDemandaLecturaEscritura
                     : Caja::txtTramas};
     }
@@ -136,9 +133,8 @@ void Redaccion::redactar(const Suceso& s, Caja caja, std::string& a) const {
         } else {
             lineaDePedido(s, a);
         }
-        // One message of the original has no end of line.
-        if (s.que == Que::AltaSinPuerto || s.que == Que::EscribirSinPlc ||
-            s.que == Que::EscribirSinConexion)
+        // Three messages have no end of line.
+        if (s.que == Que::AltaSinPuerto || (s.que == Que::EscrituraRechazada && s.detalle != 0))
             return;
     }
     a += kFinDeLinea;
@@ -268,9 +264,20 @@ void Redaccion::lineaDeEscritura(const Suceso& s, std::string& a) const {
     if (fin == FinDeEscritura::Vencida) a += " Espero demasiado";
 }
 
-std::string Redaccion::direccionEscrita(const Suceso& s) const {
-    const std::string& clave = tablas_.bloques[s.bloque].clave;
-    return s.bit < 0 ? clave : clave + "." + textoDeNumero(s.bit);
+void Redaccion::rechazo(const Suceso& s, std::string& a) const {
+    const auto r = TextoDeRechazo::partir(sucesos_.textoDe(s));
+    const auto clase = static_cast<ClaseDeRechazo>(s.detalle);
+    a += " Imposible escribir.";
+    if (clase == ClaseDeRechazo::SinPlc) {
+        a += std::string(r.clave) + " No se encuentra PLC";
+    } else if (clase == ClaseDeRechazo::SinConexion) {
+        const ConexionIP& c = tablas_.conexiones[s.conexion];
+        a +=
+            " Sin conexion con " + c.ip + ":" + c.puertoTCP + " Direccion: " + std::string(r.clave);
+    } else {
+        a += " " + std::string(r.direccion) + " = " + textoDeNumero(s.numero) + ": " +
+             std::string(r.motivo);
+    }
 }
 
 void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
@@ -283,22 +290,15 @@ void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
     constexpr const char* kAlta = " Error al dar de alta bloque, ";
     switch (s.que) {
     case Que::EscrituraUnida:
-        a += " " + direccionEscrita(s) + " = " + textoDeNumero(s.numero) + ": ya espera una igual";
+        a += " " + direccionEscrita(tablas_, s) + " = " + textoDeNumero(s.numero) +
+             ": ya espera una igual";
         break;
     case Que::EscrituraTerminada:
-        a += " " + direccionEscrita(s) + " = " + textoDeNumero(s.numero) + ": ";
+        a += " " + direccionEscrita(tablas_, s) + " = " + textoDeNumero(s.numero) + ": ";
         a += palabras(static_cast<FinDeEscritura>(s.detalle));
         break;
     case Que::EscrituraRechazada:
-        a += " Imposible escribir. " + dado.substr(0, dado.find('\0')) + " = " +
-             textoDeNumero(s.numero) + ": ";
-        a += detras(dado, '\0');
-        break;
-    case Que::EscribirSinPlc:
-        a += " Imposible escribir." + dado + " No se encuentra PLC";
-        break;
-    case Que::EscribirSinConexion:
-        a += " Imposible escribir. Sin conexion con " + enlace() + " Direccion: " + dado;
+        rechazo(s, a);
         break;
     case Que::SinPuertoNiPlc:
         a += " NO EXISTE PUERTO O PLC ";
@@ -336,6 +336,11 @@ void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
     default:
         break;
     }
+}
+
+std::string direccionEscrita(const Tablas& tablas, const Suceso& s) {
+    const std::string& clave = tablas.bloques[s.bloque].clave;
+    return s.bit < 0 ? clave : clave + "." + textoDeNumero(s.bit);
 }
 
 std::string_view palabras(FinDeEscritura fin) {

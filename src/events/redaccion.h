@@ -30,10 +30,12 @@ struct SusCajas {
     Caja primera = Caja::Ninguna;
     Caja segunda = Caja::Ninguna;
 };
-[[nodiscard]] SusCajas cajasDe(Que que);
+[[nodiscard]] SusCajas cajasDe(const Suceso& s);
 
 /// How a write is told to have ended: "confirmada", "sin respuesta" and so on.
 [[nodiscard]] std::string_view palabras(FinDeEscritura fin);
+/// "1.1.10", or "1.1.10.3" for a bit: what an event of a write is about.
+[[nodiscard]] std::string direccionEscrita(const Tablas& tablas, const Suceso& s);
 
 /// The words for what happened: every line of every trace box, and nothing else makes one. Text
 /// exists only where somebody looks.
@@ -56,7 +58,7 @@ class Redaccion {
     void lineaDePedido(const Suceso& s, std::string& a) const;
     void queYDonde(const Suceso& s, std::string_view separador, std::string& a) const;
     void agregarRecibido(const Suceso& s, std::string& a) const;
-    [[nodiscard]] std::string direccionEscrita(const Suceso& s) const;
+    void rechazo(const Suceso& s, std::string& a) const;
 
     const Sucesos& sucesos_;
     const Tablas& tablas_;

@@ -44,13 +44,11 @@ enum class Que : std::uint8_t {
     EscrituraRepite,
     TiempoFueraDeEscritura,
     EscrituraAbandonada, ///< `detalle`: a FinDeEscritura
-    EscrituraUnida,      ///< asked for while an equal one waited; nothing new was made
+    EscrituraUnida,      ///< asked for while an equal one waited; text: who asked
     EscrituraTerminada,  ///< `detalle`: a FinDeEscritura
-    EscrituraRechazada,  ///< text: address, a zero byte and the reason
+    EscrituraRechazada,  ///< text: a TextoDeRechazo; `detalle`: a ClaseDeRechazo
     // Orders of window, script or client. Text: the address or key that was given.
     SinPuertoNiPlc,
-    EscribirSinPlc,
-    EscribirSinConexion,
     ForzarSinTrama,
     ForzarSinConexion,
     ForzarEnDescanso, ///< `detalle` 1: the block has just been made
@@ -84,6 +82,7 @@ struct Suceso {
     std::uint32_t texto = 0; ///< of a text that is kept beside; 0: none
     std::array<std::uint8_t, 8> bytes{};
     std::int8_t bit = -1; ///< of a write; -1: the whole register
+    bool callado = false; ///< not for the operator's box: a script writes by the thousand
     double numero = 0;
     std::int64_t instante = 0; ///< local calendar time, see empaquetar
 

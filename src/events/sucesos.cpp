@@ -3,6 +3,12 @@
 #include <algorithm>
 namespace kv {
 
+namespace {
+
+constexpr std::int64_t kVidaMs = 24 * 3'600'000LL;
+
+} // namespace
+
 std::int64_t empaquetar(const FechaHora& f) {
     std::int64_t n = f.anio;
     n = n * 16 + f.mes;
@@ -42,21 +48,25 @@ void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
     suceso.instante = empaquetar(reloj_.ahora());
     const std::size_t lugar = siguiente_ % kTrozo;
     if (lugar == 0) hacerLugar();
-    (*trozos_.back())[lugar] = suceso;
+    trozos_.back()->sucesos[lugar] = suceso;
     ++siguiente_;
     for (OyenteDeSucesos* oyente : oyentes_)
         oyente->alSuceder(suceso, texto);
 }
 
-/// A new piece for what follows, or the oldest one again.
+/// A new piece for what follows, or the oldest one again: when there are as many as there may be, or
+/// when it is too old to be looked at, so that a year takes no more room than a day.
 void Sucesos::hacerLugar() {
-    if (trozos_.size() < trozosMaximo_) {
+    const std::int64_t ahora = reloj_.monotonicoMs();
+    const bool vieja = trozos_.size() > 1 && ahora - trozos_[1]->desdeMs > kVidaMs;
+    if (trozos_.size() < trozosMaximo_ && !vieja) {
         trozos_.push_back(std::make_unique<Trozo>());
-        return;
+    } else {
+        trozos_.push_back(std::move(trozos_.front()));
+        trozos_.pop_front();
+        primero_ += kTrozo;
     }
-    trozos_.push_back(std::move(trozos_.front()));
-    trozos_.pop_front();
-    primero_ += kTrozo;
+    trozos_.back()->desdeMs = ahora;
 }
 
 std::string_view Sucesos::textoDe(const Suceso& suceso) const {

@@ -21,7 +21,7 @@ class OyenteDeSucesos {
     virtual void alSuceder(const Suceso& suceso, std::string_view texto) = 0;
 };
 
-/// All that happened, said once and kept for a while: hours of a quiet plant, minutes of a busy
+/// All that happened, said once and kept for a while: a day of a quiet plant, minutes of a busy
 /// one. Whatever shows, counts or records something reads it here.
 class Sucesos {
   public:
@@ -39,7 +39,7 @@ class Sucesos {
     [[nodiscard]] std::uint64_t siguiente() const { return siguiente_; }
     [[nodiscard]] const Suceso& operator[](std::uint64_t numero) const {
         const std::uint64_t k = numero - primero_;
-        return (*trozos_[k / kTrozo])[k % kTrozo];
+        return trozos_[k / kTrozo]->sucesos[k % kTrozo];
     }
     /// Empty when it has none, or when it has been given up for later ones.
     [[nodiscard]] std::string_view textoDe(const Suceso& suceso) const;
@@ -50,7 +50,10 @@ class Sucesos {
 
   private:
     static constexpr std::size_t kTrozo = 1024;
-    using Trozo = std::array<Suceso, kTrozo>;
+    struct Trozo {
+        std::int64_t desdeMs = 0; ///< when the first was said, on the clock that never goes back
+        std::array<Suceso, kTrozo> sucesos;
+    };
 
     void guardar(Suceso& suceso, std::string_view texto);
     void hacerLugar();

@@ -7,22 +7,22 @@ namespace kv {
 namespace {
 
 /// The steps of writes have a box of their own besides: what of theirs is in another.
-Caja deOtra(Que que) {
-    const bool paso = que >= Que::EscrituraLee && que <= Que::EscrituraAbandonada;
-    return paso ? cajasDe(que).primera : Caja::Ninguna;
+Caja deOtra(const Suceso& s) {
+    const bool paso = s.que >= Que::EscrituraLee && s.que <= Que::EscrituraAbandonada;
+    return paso ? cajasDe(s).primera : Caja::Ninguna;
 }
 
 } // namespace
 
 bool Traza::tiene(const Suceso& s) const {
-    if (caja_ == Caja::txtTimerEscritura) return deOtra(s.que) != Caja::Ninguna;
-    const SusCajas cajas = cajasDe(s.que);
+    if (caja_ == Caja::txtTimerEscritura) return deOtra(s) != Caja::Ninguna;
+    const SusCajas cajas = cajasDe(s);
     return (cajas.primera == caja_ || cajas.segunda == caja_) &&
            (indice_ < 0 || Redaccion::indiceEn(s, caja_) == indice_);
 }
 
 void Traza::agregar(const Suceso& s, std::string& texto) const {
-    redaccion_->redactar(s, caja_ == Caja::txtTimerEscritura ? deOtra(s.que) : caja_, texto);
+    redaccion_->redactar(s, caja_ == Caja::txtTimerEscritura ? deOtra(s) : caja_, texto);
     // Many an order's message has no end of line: the next one begins a line all the same.
     if (caja_ == Caja::txtDemandaLecturaEscritura && !texto.ends_with('\n')) texto += "\r\n";
 }
@@ -63,7 +63,7 @@ TrazaAlMomento::TrazaAlMomento(Sucesos& sucesos, const Tablas& tablas, LectorDeT
 TrazaAlMomento::~TrazaAlMomento() { sucesos_.dejarDeAvisarA(this); }
 
 void TrazaAlMomento::alSuceder(const Suceso& suceso, std::string_view /*texto*/) {
-    const SusCajas cajas = cajasDe(suceso.que);
+    const SusCajas cajas = cajasDe(suceso);
     for (const Caja caja : {cajas.primera, cajas.segunda}) {
         if (caja == Caja::Ninguna) return;
         linea_.clear();

@@ -111,7 +111,6 @@ struct BloqueEscritura {
     std::uint32_t lecturas = 0;
     Solicitud tramaSolicitud{};
     Solicitud tramaLectura{};
-    std::string clave;        ///< of the read block
     std::string origen;       ///< who asked for it
     double valorAnterior = 0; ///< of the register or bit when the frame left
     bool seConociaAnterior = false;

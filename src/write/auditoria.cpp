@@ -1,5 +1,7 @@
 #include "write/auditoria.h"
 
+#include "events/rechazo.h"
+#include "events/redaccion.h"
 #include "platform/ruta.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
@@ -35,29 +37,37 @@ std::string anteriorDe(const BloqueEscritura& e) {
 
 } // namespace
 
-Auditoria::Auditoria(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
-                     std::string programa)
-    : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
-      programa_(std::move(programa)) {}
-
-void Auditoria::alRechazar(const Rechazo& r) {
-    anotar(r.origen, r.direccion, "?", r.valor, "rechazada: " + std::string(r.motivo), rechazos_,
-           kRechazosPorSegundo);
+Auditoria::Auditoria(Sucesos& sucesos, const Tablas& tablas, Archivos& archivos, const Reloj& reloj,
+                     const std::string& carpetaDelPrograma, std::string programa)
+    : sucesos_(sucesos), tablas_(tablas), archivos_(archivos), reloj_(reloj),
+      carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")), programa_(std::move(programa)) {
+    sucesos_.avisarA(this);
 }
 
-void Auditoria::alFundir(const BloqueEscritura& e, std::string_view origen) {
-    anotar(origen, direccionDe(e), "?", e.pedido, "ya espera una igual", rechazos_,
-           kRechazosPorSegundo);
-}
+Auditoria::~Auditoria() { sucesos_.dejarDeAvisarA(this); }
 
-void Auditoria::alSalir(const BloqueEscritura& e) {
-    anotar(e.origen, direccionDe(e), anteriorDe(e), e.pedido, "enviada", escrituras_,
-           kEscriturasPorSegundo);
-}
-
-void Auditoria::alTerminar(const BloqueEscritura& e, FinDeEscritura fin) {
-    anotar(e.origen, direccionDe(e), anteriorDe(e), e.pedido, palabras(fin), escrituras_,
-           kEscriturasPorSegundo);
+void Auditoria::alSuceder(const Suceso& s, std::string_view texto) {
+    const auto deEscritura = [&](std::string_view que) {
+        const BloqueEscritura& e = tablas_.escrituras[s.escritura];
+        anotar(e.origen, direccionEscrita(tablas_, s), anteriorDe(e), e.pedido, que, escrituras_,
+               kEscriturasPorSegundo);
+    };
+    switch (s.que) {
+    case Que::EscrituraSale:
+        return deEscritura("enviada");
+    case Que::EscrituraTerminada:
+        return deEscritura(palabras(static_cast<FinDeEscritura>(s.detalle)));
+    case Que::EscrituraUnida:
+        return anotar(texto, direccionEscrita(tablas_, s), "?", s.numero, "ya espera una igual",
+                      rechazos_, kRechazosPorSegundo);
+    case Que::EscrituraRechazada: {
+        const auto r = TextoDeRechazo::partir(texto);
+        return anotar(r.origen, r.direccion, "?", s.numero, "rechazada: " + std::string(r.motivo),
+                      rechazos_, kRechazosPorSegundo);
+    }
+    default:
+        return;
+    }
 }
 
 void Auditoria::anotar(std::string_view origen, std::string_view direccion,

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "events/sucesos.h"
+#include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
-#include "write/avisos.h"
 
 #include <cstdint>
 #include <string>
@@ -20,15 +21,16 @@ namespace kv {
 /// its control characters and separators are escaped, so a line is always one line of six fields. A
 /// line that only repeats the one before is counted, and the count told at the latest after a
 /// minute. What a second has too many of, and what a full disk did not take, is counted and told.
-class Auditoria final : public AvisoDeEscritura {
+class Auditoria final : public OyenteDeSucesos {
   public:
-    Auditoria(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
-              std::string programa);
+    /// All must outlive it.
+    Auditoria(Sucesos& sucesos, const Tablas& tablas, Archivos& archivos, const Reloj& reloj,
+              const std::string& carpetaDelPrograma, std::string programa);
+    ~Auditoria() override;
+    Auditoria(const Auditoria&) = delete;
+    Auditoria& operator=(const Auditoria&) = delete;
 
-    void alRechazar(const Rechazo& rechazo) override;
-    void alFundir(const BloqueEscritura& escritura, std::string_view origen) override;
-    void alSalir(const BloqueEscritura& escritura) override;
-    void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
+    void alSuceder(const Suceso& suceso, std::string_view texto) override;
     /// Appends what was gathered. Called at the end of every turn.
     void volcar();
     /// The program ends: tells the counts that are still open, and appends.
@@ -50,6 +52,8 @@ class Auditoria final : public AvisoDeEscritura {
     void escribirPendiente();
     bool escribir(const std::string& lineas);
 
+    Sucesos& sucesos_;
+    const Tablas& tablas_;
     Archivos& archivos_;
     const Reloj& reloj_;
     std::string carpeta_;

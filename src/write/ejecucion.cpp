@@ -1,5 +1,6 @@
 #include "write/ejecucion.h"
 
+#include "events/rechazo.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 #include "write/palabra.h"
@@ -24,9 +25,9 @@ std::int16_t comoRegistro(double valor) {
 
 EjecucionDeEscrituras::EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos,
                                              Publicacion& publicacion, EstacionesMudas& mudas,
-                                             AvisoDeEscritura& avisos, Sucesos& sucesos)
+                                             Sucesos& sucesos)
     : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), mudas_(mudas),
-      avisos_(avisos), sucesos_(sucesos),
+      sucesos_(sucesos),
       TimerEscriturasEnDesuso_(bucle.crearTemporizador([this] { buscarEscriturasRealizadas(); })) {
     TimerEscriturasEnDesuso_->fijarIntervalo(kReclamoMs);
 }
@@ -91,7 +92,6 @@ Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
                           ? wordbit(static_cast<std::uint16_t>(comoRegistro(leido.valor)), e.bit)
                           : leido.valor;
     decir(Que::EscrituraSale, e);
-    avisos_.alSalir(e);
     return envio;
 }
 
@@ -260,7 +260,14 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
     c.escrituraPendiente = !c.escrituras.empty();
     --enEspera_;
     terminadas_.push_back(i);
-    avisos_.alTerminar(e, fin);
+    sucesos_.decir({.que = Que::EscrituraTerminada,
+                    .detalle = static_cast<std::int16_t>(fin),
+                    .conexion = e.idConexion,
+                    .bloque = e.indiceBloqueLectura,
+                    .escritura = i,
+                    .bit = static_cast<std::int8_t>(e.bit),
+                    .callado = e.origen == kOrigenGuion,
+                    .numero = e.pedido});
 }
 
 void EjecucionDeEscrituras::alPerderConexion(Indice conexion) {

@@ -5,7 +5,6 @@
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
 #include "script/publicacion.h"
-#include "write/avisos.h"
 
 #include <deque>
 #include <memory>
@@ -22,7 +21,7 @@ namespace kv {
 class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion {
   public:
     EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                          EstacionesMudas& mudas, AvisoDeEscritura& avisos, Sucesos& sucesos);
+                          EstacionesMudas& mudas, Sucesos& sucesos);
     /// Seconds that a write may wait; 0: for ever.
     void fijarVigencia(double segundos) { vigenciaMs_ = milisegundos(segundos); }
     /// Interval of the reclaim of finished records, ms, above 0.
@@ -69,7 +68,6 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     Turnos& turnos_;
     Publicacion& publicacion_;
     EstacionesMudas& mudas_;
-    AvisoDeEscritura& avisos_;
     Sucesos& sucesos_;
     std::int64_t vigenciaMs_ = 600'000;
     std::unique_ptr<Temporizador> TimerEscriturasEnDesuso_;

@@ -17,9 +17,9 @@ constexpr std::size_t kDireccionEnMensaje = 200;
 } // namespace
 
 SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
-                                               EjecucionDeEscrituras& ejecucion,
-                                               AvisoDeEscritura& avisos, ArchivoLog& log)
-    : tablas_(tablas), turnos_(turnos), ejecucion_(ejecucion), avisos_(avisos), log_(log) {}
+                                               EjecucionDeEscrituras& ejecucion, Sucesos& sucesos,
+                                               ArchivoLog& log)
+    : tablas_(tablas), turnos_(turnos), ejecucion_(ejecucion), sucesos_(sucesos), log_(log) {}
 
 double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, double valor,
                                                  std::string_view origen) {
@@ -53,20 +53,16 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
-            return rechazar(
-                {corta, valor, origen, "no se encuentra PLC", {.que = Que::EscribirSinPlc}, clave});
+            return rechazar({corta, "no se encuentra PLC", origen, clave}, valor,
+                            ClaseDeRechazo::SinPlc);
         if (!turnos_.conectada(lugar.conexion))
-            return rechazar({corta,
-                             valor,
-                             origen,
-                             "sin conexion",
-                             {.que = Que::EscribirSinConexion, .conexion = lugar.conexion},
-                             clave});
+            return rechazar({corta, "sin conexion", origen, clave}, valor,
+                            ClaseDeRechazo::SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
         if (leido == kNinguno) throw std::invalid_argument("ningun bloque lee ese registro");
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
-            avisos_.alFundir(tablas_.escrituras[igual], origen);
+            unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
@@ -84,14 +80,31 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
                          "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
                              " - Scan: 3",
                          std::to_string(numeroDeError(falla)), falla.what());
-        return rechazar({corta, valor, origen, falla.what(), {}, {}});
+        return rechazar({corta, falla.what(), origen}, valor);
     }
 }
 
-double SolicitudesDeEscritura::rechazar(Rechazo rechazo) {
-    rechazo.direccion = rechazo.direccion.substr(0, kDireccionEnMensaje);
-    avisos_.alRechazar(rechazo);
+double SolicitudesDeEscritura::rechazar(TextoDeRechazo texto, double valor, ClaseDeRechazo clase,
+                                        Indice conexion) {
+    texto.direccion = texto.direccion.substr(0, kDireccionEnMensaje);
+    sucesos_.decir({.que = Que::EscrituraRechazada,
+                    .detalle = static_cast<std::int16_t>(clase),
+                    .conexion = conexion,
+                    .callado = texto.origen == kOrigenGuion,
+                    .numero = valor},
+                   texto.unir());
     return -1;
+}
+
+void SolicitudesDeEscritura::unir(const BloqueEscritura& e, std::string_view origen) {
+    sucesos_.decir({.que = Que::EscrituraUnida,
+                    .conexion = e.idConexion,
+                    .bloque = e.indiceBloqueLectura,
+                    .escritura = e.indice,
+                    .bit = static_cast<std::int8_t>(e.bit),
+                    .callado = origen == kOrigenGuion,
+                    .numero = e.pedido},
+                   origen);
 }
 
 /// A write that waits for its first turn, asks for the same and is the last one of its register: a
@@ -118,7 +131,6 @@ void SolicitudesDeEscritura::armar(BloqueEscritura& e, const Direccion& d,
     if (!escritura || !lectura) throw std::out_of_range("direccion o valor fuera de trama");
     e.tramaSolicitud = *escritura;
     e.tramaLectura = *lectura;
-    e.clave = leido.clave;
     e.idConexion = leido.idConexion;
     e.indiceBloqueLectura = leido.indice;
     e.bit = d.bit;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "events/rechazo.h"
 #include "link/turno.h"
 #include "log/archivo_log.h"
 #include "write/ejecucion.h"
@@ -13,19 +14,20 @@ namespace kv {
 class SolicitudesDeEscritura {
   public:
     SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos, EjecucionDeEscrituras& ejecucion,
-                           AvisoDeEscritura& avisos, ArchivoLog& log);
+                           Sucesos& sucesos, ArchivoLog& log);
 
     /// Writes `valor`, rounded to a whole number as the script language rounds, to
     /// port.PLC.register, or to one bit of it when a fourth part names one. Every source of writes
     /// ends here; `origen` says which. Gives the index of the write block, or -1 when the request
-    /// was refused, which is told to `avisos` and, when the request itself was bad, to the log.
+    /// was refused, which is an event and, when the request itself was bad, a log entry.
     double escribirDireccion(std::string_view direccion, double valor,
                              std::string_view origen = {});
     double levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                        std::string_view origen);
 
     /// A request that somebody else refuses; gives -1. Its address is cut.
-    double rechazar(Rechazo rechazo);
+    double rechazar(TextoDeRechazo texto, double valor, ClaseDeRechazo clase = ClaseDeRechazo::Otra,
+                    Indice conexion = kNinguno);
 
     /// So many writes may wait at the same time; more are refused.
     static constexpr std::size_t kEnEsperaMaximo = 100'000;
@@ -37,6 +39,7 @@ class SolicitudesDeEscritura {
         std::string registro;
         int bit = -1;
     };
+    void unir(const BloqueEscritura& e, std::string_view origen);
     [[nodiscard]] static Direccion partirDireccion(std::string_view texto);
     static void armar(BloqueEscritura& e, const Direccion& d, const BloqueLectura& leido,
                       double valor);
@@ -46,7 +49,7 @@ class SolicitudesDeEscritura {
     Tablas& tablas_;
     Turnos& turnos_;
     EjecucionDeEscrituras& ejecucion_;
-    AvisoDeEscritura& avisos_;
+    Sucesos& sucesos_;
     ArchivoLog& log_;
 };
 

@@ -2,7 +2,7 @@
 
 #include "mundo/contexto.h"
 #include "platform/simulated/archivos_simulados.h"
-#include "write/avisos.h"
+#include "write/auditoria.h"
 
 #include <deque>
 #include <string>

@@ -1,5 +1,8 @@
 #include "mundo/regla_escrituras.h"
 
+#include "events/rechazo.h"
+#include "events/redaccion.h"
+
 #include "plant/bases.h"
 #include "text/numeros.h"
 
@@ -148,7 +151,21 @@ void ReglaDeEscrituras::alLlegar(std::size_t n, const EscrituraLlegada& l) {
               "a bit's write changes that bit alone", n);
 }
 
-void ReglaDeEscrituras::alSalir(const BloqueEscritura& e) {
+void ReglaDeEscrituras::alSuceder(const kv::Suceso& s, std::string_view texto) {
+    const Tablas& t = c_.motor.tablas;
+    if (s.que == Que::EscrituraSale) alSalir(t.escrituras[s.escritura], direccionEscrita(t, s));
+    if (s.que == Que::EscrituraUnida)
+        alUnir(t.escrituras[s.escritura], direccionEscrita(t, s), texto);
+    if (s.que == Que::EscrituraTerminada)
+        alTerminar(t.escrituras[s.escritura], direccionEscrita(t, s),
+                   static_cast<FinDeEscritura>(s.detalle));
+    if (s.que != Que::EscrituraRechazada) return;
+    ++rechazadas_;
+    const auto r = TextoDeRechazo::partir(texto);
+    auditoria_.esperar(r.origen, r.direccion, "?", s.numero, "rechazada: " + std::string(r.motivo));
+}
+
+void ReglaDeEscrituras::alSalir(const BloqueEscritura& e, const std::string& direccion) {
     std::deque<Pedida>& cola = this->cola(e.idConexion);
     if (c_.exigir(!cola.empty() && cola.front().indice == e.indice && !cola.front().seDijo &&
                       cola.front().envioUs >= 0,
@@ -156,9 +173,8 @@ void ReglaDeEscrituras::alSalir(const BloqueEscritura& e) {
         Pedida& p = cola.front();
         p.seDijo = true;
         p.anterior = anteriorDe(e);
-        auditoria_.esperar(e.origen, direccionDe(e), p.anterior, p.pedido, "enviada");
+        auditoria_.esperar(e.origen, direccion, p.anterior, p.pedido, "enviada");
     }
-    siguiente_.alSalir(e);
 }
 
 /// What the driver believed of the register or bit when the frame left.
@@ -169,7 +185,8 @@ std::string ReglaDeEscrituras::anteriorDe(const BloqueEscritura& e) const {
     return (comoPalabra(b.valor) >> e.bit & 1) != 0 ? "1" : "0";
 }
 
-void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin) {
+void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, const std::string& direccion,
+                                   FinDeEscritura fin) {
     const std::size_t n = b.idConexion;
     std::deque<Pedida>& cola = this->cola(n);
     masEnEspera_ = std::max(masEnEspera_, c_.motor.ejecucion.enEspera() + 1);
@@ -187,19 +204,13 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, FinDeEscritura fin)
                       "what is confirmed was answered", n);
             alContestar(b.indiceBloqueLectura);
         }
-        auditoria_.esperar(b.origen, direccionDe(b), p.seDijo ? p.anterior : "?", p.pedido,
+        auditoria_.esperar(b.origen, direccion, p.seDijo ? p.anterior : "?", p.pedido,
                            palabras(fin));
     }
-    siguiente_.alTerminar(b, fin);
 }
 
-void ReglaDeEscrituras::alRechazar(const Rechazo& r) {
-    ++rechazadas_;
-    auditoria_.esperar(r.origen, r.direccion, "?", r.valor, "rechazada: " + std::string(r.motivo));
-    siguiente_.alRechazar(r);
-}
-
-void ReglaDeEscrituras::alFundir(const BloqueEscritura& e, std::string_view origen) {
+void ReglaDeEscrituras::alUnir(const BloqueEscritura& e, const std::string& direccion,
+                               std::string_view origen) {
     ++fundidas_;
     aprender(e.idConexion);
     const std::deque<Pedida>& cola = this->cola(e.idConexion);
@@ -208,8 +219,7 @@ void ReglaDeEscrituras::alFundir(const BloqueEscritura& e, std::string_view orig
     });
     c_.exigir(ultima != cola.rend() && ultima->indice == e.indice && ultima->envioUs < 0,
               "only one that has not left is merged with", e.idConexion);
-    auditoria_.esperar(origen, direccionDe(e), "?", e.pedido, "ya espera una igual");
-    siguiente_.alFundir(e, origen);
+    auditoria_.esperar(origen, direccion, "?", e.pedido, "ya espera una igual");
 }
 
 void ReglaDeEscrituras::barrer() {
@@ -230,10 +240,11 @@ void ReglaDeEscrituras::barrer() {
             c_.exigir(c_.ahoraUs() - sinEnlaceUs_[n] <= kSinEnlaceUs,
                       "a lost link gives up its writes", n);
         }
-        if (cola(n).empty() || (c_.escribe(n) && c.escrituraEnCurso == cola(n).front().indice))
-            continue;
+        if (cola(n).empty()) continue;
         Pedida& p = cola(n).front();
-        if (p.primeraUs < 0) p.primeraUs = c_.ahoraUs();
+        const bool fuera = c_.escribe(n) && c.escrituraEnCurso == p.indice;
+        if (p.primeraUs < 0 || fuera) p.primeraUs = c_.ahoraUs(); // it waits from here on
+        if (fuera) continue;
         const auto vencida = std::max(static_cast<double>(p.pedidaUs) + vigenciaUs(),
                                       static_cast<double>(p.primeraUs));
         c_.exigir(static_cast<double>(c_.ahoraUs()) <= vencida + static_cast<double>(kVejezUs),

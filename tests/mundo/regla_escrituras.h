@@ -20,7 +20,7 @@ namespace kv::mundo {
 /// leaves after its end, or over a link that came up after it was asked for, or too old. What was
 /// given up reaches no station. Only one that has not left is merged with. A bit's register is read
 /// before, and no other bit is changed. All of it stands in the record.
-class ReglaDeEscrituras final : public AvisoDeEscritura {
+class ReglaDeEscrituras final : public OyenteDeSucesos {
   public:
     /// A register that somebody writes.
     struct Escritor {
@@ -36,8 +36,7 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
         }
     };
 
-    ReglaDeEscrituras(Contexto& c, AvisoDeEscritura& siguiente, ReglaDeAuditoria& auditoria)
-        : c_(c), siguiente_(siguiente), auditoria_(auditoria) {}
+    ReglaDeEscrituras(Contexto& c, ReglaDeAuditoria& auditoria) : c_(c), auditoria_(auditoria) {}
 
     Escritor& agregar(Escritor escritor, std::uint8_t estacion, std::uint8_t registro);
     [[nodiscard]] std::vector<Escritor*>& de(Fuente fuente) {
@@ -52,15 +51,15 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
 
     void alEnviar(std::size_t n, const Solicitud& trama);
     void alLlegar(std::size_t n, const EscrituraLlegada& llegada);
-    void alRechazar(const Rechazo& rechazo) override;
-    void alFundir(const BloqueEscritura& e, std::string_view origen) override;
-    void alSalir(const BloqueEscritura& e) override;
-    void alTerminar(const BloqueEscritura& escritura, FinDeEscritura fin) override;
+    void alSuceder(const kv::Suceso& s, std::string_view texto) override;
     /// After every event.
     void mirar();
     void barrer();
 
   private:
+    void alSalir(const BloqueEscritura& e, const std::string& direccion);
+    void alTerminar(const BloqueEscritura& b, const std::string& direccion, FinDeEscritura fin);
+    void alUnir(const BloqueEscritura& e, const std::string& direccion, std::string_view origen);
     /// How a write ended; its frames that are still on their way know of it.
     struct Suerte {
         std::optional<FinDeEscritura> fin;
@@ -95,7 +94,6 @@ class ReglaDeEscrituras final : public AvisoDeEscritura {
     [[nodiscard]] std::string anteriorDe(const BloqueEscritura& e) const;
 
     Contexto& c_;
-    AvisoDeEscritura& siguiente_;
     ReglaDeAuditoria& auditoria_;
     std::unordered_map<std::uint64_t, Escritor> escritores_;
     std::array<std::vector<Escritor*>, 5> porFuente_;
