@@ -11,7 +11,7 @@ namespace kv {
 
 /// A control by its name; a test that asks for one that is not there is wrong, and ends.
 template <class T>
-[[nodiscard]] T& hallar(QWidget& ventana, QString nombre) {
+[[nodiscard]] T& hallar(QWidget& ventana, const QString& nombre) {
     T* hallado = ventana.findChild<T*>(nombre);
     if (hallado == nullptr) qFatal("no control named %s", qPrintable(nombre));
     return *hallado;
