@@ -261,7 +261,7 @@ class Mundo {
     /// Those of the connection are the ones that run beside all others: exactly one of its two
     /// while it is not free.
     void vigilarTimers(const ConexionIP& c) {
-        const Zocalo& z = planta_.motor.conexiones.wsSocket(c.idSocket);
+        const Zocalo& z = planta_.motor.conexiones.wsSocket(0);
         const bool supervisada = z.estado() == EstadoZocalo::Conectado &&
                                  c.estadoSupervision == 1 && c.enlaceSupervisado == z.conexiones();
         if (!supervisada || enlaceVisto_ != c.enlaceSupervisado) {

@@ -54,8 +54,8 @@ void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
         oyente->alSuceder(suceso, texto);
 }
 
-/// A new piece for what follows, or the oldest one again: when there are as many as there may be, or
-/// when it is too old to be looked at, so that a year takes no more room than a day.
+/// A new piece for what follows, or the oldest one again: when there are as many as there may be,
+/// or when it is too old to be looked at, so that a year takes no more room than a day.
 void Sucesos::hacerLugar() {
     const std::int64_t ahora = reloj_.monotonicoMs();
     const bool vieja = trozos_.size() > 1 && ahora - trozos_[1]->desdeMs > kVidaMs;

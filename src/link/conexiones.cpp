@@ -36,15 +36,11 @@ GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& tur
     timer_SolicitarConexion_->fijarIntervalo(kSolicitudesMs);
 }
 
-Indice GestorDeConexiones::levantarIP_oRetornarIdDeSocket(const std::string& ip,
-                                                          const std::string& puertoTCP) {
-    const Indice conexion = tablas_.buscarConexion(ip, puertoTCP);
-    if (conexion != kNinguno) return tablas_.conexiones[conexion].idSocket;
+void GestorDeConexiones::levantarZocalo() {
     const auto i = static_cast<Indice>(wsSocket_.size());
     wsSocket_.push_back(bucle_.crearZocalo(*recepcion_, i));
     turnos_.agregarConexion();
     turnos_.usarZocalo(i, wsSocket_.back().get());
-    return i;
 }
 
 void GestorDeConexiones::estadoConexiones() {
@@ -63,7 +59,7 @@ void GestorDeConexiones::estadoConexiones() {
 
 void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
     ConexionIP& c = tablas_.conexiones[n];
-    const EstadoZocalo estado = wsSocket_[c.idSocket]->estado();
+    const EstadoZocalo estado = wsSocket_[n]->estado();
     const bool conectada = estado == EstadoZocalo::Conectado;
     const bool conectando = estado == EstadoZocalo::Cerrado || estado == EstadoZocalo::Conectando;
     vista_.lstViewSockets.poner(c.filaLista, kEstado,
@@ -72,11 +68,11 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
                                              : "NO Conectado");
     if (!conectada) hacenFaltaSolicitudes = true;
     const bool estaba = c.estadoSupervision == 1;
-    const std::uint64_t enlace = wsSocket_[c.idSocket]->conexiones();
+    const std::uint64_t enlace = wsSocket_[n]->conexiones();
     // A link that went and came back between two passes was lost all the same.
     if (estaba && (!conectada || enlace != c.enlaceSupervisado)) {
         // A peer that has only closed its side may still take what waits, and that is given up now.
-        if (!conectada) wsSocket_[c.idSocket]->abortar();
+        if (!conectada) wsSocket_[n]->abortar();
         pasarA(n, false);
     }
     if (conectada && tablas_.conexiones[n].estadoSupervision == 0) {
@@ -104,7 +100,7 @@ void GestorDeConexiones::ticSolicitarConexion() {
 
 void GestorDeConexiones::solicitar(Indice n) {
     ConexionIP& c = tablas_.conexiones[n];
-    Zocalo& zocalo = *wsSocket_[c.idSocket];
+    Zocalo& zocalo = *wsSocket_[n];
     if (c.enTiempoFuera) {
         if (c.contadorTiempoFuera < intervalosTiempoFuera_) {
             c.contadorTiempoFuera += 1;

@@ -40,8 +40,8 @@ class GestorDeConexiones {
     void avisarA(AlCambiarConexion* destino) { destino_ = destino; }
     void recibirCon(OyenteDeZocalo* recepcion) { recepcion_ = recepcion; }
 
-    /// The socket of an address: an existing one, or a new one at the end of the array.
-    Indice levantarIP_oRetornarIdDeSocket(const std::string& ip, const std::string& puertoTCP);
+    /// The socket of one connection more, which has the connection's number.
+    void levantarZocalo();
     /// One supervision pass over all connections.
     void estadoConexiones();
     /// Starts the periodic supervision.

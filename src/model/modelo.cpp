@@ -70,7 +70,7 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
     const auto numero = entero(numeroDeTexto(puertoTCP).value_or(0)).value_or(0);
     nueva.numeroDePuertoTCP =
         numero >= 1 && numero <= 65535 ? static_cast<std::uint32_t>(numero) : 0;
-    nueva.idSocket = conexiones_.levantarIP_oRetornarIdDeSocket(ip, puertoTCP);
+    conexiones_.levantarZocalo();
     nueva.filaLista = vista_.lstViewSockets.agregar(textoDeNumero(puerto));
     vista_.lstViewSockets.poner(nueva.filaLista, 1, ip + ":" + puertoTCP);
     const auto k = static_cast<Indice>(tablas_.conexiones.agregar(std::move(nueva)));
@@ -110,9 +110,8 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
                                 double nivel, Indice primero) {
     ConexionIP& c = tablas_.conexiones[lugar.conexion];
     Estacion& estacion = c.estaciones[lugar.estacion];
-    const auto k = static_cast<Indice>(tablas_.bloques.limiteSuperior());
+    const auto k = static_cast<Indice>(tablas_.bloques.agregar({}));
     BloqueLectura& b = tablas_.bloques[k];
-    b.cantidad = 1;
     b.nivel = nivel;
     b.activo = b.activoPorDefecto = activo;
     b.habilitadoPorRespuestas = !estacion.muda;
@@ -120,8 +119,6 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     b.primeroDelConfigurado = primero == kNinguno ? k : primero;
     b.idConexion = lugar.conexion;
     b.idEstacion = lugar.estacion;
-    b.digitos = estacion.digitos;
-    b.indiceEstacion = estacion.indice;
     b.puerto = static_cast<std::int16_t>(puerto);
     b.plc = estacion.numero;
     b.direccion = direccion;
@@ -136,23 +133,21 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     auto& niveles = tablas_.bloquesPorNivel;
     if (nivel >= static_cast<double>(niveles.size()))
         niveles.resize(static_cast<std::size_t>(nivel) + 1);
-    niveles[static_cast<std::size_t>(nivel)] += textoDeNumero(k) + ";";
+    niveles[static_cast<std::size_t>(nivel)].push_back(k);
 
     levantarVariable(b);
-    const auto trama = armarTramaLectura(direccion, textoDeNumero(b.indiceEstacion));
+    const auto trama = armarTramaLectura(direccion, textoDeNumero(estacion.indice));
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
     estacion.bloques.push_back(k);
-    tablas_.bloques.crecer();
     tablas_.anotarRegistro(k);
     levantarControles(b);
     return k;
 }
 
 void Modelo::levantarVariable(BloqueLectura& b) {
-    b.nombreScript = nombreDeScript(b.clave);
     b.estado = kBad;
     tablas_.cantidadDePuntos += 1;
     Lista& lista = vista_.lstViewVariables;
@@ -160,7 +155,7 @@ void Modelo::levantarVariable(BloqueLectura& b) {
     lista.poner(b.filaVariable, 1, "0");
     lista.poner(b.filaVariable, 2, textoEstado(kBad));
     lista.poner(b.filaVariable, 3, sello_.ahora());
-    lista.poner(b.filaVariable, 4, b.nombreScript);
+    lista.poner(b.filaVariable, 4, nombreDeScript(b.clave));
     lista.tildar(b.filaVariable, b.activo);
     publicacion_.darDeAlta(b);
 }

@@ -26,52 +26,48 @@ struct BitsDeVariable {
 
 /// A block: one register of one station, which is one `Variable`. A configured block of several
 /// registers becomes as many of these, one behind the other.
-struct BloqueLectura : ConfiguracionDeBloque {
+struct BloqueLectura {
+    // What an exchange touches comes first, so that it lies together.
     bool activo = false;                 ///< enabled; set with Publicacion::ponerActivo
     bool pendiente = false;              ///< due; set with Tablas::ponerPendiente
     bool habilitadoPorRespuestas = true; ///< set with Tablas::habilitar
     bool tieneTrama = false;             ///< the address fits a frame: it can be polled
-    bool publicable = false;             ///< its name is an identifier of the script
-    Indice indice = kNinguno;            ///< in its own table
+    bool sondeo = false;  ///< asked again after a rest, once: its register is known to be silent
+    bool enDuda = false;  ///< the last try was answered, and whose answer it was cannot be told
+    bool saltado = false; ///< others went before it because their answers could be told
+    bool forzado = false; ///< by level, see below
+    bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
+    Solicitud tramaSolicitud{};
+    Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;
     Indice idEstacion = kNinguno;
     Indice posicionEnConexion = 0;
-    Indice primeroDelConfigurado =
-        kNinguno; ///< the first of those that one configured block became
-    double digitos = 0;
-    double indiceEstacion = 0;
-    std::string clave;
-
-    std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
-    std::int64_t tiempoFueraMs = 0;
-    std::int64_t reconeccionMs = 0;
-    double segReconeccion = 0;
-    double reintentosMax = 0;
-
-    double reintentos = 0; ///< failed tries of the present transaction
-    bool sondeo = false;   ///< asked again after a rest, once: its register is known to be silent
-    bool enDuda = false;   ///< the last try was answered, and whose answer it was cannot be told
-    bool saltado = false;  ///< others went before it because their answers could be told
-
-    // A force by level.
-    bool forzado = false;
-    bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
-    bool activoSinForzar = false;
-    double forzadoVeces = 0;
-    double forzadoContador = 0; ///< answers so far
-
-    Solicitud tramaSolicitud{};
-
-    double valor = 0;
-    double estado = 0; ///< kOk or kBad
-    std::string nombreScript;
-    Indice ranuraValor = kNinguno; ///< of the script's variable, kNinguno if not published
+    Indice ranuraValor = kNinguno; ///< of the script's variable; kNinguno if its name is none
     Indice ranuraEstado = kNinguno;
-    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
     FilaDeLista filaVariable = kSinFila;
     FilaDeLista filaBloque = kSinFila;
+    double valor = 0;
+    double estado = 0;     ///< kOk or kBad
+    double reintentos = 0; ///< failed tries of the present transaction
+    double reintentosMax = 0;
+    std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
+    std::int64_t tiempoFueraMs = 0;
+    std::string clave;
+    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
 
-    Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
+    std::int64_t reconeccionMs = 0;
+    double segReconeccion = 0;
+    double nivel = 0;
+    double plc = 0; ///< `numero` of the station
+    double scanSegundos = 0;
+    std::string direccion; ///< as configured; hexadecimal where a frame is built
+    std::int16_t puerto = 0;
+    bool activoPorDefecto = false;
+    bool activoSinForzar = false;
+    std::uint32_t forzadoVeces = 0;
+    std::uint32_t forzadoContador = 0;       ///< answers so far
+    Indice primeroDelConfigurado = kNinguno; ///< the first of what one configured block became
+    Indice ultimaEscritura = kNinguno;       ///< the write asked for last of this register
 };
 
 /// What a write is at. Every step is a transaction of its own on the connection.

@@ -43,7 +43,6 @@ struct ConexionIP {
     double puerto = 0;
     std::int64_t pacienciaMs =
         0; ///< all tries of its slowest block: a dead cable is noticed by then
-    Indice idSocket = kNinguno;
     Tabla<Estacion, std::vector<Estacion>> estaciones;
     std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
     ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
@@ -67,7 +66,7 @@ class Tablas {
     Tabla<ConexionIP> conexiones;
     Tabla<BloqueLectura> bloques;
     Tabla<BloqueEscritura> escrituras;
-    std::vector<std::string> bloquesPorNivel{1}; ///< per level: "0;3;7;"
+    std::vector<std::vector<Indice>> bloquesPorNivel; ///< in creation order
     double cantidadDePuntos = 0;
     double cantidadDeEstaciones = 0;
 

@@ -4,6 +4,8 @@
 #include "text/numeros.h"
 #include "view/columnas.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace kv {
@@ -74,7 +76,7 @@ void RelojDeBloques::contestar(Indice bloque) {
 }
 
 void RelojDeBloques::avanzarForzado(BloqueLectura& b) {
-    b.forzadoContador += 1;
+    ++b.forzadoContador;
     if (b.forzadoContador < b.forzadoVeces) {
         // The first answer is told of as the second of its count, as it always was.
         mostrar(b, de_bloques::kNota,
@@ -144,7 +146,7 @@ void RelojDeBloques::forzar(Indice bloque, double veces, std::string_view nota) 
     if (!b.forzado) b.activoSinForzar = b.activo;
     b.forzado = true;
     b.lecturaForzada = false; // an answer that is already on its way does not count
-    b.forzadoVeces = veces;
+    b.forzadoVeces = static_cast<std::uint32_t>(std::clamp(std::ceil(veces), 1.0, 4e9));
     b.forzadoContador = 0;
     mostrar(b, de_bloques::kNota, nota);
 }

@@ -11,7 +11,9 @@ constexpr std::size_t kBytes = std::size_t{64} << 20;
 constexpr std::uint64_t kUltimaFalla = 65535;
 
 bool mira(const DiskOrder& orden) {
-    return orden.what == DiskOrder::What::Look || orden.what == DiskOrder::What::Read;
+    using What = DiskOrder::What;
+    return orden.what == What::Look || orden.what == What::Read || orden.what == What::List ||
+           orden.what == What::Modified;
 }
 
 /// What the tape says was asked, to notice a script that asks something else.

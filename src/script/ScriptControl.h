@@ -63,6 +63,8 @@ class ScriptControl final : private vbscript::Surroundings {
     void AddCode(std::string_view texto) { motor_.addCode(texto); }
     [[nodiscard]] const vbscript::ScriptError& Error() const { return motor_.error(); }
     void Clear() { motor_.clearError(); }
+    /// A fresh module: what scripts made is gone, what was published stays.
+    void empezarDeNuevo() { motor_.restart(); }
     /// How many texts have been compiled.
     [[nodiscard]] std::uint64_t compilaciones() const { return motor_.compilations(); }
 

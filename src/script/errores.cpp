@@ -146,9 +146,7 @@ std::string_view textoDe(int numero) {
                : std::string_view("Error desconocido");
 }
 
-} // namespace
-
-std::string enCastellano(const vbscript::ScriptError& error) {
+std::string sinLugar(const vbscript::ScriptError& error) {
     using vbscript::BudgetKind;
     if (error.budget && error.description == budgetText(BudgetKind::Time))
         return "El guion corrió más tiempo que el permitido";
@@ -160,6 +158,15 @@ std::string enCastellano(const vbscript::ScriptError& error) {
     const std::string_view resto = todo.substr(ingles.size()); // the name that it is about
     if (!resto.empty() && !resto.starts_with(": '")) return error.description;
     return std::string(textoDe(error.number)).append(resto);
+}
+
+} // namespace
+
+std::string enCastellano(const vbscript::ScriptError& error) {
+    std::string que = sinLugar(error);
+    if (error.ranText.empty()) return que;
+    return que + ", en la línea " + std::to_string(error.ranLine) + ", columna " +
+           std::to_string(error.ranColumn) + " del texto que ahí se ejecuta: " + error.ranText;
 }
 
 } // namespace kv

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::size_t kMaximoDelGuion = 4U << 20;
 constexpr std::int64_t kEntreMiradasUs = 1000;
+constexpr int kSinMemoria = 7;
 constexpr std::size_t kErroresDichos = 100; // distinct errors told of one content of the file
 
 } // namespace
@@ -47,12 +48,18 @@ void Guion::correr() {
     cargar();
     if (bucle_.reloj().monotonicoUs() < detenidoHastaUs_) return;
     detenidoHastaUs_ = -1;
+    // What filled the memory is still in it: without this no run would ever get on again.
+    if (std::exchange(lleno_, false)) {
+        control_.empezarDeNuevo();
+        decir("El guion empieza de nuevo, sin sus variables: el anterior se quedó sin memoria", "");
+    }
     control_.Clear();
     control_.AddCode(texto_);
     const vbscript::ScriptError& error = control_.Error();
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
     if (!falla_) return;
+    lleno_ = error.budget && error.number == kSinMemoria;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
 }
@@ -61,9 +68,13 @@ void Guion::informar(const vbscript::ScriptError& error) {
     const std::string que = std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) +
                             ", " + textoDeNumero(error.column) + "): " + enCastellano(error) +
                             " (" + textoDeNumero(error.number) + ")";
+    decir(que, error.source);
+}
+
+void Guion::decir(const std::string& que, const std::string& fuente) {
     if (dichos_.size() >= kErroresDichos || !dichos_.insert(que).second) return;
     sucesos_.decir({.que = Que::FallaDelGuion}, que);
-    log_.escribirLog("DRIVER", "Guion", que, error.source);
+    log_.escribirLog("DRIVER", "Guion", que, fuente);
 }
 
 void Guion::cargar() {
@@ -78,8 +89,14 @@ void Guion::cargar() {
     // A file that is there and cannot be read just now is looked at again at the next answer.
     if (!bytes && huella.existe && huella.largo <= kMaximoDelGuion) return;
     huella_ = huella;
-    texto_ = bytes ? utf8DesdeWindows1252(*bytes) : std::string();
-    if (!texto_.empty() && texto_.back() != '\n') texto_ += "\r\n";
+    std::string texto = bytes ? utf8DesdeWindows1252(*bytes) : std::string();
+    if (!texto.empty() && texto.back() != '\n') texto += "\r\n";
+    // Variables and procedures of another text would only be in the way of a new one.
+    if (!texto_.empty() && texto != texto_) {
+        control_.empezarDeNuevo();
+        lleno_ = false;
+    }
+    texto_ = std::move(texto);
     detenidoHastaUs_ = -1;
     falla_.reset();
     dichos_.clear();

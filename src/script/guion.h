@@ -44,6 +44,7 @@ class Guion {
     void correr();
     void cargar();
     void informar(const vbscript::ScriptError& error);
+    void decir(const std::string& que, const std::string& fuente);
 
     Bucle& bucle_;
     Archivos& archivos_;
@@ -59,6 +60,7 @@ class Guion {
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
     std::optional<vbscript::ScriptError> falla_;
     std::set<std::string> dichos_; ///< errors of the present file that were told
+    bool lleno_ = false;           ///< the last run was stopped for its memory
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

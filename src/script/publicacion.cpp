@@ -34,8 +34,7 @@ void Publicacion::mostrar(FilaDeLista fila, double valor, std::string_view estad
 }
 
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
-    std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(bloque.nombreScript);
-    bloque.publicable = bloque.ranuraValor != kNinguno;
+    std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(nombreDeScript(bloque.clave));
     publicar(bloque.ranuraValor, 0);
     publicar(bloque.ranuraEstado, kBad);
 }

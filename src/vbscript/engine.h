@@ -45,6 +45,9 @@ class Engine {
     /// Adds to the module and runs the top-level statements; true: without an error. A text that is
     /// added again is not compiled again. During a run it refuses (error 17 in error()).
     bool addCode(std::string_view text);
+    /// A fresh module: what scripts made is gone, variables of the host keep their slots and
+    /// numbers, its objects, limits and country stay. During a run nothing happens.
+    void restart();
     /// Only compiles.
     bool check(std::string_view text);
 

@@ -111,12 +111,11 @@ template <class Accion>
 void Forzado::enNivel(double nivel, const Accion& accion) {
     // A copy: a forced read lets events run, and they may add blocks to the level.
     const bool existe = nivel >= 0 && nivel < static_cast<double>(tablas_.bloquesPorNivel.size());
-    const std::string deNivel =
-        existe ? tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)] : std::string();
+    const std::vector<Indice> deNivel =
+        existe ? tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)] : std::vector<Indice>();
     if (deNivel.empty()) return decir(Que::NivelSinBloques, {}, nivel);
-    for (const std::string_view parte : partir(deNivel, ';')) {
-        if (const auto i = numeroDeTexto(parte)) accion(static_cast<Indice>(*i));
-    }
+    for (const Indice i : deNivel)
+        accion(i);
 }
 
 void Forzado::forzarBloque_porNivel(double nivel) {

@@ -122,8 +122,8 @@ Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const 
 }
 
 void SolicitudesDeEscritura::armar(BloqueEscritura& e, const Direccion& d,
-                                   const BloqueLectura& leido, double valor) {
-    const std::string estacion = textoDeNumero(leido.indiceEstacion);
+                                   const BloqueLectura& leido, double valor) const {
+    const std::string estacion = textoDeNumero(tablas_.estacionDe(leido).indice);
     // A bit's word is made when its register has been read.
     const double palabra = d.bit >= 0 ? 0 : valor;
     const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);

@@ -41,8 +41,8 @@ class SolicitudesDeEscritura {
     };
     void unir(const BloqueEscritura& e, std::string_view origen);
     [[nodiscard]] static Direccion partirDireccion(std::string_view texto);
-    static void armar(BloqueEscritura& e, const Direccion& d, const BloqueLectura& leido,
-                      double valor);
+    void armar(BloqueEscritura& e, const Direccion& d, const BloqueLectura& leido,
+               double valor) const;
     [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const Direccion& d,
                                         double valor) const;
 

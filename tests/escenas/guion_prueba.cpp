@@ -90,9 +90,8 @@ TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {
 }
 
 TEST_F(ConGuion, UnoQueNoTerminaSeDetieneYSeReintentaALosSesentaSegundos) {
-    p.ajuste("Guion_Llamadas_Anidadas_Maximo", "50");
-    arrancar("veces = veces + 1\r\nOn Error Resume Next\r\n"
-             "Sub hondo()\r\n  hondo\r\nEnd Sub\r\nhondo\r\nveces = 99\r\n");
+    p.ajuste("Guion_Pasos_Maximos", "5000");
+    arrancar("veces = veces + 1\r\nOn Error Resume Next\r\nDo\r\nLoop\r\nveces = 99\r\n");
     EXPECT_EQ(color(), Color::Rojo);
     EXPECT_EQ(global("veces"), 1);
     p.avanzar(58'000);
@@ -120,6 +119,37 @@ TEST_F(ConGuion, UnoQueNoTerminaSeDetieneALosTantosPasosAunqueElRelojNoCorra) {
     p.archivos.poner(kGuion, "antes = 2");
     p.avanzar(2000);
     EXPECT_EQ(color(), Color::Verde);
+}
+
+TEST_F(ConGuion, UnoQueLlenaLaMemoriaEmpiezaDeNuevoYLoDice) {
+    p.ajuste("Guion_Memoria_Maxima_KiB", "1024");
+    arrancar("If IsEmpty(lleno) Then Label.Caption = Label.Caption & MW_1_1_10 & \";\"\r\n"
+             "Do : lleno = lleno & String(1000, \"a\") : Loop\r\n");
+    EXPECT_EQ(color(), Color::Rojo);
+    EXPECT_EQ(p.motor.vista.Label10.texto(), "116;");
+    p.avanzar(130'000);
+    EXPECT_EQ(p.motor.vista.Label10.texto(), "116;116;116;") << "with an empty module every minute";
+    EXPECT_EQ(enElLog("El guion empieza de nuevo"), 1U);
+    EXPECT_TRUE(p.tramasTiene("  *Guion* El guion empieza de nuevo"));
+}
+
+TEST_F(ConGuion, UnTextoNuevoEncuentraUnModuloNuevoYLoPublicado) {
+    arrancar("viejo = 5\r\nFunction F : F = 1 : End Function\r\n");
+    p.archivos.poner(kGuion, "vacio = CLng(IsEmpty(viejo))\r\nvisto = MW_1_1_10\r\n"
+                             "On Error Resume Next\r\nx = F()\r\nfalla = Err.Number\r\n");
+    p.avanzar(2000);
+    EXPECT_EQ(global("vacio"), -1);
+    EXPECT_EQ(global("visto"), 116);
+    EXPECT_EQ(global("falla"), 13);
+    const auto compilados = p.motor.scriptControl.compilaciones();
+    p.avanzar(5000);
+    EXPECT_EQ(p.motor.scriptControl.compilaciones(), compilados);
+}
+
+TEST_F(ConGuion, UnErrorEnTextoEjecutadoDiceLosDosLugares) {
+    arrancar("a = 1\r\nExecuteGlobal \"b = 1\" & vbLf & \"c = 1 / 0\"\r\n");
+    EXPECT_TRUE(p.tramasTiene("MDrivScrip(2, 1): División por cero, en la línea 2, columna 1 del "
+                              "texto que ahí se ejecuta: b = 1 (11)"));
 }
 
 TEST_F(ConGuion, ElIdiomaEsUnAjuste) {

@@ -28,7 +28,7 @@ struct Contexto {
     }
     [[nodiscard]] ConexionIP& conexion(std::size_t n) const { return motor.tablas.conexiones[n]; }
     [[nodiscard]] Zocalo& zocalo(std::size_t n) const {
-        return motor.conexiones.wsSocket(conexion(n).idSocket);
+        return motor.conexiones.wsSocket(static_cast<Indice>(n));
     }
     [[nodiscard]] bool conectada(std::size_t n) const {
         return zocalo(n).estado() == EstadoZocalo::Conectado;

@@ -39,10 +39,11 @@ void ReglaDeValores::notificarVariable(std::string_view direccion, double valor,
                                        static_cast<std::int16_t>(valor)) ||
                           linea.disculpada(),
                       "a value told of was answered by its register", i);
+            c_.exigir(!unico(i) || b.habilitadoPorRespuestas, "who was answered does not rest", i);
         } else {
             c_.exigir(estado == kBad, "a status is OK or BAD", i);
         }
-        if (b.publicable && unico(i) && i % 4 == 0) guionIgual(i);
+        if (b.ranuraValor != kNinguno && unico(i) && i % 4 == 0) guionIgual(i);
     }
     siguiente_.notificarVariable(direccion, valor, estado);
 }
@@ -59,8 +60,8 @@ void ReglaDeValores::alTerminarLectura(Indice bloque) {
 void ReglaDeValores::guionIgual(std::size_t bloque) {
     const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
     ScriptControl& guion = c_.motor.scriptControl;
-    c_.exigir(guion.valorDe(b.nombreScript) == dichos_[bloque].valor &&
-                  guion.valorDe(b.nombreScript + "_STATUS") == dichos_[bloque].estado,
+    c_.exigir(guion.valorDe(nombreDeScript(b.clave)) == dichos_[bloque].valor &&
+                  guion.valorDe(nombreDeScript(b.clave) + "_STATUS") == dichos_[bloque].estado,
               "the script's variables say what the table says", bloque);
 }
 
@@ -85,7 +86,7 @@ void ReglaDeValores::barrer() {
     for (std::size_t k = 0; k < std::min(kGuionPorBarrida, t.bloques.limiteSuperior()); ++k) {
         proximoGuion_ = (proximoGuion_ + 1) % t.bloques.limiteSuperior();
         const BloqueLectura& b = t.bloques[proximoGuion_];
-        if (b.publicable && unico(proximoGuion_)) guionIgual(proximoGuion_);
+        if (b.ranuraValor != kNinguno && unico(proximoGuion_)) guionIgual(proximoGuion_);
         filaIgual(b);
     }
 }

@@ -40,6 +40,10 @@ std::string resumen(const ScriptError& e) {
     const char* clase = e.budget ? "budget " : e.compileTime ? "compile " : "run ";
     std::string r = clase + std::to_string(e.number);
     if (!e.budget) r += " " + std::to_string(e.line) + ":" + std::to_string(e.column);
+    if (!e.ranText.empty()) {
+        r += " in " + std::to_string(e.ranLine) + ":" + std::to_string(e.ranColumn) + " " +
+             e.ranText;
+    }
     return r;
 }
 

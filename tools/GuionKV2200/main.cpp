@@ -57,7 +57,11 @@ class Escritorio : public vbscript::Surroundings {
 };
 
 void informar(const std::string& archivo, const vbscript::ScriptError& e) {
-    std::cerr << archivo << '(' << e.line << ", " << e.column << "): " << e.description << '\n';
+    std::cerr << archivo << '(' << e.line << ", " << e.column << "): " << e.description;
+    if (!e.ranText.empty())
+        std::cerr << ", at (" << e.ranLine << ", " << e.ranColumn
+                  << ") of the text that is run there: " << e.ranText;
+    std::cerr << '\n';
 }
 
 int correr(int argc, char** argv) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vbscript/surroundings/memory.h"
 #include "vbscript/syntax/ast.h"
 
 #include <deque>
@@ -15,14 +16,20 @@ namespace vbscript {
 // clang-format off
 // On operators 256 in `n` means that register b (of the "unless" steps: a) is done with, 512 the
 // same of c (b): it is emptied. It is never the register of the result.
+// A step that loops and formulas are made of, and the same for operands of known kinds, so that there
+// is nothing to find out: two registers of the frame (RR), a register and something of the pool (RP),
+// a register that may hold a reference and something of the pool (FP). The result, if there is one,
+// goes to a register then.
+#define VBS_KINDS(X, name) X(name) X(name##RR) X(name##RP) X(name##FP)
+
 #define VBS_PLAIN_OPS(X)                                                                           \
     X(Let)              /* a = b, an object by its default member; n: b may be emptied */          \
     X(Copy)             /* a = b as it is */                                                       \
     X(Move)             /* a = b, b emptied */                                                     \
     X(SetObject)        /* Set a = b; n: b may be emptied */                                       \
-    X(Add)                                                                                         \
-    X(Subtract)                                                                                    \
-    X(Multiply)                                                                                    \
+    VBS_KINDS(X, Add)                                                                              \
+    VBS_KINDS(X, Subtract)                                                                         \
+    VBS_KINDS(X, Multiply)                                                                         \
     X(Divide)                                                                                      \
     X(IntDivide)                                                                                   \
     X(Modulo)                                                                                      \
@@ -49,6 +56,8 @@ namespace vbscript {
     X(Element)          /* a = reference to b(...), base c, count; 256 in n: locked in base c */   \
     X(CallValue)        /* a = b as a statement, its default member, base c, count */              \
     X(CallBuiltin)      /* a = built-in c, base b, count */                                        \
+    X(NewArray)         /* a = array of c items */                                                 \
+    X(Fill)             /* items of array a from number c on = moved from base b, count */         \
     X(New)              /* a = new object of class c (a global) */                                 \
     X(Ref)              /* a = reference to b */                                                   \
     X(This)             /* a = Me */                                                               \
@@ -70,12 +79,12 @@ namespace vbscript {
     X(Repeat)           /* back to c; where time is counted */                                     \
     X(JumpFalse)                                                                                   \
     X(JumpTrue)         /* on a, to c */                                                           \
-    X(UnlessEqual)                                                                                 \
-    X(UnlessNotEqual)                                                                              \
-    X(UnlessLess)                                                                                  \
-    X(UnlessGreater)                                                                               \
-    X(UnlessLessEqual)                                                                             \
-    X(UnlessGreaterEqual)/* compare a, b; to c unless it holds */                                  \
+    VBS_KINDS(X, UnlessEqual)                                                                      \
+    VBS_KINDS(X, UnlessNotEqual)                                                                   \
+    VBS_KINDS(X, UnlessLess)                                                                       \
+    VBS_KINDS(X, UnlessGreater)                                                                    \
+    VBS_KINDS(X, UnlessLessEqual)                                                                  \
+    VBS_KINDS(X, UnlessGreaterEqual) /* compare a, b; to c unless it holds */                      \
     X(ForPrepare)       /* a = start is set; b: base of limit, step, ready; to c when done */      \
     X(ForNext)          /* again to c */                                                           \
     X(EachNext)         /* a: variable; b: base; again to c */                                     \
@@ -95,6 +104,9 @@ namespace vbscript {
 #define VBS_OP(name) name,
 enum class Op : std::uint16_t { VBS_OPS(VBS_OP) Return };
 #undef VBS_OP
+
+/// How far behind a step of VBS_KINDS its variants come.
+enum class Kinds { Any, RR, RP, FP };
 
 /// Where an operand lives: two high bits, then its number.
 using Operand = std::uint32_t;
@@ -180,7 +192,17 @@ struct ArrayShape {
 
 /// One compiled text. Lives as long as a procedure, class or running frame of it is in use.
 struct Unit : std::enable_shared_from_this<Unit> {
+    Unit() = default;
+    ~Unit() { account.shrink(charged); }
+    Unit(const Unit&) = delete;
+    Unit& operator=(const Unit&) = delete;
+    /// What it holds, once it is complete.
+    [[nodiscard]] std::size_t bytes() const;
+    /// Counts that as memory from now on.
+    void charge();
+
     std::string source;
+    bool ran = false; ///< By a script; else given by the host.
     std::deque<Value> constants;
     std::deque<Proc> procs;
     std::deque<ClassInfo> classes;
@@ -193,6 +215,8 @@ struct Unit : std::enable_shared_from_this<Unit> {
         const Value* constant;
     };
     std::vector<Declares> declares;
+    Memory& account = Memory::current();
+    std::size_t charged = 0;
 };
 
 } // namespace vbscript

@@ -176,7 +176,7 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
             body_.constants[d.name] = constant(d.value);
         for (const Declared& d : decl.scope.variables) {
             if (liveName(d.name).kind != Meaning::Unknown) continue;
-            (*live_->extra)[d.name] = std::make_unique<Value>();
+            live_->extra->make(d.name);
         }
     }
     for (const Declared& d : decl.scope.variables) {
@@ -184,6 +184,8 @@ void Compiler::makeAutomatic(const ProcDecl& decl) {
         if (d.isArray) emit(Op::Dim, variable(m), 0, shape(d), isMain && !live_ ? 1 : 0);
         if (isMain && !live_) context_.globals[m.index].defined = true;
     }
+    for (const Atom name : decl.scope.redimmed)
+        makeAutomatic(name, isMain);
     if (module_.optionExplicit) return;
     for (const Atom name : decl.scope.assigned)
         makeAutomatic(name, isMain);
@@ -197,7 +199,7 @@ void Compiler::makeAutomatic(Atom name, bool isMain) {
     const Meaning m = meaning(name);
     if (m.kind != Meaning::Unknown) return;
     if (isMain && live_) {
-        (*live_->extra)[name] = std::make_unique<Value>();
+        live_->extra->make(name);
     } else if (isMain) {
         context_.globals[m.index].defined = true;
     } else {
@@ -226,10 +228,30 @@ void Compiler::moveTemporaries(Instruction& i) const {
     move(i.c);
 }
 
+// A step of VBS_KINDS becomes the one that knows where its operands are.
+void Compiler::specialize(Instruction& i) {
+    const bool arithmetic = i.op == Op::Add || i.op == Op::Subtract || i.op == Op::Multiply;
+    const bool compares = i.op == Op::UnlessEqual || i.op == Op::UnlessNotEqual ||
+                          i.op == Op::UnlessLess || i.op == Op::UnlessGreater ||
+                          i.op == Op::UnlessLessEqual || i.op == Op::UnlessGreaterEqual;
+    if (!arithmetic && !compares) return;
+    const auto kindOf = [](Operand o) { return o & operand::kindMask; };
+    const Operand first = kindOf(arithmetic ? i.b : i.a);
+    const Operand second = kindOf(arithmetic ? i.c : i.b);
+    if (arithmetic && kindOf(i.a) != operand::local) return;
+    Kinds kinds = Kinds::Any;
+    if (first == operand::local && second == operand::local) kinds = Kinds::RR;
+    if (first == operand::local && second == operand::pool) kinds = Kinds::RP;
+    if (first == operand::follow && second == operand::pool) kinds = Kinds::FP;
+    i.op = static_cast<Op>(static_cast<int>(i.op) + static_cast<int>(kinds));
+}
+
 void Compiler::finish() {
     Proc& p = *body_.proc;
-    for (Instruction& i : p.code)
+    for (Instruction& i : p.code) {
         moveTemporaries(i);
+        specialize(i);
+    }
     p.registers = p.locals + body_.mostTemps + 1;
     p.names.assign(body_.locals.begin(), body_.locals.end());
     for (const auto& c : body_.constants)

@@ -13,6 +13,29 @@ struct CompileContext {
     Names& names;
     Globals& globals;
     const Library& builtins;
+    Runtime* run = nullptr; ///< In whose time it is compiled; null: in nobody's.
+};
+
+/// Variables that texts have made in a frame that is running.
+class MadeNames {
+  public:
+    MadeNames() = default;
+    ~MadeNames() { account_.shrink(made_.size() * cost); }
+    MadeNames(const MadeNames&) = delete;
+    MadeNames& operator=(const MadeNames&) = delete;
+    [[nodiscard]] Value* find(Atom name) const {
+        const auto at = made_.find(name);
+        return at == made_.end() ? nullptr : at->second.get();
+    }
+    void make(Atom name) {
+        account_.grow(cost, 7);
+        made_[name] = std::make_unique<Value>();
+    }
+
+  private:
+    static constexpr std::size_t cost = 100; // about, with its place in the table
+    std::map<Atom, std::unique_ptr<Value>> made_;
+    Memory& account_ = Memory::current();
 };
 
 /// A frame that is running, for text that runs in its midst: its variables by address.
@@ -20,7 +43,7 @@ struct LiveFrame {
     const Proc* proc = nullptr;
     Value* registers = nullptr;
     /// Variables made by earlier texts in the same frame.
-    std::map<Atom, std::unique_ptr<Value>>* extra = nullptr;
+    MadeNames* extra = nullptr;
 };
 
 /// Both throw CompileFault. The unit holds no reference to the syntax tree.

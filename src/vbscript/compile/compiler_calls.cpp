@@ -1,6 +1,12 @@
 #include "vbscript/compile/compiler_impl.h"
 
+#include <algorithm>
+
 namespace vbscript {
+
+namespace {
+constexpr std::size_t itemsAtOnce = 100;
+}
 
 std::uint16_t Compiler::count(const std::vector<Expr*>& args, Position at) {
     if (args.size() > 255) fail(1002, at);
@@ -8,7 +14,7 @@ std::uint16_t Compiler::count(const std::vector<Expr*>& args, Position at) {
 }
 
 // Arguments as values, in registers in a row; the caller's Mark frees them.
-std::uint32_t Compiler::values(const std::vector<Expr*>& args) {
+std::uint32_t Compiler::values(std::span<Expr* const> args) {
     const Operand base = operand::local | operand::temporary | body_.temps;
     for (const Expr* a : args)
         valueTo(a, temp());
@@ -150,12 +156,28 @@ Operand Compiler::special(Word w, const std::vector<Expr*>& args, Operand want, 
     return r;
 }
 
+// Registers are few, and the items of an Array as many as one likes.
+Operand Compiler::longArray(const std::vector<Expr*>& args, Operand want) {
+    const Operand array = result(operand::none);
+    emit(Op::NewArray, array, 0, static_cast<std::uint32_t>(args.size()));
+    for (std::size_t from = 0; from < args.size(); from += itemsAtOnce) {
+        const Mark mark(*this);
+        const std::size_t n = std::min(itemsAtOnce, args.size() - from);
+        const std::uint32_t base = values(std::span(args).subspan(from, n));
+        emit(Op::Fill, array, base, static_cast<std::uint32_t>(from), n);
+    }
+    if (want == operand::none) return array;
+    emit(Op::Move, want, array);
+    return want;
+}
+
 Operand Compiler::function(std::uint32_t id, const std::vector<Expr*>& args, Operand want,
                            Position at) {
     const Atom name = context_.names.known(context_.builtins.at(id).name);
     const Word w = wordOf(name);
     if (w == Word::Execute || w == Word::ExecuteGlobal || w == Word::Eval)
         return special(w, args, want, at);
+    if (w == Word::Array && args.size() > itemsAtOnce) return longArray(args, want);
     std::uint32_t base = 0;
     {
         const Mark mark(*this);

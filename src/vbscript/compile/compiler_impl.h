@@ -5,6 +5,7 @@
 #include "vbscript/values/arithmetic.h"
 
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -68,6 +69,7 @@ class Compiler {
     void makeAutomatic(Atom name, bool isMain);
     void finish();
     void moveTemporaries(Instruction& i) const;
+    static void specialize(Instruction& i);
     std::uint32_t shape(const Declared& d);
     [[noreturn]] static void fail(int number, Position at);
 
@@ -137,7 +139,8 @@ class Compiler {
     Operand special(Word w, const std::vector<Expr*>& args, Operand want, Position at);
     void callStatement(const Expr* e);
     void nameStatement(const Expr* callee, const std::vector<Expr*>& args);
-    std::uint32_t values(const std::vector<Expr*>& args);
+    Operand longArray(const std::vector<Expr*>& args, Operand want);
+    std::uint32_t values(std::span<Expr* const> args);
     std::uint32_t arguments(const std::vector<Expr*>& args);
     void argumentTo(const Expr* e, Operand to);
     static std::uint16_t count(const std::vector<Expr*>& args, Position at);

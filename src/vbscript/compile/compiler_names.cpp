@@ -93,10 +93,9 @@ Compiler::Meaning Compiler::globalName(Atom name) {
 
 Compiler::Meaning Compiler::liveName(Atom name) {
     Meaning m;
-    const auto made = live_->extra->find(name);
-    if (made != live_->extra->end()) {
+    if (Value* const made = live_->extra->find(name)) {
         m.kind = Meaning::Variable;
-        m.at = poolOf(made->second.get());
+        m.at = poolOf(made);
         return m;
     }
     const ClassInfo* owner = live_->proc->owner;
@@ -132,8 +131,13 @@ Compiler::Meaning Compiler::unknown(Atom name) {
 Operand Compiler::variable(const Meaning& m) {
     if (m.kind == Meaning::Constant && m.own) return poolOf(const_cast<Value*>(m.own->constant));
     if (m.kind != Meaning::Unknown) return m.at;
-    if (m.undeclared) emit(Op::CheckDefined, 0, 0, m.index);
-    return globalAt(m.index);
+    if (!m.undeclared) return globalAt(m.index);
+    emit(Op::CheckDefined, 0, 0, m.index);
+    const bool mayBeMade = body_.decl->scope.executes && body_.decl->kind != ProcKind::Main;
+    if (!mayBeMade) return globalAt(m.index);
+    const Operand place = newLocal();
+    emit(Op::RefName, place, 0, m.index);
+    return place | operand::follow;
 }
 
 } // namespace vbscript

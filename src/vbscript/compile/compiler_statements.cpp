@@ -5,6 +5,8 @@
 namespace vbscript {
 
 std::size_t Compiler::emit(Op op, Operand a, Operand b, std::uint32_t c, std::size_t n) {
+    constexpr std::size_t cost = 100; // as Runtime::spend counts
+    if (context_.run) context_.run->spend(cost);
     body_.proc->code.push_back({op, static_cast<std::uint16_t>(n), a, b, c});
     return body_.proc->code.size() - 1;
 }
@@ -218,10 +220,14 @@ void Compiler::select(const Stmt& s) {
             break;
         }
         std::vector<std::size_t> hits;
+        auto test = body_.proc->regions.size();
         caseTests(c, chosen, how, hits);
         const std::size_t next = emit(Op::Jump);
         for (std::size_t h : hits)
             patch(h);
+        // A test that fails goes in, as a condition does.
+        for (; test < body_.proc->regions.size(); ++test)
+            body_.proc->regions[test].resume = here();
         block(c.body);
         ends.push_back(emit(Op::Jump));
         patch(next);
@@ -278,6 +284,7 @@ void Compiler::forStatement(const Stmt& s) {
 void Compiler::forEach(const Stmt& s) {
     const Operand list = newLocal();
     newLocal(); // the index
+    const std::size_t region = body_.proc->regions.size();
     beginLeaf(s.at);
     emit(Op::Clear, list, 2);
     const Meaning m = meaning(s.a->name);
@@ -295,6 +302,7 @@ void Compiler::forEach(const Stmt& s) {
     emit(Op::EachNext, v, list, start);
     endLeaf();
     endLoop();
+    body_.proc->regions[region].resume = here();
     emit(Op::Clear, list, 2);
 }
 

@@ -28,22 +28,24 @@ class Globals {
         std::uint32_t& s = byAtom_[name];
         if (s == unknown) {
             Memory::current().grow(sizeof(Global), 7);
-            list_.emplace_back().name = name;
-            s = static_cast<std::uint32_t>(list_.size() - 1);
+            places_.push_back(&list_.emplace_back());
+            places_.back()->name = name;
+            s = static_cast<std::uint32_t>(places_.size() - 1);
         }
         return s;
     }
     [[nodiscard]] const Global* find(Atom name) const {
         if (name >= byAtom_.size() || byAtom_[name] == unknown) return nullptr;
-        return &list_[byAtom_[name]];
+        return places_[byAtom_[name]];
     }
-    Global& operator[](std::uint32_t s) { return list_[s]; }
-    const Global& operator[](std::uint32_t s) const { return list_[s]; }
-    [[nodiscard]] std::size_t size() const { return list_.size(); }
+    Global& operator[](std::uint32_t s) { return *places_[s]; }
+    const Global& operator[](std::uint32_t s) const { return *places_[s]; }
+    [[nodiscard]] std::size_t size() const { return places_.size(); }
 
   private:
     static constexpr std::uint32_t unknown = UINT32_MAX;
     std::deque<Global> list_;
+    std::vector<Global*> places_; ///< By number, as a deque is slow to be asked.
     std::vector<std::uint32_t> byAtom_;
 };
 

@@ -25,7 +25,11 @@ std::vector<BuiltinConstant> builtinConstants();
 inline bool given(Arguments args, std::size_t k) { return k < args.size() && !args[k].isMissing(); }
 /// A whole number argument, or what it stands for when it is left out.
 std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t otherwise);
-/// vbBinaryCompare or vbTextCompare. Throws Fault 5 for another number.
-bool textCompareArg(Runtime& rt, Arguments args, std::size_t k);
+/// Whether a comparison is to disregard letter case: vbBinaryCompare, vbTextCompare, or
+/// vbDatabaseCompare, which is another word for it where it may stand. Throws Fault 5 for another
+/// number.
+enum class CompareModes { Two, Three };
+bool textCompareArg(Runtime& rt, Arguments args, std::size_t k,
+                    CompareModes modes = CompareModes::Three);
 
 } // namespace vbscript

@@ -7,9 +7,9 @@ std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t 
     return given(args, k) ? toLong(rt, args[k]) : otherwise;
 }
 
-bool textCompareArg(Runtime& rt, Arguments args, std::size_t k) {
+bool textCompareArg(Runtime& rt, Arguments args, std::size_t k, CompareModes modes) {
     const std::int64_t mode = numberArg(rt, args, k, 0);
-    if (mode < 0 || mode > 2) throw Fault(5);
+    if (mode < 0 || mode > (modes == CompareModes::Two ? 1 : 2)) throw Fault(5);
     return mode != 0;
 }
 

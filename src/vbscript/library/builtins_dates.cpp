@@ -78,14 +78,22 @@ Value timeSerial(Runtime& rt, Arguments a) {
     return Value::date(joinTime(0, seconds));
 }
 
+/// What a person wrote as a date or a time: a number is not that, though CDate takes it.
+double writtenDate(Runtime& rt, Arguments a) {
+    const Value v = plain(rt, a[0]);
+    if (v.is(Type::Null)) throw Fault(94);
+    double date = 0;
+    if (v.is(Type::Date)) return v.d;
+    if (!dateIn(rt, v, date)) throw Fault(13);
+    return date;
+}
+
 Value dateValue(Runtime& rt, Arguments a) {
-    if (a[0].is(Type::Null)) throw Fault(94);
-    return Value::date(static_cast<double>(daysOf(toDate(rt, a[0]))));
+    return Value::date(static_cast<double>(daysOf(writtenDate(rt, a))));
 }
 
 Value timeValue(Runtime& rt, Arguments a) {
-    if (a[0].is(Type::Null)) throw Fault(94);
-    return Value::date(joinTime(0, secondsOf(toDate(rt, a[0])) % 86400));
+    return Value::date(joinTime(0, secondsOf(writtenDate(rt, a)) % 86400));
 }
 
 constexpr Builtin table[] = {

@@ -9,8 +9,14 @@ namespace vbscript {
 
 namespace {
 
+/// What a box shows of a text: no more than anybody would read.
+std::string shown(const Value& text) {
+    constexpr std::size_t longest = 32768;
+    return utf8(text.chars().substr(0, longest));
+}
+
 std::string textArg(Runtime& rt, Arguments a, std::size_t k) {
-    return given(a, k) ? toText(rt, a[k]).utf8() : std::string();
+    return given(a, k) ? shown(toText(rt, a[k])) : std::string();
 }
 
 Value createObject(Runtime& rt, Arguments a) {
@@ -34,13 +40,13 @@ Value getRef(Runtime& rt, Arguments a) {
 }
 
 Value msgBox(Runtime& rt, Arguments a) {
-    const std::string text = joinable(rt, a[0]).utf8();
+    const std::string text = shown(joinable(rt, a[0]));
     const auto buttons = static_cast<int>(numberArg(rt, a, 1, 0));
     return Value::integer(rt.world.messageBox(text, buttons, textArg(rt, a, 2)));
 }
 
 Value inputBox(Runtime& rt, Arguments a) {
-    const std::string prompt = joinable(rt, a[0]).utf8();
+    const std::string prompt = shown(joinable(rt, a[0]));
     return Value::text(rt.world.inputBox(prompt, textArg(rt, a, 1), textArg(rt, a, 2)));
 }
 

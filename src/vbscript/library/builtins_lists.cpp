@@ -8,11 +8,20 @@ namespace vbscript {
 
 namespace {
 
+constexpr std::size_t costOfPart = 100;
 constexpr std::size_t npos = std::u16string_view::npos;
+
+/// What an element costs that became text, as Runtime::spend counts: numbers have to be written.
+std::size_t costOf(const Value& v, const Value& text) {
+    constexpr std::size_t element = 30;
+    constexpr std::size_t number = 300;
+    return text.s->length + (v.is(Type::String) ? element : number);
+}
 
 Value array(Runtime&, Arguments a) { return arrayOf({a.begin(), a.end()}); }
 
 std::size_t dimension(Runtime& rt, Arguments a) {
+    if (a[0].is(Type::Object) && !a[0].o) throw Fault(91);
     if (!a[0].is(Type::Array)) throw Fault(13);
     const std::int64_t n = numberArg(rt, a, 1, 1);
     if (n < 1 || n > static_cast<std::int64_t>(a[0].a->extents.size())) throw Fault(9);
@@ -34,7 +43,7 @@ Value split(Runtime& rt, Arguments a) {
     const Value by = given(a, 1) ? toText(rt, a[1]) : Value::text(" ");
     std::int64_t most = numberArg(rt, a, 2, -1);
     if (most < -1) throw Fault(5);
-    const bool asText = textCompareArg(rt, a, 3);
+    const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     std::vector<Value> parts;
     const auto all = t.chars();
     if (all.empty() || most == 0) return arrayOf({});
@@ -49,7 +58,7 @@ Value split(Runtime& rt, Arguments a) {
         if (hit == npos) break;
         at = hit + needle.size();
         if (most > 0) --most;
-        if ((parts.size() & 0xFFF) == 0) rt.checkTime();
+        rt.spend(costOfPart);
     }
     return arrayOf(std::move(parts));
 }
@@ -64,7 +73,9 @@ Value join(Runtime& rt, Arguments a) {
     for (const Value& v : held.a->items) {
         if (!first) appendTo(out, by.chars());
         first = false;
-        appendTo(out, joinable(rt, v).chars());
+        const Value t = joinable(rt, v);
+        appendTo(out, t.chars());
+        rt.spend(by.s->length + costOf(v, t));
     }
     return out;
 }
@@ -83,6 +94,7 @@ Value filter(Runtime& rt, Arguments a) {
         const bool has = (asText ? findText(lowered(t.chars()), needle, 0)
                                  : findText(t.chars(), needle, 0)) != npos;
         if (has == include) kept.push_back(t);
+        rt.spend(needle.size() + costOf(v, t));
     }
     return arrayOf(std::move(kept));
 }

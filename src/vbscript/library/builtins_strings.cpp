@@ -8,6 +8,7 @@ namespace vbscript {
 
 namespace {
 
+constexpr std::size_t costOfHit = 50;
 constexpr std::size_t npos = std::u16string_view::npos;
 
 /// A string of `n` characters to fill in; error 14 before anything is allocated when it is absurd.
@@ -85,10 +86,10 @@ Value inStr(Runtime& rt, Arguments a) {
 Value inStrRev(Runtime& rt, Arguments a) {
     const Value in = plain(rt, a[0]);
     const Value what = plain(rt, a[1]);
-    if (in.is(Type::Null) || what.is(Type::Null)) return Value::null();
+    if (in.is(Type::Null) || what.is(Type::Null)) throw Fault(94);
     const std::int64_t start = numberArg(rt, a, 2, -1);
     if (start == 0 || start < -1) throw Fault(5);
-    const bool asText = textCompareArg(rt, a, 3);
+    const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     const Value tv = toText(rt, in);
     const Value wv = toText(rt, what);
     std::u16string t = asText ? lowered(tv.chars()) : std::u16string(tv.chars());
@@ -124,7 +125,7 @@ Value replace(Runtime& rt, Arguments a) {
     std::int64_t hits = 0;
     for (std::size_t at = findText(hay, needle, 0); at != npos && hits != count; ++hits) {
         at = findText(hay, needle, at + needle.size());
-        if ((hits & 0xFF) == 0) rt.checkTime();
+        rt.spend(costOfHit);
     }
     const auto grows =
         static_cast<std::int64_t>(with.chars().size()) - static_cast<std::int64_t>(needle.size());
@@ -136,6 +137,7 @@ Value replace(Runtime& rt, Arguments a) {
         to = std::copy(tail.begin() + at, tail.begin() + hit, to);
         to = std::copy(with.chars().begin(), with.chars().end(), to);
         at = hit + needle.size();
+        rt.spend(costOfHit + with.chars().size());
     }
     std::copy(tail.begin() + at, tail.end(), to);
     return out;

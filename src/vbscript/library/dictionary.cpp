@@ -16,14 +16,16 @@ namespace {
 /// are more gaps than keys.
 class Dictionary : public Object, public Linked {
   public:
-    explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {}
-    ~Dictionary() override { account_.shrink(charged_); }
+    explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {
+        account_.grow(smallest, 7);
+    }
+    ~Dictionary() override { account_.shrink(charged_ + smallest); }
 
     [[nodiscard]] std::string typeName() const override { return "Dictionary"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
-    bool elements(Runtime&, Value& list) override {
-        list = listOf(true);
+    bool elements(Runtime& rt, Value& list) override {
+        list = listOf(rt, true);
         return true;
     }
     void breakUp() override { clear(); }
@@ -35,6 +37,10 @@ class Dictionary : public Object, public Linked {
         bool there = true;
     };
     static constexpr std::uint32_t free = UINT32_MAX;
+    // Tables grow by doubling: on the average half as much again is set aside.
+    static constexpr std::size_t cost = sizeof(Entry) * 3 / 2 + 6 * sizeof(std::uint32_t);
+    static constexpr std::size_t smallest = 250;   // an empty one, beyond what every object weighs
+    static constexpr std::size_t costOfEntry = 10; // of going over one, in the units of spend
 
     [[nodiscard]] std::size_t hashOf(const Value& key) const;
     [[nodiscard]] bool same(const Value& a, const Value& b) const;
@@ -43,10 +49,10 @@ class Dictionary : public Object, public Linked {
     void remove(std::uint32_t at);
     void rebuild(std::size_t slots);
     void clear();
-    [[nodiscard]] Value listOf(bool keys) const;
+    [[nodiscard]] Value listOf(Runtime& rt, bool keys) const;
     void get(Runtime& rt, Word member, std::span<Value> args, Value& result);
     void put(Runtime& rt, Word member, bool isSet, std::span<Value> args);
-    void rename(std::span<Value> args);
+    void rename(Runtime& rt, std::span<Value> args);
 
     std::vector<Entry> entries_;
     std::vector<std::uint32_t> slots_;
@@ -108,10 +114,12 @@ void Dictionary::rebuild(std::size_t slots) {
             k = (k + 1) & (slots - 1);
         slots_[k] = static_cast<std::uint32_t>(n);
     }
+    // What was removed weighs no more.
+    account_.shrink(charged_ - entries_.size() * cost);
+    charged_ = entries_.size() * cost;
 }
 
 Dictionary::Entry& Dictionary::add(Value key, std::size_t hash) {
-    constexpr std::size_t cost = sizeof(Entry) + 3 * sizeof(std::uint32_t);
     if ((entries_.size() + 1) * 2 > slots_.size()) {
         std::size_t slots = 16;
         while (slots < (count_ + 1) * 4)
@@ -149,7 +157,8 @@ void Dictionary::clear() {
     charged_ = 0;
 }
 
-Value Dictionary::listOf(bool keys) const {
+Value Dictionary::listOf(Runtime& rt, bool keys) const {
+    rt.spend(entries_.size() * costOfEntry);
     std::vector<Value> all;
     all.reserve(count_);
     for (const Entry& e : entries_) {
@@ -158,7 +167,8 @@ Value Dictionary::listOf(bool keys) const {
     return arrayOf(std::move(all));
 }
 
-void Dictionary::rename(std::span<Value> args) {
+void Dictionary::rename(Runtime& rt, std::span<Value> args) {
+    rt.spend(entries_.size() * costOfEntry);
     if (args[0].is(Type::Array)) throw Fault(5);
     const std::uint32_t from = find(args[0], hashOf(args[0]));
     if (from == free) throw Fault(32811);
@@ -180,7 +190,7 @@ void Dictionary::put(Runtime& rt, Word member, bool isSet, std::span<Value> args
         return;
     }
     if (args.size() != 2) throw Fault(450);
-    if (member == Word::Key) return rename(args);
+    if (member == Word::Key) return rename(rt, args);
     if (member != Word::Item) throw Fault(438);
     Value item = args[1];
     if (!isSet && item.is(Type::Object)) item = rt.defaultOf(item);
@@ -191,7 +201,7 @@ void Dictionary::put(Runtime& rt, Word member, bool isSet, std::span<Value> args
     e.item.swap(item);
 }
 
-void Dictionary::get(Runtime&, Word member, std::span<Value> args, Value& result) {
+void Dictionary::get(Runtime& rt, Word member, std::span<Value> args, Value& result) {
     const std::size_t wanted =
         member == Word::Add                                                        ? 2
         : member == Word::Item || member == Word::Exists || member == Word::Remove ? 1
@@ -211,10 +221,10 @@ void Dictionary::get(Runtime&, Word member, std::span<Value> args, Value& result
         result = Value::longint(static_cast<std::int64_t>(count_));
         return;
     case Word::Keys:
-        result = listOf(true);
+        result = listOf(rt, true);
         return;
     case Word::Items:
-        result = listOf(false);
+        result = listOf(rt, false);
         return;
     case Word::CompareMode:
         result = Value::longint(asText_ ? 1 : 0);

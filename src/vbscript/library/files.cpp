@@ -4,6 +4,7 @@
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vbscript {
@@ -12,16 +13,6 @@ namespace {
 
 using What = DiskOrder::What;
 using Kind = DiskAnswer::Kind;
-
-std::string lastPart(const std::string& path) {
-    const std::size_t at = path.find_last_of("\\/");
-    return at == std::string::npos ? path : path.substr(at + 1);
-}
-
-std::string parentPart(const std::string& path) {
-    const std::size_t at = path.find_last_of("\\/");
-    return at == std::string::npos ? std::string() : path.substr(0, at);
-}
 
 class FileSystem : public Object {
   public:
@@ -35,8 +26,8 @@ class FileSystem : public Object {
     void act(Runtime& rt, Word m, std::span<Value> args, Value& result) const;
     Value open(Runtime& rt, std::span<Value> args) const;
     Value create(Runtime& rt, std::span<Value> args) const;
-    [[nodiscard]] DiskAnswer::Kind kind(const std::string& path) const {
-        return asked(*disk_, {What::Look, path}).kind;
+    [[nodiscard]] DiskAnswer::Kind kind(Runtime& rt, const std::string& path) const {
+        return asked(rt, *disk_, {What::Look, path}).kind;
     }
 
     std::shared_ptr<Disk> disk_;
@@ -63,6 +54,7 @@ bool FileSystem::names(Runtime& rt, Word m, std::span<Value> args, Value& result
     if (m == Word::GetParentFolderName) r = parentPart(path);
     if (m == Word::GetFileName) r = last;
     if (m == Word::GetBaseName) r = last.substr(0, dot);
+    if (m == Word::GetAbsolutePathName) r = absolutePath(path);
     if (m == Word::GetExtensionName) r = dot == std::string::npos ? "" : last.substr(dot + 1);
     result = Value::text(r);
     return true;
@@ -72,35 +64,35 @@ Value FileSystem::open(Runtime& rt, std::span<Value> args) const {
     const std::int64_t mode = numberArg(rt, args, 1, 1);
     const bool createIt = given(args, 2) && toBool(rt, args[2]);
     const bool unicode = numberArg(rt, args, 3, 0) == -1;
-    if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
-    const std::string path = toText(rt, args[0]).utf8();
-    const DiskAnswer before = asked(*disk_, {What::Look, path});
-    const bool isNew = before.kind == Kind::Nothing;
-    if (isNew && !createIt) throw Fault(53);
-    const auto how = mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode);
-    return openTextStream(disk_, path, how, unicode, before.size);
+    return openAs(rt, disk_, toText(rt, args[0]).utf8(), mode, createIt, unicode);
 }
 
 Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
     const std::string path = toText(rt, args[0]).utf8();
     const bool overwrite = !given(args, 1) || toBool(rt, args[1]);
     const bool unicode = given(args, 2) && toBool(rt, args[2]);
-    if (!overwrite && kind(path) != Kind::Nothing) throw Fault(58);
-    return openTextStream(disk_, path, FileMode::Write, unicode, 0);
+    if (!overwrite && kind(rt, path) != Kind::Nothing) throw Fault(58);
+    return openTextStream(rt, disk_, path, FileMode::Write, unicode, 0);
 }
 
 void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
     const std::string first = toText(rt, args[0]).utf8();
     switch (m) {
     case Word::FileExists:
-        result = Value::boolean(kind(first) == Kind::File);
+        result = Value::boolean(kind(rt, first) == Kind::File);
         return;
     case Word::FolderExists:
-        result = Value::boolean(kind(first) == Kind::Folder);
+        result = Value::boolean(kind(rt, first) == Kind::Folder);
         return;
     case Word::CreateFolder:
-        asked(*disk_, {What::MakeFolder, first});
-        result = Value::text(first);
+        asked(rt, *disk_, {What::MakeFolder, first});
+        result = makeFolder(rt, disk_, first);
+        return;
+    case Word::GetFile:
+        result = makeFile(rt, disk_, first);
+        return;
+    case Word::GetFolder:
+        result = makeFolder(rt, disk_, first);
         return;
     case Word::OpenTextFile:
         result = open(rt, args);
@@ -109,17 +101,17 @@ void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) 
         result = create(rt, args);
         return;
     case Word::DeleteFile:
-        asked(*disk_, {What::RemoveFile, first});
+        asked(rt, *disk_, {What::RemoveFile, first});
         return;
     case Word::DeleteFolder:
-        asked(*disk_, {What::RemoveFolder, first});
+        asked(rt, *disk_, {What::RemoveFolder, first});
         return;
     case Word::CopyFile:
     case Word::MoveFile: {
         if (args.size() < 2) throw Fault(450);
         const bool over = !given(args, 2) || toBool(rt, args[2]);
         const What what = m == Word::MoveFile ? What::Move : over ? What::CopyOver : What::Copy;
-        asked(*disk_, {what, first, toText(rt, args[1]).utf8()});
+        asked(rt, *disk_, {what, first, toText(rt, args[1]).utf8()});
         return;
     }
     default:
@@ -141,9 +133,47 @@ Value makeFileSystem(std::shared_ptr<Disk> disk) {
     return Value::object(new FileSystem(std::move(disk)));
 }
 
-DiskAnswer asked(Disk& disk, const DiskOrder& order) {
+std::string lastPart(const std::string& path) {
+    const std::size_t at = path.find_last_of("\\/");
+    return at == std::string::npos ? path : path.substr(at + 1);
+}
+
+std::string parentPart(const std::string& path) {
+    const std::size_t at = path.find_last_of("\\/");
+    return at == std::string::npos ? std::string() : path.substr(0, at);
+}
+
+std::string absolutePath(std::string_view path) {
+    if (path.size() >= 2 && path[1] == ':') path.remove_prefix(2);
+    std::string all;
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
+        const std::string_view part = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (part == "..")
+            all = parentPart(all);
+        else if (!part.empty() && part != ".")
+            all.append("\\").append(part);
+    }
+    return all.empty() ? "\\" : all;
+}
+
+Value openAs(Runtime& rt, std::shared_ptr<Disk> disk, const std::string& path, std::int64_t mode,
+             bool createIt, bool unicode) {
+    if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
+    const DiskAnswer before = asked(rt, *disk, {What::Look, path});
+    const bool isNew = before.kind == Kind::Nothing;
+    if (isNew && !createIt) throw Fault(53);
+    const auto how = mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode);
+    return openTextStream(rt, std::move(disk), path, how, unicode, before.size);
+}
+
+DiskAnswer asked(Runtime& rt, Disk& disk, const DiskOrder& order) {
+    rt.checkTime(); // whatever it costs on this machine, it is not known beforehand
+    rt.spend(order.bytes.size());
     DiskAnswer a = disk.ask(order);
     if (a.fault != 0) throw Fault(a.fault);
+    rt.spend(a.bytes.size());
     return a;
 }
 

@@ -6,14 +6,23 @@
 #include "vbscript/values/text.h"
 
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <pcre2.h>
+#include <utility>
 
 namespace vbscript {
 
 namespace {
 
-constexpr std::uint32_t mostSteps = 2'000'000; // of one attempt: a fraction of a second
+constexpr std::uint32_t mostSteps = 2'000'000; // from one place in the text: a fraction of a second
+constexpr std::size_t bytesPerLook =
+    16'000'000;                        // gone over between two looks at the clock, at most
+constexpr std::size_t costOfStep = 10; // in the units of Runtime::spend
+constexpr std::size_t costOfPattern = 100;
+constexpr std::size_t costOfByte = 4;
+constexpr std::size_t costOfMatch = 200;
+constexpr std::size_t costOfGroup = 100;
 constexpr std::uint32_t mostHeapKib = 16 * 1024;
 constexpr std::size_t longestPattern = std::size_t{32} << 10;
 
@@ -48,8 +57,9 @@ int faultOf(int error) {
 /// Offsets in UTF-8 as offsets in characters: known every so many bytes, counted in between.
 class Subject {
   public:
-    explicit Subject(std::u16string_view text)
+    Subject(Runtime& rt, std::u16string_view text)
         : bytes_(utf8(text)), ascii_(bytes_.size() == text.size()) {
+        rt.spend(bytes_.size() * costOfByte);
         if (ascii_) return;
         std::uint32_t chars = 0;
         for (std::size_t k = 0; k < bytes_.size(); ++k) {
@@ -93,9 +103,9 @@ class RegExp : public Object {
 
   private:
     void assign(Runtime& rt, Word member, const Value& v);
-    void compile();
+    void compile(Runtime& rt);
     void forget();
-    bool match(const Subject& subject, std::size_t from);
+    bool match(Runtime& rt, const Subject& subject, std::size_t from);
     [[nodiscard]] Found found(const Subject& subject) const;
     Value execute(Runtime& rt, const Value& text);
     Value replace(Runtime& rt, const Value& text, const Value& with);
@@ -118,9 +128,10 @@ void RegExp::forget() {
     charged_ = 0;
 }
 
-void RegExp::compile() {
+void RegExp::compile(Runtime& rt) {
     if (code_) return;
     if (pattern_.size() > longestPattern) throw Fault(7);
+    rt.spend(pattern_.size() * costOfPattern);
     const std::string pattern = translatePattern(pattern_);
     const std::unique_ptr<pcre2_compile_context, FreeCompile> context(
         pcre2_compile_context_create(nullptr));
@@ -155,10 +166,53 @@ void RegExp::compile() {
     charged_ = size;
 }
 
-bool RegExp::match(const Subject& subject, std::size_t from) {
+/// Asked at the marks that the translated pattern has wherever much may begin anew. What lies
+/// between two of them goes over all of the text or all of the pattern at most, so that after so
+/// many the clock is due.
+class Watch {
+  public:
+    Watch(Runtime& rt, std::size_t text, std::size_t pattern)
+        : rt_(rt), most_(text + pattern + 1), every_(bytesPerLook / most_ + 1), left_(every_) {}
+    static int mark(pcre2_callout_block* block, void* self) {
+        return static_cast<Watch*>(self)->passed(block->current_position);
+    }
+    /// The attempt is over. Throws what made it end.
+    void ended() {
+        if (thrown_) std::rethrow_exception(thrown_);
+        rt_.spend(units_);
+        if ((every_ - left_) * most_ > bytesPerLook / 10) rt_.checkTime();
+    }
+
+  private:
+    int passed(std::size_t at) noexcept {
+        units_ += costOfStep + (at > at_ ? at - at_ : 0);
+        at_ = at;
+        if (--left_ > 0) return 0;
+        left_ = every_;
+        try {
+            rt_.spend(std::exchange(units_, 0));
+            rt_.checkTime();
+            return 0;
+        } catch (...) { // must not pass through the matcher
+            thrown_ = std::current_exception();
+            return PCRE2_ERROR_CALLOUT;
+        }
+    }
+
+    Runtime& rt_;
+    std::size_t most_;
+    std::size_t every_, left_;
+    std::size_t units_ = 0, at_ = 0;
+    std::exception_ptr thrown_;
+};
+
+bool RegExp::match(Runtime& rt, const Subject& subject, std::size_t from) {
     const std::string& bytes = subject.bytes();
+    Watch watch(rt, bytes.size(), pattern_.size());
+    pcre2_set_callout(context_.get(), Watch::mark, &watch);
     const int r = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(bytes.data()), bytes.size(),
                               from, PCRE2_NO_UTF_CHECK, data_.get(), context_.get());
+    watch.ended();
     if (r >= 0) return true;
     if (r == PCRE2_ERROR_NOMATCH) return false;
     throw Fault(7, "Out of memory: regular expression too complex");
@@ -182,28 +236,28 @@ Found RegExp::found(const Subject& subject) const {
 
 template <class Each>
 void RegExp::every(Runtime& rt, const Subject& subject, Each each) {
-    compile();
+    compile(rt);
     std::size_t from = 0;
-    while (from <= subject.bytes().size() && match(subject, from)) {
+    while (from <= subject.bytes().size() && match(rt, subject, from)) {
         const PCRE2_SIZE* at = pcre2_get_ovector_pointer(data_.get());
         const std::size_t start = at[0];
         const std::size_t end = std::max(at[0], at[1]);
         each(found(subject));
-        rt.checkTime();
+        rt.spend(costOfMatch + costOfGroup * groups_);
         if (!global_) return;
         from = end > start ? end : subject.next(end);
     }
 }
 
 Value RegExp::execute(Runtime& rt, const Value& text) {
-    const Subject subject(text.chars());
+    const Subject subject(rt, text.chars());
     std::vector<Value> all;
     every(rt, subject, [&](const Found& f) { all.push_back(makeMatch(text, f)); });
     return makeMatches(std::move(all));
 }
 
 Value RegExp::replace(Runtime& rt, const Value& text, const Value& with) {
-    const Subject subject(text.chars());
+    const Subject subject(rt, text.chars());
     Value out = Value::string({});
     std::size_t done = 0;
     every(rt, subject, [&](const Found& f) {
@@ -267,11 +321,10 @@ void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
         result = replace(rt, toText(rt, args[0]), toText(rt, args[1]));
         return;
     case Word::Test: {
-        compile();
+        compile(rt);
         const Value text = toText(rt, args[0]);
-        const Subject subject(text.chars());
-        result = Value::boolean(match(subject, 0));
-        rt.checkTime();
+        const Subject subject(rt, text.chars());
+        result = Value::boolean(match(rt, subject, 0));
         return;
     }
     default:

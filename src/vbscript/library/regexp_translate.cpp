@@ -13,6 +13,7 @@ class Translator {
     explicit Translator(std::u16string_view p) : in_(p) {}
 
     std::string run() {
+        out_ = mark;
         while (at_ < in_.size()) {
             if (in_[at_] == '[')
                 characterClass();
@@ -21,7 +22,9 @@ class Translator {
             else if (in_[at_] == '(')
                 group();
             else if (isQuantifier(in_[at_]))
-                quantifier();
+                quantifier(1);
+            else if (const std::size_t n = braces(); n != 0)
+                quantifier(n);
             else
                 copy();
         }
@@ -29,9 +32,14 @@ class Translator {
     }
 
   private:
+    // Where the matcher asks whether it may go on: at every start, in every group and reference
+    // back, behind what is repeated.
+    static constexpr std::u16string_view mark = u"(?C)";
+
     [[nodiscard]] char16_t peek(std::size_t k) const {
         return at_ + k < in_.size() ? in_[at_ + k] : u'\0';
     }
+    static bool isDigit(char16_t c) { return c >= '0' && c <= '9'; }
     static bool isQuantifier(char16_t c) { return c == '*' || c == '+' || c == '?'; }
 
     void copy() {
@@ -45,14 +53,31 @@ class Translator {
         if (peek(1) == '?' && peek(2) != ':' && peek(2) != '=' && peek(2) != '!') throw Fault(5017);
         const std::size_t n = peek(1) == '?' ? 3 : 1;
         out_ += in_.substr(at_, n);
+        out_ += mark;
         at_ += n;
     }
 
-    void quantifier() {
+    // How long "{2}", "{2,}" or "{2,5}" is that stands here; else 0: then they are plain
+    // characters.
+    [[nodiscard]] std::size_t braces() const {
+        if (in_[at_] != '{' || !isDigit(peek(1))) return 0;
+        std::size_t n = 1;
+        while (isDigit(peek(n)))
+            ++n;
+        if (peek(n) == ',') ++n;
+        while (isDigit(peek(n)))
+            ++n;
+        return peek(n) == '}' ? n + 1 : 0;
+    }
+
+    void quantifier(std::size_t length) {
         // A second quantifier would mean "possessive" here and is a mistake there; "?" is lazy.
-        if (quantified_ && in_[at_] != '?') throw Fault(5018);
-        quantified_ = !(quantified_ && in_[at_] == '?');
-        out_ += in_[at_++];
+        if (quantified_) throw Fault(5018);
+        quantified_ = true;
+        out_ += in_.substr(at_, length);
+        at_ += length;
+        if (peek(0) == '?') out_ += in_[at_++];
+        out_ += mark;
     }
 
     void escape(bool inClass) {
@@ -60,6 +85,7 @@ class Translator {
         const char16_t c = peek(1);
         if (at_ + 1 >= in_.size()) throw Fault(5017);
         at_ += 2;
+        if (!inClass && c >= '1' && c <= '9') out_ += mark;
         if (c == 'v') {
             out_ += u"\\x0b";
         } else if (c < 0x80 && std::u16string_view(u"dDwWsSfnrtcxu0123456789bB").find(c) !=

@@ -21,15 +21,15 @@ class TextStream : public Object {
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override;
 
-    void open(FileMode mode, std::uint64_t size);
+    void open(Runtime& rt, FileMode mode, std::uint64_t size);
 
   private:
-    void load(std::uint64_t size);
+    void load(Runtime& rt, std::uint64_t size);
     void charge(std::uint64_t characters);
     bool read(Runtime& rt, Word m, std::span<Value> args, Value& result);
     bool write(Runtime& rt, Word m, std::span<Value> args);
-    void put(std::u16string_view text);
-    void append(std::string_view bytes);
+    void put(Runtime& rt, std::u16string_view text);
+    void append(Runtime& rt, std::string_view bytes);
     std::u16string line();
     [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
     void close();
@@ -47,11 +47,11 @@ class TextStream : public Object {
     std::size_t charged_ = 0;
 };
 
-void TextStream::open(FileMode mode, std::uint64_t size) {
-    if (reading_) return load(size);
-    asked(*disk_, {mode == FileMode::Append ? What::Append : What::Write, path_});
+void TextStream::open(Runtime& rt, FileMode mode, std::uint64_t size) {
+    if (reading_) return load(rt, size);
+    asked(rt, *disk_, {mode == FileMode::Append ? What::Append : What::Write, path_});
     size_ = mode == FileMode::Append ? size : 0;
-    if (unicode_ && size_ == 0) append("\xFF\xFE");
+    if (unicode_ && size_ == 0) append(rt, "\xFF\xFE");
 }
 
 void TextStream::charge(std::uint64_t characters) {
@@ -59,9 +59,9 @@ void TextStream::charge(std::uint64_t characters) {
     charged_ += characters * sizeof(char16_t);
 }
 
-void TextStream::load(std::uint64_t size) {
+void TextStream::load(Runtime& rt, std::uint64_t size) {
     charge(size); // before it is held
-    const std::string bytes = asked(*disk_, {What::Read, path_}).bytes;
+    const std::string bytes = asked(rt, *disk_, {What::Read, path_}).bytes;
     if (bytes.size() > size) charge(bytes.size() - size);
     text_.reserve(bytes.size());
     if (unicode_) {
@@ -93,7 +93,7 @@ std::u16string TextStream::line() {
     return r;
 }
 
-void TextStream::put(std::u16string_view text) {
+void TextStream::put(Runtime& rt, std::u16string_view text) {
     std::string bytes;
     for (char16_t c : text) {
         if (unicode_) {
@@ -105,12 +105,12 @@ void TextStream::put(std::u16string_view text) {
         column_ = c == '\n' ? 1 : column_ + 1;
         if (c == '\n') ++line_;
     }
-    append(bytes);
+    append(rt, bytes);
 }
 
-void TextStream::append(std::string_view bytes) {
+void TextStream::append(Runtime& rt, std::string_view bytes) {
     if (size_ + bytes.size() > largestFile) throw Fault(61);
-    asked(*disk_, {What::Append, path_, {}, bytes});
+    asked(rt, *disk_, {What::Append, path_, {}, bytes});
     size_ += bytes.size();
 }
 
@@ -153,13 +153,13 @@ bool TextStream::write(Runtime& rt, Word m, std::span<Value> args) {
         std::u16string lines;
         for (std::int64_t k = 0; k < n; ++k)
             lines += lineEnd;
-        put(lines);
+        put(rt, lines);
         return true;
     }
     std::u16string text;
     if (!args.empty()) text = toText(rt, args[0]).chars();
     if (m == Word::WriteLine) text += lineEnd;
-    put(text);
+    put(rt, text);
     return true;
 }
 
@@ -188,11 +188,11 @@ void TextStream::access(Runtime& rt, Atom member, Access how, std::span<Value> a
 
 } // namespace
 
-Value openTextStream(std::shared_ptr<Disk> disk, const std::string& path, FileMode mode,
-                     bool unicode, std::uint64_t size) {
+Value openTextStream(Runtime& rt, std::shared_ptr<Disk> disk, const std::string& path,
+                     FileMode mode, bool unicode, std::uint64_t size) {
     auto* const stream = new TextStream(std::move(disk), path, mode == FileMode::Read, unicode);
     Value held = Value::object(stream); // so that one that fails to open gives back what it took
-    stream->open(mode, size);
+    stream->open(rt, mode, size);
     return held;
 }
 

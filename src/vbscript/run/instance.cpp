@@ -8,11 +8,15 @@ namespace vbscript {
 Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
     : Linked(ring), machine_(machine), class_(cls), unit_(cls.unit->shared_from_this()),
       account_(Memory::current()) {
-    const std::size_t bytes = cls.variables.size() * sizeof(Value);
+    const std::size_t bytes =
+        cls.variables.size() * sizeof(Value) + sizeof(Instance) - sizeof(Object);
     variables_.resize(cls.variables.size());
     for (std::size_t k = 0; k < variables_.size(); ++k) {
         const MemberVariable& v = cls.variables[k];
-        if (v.isArray) variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
+        ++items_;
+        if (!v.isArray) continue;
+        variables_[k] = Value::array(ArrayData::make(v.extents, !v.extents.empty()));
+        items_ += variables_[k].a->items.size();
     }
     // Last: nobody would give it back if anything before had failed.
     account_.grow(bytes, 7);

@@ -29,6 +29,8 @@ class Instance : public Object, public Linked {
     /// or it is private.
     const Member& find(Atom name, bool inside) const;
     [[nodiscard]] Value* variables() { return variables_.data(); }
+    /// How many values it was made with, those of its arrays counted.
+    [[nodiscard]] std::size_t items() const { return items_; }
 
   private:
     Machine& machine_;
@@ -36,6 +38,7 @@ class Instance : public Object, public Linked {
     std::shared_ptr<Unit> unit_;
     std::vector<Value> variables_;
     std::size_t charged_ = 0;
+    std::size_t items_ = 0;
     Memory& account_;
     bool ended_ = false;
 };

@@ -1,4 +1,4 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 
 #include "vbscript/run/object_procedure.h"
 #include "vbscript/syntax/parser.h"
@@ -14,7 +14,6 @@ constexpr int mostRegisters = 1 << 17; // 2 MB
 constexpr int deepestNesting = 60;     // each takes a slice of the C++ stack
 constexpr int stepsPerLook = 1000;     // between two looks at the clock
 constexpr std::size_t unitsKept = 16;
-constexpr std::size_t unitCost = 10; // a compiled unit weighs about so many times its text
 
 std::size_t registersFor(int maxDepth) {
     constexpr int atLeast = 64; // a limit of few calls is none to the variables of a procedure
@@ -25,7 +24,7 @@ std::size_t registersFor(int maxDepth) {
 } // namespace
 
 Machine::Machine(Surroundings& w, Memory& account, Provisions provisions)
-    : Runtime(w), library(names, std::move(provisions)), memory_(account) {
+    : Runtime(w), account_{account}, library(names, std::move(provisions)) {
     setLimits(limits_);
 }
 
@@ -36,11 +35,11 @@ Machine::~Machine() {
     ring_.breakUpAll();
     frames_.clear();
     stack_.clear();
-    Memory::abandon(&memory_);
 }
 
 void Machine::setLimits(const Limits& l) {
     limits_ = l;
+    deepest_ = static_cast<std::size_t>(std::max(l.maxDepth, 1));
     memory_.setLimit(l.maxBytes);
     if (frames_.empty()) stack_.setRoom(registersFor(l.maxDepth));
 }
@@ -50,6 +49,7 @@ Machine::Run::Run(Machine& m) : machine_(m) {
     m.started_ = m.world.monotonicMs();
     m.ticks_ = stepsPerLook;
     m.steps_ = 0;
+    m.stopped_ = false;
     m.pending_.reset();
     m.pendingBudget_.reset();
 }
@@ -57,8 +57,6 @@ Machine::Run::Run(Machine& m) : machine_(m) {
 Machine::Run::~Run() {
     if (--machine_.depthOfRuns_ > 0) return;
     machine_.retired_.clear();
-    machine_.memory_.shrink(machine_.retiredBytes_);
-    machine_.retiredBytes_ = 0;
 }
 
 void Machine::checkTime() {
@@ -86,26 +84,32 @@ std::shared_ptr<Unit> Machine::unitFor(std::string_view source) {
         return k.unit;
     }
     ++compilations_;
-    auto unit = compileModule(context(), *parseModule(source, names));
+    auto unit = compileModule(context(), *parseModule(source, names, false, inRun()));
     unit->source = source;
-    if (kept_.size() >= unitsKept) {
+    while (kept_.size() >= unitsKept || keptBytes() + unit->bytes() > limits_.maxBytes / 4) {
+        if (kept_.empty()) break;
         const auto oldest =
             std::min_element(kept_.begin(), kept_.end(),
                              [](const Kept& a, const Kept& b) { return a.used < b.used; });
-        const auto gone = std::move(oldest->unit);
-        kept_.erase(oldest); // what comes may go over the budget
-        retire(gone);
+        retire(std::exchange(oldest->unit, nullptr));
+        kept_.erase(oldest);
     }
+    unit->charge();
     kept_.push_back({unit, uses_});
     return unit;
 }
 
+std::size_t Machine::keptBytes() const {
+    std::size_t all = 0;
+    for (const Kept& k : kept_)
+        all += k.unit->bytes();
+    return all;
+}
+
 void Machine::retire(std::shared_ptr<Unit> unit) {
-    if (!unit || depthOfRuns_ == 0) return;
-    const std::size_t bytes = unit->source.size() * unitCost;
-    retired_.push_back(std::move(unit));
-    memory_.grow(bytes, 7);
-    retiredBytes_ += bytes;
+    const bool running = std::any_of(frames_.begin(), frames_.end(),
+                                     [&](const Frame& f) { return f.proc->unit == unit.get(); });
+    if (running) retired_.push_back(std::move(unit));
 }
 
 void Machine::declare(Unit& unit) {
@@ -126,6 +130,7 @@ void Machine::declare(Unit& unit) {
 
 void Machine::runUnit(const std::shared_ptr<Unit>& unit) {
     const Run run(*this);
+    unit->ran = false;
     declare(*unit);
     invoke(*unit->main, nullptr, {});
     if (depthOfRuns_ > 1) return;
@@ -140,7 +145,7 @@ void Machine::runUnit(const std::shared_ptr<Unit>& unit) {
 }
 
 Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
-    if (nesting_ >= deepestNesting) throw BudgetFault(BudgetKind::Depth);
+    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
     struct Nest { // everything as it was, however this ends
         Machine& m;
         Registers before;
@@ -151,7 +156,7 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
         }
     } nest(*this);
     Value* fp = freeRegisters();
-    if (!stack_.reach(fp, args.size() + proc.registers)) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, args.size() + proc.registers)) throw Fault(outOfStack);
     for (std::size_t k = 0; k < args.size(); ++k)
         fp[k] = args[k];
     const std::size_t base = frames_.size();
@@ -164,13 +169,14 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
 }
 
 void Machine::terminate(Instance& o) noexcept {
-    if (closing_) return;
+    if (closing_ || stopped_) return;
     try {
         const MemoryScope scope(memory_);
         const Run run(*this);
         invoke(*o.info().terminate, &o, {});
     } catch (const BudgetFault& f) {
         pendingBudget_ = std::make_unique<BudgetFault>(f);
+        stopped_ = true;
         ticks_ = 0;
     } catch (const Fault& f) {
         if (!pending_) pending_ = std::make_unique<Fault>(f);
@@ -199,10 +205,10 @@ Value Machine::procedureNamed(std::string_view name) {
 
 Value Machine::runInside(const std::shared_ptr<Unit>& unit, int frame) {
     declare(*unit);
-    if (nesting_ >= deepestNesting) throw BudgetFault(BudgetKind::Depth);
+    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
     Value* fp = freeRegisters();
     const Proc& proc = *unit->main;
-    if (!stack_.reach(fp, proc.registers)) throw BudgetFault(BudgetKind::Depth);
+    if (!stack_.reach(fp, proc.registers)) throw Fault(outOfStack);
     const Registers before = r_;
     const std::size_t base = frames_.size();
     const Value self = frames_[static_cast<std::size_t>(frame)].me;

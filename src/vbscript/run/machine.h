@@ -14,10 +14,24 @@
 
 namespace vbscript {
 
+/// Where a step's operands are, to choose a function by.
+template <Kinds>
+struct Kind {};
+
+/// By which a text is known in a report: its first line, not too much of it.
+[[nodiscard]] std::string firstWords(std::string_view source);
+
 /// Executes compiled code. Calls between procedures of scripts take a frame here and none of the
 /// C++ stack; only code that runs on behalf of something else (a default member, Class_Terminate,
 /// Execute) nests, to a small depth.
 class Machine : public Runtime {
+    // Last of all to go: what the others hold is given back to it.
+    struct Account {
+        Memory& memory;
+        ~Account() { Memory::abandon(&memory); }
+    };
+    Account account_;
+
   public:
     /// Takes over the account, which has to be the current one while the machine is made.
     Machine(Surroundings& w, Memory& account, Provisions provisions);
@@ -27,7 +41,9 @@ class Machine : public Runtime {
     Library library;
 
     [[nodiscard]] Memory& memory() { return memory_; }
-    [[nodiscard]] CompileContext context() { return {names, globals, library}; }
+    [[nodiscard]] CompileContext context() { return {names, globals, library, inRun()}; }
+    /// Itself while a script runs, which what it asks for is to be charged to.
+    [[nodiscard]] Runtime* inRun() { return running() ? this : nullptr; }
     void setLimits(const Limits& l);
 
     /// Declares what the unit declares and runs its top-level statements. Throws Fault,
@@ -41,6 +57,10 @@ class Machine : public Runtime {
     Value defaultOf(const Value& object) override;
     Value procedureNamed(std::string_view name) override;
     void checkTime() override;
+    void spend(std::size_t units) override {
+        work(units);
+        if (ticks_ <= 0) checkTime();
+    }
     [[nodiscard]] bool running() const override { return depthOfRuns_ > 0; }
 
     Value invoke(const Proc& proc, Instance* me, std::span<Value> args);
@@ -62,7 +82,6 @@ class Machine : public Runtime {
     };
 
   private:
-    using Extra = std::map<Atom, std::unique_ptr<Value>>;
     struct Frame {
         const Proc* proc = nullptr;
         const Instruction* pc = nullptr; ///< Where it goes on when the one above it is left.
@@ -72,7 +91,7 @@ class Machine : public Runtime {
         bool boundary = false; ///< Leaving it leaves execute().
         int inside = -1;       ///< The frame whose variables this text uses.
         Value me;
-        std::unique_ptr<Extra> extra;
+        std::unique_ptr<MadeNames> extra;
     };
     struct Registers {
         const Instruction* pc = nullptr;
@@ -85,6 +104,7 @@ class Machine : public Runtime {
     // Frames (machine_frames.cpp).
     void push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value me);
     void load();
+    static Value* variablesOf(const Value& me);
     bool leave();
     void drop();
     void execute();
@@ -92,23 +112,37 @@ class Machine : public Runtime {
     bool handle(Fault& f, std::size_t base);
     void unwind(std::size_t base);
     static const Region* regionOf(const Proc& proc, std::uint32_t pc);
-    [[nodiscard]] Position position() const;
+    void locate(Place& p) const;
     [[nodiscard]] Value* freeRegisters();
     void tick() {
         if (--ticks_ <= 0) checkTime();
     }
     /// A step that went over `units` elements brings the next look at the clock nearer.
-    void work(std::size_t units) { ticks_ -= static_cast<int>(units >> 10); }
+    void work(std::size_t units) {
+        worked_ += units;
+        ticks_ -= static_cast<int>(worked_ >> 10);
+        worked_ &= 1023;
+    }
+    /// Items of an array were made or copied, which takes longer than characters.
+    void workOnItems(std::size_t n) { work(n * 8); }
+    /// A text was gone over.
+    void workOn(const Value& v) {
+        if (v.is(Type::String)) work(v.s->length);
+    }
     [[nodiscard]] Instance* me() const;
     [[nodiscard]] bool insideOf(const Instance& o) const;
     void declare(Unit& unit);
     void retire(std::shared_ptr<Unit> unit);
+    [[nodiscard]] std::size_t keptBytes() const;
     Value runInside(const std::shared_ptr<Unit>& unit, int frame);
+    [[nodiscard]] Value* madeHere(const Global& g) const; ///< Null: no text has.
+    Value& named(Global& g); ///< The variable of that name that the running procedure sees.
 
     Value& at(Operand o) {
-        if (o < operand::pool)
+        if (o < operand::pool) [[likely]]
             return r_.fp[o]; // NOLINT(clang-analyzer-core.*): loaded with the frame
-        if (o < operand::follow) return *r_.pool[o & operand::indexMask];
+        if (o < operand::follow) [[likely]]
+            return *r_.pool[o & operand::indexMask];
         if (o >= operand::member)
             return r_.me[o & operand::indexMask]; // NOLINT(clang-analyzer-core.*)
         Value& v = r_.fp[o & operand::indexMask];
@@ -122,16 +156,38 @@ class Machine : public Runtime {
     using BinaryFunction = Value (*)(Runtime&, const Value&, const Value&);
     void slow(const Instruction& i, BinaryFunction f);
     void finished(const Instruction& i, Operand first, Operand second);
-    template <Operator Which>
-    int comparison(const Instruction& i, Operand first, Operand second);
+    // Operands of a step that comes in kinds.
+    template <Kinds K>
+    Value& first(Operand o) {
+        if constexpr (K == Kinds::Any) return at(o);
+        Value& v = r_.fp[o & operand::indexMask];
+        return K == Kinds::FP && v.is(Type::Ref) ? *v.ref : v;
+    }
+    template <Kinds K>
+    Value& second(Operand o) {
+        if constexpr (K == Kinds::Any) return at(o);
+        return K == Kinds::RR ? r_.fp[o] : *r_.pool[o & operand::indexMask];
+    }
+    template <Kinds K>
+    Value& outcome(Operand o) {
+        return K == Kinds::Any ? at(o) : r_.fp[o];
+    }
+    template <Kinds K>
+    void addStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void subtractStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void multiplyStep(Kind<K>, const Instruction& i);
+    template <Operator Which, Kinds K>
+    int comparison(const Instruction& i, Operand left, Operand right);
     template <Operator Which>
     void compareStep(const Instruction& i);
-    template <Operator Which>
-    void unlessStep(const Instruction& i);
+    template <Operator Which, Kinds K>
+    void unlessStep(Kind<K>, const Instruction& i);
 
     // Arrays and members (machine_access.cpp).
     static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);
-    Value indexed(const Value& base, std::span<Value> indexes);
+    Value indexed(const Value& base, std::span<Value> indexes, int notIndexed = 13);
     void setIndexed(Value& base, std::span<Value> indexes, Value v, bool isSet);
     Value forStore(Value v, bool isSet);
     void getInstance(Instance& o, const Instruction& i);
@@ -141,24 +197,27 @@ class Machine : public Runtime {
     void callOn(const Value& object, Atom member, Access how, std::span<Value> args, Value& result);
     static void followReferences(std::span<Value> args);
     static void clearAll(std::span<Value> args);
+    void makeOwn(Value& array);
     void putVariable(Value& v, Access how, std::span<Value> args);
     Value newObject(std::uint32_t slot);
 
-    Memory& memory_;
+    Memory& memory_ = account_.memory;
     Limits limits_;
     Registers r_;
     RegisterStack stack_;
     std::vector<Frame> frames_;
     Linked ring_;
+    std::size_t deepest_ = 1; ///< How many frames there may be.
     int ticks_ = 0;
+    std::size_t worked_ = 0; ///< Units that make no whole step yet.
     int nesting_ = 0;
     int depthOfRuns_ = 0;
     bool closing_ = false;
+    bool stopped_ = false; ///< By a budget: objects that go now run nothing any more.
     std::int64_t started_ = 0;
     std::int64_t steps_ = 0; ///< of the present run, up to the last look at the clock
     std::vector<std::shared_ptr<Unit>> retired_; ///< Replaced, but a frame may still be in it.
-    std::size_t retiredBytes_ = 0;
-    std::unique_ptr<Fault> pending_; ///< From Class_Terminate.
+    std::unique_ptr<Fault> pending_;             ///< From Class_Terminate.
     std::unique_ptr<BudgetFault> pendingBudget_;
     struct Kept {
         std::shared_ptr<Unit> unit;

@@ -1,7 +1,11 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {
+
+namespace {
+constexpr int noSuchMember = 438; // also for an index behind one that holds no list
+}
 
 void Machine::followReferences(std::span<Value> args) {
     for (Value& a : args) {
@@ -30,12 +34,12 @@ std::size_t Machine::offset(Runtime& rt, const ArrayData& a, std::span<Value> in
     return at;
 }
 
-Value Machine::indexed(const Value& base, std::span<Value> indexes) {
+Value Machine::indexed(const Value& base, std::span<Value> indexes, int notIndexed) {
     if (base.is(Type::Array)) {
         const Value held = base; // converting an index may run code that replaces the array
         return held.a->items[offset(*this, *held.a, indexes)];
     }
-    if (!base.is(Type::Object)) throw Fault(13);
+    if (!base.is(Type::Object)) throw Fault(notIndexed);
     Value result;
     callOn(base, 0, Access::Get, indexes, result);
     return result;
@@ -54,7 +58,7 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
         args.push_back(std::move(v));
         Value ignored;
         const Value held = base;
-        held.o->access(*this, 0, isSet ? Access::Set : Access::Let, args, ignored);
+        callOn(held, 0, isSet ? Access::Set : Access::Let, args, ignored);
         return;
     }
     if (!base.is(Type::Array)) throw Fault(13);
@@ -64,9 +68,13 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
     }
     if (!base.is(Type::Array)) throw Fault(13);
     const std::size_t at = offset(*this, *base.a, indexes);
-    if (base.a->refs - base.a->locks > 1) work(base.a->items.size());
-    makeUnique(base);
+    makeOwn(base);
     base.a->items[at] = std::move(stored);
+}
+
+void Machine::makeOwn(Value& array) {
+    if (array.a->refs - array.a->locks > 1) workOnItems(array.a->items.size());
+    makeUnique(array);
 }
 
 void Machine::opIndex(const Instruction& i) {
@@ -102,7 +110,7 @@ void Machine::opElement(const Instruction& i) {
         if (k.is(Type::Object)) k = defaultOf(k);
     }
     const std::size_t k = offset(*this, *array.a, args);
-    makeUnique(array);
+    makeOwn(array);
     Value* element = &array.a->items[k];
     clearAll(args);
     r_.fp[i.a & operand::indexMask] = Value::reference(element);
@@ -118,7 +126,10 @@ void Machine::callOn(const Value& object, Atom member, Access how, std::span<Val
     if (!object.is(Type::Object)) throw Fault(424);
     if (!object.o) throw Fault(91);
     followReferences(args);
+    for (const Value& a : args)
+        workOn(a);
     object.o->access(*this, member, how, args, result);
+    workOn(result);
 }
 
 void Machine::callProc(const Proc& proc, const Instruction& i, Value self) {
@@ -207,6 +218,7 @@ void Machine::letInstance(Instance& o, const Instruction& i, bool isSet) {
 void Machine::putVariable(Value& v, Access how, std::span<Value> args) {
     const bool isSet = how == Access::Set;
     Value last = args.back();
+    if (args.size() > 1 && !v.is(Type::Array) && !v.is(Type::Object)) throw Fault(noSuchMember);
     if (args.size() > 1)
         setIndexed(v, args.first(args.size() - 1), std::move(last), isSet);
     else
@@ -227,7 +239,7 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
         else if (args.empty())
             result = v;
         else
-            result = indexed(v, args);
+            result = indexed(v, args, noSuchMember);
         return;
     }
     const Proc* p = reads ? m.get : how == Access::Set ? m.set : m.let;
@@ -241,7 +253,7 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
     if (!getter || args.size() < (reads ? 1U : 2U)) throw Fault(438);
     Value list = invoke(*m.get, &o, {});
     if (reads)
-        result = indexed(list, args);
+        result = indexed(list, args, noSuchMember);
     else
         putVariable(list, how, args);
 }

@@ -1,4 +1,4 @@
-#include "vbscript/run/machine.h"
+#include "vbscript/run/machine_calls.h"
 #include "vbscript/values/arithmetic.h"
 #include "vbscript/values/convert.h"
 
@@ -6,8 +6,6 @@
 
 // The steps that loops and formulas are made of, in one file with the loop that runs them, so that
 // the compiler can put them in line.
-
-#define VBS_HOT [[gnu::always_inline]] inline
 
 namespace vbscript {
 
@@ -26,6 +24,16 @@ VBS_HOT void put(Value& to, double d) {
     if (to.owns()) to.clear();
     to.type = Type::Double;
     to.d = d;
+}
+
+/// to = from, mostly of something that lies in the value itself.
+VBS_HOT void assign(Value& to, const Value& from) {
+    if (to.owns() || from.owns()) {
+        to = from;
+    } else {
+        to.type = from.type;
+        to.i = from.i;
+    }
 }
 
 VBS_HOT void putWhole(Value& to, Type a, Type b, std::int64_t n) {
@@ -77,8 +85,10 @@ VBS_HOT bool compares(T a, T b) {
 
 // The way for all other operands: what is in between is done with when the result is there.
 [[gnu::noinline]] void Machine::slow(const Instruction& i, BinaryFunction f) {
+    workOn(at(i.b));
+    workOn(at(i.c));
     Value v = f(*this, at(i.b), at(i.c));
-    if (v.is(Type::String)) work(v.s->length);
+    workOn(v);
     finished(i, i.b, i.c);
     at(i.a) = std::move(v);
 }
@@ -88,33 +98,39 @@ void Machine::finished(const Instruction& i, Operand first, Operand second) {
     if (i.n & emptySecond) at(second).clear();
 }
 
-VBS_HOT void Machine::opAdd(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
+template <Kinds K>
+VBS_HOT void Machine::addStep(Kind<K>, const Instruction& i) {
+    const Value& b = first<K>(i.b);
+    const Value& c = second<K>(i.c);
+    Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i + c.i);
-    if (reals(b, c, x, y) && std::isfinite(x + y)) return put(at(i.a), x + y);
+    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i + c.i);
+    if (reals(b, c, x, y) && std::isfinite(x + y)) return put(a, x + y);
     slow(i, add);
 }
 
-VBS_HOT void Machine::opSubtract(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
+template <Kinds K>
+VBS_HOT void Machine::subtractStep(Kind<K>, const Instruction& i) {
+    const Value& b = first<K>(i.b);
+    const Value& c = second<K>(i.c);
+    Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i - c.i);
-    if (reals(b, c, x, y) && std::isfinite(x - y)) return put(at(i.a), x - y);
+    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i - c.i);
+    if (reals(b, c, x, y) && std::isfinite(x - y)) return put(a, x - y);
     slow(i, subtract);
 }
 
-VBS_HOT void Machine::opMultiply(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
+template <Kinds K>
+VBS_HOT void Machine::multiplyStep(Kind<K>, const Instruction& i) {
+    const Value& b = first<K>(i.b);
+    const Value& c = second<K>(i.c);
+    Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(at(i.a), b.type, c.type, b.i * c.i);
-    if (reals(b, c, x, y) && std::isfinite(x * y)) return put(at(i.a), x * y);
+    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i * c.i);
+    if (reals(b, c, x, y) && std::isfinite(x * y)) return put(a, x * y);
     slow(i, multiply);
 }
 
@@ -142,32 +158,33 @@ VBS_HOT void Machine::opModulo(const Instruction& i) {
 }
 
 /// 1, 0; -1: Null.
-template <Operator Which>
-VBS_HOT int Machine::comparison(const Instruction& i, Operand first, Operand second) {
-    const Value& a = at(first);
-    const Value& b = at(second);
+template <Operator Which, Kinds K>
+VBS_HOT int Machine::comparison(const Instruction& i, Operand left, Operand right) {
+    const Value& a = first<K>(left);
+    const Value& b = second<K>(right);
     if (a.isInt() && b.isInt()) return compares<Which>(a.i, b.i);
     double x = 0;
     double y = 0;
     if (reals(a, b, x, y)) return compares<Which>(x, y);
+    workOn(a);
     const Order o = order(*this, a, b, leftOf(i), rightOf(i));
-    finished(i, first, second);
+    finished(i, left, right);
     if (o == Order::Unknown) return -1;
     return holds(Which, o);
 }
 
 template <Operator Which>
 VBS_HOT void Machine::compareStep(const Instruction& i) {
-    const int c = comparison<Which>(i, i.b, i.c);
+    const int c = comparison<Which, Kinds::Any>(i, i.b, i.c);
     if (c < 0)
         at(i.a) = Value::null();
     else
         put(at(i.a), Type::Boolean, -c);
 }
 
-template <Operator Which>
-VBS_HOT void Machine::unlessStep(const Instruction& i) {
-    if (comparison<Which>(i, i.a, i.b) != 1) {
+template <Operator Which, Kinds K>
+VBS_HOT void Machine::unlessStep(Kind<K>, const Instruction& i) {
+    if (comparison<Which, K>(i, i.a, i.b) != 1) {
         r_.pc = r_.code + i.c;
     }
 }
@@ -180,16 +197,22 @@ VBS_HOT void Machine::opLessEqual(const Instruction& i) { compareStep<Operator::
 VBS_HOT void Machine::opGreaterEqual(const Instruction& i) {
     compareStep<Operator::GreaterEqual>(i);
 }
-VBS_HOT void Machine::opUnlessEqual(const Instruction& i) { unlessStep<Operator::Equal>(i); }
-VBS_HOT void Machine::opUnlessNotEqual(const Instruction& i) { unlessStep<Operator::NotEqual>(i); }
-VBS_HOT void Machine::opUnlessLess(const Instruction& i) { unlessStep<Operator::Less>(i); }
-VBS_HOT void Machine::opUnlessGreater(const Instruction& i) { unlessStep<Operator::Greater>(i); }
-VBS_HOT void Machine::opUnlessLessEqual(const Instruction& i) {
-    unlessStep<Operator::LessEqual>(i);
-}
-VBS_HOT void Machine::opUnlessGreaterEqual(const Instruction& i) {
-    unlessStep<Operator::GreaterEqual>(i);
-}
+
+#define VBS_EACH_KIND(name, step)                                                                  \
+    VBS_HOT void Machine::op##name(const Instruction& i) { step(Kind<Kinds::Any>(), i); }          \
+    VBS_HOT void Machine::op##name##RR(const Instruction& i) { step(Kind<Kinds::RR>(), i); }       \
+    VBS_HOT void Machine::op##name##RP(const Instruction& i) { step(Kind<Kinds::RP>(), i); }       \
+    VBS_HOT void Machine::op##name##FP(const Instruction& i) { step(Kind<Kinds::FP>(), i); }
+VBS_EACH_KIND(Add, addStep)
+VBS_EACH_KIND(Subtract, subtractStep)
+VBS_EACH_KIND(Multiply, multiplyStep)
+VBS_EACH_KIND(UnlessEqual, unlessStep<Operator::Equal>)
+VBS_EACH_KIND(UnlessNotEqual, unlessStep<Operator::NotEqual>)
+VBS_EACH_KIND(UnlessLess, unlessStep<Operator::Less>)
+VBS_EACH_KIND(UnlessGreater, unlessStep<Operator::Greater>)
+VBS_EACH_KIND(UnlessLessEqual, unlessStep<Operator::LessEqual>)
+VBS_EACH_KIND(UnlessGreaterEqual, unlessStep<Operator::GreaterEqual>)
+#undef VBS_EACH_KIND
 
 VBS_HOT void Machine::opJump(const Instruction& i) { r_.pc = r_.code + i.c; }
 
@@ -199,18 +222,20 @@ VBS_HOT void Machine::opRepeat(const Instruction& i) {
 }
 
 VBS_HOT void Machine::opJumpFalse(const Instruction& i) {
+    workOn(at(i.a));
     const bool yes = isTrue(*this, at(i.a));
     if (i.n) at(i.a).clear();
     if (!yes) opJump(i);
 }
 
 VBS_HOT void Machine::opJumpTrue(const Instruction& i) {
+    workOn(at(i.a));
     const bool yes = isTrue(*this, at(i.a));
     if (i.n) at(i.a).clear();
     if (yes) opJump(i);
 }
 
-VBS_HOT void Machine::opCopy(const Instruction& i) { at(i.a) = at(i.b); }
+VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), at(i.b)); }
 VBS_HOT void Machine::opMove(const Instruction& i) { at(i.a) = std::move(at(i.b)); }
 
 VBS_HOT void Machine::opLet(const Instruction& i) {
@@ -224,7 +249,7 @@ VBS_HOT void Machine::opLet(const Instruction& i) {
     } else if (from.is(Type::Array) && from.a->locks != 0) {
         at(i.a) = Value::array(ArrayData::copyOf(*from.a));
     } else {
-        at(i.a) = from;
+        assign(at(i.a), from);
     }
 }
 
@@ -253,7 +278,7 @@ VBS_HOT void Machine::opIndex1(const Instruction& i) {
         if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
         const Value& element = array.a->items[static_cast<std::size_t>(index.i)];
         if (i.n == 0 || !element.is(Type::Object)) {
-            at(i.a) = element;
+            assign(at(i.a), element);
             return;
         }
     }
@@ -273,7 +298,7 @@ VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
         if (i.n & emptySecond)
             element = std::move(v);
         else
-            element = v;
+            assign(element, v);
         return;
     }
     Value copy(index);
@@ -282,36 +307,47 @@ VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
 }
 
 VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
-    const Proc* p = globals[i.c].proc;
-    callProc(*p, i, Value());
+    push(*globals[i.c].proc, r_.fp + i.b, i.n & 0xFF, i.a, Value());
 }
 
-// The step that comes next is kept apart from r_, which only says where an error happened.
+// The step that comes next is kept apart from r_, which only says where an error happened. Every
+// step jumps to the next one from a place of its own, by which the processor learns what follows
+// what: a loop around a switch has one such place for all of them.
+// clang-format off
 void Machine::execute() {
+#define VBS_LABEL(name) __extension__ &&step##name,
+    static constexpr const void* steps[] = {VBS_OPS(VBS_LABEL) __extension__ &&stepReturn};
+#undef VBS_LABEL
+#define VBS_NEXT                                                                                   \
+    i = pc++;                                                                                      \
+    r_.pc = pc;                                                                                    \
+    __extension__({ goto *steps[static_cast<std::size_t>(i->op)]; })
+
     const Instruction* pc = r_.pc;
-    for (;;) {
-        const Instruction& i = *pc++;
-        r_.pc = pc;
-        switch (i.op) {
+    const Instruction* i = nullptr;
+    VBS_NEXT;
+
 #define VBS_STEP(name)                                                                             \
-    case Op::name:                                                                                 \
-        op##name(i);                                                                               \
-        break;
-            VBS_PLAIN_OPS(VBS_STEP)
+step##name:                                                                                        \
+    op##name(*i);                                                                                  \
+    VBS_NEXT;
+    VBS_PLAIN_OPS(VBS_STEP)
 #undef VBS_STEP
+
 #define VBS_STEP(name)                                                                             \
-    case Op::name:                                                                                 \
-        op##name(i);                                                                               \
-        pc = r_.pc;                                                                                \
-        break;
-            VBS_CONTROL_OPS(VBS_STEP)
+step##name:                                                                                        \
+    op##name(*i);                                                                                  \
+    pc = r_.pc;                                                                                    \
+    VBS_NEXT;
+    VBS_CONTROL_OPS(VBS_STEP)
 #undef VBS_STEP
-        case Op::Return:
-            if (leave()) return;
-            pc = r_.pc;
-            break;
-        }
-    }
+
+stepReturn:
+    if (leave()) return;
+    pc = r_.pc;
+    VBS_NEXT;
+#undef VBS_NEXT
 }
+// clang-format on
 
 } // namespace vbscript

@@ -141,6 +141,7 @@ void Machine::opEachPrepare(const Instruction& i) {
         if (source.is(Type::Object) && !source.o) throw Fault(91);
         if (!source.is(Type::Object) || !source.o->elements(*this, list)) throw Fault(451);
     }
+    if (list.a->refs == 1) workOnItems(list.a->items.size()); // made for this
     r_.fp[i.a] = std::move(list);
     r_.fp[i.a + 1] = Value::longint(0);
 }
@@ -179,20 +180,31 @@ void Machine::opBindAuto(const Instruction& i) {
     if (g.defined) r_.fp[i.a] = Value::reference(&g.value);
 }
 
+// A variable of the running procedure that a text executed in it has made.
+Value* Machine::madeHere(const Global& g) const {
+    const auto& extra = frames_.back().extra;
+    return extra ? extra->find(g.name) : nullptr;
+}
+
+Value& Machine::named(Global& g) {
+    Value* const made = madeHere(g);
+    return made ? *made : g.value;
+}
+
 void Machine::opCheckDefined(const Instruction& i) {
     const Global& g = globals[i.c];
-    if (g.defined || g.proc || g.cls) return;
+    if (g.defined || g.proc || g.cls || madeHere(g)) return;
     Fault f(500);
     f.detail = names.text(g.name);
     throw f;
 }
 
 void Machine::opLoadName(const Instruction& i) {
-    const Global& g = globals[i.c];
+    Global& g = globals[i.c];
     if (g.proc)
         callProc(*g.proc, {i.op, 0, i.a, frames_.back().proc->registers - 1, i.c}, Value());
     else
-        at(i.a) = g.value;
+        at(i.a) = named(g);
 }
 
 void Machine::opLoadAuto(const Instruction& i) {
@@ -208,7 +220,7 @@ void Machine::opRefName(const Instruction& i) {
     if (g.proc)
         opLoadName(i);
     else
-        r_.fp[i.a] = Value::reference(&g.value);
+        r_.fp[i.a] = Value::reference(&named(g));
 }
 
 void Machine::opCallOwn(const Instruction& i) {
@@ -220,8 +232,9 @@ void Machine::opCallName(const Instruction& i) {
     if (g.proc) return callProc(*g.proc, i, Value());
     const auto args = registersFrom(i.b, i.n);
     followReferences(args);
-    if (args.empty() && !g.value.is(Type::Object)) throw Fault(13);
-    Value v = indexed(g.value, args);
+    const Value& called = named(g);
+    if (args.empty() && !called.is(Type::Object)) throw Fault(13);
+    Value v = indexed(called, args);
     clearAll(args);
     at(i.a) = std::move(v);
 }
@@ -241,12 +254,23 @@ void Machine::opCallBuiltin(const Instruction& i) {
     const Builtin& f = library.at(i.c);
     if (args.size() < f.least || args.size() > f.most) throw Fault(450);
     tick();
-    for (const Value& a : args) {
-        if (a.is(Type::String)) work(a.s->length);
-    }
+    for (const Value& a : args)
+        workOn(a);
     Value v = f.run(*this, args);
+    workOn(v);
     clearAll(args);
     at(i.a) = std::move(v);
+}
+
+void Machine::opNewArray(const Instruction& i) {
+    at(i.a) = Value::array(ArrayData::make({i.c}, false));
+}
+
+void Machine::opFill(const Instruction& i) {
+    tick();
+    auto to = at(i.a).a->items.begin() + i.c;
+    for (Value& v : registersFrom(i.b, i.n))
+        *to++ = std::move(v);
 }
 
 void Machine::opNew(const Instruction& i) { at(i.a) = newObject(i.c); }
@@ -258,6 +282,7 @@ Value Machine::newObject(std::uint32_t slot) {
     tick();
     const ClassInfo& cls = *g.cls;
     Value v = Value::object(new Instance(*this, cls, ring_));
+    workOnItems(static_cast<Instance*>(v.o)->items());
     if (cls.initialize) invoke(*cls.initialize, static_cast<Instance*>(v.o), {});
     return v;
 }
@@ -275,7 +300,7 @@ void Machine::opDim(const Instruction& i) {
     const bool keeps = i.n == 1 && v.is(Type::Array) && v.a->fixed == shape.fixed;
     if (keeps && (!shape.fixed || v.a->extents == shape.extents)) return;
     v = Value::array(ArrayData::make(shape.extents, shape.fixed));
-    work(v.a->items.size());
+    workOnItems(v.a->items.size());
 }
 
 void Machine::opReDim(const Instruction& i) {
@@ -291,13 +316,13 @@ void Machine::opReDim(const Instruction& i) {
     const bool keeps = (i.n & flagBit) && v.is(Type::Array) && !v.a->extents.empty();
     if (!keeps) {
         v = Value::array(ArrayData::make(std::move(extents), false));
-        work(v.a->items.size());
+        workOnItems(v.a->items.size());
         return;
     }
     const auto& old = v.a->extents;
     if (old.size() != extents.size() || !std::equal(old.begin(), old.end() - 1, extents.begin()))
         throw Fault(9);
-    work(v.a->items.size());
+    workOnItems(v.a->items.size());
     makeUnique(v);
     v.a->resizeLast(extents.back());
 }
@@ -306,6 +331,7 @@ void Machine::opErase(const Instruction& i) {
     Value& v = at(i.a);
     if (!v.is(Type::Array)) throw Fault(13);
     if (v.a->locks != 0) throw Fault(10);
+    workOnItems(v.a->items.size());
     auto extents = v.a->extents;
     if (v.a->fixed)
         v = Value::array(ArrayData::make(std::move(extents), true));
@@ -322,7 +348,7 @@ void Machine::opExecute(const Instruction& i) {
     }
     tick();
     const std::string source = text.utf8();
-    work(source.size() * 20);
+    work(source.size() * 10);
     Value result;
     try {
         auto frame = static_cast<int>(frames_.size()) - 1;
@@ -331,16 +357,20 @@ void Machine::opExecute(const Instruction& i) {
         const bool module = i.n == 1 || (i.n == 0 && f.proc->kind == ProcKind::Main);
         if (module) {
             const auto unit = unitFor(source);
+            unit->ran = true;
             declare(*unit);
             invoke(*unit->main, nullptr, {});
         } else {
             if (!f.extra)
-                frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<Extra>();
-            const auto tree = i.n == 2 ? parseExpression(source, names, f.me.is(Type::Object))
-                                       : parseModule(source, names, f.me.is(Type::Object));
+                frames_[static_cast<std::size_t>(frame)].extra = std::make_unique<MadeNames>();
+            const bool me = f.me.is(Type::Object);
+            const auto tree = i.n == 2 ? parseExpression(source, names, me, this)
+                                       : parseModule(source, names, me, this);
             const LiveFrame live{f.proc, f.registers, f.extra.get()};
             const auto unit = compileInside(context(), *tree, live);
             unit->source = source;
+            unit->charge();
+            unit->ran = true;
             result = runInside(unit, frame);
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
@@ -348,6 +378,7 @@ void Machine::opExecute(const Instruction& i) {
         Fault fault(i.n == 2 ? 1002 : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
+        fault.at = {0, 0, firstWords(source), f.line, f.column};
         throw fault;
     }
     at(i.a) = std::move(result);

@@ -3,8 +3,11 @@
 #include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <vector>
 
 namespace vbscript {
 
@@ -95,6 +98,54 @@ void makeFolder(const fs::path& path) {
     if (!fs::create_directory(path, bad) || bad) throw Fault(76);
 }
 
+void moveFolder(const fs::path& source, const fs::path& target, const std::string& folder) {
+    std::error_code bad;
+    if (!fs::is_directory(source, bad)) throw Fault(76);
+    if (fs::equivalent(source, folder, bad)) throw Fault(70);
+    if (fs::exists(target, bad)) throw Fault(58);
+    fs::rename(source, target, bad);
+    if (bad) throw Fault(70);
+}
+
+bool leadsInside(const fs::directory_entry& e, const std::string& folder) {
+    std::error_code bad;
+    if (!e.is_symlink(bad)) return true;
+    const fs::path root = fs::weakly_canonical(folder, bad);
+    const fs::path full = fs::weakly_canonical(e.path(), bad);
+    return !bad &&
+           std::mismatch(root.begin(), root.end(), full.begin(), full.end()).first == root.end();
+}
+
+std::string list(const fs::path& path, const std::string& folder) {
+    std::error_code bad;
+    if (!fs::is_directory(path, bad)) throw Fault(76);
+    std::vector<std::pair<std::string, char>> all;
+    fs::directory_iterator at(path, bad);
+    for (; !bad && at != fs::directory_iterator(); at.increment(bad)) {
+        const bool isFolder = at->is_directory(bad);
+        if ((!isFolder && !at->is_regular_file(bad)) || !leadsInside(*at, folder)) continue;
+        all.emplace_back(at->path().filename().string(), isFolder ? 'd' : 'f');
+        if (all.size() > mostListed) throw Fault(67);
+    }
+    if (bad) throw Fault(70);
+    std::sort(all.begin(), all.end());
+    std::string bytes;
+    for (const auto& [name, kind] : all) {
+        bytes += kind;
+        bytes += name;
+        bytes += '\0';
+    }
+    return bytes;
+}
+
+std::uint64_t modified(const fs::path& path) {
+    struct stat s = {};
+    if (::stat(path.c_str(), &s) != 0) throw Fault(53);
+    std::tm local = {};
+    if (::localtime_r(&s.st_mtime, &local) == nullptr) throw Fault(5);
+    return static_cast<std::uint64_t>(std::max<std::time_t>(::timegm(&local), 0));
+}
+
 DiskAnswer done(const std::string& folder, const DiskOrder& order) {
     const fs::path path = inside(folder, order.path);
     DiskAnswer a;
@@ -121,6 +172,15 @@ DiskAnswer done(const std::string& folder, const DiskOrder& order) {
         break;
     case What::MakeFolder:
         makeFolder(path);
+        break;
+    case What::List:
+        a.bytes = list(path, folder);
+        break;
+    case What::Modified:
+        a.size = modified(path);
+        break;
+    case What::MoveFolder:
+        moveFolder(path, inside(folder, order.to), folder);
         break;
     }
     return a;

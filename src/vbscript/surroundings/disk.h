@@ -20,6 +20,9 @@ struct DiskOrder {
         RemoveFile,
         RemoveFolder,
         MakeFolder,
+        List,       ///< what is in a folder
+        Modified,   ///< when a file or folder was written to
+        MoveFolder, ///< to a name that is free
     };
     What what;
     std::string path;
@@ -31,8 +34,10 @@ struct DiskAnswer {
     enum class Kind : std::uint8_t { Nothing, File, Folder };
     int fault = 0; ///< an error number of the language; 0: done
     Kind kind = Kind::Nothing;
-    std::uint64_t size = 0; ///< of a file that was looked at
-    std::string bytes = {}; ///< that were read
+    std::uint64_t size = 0; ///< of a file that was looked at; when: seconds since 1970, local time
+    /// That were read. Of a list: for each, in the order of names, "f" (file) or "d" (folder), the
+    /// name and a zero.
+    std::string bytes = {};
     friend bool operator==(const DiskAnswer&, const DiskAnswer&) = default;
 };
 
@@ -45,6 +50,9 @@ class Disk {
 
 /// What a script may let a file grow to, and read: a loop gone wild must not fill the disk.
 inline constexpr std::uint64_t largestFile = std::uint64_t{32} << 20;
+
+/// What a list may have; more is error 67.
+inline constexpr std::size_t mostListed = 10'000;
 
 /// One folder and nothing above it: whatever path a script names is taken from there, drive letters
 /// and leading slashes away.

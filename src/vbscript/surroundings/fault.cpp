@@ -146,8 +146,6 @@ std::string_view errorText(int number) {
 
 int budgetNumber(BudgetKind kind) {
     switch (kind) {
-    case BudgetKind::Depth:
-        return 28;
     case BudgetKind::Memory:
         return 7;
     case BudgetKind::Time:
@@ -159,8 +157,6 @@ int budgetNumber(BudgetKind kind) {
 
 std::string_view budgetText(BudgetKind kind) {
     switch (kind) {
-    case BudgetKind::Depth:
-        return "Out of stack space";
     case BudgetKind::Memory:
         return "Out of memory";
     case BudgetKind::Steps:

@@ -6,6 +6,15 @@
 
 namespace vbscript {
 
+/// Where something went wrong, counted from 1; line 0: not known yet. Where the fault lies in a
+/// text that the script itself ran or added, line and column are those of the statement that set it
+/// going, and the rest says where in that text.
+struct Place {
+    int line = 0, column = 0;
+    std::string text; ///< Its first words; empty: none such.
+    int textLine = 0, textColumn = 0;
+};
+
 /// A run-time error of the language, on its way to the handler or to the end of the run.
 struct Fault {
     explicit Fault(int n) : number(n) {}
@@ -16,8 +25,8 @@ struct Fault {
     std::string detail;      ///< Added to the text in the report only, not in Err.Description.
     std::string helpFile;
     int helpContext = 0;
-    bool raised = false;      ///< By Err.Raise.
-    int line = 0, column = 0; ///< Filled in by the innermost frame.
+    bool raised = false; ///< By Err.Raise.
+    Place at;            ///< Filled in by the innermost frame.
 };
 
 /// A mistake in the text, found before anything of it runs. Line and column count from 1.
@@ -27,13 +36,16 @@ struct CompileFault {
     std::string description; ///< Empty: the classic text of the number.
 };
 
-enum class BudgetKind { Time, Steps, Depth, Memory };
+/// Calls that go too deep are an ordinary error, which a script may handle.
+inline constexpr int outOfStack = 28;
+
+enum class BudgetKind { Time, Steps, Memory };
 
 /// A budget is used up: no handler of the script sees this one.
 struct BudgetFault {
     explicit BudgetFault(BudgetKind k) : kind(k) {}
     BudgetKind kind;
-    int line = 0, column = 0;
+    Place at;
 };
 
 /// The classic text of a run-time or compile error; "Unknown runtime error" for the rest.

@@ -10,12 +10,16 @@
 
 namespace vbscript {
 
-/// What went wrong in a text or in a run. Line and column count from 1; 0: unknown.
+/// What went wrong in a text or in a run. Line and column count from 1; 0: unknown. They are those
+/// of the host's text; where a text that this one ran (Execute, ExecuteGlobal, Eval) is at fault,
+/// its first words and the place in it are told, too.
 struct ScriptError {
     int number = 0;
     std::string description;
     std::string source;
     int line = 0, column = 0;
+    std::string ranText;
+    int ranLine = 0, ranColumn = 0;
     bool compileTime = false;
     bool budget = false; ///< Stopped by a budget: trying again at once would end the same.
 };

@@ -48,6 +48,7 @@ struct Scope {
     std::vector<Declared> variables;
     std::vector<Declared> constants;
     std::vector<Atom> assigned; ///< Names that get a value here.
+    std::vector<Atom> redimmed; ///< Arrays that get their size here, which declares them, too.
     std::vector<Atom> passed;   ///< Names that may get one as an argument.
     bool executes = false;      ///< Runs text, which may use any name.
 };

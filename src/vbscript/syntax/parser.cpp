@@ -4,8 +4,9 @@
 
 namespace vbscript {
 
-Parser::Parser(std::string_view source, Names& names, bool me)
-    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me) {
+Parser::Parser(std::string_view source, Names& names, bool me, Runtime* run, bool colonMeansLine)
+    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me),
+      run_(run), colonMeansLine_(colonMeansLine) {
     scope_ = &module_->main.scope;
 }
 
@@ -79,14 +80,26 @@ void Parser::skipSeparators() {
         ++at_;
 }
 
-std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me) {
-    Parser p(source, names, me);
-    p.module();
+std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me, Runtime* run) {
+    Parser p(source, names, me, run);
+    try {
+        p.module();
+    } catch (const CompileFault&) {
+        if (!p.thenColons()) throw;
+        Parser again(source, names, me, run, true);
+        try {
+            again.module();
+            return again.take();
+        } catch (const CompileFault&) { // the first complaint is the one to tell
+        }
+        throw;
+    }
     return p.take();
 }
 
-std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me) {
-    Parser p(source, names, me);
+std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me,
+                                        Runtime* run) {
+    Parser p(source, names, me, run);
     p.expressionOnly();
     return p.take();
 }

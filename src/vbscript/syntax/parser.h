@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vbscript/syntax/ast.h"
+#include "vbscript/values/runtime.h"
 
 #include <memory>
 #include <string_view>
@@ -8,9 +9,11 @@
 namespace vbscript {
 
 /// Both throw CompileFault with the place of the mistake.
-/// `me`: the text will run where Me has a meaning.
-std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me = false);
+/// `me`: the text will run where Me has a meaning. `run`: in whose time it is read; null: nobody's.
+std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me = false,
+                                    Runtime* run = nullptr);
 /// The text of an Eval: one expression, in which "=" compares.
-std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me = false);
+std::unique_ptr<Module> parseExpression(std::string_view source, Names& names, bool me = false,
+                                        Runtime* run = nullptr);
 
 } // namespace vbscript

@@ -68,6 +68,8 @@ Binding bindingOf(const Token& t) {
 } // namespace
 
 Expr* Parser::node(ExprKind kind, Position at) {
+    constexpr std::size_t cost = 200; // as Runtime::spend counts
+    if (run_) run_->spend(cost);
     Expr& e = module_->exprs.emplace_back();
     e.kind = kind;
     e.at = at;
@@ -198,7 +200,7 @@ Expr* Parser::keywordOperand() {
         ++at_;
         Expr* e = node(ExprKind::New, t.at);
         e->name = name();
-        return e;
+        return is(Tok::Dot) ? suffixes(e) : e;
     }
     case Word::Not:
         return unary();

@@ -9,8 +9,12 @@ namespace vbscript {
 /// declarations.
 class Parser {
   public:
-    Parser(std::string_view source, Names& names, bool me);
+    Parser(std::string_view source, Names& names, bool me, Runtime* run,
+           bool colonMeansLine = false);
     void module();
+    /// Whether "Then :" stands before a statement somewhere. That opens a block; where a text makes
+    /// no sense so, it may be one of those that mean a line by it.
+    [[nodiscard]] bool thenColons() const { return thenColons_; }
     void expressionOnly();
     std::unique_ptr<Module> take() { return std::move(module_); }
 
@@ -120,6 +124,9 @@ class Parser {
     Names& names_;
     std::unique_ptr<Module> module_;
     bool me_;
+    Runtime* run_;
+    bool colonMeansLine_;
+    bool thenColons_ = false;
     std::size_t at_ = 0;
     int depth_ = 0;
     Scope* scope_ = nullptr;

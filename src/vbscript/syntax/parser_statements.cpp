@@ -181,7 +181,8 @@ Expr* Parser::argumentList(Expr* callee) {
 void Parser::callStatement(Block& out) {
     Stmt* s = node(StmtKind::Call);
     ++at_;
-    if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+    const bool object = is(Tok::LParen) || (is(Word::New) && is(Tok::Keyword));
+    if (!object && !is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
     s->a = primary();
     out.push_back(s);
 }
@@ -206,7 +207,9 @@ void Parser::ifStatement(Block& out) {
     first.at = s->at;
     first.condition = expression();
     expect(Word::Then, 1017);
-    if (endOfLineAhead())
+    const bool colon = is(Tok::Colon) && !endOfLineAhead();
+    thenColons_ = thenColons_ || colon;
+    if (endOfLineAhead() || (colon && !colonMeansLine_))
         blockIf(s);
     else
         lineIf(s);
@@ -448,6 +451,7 @@ void Parser::redimStatement(Block& out) {
         Expr* e = primary();
         if (e->kind != ExprKind::Call || e->args.empty()) failAt(1005, e->at);
         noteAssigned(e);
+        if (e->left->kind == ExprKind::Name) scope_->redimmed.push_back(e->left->name);
         s->list.push_back(e);
     } while (accept(Tok::Comma));
 }

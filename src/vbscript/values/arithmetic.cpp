@@ -10,6 +10,8 @@ namespace vbscript {
 
 namespace {
 
+enum class Op { Add, Subtract, Multiply };
+
 /// The arithmetic that two operands meet in, from the narrowest.
 enum class Kind { Byte, Integer, Long, Single, Double, Currency, Date };
 
@@ -39,12 +41,14 @@ Kind kindOf(const Value& v) {
     }
 }
 
-Kind join(Kind a, Kind b) {
+Kind join(Op op, Kind a, Kind b) {
     if (a == b) return a;
     const Kind low = std::min(a, b);
     const Kind high = std::max(a, b);
     // A Single cannot hold a Long.
     if (high == Kind::Single && low == Kind::Long) return Kind::Double;
+    // An amount and an amount stay exact; an amount times a factor is what the factor is.
+    if (op == Op::Multiply && high == Kind::Currency && low == Kind::Double) return Kind::Double;
     return high;
 }
 
@@ -67,8 +71,6 @@ Value fitSingle(double d) {
     if (!(std::fabs(d) <= 3.4028234663852886e38)) return finite(d);
     return Value::single(d);
 }
-
-enum class Op { Add, Subtract, Multiply };
 
 std::int64_t apply(Op op, std::int64_t a, std::int64_t b) {
     return op == Op::Add ? a + b : op == Op::Subtract ? a - b : a * b;
@@ -95,7 +97,7 @@ Value combine(Runtime& rt, Op op, const Value& a, const Value& b) {
     if (a.is(Type::Object) || b.is(Type::Object))
         return combine(rt, op, plain(rt, a), plain(rt, b));
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
-    const Kind kind = join(kindOf(a), kindOf(b));
+    const Kind kind = join(op, kindOf(a), kindOf(b));
     switch (kind) {
     case Kind::Byte:
     case Kind::Integer:
@@ -150,7 +152,7 @@ Value divide(Runtime& rt, const Value& a, const Value& b) {
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
     const double x = toDouble(rt, a);
     const double y = toDouble(rt, b);
-    if (y == 0) throw Fault(11);
+    if (y == 0) throw Fault(x == 0 ? 6 : 11);
     if (a.is(Type::Single) && b.is(Type::Single)) return fitSingle(x / y);
     return finite(x / y);
 }
@@ -274,15 +276,14 @@ Type widest(Type a, Type b) {
     return Type::Integer;
 }
 
-/// One side is Null: the other decides where it can.
+/// One side is Null: the other decides where it can. What an Or knows to be set stays set.
 Value withNull(Operator op, const Bits& a, const Bits& b) {
     const Bits& known = a.null ? b : a;
     if (known.null) return Value::null();
-    const bool decides = (op == Operator::And && known.n == 0) ||
-                         (op == Operator::Or && known.n == -1) ||
-                         (op == Operator::Imp && (a.null ? b.n == -1 : a.n == 0));
-    if (!decides) return Value::null();
-    return wrap(known.type, op == Operator::And ? 0 : -1);
+    if (op == Operator::And) return known.n == 0 ? wrap(known.type, 0) : Value::null();
+    if (op != Operator::Or && op != Operator::Imp) return Value::null();
+    const std::int64_t set = op == Operator::Imp && b.null ? ~known.n : known.n;
+    return set != 0 ? wrap(known.type, set) : Value::null();
 }
 
 } // namespace

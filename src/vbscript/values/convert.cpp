@@ -46,7 +46,9 @@ bool boolWord(const Value& v, const Locale& l, bool& b) {
         const auto own = candidate ? l.yes : l.no;
         const auto english =
             candidate ? std::u16string_view(u"True") : std::u16string_view(u"False");
-        if (compare(t, own, true) == 0 || compare(t, english, true) == 0) {
+        // "#TRUE#" is how files that were written with Write # say it.
+        const auto marked = candidate ? std::u16string_view(u"#TRUE#") : u"#FALSE#";
+        if (compare(t, own, true) == 0 || compare(t, english, true) == 0 || t == marked) {
             b = candidate;
             return true;
         }

@@ -69,11 +69,11 @@ std::size_t scanRadix(std::string_view t, Value& v) {
         if (tooLarge) n = 0;
     }
     if (at == first) return 0;
-    const bool isLong = at < t.size() && t[at] == '&';
-    if (isLong) ++at;
+    const bool closed = at < t.size() && t[at] == '&'; // sixteen bits are no sign then
+    if (closed) ++at;
     if (tooLarge) {
         v = Value::null();
-    } else if (!isLong && n <= 0xFFFF) {
+    } else if (n <= (closed ? 0x7FFFU : 0xFFFFU)) {
         const auto small = static_cast<std::int16_t>(n);
         v = small == -32768 ? Value::longint(small) : Value::integer(small);
     } else {

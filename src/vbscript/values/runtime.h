@@ -53,7 +53,10 @@ class Runtime {
     virtual Value defaultOf(const Value& object) = 0;
     /// A callable for GetRef. Throws Fault 5 when there is no such procedure.
     virtual Value procedureNamed(std::string_view name) = 0;
-    /// Long work asks now and then. Throws BudgetFault when the time is up.
+    /// What takes long says so as it goes: some 1000 units (elements, characters, bytes) count as a
+    /// step, and the clock is looked at when it is due. Throws BudgetFault when the time is up.
+    virtual void spend(std::size_t units) = 0;
+    /// Looks at the clock at once.
     virtual void checkTime() = 0;
     [[nodiscard]] virtual bool running() const = 0;
     /// The objects that may hold others.

@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::int64_t missingCode = -2147352572; // DISP_E_PARAMNOTFOUND, as scripts may see it
 
+constexpr std::size_t overhead = 8; // of a piece of memory, by which short strings weigh more
+
 // A long chain of objects is freed in a loop from this depth on, not by recursion.
 constexpr int freeDepth = 50;
 thread_local int freeing = 0;
@@ -58,7 +60,7 @@ std::size_t roomToGrow(std::size_t length) {
 StringData* StringData::make(std::size_t length, std::size_t capacity) {
     if (capacity > 0x7FFFFFF0U) throw Fault(14);
     const std::size_t bytes = sizeof(StringData) + capacity * sizeof(char16_t);
-    Charge charge(bytes, 14);
+    Charge charge(bytes + overhead, 14);
     auto* s = static_cast<StringData*>(::operator new(bytes));
     s->refs = 0;
     s->length = static_cast<std::uint32_t>(length);
@@ -68,7 +70,7 @@ StringData* StringData::make(std::size_t length, std::size_t capacity) {
 }
 
 void StringData::free(StringData* s) {
-    s->account->giveBack(sizeof(StringData) + s->capacity * sizeof(char16_t));
+    s->account->giveBack(sizeof(StringData) + s->capacity * sizeof(char16_t) + overhead);
     ::operator delete(s);
 }
 

@@ -14,15 +14,18 @@
 
 #define VBS_NAMES(X)                                                                               \
     X(Default) X(Error) X(Explicit) X(Preserve) X(Property) X(Get) X(Step) X(Rem) X(Randomize)     \
-    X(Execute) X(ExecuteGlobal) X(Eval) X(Err) X(Class_Initialize) X(Class_Terminate) X(RegExp)    \
+    X(Execute) X(ExecuteGlobal) X(Eval) X(Array) X(Err) X(Class_Initialize) X(Class_Terminate) X(RegExp)    \
     X(Number) X(Description) X(Source) X(HelpFile) X(HelpContext) X(Clear) X(Raise) X(Pattern)     \
     X(Global) X(IgnoreCase) X(Multiline) X(Test) X(Replace) X(Count) X(Item) X(Value)              \
     X(FirstIndex) X(Length) X(SubMatches) X(Add) X(Exists) X(Remove) X(RemoveAll) X(Keys)          \
     X(Items) X(Key) X(CompareMode) X(FileExists) X(FolderExists) X(CreateFolder)                   \
     X(OpenTextFile) X(CreateTextFile) X(BuildPath) X(GetParentFolderName) X(GetFileName)           \
     X(GetBaseName) X(GetExtensionName) X(GetAbsolutePathName) X(DeleteFile) X(DeleteFolder)        \
-    X(CopyFile) X(MoveFile) X(ReadLine) X(ReadAll) X(Read) X(Skip) X(SkipLine) X(Write)            \
-    X(WriteLine) X(WriteBlankLines) X(AtEndOfStream) X(AtEndOfLine) X(Line) X(Column) X(Close)
+    X(CopyFile) X(MoveFile) X(GetFile) X(GetFolder) X(ReadLine) X(ReadAll) X(Read) X(Skip) X(SkipLine) X(Write)            \
+    X(WriteLine) X(WriteBlankLines) X(AtEndOfStream) X(AtEndOfLine) X(Line) X(Column) X(Close)    \
+    X(Files) X(SubFolders) X(Name) X(Path) X(ShortName) X(ShortPath) X(ParentFolder) X(Drive)      \
+    X(Size) X(Attributes) X(Type) X(DateCreated) X(DateLastAccessed) X(DateLastModified) X(Copy)   \
+    X(Move) X(Delete) X(OpenAsTextStream) X(IsRootFolder)
 // clang-format on
 
 namespace vbscript {

@@ -46,3 +46,19 @@ Set o = 5 : Echo Err.Number, IsEmpty(o) '= 424 Verdadero
 s = "a" : s = s & "b" & Array(1) : Echo s '= a
 On Error GoTo 0
 Echo Err.Number '= 0
+On Error Resume Next
+Err.Clear
+Select Case 1
+  Case 2 : x = "mal"
+  Case 1 / 0, 1 : Echo "entra", Err.Number '= entra 11
+  Case 1 : x = "mal"
+End Select
+Err.Clear
+For Each v In 5 : x = "mal" : Next
+Echo x = "mal", Err.Number '= Falso 451
+Err.Clear
+For Each v In Nothing : x = "mal" : Next
+Echo x = "mal", Err.Number '= Falso 91
+Sub SinFondo : SinFondo : End Sub
+Err.Clear
+SinFondo : Echo Err.Number, Err.Description '= 28 Out of stack space

@@ -54,7 +54,7 @@ d("b") = 1 : d("a") = 2
 r = ""
 For Each e In d : r = r & e : Next
 Echo r '= ba
-For Each e In 5 : Next ' error 92
+For Each e In 5 : Next ' error 451
 On Error Resume Next
 For Each e In 5 : Next
-Echo Err.Number '= 92
+Echo Err.Number '= 451

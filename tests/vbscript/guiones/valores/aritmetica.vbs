@@ -2,14 +2,14 @@
 Echo TypeName(1 + 1), TypeName(1 + 100000), TypeName(1 + 1.5), TypeName(2147483647 + 1) '= Integer Long Double Double
 Echo TypeName(CByte(1) + CByte(1)), TypeName(CByte(1) - CByte(2)), TypeName(CByte(1) + 1) '= Byte Integer Integer
 Echo TypeName(CSng(1) + 1), TypeName(CSng(1) + 100000), TypeName(CSng(1) + 1.5) '= Single Double Double
-Echo TypeName(CCur(1) + 1), TypeName(CCur(1) * 1.5), TypeName(CSng(1) / CSng(2)) '= Currency Currency Single
+Echo TypeName(CCur(1) + 1), TypeName(CCur(1) * 1.5), TypeName(CSng(1) / CSng(2)) '= Currency Double Single
 Echo TypeName(True + 1), TypeName(Empty + 1), TypeName(Empty + Empty), TypeName(-True) '= Integer Integer Integer Integer
 Echo 32767 * 2, 200 * 200, -32768 - 1 '= 65534 40000 -32769
 Echo CCur(1.23456), CCur(10) / 3, CCur("1,5") * 2 '= 1,2346 3,33333333333333 3
 x = CCur(900000000000000) * 2 ' error 6
 x = 1e308 * 10 ' error 6
 x = 1 / 0 ' error 11
-x = 0 / 0 ' error 11
+x = 0 / 0 ' error 6
 x = 1 \ 0 ' error 11
 x = 1 Mod 0 ' error 11
 x = 1 \ 0.4 ' error 11
