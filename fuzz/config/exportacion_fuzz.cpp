@@ -2,6 +2,7 @@
 // finds: the two readings of a record must never part.
 
 #include "config/comprobacion.h"
+#include "config/desconocidas.h"
 #include "config/exportacion.h"
 
 #include <cstdint>
@@ -27,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
             __builtin_trap();
         ++estacion;
     }
-    const kv::Validacion v = kv::validar(c.listas, c.problemas);
-    static_cast<void>(kv::informeDe(c, v));
+    kv::revisarNombresDeExportacion(contenido, "P", c.problemas);
+    static_cast<void>(kv::informeDe(kv::revisarListas(std::move(c), 800)));
     return 0;
 }

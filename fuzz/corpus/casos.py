@@ -177,10 +177,15 @@ GRABACION = {
     "vacia": b"", "fin": b"\0", "ceros": b"\0" * 300, "altos": b"\xff" * 300, "entrada-desconocida": b"\x63", "tic-de-nadie": b"\x01\x00\x7f", "tic-cortado": b"\x01", "datos-de-nadie": b"\x03\x00\x7f\x05abcde", "datos-cortados": b"\x03\x00\x00\x7fab", "largo-enorme": b"\x03\x00\x00\xff\xff\xff\xff\xff\xff\xff\xff\x7f", "numero-sin-fin": b"\x01" + b"\x80" * 40, "reloj-atras": b"\x0a\x00\x01" * 50, "vueltas": b"\x07" * 200, "respuesta-sin-pregunta": b"\x0d\x7f\x01", "pendientes-sin-fin": b"\x08\x00" * 100, "pide-nadie": b"\x05\x00\x00\x0310:",
 }
 
+PLANILLA = {
+    "vacia": b"", "solo-cabecera": b"tipo;puerto\n", "utf16": b"\xff\xfet\0i\0", "comillas-sin-fin": b'tipo;puerto\n"puerto;1\n',
+    "tabuladores": b"tipo\tpuerto\npuerto\t1\n", "muchos-separadores": b";" * 5000, "nulo": b"tipo;puerto\npuerto;1\0\n",
+}
+
 TABLAS = {
     "ini": INI, "driver": DRIVER, "exportacion": EXPORTACION, "ajustes": AJUSTES, "direccion": DIRECCION, "cifrado": CIFRADO,
     "llegada": LLEGADA, "recepcion": RECEPCION, "solicitudes": SOLICITUDES, "vbscript_texto": TEXTO, "vbscript_corrida": CORRIDA,
-    "grabacion": GRABACION,
+    "grabacion": GRABACION, "planilla": PLANILLA,
 }
 
 

@@ -1,6 +1,10 @@
 #include "cli/castellano.h"
 
+#include "cli/version.h"
+
 #include <CLI/CLI.hpp>
+
+#include <ostream>
 
 namespace kv {
 namespace {
@@ -32,6 +36,25 @@ void ponerEnCastellano(CLI::App& app) {
                                              {"TEXT", "TEXTO"}})
         app.get_formatter()->label(ingles, castellano);
     app.get_formatter()->column_width(36);
+    app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
+    app.set_version_flag("--version", conVersion(app.get_name()), "Muestra la versión y termina");
+}
+
+int terminarLinea(const CLI::App& app, const CLI::ParseError& error, int malaLinea,
+                  std::ostream& salida, std::ostream& errores) {
+    if (error.get_exit_code() != 0)
+        return terminarLinea(app, enCastellano(error), malaLinea, errores);
+    if (es<CLI::CallForVersion>(error))
+        salida << error.what() << '\n';
+    else
+        salida << app.help();
+    return 0;
+}
+
+int terminarLinea(const CLI::App& app, const std::string& queja, int malaLinea,
+                  std::ostream& errores) {
+    errores << app.get_name() << ": " << queja << "\nVea " << app.get_name() << " --help\n";
+    return malaLinea;
 }
 
 std::string enCastellano(const CLI::ParseError& e) {

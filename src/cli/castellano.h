@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 
 namespace CLI {
@@ -9,8 +10,16 @@ class ParseError;
 
 namespace kv {
 
-/// The headings of a program's help, in the operators' tongue. Call before options are declared.
+/// The headings of a program's help, in the operators' tongue, and what every program understands:
+/// -h, --help and --version. The program's name is the app's. Call before options are declared.
 void ponerEnCastellano(CLI::App& app);
+/// What a command line that could not be carried out comes to: the help or the version, printed in
+/// `salida`, and 0; else one line that tells in `errores` what is wrong, and `malaLinea`.
+[[nodiscard]] int terminarLinea(const CLI::App& app, const CLI::ParseError& error, int malaLinea,
+                                std::ostream& salida, std::ostream& errores);
+/// The same for a line that means nothing although its options are there.
+[[nodiscard]] int terminarLinea(const CLI::App& app, const std::string& queja, int malaLinea,
+                                std::ostream& errores);
 /// What is wrong with a command line, in one line.
 [[nodiscard]] std::string enCastellano(const CLI::ParseError& error);
 

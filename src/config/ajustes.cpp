@@ -5,17 +5,8 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
-#include <array>
-
 namespace kv {
 namespace {
-
-constexpr std::array kAjustesNumericos = {
-    kTiempoEntrePoleo,     kBaseSolicitarConexiones, kIntervalosConectando, kIntervalosDeConectar,
-    kIntervalosFuera,      kBaseKeepAlive,           kMaximosKeepAlive,     kIntervalosKeepAlive,
-    kPuertoEscucha,        kTiempoDelGuion,          kHonduraDelGuion,      kMemoriaDelGuion,
-    kPasosDelGuion,        kReintentoDelGuion,       kReclamoDeEscrituras,  kEstacionMuda,
-    kVigenciaDeEscrituras, kBloquesAPedido};
 
 constexpr std::size_t kMaximoDeCopias = 8;
 
@@ -44,8 +35,6 @@ std::string sinSaltos(std::string_view valor) {
 }
 
 } // namespace
-
-std::span<const AjusteNumerico> ajustesNumericos() { return kAjustesNumericos; }
 
 std::string_view defectoDeAjustes(std::string_view contenido, std::string_view antes) {
     constexpr std::string_view kCortado = "termina a mitad de un renglón: parece a medio copiar";

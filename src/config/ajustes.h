@@ -1,74 +1,24 @@
 #pragma once
 
 #include "config/ini.h"
+#include "config/tabla_de_ajustes.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
 
 #include <functional>
 #include <map>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 
 namespace kv {
 
 inline constexpr std::string_view kArchivoDeAjustes = "sis_config.ini";
-inline constexpr std::string_view kSeccionDeAjustes = "DRIVER_KV2200";
-/// What begins the name of a key of the client's door.
-inline constexpr std::string_view kPrefijoDeEscucha = "Escucha_";
 /// A larger settings file is none.
 inline constexpr std::size_t kMaximoDeAjustes = std::size_t{4} << 20;
 /// So long a settings file must have stayed the same before what it lacks counts as taken out: it
 /// may be half copied.
 inline constexpr std::int64_t kSegundaMiradaMs = 5000;
-
-/// A setting that is a number: what it is when the file says nothing, and the range outside which
-/// it would stop a timer for ever, spin it or mean nothing.
-struct AjusteNumerico {
-    std::string_view clave;
-    double porDefecto;
-    double minimo;
-    double maximo;
-};
-
-inline constexpr AjusteNumerico kTiempoEntrePoleo{"Tiempo_Entre_poleo", 800, 0, 3'600'000};
-inline constexpr AjusteNumerico kBaseSolicitarConexiones{
-    "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000};
-inline constexpr AjusteNumerico kIntervalosConectando{"Cantidad_Intervalos_En_Estado_Conectando", 3,
-                                                      0, 1'000'000};
-// The last attempt in a row is closed at once: with a single one no link would ever come up.
-inline constexpr AjusteNumerico kIntervalosDeConectar{"Cantidad_Intervalos_De_Conectar_Seguidos", 5,
-                                                      2, 1'000'000};
-inline constexpr AjusteNumerico kIntervalosFuera{
-    "Luego_De_Intentar_Conectar_Cuantos_Intervalos_Tiempo_Fuera", 3, 0, 1'000'000};
-inline constexpr AjusteNumerico kBaseKeepAlive{"BaseTiempoMilisegundos_KeepALive", 5000, 10,
-                                               3'600'000};
-inline constexpr AjusteNumerico kMaximosKeepAlive{"Maximos_Keep_ALive", 6, 0, 1'000'000};
-inline constexpr AjusteNumerico kIntervalosKeepAlive{"Intervalos_Para_KeepALive", 2, 0, 1'000'000};
-inline constexpr AjusteNumerico kPuertoEscucha{"PuertoEscucha", 1334, 1, 65535};
-
-// What we add: the script's budgets and the care of the write table.
-inline constexpr AjusteNumerico kTiempoDelGuion{"Guion_Tiempo_Maximo_Milisegundos", 10000, 10,
-                                                600'000};
-inline constexpr AjusteNumerico kHonduraDelGuion{"Guion_Llamadas_Anidadas_Maximo", 2000, 10,
-                                                 10'000};
-inline constexpr AjusteNumerico kMemoriaDelGuion{"Guion_Memoria_Maxima_KiB", 65'536, 256,
-                                                 1'048'576};
-inline constexpr AjusteNumerico kPasosDelGuion{"Guion_Pasos_Maximos", 0, 0, 1e12};
-inline constexpr AjusteNumerico kReintentoDelGuion{"Guion_Reintento_Segundos", 60, 1, 86'400};
-inline constexpr AjusteNumerico kReclamoDeEscrituras{"Intervalo_Reclamo_Escrituras_Milisegundos",
-                                                     5000, 100, 3'600'000};
-// Blocks in a row without an answer after which a station counts as silent; 0: never.
-inline constexpr AjusteNumerico kEstacionMuda{"Estacion_Muda_Bloques", 2, 0, 1'000};
-// Blocks of each station that forced reads may make: a frame can ask for 256 registers.
-inline constexpr AjusteNumerico kBloquesAPedido{"Bloques_A_Pedido_Por_Estacion", 256, 0, 256};
-// How long a write may wait; 0: for ever.
-inline constexpr AjusteNumerico kVigenciaDeEscrituras{"Escritura_Vigencia_Segundos", 600, 0,
-                                                      31'536'000};
-
-/// All of them, for a check of the whole file.
-[[nodiscard]] std::span<const AjusteNumerico> ajustesNumericos();
 
 /// Told once for every bad text of a setting: which setting, the text, and the number used instead.
 using AvisoDeAjuste =
@@ -102,6 +52,9 @@ class Ajustes {
     /// A key of the settings file; one that is missing or empty is written with its default.
     [[nodiscard]] std::string leerConfiguracion(std::string_view clave,
                                                 std::string_view porDefecto);
+    [[nodiscard]] std::string leerConfiguracion(const AjusteDeTexto& ajuste) {
+        return leerConfiguracion(ajuste.clave, ajuste.porDefecto);
+    }
     void escribirConfiguracion(std::string_view clave, std::string_view valor);
     [[nodiscard]] bool existeArchivo(const std::string& ruta);
 

@@ -1,9 +1,9 @@
 #include "config/comprobacion.h"
 
-#include "config/escucha.h"
+#include "config/desconocidas.h"
 #include "plant/bases.h"
-
 #include "text/numeros.h"
+#include "text/texto.h"
 #include "text/windows1252.h"
 
 #include <algorithm>
@@ -49,19 +49,22 @@ std::string sinComillas(std::string_view utf8) {
 /// The connections with their stations and these with their blocks.
 class Listado {
   public:
-    Listado(std::string& informe, const ListasDeConfiguracion& listas, const Validacion& v)
-        : informe_(informe), listas_(listas), v_(v), bloques_(listas.estaciones.size()) {
-        for (std::size_t i = 0; i < v.bloques.size(); ++i) {
-            if (v.bloques[i] != Suerte::NoConstruir) bloques_[v.estacionDeBloque[i]].push_back(i);
+    Listado(std::string& informe, const Revision& r)
+        : informe_(informe), listas_(r.configuracion.listas), v_(r.validacion),
+          bloques_(listas_.estaciones.size()) {
+        for (std::size_t i = 0; i < v_.bloques.size(); ++i) {
+            if (v_.bloques[i] != Suerte::NoConstruir) bloques_[v_.estacionDeBloque[i]].push_back(i);
         }
     }
 
-    void conexion(const ConexionPrevista& c) {
-        informe_ += "Conexión " + sinComillas(c.ip + ":" + c.puertoTCP) + " (puerto " +
-                    std::to_string(c.puerto) + "): " +
-                    cuantos(static_cast<double>(c.estaciones.size()), "estación", "estaciones") +
-                    ", " + cuantos(static_cast<double>(c.bloques), "bloque", "bloques") + ", " +
-                    cuantos(c.variables, "variable", "variables") + "\n";
+    void conexion(const ConexionPrevista& c, const Presupuesto& p) {
+        informe_ +=
+            "Conexión " + sinComillas(c.ip + ":" + c.puertoTCP) + " (puerto " +
+            std::to_string(c.puerto) +
+            "): " + cuantos(static_cast<double>(c.estaciones.size()), "estación", "estaciones") +
+            ", " + cuantos(static_cast<double>(c.bloques), "bloque", "bloques") + ", " +
+            cuantos(c.variables, "variable", "variables") + ", pide " + porSegundo(p.pedidas) +
+            " lecturas/s y se le permite " + porSegundo(p.permite) + "\n";
         const std::size_t n = std::min(c.estaciones.size(), kMaximoDeEstaciones);
         for (std::size_t i = 0; i < n; ++i)
             estacion(c.estaciones[i]);
@@ -112,12 +115,80 @@ class Listado {
     std::size_t escritos_ = 0;
 };
 
+void problemasAlFinal(std::string& informe, const Revision& r) {
+    const Problemas& problemas = r.configuracion.problemas;
+    if (problemas.ninguno()) {
+        informe += "Sin problemas\n";
+    } else {
+        informe +=
+            "Problemas: " + std::to_string(problemas.lista().size() + problemas.demas()) + "\n";
+        for (const Problema& p : problemas.lista())
+            informe += textoDeProblema(p) + "\n";
+        yMas(informe, problemas.lista().size() + problemas.demas(), problemas.lista().size(), "");
+    }
+    for (const std::string& i : r.impedimentos)
+        informe += "Así el driver no atiende a la planta: " + i + "\n";
+}
+
+/// What a door that cannot be opened, or settings that cannot be read, come to.
+void impedimentosDe(Ajustes& ajustes, Revision& r) {
+    if (!ajustes.defecto().empty())
+        r.impedimentos.emplace_back("los ajustes no se pueden usar");
+    else if (r.escucha.cerrada)
+        r.impedimentos.emplace_back("la puerta queda cerrada a todos los clientes");
+    if (r.validacion.conexiones.empty())
+        r.impedimentos.emplace_back("no hay ninguna estación que leer");
+}
+
+void nombresDesconocidos(Ajustes& ajustes, ConfiguracionLeida& c) {
+    revisarNombresDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
+    const bool exportada = c.ubicacion.desdeExportacion;
+    const std::string& ruta =
+        exportada ? c.ubicacion.rutaExportacion : c.ubicacion.rutaConfiguracion;
+    const auto contenido = ajustes.archivos().leer(ruta, kMaximoDeArchivo);
+    if (!contenido || contenido->starts_with("\xFF\xFE") || contenido->starts_with("\xFE\xFF"))
+        return; // told where it was read
+    (exportada ? revisarNombresDeExportacion : revisarNombresDeDriver)(*contenido, c.listas.archivo,
+                                                                       c.problemas);
+}
+
+/// Those of the door are its own to tell.
+bool esDeLaPuerta(std::string_view clave) { return clave.starts_with(kPrefijoDeEscucha); }
+
+void revisarTextos(Ajustes& ajustes, Problemas& problemas) {
+    const std::string& archivo = ajustes.archivoDeAjustes();
+    for (const AjusteDeTexto& a : ajustesDeTexto()) {
+        if (a.valores.empty() || esDeLaPuerta(a.clave)) continue;
+        const std::string texto = ajustes.leerIni(archivo, a.seccion, a.clave, a.porDefecto);
+        const auto valores = partir(a.valores, '|');
+        if (texto.empty() || std::find(valores.begin(), valores.end(), texto) != valores.end())
+            continue;
+        std::string cuales;
+        for (const std::string_view v : valores)
+            cuales += (cuales.empty() ? "" : " ni ") + std::string(v);
+        problemas.agregar(
+            archivo, ajustes.lineaDe(archivo, a.seccion, a.clave),
+            std::string(a.clave) + "=" + citar(windows1252DesdeUtf8(texto)) + " no es " + cuales,
+            "rige " + std::string(a.porDefecto.empty() ? valores.front() : a.porDefecto));
+    }
+}
+
 } // namespace
 
-std::string informeDe(const ConfiguracionLeida& configuracion, const Validacion& v) {
-    const ListasDeConfiguracion& listas = configuracion.listas;
+int Revision::resultado() const {
+    if (!impedimentos.empty()) return 2;
+    return configuracion.problemas.ninguno() ? 0 : 1;
+}
+
+std::string informeDe(const Revision& r) {
+    const ListasDeConfiguracion& listas = r.configuracion.listas;
+    const Validacion& v = r.validacion;
     std::string informe = "Configuración: " + rutaLegible(listas.archivo) + "\n";
-    informe += "Proyecto: " + configuracion.ubicacion.nombreProyecto + "\n";
+    informe += "Proyecto: " + r.configuracion.ubicacion.nombreProyecto + "\n";
+    informe += "Escucha: " +
+               (r.escucha.cerrada ? "a nadie"
+                                  : r.escucha.direccion + ":" + textoDeNumero(r.puertoEscucha)) +
+               "\n";
     const auto hechos = [](const std::vector<Suerte>& suertes) {
         return static_cast<double>(suertes.size()) -
                static_cast<double>(std::count(suertes.begin(), suertes.end(), Suerte::NoConstruir));
@@ -128,16 +199,12 @@ std::string informeDe(const ConfiguracionLeida& configuracion, const Validacion&
                cuantos(static_cast<double>(v.bloquesConstruidos), "bloque", "bloques") + ", " +
                cuantos(v.variables, "variable", "variables") + "\n";
     puertos(informe, listas, v);
-    Listado listado(informe, listas, v);
+    Listado listado(informe, r);
     for (std::size_t i = 0; i < std::min(v.conexiones.size(), kMaximoDeConexiones); ++i)
-        listado.conexion(v.conexiones[i]);
+        listado.conexion(v.conexiones[i], r.presupuestos[i]);
     yMas(informe, v.conexiones.size(), kMaximoDeConexiones, "");
-    const Problemas& problemas = configuracion.problemas;
-    if (problemas.ninguno()) return informe + "Sin problemas\n";
-    informe += "Problemas: " + std::to_string(problemas.lista().size() + problemas.demas()) + "\n";
-    for (const Problema& p : problemas.lista())
-        informe += textoDeProblema(p) + "\n";
-    yMas(informe, problemas.lista().size() + problemas.demas(), problemas.lista().size(), "");
+    listarAlcance(listas, v, r.alcance, informe);
+    problemasAlFinal(informe, r);
     return informe;
 }
 
@@ -146,12 +213,8 @@ void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
         problemas.agregar(ajustes.archivoDeAjustes(), 0, "el archivo " + std::string(defecto),
                           "no se admite a ningún cliente, se usan los valores por defecto y no se "
                           "escribe en él");
-    std::vector<QuejaDeEscucha> quejas;
-    static_cast<void>(escuchaDe(clavesDeEscucha(ajustes.contenido()), quejas));
-    for (QuejaDeEscucha& q : quejas)
-        problemas.agregar(ajustes.archivoDeAjustes(), q.linea, std::move(q.que),
-                          std::move(q.consecuencia));
     for (const AjusteNumerico& a : ajustesNumericos()) {
+        if (esDeLaPuerta(a.clave)) continue;
         static_cast<void>(
             ajustes.leerTiempo(a, [&](std::string_view clave, const std::string& texto, double n) {
                 const std::string& archivo = ajustes.archivoDeAjustes();
@@ -162,6 +225,7 @@ void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
                                   "se usa " + textoDeNumero(n));
             }));
     }
+    revisarTextos(ajustes, problemas);
 }
 
 DireccionesDePlanta direccionesDe(const ListasDeConfiguracion& listas,
@@ -189,13 +253,49 @@ std::optional<DireccionesDePlanta> direccionesConfiguradas(Ajustes& ajustes) {
     return direccionesDe(c.listas, v);
 }
 
-Comprobacion comprobar(Ajustes& ajustes, const OtraRevision& otra) {
+Revision revisarListas(ConfiguracionLeida configuracion, double pausaMs) {
+    Revision r;
+    r.configuracion = std::move(configuracion);
+    r.pausaMs = pausaMs;
+    ListasDeConfiguracion& listas = r.configuracion.listas;
+    r.validacion = validar(listas, r.configuracion.problemas);
+    r.presupuestos = presupuestos(listas, r.validacion, pausaMs);
+    revisarPresupuestos(listas, r.validacion, r.presupuestos, pausaMs, r.configuracion.problemas);
+    return r;
+}
+
+Revision revisar(Ajustes& ajustes) {
     ajustes.noEscribir();
     ConfiguracionLeida c = leerConfiguracionUbicada(ajustes, {});
     revisarAjustes(ajustes, c.problemas);
-    const Validacion v = validar(c.listas, c.problemas);
-    if (otra) otra(c, v, c.problemas);
-    return {informeDe(c, v), c.problemas.ninguno() ? 0 : 1};
+    std::vector<QuejaDeEscucha> quejas;
+    const Escucha escucha = escuchaDe(clavesDeEscucha(ajustes.contenido()), quejas);
+    for (QuejaDeEscucha& q : quejas)
+        c.problemas.agregar(ajustes.archivoDeAjustes(), q.linea, std::move(q.que),
+                            std::move(q.consecuencia));
+    nombresDesconocidos(ajustes, c);
+    Revision r = revisarListas(std::move(c), ajustes.leerTiempo(kTiempoEntrePoleo, {}));
+    r.escucha = escucha;
+    r.puertoEscucha = ajustes.leerTiempo(kPuertoEscucha, {});
+    impedimentosDe(ajustes, r);
+    return r;
+}
+
+void revisarEscucha(Bucle& bucle, Ajustes& ajustes, Revision& r) {
+    struct Nadie final : OyenteDeZocalo {
+        void alLlegarDatos(std::size_t, std::span<const std::uint8_t>) override {}
+    } nadie;
+    if (r.escucha.cerrada) return;
+    const auto zocalo = bucle.crearZocalo(nadie, 0);
+    zocalo->escuchar(r.escucha.direccion, 0); // any port: only the address is tried
+    if (zocalo->estado() != EstadoZocalo::Error) return;
+    const std::string que =
+        "no se puede escuchar en la dirección " + r.escucha.direccion + ": " + zocalo->motivo();
+    const std::string& archivo = ajustes.archivoDeAjustes();
+    r.configuracion.problemas.agregar(
+        archivo, ajustes.lineaDe(archivo, kSeccionDeAjustes, kEscuchaDireccion.clave), que,
+        "no entra ningún cliente");
+    r.impedimentos.push_back(que);
 }
 
 } // namespace kv

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "config/alcance.h"
+#include "config/escucha.h"
+#include "config/presupuesto.h"
 #include "config/proyecto.h"
 #include "config/validacion.h"
 #include "plant/direcciones.h"
@@ -7,22 +10,33 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kv {
 
-/// What a check prints, and how the program ends: 0 without problems, 1 with.
-struct Comprobacion {
-    std::string informe;
-    int resultado = 0;
+/// Settings and configuration as a start would read them, and all that is wrong with them. Who has
+/// more to say about a plant adds it to `configuracion.problemas`.
+struct Revision {
+    ConfiguracionLeida configuracion;
+    Validacion validacion;
+    double pausaMs = 0;
+    std::vector<Presupuesto> presupuestos; ///< by connection
+    Escucha escucha;
+    double puertoEscucha = 0;
+    std::vector<AlcanceDeConexion> alcance; ///< by connection; empty unless asked for
+    /// Why a driver that starts would not serve this plant; empty if it would.
+    std::vector<std::string> impedimentos;
+
+    /// How the program ends: 0 without problems, 1 with, 2 when the plant would not be served.
+    [[nodiscard]] int resultado() const;
 };
 
-/// What else is to be looked at, by those who know more than a configuration's files: adds what it
-/// finds wrong.
-using OtraRevision = std::function<void(const ConfiguracionLeida&, const Validacion&, Problemas&)>;
-
-/// Reads settings and configuration as a start would, without writing anything from now on.
-[[nodiscard]] Comprobacion comprobar(Ajustes& ajustes, const OtraRevision& otra = {});
-
+/// What the lists that were read come to, with a pause in milliseconds between requests.
+[[nodiscard]] Revision revisarListas(ConfiguracionLeida configuracion, double pausaMs);
+/// Reads without writing anything from now on.
+[[nodiscard]] Revision revisar(Ajustes& ajustes);
+/// Tries the address to listen on. A port that is taken is no problem: the plant's driver may run.
+void revisarEscucha(Bucle& bucle, Ajustes& ajustes, Revision& r);
 /// The stations and registers that a start would build; nothing where there is no configuration.
 /// Writes nothing from now on.
 [[nodiscard]] std::optional<DireccionesDePlanta> direccionesConfiguradas(Ajustes& ajustes);
@@ -31,10 +45,9 @@ using OtraRevision = std::function<void(const ConfiguracionLeida&, const Validac
 
 /// The report of what would be built and of every problem, each on a line of its own. Its length is
 /// bounded however large the plant is.
-[[nodiscard]] std::string informeDe(const ConfiguracionLeida& configuracion,
-                                    const Validacion& validacion);
+[[nodiscard]] std::string informeDe(const Revision& r);
 
-/// Tells every numeric setting that is no number or out of its range, each with file and line.
+/// Tells what is wrong with each setting, with file and line.
 void revisarAjustes(Ajustes& ajustes, Problemas& problemas);
 
 } // namespace kv

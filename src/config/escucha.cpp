@@ -1,6 +1,7 @@
 #include "config/escucha.h"
 
 #include "config/ajustes.h"
+#include "config/desconocidas.h"
 #include "config/direccion.h"
 #include "config/ini.h"
 #include "config/problema.h"
@@ -9,24 +10,11 @@
 #include "text/windows1252.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace kv {
 namespace {
 
-constexpr std::string_view kDireccion = "Escucha_Direccion";
-constexpr std::string_view kPermitidos = "Escucha_Clientes_Permitidos";
-constexpr std::string_view kExigeLogin = "Escucha_Login_Antes_De_Todo";
-constexpr std::string_view kPlazo = "Escucha_Plazo_De_Login_Segundos";
-constexpr std::string_view kErradas = "Escucha_Claves_Erradas_Por_Minuto";
-constexpr std::string_view kPausa = "Escucha_Pausa_Por_Claves_Segundos";
-constexpr std::string_view kEscrituras = "Escucha_Escrituras_Por_Segundo";
-constexpr std::string_view kSoloLectura = "Escucha_Solo_Lectura";
-constexpr std::array kClaves = {kDireccion, kPermitidos, kExigeLogin, kPlazo,
-                                kErradas,   kPausa,      kEscrituras, kSoloLectura};
-
-constexpr double kUnDia = 86'400;
 constexpr std::size_t kMaximoDeQuejas = 20;
 constexpr const char* kNadie = "no se admite a ningún cliente ni se hace ninguna escritura suya";
 
@@ -57,10 +45,11 @@ class LectorDeEscucha {
         if (l.clase != LineaIni::Clase::Clave)
             return queja(l, citar(texto) + " no es una clave: falta el \"=\"");
         if (!dentro_) return queja(l, citar(l.nombre) + " no está en la sección [DRIVER_KV2200]");
-        const bool conocida = std::any_of(kClaves.begin(), kClaves.end(), [&l](auto clave) {
-            return igualSinCaja(clave, l.nombre);
-        });
-        if (!conocida) return queja(l, citar(l.nombre) + " no es una clave conocida");
+        const auto esta = [&l](const auto& a) { return igualSinCaja(a.clave, l.nombre); };
+        if (std::ranges::none_of(ajustesNumericos(), esta) &&
+            std::ranges::none_of(ajustesDeTexto(), esta))
+            return queja(l, citar(l.nombre) + " no es una clave conocida" +
+                                talVez(l.nombre, clavesDeAjustes()));
         const std::string valor = utf8DesdeWindows1252(l.valor);
         const auto [clave, nueva] = leidas_.claves.try_emplace(
             minusculas(l.nombre),
@@ -89,12 +78,12 @@ class Interprete {
         quejas_.insert(quejas_.end(), leidas_.quejas.begin(), leidas_.quejas.end());
         direccion();
         permitidos();
-        e_.exigeLogin = encendido(kExigeLogin);
-        e_.soloLectura = encendido(kSoloLectura);
-        e_.plazoDeLogin = numero(kPlazo, e_.plazoDeLogin, kUnDia);
-        e_.clavesPorMinuto = numero(kErradas, e_.clavesPorMinuto, 1e6);
-        e_.pausaPorClaves = numero(kPausa, e_.pausaPorClaves, kUnDia);
-        e_.escriturasPorSegundo = numero(kEscrituras, e_.escriturasPorSegundo, 1e6);
+        e_.exigeLogin = encendido(kEscuchaLogin.clave);
+        e_.soloLectura = encendido(kEscuchaSoloLectura.clave);
+        e_.plazoDeLogin = numero(kEscuchaPlazo);
+        e_.clavesPorMinuto = numero(kEscuchaErradas);
+        e_.pausaPorClaves = numero(kEscuchaPausa);
+        e_.escriturasPorSegundo = numero(kEscuchaEscrituras);
         return std::move(e_);
     }
 
@@ -114,17 +103,20 @@ class Interprete {
         const auto* c = clave(nombre);
         return c != nullptr && recortar(c->valor) != "0";
     }
-    double numero(std::string_view nombre, double porDefecto, double maximo) {
-        const auto* c = clave(nombre);
-        if (c == nullptr) return porDefecto;
+    double numero(const AjusteNumerico& ajuste) {
+        const auto* c = clave(ajuste.clave);
+        if (c == nullptr) return ajuste.porDefecto;
         const auto n = numeroDeTexto(c->valor);
-        if (n && *n >= 0 && *n <= maximo) return *n;
+        if (n && *n >= ajuste.minimo && *n <= ajuste.maximo) return *n;
         e_.cerrada = true;
-        queja(*c, "no es un número de 0 a " + textoDeNumero(maximo), kNadie);
-        return porDefecto;
+        queja(*c,
+              "no es un número de " + textoDeNumero(ajuste.minimo) + " a " +
+                  textoDeNumero(ajuste.maximo),
+              kNadie);
+        return ajuste.porDefecto;
     }
     void direccion() {
-        const auto* c = clave(kDireccion);
+        const auto* c = clave(kEscuchaDireccion.clave);
         if (c == nullptr) return;
         e_.direccion = recortar(c->valor);
         if (esIPv4(e_.direccion)) return;
@@ -139,7 +131,7 @@ class Interprete {
 };
 
 void Interprete::permitidos() {
-    const auto* c = clave(kPermitidos);
+    const auto* c = clave(kEscuchaPermitidos.clave);
     if (c == nullptr) return;
     e_.todos = false;
     std::string lista = c->valor;

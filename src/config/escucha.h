@@ -1,5 +1,7 @@
 #pragma once
 
+#include "config/tabla_de_ajustes.h"
+
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -49,10 +51,10 @@ struct Escucha {
     std::vector<RedPermitida> redes;
     bool exigeLogin = false;
     bool soloLectura = false;
-    double plazoDeLogin = 0;
-    double clavesPorMinuto = 10;
-    double pausaPorClaves = 60;
-    double escriturasPorSegundo = 0;
+    double plazoDeLogin = kEscuchaPlazo.porDefecto;
+    double clavesPorMinuto = kEscuchaErradas.porDefecto;
+    double pausaPorClaves = kEscuchaPausa.porDefecto;
+    double escriturasPorSegundo = kEscuchaEscrituras.porDefecto;
     /// Some key or value means nothing, so that it is not known what was to be forbidden.
     bool cerrada = false;
 };

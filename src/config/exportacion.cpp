@@ -22,12 +22,7 @@ enum class CampoDePuerto : std::uint8_t {
     TiempoFuera,
     Tipo,
 };
-constexpr std::array<std::string_view, 7> kPuerto = {
-    "Numero",         "DEFAULT_SCAN_TIME", "MIN_RECONECCION", "READ_AFTER_WRITE",
-    "REINTENTOS_MAX", "TIME_OUT",          "TIPO_PLC_DEFAULT"};
 enum class CampoDeEsclavo : std::uint8_t { Numero, Digitos, Indice, Ip, Puerto };
-constexpr std::array<std::string_view, 5> kEsclavo = {"EsclavoNumero", "Digitos", "indice", "Ip",
-                                                      "puerto"};
 enum class CampoDeBloque : std::uint8_t {
     Bloque,
     Plc,
@@ -37,8 +32,6 @@ enum class CampoDeBloque : std::uint8_t {
     Nivel,
     Activo,
 };
-constexpr std::array<std::string_view, 7> kBloque = {
-    "Bloque", "plc", "Quantity", "ScanTime", "StarAdrees", "nivel", "activo_Si_o_No_X_defecto"};
 
 /// The delimiter's letters have capitals and small ones in Windows-1252, and either kind counts.
 std::size_t buscarDelimitador(std::string_view t, std::size_t desde) {
@@ -224,7 +217,7 @@ void LectorDeExportacion::sinMarcaInicial() {
 
 void LectorDeExportacion::puerto() {
     if (alFinal()) throw Falla{"el archivo termina en el registro de un puerto"};
-    const Registro<kPuerto.size()> r(linea_, kPuerto);
+    const Registro<kCamposDePuertoExportado.size()> r(linea_, kCamposDePuertoExportado);
     Puerto p;
     p.numero = r.corto(CampoDePuerto::Numero);
     p.scanPorDefecto = r.numero(CampoDePuerto::Scan);
@@ -244,7 +237,7 @@ void LectorDeExportacion::esclavos() {
     if (alFinal()) return;
     siguiente();
     while (!alFinal() && !esMarca(linea_, "esclavos:fin")) {
-        const Registro<kEsclavo.size()> r(linea_, kEsclavo);
+        const Registro<kCamposDeEstacionExportada.size()> r(linea_, kCamposDeEstacionExportada);
         Estacion e;
         e.numero = r.corto(CampoDeEsclavo::Numero);
         e.digitos = r.corto(CampoDeEsclavo::Digitos);
@@ -267,7 +260,7 @@ void LectorDeExportacion::bloques() {
     if (alFinal()) return;
     siguiente();
     while (!alFinal() && !esMarca(linea_, "bloques:fin")) {
-        const Registro<kBloque.size()> r(linea_, kBloque);
+        const Registro<kCamposDeBloqueExportado.size()> r(linea_, kCamposDeBloqueExportado);
         ConfiguracionDeBloque b;
         static_cast<void>(r.numero(CampoDeBloque::Bloque)); // a name, but a number all the same
         b.nombre = texto(r.bytes(CampoDeBloque::Bloque));
@@ -293,6 +286,16 @@ void fallar(std::size_t linea, const std::string& que, ListasDeConfiguracion& li
 }
 
 } // namespace
+
+std::vector<std::string_view> camposDeExportacion(std::string_view linea) {
+    std::vector<std::string_view> campos;
+    for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;) {
+        const std::size_t inicio = d + kDelimitador.size();
+        d = buscarDelimitador(linea, inicio);
+        if (d != kNada) campos.push_back(linea.substr(inicio, d - inicio));
+    }
+    return campos;
+}
 
 std::optional<std::string_view> campo(std::string_view linea, std::string_view clave) {
     for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;

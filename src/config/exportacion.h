@@ -3,18 +3,32 @@
 #include "config/listas.h"
 #include "platform/archivos.h"
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kv {
 
 /// What separates the fields of an export, in the bytes of Windows-1252.
 inline constexpr std::string_view kDelimitador = "\xC4\xA7\xE6\xE3";
 
+/// The fields of its records, each kind in the order of its own enumeration (exportacion.cpp).
+inline constexpr std::array<std::string_view, 7> kCamposDePuertoExportado = {
+    "Numero",         "DEFAULT_SCAN_TIME", "MIN_RECONECCION", "READ_AFTER_WRITE",
+    "REINTENTOS_MAX", "TIME_OUT",          "TIPO_PLC_DEFAULT"};
+inline constexpr std::array<std::string_view, 5> kCamposDeEstacionExportada = {
+    "EsclavoNumero", "Digitos", "indice", "Ip", "puerto"};
+inline constexpr std::array<std::string_view, 7> kCamposDeBloqueExportado = {
+    "Bloque", "plc", "Quantity", "ScanTime", "StarAdrees", "nivel", "activo_Si_o_No_X_defecto"};
+
 /// Told once when an export cannot be read to its end.
 using MensajeDeError = std::function<void(std::string_view texto)>;
+
+/// What stands between the delimiters of a line: the word of a marker, or "key:value".
+[[nodiscard]] std::vector<std::string_view> camposDeExportacion(std::string_view linea);
 
 /// The value of one field of a record line, both in the file's bytes: empty when the line has no
 /// such field; nothing when the field lacks its closing delimiter. Letter case does not matter.

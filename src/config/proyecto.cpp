@@ -8,8 +8,7 @@
 namespace kv {
 namespace {
 
-constexpr std::string_view kSeccionDeProyecto = "PROYECTO_PREDETERMINADO";
-constexpr std::string_view kClaveDeProyecto = "RutaProyecto";
+constexpr std::string_view kClaveDeProyecto = kRutaProyecto.clave;
 constexpr std::string_view kExtension = ".KalmorKV2200";
 constexpr std::string_view kExtensionDeExportacion = ".KalmorKV2200_Conf";
 

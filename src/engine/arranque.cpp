@@ -52,7 +52,7 @@ bool Arranque::soyElUnico() {
     // One that is missing was lost by the driver that runs, and is not for us to make.
     Ajustes& ajustes = motor_.ajustes;
     if (ajustes.existeArchivo(ajustes.archivoDeAjustes()))
-        ajustes.escribirConfiguracion("VER", "1");
+        ajustes.escribirConfiguracion(kVer.clave, "1");
     return false;
 }
 
@@ -94,7 +94,7 @@ void Arranque::informar(const Problemas& problemas) {
 
 void Arranque::Timer_VER_Timer() {
     motor_.aplicarAjustes();
-    const bool ver = motor_.ajustes.leerConfiguracion("VER", "0") == "1";
+    const bool ver = motor_.ajustes.leerConfiguracion(kVer) == "1";
     motor_.vista.Form1Visible = ver;
     if (!ver) motor_.vista.FrmServerTCPVisible = false;
 }

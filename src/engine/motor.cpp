@@ -5,11 +5,6 @@
 #include <exception>
 
 namespace kv {
-namespace {
-
-constexpr std::string_view kIdiomaPorDefecto = "es-AR";
-
-} // namespace
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
@@ -71,7 +66,7 @@ void Motor::aplicarAjustes() {
     ejecucion.fijarVigencia(ajuste(kVigenciaDeEscrituras));
     mudas.fijarLimite(ajuste(kEstacionMuda));
     forzado.fijarAPedido(ajuste(kBloquesAPedido));
-    const std::string idioma = ajustes.leerConfiguracion("Idioma", kIdiomaPorDefecto);
+    const std::string idioma = ajustes.leerConfiguracion(kIdioma);
     if (idioma == idioma_) return;
     idioma_ = idioma;
     if (!scriptControl.fijarIdioma(idioma))
@@ -157,7 +152,7 @@ double Motor::intervalosDeConectarSeguidos() { return ajuste(kIntervalosDeConect
 double Motor::intervalosTiempoFuera() { return ajuste(kIntervalosFuera); }
 
 std::string carpetaDelGuion(Motor& motor, Archivos& archivos) {
-    const std::string nombre = motor.ajustes.leerConfiguracion("Carpeta_De_Guion", "GUION");
+    const std::string nombre = motor.ajustes.leerConfiguracion(kCarpetaDeGuion);
     if (nombre.find_first_of("/\\") != std::string::npos || nombre.find("..") != std::string::npos)
         return {};
     std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;

@@ -1,5 +1,6 @@
 #include "main/con_ventana.h"
 
+#include "cli/version.h"
 #include "window/controls/aplicacion.h"
 #include "window/controls/idioma.h"
 #include "window/ventanas.h"
@@ -22,14 +23,14 @@ int correrConVentana(const Opciones& opciones) {
     // What the window wants to know is none of the engine's questions, which may be recorded.
     Ajustes ajustes(programa.archivos, opciones.carpeta);
     ponerIdioma(
-        ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, "Idioma_Ventana", ""));
+        ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, kIdiomaVentana.clave, ""));
     Mensajero mensajero(programa.salida);
     motor.vista.observar(&mensajero);
     const bool unico = programa.arranque.soyElUnico();
     if (unico) {
         EditorDeGuion editor(programa.archivos, motor.guion, motor.scriptControl, motor.tablas);
-        Ventanas ventanas({motor.vista, motor.trazas, motor.operador, editor, mensajero, KV_VERSION,
-                           Aplicacion::terminar});
+        Ventanas ventanas({motor.vista, motor.trazas, motor.operador, editor, mensajero,
+                           std::string(version()), Aplicacion::terminar});
         bool corriendo = true;
         programa.bucle.alFinalDeVuelta([&] {
             if (corriendo) ventanas.mirarVisibilidad();

@@ -1,5 +1,6 @@
 #include "main/grabacion.h"
 
+#include "cli/version.h"
 #include "engine/reproduccion.h"
 #include "main/salida_de_traza.h"
 
@@ -15,7 +16,7 @@ namespace {
 constexpr int kReproducida = 0;
 constexpr int kNoReproducida = 2;
 
-std::string programa() { return std::string(kNombreDelPrograma) + " " KV_VERSION; }
+std::string programa() { return conVersion(kNombreDelPrograma); }
 
 /// What was recorded before is somebody's only trace of what went wrong. False: it is in the way.
 bool apartar(const std::string& archivo) {

@@ -1,7 +1,9 @@
 #include "cli/castellano.h"
 #include "cli/salida_entera.h"
 #include "config/comprobacion.h"
+#include "config/informe_json.h"
 #include "main/grabacion.h"
+#include "main/planilla.h"
 #include "main/programa.h"
 #include "operator/revision_de_guion.h"
 #ifdef KV_VENTANA
@@ -22,16 +24,32 @@ namespace {
 
 constexpr int kSalidaIncompleta = 1;
 
+/// Asks the plant itself, which takes as long as its stations may.
+void alcanzar(BucleEpoll& bucle, Revision& r) {
+    ConfiguracionLeida& c = r.configuracion;
+    SondeoDeAlcance sondeo(bucle, c.listas, r.validacion, r.pausaMs);
+    bool listo = false;
+    sondeo.empezar([&] {
+        listo = true;
+        bucle.detener();
+    });
+    if (!listo) bucle.correr();
+    r.alcance = sondeo.resultados();
+    revisarAlcance(c.listas, r.validacion, r.alcance, c.problemas);
+}
+
 int soloComprobar(const Opciones& opciones) {
     ArchivosReales archivos;
     Ajustes ajustes(archivos, opciones.carpeta);
-    const Comprobacion comprobacion =
-        comprobar(ajustes, [&archivos](const auto& leida, const auto& valido, auto& problemas) {
-            revisarGuion(archivos, leida.ubicacion.rutaConfiguracion,
-                         direccionesDe(leida.listas, valido), problemas);
-        });
-    std::cout << comprobacion.informe;
-    return comprobacion.resultado;
+    Revision r = revisar(ajustes);
+    const ConfiguracionLeida& leida = r.configuracion;
+    revisarGuion(archivos, leida.ubicacion.rutaConfiguracion,
+                 direccionesDe(leida.listas, r.validacion), r.configuracion.problemas);
+    BucleEpoll bucle;
+    revisarEscucha(bucle, ajustes, r);
+    if (opciones.alcanzar) alcanzar(bucle, r);
+    std::cout << (opciones.json ? informeJsonDe(r) : informeDe(r));
+    return r.resultado();
 }
 
 int correrSinVentana(const Opciones& opciones) {
@@ -97,14 +115,25 @@ void ponerGrabacion(CLI::App& app, ComoGrabar& grabar, CLI::Option* sinVentana) 
         ->needs(sinVentana); // what an operator was typing would be lost
 }
 
+void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
+    auto* exportar = app.add_option("--exportar", opciones.exportar,
+                                    "Escribe la configuracion como planilla de calculo y termina")
+                         ->type_name("ARCHIVO.csv")
+                         ->excludes(comprobar);
+    app.add_option(
+           "--importar", opciones.importar,
+           "Hace la configuracion de una planilla y termina; la de antes queda al lado, con "
+           ".anterior en su nombre")
+        ->type_name("ARCHIVO.csv")
+        ->excludes(comprobar)
+        ->excludes(exportar);
+}
+
 /// The exit code if the program is to end at once.
 std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
                  std::string(kNombreDelPrograma)};
     ponerEnCastellano(app);
-    app.set_help_flag("--help", "Muestra esta ayuda y termina");
-    app.set_version_flag("--version", std::string(kNombreDelPrograma) + " " + KV_VERSION,
-                         "Muestra la version y termina");
     app.add_option("--carpeta", opciones.carpeta,
                    "Carpeta del programa: ajustes, configuracion, guion y registros")
         ->check(CLI::Validator(esCarpeta, ""))
@@ -112,20 +141,23 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     auto* sinVentana =
         app.add_flag("--sin-ventana", opciones.sinVentana, "Corre sin ventana de operador");
     app.add_flag("--traza", opciones.traza, "Escribe en la salida cada linea de las trazas");
-    app.add_flag("--comprobar", opciones.comprobar,
-                 "Lee la configuracion, dice que se levantaria y que esta mal, y termina");
+    auto* comprobar = app.add_flag(
+        "--comprobar", opciones.comprobar,
+        "Lee la configuracion, dice que se levantaria y que esta mal, y termina: 0 si nada, 1 si "
+        "hay problemas, 2 si asi no atenderia la planta");
+    app.add_flag("--alcanzar", opciones.alcanzar,
+                 "Ademas se conecta a cada direccion y le pregunta una vez a cada estacion")
+        ->needs(comprobar);
+    app.add_flag("--json", opciones.json, "Lo comprobado, como un objeto JSON")->needs(comprobar);
+    ponerPlanilla(app, opciones, comprobar);
     ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
         ->type_name("ARCHIVO");
     try {
         app.parse(argc, argv);
-    } catch (const CLI::Success& ayuda) {
-        return app.exit(ayuda);
     } catch (const CLI::ParseError& e) {
-        std::cerr << kNombreDelPrograma << ": " << enCastellano(e) << "\nVea " << kNombreDelPrograma
-                  << " --help\n";
-        return kMalaLinea;
+        return terminarLinea(app, e, kMalaLinea, std::cout, std::cerr);
     }
     return std::nullopt;
 }
@@ -141,6 +173,10 @@ int main(int argc, char** argv) {
     try {
         std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
+        if (!opciones.exportar.empty())
+            return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);
+        if (!opciones.importar.empty())
+            return kv::importarPlanilla(opciones.carpeta, opciones.importar, std::cerr);
         if (opciones.comprobar)
             return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);

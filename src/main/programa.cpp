@@ -1,5 +1,7 @@
 #include "main/programa.h"
 
+#include "cli/version.h"
+
 #include <array>
 #include <csignal>
 #include <utility>
@@ -43,6 +45,7 @@ Programa::~Programa() {
 }
 
 void Programa::arrancar() {
+    log_.escribirLog("DRIVER", "Arranque", conVersion(kNombreDelPrograma));
     grabacion.empezar();
     arranque.arrancar();
     arranque.abrirServidor();

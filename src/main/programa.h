@@ -25,6 +25,10 @@ struct Opciones {
     bool sinVentana = false;
     bool traza = false;
     bool comprobar = false;
+    bool alcanzar = false; ///< with `comprobar`, as the next
+    bool json = false;
+    std::string exportar; ///< table to write, empty: none
+    std::string importar; ///< table to read, empty: none
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };

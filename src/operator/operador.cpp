@@ -92,7 +92,7 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::Buscar:
         return mostrarBusqueda(orden.texto);
     case Orden::Clase::Ocultar:
-        p_.ajustes.escribirConfiguracion("VER", "0");
+        p_.ajustes.escribirConfiguracion(kVer.clave, "0");
         p_.vista.Form1Visible = false;
         return;
     case Orden::Clase::VerServidor:

@@ -57,9 +57,8 @@ void Guion::correr() {
     control_.AddCode(texto_);
     const vbscript::ScriptError& error = control_.Error();
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
-    falla_.reset();
-    if (error.number == 0) return;
-    falla_ = error;
+    falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
+    if (!falla_) return;
     lleno_ = error.budget && error.number == kSinMemoria;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);

@@ -68,7 +68,7 @@ class Guion {
     std::optional<vbscript::ScriptError> falla_;
     std::set<std::string> dichos_; ///< errors of the present file that were told
     std::function<void()> alCorrer_;
-    bool lleno_ = false;           ///< the last run was stopped for its memory
+    bool lleno_ = false; ///< the last run was stopped for its memory
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

@@ -55,9 +55,9 @@ FrmServerTCP::FrmServerTCP(Bucle& bucle, const Tablas& tablas, Ajustes& ajustes,
 
 void FrmServerTCP::Form_Load() {
     leerAjustesDeConexion();
-    empezando_ = false;
     vista_.servidor.lblPuertoServidor.poner("Puerto " + textoDeNumero(puertoEscucha_));
     escuchar();
+    empezando_ = false;
     timerDeSincronizmo_->habilitar(true);
     TimerEstado_->habilitar(true);
     timer_keep_Alive_->habilitar(true);
@@ -80,10 +80,8 @@ double FrmServerTCP::ajuste(const AjusteNumerico& cual) {
 void FrmServerTCP::leerAjustesDeConexion() {
     puertoEscucha_ = ajuste(kPuertoEscucha);
     const std::size_t largo = separadores_.campo.size() + separadores_.sobre.size();
-    separadores_.campo =
-        windows1252DesdeUtf8(ajustes_.leerConfiguracion("primerSeparador", Separadores{}.campo));
-    separadores_.sobre =
-        windows1252DesdeUtf8(ajustes_.leerConfiguracion("tramasSeparador", Separadores{}.sobre));
+    separadores_.campo = windows1252DesdeUtf8(ajustes_.leerConfiguracion(kPrimerSeparador));
+    separadores_.sobre = windows1252DesdeUtf8(ajustes_.leerConfiguracion(kTramasSeparador));
     if (separadores_.campo.size() + separadores_.sobre.size() != largo)
         sala_.conTodas([this](Visita& v) { v.zocalo->limitarCola(limiteDeCola()); });
     puerta_.releer();
@@ -107,7 +105,9 @@ void FrmServerTCP::anotarFallaDeEscucha() {
                 textoDeNumero(puertoEscucha_) + ": " + wsEscucha_->motivo();
     if (falla == fallaDeEscucha_) return;
     fallaDeEscucha_ = falla;
-    if (!falla.empty()) log_.escribir("escuchar", falla);
+    if (falla.empty()) return;
+    log_.escribir("escuchar", falla);
+    if (empezando_) vista_.mostrarMensaje(falla, "Ajustes");
 }
 
 void FrmServerTCP::TimerEstado_Timer() {

@@ -3,6 +3,7 @@
 #include "platform/simulated/red_simulada.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>

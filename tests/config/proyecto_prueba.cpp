@@ -75,32 +75,37 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
                    "Esclavo0_Numero=1\nEsclavo0_Indice=1\nEsclavo1_Numero=2\nEsclavo1_Indice=2\n"
                    "Esclavo1_Puerto=0502\nCantBloques=1\nBloque0_PLC=2\nBloque0_Quantity=3\n"
                    "Bloque0_StarAdrees=1F\nBloque0_ScanTime=2\n");
-    Comprobacion c = comprobar(ajustes);
-    EXPECT_EQ(c.resultado, 0);
-    EXPECT_EQ(c.informe,
-              "Configuración: C:/Driver/DRIVER_KV2200_Config.ini\n"
-              "Proyecto: DRIVER_KV2200_Config.ini\n"
-              "Se construyen 1 puerto, 1 conexión, 2 estaciones, 1 bloque, 3 variables\n"
-              "Puerto 1: tiempo fuera 5 s, 3 reintentos, reconexión 30 s, scan por defecto 5 s\n"
-              "Conexión 127.0.0.1:502 (puerto 1): 2 estaciones, 1 bloque, 3 variables\n"
-              "  PLC 1 - Indice 1\n  PLC 2 - Indice 2\n"
-              "    1.2.1F: registro 1F, nivel 0, scan 2 s, activo, MW_1_2_1F\n"
-              "    1.2.20: registro 20, nivel 0, scan 2 s, activo, MW_1_2_20\n"
-              "    1.2.21: registro 21, nivel 0, scan 2 s, activo, MW_1_2_21\n"
-              "Sin problemas\n");
+    Revision c = revisar(ajustes);
+    EXPECT_EQ(c.resultado(), 1);
+    EXPECT_EQ(
+        informeDe(c),
+        "Configuración: C:/Driver/DRIVER_KV2200_Config.ini\n"
+        "Proyecto: DRIVER_KV2200_Config.ini\n"
+        "Escucha: 0.0.0.0:1334\n"
+        "Se construyen 1 puerto, 1 conexión, 2 estaciones, 1 bloque, 3 variables\n"
+        "Puerto 1: tiempo fuera 5 s, 3 reintentos, reconexión 30 s, scan por defecto 5 s\n"
+        "Conexión 127.0.0.1:502 (puerto 1): 2 estaciones, 1 bloque, 3 variables, "
+        "pide 1,5 lecturas/s y se le permite 1,2\n"
+        "  PLC 1 - Indice 1\n  PLC 2 - Indice 2\n"
+        "    1.2.1F: registro 1F, nivel 0, scan 2 s, activo, MW_1_2_1F\n"
+        "    1.2.20: registro 20, nivel 0, scan 2 s, activo, MW_1_2_20\n"
+        "    1.2.21: registro 21, nivel 0, scan 2 s, activo, MW_1_2_21\n"
+        "Problemas: 1\n"
+        "C:/Driver/DRIVER_KV2200_Config.ini:6: en \"127.0.0.1:502\" 3 bloques a 2 s piden 1,5 "
+        "lecturas/s; la pausa de 800 ms permite 1,2; una vuelta completa tarda al menos 2,4 s\n");
     EXPECT_FALSE(archivos.existe("C:\\Driver\\sis_config.ini"));
     archivos.poner("C:\\Driver\\sis_config.ini", "[DRIVER_KV2200]\nPuertoEscucha=70000\n");
     archivos.borrar("C:\\Driver\\DRIVER_KV2200_Config.ini");
     ajustes.vueltaNueva();
-    c = comprobar(ajustes);
-    EXPECT_EQ(c.resultado, 1);
-    EXPECT_NE(c.informe.find("sis_config.ini:2: PuertoEscucha=\"70000\" no es un número de 1 a "
-                             "65535; se usa 1334\n"),
+    c = revisar(ajustes);
+    EXPECT_EQ(c.resultado(), 2); // there is nothing to read
+    EXPECT_NE(informeDe(c).find("sis_config.ini:2: PuertoEscucha=\"70000\" no es un número de 1 a "
+                                "65535; se usa 1334\n"),
               std::string::npos);
-    EXPECT_NE(c.informe.find("Config.ini:0: no existe el archivo"), std::string::npos);
+    EXPECT_NE(informeDe(c).find("Config.ini:0: no existe el archivo"), std::string::npos);
     archivos.poner("C:\\Driver\\sis_config.ini", std::string(kMaximoDeArchivo + 1, ' '));
     ajustes.vueltaNueva();
-    EXPECT_NE(comprobar(ajustes).informe.find("sis_config.ini:0: el archivo no se puede leer"),
+    EXPECT_NE(informeDe(revisar(ajustes)).find("sis_config.ini:0: el archivo no se puede leer"),
               std::string::npos);
 }
 
@@ -115,18 +120,23 @@ TEST(Ejemplos, IniYExportacionDescribenLaMismaPlanta) {
                                    "Planta.KalmorKV2200_Conf"})
             archivos.poner(unirRuta("P", nombre), *reales.leer(unirRuta(carpeta, nombre), 1 << 20));
         Ajustes ajustes(archivos, "P");
-        const Comprobacion ini = comprobar(ajustes);
-        EXPECT_EQ(ini.resultado, 0) << ini.informe;
+        Revision r = revisar(ajustes);
+        const std::string ini = informeDe(r);
+        EXPECT_EQ(r.resultado(), 0) << ini;
         archivos.poner("P\\sis_config.ini",
-                       "[PROYECTO_PREDETERMINADO]\nRutaProyecto=Planta.qmx\n[DRIVER_KV2200]\n");
+                       "[PROYECTO_PREDETERMINADO]\nRutaProyecto=Planta.qmx\n"
+                       "[DRIVER_KV2200]\nTiempo_Entre_poleo=" +
+                           std::string(planta == std::string("planta-chica") ? "200" : "50") +
+                           "\n");
         ajustes.vueltaNueva();
-        const Comprobacion exportacion = comprobar(ajustes);
-        EXPECT_EQ(exportacion.resultado, 0) << exportacion.informe;
+        r = revisar(ajustes);
+        const std::string exportacion = informeDe(r);
+        EXPECT_EQ(r.resultado(), 0) << exportacion;
         const auto construido = [](const std::string& informe) {
             return informe.substr(informe.find("Se construyen"));
         };
-        EXPECT_EQ(construido(ini.informe), construido(exportacion.informe));
-        EXPECT_NE(ini.informe.find(" " + std::to_string(bloques) + " bloques"), std::string::npos);
+        EXPECT_EQ(construido(ini), construido(exportacion));
+        EXPECT_NE(ini.find(" " + std::to_string(bloques) + " bloques"), std::string::npos);
     }
 }
 

@@ -2,6 +2,13 @@
 
 #include "programas.h"
 
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
 namespace kv::extremo {
 namespace {
 
@@ -11,13 +18,33 @@ struct Resultado {
     std::string errores;
 };
 
-Resultado correr(const std::vector<std::string>& argumentos) {
-    std::vector<std::string> todos{kDriver};
+const std::vector<std::string> kProgramas{"DriverKV2200", "SimuladorKV2200", "ClienteKV2200",
+                                          "GuionKV2200"};
+
+Resultado correr(const std::vector<std::string>& argumentos, const std::string& que = kDriver) {
+    std::vector<std::string> todos{que};
     todos.insert(todos.end(), argumentos.begin(), argumentos.end());
     Proceso p(todos);
     std::string salida = p.resto();
     const int codigo = p.terminar();
     return {codigo, salida, p.errores()};
+}
+
+std::string programa(const std::string& nombre) { return std::string(KV_BIN) + "/" + nombre; }
+
+std::string contenidoDe(const std::string& archivo) {
+    std::ostringstream todo;
+    todo << std::ifstream(std::string(KV_FUENTES) + "/" + archivo).rdbuf();
+    return todo.str();
+}
+
+/// The options that a help names.
+std::set<std::string> opcionesDe(const std::string& ayuda) {
+    static const std::regex opcion("--[a-z][a-z-]*");
+    std::set<std::string> halladas;
+    for (std::sregex_iterator i(ayuda.begin(), ayuda.end(), opcion), fin; i != fin; ++i)
+        halladas.insert(i->str());
+    return halladas;
 }
 
 bool tiene(const std::string& texto, const std::string& parte) {
@@ -74,14 +101,77 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
         << mal.salida;
 }
 
-TEST(LineaDeOrden, VersionYAyuda) {
-    const Resultado version = correr({"--version"});
-    EXPECT_EQ(version.codigo, 0);
-    EXPECT_TRUE(version.salida.starts_with("DriverKV2200 ")) << version.salida;
+TEST(LineaDeOrden, TodosLosProgramasEntiendenLoMismo) {
+    const std::string version = correr({"--version"}).salida.substr(kProgramas[0].size());
+    for (const std::string& p : kProgramas) {
+        EXPECT_EQ(correr({"--version"}, programa(p)).salida, p + version);
+        const Resultado corta = correr({"-h"}, programa(p));
+        EXPECT_EQ(corta.codigo, 0);
+        EXPECT_TRUE(tiene(corta.salida, "Uso: " + p)) << corta.salida;
+        EXPECT_EQ(corta.salida, correr({"--help"}, programa(p)).salida);
+        EXPECT_FALSE(tiene(corta.salida, "\033")); // no colours where nobody sees them
+        const Resultado mala = correr({"--no-existe"}, programa(p));
+        EXPECT_EQ(mala.codigo, 2);
+        EXPECT_EQ(mala.salida, "");
+        EXPECT_TRUE(mala.errores.starts_with(p + ": ")) << mala.errores;
+        for (const char* que : {"--version", "--help"}) {
+            Proceso lleno({"/bin/sh", "-c", "exec " + programa(p) + " " + que + " >/dev/full"});
+            EXPECT_EQ(lleno.terminar(), 1) << p << " " << que;
+        }
+    }
+}
+
+TEST(LineaDeOrden, LosManualesNombranCadaOpcionYNingunaQueNoEste) {
+    for (const std::string& p : kProgramas) {
+        const auto hay = opcionesDe(correr({"--help"}, programa(p)).salida);
+        for (const char* idioma : {"", "es/"}) {
+            std::string manual = contenidoDe("packaging/man/" + std::string(idioma) + p + ".1");
+            std::erase(manual, '\\');
+            auto nombradas = opcionesDe(manual);
+            nombradas.erase("--durante"); // of an order, whose help is its own
+            EXPECT_EQ(nombradas, hay) << idioma << p;
+        }
+        EXPECT_TRUE(tiene(contenidoDe("packaging/completions/programas.bash"), p));
+        EXPECT_TRUE(tiene(contenidoDe("packaging/completions/_DriverKV2200"), p));
+    }
+}
+
+TEST(LineaDeOrden, LosDocumentosNombranSoloOpcionesQueEstan) {
+    std::map<std::string, std::set<std::string>> hay;
+    for (const std::string& p : kProgramas)
+        hay[p] = opcionesDe(correr({"--help"}, programa(p)).salida);
+    hay["ClienteKV2200"].merge(
+        opcionesDe(correr({"vigilar", "--help"}, programa("ClienteKV2200")).salida));
+    static const std::regex orden("(Driver|Simulador|Cliente|Guion)KV2200( [^`\n]*)");
+    std::size_t vistas = 0;
+    std::vector<std::string> documentos{"README.md", "HACKING.md"};
+    for (const auto& e : std::filesystem::directory_iterator(std::string(KV_FUENTES) + "/docs"))
+        if (e.path().extension() == ".md")
+            documentos.push_back("docs/" + e.path().filename().string());
+    for (const std::string& documento : documentos) {
+        const std::string texto = contenidoDe(documento);
+        for (std::sregex_iterator i(texto.begin(), texto.end(), orden), fin; i != fin; ++i) {
+            const std::string p = (*i)[1].str() + "KV2200";
+            for (const std::string& opcion : opcionesDe((*i)[2])) {
+                ++vistas;
+                EXPECT_TRUE(hay[p].contains(opcion)) << documento << ": " << i->str();
+            }
+        }
+    }
+    EXPECT_GT(vistas, 20U);
+}
+
+TEST(LineaDeOrden, LaVersionDelPaqueteEsLaDelProyecto) {
+    const std::string version = correr({"--version"}).salida;
+    EXPECT_TRUE(contenidoDe("debian/changelog")
+                    .starts_with("driverkv2200 (" + version.substr(13, version.size() - 14) + ")"));
+}
+
+TEST(LineaDeOrden, Ayuda) {
     const Resultado ayuda = correr({"--help"});
     EXPECT_EQ(ayuda.codigo, 0);
     for (const char* que : {"Uso: DriverKV2200", "--carpeta DIR", "--sin-ventana", "--traza",
-                            "--comprobar", "--version", "Muestra esta ayuda"})
+                            "--comprobar", "--alcanzar", "--version", "Muestra esta ayuda"})
         EXPECT_TRUE(tiene(ayuda.salida, que)) << que << " in\n" << ayuda.salida;
     for (const char* ingles : {"Usage", "OPTIONS", "Options", "TEXT", "Print"})
         EXPECT_FALSE(tiene(ayuda.salida, ingles)) << ingles << " in\n" << ayuda.salida;
@@ -137,6 +227,60 @@ TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
         EXPECT_TRUE(tiene(r.salida, ini + linea)) << linea << " in\n" << r.salida;
     EXPECT_EQ(c.nombres(), habia);
     EXPECT_EQ(c.leer("sis_config.ini"), ajustes);
+}
+
+TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
+    const std::string antes = planta.leer("DRIVER_KV2200_Config.ini");
+    const std::string csv = planta.ruta() + "/planta.csv";
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    planta.escribir("planta.csv", planta.leer("planta.csv") + "bloque;1;x\r\n");
+    Resultado r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.errores, csv + ":5: columna ScanTime: falta; no se importa nada\n"))
+        << r.errores;
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    {
+        Proceso driver(planta.correr());
+        EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 1"), "");
+        r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+        EXPECT_EQ(r.codigo, 1);
+        EXPECT_TRUE(tiene(r.errores, "un driver atiende esta planta")) << r.errores;
+    }
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--importar", csv}).codigo, 0);
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini.anterior"), antes);
+    EXPECT_NE(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    const std::string otra = planta.ruta() + "/otra.csv";
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
+    EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
+}
+
+TEST(LineaDeOrden, ComprobarPruebaLaDireccionYLlegaALasEstaciones) {
+    Simulador plc({0}, {"--registro", "01.10=123"}, false);
+    const Carpeta c;
+    c.escribir("sis_config.ini", "[DRIVER_KV2200]\n");
+    c.escribir("DRIVER_KV2200_Config.ini", Configuracion()
+                                               .puerto({"1", "3", "30"})
+                                               .estacion(1, "127.0.0.1", 1, plc.puerto(0))
+                                               .bloque(1, "10", "60")
+                                               .texto());
+    const std::vector<std::string> orden{"--comprobar", "--alcanzar", "--carpeta", c.ruta()};
+    Resultado r = correr(orden);
+    EXPECT_EQ(r.codigo, 0) << r.salida;
+    EXPECT_TRUE(tiene(r.salida, " ms, registro 10 = 123\n")) << r.salida;
+    plc.terminar(SIGTERM);
+    r = correr(orden);
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.salida, ": no se llega a 127.0.0.1:" + plc.puerto(0))) << r.salida;
+    // An address that this machine does not have: nobody could come in.
+    c.escribir("sis_config.ini", "[DRIVER_KV2200]\nEscucha_Direccion=192.0.2.77\n");
+    r = correr({"--comprobar", "--json", "--carpeta", c.ruta()});
+    EXPECT_EQ(r.codigo, 2);
+    EXPECT_TRUE(tiene(r.salida, "no se puede escuchar en la dirección 192.0.2.77")) << r.salida;
+    EXPECT_TRUE(r.salida.starts_with("{") && r.salida.ends_with("\"resultado\":2}\n")) << r.salida;
+    EXPECT_EQ(correr({"--alcanzar", "--carpeta", c.ruta()}).codigo, 2); // only with --comprobar
 }
 
 } // namespace kv::extremo

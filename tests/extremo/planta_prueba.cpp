@@ -32,7 +32,8 @@ TEST_F(Planta, VariasDireccionesConstantesYRampas) {
                                .estacion(7, "127.0.0.1", 25, s.puerto(1))
                                .bloque(7, "20", "0.1")
                                .texto());
-    const auto habia = casa.nombres();
+    auto deben = casa.nombres();
+    deben.insert("LOGS_DRIVER");
     Proceso driver(casa.correr());
     EXPECT_EQ(recibido(driver, "1", "10"), 261);
     EXPECT_EQ(recibido(driver, "2", "1F"), -2);
@@ -46,7 +47,12 @@ TEST_F(Planta, VariasDireccionesConstantesYRampas) {
     }
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     EXPECT_EQ(driver.errores(), "");
-    EXPECT_EQ(casa.nombres(), habia) << "nothing to log, and no temporary file left";
+    EXPECT_EQ(casa.nombres(), deben) << "a temporary file is left";
+    for (const auto& e : std::filesystem::directory_iterator(casa.ruta() + "/LOGS_DRIVER")) {
+        const std::string registro = casa.leer("LOGS_DRIVER/" + e.path().filename().string());
+        EXPECT_NE(registro.find("DRIVER>Arranque>DriverKV2200 "), std::string::npos) << registro;
+        EXPECT_EQ(registro.find('\n'), registro.size() - 1) << registro; // and nothing else
+    }
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
@@ -257,7 +263,7 @@ TEST_F(Planta, LosRegistrosLlevanElNombreDelArchivoDelPrograma) {
                      casa.leer("LOGS_DRIVER/" + e.path().filename().string());
     EXPECT_NE(registros.find(" driver ArchivoLog.txt;Log: "), std::string::npos) << registros;
     EXPECT_NE(registros.find(",driver,DRIVER>Ajustes>"), std::string::npos) << registros;
-    EXPECT_EQ(registros.find("DriverKV2200"), std::string::npos) << registros;
+    EXPECT_EQ(registros.find(",DriverKV2200,"), std::string::npos) << registros;
 }
 
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {

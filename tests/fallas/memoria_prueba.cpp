@@ -91,8 +91,7 @@ Acto actoDeConfiguracion(const std::string& texto, bool informar) {
         ConfiguracionLeida c;
         leerDriverDeTexto(texto, "D.ini", c.listas, c.problemas);
         if (!informar) return resumen(c.listas, c.problemas);
-        const Validacion v = validar(c.listas, c.problemas);
-        return informeDe(c, v);
+        return informeDe(revisarListas(std::move(c), 800));
     };
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+#include <vector>
+
 namespace kv {
 namespace {
 
@@ -9,7 +13,35 @@ std::string hex(const std::optional<Solicitud>& trama) {
     return trama ? trazaDeTrama(*trama) : "nada";
 }
 
+/// The frame that a line of docs/stations.md shows behind those words, as "[52][01]".
+std::string documentada(const std::string& que) {
+    std::ostringstream todo;
+    todo << std::ifstream(KV_FUENTES "/docs/stations.md").rdbuf();
+    const std::string doc = todo.str();
+    const auto fila = doc.find("| " + que + " | `");
+    if (fila == std::string::npos) return "no such line";
+    const auto desde = doc.find('`', fila) + 1;
+    std::istringstream bytes(doc.substr(desde, doc.find('`', desde) - desde));
+    std::vector<std::uint8_t> trama;
+    for (std::string byte; bytes >> byte;)
+        trama.push_back(static_cast<std::uint8_t>(std::stoi(byte, nullptr, 16)));
+    if (que.starts_with("answer") && verificarTramaRespuesta(trama) && trama.size() == 8)
+        return std::to_string(valorDeRespuesta(std::span<const std::uint8_t, 8>(trama)));
+    return trazaDeTrama(trama);
+}
+
 } // namespace
+
+TEST(Tramas, LasDeLosDocumentosSonLasQueSeMandanYSeEntienden) {
+    EXPECT_EQ(documentada("read register 1F of station 1"), hex(armarTramaLectura("1F", "1")));
+    EXPECT_EQ(documentada("read register 10 of station 25"), hex(armarTramaLectura("10", "25")));
+    EXPECT_EQ(documentada("write 1000 to register 0A of station 12"),
+              hex(armarTramaEscritura("0A", "12", 1000)));
+    EXPECT_EQ(documentada("write -2 to register 10 of station 1"),
+              hex(armarTramaEscritura("10", "1", -2)));
+    EXPECT_EQ(documentada("answer 261"), "261");
+    EXPECT_EQ(documentada("answer -2"), "-2");
+}
 
 TEST(Tramas, SolicitudDeLectura) {
     const auto t = armarTramaLectura("1F", "1");

@@ -85,7 +85,7 @@ TEST_F(Principal, LaFichaDeUnBloqueLoNombra) {
     hallar<QTabWidget>(form, "fichasDeTrazas").setCurrentIndex(2);
     for (int i = 0; i < 3; ++i) // traces follow at their own pace
         form.refrescar();
-    const auto& tira = hallar<QListView>(form, "TabStriptxtTimerPorBloque");
+    auto& tira = hallar<QListView>(form, "TabStriptxtTimerPorBloque");
     EXPECT_EQ(tira.model()->index(2, 0).data().toString(), "3:  1.1.1F");
     EXPECT_EQ(tira.model()->rowCount(), static_cast<int>(p.motor.tablas.bloques.limiteSuperior()));
 }
@@ -113,7 +113,7 @@ TEST_F(Principal, LosPuertosSeVenYLaListaSeCierra) {
 
 TEST_F(Principal, ElEstadoDelGuionTieneElFondoQueSeEspera) {
     arrancar();
-    const auto& estado = hallar<QLabel>(form, "lblEstadoScript");
+    auto& estado = hallar<QLabel>(form, "lblEstadoScript");
     EXPECT_EQ(estado.palette().color(QPalette::Window), QColor(0, 255, 0));
     EXPECT_TRUE(estado.autoFillBackground());
     p.motor.vista.lblEstadoScript.colorear(Color::Rojo);
@@ -221,7 +221,7 @@ TEST_F(Principal, LoQueVieneDeAfueraSeVeLetraPorLetra) {
     for (Etiqueta* etiqueta : {&vista.Label10, &vista.lblProyecto, &vista.lblResultadoBusqueda}) {
         etiqueta->poner(deQt(marcas));
         form.refrescar();
-        const auto& visto = hallar<QLabel>(form, enQt(etiqueta->nombre()));
+        auto& visto = hallar<QLabel>(form, enQt(etiqueta->nombre()));
         QLabel llano(marcas);
         llano.setTextFormat(Qt::PlainText);
         llano.setFont(visto.font());

@@ -118,7 +118,7 @@ TEST_F(ConFichas, CadaUnaMuestraLoSuyo) {
     EXPECT_EQ(fichas.alFrente(), 0);
     clicEnFicha(1);
     EXPECT_EQ(fichas.alFrente(), 1);
-    const auto& texto = hallar<QPlainTextEdit>(fichas, "txtTimer");
+    auto& texto = hallar<QPlainTextEdit>(fichas, "txtTimer");
     EXPECT_TRUE(texto.toPlainText().endsWith("HABILITACION A SIGUIENTE POOL\n"));
     EXPECT_EQ(texto.toPlainText().count('\n'), 1);
     clicEnFicha(2);

@@ -3,11 +3,20 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <string_view>
 #include <unistd.h>
 
 namespace {
+
+/// Whether a table can be drawn in place.
+bool hayPantalla() {
+    const char* const clase = std::getenv("TERM"); // NOLINT: there is one thread
+    return isatty(STDOUT_FILENO) == 1 && clase != nullptr && std::string_view(clase) != "dumb" &&
+           *clase != '\0';
+}
 
 int correr(int argc, char** argv) {
     using namespace kv::cliente;
@@ -20,7 +29,7 @@ int correr(int argc, char** argv) {
             interrumpido = true;
             bucle.detener();
         });
-        Conversacion conversacion(bucle, orden, std::cout, std::cerr, isatty(STDOUT_FILENO) == 1);
+        Conversacion conversacion(bucle, orden, std::cout, std::cerr, hayPantalla());
         const int codigo = conversacion.correr();
         return interrumpido && orden.accion != Accion::Vigilar ? kNoHecho : codigo;
     } catch (const std::exception& e) {

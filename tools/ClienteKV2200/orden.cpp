@@ -27,7 +27,6 @@ struct Textos {
 
 void declarar(CLI::App& app, Textos& t, Orden& orden) {
     ponerEnCastellano(app);
-    app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
     app.add_option("--servidor", t.servidor,
                    "Nombre o dirección del driver (127.0.0.1:1334 si no se da); una IPv6 va entre "
                    "corchetes")
@@ -142,9 +141,8 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
     try {
         app.parse(argumentos(argc, argv));
         error = interpretar(app, textos, orden);
-    } catch (const CLI::CallForHelp&) {
-        salida << app.help();
-        return kHecho;
+    } catch (const CLI::Success& pedido) {
+        return terminarLinea(app, pedido, kHecho, salida, errores);
     } catch (const CLI::ParseError& e) {
         error = enCastellano(e);
     }

@@ -1,6 +1,7 @@
 #include "ClienteKV2200/salida.h"
 
 #include "ClienteKV2200/hora.h"
+#include "text/json.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -15,22 +16,6 @@ constexpr std::size_t kRegistrosPorSobre = 10;
 
 std::string estadoDe(const Variable& v) {
     return v.estado == "6" ? "OK" : v.estado == "13" ? "BAD" : utf8DesdeWindows1252(v.estado);
-}
-
-std::string enJson(std::string_view texto) {
-    std::string json = "\"";
-    for (const char c : texto) {
-        if (c == '"' || c == '\\') json += '\\';
-        if (static_cast<unsigned char>(c) >= 0x20) {
-            json += c;
-        } else {
-            constexpr std::string_view kCifras = "0123456789abcdef";
-            json += "\\u00";
-            json += kCifras[static_cast<std::size_t>(c) >> 4];
-            json += kCifras[static_cast<std::size_t>(c) & 15];
-        }
-    }
-    return json + "\"";
 }
 
 /// For a terminal or a line of text: nothing that steers it.

@@ -40,7 +40,7 @@ struct Opciones {
 std::optional<int> leerLinea(int argc, char** argv, Opciones& o) {
     CLI::App app("Ejecuta un guion de planta en el escritorio, sin el driver.", "GuionKV2200");
     kv::ponerEnCastellano(app);
-    app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina");
+    app.set_help_flag("-h,--help,--ayuda", "Muestra esta ayuda y termina"); // as it always was
     auto* comprobar = app.add_flag("--comprobar", o.comprobar,
                                    "Solo comprueba que el guion está bien escrito, y avisa de lo "
                                    "que no parece a propósito");
@@ -63,12 +63,8 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& o) {
     app.add_option("ARCHIVO", o.archivo, "El guion (Windows-1252 o UTF-8)")->required();
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        std::cout << app.help();
-        return 0;
     } catch (const CLI::ParseError& e) {
-        std::cerr << "GuionKV2200: " << kv::enCastellano(e) << "\nVea GuionKV2200 --help\n";
-        return 2;
+        return kv::terminarLinea(app, e, 2, std::cout, std::cerr);
     }
     return std::nullopt;
 }

@@ -38,7 +38,6 @@ void opcionDeFalla(CLI::App& app, Textos& t, const std::string& nombre, const ch
 
 void declarar(CLI::App& app, Textos& t, Orden& orden) {
     ponerEnCastellano(app);
-    app.set_help_flag("-h,--help", "Muestra esta ayuda y termina");
     auto* config = app.add_option("--config", orden.config,
                                   "Sirve todas las direcciones de estaciones de una configuración "
                                   "del driver")
@@ -116,15 +115,11 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
     try {
         app.parse(argc, argv);
         error = interpretar(textos, orden);
-    } catch (const CLI::CallForHelp&) {
-        salida << app.help();
-        return 0;
     } catch (const CLI::ParseError& e) {
-        error = enCastellano(e);
+        return terminarLinea(app, e, kOrdenMala, salida, errores);
     }
     if (error.empty()) return std::nullopt;
-    errores << "SimuladorKV2200: " << error << "\nVea SimuladorKV2200 --help\n";
-    return kOrdenMala;
+    return terminarLinea(app, error, kOrdenMala, errores);
 }
 
 } // namespace kv::simulador

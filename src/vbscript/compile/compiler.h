@@ -14,7 +14,7 @@ struct CompileContext {
     Globals& globals;
     const Library& builtins;
     Runtime* run = nullptr; ///< In whose time it is compiled; null: in nobody's.
-    bool lines = false; ///< steps say which line they are of
+    bool lines = false;     ///< steps say which line they are of
 };
 
 /// Variables that texts have made in a frame that is running.

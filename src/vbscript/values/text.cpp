@@ -1,6 +1,7 @@
 #include "vbscript/values/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <vector>
 

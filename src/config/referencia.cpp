@@ -1,0 +1,153 @@
+#include "config/referencia.h"
+
+#include "config/claves.h"
+#include "config/exportacion.h"
+#include "config/tabla_de_ajustes.h"
+#include "text/numeros.h"
+
+#include <array>
+#include <span>
+#include <string_view>
+
+namespace kv {
+namespace {
+
+/// What a reader's table of names does not say of a key.
+struct Explicacion {
+    std::string_view porDefecto;
+    std::string_view rango;
+    std::string_view que;
+};
+
+// Each in the order of the names of its reader; one too few or too many does not compile.
+constexpr std::array<Explicacion, kCamposDePuerto.size()> kDePuerto = {{
+    {"su orden menos 1", "1 a 32767", "Número del puerto; debe ser el de su orden: 1, 2, …"},
+    {"5", "0, o 0.001 a 31536000",
+     "Scan, en segundos, de los bloques que una lectura forzada crea."},
+    {"1", "0 o 1", "Se lee; no cambia nada."},
+    {"3", "0 a 1000, entero", "Veces que se vuelve a pedir lo que no se respondió."},
+    {"5", "0.001 a 3600", "Segundos que se espera cada respuesta."},
+    {"5", "número", "Se lee; no cambia nada."},
+    {"30", "0.001 a 31536000", "Segundos que descansa un bloque cuya estación no respondió."},
+    {"0", "0 o más",
+     "Cuántas estaciones (Esclavo*N*_…) son del puerto; la cuenta de N sigue de un "
+     "puerto al otro."},
+    {"0", "0 o más",
+     "Cuántos bloques (Bloque*N*_…) son del puerto; la cuenta de N sigue de un "
+     "puerto al otro."},
+}};
+constexpr std::array<Explicacion, kCamposDeEsclavo.size()> kDeEsclavo = {{
+    {"0", "-32768 a 32767", "Número de PLC con que la nombran bloques, guiones y clientes."},
+    {"127.0.0.1", "IPv4, IPv6 o nombre", "Máquina a la que se conecta."},
+    {"502", "1 a 65535",
+     "Puerto TCP. Estaciones con la misma Ip y el mismo Puerto comparten una "
+     "conexión."},
+    {"0", "0 a 99", "Byte de la estación en la trama; distinto en cada una de una conexión."},
+    {"0", "-32768 a 32767", "Se muestra; no cambia nada."},
+}};
+constexpr std::array<Explicacion, kCamposDeBloque.size()> kDeBloque = {{
+    {"vacío", "texto", "Nombre; se lee y no cambia nada."},
+    {"obligatoria", "el Numero de una estación del puerto", "A qué estación se le pide."},
+    {"obligatoria", "1 a 10000, entero", "Cuántos registros; cada uno es un bloque de poleo."},
+    {"vacío", "00 a FF", "Primer registro, en hexadecimal."},
+    {"obligatoria", "0, o 0.001 a 31536000",
+     "Cada cuántos segundos se lee; 0: al conectar y al "
+     "forzarlo."},
+    {"0", "0 a 10000, entero", "Nivel con el que se lo fuerza junto con otros."},
+    {"0", "número", "Se lee; no cambia nada."},
+    {"1", "0 o 1", "1: se lee desde el arranque."},
+}};
+constexpr std::array<std::string_view, kCamposDePuertoExportado.size()> kComoPuerto = {
+    "NUMERO",         "DEFAULT_SCAN_TIME", "SEG_RECONECCION", "READ_AFTER_WRITE",
+    "REINTENTOS_MAX", "TIME_OUT",          "TIPO_PLC_DEFAULT"};
+constexpr std::array<std::string_view, kCamposDeEstacionExportada.size()> kComoEsclavo = {
+    "Numero", "Digitos", "Indice", "Ip", "Puerto"};
+constexpr std::array<std::string_view, kCamposDeBloqueExportado.size()> kComoBloque = {
+    "Bloque", "PLC", "Quantity", "ScanTime", "StarAdrees", "Nivel", "ActiveDefault"};
+
+constexpr std::string_view kCabezaDeTabla =
+    "\n| clave | si falta | valores | qué es |\n|---|---|---|---|\n";
+
+/// A text inside a cell of a table.
+std::string celda(std::string_view texto) {
+    std::string c;
+    for (const char x : texto)
+        c += x == '|' ? std::string("\\|") : std::string(1, x);
+    return c;
+}
+
+void fila(std::string& doc, std::string_view clave, std::string_view porDefecto,
+          std::string_view rango, std::string_view que) {
+    doc += "| `" + std::string(clave) + "` | " + celda(porDefecto) + " | " + celda(rango) + " | " +
+           celda(que) + " |\n";
+}
+
+void ajustes(std::string& doc) {
+    for (const std::string_view seccion : {kSeccionDeAjustes, kSeccionDeProyecto}) {
+        doc += "\n### [" + std::string(seccion) + "]\n" + std::string(kCabezaDeTabla);
+        for (const AjusteNumerico& a : ajustesNumericos()) {
+            if (seccion == kSeccionDeAjustes)
+                fila(doc, a.clave, textoDeNumero(a.porDefecto),
+                     textoDeNumero(a.minimo) + " a " + textoDeNumero(a.maximo), a.que);
+        }
+        for (const AjusteDeTexto& a : ajustesDeTexto()) {
+            if (a.seccion == seccion)
+                fila(doc, a.clave,
+                     a.porDefecto.empty() ? "vacía" : "`" + std::string(a.porDefecto) + "`",
+                     a.valores.empty() ? "texto" : a.valores, a.que);
+        }
+    }
+}
+
+void campos(std::string& doc, std::span<const std::string_view> nombres,
+            std::span<const Explicacion> explicaciones, std::string_view prefijo) {
+    doc += kCabezaDeTabla;
+    for (std::size_t i = 0; i < nombres.size(); ++i)
+        fila(doc, std::string(prefijo) + std::string(nombres[i]), explicaciones[i].porDefecto,
+             explicaciones[i].rango, explicaciones[i].que);
+}
+
+void exportados(std::string& doc, std::span<const std::string_view> nombres,
+                std::span<const std::string_view> como, std::string_view registro) {
+    doc += "\nRegistro de " + std::string(registro) + ":\n\n| campo | como |\n|---|---|\n";
+    for (std::size_t i = 0; i < nombres.size(); ++i)
+        doc += "| `" + std::string(nombres[i]) + "` | `" + std::string(como[i]) + "` |\n";
+}
+
+} // namespace
+
+std::string referenciaDeClaves() {
+    std::string doc =
+        "# Claves de los archivos\n\n"
+        "Este documento se hace de las tablas que el programa lee; una prueba los compara. Los "
+        "archivos son Windows-1252. Ni las claves ni las secciones distinguen mayúsculas; de las "
+        "repetidas vale la primera. `DriverKV2200 --comprobar` dice cada una que no conoce, con la "
+        "más parecida.\n\n"
+        "## Ajustes: `sis_config.ini`\n\n"
+        "Se leen todo el tiempo: un cambio vale sin reiniciar, salvo donde se dice. Una clave que "
+        "falta se escribe con su valor; un número fuera de sus límites no vale, y sigue el último "
+        "bueno. Los números se escriben con punto decimal. Una clave `Escucha_` que no se "
+        "entiende cierra la puerta: no entra ningún cliente (vea protocolo-cliente.md).\n";
+    ajustes(doc);
+    doc += "\n## Configuración: `DRIVER_KV2200_Config.ini`\n\n"
+           "Se lee al arrancar. Los números pueden llevar una coma por punto.\n\n"
+           "### [CONFIG]\n";
+    doc += kCabezaDeTabla;
+    fila(doc, "CANT_PUERTOS", "obligatoria", "0 a 32768",
+         "Cuántas secciones [PUERTO1], [PUERTO2], … se leen.");
+    doc += "\n### [PUERTO*n*]\n";
+    campos(doc, kCamposDePuerto, kDePuerto, "");
+    doc += "\nEstaciones del puerto, contadas desde 0:\n";
+    campos(doc, kCamposDeEsclavo, kDeEsclavo, "EsclavoN_");
+    doc += "\nBloques del puerto, contados desde 0:\n";
+    campos(doc, kCamposDeBloque, kDeBloque, "BloqueN_");
+    doc += "\n## Exportación del proyecto: `*.KalmorKV2200_Conf`\n\n"
+           "Lo mismo en registros de una línea, cada campo como la clave que se nombra al lado. "
+           "Todos son obligatorios en su registro, menos los de texto.\n";
+    exportados(doc, kCamposDePuertoExportado, kComoPuerto, "puerto");
+    exportados(doc, kCamposDeEstacionExportada, kComoEsclavo, "estación");
+    exportados(doc, kCamposDeBloqueExportado, kComoBloque, "bloque");
+    return doc;
+}
+
+} // namespace kv
