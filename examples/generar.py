@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Writes the example plants, each as driver configuration (INI) and as project export.
 
 Both forms are made from one list of ports, stations and blocks, so that they describe the same

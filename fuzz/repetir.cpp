@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A fuzz target without the fuzzer: runs every file of the folders that are named, once.
 
 #include <cstdint>

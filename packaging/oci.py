@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Makes an OCI image layout of one layer, and unpacks one.
 
     oci.py hacer LAYER.tar FOLDER VERSION

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Lists all that the built packages' programs are made of, as CycloneDX JSON on standard output.
 
 Usage: sbom.py TREE, in the root that they were built in. What they link is asked of the programs,

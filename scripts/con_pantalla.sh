@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
 # Runs a program on a virtual screen of its own: con_pantalla.sh PROGRAM ARGUMENT... The screen has
 # 1600 by 1000 pixels, or what PANTALLA says (1024x600).
 # The server chooses a free display itself, so that several may start at once. Being told to end is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long a plant takes to load and what it holds in memory, part by part, for two sizes of plant,
 // whose ratio tells whether anything grows faster than the plant.
 //

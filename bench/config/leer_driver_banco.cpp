@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reading a driver configuration of many blocks beside its floor: one linear pass that dispatches
 // keys into records of plain numbers and views, without checking anything.
 

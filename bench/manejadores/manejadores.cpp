@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long anybody waits for the driver's loop, which is never less than its longest handler takes,
 // while it does the worst that it can be asked to: a script without an end under a budget of 200
 // ms, arrivals of 64 KiB from a client, a synchronisation of 100,000 variables. Stations, client

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "bucle_pelado.h"
 
 #include "estaciones_de_banco.h"

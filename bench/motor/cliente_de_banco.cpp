@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "cliente_de_banco.h"
 
 #include "server/cifrado.h"

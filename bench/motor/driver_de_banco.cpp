@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "driver_de_banco.h"
 
 #include "text/numeros.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "estaciones_de_banco.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an exchange with a station costs the driver, beside a bare loop that does the same in the
 // same run. The figures that matter are the ratios.
 //

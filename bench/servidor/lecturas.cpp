@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What reading a variable by its address costs the server in plants of 10 to 100,000 variables: the
 // same ten of them, and addresses all over the plant, of which no cache holds a large one.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a synchronisation of a large plant costs, beside formatting and sending the same bytes
 // gathered from an array, to a client that reads everything in a process of its own. The figures
 // that matter are the ratio, and how late another timer of the loop became meanwhile.

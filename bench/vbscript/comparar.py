@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Runs the same programs here, in Lua 5.4 and in Python 3, one after the other, and prints the
 ratios. Usage: comparar.py BANCO_VBSCRIPT (the built benchmark program)."""
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Usage: python3 medir.py PROGRAM.py ... ; prints "name seconds" of the best of several runs."""
 import pathlib
 import runpy

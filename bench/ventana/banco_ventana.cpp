@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the main window costs: how fast it opens and scrolls over 100,000 variables, and what it
 // adds to the engine while 5,000 values change every second.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A settings file of any bytes: every number lies in its range, missing defaults are written once,
 // what the file says about clients lets nobody in by mistake, and a door that it has closed stays
 // closed when it becomes one that is no whole file.

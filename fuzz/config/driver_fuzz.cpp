@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A driver configuration of any bytes is read, validated and reported.
 
 #include "config/comprobacion.h"

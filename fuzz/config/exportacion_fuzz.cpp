@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A project export of any bytes. Every field found by the line reader is the one that `campo`
 // finds: the two readings of a record must never part.
 

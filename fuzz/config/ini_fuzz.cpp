@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An INI file of any bytes: a key that was written is read back, and nothing else changes.
 
 #include "config/ini.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A table of any bytes. What can be read of one is the same after it was written to a configuration
 // and read again.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Hostile inputs that are kept by name, a table for each fuzz target. Writes them, and the files
 that lie beside this one, into one folder for each target: casos.py FOLDER"""
 

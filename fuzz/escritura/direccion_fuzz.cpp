@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An address and a value typed by hand, a line each: whatever they are, a station is only ever
 // written in a register that is configured, and not at all when the order was refused.
 

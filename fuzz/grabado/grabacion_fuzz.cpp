@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any bytes as a recording: the driver plays them, or says why it cannot.
 
 #include "engine/arranque.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A whole driver on the simulated platform, and a station that does what the input says: it answers
 // late, in pieces, never, with garbage; the link is cut, held and let go. After every event the
 // rule of the connections must hold, and when the station is well again, so must be the plant.

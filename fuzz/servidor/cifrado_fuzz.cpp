@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any bytes before the login: what is deciphered is either an error or no longer than its input
 // allows, and any text that is enciphered comes back.
 

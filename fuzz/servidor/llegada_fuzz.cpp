@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any bytes after the login: frames come out as the rule says that takes them one after the other
 // over the whole text, and no step ever makes an arrival longer.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/check/checker.h"
 #include "vbscript/checking.h"
 #include "vbscript/compile/compiler.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "config/planilla.h"
 
 #include "config/desconocidas.h"

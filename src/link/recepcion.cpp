@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "link/recepcion.h"
 
 #include "text/numeros.h"

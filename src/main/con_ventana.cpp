@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "main/con_ventana.h"
 
 #include "cli/version.h"

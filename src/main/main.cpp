@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "cli/castellano.h"
 #include "cli/salida_entera.h"
 #include "config/comprobacion.h"

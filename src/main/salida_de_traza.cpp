@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "main/salida_de_traza.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/modelo.h"
 
 #include "plant/bases.h"

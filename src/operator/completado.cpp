@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "operator/completado.h"
 
 #include "script/miembros.h"

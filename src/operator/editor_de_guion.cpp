@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "operator/editor_de_guion.h"
 
 #include "script/errores.h"

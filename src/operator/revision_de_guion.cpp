@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "operator/revision_de_guion.h"
 
 #include "operator/editor_de_guion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "operator/tramos_de_guion.h"
 
 #include "vbscript/values/words.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "poll/estaciones_mudas.h"
 
 #include "plant/bases.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "poll/reloj_de_bloques.h"
 
 #include "plant/bases.h"

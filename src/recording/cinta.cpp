@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "recording/cinta.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "recording/grabador.h"
 
 #include "recording/zocalo_grabado.h"

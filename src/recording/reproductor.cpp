@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "recording/reproductor.h"
 
 #include "recording/grabador.h"

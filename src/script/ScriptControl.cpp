@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "script/ScriptControl.h"
 
 #include "script/valor_visible.h"

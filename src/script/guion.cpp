@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "script/guion.h"
 
 #include "platform/ruta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "script/log_de_guion.h"
 
 #include "text/texto.h"

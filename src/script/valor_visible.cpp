@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "script/valor_visible.h"
 
 #include "text/texto.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "server/puerta.h"
 
 #include "config/direccion.h"

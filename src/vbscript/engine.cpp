@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/engine.h"
 
 #include "vbscript/host_adapter.h"

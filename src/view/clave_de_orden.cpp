@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "view/clave_de_orden.h"
 
 #include "text/numeros.h"

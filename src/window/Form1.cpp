@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/Form1.h"
 
 #include "window/barra_de_estado.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/mensajero.h"
 
 #include "window/controls/control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/ventana_servidor.h"
 
 #include "window/controls/control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "write/palabra.h"
 
 #include "text/numeros.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "config/ajustes.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"

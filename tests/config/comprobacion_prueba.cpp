@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the check before the first start finds.
 
 #include "apoyo/configuracion.h"

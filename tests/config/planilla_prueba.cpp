@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "apoyo/configuracion.h"
 #include "config/driver.h"
 #include "config/planilla.h"

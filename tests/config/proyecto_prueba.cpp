@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "config/comprobacion.h"
 #include "platform/epoll/sistema.h"
 #include "platform/ruta.h"

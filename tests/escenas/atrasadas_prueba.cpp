@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Late answers carry no name. None may be stored under another register's.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a plant engineer is told of a script before it runs: addresses against the configuration.
 
 #include "apoyo/configuracion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A connection's life: asked for, found, polled, lost, asked for again.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What happens to a write, from the request to its confirmation or its end.
 
 #include "apoyo/planta.h"

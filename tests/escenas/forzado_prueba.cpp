@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Forced reads, levels, switching blocks and changing their scan times.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The plant engineer's script among the answers.
 
 #include "apoyo/planta.h"

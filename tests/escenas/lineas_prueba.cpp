@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lines that are slow, noisy or shared with the dead: every value is its own register's, and nobody
 // is forgotten.
 

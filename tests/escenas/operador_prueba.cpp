@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the operator asks for, without any window.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whose turn it is, and what an answer does.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Bytes become frames, whatever way they come.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lines that behave again, or that behave in a way of their own: nobody stays behind.
 
 #include "apoyo/planta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stations that do not answer: retries, BAD, a rest, and back.
 
 #include "apoyo/planta.h"

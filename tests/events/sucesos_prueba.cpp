@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What happened is kept for as long as it fits, and read as text by whoever looks.
 
 #include "events/rechazo.h"

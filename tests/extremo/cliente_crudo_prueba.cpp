@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The client's protocol byte by byte on a real socket, as somebody else's client speaks it.
 
 #include "programas.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Driver and stations as they run in a plant: processes that meet on real sockets.
 
 #include "programas.h"

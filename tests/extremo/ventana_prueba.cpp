@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The real program with its window, on a screen of its own, and without any screen.
 
 #include "programas.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A driver that dies, or whose disk fails, at any step of writing files.
 
 #include "apoyo.h"

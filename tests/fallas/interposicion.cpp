@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loaded into a program under test before everything else: stands between it and the kernel, and
 // lets calls fail, or the whole program die, where the environment says.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A month of a small plant: what it holds in memory on its second day is what it holds at the end.
 
 #include "memoria.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Everything that reads what comes from outside, with every allocation failing in turn, once or
 // from there on for good: it says so and stays good for the next time, and nothing leaks.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A driver whose sockets fail as a kernel may let them fail, and one that runs out of descriptors.
 
 #include "apoyo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A driver under a service manager: what it tells it, and what becomes of one whose loop stands
 // still.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A driver that was recorded does the same again, line by line, with nothing of its plant at hand.
 
 #include "apoyo/carpeta.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whose answer an answer is, in every order of events up to a depth: three requests, each with one
 // of 15 fates and five things that the network may do meanwhile, to one of three registers on two
 // stations, or a quiet line, from a line that knows nothing and from one that has learned its

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lives plants drawn from seeds through histories of faults, and prints what came of it. A seed
 // that breaks a rule is printed with the shortest history that still breaks it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the world relies on itself: the same seed lives the same life, and a history that fails is
 // cut down to what makes it fail.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # A test of the tests: every patch in mutaciones/ is a dangerous misreading of how the driver works.
 # Each is applied to a copy of the tree and must be found by the world within 60 seconds of
 # processor time.

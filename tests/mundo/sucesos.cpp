@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the events of a history do to a world.
 
 #include "apoyo/estaciones.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The same rules on both loops: what the simulated one promises, the real one keeps.
 
 #include "plataforma/apoyo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What becomes of bytes that have been sent and have not arrived: acknowledged, held back by a
 // cable that is out, aborted.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stations by name and by IPv6: who is asked, what becomes of what is answered, and that nothing
 // waits for it.
 

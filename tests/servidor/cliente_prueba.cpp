@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The client's program beside a server on real sockets; its parser on a stream cut anywhere.
 
 #include "ClienteKV2200/orden.h"

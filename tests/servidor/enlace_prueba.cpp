@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The link to the client: kept alive, lost, and abused.
 
 #include "apoyo.h"

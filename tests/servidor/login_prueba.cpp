@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A client comes, says who it is, and is or is not served.
 
 #include "apoyo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who may come in, and what becomes of that when the settings file is in a bad way.
 
 #include "apoyo.h"

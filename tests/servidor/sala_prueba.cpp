@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Those who wait to be known by their password, and the one who is.
 
 #include "apoyo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a client that has logged in asks for, and what it gets.
 
 #include "apoyo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program itself: started on free ports, spoken to in raw frames over sockets.
 
 #include "apoyo/proceso.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a look over a text finds that compiles and is hardly meant.
 
 #include "vbscript/checking.h"

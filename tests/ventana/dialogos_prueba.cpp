@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The manual write dialog, the ports list and the About box, as hands use them.
 
 #include "operator/escritura_manual.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The script editor on the file that a running plant's engine reads.
 
 #include "apoyo/planta.h"

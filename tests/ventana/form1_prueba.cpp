@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The main window over a plant: what it shows, and its other windows.
 
 #include "ventana/pantalla.h"

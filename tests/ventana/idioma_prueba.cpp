@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the toolkit itself says, in the language of the windows.
 
 #include "platform/simulated/bucle_simulado.h"

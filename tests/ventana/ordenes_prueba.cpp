@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The commands of the main window: clicked, typed into, double-clicked.
 
 #include "ventana/principal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every window on whatever screen the program is run on: nothing crushed, cut or off the screen.
 // Run on small screens and on doubled ones.
 

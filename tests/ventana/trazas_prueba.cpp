@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Trace boxes, their tabs, and the client's window.
 
 #include "platform/simulated/bucle_simulado.h"

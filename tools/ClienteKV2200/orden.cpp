@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "ClienteKV2200/orden.h"
 
 #include "ClienteKV2200/salida.h"

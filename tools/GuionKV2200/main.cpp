@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "archivo.h"
 #include "comprobacion.h"
 #include "corrida.h"

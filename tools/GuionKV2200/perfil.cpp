@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "perfil.h"
 
 #include "text/texto.h"

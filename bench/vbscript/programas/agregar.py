@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 def correr():
     s = ""
     for i in range(100000):

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 def correr():
     d = {}
     for i in range(1, 100001):

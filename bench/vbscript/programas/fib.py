@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 def fib(n):
     if n < 2:
         return n

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 def correr():
     a = [0] * 2000
     x = 12345

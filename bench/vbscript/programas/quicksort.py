@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 def ordenar(a, izq, der):
     i = izq
     j = der

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/epoll/sistema.h"
 
 #include "text/texto.h"

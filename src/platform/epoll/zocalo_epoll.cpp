@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/epoll/zocalo_epoll.h"
 
 #include "platform/epoll/resolutor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/simulated/archivos_simulados.h"
 
 #include "text/texto.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/simulated/bucle_simulado.h"
 
 #include "platform/simulated/zocalo_simulado.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/simulated/red_simulada.h"
 
 #include "platform/simulated/zocalo_simulado.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"

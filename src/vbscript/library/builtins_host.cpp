@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
 #include "vbscript/library/dictionary.h"
 #include "vbscript/library/files.h"

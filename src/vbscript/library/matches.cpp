@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/matches.h"
 
 #include "vbscript/values/convert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/regexp.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/text.h"

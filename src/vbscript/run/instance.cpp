@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/instance.h"
 
 #include "vbscript/run/machine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/machine_calls.h"
 
 #include "vbscript/run/object_procedure.h"

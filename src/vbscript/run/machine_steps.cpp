@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/machine.h"
 #include "vbscript/syntax/parser.h"
 #include "vbscript/values/arithmetic.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/parser_impl.h"
 
 #include "vbscript/syntax/lexer.h"

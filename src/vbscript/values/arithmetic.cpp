@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/arithmetic.h"
 
 #include "vbscript/values/calendar.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/literals.h"
 
 #include "vbscript/values/text.h"

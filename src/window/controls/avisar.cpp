@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/controls/avisar.h"
 
 #include "window/controls/control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/lists/estado_de_fila.h"
 
 #include "window/controls/colores.h"

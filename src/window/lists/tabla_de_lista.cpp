@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/lists/tabla_de_lista.h"
 
 #include "window/controls/control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/script/FrmScript.h"
 
 #include "window/controls/avisar.h"

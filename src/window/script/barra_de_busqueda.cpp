@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/script/barra_de_busqueda.h"
 
 #include "window/controls/control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/script/caja_de_codigo.h"
 
 #include "window/controls/colores.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/script/resaltado_de_guion.h"
 
 #include "window/controls/colores.h"

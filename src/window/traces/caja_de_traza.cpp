@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "window/traces/caja_de_traza.h"
 
 #include "window/controls/control.h"
