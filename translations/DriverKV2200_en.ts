@@ -655,8 +655,8 @@
         <translation>&amp;Search</translation>
     </message>
     <message>
-        <source>&amp;Dirección:</source>
-        <translation>A&amp;ddress:</translation>
+        <source>Di&amp;rección:</source>
+        <translation>Add&amp;ress:</translation>
     </message>
     <message>
         <source>&amp;Valor:</source>
@@ -719,7 +719,7 @@
         <translation>Value of test %1</translation>
     </message>
     <message>
-        <source>En&amp;viar todas</source>
+        <source>Enviar tod&amp;as</source>
         <translation>Send &amp;all</translation>
     </message>
 </context>

@@ -20,6 +20,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
@@ -157,8 +158,10 @@ QWidget* Form1::armarCabeza() {
     fila->addWidget(puertos);
     auto* tamanio = control<QPushButton>("btnTamañoFormulario", tr("&Tamaño"));
     tamanio->setToolTip(tr("Ventana chica o entera (F11)"));
-    tamanio->setShortcut(Qt::Key_F11);
     connect(tamanio, &QPushButton::clicked, this, &Form1::btnTamanioFormulario);
+    // A shortcut of the button's own would take the place of its letter.
+    auto* tecla = hacer<QShortcut>(QKeySequence(Qt::Key_F11), this);
+    connect(tecla, &QShortcut::activated, this, &Form1::btnTamanioFormulario);
     fila->addWidget(tamanio);
     return cabeza;
 }
@@ -234,8 +237,10 @@ QWidget* Form1::armarOrdenes() {
     comandos->setWidget(panel_);
     comandos->setMaximumHeight(panel_->sizeHint().height());
     columna->addWidget(comandos, 3);
-    columna->addWidget(
-        traza(tr("Lecturas y escrituras pedidas"), partes_.trazas.txtDemandaLecturaEscritura), 1);
+    auto* pedidas =
+        traza(tr("Lecturas y escrituras pedidas"), partes_.trazas.txtDemandaLecturaEscritura);
+    pedidas->partirLineas();
+    columna->addWidget(pedidas, 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);

@@ -51,7 +51,8 @@ QGroupBox* PanelDeOrdenes::armarBusqueda() {
     lblResultadoBusqueda_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     lblResultadoBusqueda_->setMinimumHeight(fontMetrics().lineSpacing() * 4 + 4);
     lblResultadoBusqueda_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    lblResultadoBusqueda_->setAccessibleName(tr("Resultado de la búsqueda"));
+    // Its name is what it says: that is what whoever cannot see it has to hear.
+    lblResultadoBusqueda_->setAccessibleDescription(tr("Resultado de la búsqueda"));
     g->addWidget(txtBuscarDireccion_, 0, 0);
     g->addWidget(boton("BtnBuscarDireccion", tr("&Buscar"), [this] { BtnBuscarDireccion(); }), 0,
                  1);
@@ -64,7 +65,7 @@ QGroupBox* PanelDeOrdenes::armarBusqueda() {
 QGroupBox* PanelDeOrdenes::armarPrueba() {
     auto* grupo = hacer<QGroupBox>(tr("Dirección de prueba"), this);
     auto* g = hacer<QGridLayout>(grupo);
-    auto* direccion = hacer<QLabel>(tr("&Dirección:"), grupo);
+    auto* direccion = hacer<QLabel>(tr("Di&rección:"), grupo);
     auto* valor = hacer<QLabel>(tr("&Valor:"), grupo);
     direccion->setBuddy(TxtDireccion_);
     valor->setBuddy(txtValorDeEscritura_);
@@ -128,7 +129,7 @@ QGroupBox* PanelDeOrdenes::armarPares() {
         g->addWidget(txtDirDePruebas_.back(), i + 1, 0);
         g->addWidget(txtValoresDePruebas_.back(), i + 1, 1);
     }
-    g->addWidget(boton("BtnEnviar", tr("En&viar todas"), [this] { BtnEnviar(); }), kPares + 1, 0, 1,
+    g->addWidget(boton("BtnEnviar", tr("Enviar tod&as"), [this] { BtnEnviar(); }), kPares + 1, 0, 1,
                  2);
     return grupo;
 }

@@ -9,11 +9,17 @@
 #include "window/lists/tabla_de_lista.h"
 #include "window/script/FrmScript.h"
 
+#include <QAbstractButton>
+#include <QLabel>
 #include <QListView>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTranslator>
 #include <QTreeWidget>
+
+#include <algorithm>
+#include <cmath>
 
 namespace kv {
 
@@ -313,6 +319,55 @@ TEST_F(Principal, EnInglesSiSePide) {
     for (QTranslator* t : qApp->findChildren<QTranslator*>())
         QCoreApplication::removeTranslator(t);
     QLocale::setDefault(QLocale::c());
+}
+
+TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
+    const auto letras = [](const QWidget& ventana) {
+        QStringList textos;
+        for (const QAction* menu : ventana.findChild<QMenuBar*>()->actions())
+            textos << menu->text();
+        for (const auto* boton : ventana.findChildren<QAbstractButton*>())
+            if (boton->shortcut() == QKeySequence::mnemonic(boton->text())) textos << boton->text();
+        for (const auto* rotulo : ventana.findChildren<QLabel*>())
+            if (rotulo->buddy() != nullptr) textos << rotulo->text();
+        QString todas;
+        for (const QString& texto : textos)
+            if (const auto lugar = texto.indexOf('&'); lugar >= 0)
+                todas += texto[lugar + 1].toUpper();
+        return todas;
+    };
+    const auto unica = [](QString todas) {
+        std::sort(todas.begin(), todas.end());
+        return std::adjacent_find(todas.begin(), todas.end()) == todas.end();
+    };
+    EXPECT_TRUE(unica(letras(form))) << qPrintable(letras(form));
+    EXPECT_TRUE(letras(form).contains('T')) << "the size has its key and its letter";
+    ponerIdioma("en");
+    Form1 inglesa(
+        {p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    EXPECT_TRUE(unica(letras(inglesa))) << qPrintable(letras(inglesa));
+    ponerIdioma("");
+    for (QTranslator* t : qApp->findChildren<QTranslator*>())
+        QCoreApplication::removeTranslator(t);
+    QLocale::setDefault(QLocale::c());
+}
+
+TEST_F(Principal, LoApagadoSeLee) {
+    // Luminance as contrast guidelines have it: 4.5 is what text needs.
+    const auto luz = [](const QColor& c) {
+        const auto lineal = [](double x) {
+            return x <= 0.03928 ? x / 12.92 : std::pow((x + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * lineal(c.redF()) + 0.7152 * lineal(c.greenF()) +
+               0.0722 * lineal(c.blueF()) + 0.05;
+    };
+    const QPalette paleta = qApp->palette();
+    const double papel = luz(paleta.color(QPalette::Base));
+    const double texto = luz(colorDeEstado(EstadoDeFila::Apagada, paleta));
+    EXPECT_GE(std::max(papel, texto) / std::min(papel, texto), 4.5);
+    const QImage signo =
+        senalDeEstado(EstadoDeFila::Bien).pixmap(16, 16, QIcon::Selected).toImage();
+    EXPECT_EQ(signo.pixelColor(8, 1), QColor(Qt::white)) << "its own ground on a chosen row";
 }
 
 TEST_F(Principal, CadaControlSeHallaPorSuNombre) {

@@ -14,12 +14,19 @@ namespace {
 
 constexpr int kLado = 16;
 
-QPixmap dibujar(EstadoDeFila estado, int lado) {
+/// `elegida`: for a chosen row, whose colour may be near the sign's: it stands on light ground
+/// there.
+QPixmap dibujar(EstadoDeFila estado, int lado, bool elegida) {
     QPixmap lienzo(lado, lado);
     lienzo.fill(Qt::transparent);
     QPainter p(&lienzo);
     p.setRenderHint(QPainter::Antialiasing);
     p.scale(lado / double{kLado}, lado / double{kLado});
+    if (elegida) {
+        p.setPen(Qt::NoPen);
+        p.setBrush(Qt::white);
+        p.drawEllipse(QRectF(0, 0, kLado, kLado));
+    }
     switch (estado) {
     case EstadoDeFila::Bien: // a full disc
         p.setPen(Qt::NoPen);
@@ -101,9 +108,10 @@ QIcon senalDeEstado(EstadoDeFila estado) {
         std::array<QIcon, kEstadosDeFila> iconos;
         for (std::size_t i = 1; i < iconos.size(); ++i) {
             for (const int lado : {kLado, kLado * 2, kLado * 3})
-                // The same on a chosen row, where the toolkit would tint it.
+                // On a chosen row the toolkit would tint it.
                 for (const QIcon::Mode modo : {QIcon::Normal, QIcon::Selected})
-                    iconos[i].addPixmap(dibujar(static_cast<EstadoDeFila>(i), lado), modo);
+                    iconos[i].addPixmap(
+                        dibujar(static_cast<EstadoDeFila>(i), lado, modo == QIcon::Selected), modo);
         }
         return iconos;
     }();
@@ -119,7 +127,8 @@ QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
     case EstadoDeFila::Descansa:
         return oscura ? QColor(0xFF, 0xC1, 0x66) : QColor(0x8A, 0x52, 0x00);
     case EstadoDeFila::Apagada:
-        return paleta.color(QPalette::Disabled, QPalette::Text);
+        // Paler than the rest, and still to be read: the toolkit's own colour for it is not.
+        return sobrePapel(paleta, paleta.color(QPalette::Text), 0.65F);
     default:
         return {};
     }

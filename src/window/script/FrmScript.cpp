@@ -192,7 +192,8 @@ void FrmScript::guardarY(std::function<void()> luego) {
     QMessageBox* caja =
         pregunta(this, tr("Otro programa cambió el archivo desde que se abrió. ¿Guardar encima?"));
     QPushButton* si = caja->addButton(tr("&Guardar encima"), QMessageBox::AcceptRole);
-    caja->addButton(tr("&No guardar"), QMessageBox::RejectRole);
+    // What somebody else wrote is lost by nobody's mistake.
+    caja->setDefaultButton(caja->addButton(tr("&No guardar"), QMessageBox::RejectRole));
     connect(caja, &QDialog::finished, this, [this, caja, si, luego = std::move(luego)] {
         if (caja->clickedButton() == si && guardar()) luego();
     });

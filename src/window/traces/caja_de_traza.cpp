@@ -62,6 +62,8 @@ QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const 
     return b;
 }
 
+void CajaDeTraza::partirLineas() { texto_->setLineWrapMode(QPlainTextEdit::WidgetWidth); }
+
 void CajaDeTraza::refrescar() {
     if (!isVisible()) return;
     std::optional<Traza> traza = fuente_();

@@ -25,6 +25,8 @@ class CajaDeTraza final : public QWidget {
     /// Always the same, under its name.
     CajaDeTraza(const Traza& traza, const QString& titulo, QWidget* padre);
 
+    /// Lines that are too long go on below, for a box that is narrow.
+    void partirLineas();
     /// Shows what has happened since. Costs next to nothing when that is nothing, or when the box
     /// cannot be seen.
     void refrescar();
