@@ -44,7 +44,13 @@ void ReglaDeAuditoria::esperar(std::string_view origen, std::string_view direcci
 }
 
 void ReglaDeAuditoria::leer() {
-    for (const std::string& ruta : archivos_.en("/kv/logs_driver/")) {
+    // The day that is now is written last, also when the clock went back to it.
+    const std::string hoy = formatoDeDia(c_.bucle.reloj().ahora());
+    auto rutas = archivos_.en("/kv/logs_driver/");
+    std::stable_partition(rutas.begin(), rutas.end(), [&hoy](const std::string& ruta) {
+        return ruta.substr(ruta.rfind('/') + 1, 6) != hoy;
+    });
+    for (const std::string& ruta : rutas) {
         if (ruta.find("escrituras.txt") == std::string::npos) continue;
         const std::string texto = archivos_.contenido(ruta);
         const std::string_view todo = texto;
