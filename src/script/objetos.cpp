@@ -75,8 +75,10 @@ void agregarLabel(
                                         std::pair{"ForeColor", &LabelDelGuion::ForeColor}}) {
         objeto->property(
             nombre,
-            [label, campo](Argumentos, HostValues&) { return Value::longint((*label).*campo); },
-            [label, cambio, nombre, campo](const Value& v, HostValues& valores) {
+            [label, campo = campo](Argumentos, HostValues&) {
+                return Value::longint((*label).*campo);
+            },
+            [label, cambio, nombre = nombre, campo = campo](const Value& v, HostValues& valores) {
                 (*label).*campo = color(v, valores);
                 cambio(nombre, textoDeNumero((*label).*campo));
             });

@@ -66,6 +66,8 @@ void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
         c_.exigir(s.envios <= 2 * reintentos + 2, "a write is repeated so often as allowed", n);
         return;
     }
+    c_.exigir(!c_.motor.tablas.bloques[c_.conexion(n).bloqueEnCurso].sondeo,
+              "who is known to be silent is asked once", n);
     // Counted by the block, which begins anew when it is switched off and on.
     const double suyos = c_.motor.tablas.bloques[c_.conexion(n).bloqueEnCurso].reintentos;
     c_.exigir((suyos == s.reintentos + 1 || suyos == 1) && suyos <= reintentos,
