@@ -202,7 +202,7 @@
     </message>
     <message>
         <source>P&amp;uertos…</source>
-        <translation>P&amp;orts…</translation>
+        <translation>&amp;Ports…</translation>
     </message>
     <message>
         <source>&amp;Tamaño</source>
@@ -652,7 +652,7 @@
     </message>
     <message>
         <source>&amp;Buscar</source>
-        <translation>&amp;Search</translation>
+        <translation>S&amp;earch</translation>
     </message>
     <message>
         <source>Di&amp;rección:</source>
@@ -676,7 +676,7 @@
     </message>
     <message>
         <source>Escribir otro va&amp;lor</source>
-        <translation>Write another va&amp;lue</translation>
+        <translation>Write another val&amp;ue</translation>
     </message>
     <message>
         <source>Forzar un nivel</source>
