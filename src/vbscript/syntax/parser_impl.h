@@ -94,6 +94,8 @@ class Parser {
     void caseBlock(Stmt* s);
     void forStatement(Block& out);
     void forEach(Block& out, Position at);
+    Stmt* loopOverName(StmtKind kind, Block& out, Position at);
+    void untilNext(Stmt& s);
     void doStatement(Block& out);
     void whileStatement(Block& out);
     void withStatement(Block& out);

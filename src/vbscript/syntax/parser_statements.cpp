@@ -308,44 +308,44 @@ void Parser::caseBlock(Stmt* s) {
     block(c.body);
 }
 
-void Parser::forStatement(Block& out) {
-    const Position at = tok().at;
-    ++at_;
-    if (accept(Word::Each)) return forEach(out, at);
-    Stmt* s = node(StmtKind::For);
+/// The beginning that both kinds of For share: the variable, which is a name alone.
+Stmt* Parser::loopOverName(StmtKind kind, Block& out, Position at) {
+    Stmt* s = node(kind);
     s->at = at;
     out.push_back(s);
     s->a = node(ExprKind::Name, tok().at);
     s->a->name = name();
     noteAssigned(s->a);
     if (is(Tok::Dot) || is(Tok::LParen)) fail(1040);
+    return s;
+}
+
+void Parser::untilNext(Stmt& s) {
+    ++loopsFor_;
+    block(s.body);
+    --loopsFor_;
+    s.closing = tok().at;
+    expect(Word::Next, 1020);
+}
+
+void Parser::forStatement(Block& out) {
+    const Position at = tok().at;
+    ++at_;
+    if (accept(Word::Each)) return forEach(out, at);
+    Stmt* s = loopOverName(StmtKind::For, out, at);
     expect(Tok::Equal, 1011);
     s->b = expression();
     expect(Word::To, 1013);
     s->c = expression();
     if (accept(Word::Step)) s->d = expression();
-    ++loopsFor_;
-    block(s->body);
-    --loopsFor_;
-    s->closing = tok().at;
-    expect(Word::Next, 1020);
+    untilNext(*s);
 }
 
 void Parser::forEach(Block& out, Position at) {
-    Stmt* s = node(StmtKind::ForEach);
-    s->at = at;
-    out.push_back(s);
-    s->a = node(ExprKind::Name, tok().at);
-    s->a->name = name();
-    noteAssigned(s->a);
-    if (is(Tok::Dot) || is(Tok::LParen)) fail(1040);
+    Stmt* s = loopOverName(StmtKind::ForEach, out, at);
     expect(Word::In, 1046);
     s->b = expression();
-    ++loopsFor_;
-    block(s->body);
-    --loopsFor_;
-    s->closing = tok().at;
-    expect(Word::Next, 1020);
+    untilNext(*s);
 }
 
 void Parser::doStatement(Block& out) {
