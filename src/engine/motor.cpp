@@ -28,7 +28,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log}) {
+                bucle_.reloj(), log, descripciones}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);

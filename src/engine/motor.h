@@ -10,6 +10,7 @@
 #include "log/archivo_log.h"
 #include "model/modelo.h"
 #include "operator/operador.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -67,6 +68,7 @@ class Motor final : private AlCambiarConexion,
     ArchivoLog log;
     Vista vista;
     Tablas tablas;
+    Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Trazas trazas;
     ScriptControl scriptControl;

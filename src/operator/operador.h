@@ -7,6 +7,7 @@
 #include "log/archivo_log.h"
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -72,6 +73,7 @@ class Operador final : public OrdenDeEscribir {
         Sello& sello;
         const Reloj& reloj;
         ArchivoLog& log;
+        const Descripciones& descripciones;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -87,6 +89,11 @@ class Operador final : public OrdenDeEscribir {
     /// Selects the first variable of exactly this address, and tells in `lblResultadoBusqueda` what
     /// it is. Its row, or -1.
     std::int64_t buscarDireccion(std::string_view direccion);
+
+    /// What people call the variable of an address, and its unit; null when nobody has said.
+    [[nodiscard]] const Descripcion* descripcionDe(std::string_view direccion) const {
+        return p_.descripciones.de(direccion);
+    }
 
     /// What is no number is not written, and nothing is without an address.
     [[nodiscard]] Aviso escribirValor(std::string_view direccion, std::string_view valor);
