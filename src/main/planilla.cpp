@@ -5,9 +5,11 @@
 #include "config/planilla.h"
 #include "config/proyecto.h"
 #include "config/validacion.h"
+#include "platform/epoll/salida_de_programa.h"
 #include "platform/epoll/sistema.h"
 
 #include <filesystem>
+#include <optional>
 #include <ostream>
 
 namespace kv {
@@ -51,6 +53,26 @@ std::string lugarDeDescripciones(Archivos& archivos, const std::string& rutaConf
     return error || archivos.existe(ruta) ? ruta : rutaDeDescripciones(real.string());
 }
 
+/// The table that is to be imported, of a workbook its first sheet; nothing when it cannot be read,
+/// which has been told.
+std::optional<std::string> leerTabla(Archivos& archivos, const std::string& archivo,
+                                     std::ostream& errores) {
+    constexpr std::string_view kComienzoDeLibro = "PK\x03\x04";
+    auto contenido = archivos.leer(archivo, kMaximoDeArchivo);
+    if (!contenido) errores << "no se puede leer " << archivo << '\n';
+    if (!contenido || !contenido->starts_with(kComienzoDeLibro)) return contenido;
+    for (const char* donde : {"/PlanillaKV2200", "/../lib/driverkv2200/PlanillaKV2200"}) {
+        const std::string programa = carpetaDelPrograma() + donde;
+        if (!archivos.existe(programa)) continue;
+        contenido = salidaDePrograma({programa, "--", archivo}, kMaximoDeArchivo);
+        if (!contenido) errores << archivo << ": no se importa nada\n";
+        return contenido;
+    }
+    errores << archivo << " es un libro .xlsx, y falta con qué leerlo (paquete driverkv2200-xlsx): "
+            << "guarde su hoja como CSV\n";
+    return std::nullopt;
+}
+
 } // namespace
 
 int exportarPlanilla(const std::string& carpeta, const std::string& archivo,
@@ -82,8 +104,8 @@ int importarPlanilla(const std::string& carpeta, const std::string& archivo,
     // Its folder may be reached by another way than the driver's, as where links lead into /etc.
     if (configuracionAtendida(donde.rutaConfiguracion))
         return noHecho(errores, "un driver atiende esta configuración: deténgalo para importar");
-    const auto contenido = archivos.leer(archivo, kMaximoDeArchivo);
-    if (!contenido) return noHecho(errores, "no se puede leer " + archivo);
+    const auto contenido = leerTabla(archivos, archivo, errores);
+    if (!contenido) return kNoHecho;
     ListasDeConfiguracion listas;
     leerPlanilla(*contenido, archivo, listas, problemas);
     if (!problemas.ninguno()) {
