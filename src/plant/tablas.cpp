@@ -28,7 +28,7 @@ void Tablas::ponerPendiente(Indice bloque, bool pendiente) {
 }
 
 void Tablas::ponerActivo(Indice bloque, bool activo) {
-    bloques[bloque].activo = activo && !bloques[bloque].retirado;
+    bloques[bloque].activo = activo;
     actualizarPorPolear(bloques[bloque]);
 }
 

@@ -58,8 +58,9 @@ void Publicacion::darDeBaja(Indice bloque) {
 }
 
 void Publicacion::ponerActivo(Indice bloque, bool activo) {
-    tablas_.ponerActivo(bloque, activo);
     const BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
+    tablas_.ponerActivo(bloque, activo);
     vista_.lstViewEstadoDeBloques.tildar(b.filaBloque, activo);
     vista_.lstViewVariables.tildar(b.filaVariable, activo);
     for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
