@@ -70,6 +70,7 @@ void Arranque::arrancar() {
     const Validacion validacion = validar(leida.listas, leida.problemas);
     m.descripciones = std::move(leida.listas.descripciones);
     levantarConfiguracion(m.modelo, leida.listas, validacion);
+    m.recarga.conocer(leida.problemas);
     informar(leida.problemas);
     m.vista.lblCantidadDePuntos.poner(textoDeNumero(m.tablas.cantidadDePuntos));
     m.bucle.dejarCorrerPendientes();

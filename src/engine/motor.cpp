@@ -27,8 +27,10 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
+      recarga({ajustes, tablas, modelo, conexiones, turnos, publicacion, relojDeBloques, mudas,
+               poleo, ejecucion, forzado, guion, vista, log, descripciones}),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log, descripciones}) {
+                bucle_.reloj(), log, recarga, descripciones}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);

@@ -10,6 +10,7 @@
 #include "log/archivo_log.h"
 #include "model/modelo.h"
 #include "operator/operador.h"
+#include "operator/recarga.h"
 #include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
@@ -88,6 +89,7 @@ class Motor final : private AlCambiarConexion,
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;
+    Recarga recarga;
     Operador operador;
 
   private:

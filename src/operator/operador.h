@@ -7,6 +7,7 @@
 #include "log/archivo_log.h"
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
+#include "operator/recarga.h"
 #include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
@@ -73,6 +74,7 @@ class Operador final : public OrdenDeEscribir {
         Sello& sello;
         const Reloj& reloj;
         ArchivoLog& log;
+        Recarga& recarga;
         const Descripciones& descripciones;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
@@ -128,6 +130,8 @@ class Operador final : public OrdenDeEscribir {
     };
     [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
 
+    /// Reads the configuration anew and takes over what changed in it.
+    void recargar() { hacer({Orden::Clase::Recargar}); }
     void MnuOcultar();
     /// The operator has confirmed the end of the program.
     void MnuShutdown() { hacer({Orden::Clase::Salir}); }

@@ -46,9 +46,21 @@ void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
     ponerBit(bloque, b, textoEstado(bloque.estado), sello_.ahora());
 }
 
+void Publicacion::darDeBaja(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    sinRespuesta(bloque, textoEstado(kBad));
+    b.retirado = true;
+    Lista& lista = vista_.lstViewVariables;
+    lista.retirar(b.filaVariable);
+    for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
+        if (b.bits->bitDefinido[n]) lista.retirar(b.bits->bitFilas[n]);
+    }
+}
+
 void Publicacion::ponerActivo(Indice bloque, bool activo) {
-    tablas_.ponerActivo(bloque, activo);
     const BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
+    tablas_.ponerActivo(bloque, activo);
     vista_.lstViewEstadoDeBloques.tildar(b.filaBloque, activo);
     vista_.lstViewVariables.tildar(b.filaVariable, activo);
     for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
@@ -58,7 +70,7 @@ void Publicacion::ponerActivo(Indice bloque, bool activo) {
 
 void Publicacion::valorLeido(Indice bloque, double valor) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    if (b.valor == valor && b.estado == kOk) return;
+    if (b.retirado || (b.valor == valor && b.estado == kOk)) return;
     b.valor = valor;
     b.estado = kOk;
     publicar(b.ranuraValor, valor);
@@ -89,6 +101,7 @@ void Publicacion::ponerBits(BloqueLectura& bloque, std::string_view texto,
 
 void Publicacion::sinRespuesta(Indice bloque, std::string_view texto) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
     b.estado = kBad;
     vista_.lstViewVariables.poner(b.filaVariable, kEstado, texto);
     publicar(b.ranuraEstado, kBad);
@@ -100,6 +113,7 @@ void Publicacion::establecerBAD_En_Socket(Indice conexion) {
     const std::string ahora = sello_.ahora();
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         BloqueLectura& b = tablas_.bloques[i];
+        if (b.retirado) continue;
         b.estado = kBad;
         publicar(b.ranuraEstado, kBad);
         vista_.lstViewVariables.poner(b.filaVariable, kEstado, textoEstado(kBad));
