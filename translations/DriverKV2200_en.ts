@@ -145,6 +145,10 @@
         <translation>&amp;Hide window</translation>
     </message>
     <message>
+        <source>&amp;Recargar configuración</source>
+        <translation>&amp;Reload configuration</translation>
+    </message>
+    <message>
         <source>Sa&amp;lir…</source>
         <translation>E&amp;xit…</translation>
     </message>

@@ -68,6 +68,7 @@ void Arranque::arrancar() {
     m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
     const Validacion validacion = validar(leida.listas, leida.problemas);
     levantarConfiguracion(m.modelo, leida.listas, validacion);
+    m.recarga.conocer(leida.problemas);
     informar(leida.problemas);
     m.vista.lblCantidadDePuntos.poner(textoDeNumero(m.tablas.cantidadDePuntos));
     m.bucle.dejarCorrerPendientes();

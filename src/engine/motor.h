@@ -12,6 +12,7 @@
 #include "model/modelo.h"
 #include "operator/operador.h"
 #include "operator/porque.h"
+#include "operator/recarga.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -90,6 +91,7 @@ class Motor final : private AlCambiarConexion,
     Forzado forzado;
     FrmServerTCP servidor;
     PorQue porQue;
+    Recarga recarga;
     Operador operador;
 
   private:

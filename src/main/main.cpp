@@ -172,7 +172,7 @@ int main(int argc, char** argv) {
     if (const auto fin = kv::leerLinea(argc, argv, opciones))
         return kv::conSalidaEntera(*fin, kv::kNombreDelPrograma, std::cout, std::cerr);
     try {
-        std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
+        std::signal(SIGHUP, SIG_IGN); // a terminal that goes; who serves a plant reads anew then
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
         if (!opciones.exportar.empty())
             return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);

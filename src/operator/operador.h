@@ -8,6 +8,7 @@
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
 #include "operator/porque.h"
+#include "operator/recarga.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -75,6 +76,7 @@ class Operador final : public OrdenDeEscribir {
         ArchivoLog& log;
         const Contadores& contadores;
         const PorQue& porQue;
+        Recarga& recarga;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -124,6 +126,8 @@ class Operador final : public OrdenDeEscribir {
     };
     [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
 
+    /// Reads the configuration anew and takes over what changed in it.
+    void recargar() { hacer({Orden::Clase::Recargar}); }
     void MnuOcultar();
     /// The operator has confirmed the end of the program.
     void MnuShutdown() { hacer({Orden::Clase::Salir}); }

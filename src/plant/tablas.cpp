@@ -106,6 +106,37 @@ void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
     if (!nueva && conexion < i->second.conexion) i->second = lugar;
 }
 
+void Tablas::reordenar() {
+    ++edicion_;
+    porDireccion_.clear();
+    porNumero_.clear();
+    for (auto& nivel : bloquesPorNivel)
+        nivel.clear();
+    for (Indice k = 0; k < conexiones.limiteSuperior(); ++k) {
+        ConexionIP& c = conexiones[k];
+        c.porRegistro.clear();
+        if (!c.retirada) anotarConexion(k);
+        for (Indice e = 0; e < c.estaciones.limiteSuperior(); ++e) {
+            Estacion& estacion = c.estaciones[e];
+            if (std::erase_if(estacion.bloques, [this](Indice i) { return bloques[i].retirado; }) >
+                0)
+                estacion.sondea = 0;
+            if (!estacion.retirada) anotarEstacion(k, e);
+        }
+    }
+    for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
+        if (bloques[i].retirado) continue;
+        anotarNivel(i);
+        anotarRegistro(i);
+    }
+}
+
+void Tablas::anotarNivel(Indice bloque) {
+    const auto nivel = static_cast<std::size_t>(bloques[bloque].nivel);
+    if (nivel >= bloquesPorNivel.size()) bloquesPorNivel.resize(nivel + 1);
+    bloquesPorNivel[nivel].push_back(bloque);
+}
+
 std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {
     const BloqueLectura& b = tablas.bloques[bloque];
     const ConexionIP& c = tablas.conexiones[b.idConexion];

@@ -98,6 +98,8 @@ void Form1::armarMenu() {
     entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
             [this] { operador_.MnuServer(); });
     entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuRecargar", tr("&Recargar configuración"), QKeySequence::Refresh,
+            [this] { operador_.recargar(); });
     entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
     driver->addSeparator();
     entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,

@@ -104,6 +104,7 @@ void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puer
                                                      puerto.scanPorDefecto, true, 0);
     if (nuevo < 0) return decir(Que::AltaSinPuerto, direccion);
     ++estacion.aPedido;
+    tablas_.bloques[static_cast<Indice>(nuevo)].aPedido = true;
     decir(Que::BloqueDadoDeAlta, direccion, puerto.scanPorDefecto);
     forzarConocido(static_cast<Indice>(nuevo), direccion, bit, true);
 }
@@ -155,7 +156,7 @@ void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado
 
 void Forzado::Activar_Dir(std::string_view clave, bool estado, std::string_view quien) {
     for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
-        if (tablas_.bloques[i].clave != clave) continue;
+        if (tablas_.bloques[i].retirado || tablas_.bloques[i].clave != clave) continue;
         return Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(i), estado, quien);
     }
 }

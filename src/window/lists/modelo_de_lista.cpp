@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <numeric>
 #include <string>
+#include <utility>
 
 namespace kv {
 
@@ -152,6 +153,13 @@ void ModeloDeLista::mirar(std::uint32_t fila, bool& entraOSale) {
         ++cuantas_[static_cast<std::size_t>(EstadoDeFila::Ninguno)];
     }
     Fila& f = filas_[fila];
+    if (lista_.retirada(fila)) {
+        if (std::exchange(f.retirada, true)) return;
+        --cuantas_[static_cast<std::size_t>(f.estado)];
+        ++retiradas_;
+        entraOSale |= std::exchange(f.pasa, false);
+        return;
+    }
     const EstadoDeFila estado = forma_.estado(lista_, fila);
     --cuantas_[static_cast<std::size_t>(f.estado)];
     ++cuantas_[static_cast<std::size_t>(estado)];
