@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "engine/bitacora.h"
 #include "events/contadores.h"
 #include "events/sucesos.h"
 #include "events/trazas.h"
@@ -74,6 +75,7 @@ class Motor final : private AlCambiarConexion,
     Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
+    Bitacora bitacora;
     Trazas trazas;
     ScriptControl scriptControl;
     Guion guion;
