@@ -170,6 +170,8 @@ void Bitacora::anotar(Clase clase, std::uint64_t cual, const EntradaDeLog& entra
     }
     ++v.calladas;
     v.ultima = std::string(entrada.procedimiento) + ": " + std::string(entrada.mensaje);
+    v.conexion = entrada.conexion;
+    v.estacion = entrada.estacion;
 }
 
 void Bitacora::alPasarElTiempo() {
@@ -198,15 +200,17 @@ bool Bitacora::cerrar(std::uint64_t clave, Ventana& v, std::int64_t ahora) {
                                 cuanto(ahora - v.desdeMs) + "; al final, " + v.ultima;
         EntradaDeLog e{kDriver, procedimiento, que};
         e.novedad = novedad;
+        e.conexion = v.conexion;
+        e.estacion = v.estacion;
         log_.escribir(e);
     }
     if (quieta) return true;
     // It goes on: counted from the start now, and told more seldom. Where nothing was counted the
     // next ones are worth an entry again.
-    const std::int64_t largo =
-        v.calladas > 0 ? std::min(v.largoMs * 2, kVentanaMayorMs) : kVentanaMs;
-    const std::uint32_t sueltas = v.calladas > 0 ? kSueltas : 0;
-    v = {ahora, v.ultimoMs, largo, sueltas, 0, {}};
+    v.desdeMs = ahora;
+    v.largoMs = v.calladas > 0 ? std::min(v.largoMs * 2, kVentanaMayorMs) : kVentanaMs;
+    v.sueltas = v.calladas > 0 ? kSueltas : 0;
+    v.calladas = 0;
     return false;
 }
 

@@ -40,7 +40,9 @@ class Bitacora final : public OyenteDeSucesos {
         std::int64_t largoMs = kVentanaMs;
         std::uint32_t sueltas = 0; ///< written as they came
         std::uint64_t calladas = 0;
-        std::string ultima; ///< what the last of those not written would have said
+        std::string ultima; ///< what the last of those not written would have said, and where
+        std::string conexion;
+        std::string estacion;
     };
 
     void anotar(Clase clase, std::uint64_t cual, const EntradaDeLog& entrada);
