@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plant/tablas.h"
 
+#include "plant/direcciones.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -56,11 +57,6 @@ void Tablas::anotarRegistro(Indice bloque) {
     if (const auto numero = hexadecimal(b.direccion))
         conexiones[b.idConexion].porRegistro.try_emplace(claveDeEstacion(b.plc, 0) | *numero,
                                                          bloque);
-}
-
-std::string Tablas::claveDeConexion(const std::string& ip, const std::string& puertoTCP) {
-    const auto numero = numeroDeTexto(puertoTCP);
-    return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));
 }
 
 Indice Tablas::buscarConexion(const std::string& ip, const std::string& puertoTCP) const {

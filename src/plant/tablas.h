@@ -122,8 +122,6 @@ class Tablas {
 
   private:
     void actualizarPorPolear(const BloqueLectura& b);
-    [[nodiscard]] static std::string claveDeConexion(const std::string& ip,
-                                                     const std::string& puertoTCP);
 
     std::uint64_t edicion_ = 0;
     std::unordered_map<std::string, Indice> porDireccion_;
