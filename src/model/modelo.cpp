@@ -144,6 +144,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     const auto trama = armarTramaLectura(direccion, textoDeNumero(estacion.indice));
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
+    if (trama && activo) ++c.activos;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
     estacion.bloques.push_back(k);
@@ -206,7 +207,7 @@ void Modelo::cambiarNivel(Indice bloque, double nivel) {
 
 void Modelo::retirarBloque(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    reloj_.encender(bloque, false);
+    reloj_.encender(bloque, false, 0);
     reloj_.parar(bloque);
     tablas_.habilitar(bloque, true);
     tablas_.ponerPendiente(bloque, false);

@@ -7,6 +7,7 @@
 #include "log/archivo_log.h"
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
+#include "operator/porque.h"
 #include "operator/recarga.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
@@ -73,6 +74,8 @@ class Operador final : public OrdenDeEscribir {
         Sello& sello;
         const Reloj& reloj;
         ArchivoLog& log;
+        const Contadores& contadores;
+        const PorQue& porQue;
         Recarga& recarga;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
@@ -133,6 +136,9 @@ class Operador final : public OrdenDeEscribir {
     void BtnOcultar() { hacer({Orden::Clase::VerServidor, {}, 0}); }
     /// Writes what a trace box shows into a file.
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
+    /// Why a variable, block, station or connection is as it is.
+    [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }
+    [[nodiscard]] const Contadores& contadores() const { return p_.contadores; }
     struct Cifras {
         std::uint64_t respuestas; ///< of the stations since the start
         std::int64_t ms;          ///< when: on a clock that only goes forward

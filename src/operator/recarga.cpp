@@ -153,7 +153,8 @@ void Recarga::cambiar(Indice bloque, const ConfiguracionDeBloque& pedido) {
     }
     if (std::exchange(b.activoPorDefecto, pedido.activoPorDefecto) != pedido.activoPorDefecto &&
         b.activo != pedido.activoPorDefecto)
-        p_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(bloque, pedido.activoPorDefecto);
+        p_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(bloque, pedido.activoPorDefecto,
+                                                           p_.tablas.ordenantes[0]);
 }
 
 } // namespace kv

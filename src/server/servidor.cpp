@@ -199,7 +199,8 @@ void FrmServerTCP::entra(Visita& visita) {
         return despedir(visita.numero);
     }
     sala_.elegir(visita.numero);
-    wsEscucha_->cerrar();
+    // Others are refused, and no other program can take the port while the client is served.
+    wsEscucha_->reservar();
     sesion_.empezar(visita.remoto);
     if (sincronizado_ != 0 && sincronizado_ != visita.numero) pedirSincronismo();
     sincronizado_ = 0;
