@@ -13,6 +13,7 @@
 #include "operator/operador.h"
 #include "operator/porque.h"
 #include "operator/recarga.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -70,6 +71,7 @@ class Motor final : private AlCambiarConexion,
     ArchivoLog log;
     Vista vista;
     Tablas tablas;
+    Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
     Trazas trazas;

@@ -7,6 +7,7 @@
 #include "log/archivo_log.h"
 #include "model/modelo.h"
 #include "operator/diferencia.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
@@ -45,6 +46,7 @@ class Recarga {
         Guion& guion;
         Vista& vista;
         ArchivoLog& log;
+        Descripciones& descripciones;
     };
     explicit Recarga(const Partes& partes) : p_(partes) {}
 
