@@ -272,6 +272,46 @@
         <source>%1 (apagado)</source>
         <translation>%1 (off)</translation>
     </message>
+    <message>
+        <source>Pasos de las escrituras</source>
+        <translation>Steps of writes</translation>
+    </message>
+    <message>
+        <source>Escrituras</source>
+        <translation>Writes</translation>
+    </message>
+    <message>
+        <source>Dato&amp;s</source>
+        <translation>L&amp;ists</translation>
+    </message>
+    <message>
+        <source>&amp;Copiar filas</source>
+        <translation>&amp;Copy rows</translation>
+    </message>
+    <message>
+        <source>&amp;Exportar como CSV…</source>
+        <translation>&amp;Export as CSV…</translation>
+    </message>
+    <message>
+        <source>&amp;Ordenar por la columna</source>
+        <translation>&amp;Sort by the column</translation>
+    </message>
+    <message>
+        <source>Co&amp;lumnas</source>
+        <translation>Co&amp;lumns</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;decimal</source>
+        <translation>&amp;Decimal values</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;hexadecimal</source>
+        <translation>&amp;Hexadecimal values</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;binario</source>
+        <translation>&amp;Binary values</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -586,7 +626,7 @@
     </message>
     <message>
         <source>Lo que tardó la última corrida del guion, y la memoria que usa</source>
-        <translation>What the script's last run took, and the memory that it uses</translation>
+        <translation>What the script&apos;s last run took, and the memory that it uses</translation>
     </message>
     <message>
         <source>Avisos: %1. El primero, en la %2</source>
@@ -618,6 +658,13 @@
     <message>
         <source>Cancelar</source>
         <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>kv::ModeloDeLista</name>
+    <message>
+        <source>%1 (viejo)</source>
+        <translation>%1 (old)</translation>
     </message>
 </context>
 <context>
@@ -734,12 +781,28 @@
         <translation>Filter of %1</translation>
     </message>
     <message>
-        <source>Muestra las filas que tengan todas las palabras escritas</source>
-        <translation>Shows the rows that hold every word typed</translation>
+        <source>Muestra las filas que tengan todas las palabras escritas; con ^ delante, las que empiecen así</source>
+        <translation>Shows the rows that have all words; with ^ in front, those that begin so</translation>
     </message>
     <message>
-        <source>%1 de %2</source>
-        <translation>%1 of %2</translation>
+        <source>Copiar (Ctrl+C)</source>
+        <translation>Copy (Ctrl+C)</translation>
+    </message>
+    <message>
+        <source>Exportar como CSV…</source>
+        <translation>Export as CSV…</translation>
+    </message>
+    <message>
+        <source>⚠ filtrada: %1 de %2</source>
+        <translation>⚠ filtered: %1 of %2</translation>
+    </message>
+    <message>
+        <source>Exportar %1</source>
+        <translation>Export %1</translation>
+    </message>
+    <message>
+        <source>(notas)</source>
+        <translation>(notes)</translation>
     </message>
 </context>
 <context>

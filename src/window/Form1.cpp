@@ -3,6 +3,7 @@
 
 #include "window/barra_de_estado.h"
 #include "window/controls/control.h"
+#include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmAbout.h"
 #include "window/dialogs/FrmEscritura.h"
@@ -45,18 +46,18 @@ Form1::Form1(const PartesDeVentana& partes)
       Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
       lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
       lblEstadoScript_(rotulo("lblEstadoScript", this)),
-      sockets_(
-          hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
-      variables_(
-          hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
+      sockets_(hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"),
+                                   Anexos{}, this)),
+      variables_(hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"),
+                                     Anexos{}, this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
-                                   this)),
+                                   Anexos{}, this)),
       estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
     setWindowIcon(iconoDelPrograma());
     armarMenu();
-    auto* abajo = hacer<QSplitter>(Qt::Vertical);
+    auto* abajo = control<QSplitter>("partesDeForm1", Qt::Vertical);
     abajo->addWidget(armarListas());
     abajo->addWidget(armarTrazas());
     abajo->setStretchFactor(0, 3);
@@ -77,54 +78,29 @@ Form1::Form1(const PartesDeVentana& partes)
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     setMinimumSize(kCompacta);
     acomodar(*this, kEntera);
+    acordarse();
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
     prepararVentana(*this);
 }
 
-Form1::~Form1() { seguir(false); }
-
-void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
-                    const QKeySequence& teclas, const std::function<void()>& orden) {
-    auto* accion = control<QAction>(nombre, texto, this);
-    accion->setShortcut(teclas);
-    menu->addAction(accion);
-    connect(accion, &QAction::triggered, this, orden);
+Form1::~Form1() {
+    recordarse();
+    seguir(false);
 }
 
-void Form1::armarMenu() {
-    auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
-    menuBar()->addMenu(driver);
-    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
-            [this] { operador_.MnuServer(); });
-    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
-    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
-    driver->addSeparator();
-    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
-            [this] { operador_.MnuOcultar(); });
-    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
+void Form1::recordarse() const {
+    for (const TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->recordarse();
+    for (const QSplitter* partes : findChildren<QSplitter*>())
+        recordar("partes/" + partes->objectName(), partes->saveState());
+    if (!compacta_) recordarLugar(*this);
+}
 
-    auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
-    menuBar()->addMenu(ir);
-    const auto enLista = [this](TablaDeLista* tabla) {
-        listas_->setCurrentWidget(tabla);
-        tabla->enfocar();
-    };
-    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
-            [=, this] { enLista(variables_); });
-    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
-            [=, this] { enLista(bloques_); });
-    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
-        agrandar();
-        sockets_->enfocar();
-    });
-    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
-        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
-    });
-    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
-        agrandar();
-        panel_->irABuscar();
-    });
+void Form1::acordarse() {
+    for (QSplitter* partes : findChildren<QSplitter*>())
+        partes->restoreState(recordado("partes/" + partes->objectName()).toByteArray());
+    volverAlLugar(*this);
 }
 
 QWidget* Form1::armarCabeza() {
@@ -256,6 +232,8 @@ void Form1::conectarListas() {
                 [this](qint64 bloque, bool estado) { operador_.activarBloque(bloque, estado); });
     connect(variables_, &TablaDeLista::activada, this, &Form1::abrirEscritura);
     connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        connect(lista, &TablaDeLista::guardar, this, &Form1::guardar);
 }
 
 void Form1::seguir(bool seguir) {
@@ -398,6 +376,7 @@ void Form1::hideEvent(QHideEvent* suceso) {
     if (suceso->spontaneous()) return; // only to an icon
     ritmo_->stop();
     seguir(false);
+    recordarse();
 }
 
 void Form1::closeEvent(QCloseEvent* suceso) {

@@ -62,6 +62,11 @@ class Form1 final : public QMainWindow {
 
   private:
     void armarMenu();
+    void armarMenuIr();
+    void armarMenuDeDatos();
+    [[nodiscard]] TablaDeLista* laLista() const;
+    void recordarse() const;
+    void acordarse();
     /// A line of a menu; `teclas` may be empty.
     void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
                  const std::function<void()>& orden);

@@ -70,7 +70,7 @@ TEST(TablaDeLista, LoQueSeVeNoSaltaCuandoUnaFilaDejaElFiltro) {
     lista.ponerColumnas(Vista().lstViewVariables.columnas());
     for (int i = 0; i < 300; ++i)
         lista.poner(lista.agregar("1.1." + std::to_string(i)), 2, "OK");
-    TablaDeLista tabla(lista, formaDeVariables(), "Variables", nullptr);
+    TablaDeLista tabla(lista, formaDeVariables(), "Variables", {}, nullptr);
     tabla.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&tabla));
     tabla.seguir(true);
