@@ -318,11 +318,12 @@ void Form1::BtnConfig() {
 }
 
 void Form1::MnuShutdown() {
-    if (guion_ != nullptr && guion_->isWindowModified()) {
-        alFrente(*guion_);
-        guion_->close(); // it asks what becomes of its changes; the way out is free after that
-        return;
-    }
+    if (guion_ == nullptr) return preguntarSalida();
+    if (guion_->isWindowModified()) alFrente(*guion_);
+    guion_->cerrarY([this] { preguntarSalida(); });
+}
+
+void Form1::preguntarSalida() {
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
         operador_.MnuShutdown();

@@ -82,6 +82,7 @@ class Form1 final : public QMainWindow {
     void MnuScript();
     void MnuAbout();
     void MnuShutdown();
+    void preguntarSalida();
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);

@@ -173,9 +173,12 @@ TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
     QTest::keyClicks(&hallar<QPlainTextEdit>(*guion, "TextCodigo"), "a");
     menu("MnuShutdown");
     ASSERT_NE(mensajeSobre(*guion), nullptr);
+    responder(*guion, "Seguir editando");
+    EXPECT_EQ(mensajeSobre(form), nullptr);
+    menu("MnuShutdown");
     responder(*guion, "Cerrar sin guardar");
     EXPECT_TRUE(llega([this] { return form.findChild<FrmScript*>() == nullptr; }));
-    menu("MnuShutdown");
+    ASSERT_NE(mensajeSobre(form), nullptr) << "it has been chosen once";
     EXPECT_EQ(mensajeSobre(form)->text(), "Desea Salir?");
     responder(form, enQt("Sí"));
     EXPECT_EQ(apagados, 1);
