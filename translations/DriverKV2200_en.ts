@@ -312,6 +312,22 @@
         <source>Valores en &amp;binario</source>
         <translation>&amp;Binary values</translation>
     </message>
+    <message>
+        <source>Vi&amp;gilancia</source>
+        <translation>&amp;Monitoring</translation>
+    </message>
+    <message>
+        <source>&amp;Sucesos</source>
+        <translation>&amp;Events</translation>
+    </message>
+    <message>
+        <source>&amp;Tendencias</source>
+        <translation>&amp;Trends</translation>
+    </message>
+    <message>
+        <source>Agregar a tendencias</source>
+        <translation>Add to trends</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -640,6 +656,21 @@
         <source>No hay errores ni avisos marcados.</source>
         <translation>No errors or warnings are marked.</translation>
     </message>
+    <message>
+        <source>✔ Guardado</source>
+        <translation>✔ Saved</translation>
+    </message>
+</context>
+<context>
+    <name>kv::LienzoDeTendencias</name>
+    <message>
+        <source>Elija filas en la lista de variables y, en su menú (botón derecho), &quot;Agregar a tendencias&quot;.</source>
+        <translation>Choose rows in the list of variables and, in their menu (right button), &quot;Add to trends&quot;.</translation>
+    </message>
+    <message>
+        <source>sin datos</source>
+        <translation>no data</translation>
+    </message>
 </context>
 <context>
     <name>kv::Mensajero</name>
@@ -665,6 +696,53 @@
     <message>
         <source>%1 (viejo)</source>
         <translation>%1 (old)</translation>
+    </message>
+</context>
+<context>
+    <name>kv::ModeloDeSucesos</name>
+    <message>
+        <source>nota</source>
+        <translation>note</translation>
+    </message>
+    <message>
+        <source>aviso</source>
+        <translation>warning</translation>
+    </message>
+    <message>
+        <source>alarma</source>
+        <translation>alarm</translation>
+    </message>
+    <message>
+        <source>sí</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>Hora</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>Importa</source>
+        <translation>Severity</translation>
+    </message>
+    <message>
+        <source>Dónde</source>
+        <translation>Where</translation>
+    </message>
+    <message>
+        <source>Qué pasó</source>
+        <translation>What happened</translation>
+    </message>
+    <message>
+        <source>Veces</source>
+        <translation>Times</translation>
+    </message>
+    <message>
+        <source>Reconocido</source>
+        <translation>Acknowledged</translation>
+    </message>
+    <message>
+        <source>%1, la última %2</source>
+        <translation>%1, the last %2</translation>
     </message>
 </context>
 <context>
@@ -806,6 +884,92 @@
     </message>
 </context>
 <context>
+    <name>kv::VentanaDeSucesos</name>
+    <message>
+        <source>&amp;Sólo avisos y alarmas</source>
+        <translation>&amp;Warnings and alarms only</translation>
+    </message>
+    <message>
+        <source>Sólo sin &amp;reconocer</source>
+        <translation>&amp;Unacknowledged only</translation>
+    </message>
+    <message>
+        <source>Sucesos</source>
+        <translation>Events</translation>
+    </message>
+    <message>
+        <source>Filtrar…</source>
+        <translation>Filter…</translation>
+    </message>
+    <message>
+        <source>Filtro de los sucesos</source>
+        <translation>Filter of the events</translation>
+    </message>
+    <message>
+        <source>Re&amp;conocer lo elegido</source>
+        <translation>&amp;Acknowledge the chosen</translation>
+    </message>
+    <message>
+        <source>Reconocer &amp;todo</source>
+        <translation>Acknowledge a&amp;ll</translation>
+    </message>
+    <message>
+        <source>&amp;Exportar como CSV…</source>
+        <translation>&amp;Export as CSV…</translation>
+    </message>
+    <message>
+        <source>Cerrar</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Exportar los sucesos</source>
+        <translation>Export the events</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeTendencias</name>
+    <message>
+        <source>&amp;Pausa</source>
+        <translation>&amp;Pause</translation>
+    </message>
+    <message>
+        <source>Tendencias</source>
+        <translation>Trends</translation>
+    </message>
+    <message>
+        <source>&amp;Últimos:</source>
+        <translation>&amp;Last:</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>&amp;Quitar</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>Guardar &amp;imagen…</source>
+        <translation>Save &amp;picture…</translation>
+    </message>
+    <message>
+        <source>Guardar &amp;CSV…</source>
+        <translation>Save &amp;CSV…</translation>
+    </message>
+    <message>
+        <source>Guardar la imagen</source>
+        <translation>Save the picture</translation>
+    </message>
+    <message>
+        <source>Guardar los valores</source>
+        <translation>Save the values</translation>
+    </message>
+</context>
+<context>
     <name>kv::VentanaServidor</name>
     <message>
         <source>Hacia el cliente (mientras se ve esta ventana)</source>
@@ -822,6 +986,13 @@
     <message>
         <source>&amp;Ocultar</source>
         <translation>&amp;Hide</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Vigilancia</name>
+    <message>
+        <source>Entran %1 variables; quite alguna antes.</source>
+        <translation>There is room for %1 variables; remove one first.</translation>
     </message>
 </context>
 </TS>

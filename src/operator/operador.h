@@ -129,6 +129,9 @@ class Operador final : public OrdenDeEscribir {
     void BtnOcultar() { hacer({Orden::Clase::VerServidor, {}, 0}); }
     /// Writes what a trace box shows into a file.
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
+    /// The same for what is no text.
+    [[nodiscard]] Aviso guardarBytes(const std::string& ruta, std::string_view bytes);
+    [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
     struct Cifras {
         std::uint64_t respuestas; ///< of the stations since the start
         std::int64_t ms;          ///< when: on a clock that only goes forward

@@ -52,7 +52,7 @@ Form1::Form1(const PartesDeVentana& partes)
                                      Anexos{}, this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
                                    Anexos{}, this)),
-      estado_(hacer<BarraDeEstado>(this)) {
+      estado_(hacer<BarraDeEstado>(this)), vigilancia_(hacer<Vigilancia>(partes, this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
     setWindowIcon(iconoDelPrograma());
@@ -74,6 +74,7 @@ Form1::Form1(const PartesDeVentana& partes)
     setCentralWidget(centro);
     setStatusBar(estado_);
     conectarListas();
+    armarMenusDeFilas();
     // The layout's own minimum lags behind what is hidden and would hold the compact size up.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     setMinimumSize(kCompacta);
@@ -234,6 +235,19 @@ void Form1::conectarListas() {
     connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         connect(lista, &TablaDeLista::guardar, this, &Form1::guardar);
+    connect(vigilancia_, &Vigilancia::irA, this, &Form1::irA);
+}
+
+/// Brings the row of a block to the front, or that of a connection where no block is meant.
+void Form1::irA(quint32 bloque, quint32 conexion) {
+    agrandar();
+    alFrente(*this);
+    if (bloque != kNinguno) {
+        listas_->setCurrentWidget(variables_);
+        variables_->elegir(partes_.tablas.bloques[bloque].filaVariable);
+    } else if (conexion != kNinguno) {
+        sockets_->elegir(partes_.tablas.conexiones[conexion].filaLista);
+    }
 }
 
 void Form1::seguir(bool seguir) {

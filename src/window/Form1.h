@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "events/trazas.h"
-#include "operator/editor_de_guion.h"
-#include "operator/operador.h"
-#include "view/vista.h"
+#include "window/partes.h"
+#include "window/vigilancia.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -28,20 +26,8 @@ class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
-class Mensajero;
 class PanelDeOrdenes;
 class TablaDeLista;
-
-/// What the windows show and whom they ask. All of them must outlive the windows.
-struct PartesDeVentana {
-    Vista& vista;
-    const Trazas& trazas;
-    Operador& operador;
-    EditorDeGuion& editor;
-    Mensajero& mensajero;
-    std::string version;
-    std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
-};
 
 /// The main window: three lists, the traces, the commands, the menu. It shows the view at the
 /// screen's pace while it is itself shown, and nothing of it costs anything while it is hidden. It
@@ -64,6 +50,8 @@ class Form1 final : public QMainWindow {
     void armarMenu();
     void armarMenuIr();
     void armarMenuDeDatos();
+    void armarMenuDeVigilancia();
+    void armarMenusDeFilas();
     [[nodiscard]] TablaDeLista* laLista() const;
     void recordarse() const;
     void acordarse();
@@ -83,6 +71,7 @@ class Form1 final : public QMainWindow {
     void MnuAbout();
     void MnuShutdown();
     void preguntarSalida();
+    void irA(quint32 bloque, quint32 conexion);
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);
@@ -119,6 +108,7 @@ class Form1 final : public QMainWindow {
     std::vector<CajaDeTraza*> cajas_;
     std::vector<Fichas*> fichas_;
     BarraDeEstado* estado_;
+    Vigilancia* vigilancia_;
 };
 
 } // namespace kv

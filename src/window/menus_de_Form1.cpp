@@ -41,6 +41,7 @@ void Form1::armarMenu() {
 
     armarMenuIr();
     armarMenuDeDatos();
+    armarMenuDeVigilancia();
 }
 
 void Form1::armarMenuIr() {
@@ -90,6 +91,20 @@ void Form1::armarMenuDeDatos() {
     valores("MnuDecimal", tr("Valores en &decimal"), Base::Decimal, Qt::Key_D);
     valores("MnuHexadecimal", tr("Valores en &hexadecimal"), Base::Hexadecimal, Qt::Key_H);
     valores("MnuBinario", tr("Valores en &binario"), Base::Binaria, Qt::Key_B);
+}
+
+void Form1::armarMenuDeVigilancia() {
+    auto* menu = control<QMenu>("MnuVigilancia", tr("Vi&gilancia"), this);
+    menuBar()->addMenu(menu);
+    entrada(menu, "MnuSucesos", tr("&Sucesos"), Qt::Key_F3,
+            [this] { vigilancia_->abrirSucesos(); });
+    entrada(menu, "MnuTendencias", tr("&Tendencias"), Qt::Key_F4,
+            [this] { vigilancia_->abrirTendencias(); });
+}
+
+void Form1::armarMenusDeFilas() {
+    variables_->agregarAccion("accTendencias", tr("Agregar a tendencias"),
+                              [this] { vigilancia_->agregarATendencias(variables_->elegidas()); });
 }
 
 } // namespace kv

@@ -306,8 +306,8 @@ TEST_F(Principal, EnInglesSiSePide) {
     ponerIdioma("fr");
     EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
     ponerIdioma("en");
-    Form1 inglesa(
-        {p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                   editor, mensajero, "9.9", [] {}});
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
@@ -346,8 +346,8 @@ TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
     EXPECT_TRUE(unica(letras(form))) << qPrintable(letras(form));
     EXPECT_TRUE(letras(form).contains('T')) << "the size has its key and its letter";
     ponerIdioma("en");
-    Form1 inglesa(
-        {p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                   editor, mensajero, "9.9", [] {}});
     EXPECT_TRUE(unica(letras(inglesa))) << qPrintable(letras(inglesa));
     ponerIdioma("");
     for (QTranslator* t : qApp->findChildren<QTranslator*>())

@@ -133,7 +133,8 @@ TEST_F(Listas, ColumnasFiltroTamanoYOrdenSeRecuerdan) {
     hallar<QSplitter>(form, "partesDeListas").setSizes({300, 100});
     const auto partes = hallar<QSplitter>(form, "partesDeListas").sizes();
     form.hide();
-    Form1 otra({p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    Form1 otra({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                editor, mensajero, "9.9", [] {}});
     otra.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&otra));
     auto& tabla = hallar<QTableView>(otra, "lstViewVariables");
@@ -152,8 +153,8 @@ TEST_F(Listas, ColumnasFiltroTamanoYOrdenSeRecuerdan) {
 TEST(TextoDeFilas, LoQueEstorbaVaEntreComillas) {
     QStandardItemModel modelo(1, 2);
     modelo.setHorizontalHeaderLabels({"a", "b;c"});
-    modelo.setItem(0, 0, new QStandardItem("di\"jo\ny"));
-    modelo.setItem(0, 1, new QStandardItem("x\ty"));
+    modelo.setItem(0, 0, hacer<QStandardItem>("di\"jo\ny"));
+    modelo.setItem(0, 1, hacer<QStandardItem>("x\ty"));
     EXPECT_EQ(textoDeFilas(modelo, {0}, {0, 1}, ';'), "a;\"b;c\"\r\n\"di\"\"jo\ny\";\"x\ty\"\r\n");
     EXPECT_EQ(textoDeFilas(modelo, {0}, {1, 0}, '\t'), "b;c\ta\nx y\tdi jo y\n");
 }

@@ -123,8 +123,8 @@ class Principal : public testing::Test {
     Mensajero mensajero{salida};
     EditorDeGuion editor{p.archivos, p.motor.guion, p.motor.scriptControl, p.motor.tablas};
     int apagados = 0;
-    Ventanas ventanas{{p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9",
-                       [this] { ++apagados; }}};
+    Ventanas ventanas{{p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas,
+                       p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};
     Form1& form{ventanas.principal()};
 };
 

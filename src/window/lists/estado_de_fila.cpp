@@ -128,7 +128,7 @@ QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
     switch (estado) {
     case EstadoDeFila::Mal:
     case EstadoDeFila::Desconectada:
-        return oscura ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x1C, 0x1C);
+        return colorDeBad(paleta);
     case EstadoDeFila::Descansa:
     case EstadoDeFila::Vieja:
         return oscura ? QColor(0xFF, 0xC1, 0x66) : QColor(0x8A, 0x52, 0x00);
