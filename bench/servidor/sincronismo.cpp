@@ -47,7 +47,7 @@ class SinOrdenes final : public OrdenesDelCliente {
     void escribirDireccion(std::string_view, double, std::string_view) override {}
     void rechazarEscritura(std::string_view /*d*/, double /*v*/, std::string_view /*o*/,
                            std::string_view /*m*/) override {}
-    void forzarBloque_porNivel_NVeces(double, double) override {}
+    void forzarBloque_porNivel_NVeces(double, double, std::string_view) override {}
     void forzarPoleo(const std::string&) override {}
 };
 

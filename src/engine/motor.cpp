@@ -6,12 +6,18 @@
 #include <exception>
 
 namespace kv {
+namespace {
+
+constexpr std::string_view kElGuion = "el guion"; // who switched a block
+
+} // namespace
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
       sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
-      sucesos(bucle_.reloj()), trazas(sucesos, tablas), scriptControl(bucle_.reloj(), vista),
+      sucesos(bucle_.reloj()), contadores(sucesos, tablas), trazas(sucesos, tablas),
+      scriptControl(bucle_.reloj(), vista),
       guion(bucle_, archivos_, scriptControl, vista, sucesos, log),
       logDelGuion(log, bucle_.reloj()), publicacion(tablas, scriptControl, vista, sello),
       relojDeBloques(bucle_, tablas, publicacion, sucesos, vista, sello),
@@ -27,8 +33,9 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
+      porQue(tablas, turnos, conexiones, relojDeBloques, contadores, bucle_.reloj()),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log}) {
+                bucle_.reloj(), log, contadores, porQue}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);
@@ -103,14 +110,15 @@ double Motor::hacer(const PedidoDelGuion& p) {
         forzado.forzarBloque_porNivel(a);
         break;
     case OperacionDeMw::forzarBloque_porNivel_NVeces:
-        forzado.forzarBloque_porNivel_NVeces(a, b);
+        forzado.forzarBloque_porNivel_NVeces(a, b, kElGuion);
         break;
     case Activar_Desactivar_Bloque_Por_Solicitud:
         if (tablas.bloques.vive(a))
-            forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(a), b != 0);
+            forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(a), b != 0,
+                                                            kElGuion);
         break;
     case Activar_Dir:
-        forzado.Activar_Dir(p.direccion(), a != 0);
+        forzado.Activar_Dir(p.direccion(), a != 0, kElGuion);
         break;
     case ModificarScanDeBloque:
         forzado.ModificarScanDeBloque(a, b);
@@ -136,8 +144,8 @@ void Motor::terminar() {
     auditoria.cerrar();
 }
 
-void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces) {
-    forzado.forzarBloque_porNivel_NVeces(nivel, veces);
+void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) {
+    forzado.forzarBloque_porNivel_NVeces(nivel, veces, quien);
 }
 
 void Motor::forzarPoleo(const std::string& direccion) { forzado.forzarPoleo(direccion); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "events/contadores.h"
 #include "events/sucesos.h"
 #include "events/trazas.h"
 #include "link/conexiones.h"
@@ -10,6 +11,7 @@
 #include "log/archivo_log.h"
 #include "model/modelo.h"
 #include "operator/operador.h"
+#include "operator/porque.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -68,6 +70,7 @@ class Motor final : private AlCambiarConexion,
     Vista vista;
     Tablas tablas;
     Sucesos sucesos;
+    Contadores contadores;
     Trazas trazas;
     ScriptControl scriptControl;
     Guion guion;
@@ -86,6 +89,7 @@ class Motor final : private AlCambiarConexion,
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;
+    PorQue porQue;
     Operador operador;
 
   private:
@@ -106,7 +110,7 @@ class Motor final : private AlCambiarConexion,
                            std::string_view origen) override;
     void rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
                            std::string_view motivo) override;
-    void forzarBloque_porNivel_NVeces(double nivel, double veces) override;
+    void forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) override;
 };
 
 /// The folder in which scripts may use files, below the program's, made if need be; a setting names

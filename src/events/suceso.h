@@ -16,7 +16,7 @@ enum class Que : std::uint8_t {
     // A connection and its turns.
     EnlaceArriba,
     EnlaceAbajo,
-    PausaEmpieza,
+    PausaEmpieza, ///< `numero`: its length, ms
     PausaTermina,
     LineaRetenida, ///< it is held back until late answers can no more come
     LineaNoCalla,  ///< it was held back for too long
@@ -24,7 +24,7 @@ enum class Que : std::uint8_t {
     // What came from a station: `bytes`, or where they are more than eight a text, of which
     // `cuantos` were held from earlier arrivals.
     LlegaronBytes, ///< `numero`: how many the buffer holds
-    Descarte,      ///< no answer
+    Descarte,      ///< no answer; `numero`: of how many bytes
     Sobrante,      ///< an answer that was not waited for, or could not be told from a late one
     Recepcion,     ///< the answer that was waited for
     // Reads.

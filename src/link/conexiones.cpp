@@ -17,6 +17,9 @@ constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setti
 // packet is sent again after some tenths of a second.
 constexpr std::int64_t kPacienciaMinimaMs = 3000;
 
+constexpr std::string_view kLaCerroElOtro = "la cerro el otro extremo";
+constexpr std::string_view kNoContesta = "nadie contesta en esa direccion";
+
 using namespace de_conexiones;
 
 std::string deTantos(double cuantos, double maximo) {
@@ -68,6 +71,7 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
                                 : conectando ? "Conectando..."
                                              : "NO Conectado");
     if (!conectada) hacenFaltaSolicitudes = true;
+    if (estado == EstadoZocalo::CerradoPorElOtro || estado == EstadoZocalo::Error) anotarMotivo(n);
     const bool estaba = c.estadoSupervision == 1;
     const std::uint64_t enlace = wsSocket_[n]->conexiones();
     // A link that went and came back between two passes was lost all the same.
@@ -84,7 +88,10 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
 
 void GestorDeConexiones::pasarA(Indice n, bool conectada) {
     // Stored first: a cascade that fails half-way must not be run again at every pass.
-    tablas_.conexiones[n].estadoSupervision = conectada ? 1 : 0;
+    ConexionIP& c = tablas_.conexiones[n];
+    c.estadoSupervision = conectada ? 1 : 0;
+    c.enlaceDesde = Momento(bucle_.reloj().monotonicoMs());
+    if (conectada) c.motivo.clear();
     sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo, .conexion = n});
     if (destino_ == nullptr) return;
     if (conectada) return destino_->activarPoling_En_Socket(n);
@@ -115,6 +122,7 @@ void GestorDeConexiones::solicitar(Indice n) {
     if (c.contadorIntervalos == 0) {
         c.contadorSolicitudes += 1;
         c.contadorIntervalos += 1;
+        anotarMotivo(n);
         zocalo.abortar();
         zocalo.fijarPaciencia(std::max(c.pacienciaMs, kPacienciaMinimaMs));
         zocalo.conectar(c.ip, c.numeroDePuertoTCP);
@@ -128,6 +136,42 @@ void GestorDeConexiones::solicitar(Indice n) {
         c.enTiempoFuera = true;
         c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
     }
+}
+
+/// Why the link is not up, before the socket forgets it.
+void GestorDeConexiones::anotarMotivo(Indice n) {
+    std::string& motivo = tablas_.conexiones[n].motivo;
+    switch (wsSocket_[n]->estado()) {
+    case EstadoZocalo::Error:
+        motivo = wsSocket_[n]->motivo();
+        return;
+    case EstadoZocalo::CerradoPorElOtro:
+        motivo = kLaCerroElOtro;
+        return;
+    case EstadoZocalo::Conectando:
+        motivo = kNoContesta;
+        return;
+    default:
+        return;
+    }
+}
+
+std::int64_t GestorDeConexiones::proximoIntentoMs(Indice n) const {
+    const ConexionIP& c = tablas_.conexiones[n];
+    const bool corre = timer_SolicitarConexion_->habilitado();
+    const Temporizador& proximo = corre ? *timer_SolicitarConexion_ : *TimerConexiones_;
+    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    const std::int64_t primero = std::max<std::int64_t>(0, proximo.venceMs() - ahora);
+    // So many ticks do something else first; see `solicitar`.
+    double antes = 0;
+    if (c.enTiempoFuera) {
+        antes = std::max(0.0, intervalosTiempoFuera_ - c.contadorTiempoFuera) + 1;
+    } else if (c.contadorIntervalos > 0) {
+        antes = std::max(0.0, std::ceil(intervalosEnEstadoConectando_ - c.contadorIntervalos)) + 1;
+    }
+    if (!corre) antes += 1;
+    return primero + static_cast<std::int64_t>(
+                         antes * static_cast<double>(timer_SolicitarConexion_->intervalo()));
 }
 
 void GestorDeConexiones::refrescarFila(Indice n) {

@@ -47,7 +47,10 @@ class GestorDeConexiones {
     void estadoConexiones();
     /// Starts the periodic supervision.
     void habilitarSupervision() { TimerConexiones_->habilitar(true); }
+    /// Milliseconds until the next attempt to connect one that is not.
+    [[nodiscard]] std::int64_t proximoIntentoMs(Indice n) const;
     [[nodiscard]] Zocalo& wsSocket(Indice i) { return *wsSocket_[i]; }
+    [[nodiscard]] const Zocalo& wsSocket(Indice i) const { return *wsSocket_[i]; }
     [[nodiscard]] std::size_t cuantosZocalos() const { return wsSocket_.size(); }
 
   private:
@@ -56,6 +59,7 @@ class GestorDeConexiones {
     void ticSolicitarConexion();
     void solicitar(Indice n);
     void refrescarFila(Indice n);
+    void anotarMotivo(Indice n);
 
     Bucle& bucle_;
     Tablas& tablas_;

@@ -64,7 +64,8 @@ bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
     });
     if (llego_.basura > 0) {
         ++descartadas_;
-        decirLlegada(Que::Descarte, n, bytes, 0);
+        c.llegoBasura = true;
+        decirLlegada(Que::Descarte, n, bytes, static_cast<double>(llego_.basura));
     }
     if (!llego_.respuestas.empty()) entregar(n);
     return true;
@@ -76,7 +77,8 @@ void Recepcion::entregar(Indice n) {
     vistas_.clear();
     for (const auto& hallada : llego_.respuestas)
         vistas_.push_back(comoSeVe(hallada.trama));
-    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    c.recibidoUs = bucle_.reloj().monotonicoUs();
+    const std::int64_t ahora = c.recibidoUs / 1000;
     using De = RespuestasDebidas::Veredicto::De;
     RespuestasDebidas::Veredicto veredicto;
     const bool esperaba = c.turno == EstadoDeTurno::Esperando;

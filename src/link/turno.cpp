@@ -84,9 +84,11 @@ bool Turnos::reenviar(Indice conexion, const Solicitud& trama, std::int64_t plaz
 
 void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {
     ConexionIP& c = tablas_.conexiones[conexion];
+    c.llegoBasura = false;
+    c.enviadoUs = bucle_.reloj().monotonicoUs();
     // What has come of an answer belongs to an earlier request than the one that leaves now.
     vaciarRecepcion(c);
-    c.debidas.alEnviar(c.registroEnCurso, bucle_.reloj().monotonicoMs(), plazoMs,
+    c.debidas.alEnviar(c.registroEnCurso, c.enviadoUs / 1000, plazoMs,
                        c.debidas.limpia() || llegoTodo(conexion));
     c.tramaEnCurso = trama;
     // Armed before the send: an answer that is handled while events run must find it armed.
@@ -106,6 +108,7 @@ std::int64_t Turnos::descanso(const BloqueLectura& b) const {
 
 void Turnos::abortar(Indice conexion) {
     sucesos_.decir({.que = Que::EnlaceCortado, .conexion = conexion});
+    tablas_.conexiones[conexion].motivo = "la corto el driver con una escritura abandonada";
     zocalos_[conexion]->abortar();
     olvidar(conexion);
 }
@@ -118,6 +121,7 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     if (desde == ahora) sucesos_.decir({.que = Que::LineaRetenida, .conexion = conexion});
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
         sucesos_.decir({.que = Que::LineaNoCalla, .conexion = conexion});
+        c.motivo = "la corto el driver porque la linea no callaba";
         zocalos_[conexion]->abortar();
         return olvidar(conexion);
     }
@@ -141,7 +145,7 @@ void Turnos::pausar(Indice conexion) {
     timers.enCurso = nullptr;
     c.turno = EstadoDeTurno::EnPausa;
     c.pausaCumplida = pausaMs_ < 1;
-    sucesos_.decir({.que = Que::PausaEmpieza, .conexion = conexion});
+    sucesos_.decir({.que = Que::PausaEmpieza, .conexion = conexion, .numero = pausaMs_});
     timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
 }
 

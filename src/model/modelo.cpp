@@ -140,6 +140,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     const auto trama = armarTramaLectura(direccion, textoDeNumero(estacion.indice));
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
+    if (trama && activo) ++c.activos;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
     estacion.bloques.push_back(k);

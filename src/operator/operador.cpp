@@ -11,6 +11,7 @@ namespace kv {
 namespace {
 
 constexpr std::string_view kOrigen = "ventana";
+constexpr std::string_view kQuien = "la ventana";
 constexpr std::string_view kPrimeraDireccion = "1.1.40001";
 constexpr std::size_t kPartesConBit = 4;
 constexpr double kBits = 16;
@@ -79,14 +80,14 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::Forzar:
         return p_.forzado.forzarPoleo(orden.texto);
     case Orden::Clase::ForzarNivel:
-        return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro);
+        return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro, kQuien);
     case Orden::Clase::Escribir:
         p_.solicitudes.escribirDireccion(orden.texto, orden.numero, kOrigen);
         return;
     case Orden::Clase::Activar:
         if (p_.tablas.bloques.vive(orden.numero))
             p_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(orden.numero),
-                                                               orden.otro != 0);
+                                                               orden.otro != 0, kQuien);
         return;
     case Orden::Clase::Scan:
         return p_.forzado.ModificarScanDeBloque(orden.numero, orden.otro);

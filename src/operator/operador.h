@@ -7,6 +7,7 @@
 #include "log/archivo_log.h"
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
+#include "operator/porque.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -72,6 +73,8 @@ class Operador final : public OrdenDeEscribir {
         Sello& sello;
         const Reloj& reloj;
         ArchivoLog& log;
+        const Contadores& contadores;
+        const PorQue& porQue;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -132,6 +135,9 @@ class Operador final : public OrdenDeEscribir {
     /// The same for what is no text.
     [[nodiscard]] Aviso guardarBytes(const std::string& ruta, std::string_view bytes);
     [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
+    /// Why a variable, block, station or connection is as it is.
+    [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }
+    [[nodiscard]] const Contadores& contadores() const { return p_.contadores; }
     struct Cifras {
         std::uint64_t respuestas; ///< of the stations since the start
         std::int64_t ms;          ///< when: on a clock that only goes forward

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/fallidos.h"
 #include "plant/registros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
@@ -55,6 +56,12 @@ struct BloqueLectura {
     std::int64_t tiempoFueraMs = 0;
     std::string clave;
     std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
+
+    std::int64_t leidoMs = -1; ///< when its last answer came, on the clock that never goes back
+    Momento estadoDesde;       ///< since when it is OK or BAD
+    Momento ordenDesde;        ///< when it was switched on or off; none: as it was configured
+    Fallidos fallidos;
+    std::uint8_t ordenante = 0; ///< who did that: see Tablas::ordenantes
 
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/fallidos.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -34,6 +36,7 @@ struct Estacion {
     std::uint32_t agotados = 0;         ///< blocks in a row that gave no answer to all their tries
     bool muda = false;        ///< known to be silent: one block asks for all, once after each rest
     std::uint32_t sondea = 0; ///< place in `bloques` of the one that asks
+    Fallidos fallidos;        ///< of all its blocks
     // Configuration only:
     std::int16_t puerto = 0;
     std::string ip;

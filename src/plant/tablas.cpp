@@ -4,6 +4,8 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 
+#include <algorithm>
+
 namespace kv {
 namespace {
 
@@ -28,8 +30,22 @@ void Tablas::ponerPendiente(Indice bloque, bool pendiente) {
 }
 
 void Tablas::ponerActivo(Indice bloque, bool activo) {
-    bloques[bloque].activo = activo;
-    actualizarPorPolear(bloques[bloque]);
+    BloqueLectura& b = bloques[bloque];
+    if (b.activo != activo && b.tieneTrama && b.idConexion != kNinguno)
+        conexiones[b.idConexion].activos += activo ? 1U : -1U;
+    b.activo = activo;
+    actualizarPorPolear(b);
+}
+
+std::uint8_t Tablas::ordenante(std::string_view quien) {
+    constexpr std::size_t kMaximo = 255;
+    constexpr std::size_t kLargo = 64;
+    quien = quien.substr(0, kLargo);
+    auto i = std::find(ordenantes.begin(), ordenantes.end(), quien);
+    if (i == ordenantes.end() && ordenantes.size() <= kMaximo)
+        i = ordenantes.emplace(i, ordenantes.size() < kMaximo ? quien : "otros");
+    if (i == ordenantes.end()) --i;
+    return static_cast<std::uint8_t>(i - ordenantes.begin());
 }
 
 void Tablas::habilitar(Indice bloque, bool habilitado) {

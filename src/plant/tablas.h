@@ -55,8 +55,16 @@ struct ConexionIP {
     bool enTiempoFuera = false;
     double estadoSupervision = 0;
     std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on
+    Momento enlaceDesde;                 ///< since when it is up, or lost; none: never was up
+    std::string motivo;                  ///< why it is not up, as far as the last attempt told
+    std::uint32_t activos = 0;           ///< its blocks that are polled: on, and with a frame
+    bool llegoBasura = false;            ///< bytes that make no answer, since the last request
 
     std::vector<std::uint8_t> recepcion;
+
+    // On the clock that never goes back:
+    std::int64_t enviadoUs = 0;  ///< when the last request left
+    std::int64_t recibidoUs = 0; ///< when the last valid answer came, whosever it was
 };
 
 /// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
@@ -68,6 +76,8 @@ class Tablas {
     Tabla<BloqueLectura> bloques;
     Tabla<BloqueEscritura> escrituras;
     std::vector<std::vector<Indice>> bloquesPorNivel; ///< in creation order
+    /// Who may have switched a block on or off; the first is the configuration.
+    std::vector<std::string> ordenantes{"la configuracion"};
     double cantidadDePuntos = 0;
     double cantidadDeEstaciones = 0;
 
@@ -76,6 +86,8 @@ class Tablas {
     void ponerPendiente(Indice bloque, bool pendiente);
     void ponerActivo(Indice bloque, bool activo);
     void habilitar(Indice bloque, bool habilitado);
+    /// The number in `ordenantes` of somebody; of so many at most, the others being "otros".
+    [[nodiscard]] std::uint8_t ordenante(std::string_view quien);
     /// Position in the connection's `bloques` of the block to be polled next, the one polled last
     /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.
     [[nodiscard]] std::size_t siguientePorPolear(Indice conexion) const;

@@ -23,6 +23,8 @@ class Sello {
         return texto_;
     }
 
+    [[nodiscard]] const Reloj& reloj() const { return reloj_; }
+
   private:
     const Reloj& reloj_;
     FechaHora ultima_;

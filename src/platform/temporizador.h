@@ -27,6 +27,8 @@ class Temporizador {
     [[nodiscard]] std::int64_t intervalo() const { return intervaloMs_; }
     void habilitar(bool encendido);
     [[nodiscard]] bool habilitado() const { return habilitado_; }
+    /// When it is due, on the loop's clock, while it runs.
+    [[nodiscard]] std::int64_t venceMs() const { return venceUs_ / 1000; }
     /// Off, given the interval, on: a fresh countdown whatever the timer was doing.
     void rearmar(std::int64_t ms);
 

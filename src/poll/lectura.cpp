@@ -28,6 +28,7 @@ void Lectura::contestada(Indice conexion, const Respuesta& respuesta) {
 void Lectura::dudosa(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
     const Indice i = c.bloqueEnCurso;
+    reloj_.fallar(i, FinDeIntento::Dudosa);
     if (reloj_.dudar(i) && !reloj_.reintentar(i)) return deshabilitar(conexion, i);
     c.bloqueDePrueba = i;
     turnos_.pausar(conexion);
@@ -42,6 +43,9 @@ void Lectura::vencida(Indice conexion) {
         reloj_.parar(i);
         return turnos_.pausar(conexion);
     }
+    const ConexionIP& c = tablas_.conexiones[conexion];
+    const bool danada = c.llegoBasura || !c.recepcion.empty();
+    reloj_.fallar(i, danada ? FinDeIntento::Danada : FinDeIntento::SinNada);
     sucesos_.decir({.que = Que::TiempoFuera, .conexion = conexion, .bloque = i});
     if (!reloj_.reintentar(i)) return deshabilitar(conexion, i);
     reintentarBloque(i);

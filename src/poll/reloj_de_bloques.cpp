@@ -91,6 +91,19 @@ void RelojDeBloques::avanzarForzado(BloqueLectura& b) {
     mostrar(b, de_bloques::kNota, "FORZADO POR NIVEL OK");
 }
 
+void RelojDeBloques::fallar(Indice bloque, FinDeIntento como) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    const std::int64_t ahora = sello_.reloj().monotonicoMs();
+    b.fallidos.sumar(como, ahora);
+    tablas_.estacionDe(b).fallidos.sumar(como, ahora);
+}
+
+std::int64_t RelojDeBloques::faltanMs(Indice bloque) const {
+    const Temporizador& t = Timer1_Bloques_[bloque];
+    if (!t.habilitado() || t.intervalo() == 0) return -1;
+    return std::max<std::int64_t>(0, t.venceMs() - sello_.reloj().monotonicoMs());
+}
+
 bool RelojDeBloques::dudar(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
     return std::exchange(b.enDuda, true) && b.activo;
@@ -152,8 +165,10 @@ void RelojDeBloques::forzar(Indice bloque, double veces, std::string_view nota) 
     mostrar(b, de_bloques::kNota, nota);
 }
 
-void RelojDeBloques::encender(Indice bloque, bool activo) {
+void RelojDeBloques::encender(Indice bloque, bool activo, std::uint8_t ordenante) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    b.ordenante = ordenante;
+    b.ordenDesde = Momento(sello_.reloj().monotonicoMs());
     if (b.forzado) mostrar(b, de_bloques::kNota, "");
     b.forzado = b.lecturaForzada = false;
     publicacion_.ponerActivo(bloque, activo);

@@ -37,6 +37,8 @@ class RelojDeBloques {
     void salir(Indice bloque);
     /// Its request was answered: the scan begins anew.
     void contestar(Indice bloque);
+    /// A try failed, and how.
+    void fallar(Indice bloque, FinDeIntento como);
     /// A try whose answer could not be told; true for the second in a row and on, which counts as
     /// failed.
     [[nodiscard]] bool dudar(Indice bloque);
@@ -54,11 +56,13 @@ class RelojDeBloques {
     /// `veces` reads that leave from now on, above 0, and then as it was before; `nota` is shown
     /// meanwhile.
     void forzar(Indice bloque, double veces, std::string_view nota);
-    /// Switches it on or off, which ends a force.
-    void encender(Indice bloque, bool activo);
+    /// Switches it on or off, which ends a force. `ordenante`: see Tablas.
+    void encender(Indice bloque, bool activo, std::uint8_t ordenante);
     /// Seconds, from a scan that a block can have.
     void cambiarScan(Indice bloque, double segundos);
 
+    /// Milliseconds until its timer ticks; -1: it will not.
+    [[nodiscard]] std::int64_t faltanMs(Indice bloque) const;
     /// Its timer runs.
     [[nodiscard]] bool enMarcha(Indice bloque) const {
         return Timer1_Bloques_[bloque].habilitado();

@@ -36,6 +36,7 @@ void Publicacion::mostrar(FilaDeLista fila, double valor, std::string_view estad
 
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
     std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(nombreDeScript(bloque.clave));
+    bloque.estadoDesde = Momento(sello_.reloj().monotonicoMs());
     publicar(bloque.ranuraValor, 0);
     publicar(bloque.ranuraEstado, kBad);
 }
@@ -56,11 +57,20 @@ void Publicacion::ponerActivo(Indice bloque, bool activo) {
     }
 }
 
+void Publicacion::ponerEstado(BloqueLectura& b, double estado) {
+    if (b.estado == estado) return;
+    b.estado = estado;
+    b.estadoDesde = Momento(sello_.reloj().monotonicoMs());
+}
+
 void Publicacion::valorLeido(Indice bloque, double valor) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    b.leidoMs = tablas_.conexiones[b.idConexion].recibidoUs / 1000;
+    if (b.fallidos.desde.hay()) b.fallidos = {};
+    if (Estacion& e = tablas_.estacionDe(b); e.fallidos.desde.hay()) e.fallidos = {};
     if (b.valor == valor && b.estado == kOk) return;
     b.valor = valor;
-    b.estado = kOk;
+    ponerEstado(b, kOk);
     publicar(b.ranuraValor, valor);
     publicar(b.ranuraEstado, kOk);
     const std::string ahora = sello_.ahora();
@@ -89,7 +99,7 @@ void Publicacion::ponerBits(BloqueLectura& bloque, std::string_view texto,
 
 void Publicacion::sinRespuesta(Indice bloque, std::string_view texto) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    b.estado = kBad;
+    ponerEstado(b, kBad);
     vista_.lstViewVariables.poner(b.filaVariable, kEstado, texto);
     publicar(b.ranuraEstado, kBad);
     ponerBits(b, texto, sello_.ahora());
@@ -100,7 +110,7 @@ void Publicacion::establecerBAD_En_Socket(Indice conexion) {
     const std::string ahora = sello_.ahora();
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         BloqueLectura& b = tablas_.bloques[i];
-        b.estado = kBad;
+        ponerEstado(b, kBad);
         publicar(b.ranuraEstado, kBad);
         vista_.lstViewVariables.poner(b.filaVariable, kEstado, textoEstado(kBad));
         vista_.lstViewVariables.poner(b.filaVariable, kFechaHora, ahora);

@@ -35,7 +35,7 @@ class Publicacion {
     /// Switches a block on or off: the one place that does, so that its check boxes tell the truth.
     void ponerActivo(Indice bloque, bool activo);
     /// A good answer: stores value and status OK, publishes, shows and notifies, but only when the
-    /// value or the status is new.
+    /// value or the status is new. Tries that failed before are forgotten.
     void valorLeido(Indice bloque, double valor);
     /// No answer is to be had: the variable and its bits become BAD, for the reason that `texto`
     /// says in their rows.
@@ -44,6 +44,7 @@ class Publicacion {
     void establecerBAD_En_Socket(Indice conexion);
 
   private:
+    void ponerEstado(BloqueLectura& bloque, double estado);
     void publicar(Indice ranura, double valor);
     void notificar(const BloqueLectura& bloque);
     void mostrar(FilaDeLista fila, double valor, std::string_view estado, const std::string& hora);

@@ -17,7 +17,8 @@ class OrdenesDelCliente {
     /// A write that the door does not let through, for the operator and the records.
     virtual void rechazarEscritura(std::string_view direccion, double valor,
                                    std::string_view origen, std::string_view motivo) = 0;
-    virtual void forzarBloque_porNivel_NVeces(double nivel, double veces) = 0;
+    virtual void forzarBloque_porNivel_NVeces(double nivel, double veces,
+                                              std::string_view quien) = 0;
     /// An address that was asked for and is in no table.
     virtual void forzarPoleo(const std::string& direccion) = 0;
 };

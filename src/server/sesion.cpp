@@ -136,7 +136,9 @@ void Sesion::forzarUna(std::string_view contenido) {
     const auto campos = dosCampos(contenido);
     if (!campos) return;
     const double nivel = numeroDeCampo(campos->first);
-    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second));
+    // Without its port: a client that comes again is the same one.
+    const std::string quien = "el cliente " + remoto_.substr(0, remoto_.rfind(':'));
+    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second), quien);
 }
 
 void Sesion::leerUna(std::string_view contenido) {

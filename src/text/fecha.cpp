@@ -91,4 +91,32 @@ FechaHora fechaDesdeSegundos(long long segundos, int milisegundo) {
     return f;
 }
 
+long long segundosDesdeFecha(const FechaHora& f) {
+    const long long anio = f.mes <= 2 ? f.anio - 1 : f.anio;
+    const long long era = (anio >= 0 ? anio : anio - 399) / 400;
+    const long long anioDeEra = anio - era * 400;
+    const long long diaDeAnio = (153 * (f.mes + (f.mes > 2 ? -3 : 9)) + 2) / 5 + f.dia - 1;
+    const long long dias =
+        era * 146097 + anioDeEra * 365 + anioDeEra / 4 - anioDeEra / 100 + diaDeAnio - 719468;
+    return dias * 86400 + f.hora * 3600 + f.minuto * 60 + f.segundo;
+}
+
+std::string textoDeDuracion(long long ms) {
+    constexpr long long kSegundo = 1000, kMinuto = 60 * kSegundo, kHora = 60 * kMinuto,
+                        kDia = 24 * kHora;
+    const auto dos = [ms](long long grande, const char* suNombre, long long chica,
+                          const char* nombreDeChica) {
+        std::string s = std::to_string(ms / grande) + suNombre;
+        if (ms % grande / chica != 0)
+            s += ' ' + std::to_string(ms % grande / chica) + nombreDeChica;
+        return s;
+    };
+    if (ms < 10 * kSegundo)
+        return std::to_string(ms / kSegundo) + ',' + std::to_string(ms % kSegundo / 100) + " s";
+    if (ms < kMinuto) return std::to_string(ms / kSegundo) + " s";
+    if (ms < kHora) return dos(kMinuto, " min", kSegundo, " s");
+    if (ms < kDia) return dos(kHora, " h", kMinuto, " min");
+    return dos(kDia, " d", kHora, " h");
+}
+
 } // namespace kv

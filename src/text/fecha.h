@@ -29,5 +29,8 @@ struct FechaHora {
 
 /// The calendar time of a number of seconds since 1 January 1970, in that same time zone.
 [[nodiscard]] FechaHora fechaDesdeSegundos(long long segundos, int milisegundo = 0);
+[[nodiscard]] long long segundosDesdeFecha(const FechaHora& f);
+/// A duration as people say it: "0,4 s", "12 s", "3 min 20 s", "5 h 2 min", "4 d 3 h".
+[[nodiscard]] std::string textoDeDuracion(long long ms);
 
 } // namespace kv

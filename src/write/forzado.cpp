@@ -123,13 +123,13 @@ void Forzado::forzarBloque_porNivel(double nivel) {
     enNivel(nivel, [this](Indice i) { forzarVeces(i, 1, "FORZANDO POR NIVEL"); });
 }
 
-void Forzado::forzarBloque_porNivel_NVeces(double nivel, double veces) {
-    enNivel(nivel, [this, veces](Indice i) {
+void Forzado::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) {
+    enNivel(nivel, [this, veces, quien](Indice i) {
         if (veces > 0)
             forzarVeces(i, veces,
                         "FORZANDO POR NIVEL, Cantidad de veces a leer : " + textoDeNumero(veces));
-        if (veces == 0) Activar_Desactivar_Bloque_Por_Solicitud(i, true);
-        if (veces == -1) Activar_Desactivar_Bloque_Por_Solicitud(i, false);
+        if (veces == 0) Activar_Desactivar_Bloque_Por_Solicitud(i, true, quien);
+        if (veces == -1) Activar_Desactivar_Bloque_Por_Solicitud(i, false, quien);
     });
 }
 
@@ -142,9 +142,10 @@ void Forzado::forzarVeces(Indice bloque, double veces, std::string_view nota) {
     forzarBloque_porID(bloque);
 }
 
-void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado) {
+void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
+                                                      std::string_view quien) {
     const BloqueLectura& b = tablas_.bloques[bloque];
-    reloj_.encender(bloque, estado);
+    reloj_.encender(bloque, estado, tablas_.ordenante(quien));
     mudas_.alCambiarActivo(bloque);
     if (!estado || !turnos_.conectada(b.idConexion)) return;
     if (!b.pendiente) return forzarBloque_porID(bloque);
@@ -152,10 +153,10 @@ void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado
     poleo_.buscoSiguienteAPolear(b.idConexion);
 }
 
-void Forzado::Activar_Dir(std::string_view clave, bool estado) {
+void Forzado::Activar_Dir(std::string_view clave, bool estado, std::string_view quien) {
     for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
         if (tablas_.bloques[i].clave != clave) continue;
-        return Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(i), estado);
+        return Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(i), estado, quien);
     }
 }
 

@@ -28,10 +28,12 @@ class Forzado {
     void forzarBloque_porNivel(double nivel);
     /// `veces` above 0: reads every block of the level so often, on its own scan, and leaves it as
     /// it found it; 0 switches the level on, -1 off.
-    void forzarBloque_porNivel_NVeces(double nivel, double veces);
+    /// `quien` is who is told to have switched it so, here and in what follows.
+    void forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien);
     /// Also ends a force by level that is running.
-    void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado);
-    void Activar_Dir(std::string_view clave, bool estado);
+    void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
+                                                 std::string_view quien);
+    void Activar_Dir(std::string_view clave, bool estado, std::string_view quien);
     /// Seconds, 0 or from a millisecond to a year; other values change nothing, like an index of no
     /// block.
     void ModificarScanDeBloque(double bloque, double segundos);

@@ -92,7 +92,7 @@ TEST_F(Fuerza, UnaDesconocidaSeDaDeAltaYOtrasSeRechazan) {
 }
 
 TEST_F(Fuerza, UnNivelTresVecesYQuedaComoEstaba) {
-    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, false);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, false, "una prueba");
     forzado.ModificarScanDeBloque(0, 2);
     p.avanzar(3000);
     plc.pedidos.clear();
@@ -100,8 +100,9 @@ TEST_F(Fuerza, UnNivelTresVecesYQuedaComoEstaba) {
         return std::count_if(plc.pedidos.begin(), plc.pedidos.end(),
                              [&](const auto& x) { return x.trama[3] == registro; });
     };
-    forzado.forzarBloque_porNivel_NVeces(2, 1);
-    forzado.forzarBloque_porNivel_NVeces(2, 3); // what an earlier force counted is no matter
+    forzado.forzarBloque_porNivel_NVeces(2, 1, "una prueba");
+    forzado.forzarBloque_porNivel_NVeces(
+        2, 3, "una prueba"); // what an earlier force counted is no matter
     EXPECT_EQ(columna4(k20), "FORZANDO POR NIVEL, Cantidad de veces a leer : 3");
     EXPECT_TRUE(tildado(k20)) << "on while it is forced";
     forzado.ModificarScanDeBloque(k20, 2);
@@ -119,13 +120,13 @@ TEST_F(Fuerza, UnNivelTresVecesYQuedaComoEstaba) {
     EXPECT_TRUE(p.bloque(0).activo && tildado(0)) << "it was polled, and goes on";
     EXPECT_GT(leidas(0x10), 5);
     EXPECT_TRUE(p.bloque(k30).activo) << "another level";
-    forzado.forzarBloque_porNivel_NVeces(2, 0);
+    forzado.forzarBloque_porNivel_NVeces(2, 0, "una prueba");
     EXPECT_TRUE(tildado(0) && tildado(k20));
-    forzado.forzarBloque_porNivel_NVeces(2, -2);
+    forzado.forzarBloque_porNivel_NVeces(2, -2, "una prueba");
     EXPECT_TRUE(p.bloque(0).activo);
-    forzado.forzarBloque_porNivel_NVeces(2, -1);
+    forzado.forzarBloque_porNivel_NVeces(2, -1, "una prueba");
     EXPECT_FALSE(tildado(0) || tildado(k20) || p.bloque(0).activo);
-    forzado.forzarBloque_porNivel_NVeces(1e300, 1);
+    forzado.forzarBloque_porNivel_NVeces(1e300, 1, "una prueba");
     forzado.forzarBloque_porNivel(-1);
     EXPECT_TRUE(dicho(" Ningun bloque tiene el nivel -1\r\n"));
 }
@@ -135,10 +136,10 @@ TEST_F(Fuerza, LoQueYaVeniaNoCuentaYUnTildeTermina) {
     forzado.forzarPoleo("1.1.20");
     p.avanzar(100); // its request is out
     forzado.ModificarScanDeBloque(k20, 1);
-    forzado.forzarBloque_porNivel_NVeces(2, 2);
+    forzado.forzarBloque_porNivel_NVeces(2, 2, "una prueba");
     p.avanzar(600);
     EXPECT_EQ(columna4(k20), "FORZANDO POR NIVEL, Cantidad de veces a leer : 2");
-    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, true);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, true, "una prueba");
     p.avanzar(30'000);
     EXPECT_FALSE(p.bloque(k20).forzado);
     EXPECT_EQ(columna4(k20), "");
@@ -152,7 +153,7 @@ TEST_F(Fuerza, LoQueNoSePuedePolearSeDice) {
     q.en("10.0.0.1");
     q.arrancarYConectar();
     q.motor.forzado.forzarPoleo("1.1.40001");
-    q.motor.forzado.forzarBloque_porNivel_NVeces(4, 1);
+    q.motor.forzado.forzarBloque_porNivel_NVeces(4, 1, "una prueba");
     const std::string dice = q.motor.trazas.txtDemandaLecturaEscritura.texto();
     EXPECT_EQ(dice.find("Forzado OK"), std::string::npos);
     EXPECT_NE(dice.find(" Imposible FORZAR, el bloque no se puede polear: 1.1.40001\r\n"),
@@ -164,18 +165,19 @@ TEST_F(Fuerza, ApagadoMientrasSeLoEsperaYEncendidoDeNuevo) {
     plc.demora = [](const Solicitud&) { return 2000.0; };
     forzado.forzarPoleo("1.1.20");
     p.avanzar(500);
-    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, false);
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(k20, false, "una prueba");
     p.avanzar(30'000);
     EXPECT_EQ(plc.pedidos.size(), 1U);
     EXPECT_EQ(p.conexion(0).turno, EstadoDeTurno::Libre);
-    forzado.Activar_Dir("1.1.20", true);
+    forzado.Activar_Dir("1.1.20", true, "una prueba");
     p.avanzar(1000);
     EXPECT_EQ(plc.pedidos.size(), 2U);
     plc.cortar();
     p.bucle.red().rechazar("10.0.0.1", 502);
     p.avanzar(5000);
-    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, false);
-    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, true); // while the link is down
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, false, "una prueba");
+    forzado.Activar_Desactivar_Bloque_Por_Solicitud(0, true,
+                                                    "una prueba"); // while the link is down
     plc.pedidos.clear();
     p.bucle.red().atender("10.0.0.1", 502, plc);
     p.avanzar(60'000);

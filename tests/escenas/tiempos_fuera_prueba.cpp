@@ -197,8 +197,8 @@ TEST_F(Muda, CaeEnteraSeSondeaUnaVezPorDescansoYVuelveEntera) {
     }
     EXPECT_TRUE(sondeos == 5 || sondeos == 6) << sondeos << " rests, one request each";
     EXPECT_EQ(quienes.size(), static_cast<std::size_t>(sondeos)) << "each block in its turn";
-    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, false);
-    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, true);
+    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, false, "una prueba");
+    p.motor.forzado.Activar_Desactivar_Bloque_Por_Solicitud(3, true, "una prueba");
     muda = false;
     p.avanzar(23'000);
     EXPECT_EQ(buenos(), 6) << "one answer brings all of them back, and due";

@@ -233,7 +233,7 @@ void Mundo::forzarNivel(std::uint32_t nivel, int veces) {
             actualidad_.forzar(i, static_cast<std::uint32_t>(std::max(veces, 0)));
     }
     const std::uint64_t antes = turno_.pedidos();
-    motor_.forzado.forzarBloque_porNivel_NVeces(nivel, veces);
+    motor_.forzado.forzarBloque_porNivel_NVeces(nivel, veces, "una prueba");
     // Whether a read that left meanwhile left before or after the force reached its block is not
     // known.
     for (std::size_t n = 0; turno_.pedidos() > antes && n < c_.conexiones(); ++n) {
@@ -244,7 +244,7 @@ void Mundo::forzarNivel(std::uint32_t nivel, int veces) {
 
 void Mundo::encender(Indice bloque, bool encendido) {
     actualidad_.forzar(bloque, 0);
-    motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(bloque, encendido);
+    motor_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(bloque, encendido, "una prueba");
 }
 
 /// A forced read is answered or refused, and either is said.

@@ -85,7 +85,8 @@ class OrdenesDePrueba final : public OrdenesDelCliente {
         hechas.push_back("rechazar " + std::string(direccion) + " " + textoDeNumero(valor) + ": " +
                          std::string(motivo));
     }
-    void forzarBloque_porNivel_NVeces(double nivel, double veces) override {
+    void forzarBloque_porNivel_NVeces(double nivel, double veces,
+                                      std::string_view /*quien*/) override {
         hechas.push_back("forzar " + textoDeNumero(nivel) + " " + textoDeNumero(veces));
         if (alHacer) alHacer();
     }

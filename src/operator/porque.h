@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "events/contadores.h"
+#include "link/conexiones.h"
+#include "link/turno.h"
+#include "plant/tablas.h"
+#include "platform/reloj.h"
+#include "poll/reloj_de_bloques.h"
+
+#include <cstdint>
+#include <string>
+
+namespace kv {
+
+/// How old a variable is, and since when it is what it is. Milliseconds of the clock that never
+/// goes back.
+struct Edad {
+    bool ok = false;
+    std::int64_t desdeMs = 0;    ///< since when it is OK or BAD
+    std::int64_t leidaMs = -1;   ///< its last answer; -1: never
+    std::int64_t esperadaMs = 0; ///< how old it may be; 0: nobody is to read it by itself
+    bool vieja = false;          ///< OK, and older than that
+};
+
+/// What a station, or all of a connection, says for itself.
+struct ResumenDeEstacion {
+    std::uint32_t ok = 0, bad = 0, viejas = 0; ///< variables that are polled
+    bool callada = false;                      ///< it does not answer
+    std::int64_t desdeMs = -1;  ///< when the first of the tries in a row failed; -1: none did
+    std::uint32_t intentos = 0; ///< so many
+};
+
+/// Why things are as they are, in one sentence each, in Spanish. Looks at the plant's records when
+/// it is asked and keeps nothing. Indices must be those of records that exist.
+class PorQue {
+  public:
+    /// All of them must outlive this.
+    PorQue(const Tablas& tablas, const Turnos& turnos, const GestorDeConexiones& conexiones,
+           const RelojDeBloques& relojDeBloques, const Contadores& contadores, const Reloj& reloj)
+        : tablas_(tablas), turnos_(turnos), conexiones_(conexiones), bloques_(relojDeBloques),
+          contadores_(contadores), reloj_(reloj) {}
+
+    /// Of the variable of a block: whether its value counts, since when, and why not.
+    [[nodiscard]] std::string porQueVariable(Indice bloque) const;
+    /// What a block is at and when its next request is due.
+    [[nodiscard]] std::string porQueBloque(Indice bloque) const;
+    [[nodiscard]] std::string porQueEstacion(Indice conexion, Indice estacion) const;
+    [[nodiscard]] std::string porQueConexion(Indice conexion) const;
+
+    [[nodiscard]] Edad edad(Indice bloque) const;
+    [[nodiscard]] ResumenDeEstacion resumen(Indice conexion, Indice estacion) const;
+    /// How long one turn of all blocks of a connection takes as a rule, ms.
+    [[nodiscard]] std::int64_t turnoDeTodosMs(Indice conexion) const;
+    /// "03:12:05", with its day where that is not today.
+    [[nodiscard]] std::string hora(std::int64_t ms) const;
+    /// "2,3 s": how long ago.
+    [[nodiscard]] std::string hace(std::int64_t ms) const;
+
+  private:
+    [[nodiscard]] std::string causa(const BloqueLectura& b) const;
+    [[nodiscard]] std::string sinEnlace(Indice conexion) const;
+    [[nodiscard]] std::string enDescanso(const BloqueLectura& b) const;
+    [[nodiscard]] std::string enSuTurno(const BloqueLectura& b) const;
+    [[nodiscard]] std::string queOcupaLaLinea(const BloqueLectura& b) const;
+    [[nodiscard]] std::string intentos(const Fallidos& f) const;
+    [[nodiscard]] std::string apagado(const BloqueLectura& b) const;
+    [[nodiscard]] bool callada(const Estacion& e) const;
+    [[nodiscard]] Indice quienSondea(const Estacion& e) const;
+
+    const Tablas& tablas_;
+    const Turnos& turnos_;
+    const GestorDeConexiones& conexiones_;
+    const RelojDeBloques& bloques_;
+    const Contadores& contadores_;
+    const Reloj& reloj_;
+};
+
+} // namespace kv

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace kv {
+
+/// A moment of the clock that never goes back, to a tenth of a second, in half the room.
+class Momento {
+  public:
+    Momento() = default;
+    explicit Momento(std::int64_t ms) : decimas_(static_cast<std::uint32_t>(ms / 100 + 1)) {}
+    [[nodiscard]] bool hay() const { return decimas_ != 0; }
+    /// Milliseconds; of one that there is.
+    [[nodiscard]] std::int64_t ms() const { return (std::int64_t{decimas_} - 1) * 100; }
+
+  private:
+    std::uint32_t decimas_ = 0;
+};
+
+/// How a try to read failed.
+enum class FinDeIntento : std::uint8_t {
+    SinNada, ///< nothing came in time
+    Danada,  ///< bytes came that make no answer
+    Dudosa   ///< an answer came that may be another register's
+};
+
+/// The tries in a row that failed, since the last accepted answer.
+struct Fallidos {
+    Momento desde;                          ///< none: the last try was answered, or there was none
+    std::array<std::uint32_t, 3> cuantas{}; ///< by FinDeIntento
+    void sumar(FinDeIntento cual, std::int64_t ahoraMs) {
+        if (!desde.hay()) desde = Momento(ahoraMs);
+        ++cuantas[static_cast<std::size_t>(cual)];
+    }
+    [[nodiscard]] std::uint32_t total() const { return cuantas[0] + cuantas[1] + cuantas[2]; }
+};
+
+} // namespace kv
