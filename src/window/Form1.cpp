@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/Form1.h"
 
+#include "window/anexos_de_listas.h"
 #include "window/barra_de_estado.h"
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
 #include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmAbout.h"
@@ -35,6 +37,7 @@ constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
 constexpr int kAnchoDelProyecto = 200; // pixels: names of files have no end either
+constexpr int kAnchoDeLaFalla = 340;   // neither has what a script failed with
 constexpr int kLineasDelGuion = 3;
 constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
 
@@ -42,17 +45,18 @@ constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no e
 
 Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
-      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)), Label1_(rotulo("Label1", this)),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
+      vigilancia_(hacer<Vigilancia>(partes, this)), Label1_(rotulo("Label1", this)),
       Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
       lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
       lblEstadoScript_(rotulo("lblEstadoScript", this)),
       sockets_(hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"),
-                                   Anexos{}, this)),
+                                   anexosDeConexiones(partes, vigilancia_->recuento()), this)),
       variables_(hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"),
-                                     Anexos{}, this)),
+                                     anexosDeVariables(partes), this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
                                    Anexos{}, this)),
-      estado_(hacer<BarraDeEstado>(this)), vigilancia_(hacer<Vigilancia>(partes, this)) {
+      estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
     setWindowIcon(iconoDelPrograma());
@@ -99,6 +103,12 @@ void Form1::recordarse() const {
 }
 
 void Form1::acordarse() {
+    // What says how a row stands lies together, and what it is called behind it.
+    const int deLaLista = static_cast<int>(vista_.lstViewVariables.columnas().size());
+    for (int c = deLaLista; c < variables_->modelo().columnCount(); ++c)
+        variables_->ponerDelante(c, c - 2);
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->acordarse();
     for (QSplitter* partes : findChildren<QSplitter*>())
         partes->restoreState(recordado("partes/" + partes->objectName()).toByteArray());
     volverAlLugar(*this);
@@ -236,6 +246,24 @@ void Form1::conectarListas() {
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         connect(lista, &TablaDeLista::guardar, this, &Form1::guardar);
     connect(vigilancia_, &Vigilancia::irA, this, &Form1::irA);
+    connect(vigilancia_, &Vigilancia::elegida, this, &Form1::irAEstacion);
+    connect(estado_, &BarraDeEstado::verSucesos, vigilancia_, &Vigilancia::abrirSucesos);
+    const auto conexion = [this](quint32 fila) {
+        if (const Indice c = conexionDeFila(partes_.tablas, fila); c != kNinguno)
+            vigilancia_->abrirConexion(c);
+    };
+    connect(sockets_, &TablaDeLista::activada, this, conexion);
+    connect(sockets_, &TablaDeLista::preguntada, this, conexion);
+    for (TablaDeLista* lista : {variables_, bloques_}) {
+        const Lista& filas =
+            lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques;
+        connect(lista, &TablaDeLista::preguntada, this,
+                [this, &filas](quint32 fila) { porQue(filas, fila); });
+        connect(lista, &TablaDeLista::mirada, this, [this, &filas](quint32 fila) {
+            if (const std::int64_t b = filas.etiqueta(fila); b >= 0)
+                vigilancia_->mirarPorQue(static_cast<Indice>(b));
+        });
+    }
 }
 
 /// Brings the row of a block to the front, or that of a connection where no block is meant.
@@ -250,6 +278,22 @@ void Form1::irA(quint32 bloque, quint32 conexion) {
     }
 }
 
+void Form1::porQue(const Lista& lista, std::int64_t fila) {
+    const std::int64_t bloque = fila < 0 ? -1 : lista.etiqueta(static_cast<std::uint32_t>(fila));
+    vigilancia_->abrirPorQue(bloque < 0 ? kNinguno : static_cast<Indice>(bloque));
+}
+
+/// The lists show what is of one station.
+void Form1::irAEstacion(quint32 conexion, quint32 estacion) {
+    agrandar();
+    alFrente(*this);
+    const ConexionIP& c = partes_.tablas.conexiones[conexion];
+    const QString suyas = "^" + enQt(direccionDeEstacion(partes_.tablas, conexion, estacion)) + ".";
+    variables_->filtrar(suyas);
+    bloques_->filtrar(suyas);
+    sockets_->filtrar("^" + enQt(c.ip + ":" + c.puertoTCP));
+}
+
 void Form1::seguir(bool seguir) {
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         lista->seguir(seguir);
@@ -260,16 +304,26 @@ void Form1::refrescar() {
         lista->refrescar();
     panel_->refrescar();
     refrescarCabeza();
-    estado_->refrescar(
-        operador_.cifras(),
-        {variables_->modelo().total() - variables_->modelo().cuantas(EstadoDeFila::Bien),
-         variables_->modelo().total(), sockets_->modelo().cuantas(EstadoDeFila::Bien),
-         sockets_->modelo().total()});
+    vigilancia_->contar();
+    refrescarEstado();
     if (vueltas_++ % kVueltasPorTraza != 0) return;
     for (CajaDeTraza* caja : cajas_)
         caja->refrescar();
     for (Fichas* fichas : fichas_)
         fichas->refrescar();
+}
+
+void Form1::refrescarEstado() {
+    const ModeloDeLista& variables = variables_->modelo();
+    const Recuento::Total& total = vigilancia_->recuento().total();
+    estado_->refrescar(
+        operador_.cifras(),
+        {variables.cuantas(EstadoDeFila::Mal) + variables.cuantas(EstadoDeFila::Descansa),
+         variables.total(), total.viejas, total.calladas,
+         sockets_->modelo().cuantas(EstadoDeFila::Bien), sockets_->modelo().total(),
+         vigilancia_->libro().sinReconocer(), vista_.servidor.cliente,
+         vista_.lblEstadoScript.color()},
+        operador_.porQue());
 }
 
 /// As a script wants its label. One that sets only the background means it to be read, whatever the
@@ -303,11 +357,30 @@ void Form1::refrescarCabeza() {
     lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
     // Every point has a row; the label of the view is from the start, and reads add points.
     lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
+    refrescarGuion();
+}
+
+/// How the last run ended, and why.
+void Form1::refrescarGuion() {
     const Color color = vista_.lblEstadoScript.color();
     if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
     const bool bien = color == Color::Verde;
+    const auto falla = bien ? std::nullopt : partes_.editor.ultimaFalla();
+    QString texto = bien ? tr("● Guion OK") : tr("✖ Guion con error");
+    QString ayuda = tr("Última corrida del guion");
+    if (falla) {
+        const QString que =
+            tr("línea %1: %2")
+                .arg(falla->linea)
+                .arg(enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles
+                                                                 : falla->descripcion));
+        ayuda += "\n" + que;
+        texto += ": " + que;
+    }
+    lblEstadoScript_->setText(
+        lblEstadoScript_->fontMetrics().elidedText(texto, Qt::ElideRight, kAnchoDeLaFalla));
+    lblEstadoScript_->setToolTip(ayudaSinMarcas(ayuda));
     const QColor fondo = bien ? Qt::green : Qt::red;
-    lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
     if (lblEstadoScript_->palette().color(QPalette::Window) == fondo) return;
     QPalette paleta = palette();
     paleta.setColor(QPalette::Window, fondo);
@@ -392,6 +465,7 @@ void Form1::hideEvent(QHideEvent* suceso) {
     ritmo_->stop();
     seguir(false);
     recordarse();
+    vigilancia_->esconder();
 }
 
 void Form1::closeEvent(QCloseEvent* suceso) {

@@ -72,6 +72,10 @@ class Form1 final : public QMainWindow {
     void MnuShutdown();
     void preguntarSalida();
     void irA(quint32 bloque, quint32 conexion);
+    void irAEstacion(quint32 conexion, quint32 estacion);
+    void porQue(const Lista& lista, std::int64_t fila);
+    void refrescarGuion();
+    void refrescarEstado();
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);
@@ -91,6 +95,7 @@ class Form1 final : public QMainWindow {
     bool compacta_ = false;
     unsigned vueltas_ = 0;
     QTimer* ritmo_;
+    Vigilancia* vigilancia_;
 
     QLabel* Label1_;
     QLabel* Label10_;
@@ -108,7 +113,6 @@ class Form1 final : public QMainWindow {
     std::vector<CajaDeTraza*> cajas_;
     std::vector<Fichas*> fichas_;
     BarraDeEstado* estado_;
-    Vigilancia* vigilancia_;
 };
 
 } // namespace kv

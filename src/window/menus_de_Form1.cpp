@@ -2,6 +2,7 @@
 // The menus of the main window.
 
 #include "window/Form1.h"
+#include "window/anexos_de_listas.h"
 #include "window/controls/control.h"
 #include "window/lists/tabla_de_lista.h"
 #include "window/panel_de_ordenes.h"
@@ -96,13 +97,32 @@ void Form1::armarMenuDeDatos() {
 void Form1::armarMenuDeVigilancia() {
     auto* menu = control<QMenu>("MnuVigilancia", tr("Vi&gilancia"), this);
     menuBar()->addMenu(menu);
+    entrada(menu, "MnuResumen", tr("&Resumen de estaciones"), Qt::Key_F2,
+            [this] { vigilancia_->abrirResumen(); });
     entrada(menu, "MnuSucesos", tr("&Sucesos"), Qt::Key_F3,
             [this] { vigilancia_->abrirSucesos(); });
     entrada(menu, "MnuTendencias", tr("&Tendencias"), Qt::Key_F4,
             [this] { vigilancia_->abrirTendencias(); });
+    entrada(menu, "MnuConexion", tr("&Detalle de la conexión"), Qt::Key_F5, [this] {
+        const std::int64_t fila = sockets_->actual();
+        vigilancia_->abrirConexion(
+            fila < 0 ? kNinguno : conexionDeFila(partes_.tablas, static_cast<std::uint32_t>(fila)));
+    });
+    entrada(menu, "MnuPorQue", tr("&Por qué"), Qt::Key_F6, [this] {
+        const bool bloques = laLista() == bloques_;
+        porQue(bloques ? vista_.lstViewEstadoDeBloques : vista_.lstViewVariables,
+               (bloques ? bloques_ : variables_)->actual());
+    });
 }
 
 void Form1::armarMenusDeFilas() {
+    for (TablaDeLista* lista : {variables_, bloques_})
+        lista->agregarAccion("accPorQue", tr("Por qué está así"), [this, lista] {
+            porQue(lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques,
+                   lista->actual());
+        });
+    sockets_->agregarAccion("accConexion", tr("Detalle de la conexión"),
+                            [this] { findChild<QAction*>("MnuConexion")->trigger(); });
     variables_->agregarAccion("accTendencias", tr("Agregar a tendencias"),
                               [this] { vigilancia_->agregarATendencias(variables_->elegidas()); });
 }

@@ -6,6 +6,9 @@
 #include "window/controls/ventana.h"
 #include "window/history/ventana_de_sucesos.h"
 #include "window/mensajero.h"
+#include "window/overview/ventana_de_resumen.h"
+#include "window/reasons/ventana_de_conexion.h"
+#include "window/reasons/ventana_por_que.h"
 #include "window/trends/ventana_de_tendencias.h"
 
 #include <QTimer>
@@ -13,23 +16,77 @@
 namespace kv {
 namespace {
 
+constexpr std::int64_t kEntreRecuentosMs = 1000;
 constexpr const char* kClaveDeTendencias = "tendencias/direcciones";
 
 } // namespace
 
 Vigilancia::Vigilancia(const PartesDeVentana& partes, QWidget* principal)
-    : QObject(principal), partes_(partes), principal_(principal), libro_(partes.sucesos),
+    : QObject(principal), partes_(partes), principal_(principal),
+      recuento_(partes.tablas, partes.operador.porQue()), libro_(partes.sucesos),
       tendencias_(partes.vista.lstViewVariables),
       porVolver_(recordado(kClaveDeTendencias).toStringList()), ritmo_(hacer<QTimer>(this)) {
     connect(ritmo_, &QTimer::timeout, this, &Vigilancia::mirar);
     ritmo_->start(RegistroDeTendencias::kCadaMs);
 }
 
+std::vector<QWidget*> Vigilancia::ventanas() const {
+    std::vector<QWidget*> todas;
+    for (QWidget* ventana :
+         {static_cast<QWidget*>(ventanaDeResumen_), static_cast<QWidget*>(ventanaDeConexion_),
+          static_cast<QWidget*>(ventanaPorQue_), static_cast<QWidget*>(ventanaDeSucesos_),
+          static_cast<QWidget*>(ventanaDeTendencias_)}) {
+        if (ventana != nullptr) todas.push_back(ventana);
+    }
+    return todas;
+}
+
 /// The windows look at what is kept here, and their owner would outlive it.
 Vigilancia::~Vigilancia() {
-    for (QWidget* ventana :
-         {static_cast<QWidget*>(ventanaDeSucesos_), static_cast<QWidget*>(ventanaDeTendencias_)})
+    for (QWidget* ventana : ventanas())
         std::unique_ptr<QWidget>(ventana).reset();
+}
+
+void Vigilancia::esconder() {
+    for (QWidget* ventana : ventanas())
+        ventana->hide();
+}
+
+void Vigilancia::contar() {
+    const std::int64_t ahora = partes_.operador.cifras().ms;
+    if (contadoMs_ >= 0 && ahora - contadoMs_ < kEntreRecuentosMs) return;
+    if (recuento_.avanzar()) contadoMs_ = ahora;
+}
+
+void Vigilancia::abrirResumen() {
+    if (ventanaDeResumen_ == nullptr) {
+        ventanaDeResumen_ = hacer<VentanaDeResumen>(recuento_, partes_.tablas,
+                                                    partes_.operador.porQue(), principal_);
+        connect(ventanaDeResumen_, &VentanaDeResumen::elegida, this, &Vigilancia::elegida);
+    }
+    alFrente(*ventanaDeResumen_);
+}
+
+void Vigilancia::abrirPorQue(Indice bloque) {
+    if (ventanaPorQue_ == nullptr) {
+        ventanaPorQue_ =
+            hacer<VentanaPorQue>(partes_.tablas, partes_.operador.porQue(), principal_);
+        connect(ventanaPorQue_, &VentanaPorQue::verConexion, this, &Vigilancia::abrirConexion);
+    }
+    ventanaPorQue_->mostrarPara(bloque);
+    alFrente(*ventanaPorQue_);
+}
+
+void Vigilancia::mirarPorQue(Indice bloque) {
+    if (ventanaPorQue_ != nullptr && ventanaPorQue_->isVisible())
+        ventanaPorQue_->mostrarPara(bloque);
+}
+
+void Vigilancia::abrirConexion(Indice conexion) {
+    if (ventanaDeConexion_ == nullptr)
+        ventanaDeConexion_ = hacer<VentanaDeConexion>(partes_.tablas, partes_.operador, principal_);
+    ventanaDeConexion_->mostrarPara(conexion);
+    alFrente(*ventanaDeConexion_);
 }
 
 void Vigilancia::abrirSucesos() {

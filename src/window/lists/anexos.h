@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "window/lists/estado_de_fila.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kv {
@@ -18,11 +21,17 @@ struct ColumnaPropia {
     std::function<double(std::uint32_t fila)> orden; ///< what the column is sorted by
 };
 
+/// What is to be said of a row that stands well and yet does not.
+struct Reparo {
+    EstadoDeFila estado;
+    QString texto; ///< behind that of its state
+};
+
 /// What a window adds to a list. All of it may be empty.
 struct Anexos {
-    std::vector<ColumnaPropia> columnas;         ///< behind those of the list
-    std::function<bool(std::uint32_t)> vieja;    ///< OK, and not any more to be relied on
-    std::function<QString(std::uint32_t)> ayuda; ///< why a row stands as it does
+    std::vector<ColumnaPropia> columnas; ///< behind those of the list
+    std::function<std::optional<Reparo>(std::uint32_t fila)> reparo;
+    std::function<QString(std::uint32_t fila)> ayuda; ///< why a row stands as it does
 };
 
 } // namespace kv

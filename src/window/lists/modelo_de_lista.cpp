@@ -37,19 +37,24 @@ const ColumnaPropia* ModeloDeLista::propia(std::size_t columna) const {
     return columna < deLaLista ? nullptr : &anexos_.columnas[columna - deLaLista];
 }
 
+std::optional<Reparo> ModeloDeLista::reparoDe(std::uint32_t fila) const {
+    if (!anexos_.reparo || forma_.estado(lista_, fila) != EstadoDeFila::Bien) return std::nullopt;
+    return anexos_.reparo(fila);
+}
+
 EstadoDeFila ModeloDeLista::estadoDe(std::uint32_t fila) const {
-    const EstadoDeFila estado = forma_.estado(lista_, fila);
-    return estado == EstadoDeFila::Bien && anexos_.vieja && anexos_.vieja(fila)
-               ? EstadoDeFila::Vieja
-               : estado;
+    const auto reparo = reparoDe(fila);
+    return reparo ? reparo->estado : forma_.estado(lista_, fila);
 }
 
 std::string ModeloDeLista::textoDe(std::uint32_t fila, std::size_t columna) const {
     if (const ColumnaPropia* p = propia(columna)) return deQt(p->texto(fila));
     std::string texto = forma_.texto(lista_, fila, columna);
     const auto esta = static_cast<int>(columna);
-    if (esta == forma_.columnaDeEstado && estadoDe(fila) == EstadoDeFila::Vieja)
-        return deQt(tr("%1 (viejo)").arg(enQt(texto)));
+    if (esta == forma_.columnaDeEstado) {
+        const auto reparo = reparoDe(fila);
+        return reparo ? texto + deQt(reparo->texto) : texto;
+    }
     if (esta != forma_.columnaDeCifras || base_ == Base::Decimal) return texto;
     const std::string_view direccion = lista_.texto(fila, 0);
     const bool bit = std::count(direccion.begin(), direccion.end(), '.') == kPuntosDeUnBit;

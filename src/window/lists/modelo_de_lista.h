@@ -70,6 +70,7 @@ class ModeloDeLista final : public QAbstractTableModel {
         bool pasa = false;
     };
     void mirar(std::uint32_t fila, bool& entraOSale);
+    [[nodiscard]] std::optional<Reparo> reparoDe(std::uint32_t fila) const;
     [[nodiscard]] EstadoDeFila estadoDe(std::uint32_t fila) const;
     [[nodiscard]] std::string textoDe(std::uint32_t fila, std::size_t columna) const;
     /// Null for a column of the list.

@@ -56,7 +56,7 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
       filtro_(control<QLineEdit>(("txtFiltro_" + std::string(lista.nombre())).c_str(), this)),
       cuenta_(control<QLabel>(("lblFilas_" + std::string(lista.nombre())).c_str(), this)),
       titulo_(titulo), conTildes_(forma.conTildes), columnaDeEstado_(forma.columnaDeEstado),
-      columnaDeCifras_(forma.columnaDeCifras), conAnexos_(!anexos.columnas.empty()) {
+      columnaDeCifras_(forma.columnaDeCifras), conAnexos_(static_cast<bool>(anexos.reparo)) {
     QList<int> anchos(forma.anchos.begin(), forma.anchos.end());
     for (const ColumnaPropia& c : anexos.columnas)
         anchos << c.ancho;
@@ -94,9 +94,12 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
         volverAElegir();
         contar();
     });
+    connect(tabla_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& actual) {
+                if (actual.isValid()) emit mirada(modelo_->filaDeLista(actual.row()));
+            });
     tabla_->setItemDelegate(
         hacer<AvisoDeDobleClic>([this](const QModelIndex& celda) { activar(celda); }, tabla_));
-    acordarse();
 }
 
 void TablaDeLista::armarTabla() {
@@ -168,6 +171,16 @@ void TablaDeLista::elegir(std::uint32_t fila) {
     if (lugar < 0) return;
     tabla_->selectRow(lugar);
     tabla_->scrollTo(modelo_->index(lugar, 0), QAbstractItemView::PositionAtCenter);
+}
+
+std::int64_t TablaDeLista::actual() const {
+    const QModelIndex actual = tabla_->currentIndex();
+    return actual.isValid() ? std::int64_t{modelo_->filaDeLista(actual.row())} : -1;
+}
+
+void TablaDeLista::ponerDelante(int columna, int lugar) {
+    QHeaderView* cabeza = tabla_->horizontalHeader();
+    cabeza->moveSection(cabeza->visualIndex(columna), lugar);
 }
 
 QList<int> TablaDeLista::filasElegidas() const {

@@ -33,6 +33,8 @@ class TablaDeLista final : public QWidget {
     void elegir(std::uint32_t fila);
     /// The chosen rows of the list, from the top of the table.
     [[nodiscard]] std::vector<std::uint32_t> elegidas() const;
+    /// The row of the list in which the keyboard is; -1: none.
+    [[nodiscard]] std::int64_t actual() const;
     void filtrar(const QString& texto);
     void enfocar();
     void enfocarFiltro();
@@ -50,14 +52,19 @@ class TablaDeLista final : public QWidget {
     void ponerBase(Base base);
     /// Fills a menu with the columns, to be shown or not.
     void llenarMenuDeColumnas(QMenu& menu);
-    /// Keeps columns, order and filter for the next start.
+    /// Shows a column at a place, counted from the left.
+    void ponerDelante(int columna, int lugar);
+    /// Keeps columns, order and filter for the next start, and takes them over from the last one.
     void recordarse() const;
+    void acordarse();
 
   signals:
     /// A row was double-clicked, or Return was pressed on it.
     void activada(quint32 fila);
     /// The same, on its state.
     void preguntada(quint32 fila);
+    /// The keyboard, or the mouse, is in another row.
+    void mirada(quint32 fila);
     void tildada(qint64 etiqueta, bool estado);
     /// The operator chose a file for a text.
     void guardar(const QString& ruta, const QString& texto);
@@ -68,7 +75,6 @@ class TablaDeLista final : public QWidget {
   private:
     void armarTabla();
     void ponerAnchos(const QList<int>& letras);
-    void acordarse();
     void contar();
     void activar(const QModelIndex& celda);
     bool alPulsar(int tecla);
