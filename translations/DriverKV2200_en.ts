@@ -123,20 +123,20 @@
         <translation>⊘ %1 silent stations</translation>
     </message>
     <message>
-        <source>✖ Guion con error</source>
-        <translation>✖ Script failed</translation>
-    </message>
-    <message>
-        <source>● Guion OK</source>
-        <translation>● Script OK</translation>
-    </message>
-    <message>
-        <source>○ Guion sin correr</source>
-        <translation>○ Script not run yet</translation>
-    </message>
-    <message>
         <source>⚑ %1 sin reconocer</source>
         <translation>⚑ %1 not acknowledged</translation>
+    </message>
+    <message>
+        <source>✖ Guion</source>
+        <translation>✖ Script</translation>
+    </message>
+    <message>
+        <source>● Guion</source>
+        <translation>● Script</translation>
+    </message>
+    <message>
+        <source>○ Guion</source>
+        <translation>○ Script</translation>
     </message>
 </context>
 <context>
@@ -222,6 +222,10 @@
     <message>
         <source>&amp;Ocultar ventana</source>
         <translation>&amp;Hide window</translation>
+    </message>
+    <message>
+        <source>&amp;Recargar configuración</source>
+        <translation>&amp;Reload configuration</translation>
     </message>
     <message>
         <source>Sa&amp;lir…</source>
@@ -446,6 +450,10 @@
     <message>
         <source> (viejo)</source>
         <translation> (old)</translation>
+    </message>
+    <message>
+        <source>Descripción</source>
+        <translation>Description</translation>
     </message>
 </context>
 <context>

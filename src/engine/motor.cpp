@@ -34,8 +34,10 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
       porQue(tablas, turnos, conexiones, relojDeBloques, contadores, bucle_.reloj()),
+      recarga({ajustes, tablas, modelo, conexiones, turnos, publicacion, relojDeBloques, mudas,
+               poleo, ejecucion, forzado, guion, vista, log, descripciones}),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log, contadores, porQue}) {
+                bucle_.reloj(), log, contadores, porQue, recarga, descripciones}) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);

@@ -12,6 +12,8 @@
 #include "model/modelo.h"
 #include "operator/operador.h"
 #include "operator/porque.h"
+#include "operator/recarga.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -69,6 +71,7 @@ class Motor final : private AlCambiarConexion,
     ArchivoLog log;
     Vista vista;
     Tablas tablas;
+    Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
     Trazas trazas;
@@ -90,6 +93,7 @@ class Motor final : private AlCambiarConexion,
     Forzado forzado;
     FrmServerTCP servidor;
     PorQue porQue;
+    Recarga recarga;
     Operador operador;
 
   private:

@@ -263,6 +263,7 @@ void Redaccion::lineaDeEscritura(const Suceso& s, std::string& a) const {
     if (fin == FinDeEscritura::ConexionPerdida) a += " Sin conexion";
     if (fin == FinDeEscritura::PalabraDesconocida) a += " No se conoce la palabra del bit";
     if (fin == FinDeEscritura::Vencida) a += " Espero demasiado";
+    if (fin == FinDeEscritura::Retirada) a += " Ya no esta configurado";
 }
 
 void Redaccion::rechazo(const Suceso& s, std::string& a) const {
@@ -358,6 +359,8 @@ std::string_view palabras(FinDeEscritura fin) {
         return "espero demasiado";
     case FinDeEscritura::ProgramaTerminado:
         return "termino el programa";
+    case FinDeEscritura::Retirada:
+        return "ya no esta configurado";
     }
     return "";
 }

@@ -47,6 +47,13 @@ void GestorDeConexiones::levantarZocalo() {
     turnos_.usarZocalo(i, wsSocket_.back().get());
 }
 
+void GestorDeConexiones::retirar(Indice n) {
+    tablas_.conexiones[n].retirada = true;
+    wsSocket_[n]->abortar();
+    if (tablas_.conexiones[n].estadoSupervision == 1) pasarA(n, false);
+    vista_.lstViewSockets.retirar(tablas_.conexiones[n].filaLista);
+}
+
 void GestorDeConexiones::estadoConexiones() {
     bool hacenFaltaSolicitudes = false;
     for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n)
@@ -63,6 +70,7 @@ void GestorDeConexiones::estadoConexiones() {
 
 void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
     ConexionIP& c = tablas_.conexiones[n];
+    if (c.retirada) return;
     const EstadoZocalo estado = wsSocket_[n]->estado();
     const bool conectada = estado == EstadoZocalo::Conectado;
     const bool conectando = estado == EstadoZocalo::Cerrado || estado == EstadoZocalo::Conectando;
@@ -109,6 +117,7 @@ void GestorDeConexiones::ticSolicitarConexion() {
 void GestorDeConexiones::solicitar(Indice n) {
     ConexionIP& c = tablas_.conexiones[n];
     Zocalo& zocalo = *wsSocket_[n];
+    if (c.retirada) return;
     if (c.enTiempoFuera) {
         if (c.contadorTiempoFuera < intervalosTiempoFuera_) {
             c.contadorTiempoFuera += 1;

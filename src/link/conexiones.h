@@ -43,6 +43,8 @@ class GestorDeConexiones {
 
     /// The socket of one connection more, which has the connection's number.
     void levantarZocalo();
+    /// Closes the link of a connection that is no longer configured, for ever.
+    void retirar(Indice n);
     /// One supervision pass over all connections.
     void estadoConexiones();
     /// Starts the periodic supervision.

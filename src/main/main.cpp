@@ -121,11 +121,11 @@ void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
                                     "Escribe la configuracion como planilla de calculo y termina")
                          ->type_name("ARCHIVO.csv")
                          ->excludes(comprobar);
-    app.add_option(
-           "--importar", opciones.importar,
-           "Hace la configuracion de una planilla y termina; la de antes queda al lado, con "
-           ".anterior en su nombre")
-        ->type_name("ARCHIVO.csv")
+    app.add_option("--importar", opciones.importar,
+                   "Hace la configuracion de una planilla (.csv o .xlsx) y termina; la de antes "
+                   "queda al lado, con "
+                   ".anterior en su nombre")
+        ->type_name("ARCHIVO")
         ->excludes(comprobar)
         ->excludes(exportar);
 }
@@ -172,7 +172,7 @@ int main(int argc, char** argv) {
     if (const auto fin = kv::leerLinea(argc, argv, opciones))
         return kv::conSalidaEntera(*fin, kv::kNombreDelPrograma, std::cout, std::cerr);
     try {
-        std::signal(SIGHUP, SIG_IGN); // a terminal that goes, or a manager that asks to read anew
+        std::signal(SIGHUP, SIG_IGN); // a terminal that goes; who serves a plant reads anew then
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
         if (!opciones.exportar.empty())
             return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);

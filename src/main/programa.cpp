@@ -24,11 +24,13 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
       log_(archivos, bucle.reloj(), opciones.carpeta, nombreDeLosRegistros()) {
     motor.vista.observar(&salida);
     if (opciones.traza) traza_.emplace(motor.sucesos, motor.tablas, salida);
-    constexpr std::array<int, 2> kSenales{SIGINT, SIGTERM};
-    bucle.alRecibirSenal(kSenales, [this](int) {
+    constexpr std::array<int, 3> kSenales{SIGINT, SIGTERM, SIGHUP};
+    bucle.alRecibirSenal(kSenales, [this](int cual) {
+        if (cual == SIGHUP) return recargar();
         resultado_ = kOrdenado;
         terminar_();
     });
+    std::signal(SIGHUP, SIG_DFL); // blocked by now; one that is ignored is not told of
     motor.operador.registrarEn(grabacion.registro());
     bucle.alFinalDeVuelta([this] {
         salida.volcar();
@@ -53,6 +55,12 @@ void Programa::arrancar() {
     grabacion.empezada();
     servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
+}
+
+void Programa::recargar() {
+    servicio.recargando();
+    motor.operador.recargar();
+    servicio.listo();
 }
 
 /// Says so at once, and then once an hour for as long as it lasts.

@@ -61,6 +61,7 @@ class Programa {
     Arranque arranque;
 
   private:
+    void recargar();
     void mirarGrabacion();
     void mirarDescriptores();
 

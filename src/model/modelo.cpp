@@ -4,6 +4,7 @@
 #include "plant/bases.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "view/columnas.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ void Modelo::levantarEstacion(double puerto, const std::string& conBlancos,
     if (k == kNinguno) k = levantarConexion(puerto, ip, puertoTCP);
     ConexionIP& c = tablas_.conexiones[k];
     for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
-        if (c.estaciones[e].indice == *indiceCorto) return;
+        if (!c.estaciones[e].retirada && c.estaciones[e].indice == *indiceCorto) return;
     }
     Estacion estacion;
     estacion.numero = *numeroCorto;
@@ -56,10 +57,13 @@ void Modelo::levantarEstacion(double puerto, const std::string& conBlancos,
     estacion.numeroDeEstacion = tablas_.cantidadDeEstaciones += 1;
     const auto e = static_cast<Indice>(c.estaciones.agregar(estacion));
     tablas_.anotarEstacion(k, e);
-    vista_.lstViewSockets.agregarA(c.filaLista, 3,
-                                   "[PLC " + textoDeNumero(numero) + " - Indice " +
-                                       textoDeNumero(indice) +
-                                       " n°L:" + textoDeNumero(estacion.numeroDeEstacion) + "]");
+    vista_.lstViewSockets.agregarA(c.filaLista, de_conexiones::kEstaciones,
+                                   rotulo(c.estaciones[e]));
+}
+
+std::string Modelo::rotulo(const Estacion& e) {
+    return "[PLC " + textoDeNumero(e.numero) + " - Indice " + textoDeNumero(e.indice) +
+           " n°L:" + textoDeNumero(e.numeroDeEstacion) + "]";
 }
 
 Indice Modelo::levantarConexion(double puerto, const std::string& ip,
@@ -84,6 +88,12 @@ void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) {
     b.segReconeccion = segundosUtiles(puerto.segReconeccion, kReconeccionPorDefecto);
     b.reconeccionMs = milisegundos(b.segReconeccion);
     b.reintentosMax = puerto.reintentosMax;
+}
+
+void Modelo::anotarPaciencia(ConexionIP& c, const BloqueLectura& b) {
+    c.pacienciaMs = std::max<std::int64_t>(
+        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) *
+                                    (std::clamp(b.reintentosMax, 0.0, 100.0) + 1)));
 }
 
 double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
@@ -124,17 +134,11 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     b.plc = estacion.numero;
     b.direccion = direccion;
     b.clave = claveDeBloque(puerto, b.plc, direccion);
-    b.scanSegundos = scanSegundos;
+    b.scanSegundos = b.scanConfigurado = scanSegundos;
     b.scanMs = milisegundos(scanSegundos);
     copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(puerto) - 1]);
-    c.pacienciaMs = std::max<std::int64_t>(
-        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) *
-                                    (std::clamp(b.reintentosMax, 0.0, 100.0) + 1)));
-
-    auto& niveles = tablas_.bloquesPorNivel;
-    if (nivel >= static_cast<double>(niveles.size()))
-        niveles.resize(static_cast<std::size_t>(nivel) + 1);
-    niveles[static_cast<std::size_t>(nivel)].push_back(k);
+    anotarPaciencia(c, b);
+    tablas_.anotarNivel(k);
 
     levantarVariable(b);
     const auto trama = armarTramaLectura(direccion, textoDeNumero(estacion.indice));
@@ -175,6 +179,61 @@ void Modelo::levantarControles(const BloqueLectura& b) {
         lista.poner(fila, 4, "SCAN 0: se lee al conectar y al forzar");
     lista.tildar(fila, b.activo);
     reloj_.agregar();
+}
+
+bool Modelo::cambiarPuerto(Indice cual, const Puerto& puerto) {
+    Puerto nuevo = puerto;
+    nuevo.leerDespuesDeEscribir = false;
+    if (tablas_.puertos[cual] == nuevo) return false;
+    tablas_.puertos[cual] = nuevo;
+    for (std::size_t k = 0; k < tablas_.conexiones.limiteSuperior(); ++k) {
+        ConexionIP& c = tablas_.conexiones[k];
+        if (c.puerto != puerto.numero) continue;
+        c.pacienciaMs = 0;
+        for (const Indice i : c.bloques) {
+            BloqueLectura& b = tablas_.bloques[i];
+            copiarDePuerto(b, puerto);
+            if (!b.retirado) anotarPaciencia(c, b);
+        }
+    }
+    return true;
+}
+
+void Modelo::cambiarNivel(Indice bloque, double nivel) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.nivel = nivel;
+    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, de_bloques::kNivel, textoDeNumero(nivel));
+}
+
+void Modelo::retirarBloque(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    reloj_.encender(bloque, false, 0);
+    reloj_.parar(bloque);
+    tablas_.habilitar(bloque, true);
+    tablas_.ponerPendiente(bloque, false);
+    b.activoPorDefecto = false;
+    const auto bits =
+        b.bits ? std::count(b.bits->bitDefinido.begin(), b.bits->bitDefinido.end(), true) : 0;
+    tablas_.cantidadDePuntos -= 1 + static_cast<double>(bits);
+    if (b.aPedido) --tablas_.estacionDe(b).aPedido;
+    publicacion_.darDeBaja(bloque);
+    vista_.lstViewEstadoDeBloques.retirar(b.filaBloque);
+}
+
+void Modelo::retirarEstacion(Indice conexion, Indice estacion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    c.estaciones[estacion].retirada = true;
+    std::string quedan;
+    for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
+        if (!c.estaciones[e].retirada) quedan += rotulo(c.estaciones[e]);
+    }
+    if (quedan.empty()) return conexiones_.retirar(conexion);
+    vista_.lstViewSockets.poner(c.filaLista, de_conexiones::kEstaciones, quedan);
+}
+
+void Modelo::terminarCambios() {
+    tablas_.reordenar();
+    vista_.lblCantidadDePuntos.poner(textoDeNumero(tablas_.cantidadDePuntos));
 }
 
 void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {

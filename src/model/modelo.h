@@ -34,6 +34,14 @@ class Modelo {
     /// index that fits no frame gives a block that is listed and published and never polled.
     double levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
                                double cantidad, double scanSegundos, bool activo, double nivel);
+    /// What the configuration says otherwise from now on. `terminarCambios` after all of them.
+    /// False: the port is as it was.
+    bool cambiarPuerto(Indice cual, const Puerto& puerto);
+    void cambiarNivel(Indice bloque, double nivel);
+    void retirarBloque(Indice bloque);
+    /// Its blocks have been retired; a connection without stations goes with its last one.
+    void retirarEstacion(Indice conexion, Indice estacion);
+    void terminarCambios();
     /// The bit variable `bit` (0 to 15) of a block's register; nothing if it exists.
     void levantarBitDeDireccion(Indice bloque, std::size_t bit);
 
@@ -47,6 +55,8 @@ class Modelo {
     }
 
   private:
+    [[nodiscard]] static std::string rotulo(const Estacion& e);
+    static void anotarPaciencia(ConexionIP& c, const BloqueLectura& b);
     Indice levantarConexion(double puerto, const std::string& ip, const std::string& puertoTCP);
     [[nodiscard]] Indice levantarRegistro(const Tablas::LugarDeEstacion& lugar, double puerto,
                                           const std::string& direccion, double scanSegundos,

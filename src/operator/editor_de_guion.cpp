@@ -97,12 +97,12 @@ std::optional<FallaDeGuion> EditorDeGuion::comprobar(std::string_view texto) {
     return desde(motor.error());
 }
 
-/// Blocks are never taken away, and a large plant's names are too many to be made at every key.
+/// A large plant's names are too many to be made at every key.
 const DireccionesDePlanta& EditorDeGuion::planta() const {
-    const std::size_t bloques = tablas_.bloques.limiteSuperior();
-    if (bloques != enPlanta_) {
+    const std::pair ahora{tablas_.bloques.limiteSuperior(), tablas_.edicion()};
+    if (ahora != enPlanta_) {
         planta_ = direccionesDe(tablas_);
-        enPlanta_ = bloques;
+        enPlanta_ = ahora;
     }
     return planta_;
 }

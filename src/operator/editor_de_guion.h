@@ -79,8 +79,9 @@ class EditorDeGuion {
     const Guion& guion_;
     const ScriptControl& control_;
     const Tablas& tablas_;
-    mutable DireccionesDePlanta planta_; ///< of the first `enPlanta_` blocks
-    mutable std::size_t enPlanta_ = 0;
+    mutable DireccionesDePlanta planta_;
+    /// When it was made: how many blocks there were, and which edition of the tables it was.
+    mutable std::pair<std::size_t, std::uint64_t> enPlanta_{0, 0};
     HuellaDeArchivo propia_;   ///< the file as it was read or saved here
     HuellaDeArchivo conocida_; ///< the newest that the user knows of
 };

@@ -100,6 +100,8 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::VerServidor:
         p_.vista.FrmServerTCPVisible = orden.numero != 0;
         return;
+    case Orden::Clase::Recargar:
+        return p_.recarga.recargar();
     case Orden::Clase::Salir:
         return;
     }
@@ -253,6 +255,7 @@ std::vector<Operador::FilaDePuerto> Operador::puertos() const {
     for (std::size_t i = 0; i < p_.tablas.puertos.limiteSuperior(); ++i)
         filas.push_back({p_.tablas.puertos[i], 0});
     for (std::size_t i = 0; i < p_.tablas.bloques.limiteSuperior(); ++i) {
+        if (p_.tablas.bloques[i].retirado) continue;
         const auto puerto = static_cast<std::size_t>(p_.tablas.bloques[i].puerto);
         if (puerto >= 1 && puerto <= filas.size()) ++filas[puerto - 1].bloques;
     }

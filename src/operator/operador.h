@@ -8,6 +8,8 @@
 #include "operator/escritura_manual.h"
 #include "operator/orden_de_operador.h"
 #include "operator/porque.h"
+#include "operator/recarga.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -75,6 +77,8 @@ class Operador final : public OrdenDeEscribir {
         ArchivoLog& log;
         const Contadores& contadores;
         const PorQue& porQue;
+        Recarga& recarga;
+        const Descripciones& descripciones;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -90,6 +94,11 @@ class Operador final : public OrdenDeEscribir {
     /// Selects the first variable of exactly this address, and tells in `lblResultadoBusqueda` what
     /// it is. Its row, or -1.
     std::int64_t buscarDireccion(std::string_view direccion);
+
+    /// What people call the variable of an address, and its unit; null when nobody has said.
+    [[nodiscard]] const Descripcion* descripcionDe(std::string_view direccion) const {
+        return p_.descripciones.de(direccion);
+    }
 
     /// What is no number is not written, and nothing is without an address.
     [[nodiscard]] Aviso escribirValor(std::string_view direccion, std::string_view valor);
@@ -124,6 +133,8 @@ class Operador final : public OrdenDeEscribir {
     };
     [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
 
+    /// Reads the configuration anew and takes over what changed in it.
+    void recargar() { hacer({Orden::Clase::Recargar}); }
     void MnuOcultar();
     /// The operator has confirmed the end of the program.
     void MnuShutdown() { hacer({Orden::Clase::Salir}); }

@@ -21,6 +21,7 @@ struct Orden {
         Ocultar,
         VerServidor, ///< numero: 1 or 0
         Salir,
+        Recargar,
     };
     Clase clase;
     std::string texto = {};

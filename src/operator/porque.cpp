@@ -120,13 +120,13 @@ std::string PorQue::porQueBloque(Indice bloque) const {
 }
 
 std::string PorQue::apagado(const BloqueLectura& b) const {
-    if (!b.ordenDesde.hay() || b.ordenante == 0)
-        return "el bloque esta apagado por la configuracion";
+    if (!b.ordenDesde.hay()) return "el bloque esta apagado por la configuracion";
     return "el bloque esta apagado desde " + hora(b.ordenDesde.ms()) + " por " +
            tablas_.ordenantes[b.ordenante];
 }
 
 std::string PorQue::causa(const BloqueLectura& b) const {
+    if (b.retirado) return "ya no esta en la configuracion";
     if (!b.tieneTrama)
         return "no se puede polear: la direccion o el indice de la estacion no caben en un pedido";
     if (!b.activo) return apagado(b);

@@ -39,6 +39,8 @@ struct BloqueLectura {
     bool saltado = false; ///< others went before it because their answers could be told
     bool forzado = false; ///< by level, see below
     bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
+    bool retirado = false;       ///< no longer configured, see Tablas
+    bool aPedido = false;        ///< not configured: made because somebody asked for the register
     Solicitud tramaSolicitud{};
     Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;
@@ -68,7 +70,8 @@ struct BloqueLectura {
     double nivel = 0;
     double plc = 0; ///< `numero` of the station
     double scanSegundos = 0;
-    std::string direccion; ///< as configured; hexadecimal where a frame is built
+    double scanConfigurado = 0; ///< seconds; an operator may have set another
+    std::string direccion;      ///< as configured; hexadecimal where a frame is built
     std::int16_t puerto = 0;
     bool activoPorDefecto = false;
     bool activoSinForzar = false;
@@ -93,7 +96,8 @@ enum class FinDeEscritura : std::uint8_t {
     ConexionPerdida,    ///< it waited or was under way
     PalabraDesconocida, ///< the register of its bit could not be read
     Vencida,            ///< it waited for longer than a write may
-    ProgramaTerminado   ///< it waited or was under way when the program ended
+    ProgramaTerminado,  ///< it waited or was under way when the program ended
+    Retirada            ///< it waited when its register went out of the configuration
 };
 
 /// A write: a register or one bit of it, a value, and how far it has come.

@@ -23,6 +23,7 @@ struct Puerto {
     double segReconeccion = 0; ///< seconds
     double tipoPlcPorDefecto = 0;
     bool leerDespuesDeEscribir = false; ///< configuration only
+    bool operator==(const Puerto&) const = default;
 };
 
 /// A PLC reached over TCP.
@@ -34,6 +35,7 @@ struct Estacion {
     std::vector<std::uint32_t> bloques; ///< its read blocks in creation order
     std::uint32_t aPedido = 0;          ///< of those, made because somebody asked for the register
     std::uint32_t agotados = 0;         ///< blocks in a row that gave no answer to all their tries
+    bool retirada = false;              ///< no longer configured, see Tablas
     bool muda = false;        ///< known to be silent: one block asks for all, once after each rest
     std::uint32_t sondea = 0; ///< place in `bloques` of the one that asks
     Fallidos fallidos;        ///< of all its blocks

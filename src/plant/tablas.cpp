@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plant/tablas.h"
 
+#include "plant/direcciones.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -74,11 +75,6 @@ void Tablas::anotarRegistro(Indice bloque) {
                                                          bloque);
 }
 
-std::string Tablas::claveDeConexion(const std::string& ip, const std::string& puertoTCP) {
-    const auto numero = numeroDeTexto(puertoTCP);
-    return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));
-}
-
 Indice Tablas::buscarConexion(const std::string& ip, const std::string& puertoTCP) const {
     const auto i = porDireccion_.find(claveDeConexion(ip, puertoTCP));
     return i == porDireccion_.end() ? kNinguno : i->second;
@@ -104,6 +100,37 @@ void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
     const auto [i, nueva] =
         porNumero_.try_emplace(claveDeEstacion(c.puerto, c.estaciones[estacion].numero), lugar);
     if (!nueva && conexion < i->second.conexion) i->second = lugar;
+}
+
+void Tablas::reordenar() {
+    ++edicion_;
+    porDireccion_.clear();
+    porNumero_.clear();
+    for (auto& nivel : bloquesPorNivel)
+        nivel.clear();
+    for (Indice k = 0; k < conexiones.limiteSuperior(); ++k) {
+        ConexionIP& c = conexiones[k];
+        c.porRegistro.clear();
+        if (!c.retirada) anotarConexion(k);
+        for (Indice e = 0; e < c.estaciones.limiteSuperior(); ++e) {
+            Estacion& estacion = c.estaciones[e];
+            if (std::erase_if(estacion.bloques, [this](Indice i) { return bloques[i].retirado; }) >
+                0)
+                estacion.sondea = 0;
+            if (!estacion.retirada) anotarEstacion(k, e);
+        }
+    }
+    for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
+        if (bloques[i].retirado) continue;
+        anotarNivel(i);
+        anotarRegistro(i);
+    }
+}
+
+void Tablas::anotarNivel(Indice bloque) {
+    const auto nivel = static_cast<std::size_t>(bloques[bloque].nivel);
+    if (nivel >= bloquesPorNivel.size()) bloquesPorNivel.resize(nivel + 1);
+    bloquesPorNivel[nivel].push_back(bloque);
 }
 
 std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {

@@ -24,6 +24,7 @@ enum class EstadoDeTurno : std::uint8_t {
 
 /// One TCP connection: all stations with the same address share it, one request at a time.
 struct ConexionIP {
+    bool retirada = false; ///< no longer configured, see Tablas
     bool escrituraPendiente = false;
     std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
     EstadoDeTurno turno = EstadoDeTurno::Libre;
@@ -68,7 +69,8 @@ struct ConexionIP {
 };
 
 /// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
-/// the writes when none is left to do.
+/// the writes when none is left to do. What is no longer configured is retired: its record stays
+/// for those who hold its number, nobody finds it and nobody asks for it.
 class Tablas {
   public:
     Tabla<Puerto> puertos;
@@ -118,7 +120,13 @@ class Tablas {
     [[nodiscard]] Indice buscarPorRegistro(Indice conexion, double plc,
                                            std::string_view registro) const;
 
-    /// Enters a new block into the look-up above.
+    /// After records were retired, or levels changed: makes every look-up anew, in creation order.
+    void reordenar();
+    /// Another number after every such change.
+    [[nodiscard]] std::uint64_t edicion() const { return edicion_; }
+
+    /// Enters a new block among those of its level, and into the look-up above.
+    void anotarNivel(Indice bloque);
     void anotarRegistro(Indice bloque);
     /// Enters a new connection or station into the look-ups above.
     void anotarConexion(Indice conexion);
@@ -126,9 +134,8 @@ class Tablas {
 
   private:
     void actualizarPorPolear(const BloqueLectura& b);
-    [[nodiscard]] static std::string claveDeConexion(const std::string& ip,
-                                                     const std::string& puertoTCP);
 
+    std::uint64_t edicion_ = 0;
     std::unordered_map<std::string, Indice> porDireccion_;
     std::unordered_map<std::uint64_t, LugarDeEstacion> porNumero_; ///< port and station number
 };

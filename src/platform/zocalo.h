@@ -31,8 +31,9 @@ class OyenteDeZocalo {
     virtual void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) = 0;
     /// The link ended from the other side or failed: the state is 8 or 9.
     virtual void alCortarse(std::size_t /*indice*/) {}
-    /// Somebody wants to connect to a listening socket; `remoto` is "address:port". Accept with
-    /// `aceptar` during the call, or the request is dropped.
+    /// Somebody wants to connect to a listening socket; `remoto` is "address:port", or on this
+    /// machine "user/process" as numbers. Accept with `aceptar` during the call, or the request is
+    /// dropped.
     virtual void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) {}
 };
 
@@ -48,6 +49,14 @@ class Zocalo {
     virtual void conectar(const std::string& maquina, std::uint32_t puerto) = 0;
     /// Closes what was open and listens: state 2, or 9 with `motivo()` saying why.
     virtual void escuchar(const std::string& ip, std::uint32_t puerto) = 0;
+    /// The same for programs of this machine, by a socket file that is made at `ruta` and goes with
+    /// the state; one that was left there is replaced. It is its owner's alone, and of the group
+    /// `grupo` where that is not negative; a group that cannot be given leaves it the owner's, and
+    /// `motivo()` says so.
+    virtual void escucharLocal(const std::string& ruta, std::int64_t grupo) = 0;
+    /// Stops listening and keeps the port: who connects is refused, nobody else can have it, and
+    /// `escuchar` with the same place takes it up again. State 0.
+    virtual void reservar() = 0;
     /// Only inside `alPedirConexion`: stops listening and takes the link: state 7.
     virtual void aceptar() = 0;
     /// Only inside `alPedirConexion`: takes the link into a new socket, state 7 or 9, and listens

@@ -34,8 +34,9 @@ enum class Entrada : std::uint8_t {
     PuertoLocal,   ///< the port
     Disco,         ///< what a script asked of its files; fault, kind, size, bytes
     SinConfirmar,  ///< the socket's number, bytes that the peer had not acknowledged
+    EnCola,        ///< the socket's number, bytes that waited to be sent
 };
-inline constexpr Entrada kUltimaEntrada = Entrada::SinConfirmar;
+inline constexpr Entrada kUltimaEntrada = Entrada::EnCola;
 
 [[nodiscard]] constexpr bool esRespuesta(Entrada e) {
     return e >= Entrada::Pendientes && e != Entrada::FinPendientes;

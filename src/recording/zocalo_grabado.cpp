@@ -22,6 +22,11 @@ void ZocaloGrabado::escuchar(const std::string& ip, std::uint32_t puerto) {
     comprobar(EstadoZocalo::Escuchando);
 }
 
+void ZocaloGrabado::escucharLocal(const std::string& ruta, std::int64_t grupo) {
+    dentro_->escucharLocal(ruta, grupo);
+    comprobar(EstadoZocalo::Escuchando);
+}
+
 void ZocaloGrabado::aceptar() {
     dentro_->aceptar();
     comprobar(EstadoZocalo::Conectado);
@@ -45,6 +50,15 @@ std::size_t ZocaloGrabado::bytesSinConfirmar() const {
     const std::size_t bytes = dentro_->bytesSinConfirmar();
     if (grabador_.preguntar() && bytes != 0) {
         grabador_.respuesta(Entrada::SinConfirmar).numero(numero_).numero(bytes);
+        grabador_.cerrar();
+    }
+    return bytes;
+}
+
+std::size_t ZocaloGrabado::enCola() const {
+    const std::size_t bytes = dentro_->enCola();
+    if (grabador_.preguntar() && bytes != 0) {
+        grabador_.respuesta(Entrada::EnCola).numero(numero_).numero(bytes);
         grabador_.cerrar();
     }
     return bytes;

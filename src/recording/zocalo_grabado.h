@@ -22,6 +22,8 @@ class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
     [[nodiscard]] EstadoZocalo estado() const override { return dentro_->estado(); }
     void conectar(const std::string& ip, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
+    void escucharLocal(const std::string& ruta, std::int64_t grupo) override;
+    void reservar() override { dentro_->reservar(); }
     void aceptar() override;
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
@@ -30,7 +32,7 @@ class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
     bool enviar(std::span<const std::uint8_t> bytes) override;
     void agruparEnvios(bool agrupar) override { dentro_->agruparEnvios(agrupar); }
     void limitarCola(std::size_t bytes) override { dentro_->limitarCola(bytes); }
-    [[nodiscard]] std::size_t enCola() const override { return dentro_->enCola(); }
+    [[nodiscard]] std::size_t enCola() const override;
     [[nodiscard]] std::size_t bytesSinConfirmar() const override;
     void fijarPaciencia(std::int64_t ms) override { dentro_->fijarPaciencia(ms); }
     [[nodiscard]] std::uint64_t conexiones() const override { return dentro_->conexiones(); }

@@ -26,6 +26,10 @@ class ZocaloReproducido final : public Zocalo {
     void escuchar(const std::string& /*ip*/, std::uint32_t /*puerto*/) override {
         pasar(EstadoZocalo::Escuchando);
     }
+    void escucharLocal(const std::string& /*ruta*/, std::int64_t /*grupo*/) override {
+        pasar(EstadoZocalo::Escuchando);
+    }
+    void reservar() override { cerrar(); }
     void aceptar() override {
         pasar(EstadoZocalo::Conectado);
         conexiones_ += estado_ == EstadoZocalo::Conectado ? 1U : 0U;
@@ -48,7 +52,9 @@ class ZocaloReproducido final : public Zocalo {
     }
     void agruparEnvios(bool /*agrupar*/) override {}
     void limitarCola(std::size_t /*bytes*/) override {}
-    [[nodiscard]] std::size_t enCola() const override { return 0; }
+    [[nodiscard]] std::size_t enCola() const override {
+        return reproductor_.toca(Entrada::EnCola) ? suNumero() : 0;
+    }
     [[nodiscard]] std::size_t bytesSinConfirmar() const override {
         return reproductor_.toca(Entrada::SinConfirmar) ? suNumero() : 0;
     }

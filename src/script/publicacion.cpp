@@ -47,9 +47,21 @@ void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
     ponerBit(bloque, b, textoEstado(bloque.estado), sello_.ahora());
 }
 
+void Publicacion::darDeBaja(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    sinRespuesta(bloque, textoEstado(kBad));
+    b.retirado = true;
+    Lista& lista = vista_.lstViewVariables;
+    lista.retirar(b.filaVariable);
+    for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
+        if (b.bits->bitDefinido[n]) lista.retirar(b.bits->bitFilas[n]);
+    }
+}
+
 void Publicacion::ponerActivo(Indice bloque, bool activo) {
-    tablas_.ponerActivo(bloque, activo);
     const BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
+    tablas_.ponerActivo(bloque, activo);
     vista_.lstViewEstadoDeBloques.tildar(b.filaBloque, activo);
     vista_.lstViewVariables.tildar(b.filaVariable, activo);
     for (std::size_t n = 0; b.bits && n < b.bits->bitDefinido.size(); ++n) {
@@ -65,6 +77,7 @@ void Publicacion::ponerEstado(BloqueLectura& b, double estado) {
 
 void Publicacion::valorLeido(Indice bloque, double valor) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
     b.leidoMs = tablas_.conexiones[b.idConexion].recibidoUs / 1000;
     if (b.fallidos.desde.hay()) b.fallidos = {};
     if (Estacion& e = tablas_.estacionDe(b); e.fallidos.desde.hay()) e.fallidos = {};
@@ -99,6 +112,7 @@ void Publicacion::ponerBits(BloqueLectura& bloque, std::string_view texto,
 
 void Publicacion::sinRespuesta(Indice bloque, std::string_view texto) {
     BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.retirado) return;
     ponerEstado(b, kBad);
     vista_.lstViewVariables.poner(b.filaVariable, kEstado, texto);
     publicar(b.ranuraEstado, kBad);
@@ -110,6 +124,7 @@ void Publicacion::establecerBAD_En_Socket(Indice conexion) {
     const std::string ahora = sello_.ahora();
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         BloqueLectura& b = tablas_.bloques[i];
+        if (b.retirado) continue;
         ponerEstado(b, kBad);
         publicar(b.ranuraEstado, kBad);
         vista_.lstViewVariables.poner(b.filaVariable, kEstado, textoEstado(kBad));

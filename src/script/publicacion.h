@@ -29,6 +29,11 @@ class Publicacion {
 
     /// Makes the script variables of a new block and publishes them: value 0, status BAD.
     void darDeAlta(BloqueLectura& bloque);
+    /// Tells the client of a block that it cannot know yet.
+    void presentar(Indice bloque) { notificar(tablas_.bloques[bloque]); }
+    /// The block is no longer configured: it and its bits become BAD for everybody once more, and
+    /// nothing that may still come of it is told to anybody. Its names stay known to the script.
+    void darDeBaja(Indice bloque);
     /// Makes and publishes the script variables of bit `b`, which at once has what its register
     /// has.
     void darDeAltaBit(BloqueLectura& bloque, std::size_t b);

@@ -210,7 +210,8 @@ void FrmServerTCP::entra(Visita& visita) {
         return despedir(visita.numero);
     }
     sala_.elegir(visita.numero);
-    wsEscucha_->cerrar();
+    // Others are refused, and no other program can take the port while the client is served.
+    wsEscucha_->reservar();
     sesion_.empezar(visita.remoto);
     if (sincronizado_ != 0 && sincronizado_ != visita.numero) pedirSincronismo();
     sincronizado_ = 0;
@@ -321,12 +322,14 @@ bool FrmServerTCP::sincronizar(std::uint64_t numero) {
 /// One message: the records of a configured block from `i` on, which becomes the first that has not
 /// been told. False when the client went meanwhile.
 bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
+    if (tablas_.bloques[i].retirado) return ++i, true;
     abrirSobre(sobre_, separadores_);
     const Indice configurado = tablas_.bloques[i].primeroDelConfigurado;
     for (std::size_t k = 0; k < kRegistrosPorSobre && i < tablas_.bloques.limiteSuperior() &&
                             tablas_.bloques[i].primeroDelConfigurado == configurado;
          ++k, ++i) {
         const BloqueLectura& b = tablas_.bloques[i];
+        if (b.retirado) continue;
         agregarRegistro(sobre_, b.clave, b.valor, b.estado, separadores_);
     }
     enviarSobre();

@@ -32,10 +32,22 @@ std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
     filas_.emplace_back();
     filas_.back().etiqueta = etiqueta;
     poner(fila, 0, texto);
-    const std::string_view puesto = filas_.back().textos;
-    if (buscable_ && buscar(puesto) < 0)
-        porTexto_.emplace(std::hash<std::string_view>{}(puesto), fila);
+    if (buscable_) porTexto_.emplace(std::hash<std::string_view>{}(this->texto(fila, 0)), fila);
     return fila;
+}
+
+void Lista::retirar(std::uint32_t fila) {
+    if (fila >= filas_.size() || filas_[fila].retirada) return;
+    filas_[fila].retirada = true;
+    const auto [desde, hasta] =
+        porTexto_.equal_range(std::hash<std::string_view>{}(texto(fila, 0)));
+    const auto suya = std::find_if(desde, hasta, [&](const auto& i) { return i.second == fila; });
+    if (suya != hasta) porTexto_.erase(suya);
+    anotar(fila);
+}
+
+bool Lista::retirada(std::uint32_t fila) const {
+    return fila < filas_.size() && filas_[fila].retirada;
 }
 
 void Lista::poner(std::uint32_t fila, std::size_t columna, std::string_view texto) {
@@ -78,9 +90,12 @@ bool Lista::tildada(std::uint32_t fila) const {
 
 std::int64_t Lista::buscar(std::string_view texto_) const {
     const auto [desde, hasta] = porTexto_.equal_range(std::hash<std::string_view>{}(texto_));
-    const auto hallada =
-        std::find_if(desde, hasta, [&](const auto& i) { return texto(i.second, 0) == texto_; });
-    return hallada == hasta ? -1 : std::int64_t{hallada->second};
+    std::int64_t primera = -1;
+    for (auto i = desde; i != hasta; ++i) {
+        if ((primera < 0 || i->second < primera) && texto(i->second, 0) == texto_)
+            primera = i->second;
+    }
+    return primera;
 }
 
 std::vector<std::uint32_t> Lista::cambiadas() {

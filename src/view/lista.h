@@ -12,7 +12,8 @@
 namespace kv {
 
 /// A list of a window: rows of texts under columns, each row with a tag and a check box. Rows are
-/// only ever added, so a row's number is its handle.
+/// only ever added, so a row's number is its handle; one that is retired is shown and found no
+/// more.
 class Lista {
   public:
     /// Only a list that is made searchable pays for `buscar`.
@@ -35,7 +36,10 @@ class Lista {
     [[nodiscard]] std::int64_t etiqueta(std::uint32_t fila) const;
     void tildar(std::uint32_t fila, bool tildada);
     [[nodiscard]] bool tildada(std::uint32_t fila) const;
-    /// First row whose text equals `texto`, or -1. Does not depend on how many rows there are.
+    void retirar(std::uint32_t fila);
+    [[nodiscard]] bool retirada(std::uint32_t fila) const;
+    /// First row whose text equals `texto`, or -1. Does not depend on how many other rows there
+    /// are.
     [[nodiscard]] std::int64_t buscar(std::string_view texto) const;
     void seleccionar(std::uint32_t fila) { seleccionada_ = fila; }
     [[nodiscard]] std::int64_t seleccionada() const { return seleccionada_; }
@@ -52,6 +56,7 @@ class Lista {
         std::int64_t etiqueta = -1;
         bool tildada = false;
         bool anotada = false;
+        bool retirada = false;
     };
     void anotar(std::uint32_t fila);
 
@@ -59,7 +64,7 @@ class Lista {
     bool buscable_;
     std::vector<std::string> columnas_;
     std::deque<Fila> filas_;
-    /// Hash of column 0 to the first row of that text: many rows may share one.
+    /// Hash of column 0 to the rows of that text: many may share one.
     std::unordered_multimap<std::size_t, std::uint32_t> porTexto_;
     std::int64_t seleccionada_ = -1;
     bool sigue_ = false;

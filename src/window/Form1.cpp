@@ -105,7 +105,7 @@ void Form1::recordarse() const {
 void Form1::acordarse() {
     // What says how a row stands lies together, and what it is called behind it.
     const int deLaLista = static_cast<int>(vista_.lstViewVariables.columnas().size());
-    for (int c = deLaLista; c < variables_->modelo().columnCount(); ++c)
+    for (int c = deLaLista; c < deLaLista + 2; ++c)
         variables_->ponerDelante(c, c - 2);
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         lista->acordarse();
@@ -375,7 +375,7 @@ void Form1::refrescarGuion() {
                 .arg(enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles
                                                                  : falla->descripcion));
         ayuda += "\n" + que;
-        texto += ": " + que;
+        if (!compacta_) texto += ": " + que;
     }
     lblEstadoScript_->setText(
         lblEstadoScript_->fontMetrics().elidedText(texto, Qt::ElideRight, kAnchoDeLaFalla));
@@ -447,6 +447,9 @@ void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
     for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
         parte->setVisible(!compacta_);
+    estado_->compactar(compacta_);
+    refrescarCabeza();
+    refrescarEstado();
     acomodar(*this, compacta_ ? kCompacta : kEntera);
 }
 

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kLetrasDeEdad = 13;
 constexpr int kLetrasDeHora = 20;
+constexpr int kLetrasDeDescripcion = 30;
 
 /// The block of a row of the variables or of the blocks.
 Indice bloqueDe(const Vista& vista, const Tablas& tablas, std::uint32_t fila) {
@@ -45,6 +46,17 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
         {QCoreApplication::translate("kv::Form1", "En este estado desde"), kLetrasDeHora,
          [edad, &porQue](std::uint32_t fila) { return enQt(porQue.hora(edad(fila).desdeMs)); },
          [edad](std::uint32_t fila) { return static_cast<double>(edad(fila).desdeMs); }});
+    anexos.columnas.push_back(
+        {.titulo = QCoreApplication::translate("kv::Form1", "Descripción"),
+         .ancho = kLetrasDeDescripcion,
+         .texto =
+             [&vista = partes.vista, &operador = partes.operador](std::uint32_t fila) {
+                 const Descripcion* d =
+                     operador.descripcionDe(vista.lstViewVariables.texto(fila, 0));
+                 if (d == nullptr) return QString();
+                 return enQt(d->unidad.empty() ? d->texto : d->texto + " [" + d->unidad + "]");
+             },
+         .filtrable = true});
     anexos.reparo = [edad](std::uint32_t fila) {
         return edad(fila).vieja
                    ? std::optional(Reparo{EstadoDeFila::Vieja,

@@ -41,8 +41,14 @@ QLabel* BarraDeEstado::cifra(const char* nombre, const QString& ayuda) {
     return rotulo;
 }
 
-void BarraDeEstado::poner(QLabel& donde, const QString& texto, bool mal) {
+void BarraDeEstado::compactar(bool compacta) {
+    compacta_ = compacta;
+    respuestas_->setHidden(compacta);
+}
+
+void BarraDeEstado::poner(QLabel& donde, const QString& texto, bool mal) const {
     donde.setText(texto);
+    donde.setVisible(mal || !compacta_ || &donde == variables_ || &donde == supervisor_);
     if (donde.autoFillBackground() == mal) return;
     donde.setAutoFillBackground(mal);
     QPalette paleta;
@@ -76,9 +82,9 @@ void BarraDeEstado::refrescar(const Operador::Cifras& cifras, const Cuentas& c,
           c.conectadas < c.conexiones);
     ponerCliente(c.cliente, porQue);
     poner(*guion_,
-          c.guion == Color::Rojo    ? tr("✖ Guion con error")
-          : c.guion == Color::Verde ? tr("● Guion OK")
-                                    : tr("○ Guion sin correr"),
+          c.guion == Color::Rojo    ? tr("✖ Guion")
+          : c.guion == Color::Verde ? tr("● Guion")
+                                    : tr("○ Guion"),
           c.guion == Color::Rojo);
     sucesos_->setText(tr("⚑ %1 sin reconocer").arg(c.sinReconocer));
     sucesos_->setVisible(c.sinReconocer > 0);

@@ -28,13 +28,15 @@ class BarraDeEstado final : public QStatusBar {
         Color guion;
     };
     void refrescar(const Operador::Cifras& cifras, const Cuentas& cuentas, const PorQue& porQue);
+    /// In a small window only what is wrong has room, and whom the operator looks for.
+    void compactar(bool compacta);
 
   signals:
     void verSucesos();
 
   private:
     QLabel* cifra(const char* nombre, const QString& ayuda);
-    static void poner(QLabel& donde, const QString& texto, bool mal);
+    void poner(QLabel& donde, const QString& texto, bool mal) const;
     void ponerCliente(const ClienteVisto& cliente, const PorQue& porQue);
 
     QLabel* respuestas_;
@@ -46,6 +48,7 @@ class BarraDeEstado final : public QStatusBar {
     QLabel* guion_;
     QToolButton* sucesos_;
     Operador::Cifras ultimas_{};
+    bool compacta_ = false;
 };
 
 } // namespace kv

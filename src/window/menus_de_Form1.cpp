@@ -34,6 +34,8 @@ void Form1::armarMenu() {
     entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
             [this] { operador_.MnuServer(); });
     entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuRecargar", tr("&Recargar configuración"), QKeySequence::Refresh,
+            [this] { operador_.recargar(); });
     entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
     driver->addSeparator();
     entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
@@ -103,7 +105,7 @@ void Form1::armarMenuDeVigilancia() {
             [this] { vigilancia_->abrirSucesos(); });
     entrada(menu, "MnuTendencias", tr("&Tendencias"), Qt::Key_F4,
             [this] { vigilancia_->abrirTendencias(); });
-    entrada(menu, "MnuConexion", tr("&Detalle de la conexión"), Qt::Key_F5, [this] {
+    entrada(menu, "MnuConexion", tr("&Detalle de la conexión"), Qt::Key_F7, [this] {
         const std::int64_t fila = sockets_->actual();
         vigilancia_->abrirConexion(
             fila < 0 ? kNinguno : conexionDeFila(partes_.tablas, static_cast<std::uint32_t>(fila)));

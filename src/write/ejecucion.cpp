@@ -277,6 +277,18 @@ void EjecucionDeEscrituras::alPerderConexion(Indice conexion) {
         abandonar(porHacer.front(), FinDeEscritura::ConexionPerdida);
 }
 
+void EjecucionDeEscrituras::alRetirar(Indice bloque) {
+    const auto deEste = [&](Indice i) {
+        const BloqueEscritura& e = tablas_.escrituras[i];
+        return e.indiceBloqueLectura == bloque && !estaFuera(e);
+    };
+    const auto& porHacer = tablas_.conexiones[tablas_.bloques[bloque].idConexion].escrituras;
+    for (auto i = porHacer.begin(); i != porHacer.end();) {
+        const Indice cual = *i++; // the list forgets it
+        if (deEste(cual)) abandonar(cual, FinDeEscritura::Retirada);
+    }
+}
+
 void EjecucionDeEscrituras::alTerminarElPrograma() {
     for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n) {
         const auto& porHacer = tablas_.conexiones[n].escrituras;

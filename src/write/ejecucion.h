@@ -42,6 +42,8 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     void perdida(Indice conexion) override;
     /// The connection is lost: all its writes end.
     void alPerderConexion(Indice conexion);
+    /// A register is no longer configured: its writes that have not left end.
+    void alRetirar(Indice bloque);
     /// The program ends: what waits or is under way does so too, and does not leave any more.
     void alTerminarElPrograma();
     /// Takes the table back to a single spare record when no write is left to do.

@@ -135,8 +135,8 @@ TEST(Red, MuchasEstacionesQueNoContestanDejanDescriptoresParaLoDemas) {
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
-TEST(Red, SeDaLosDescriptoresQuePuedeYNoMuereConSuTerminal) {
-    extremo::Simulador s({0}, {"--registro", "01.10=261"});
+TEST(Red, SeDaLosDescriptoresQuePuedeYConSIGHUPLeeDeNuevo) {
+    extremo::Simulador s({0}, {"--registro", "01.10=261", "--registro", "01.11=262"});
     const extremo::Instalacion casa(unBloque(s));
     Proceso driver(conLimite("-S -n 100", casa.correr()));
     EXPECT_EQ(recibido(driver, "1", "10"), 261);
@@ -144,10 +144,19 @@ TEST(Red, SeDaLosDescriptoresQuePuedeYNoMuereConSuTerminal) {
     ASSERT_EQ(prlimit(driver.pid(), RLIMIT_NOFILE, nullptr, &limite), 0);
     EXPECT_GT(limite.rlim_cur, 100U);
     EXPECT_EQ(limite.rlim_cur, limite.rlim_max);
-    EXPECT_EQ(kill(driver.pid(), SIGHUP), 0);
+    EXPECT_EQ(kill(driver.pid(), SIGHUP), 0); // nothing has changed
     EXPECT_EQ(recibido(driver, "1", "10"), 261);
+    casa.escribir("DRIVER_KV2200_Config.ini", Configuracion()
+                                                  .puerto({"1", "3", "1"})
+                                                  .estacion(1, "127.0.0.1", 1, s.puerto(0))
+                                                  .bloque(1, "10", "0.05")
+                                                  .bloque(1, "11", "0.05")
+                                                  .texto());
+    EXPECT_EQ(kill(driver.pid(), SIGHUP), 0);
+    EXPECT_EQ(recibido(driver, "1", "11"), 262);
     EXPECT_EQ(driver.terminar(SIGTERM), 0) << driver.errores();
     EXPECT_EQ(s.terminar(SIGTERM), 0);
+    EXPECT_EQ(s.resto().find(" #2 conectado"), std::string::npos) << "the link stayed";
 }
 
 TEST(Red, SinDescriptoresDeVerasYDeNuevoConEllos) {

@@ -161,7 +161,7 @@ void Cliente::comparar() {
     tabla_.resize(std::max(tabla_.size(), bloquesAlEntrar_));
     for (std::size_t i = 0; i < std::min(tabla_.size(), t.bloques.limiteSuperior()); ++i) {
         const BloqueLectura& b = t.bloques[i];
-        if (!valores_.unico(i)) continue;
+        if (!valores_.unico(i) || b.retirado) continue;
         // Only a block that was made since may be unknown to a client that synchronised.
         if (tabla_[i].estado.empty() && i >= bloquesAlEntrar_) continue;
         c_.exigir(tabla_[i].valor == textoDeNumero(b.valor) &&

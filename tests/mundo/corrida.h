@@ -20,6 +20,7 @@ struct Resultado {
     std::uint64_t comprobadas = 0;  ///< rules checked
     std::uint64_t intercambios = 0; ///< requests that the stations answered
     std::uint64_t disculpas = 0;    ///< wrong values for which noise is to blame
+    std::uint64_t recargas = 0;     ///< of the configuration, in the midst of it all
     std::int64_t calmaMs = 0;       ///< how long the plant took to be well again
 };
 

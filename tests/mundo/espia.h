@@ -29,6 +29,10 @@ class ZocaloEspia final : public Zocalo {
     void escuchar(const std::string& ip, std::uint32_t puerto) override {
         real_->escuchar(ip, puerto);
     }
+    void escucharLocal(const std::string& ruta, std::int64_t grupo) override {
+        real_->escucharLocal(ruta, grupo);
+    }
+    void reservar() override { real_->reservar(); }
     void aceptar() override { real_->aceptar(); }
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override {

@@ -303,7 +303,7 @@ void Linea::reiniciar() {
 bool Linea::interrumpir() {
     const std::int64_t ahora = reloj_.monotonicoUs();
     const bool enCamino = !llegan_.empty() && llegan_.back() >= ahora;
-    const bool paso = !llegan_.empty() && llegan_.front() < ahora;
+    const bool paso = !llegan_.empty() && llegan_.front() <= ahora;
     if ((paso && enCamino) || ahora <= mentiraUs_) return false;
     if (retenidaUs_ < 0) retenidaUs_ = ahora;
     red_.interrumpir(enlace_);

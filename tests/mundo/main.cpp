@@ -107,6 +107,7 @@ int correr(const Opciones& o) {
         todo.comprobadas += r.comprobadas;
         todo.intercambios += r.intercambios;
         todo.disculpas += r.disculpas;
+        todo.recargas += r.recargas;
         peorCalma = std::max(peorCalma, r.calmaMs);
         if (o.primera && fallos > 0) break;
         if (o.horas > 0 && static_cast<double>(todo.simuladoMs) >= o.horas * 3.6e6) break;
@@ -117,12 +118,13 @@ int correr(const Opciones& o) {
     std::printf(
         "%llu seeds, %.1f simulated hours, %.3f CPU minutes: %.0f h/min\n"
         "%llu events, %llu exchanges, %llu faults (%.0f an hour), %llu checks, "
-        "longest calm %lld s, %llu values excused by noise\n%d seeds broke a rule\n",
+        "%llu reloads, longest calm %lld s, %llu values excused by noise\n%d seeds broke a rule\n",
         static_cast<unsigned long long>(semillas), horas, minutos, horas / minutos,
         static_cast<unsigned long long>(todo.sucesos),
         static_cast<unsigned long long>(todo.intercambios),
         static_cast<unsigned long long>(todo.faltas), static_cast<double>(todo.faltas) / horas,
-        static_cast<unsigned long long>(todo.comprobadas), static_cast<long long>(peorCalma / 1000),
+        static_cast<unsigned long long>(todo.comprobadas),
+        static_cast<unsigned long long>(todo.recargas), static_cast<long long>(peorCalma / 1000),
         static_cast<unsigned long long>(todo.disculpas), fallos);
     return fallos == 0 ? 0 : 1;
 }

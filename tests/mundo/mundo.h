@@ -44,6 +44,7 @@ class Mundo final : private AlEnviar {
     void enLinea(const Suceso& s, Linea& linea);
     void enCliente(const Suceso& s);
     void enMaquina(const Suceso& s);
+    void recargar(std::uint32_t version);
     void enOperador(const Suceso& s);
     void escribirClientes(const Suceso& s);
     void escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b);

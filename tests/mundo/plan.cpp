@@ -151,8 +151,11 @@ class Levantador {
     std::map<std::size_t, std::vector<std::pair<int, int>>> estaciones_;
 };
 
+constexpr std::size_t kDeNadie = static_cast<std::size_t>(-1);
+
 std::string texto(const Plan& plan, Levantador& levantador,
-                  const std::vector<std::size_t>& puertoDe, Azar& azar) {
+                  const std::vector<std::size_t>& puertoDe, Azar& azar,
+                  std::vector<std::size_t>& bloques) {
     Configuracion c;
     for (std::size_t p = 0; p < plan.puertos.size(); ++p) {
         const PlanDePuerto& puerto = plan.puertos[p];
@@ -171,12 +174,17 @@ std::string texto(const Plan& plan, Levantador& levantador,
                                std::to_string(con.puertoTCP));
             }
         }
-        for (const PlanDeBloque& b : plan.bloques) {
-            if (b.puerto == p)
-                c.bloque(b.plc, hexadecimalDe(b.registro), segundos(b.scanMs), b.activo, b.cantidad,
-                         b.nivel);
+        for (std::size_t k = 0; k < plan.bloques.size(); ++k) {
+            const PlanDeBloque& b = plan.bloques[k];
+            if (b.puerto != p) continue;
+            c.bloque(b.plc, hexadecimalDe(b.registro), segundos(b.scanMs), b.activo, b.cantidad,
+                     b.nivel);
+            bloques.push_back(k);
         }
-        if (azar.uno(4)) c.bloque(1, "1F0", "5"); // fits no frame: listed and never polled
+        if (azar.uno(4)) { // fits no frame: listed and never polled
+            c.bloque(1, "1F0", "5");
+            bloques.push_back(kDeNadie);
+        }
     }
     return c.texto();
 }
@@ -223,7 +231,48 @@ Plan::Plan(std::uint64_t s, Tamano querido) : semilla(s) {
         else
             levantador.conexion(k, p, c.tardanza > 0 ? azar.entre(1, 6) : t.bloques);
     }
-    configuracion = texto(*this, levantador, puertoDe, azar);
+    archivo_ = texto(*this, levantador, puertoDe, azar, enArchivo_);
+}
+
+std::string Plan::configuracion(std::uint32_t version) const {
+    if (version == 0) return archivo_;
+    std::string nuevo;
+    for (std::size_t i = 0, k = kDeNadie; i < archivo_.size();) {
+        const std::size_t fin = archivo_.find('\n', i) + 1;
+        std::string linea = archivo_.substr(i, fin - i);
+        i = fin;
+        if (linea.starts_with("Bloque")) k = enArchivo_[std::stoul(linea.substr(6))];
+        const std::size_t igual = linea.find('=');
+        if (k != kDeNadie && linea.starts_with("Bloque") && bloques[k].fuente == Fuente::Nadie &&
+            !bloques[k].aparte)
+            linea.replace(igual + 1, linea.size() - igual - 2,
+                          otroDato(bloques[k], linea.substr(0, igual), version + 7 * k,
+                                   linea.substr(igual + 1, linea.size() - igual - 2)));
+        nuevo += linea;
+    }
+    return nuevo;
+}
+
+/// What a version says of a block where the plan says `dato`.
+std::string Plan::otroDato(const PlanDeBloque& b, std::string_view clave, std::size_t suerte,
+                           const std::string& dato) const {
+    const auto usado = [&](int registro) {
+        return std::any_of(bloques.begin(), bloques.end(), [&](const PlanDeBloque& o) {
+            return o.conexion == b.conexion && o.indice == b.indice && registro >= o.registro &&
+                   registro < o.registro + o.cantidad;
+        });
+    };
+    const auto cambio = static_cast<int>(suerte / 8 % 200);
+    if (suerte % 8 == 0 && clave.ends_with("_StarAdrees") && b.cantidad == 1) {
+        const int otro = (b.registro + 1 + cambio) % 256;
+        return usado(otro) ? dato : hexadecimalDe(otro);
+    }
+    if (suerte % 8 == 1 && clave.ends_with("_ScanTime") && b.scanMs > 0)
+        return segundos(b.scanMs * (1 + cambio % 4));
+    // Levels 1 and 2 are the operators', 3 and 4 the client's.
+    if (suerte % 8 == 2 && clave.ends_with("_Nivel"))
+        return std::to_string((b.nivel <= 2 ? 3 : 7) - b.nivel);
+    return dato;
 }
 
 std::string Plan::resumen() const {

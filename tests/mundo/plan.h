@@ -88,9 +88,18 @@ struct Plan {
     std::vector<PlanDePuerto> puertos;
     std::vector<PlanDeConexion> conexiones;
     std::vector<PlanDeBloque> bloques;
-    std::string configuracion; ///< the driver's file
+    /// The driver's file. Version 0 is what is planned; in others some of the blocks that nobody
+    /// writes have another register, scan or level.
+    [[nodiscard]] std::string configuracion(std::uint32_t version) const;
 
     [[nodiscard]] std::string resumen() const;
+
+  private:
+    [[nodiscard]] std::string otroDato(const PlanDeBloque& b, std::string_view clave,
+                                       std::size_t suerte, const std::string& dato) const;
+
+    std::string archivo_;
+    std::vector<std::size_t> enArchivo_; ///< which of `bloques` those of the file are, in order
 };
 
 } // namespace kv::mundo

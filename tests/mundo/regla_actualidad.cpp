@@ -46,7 +46,7 @@ void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {
 void ReglaDeActualidad::contarForzada(const BloqueLectura& b) {
     Visto& v = visto(b.indice);
     // Without a pause a repetition cannot be told from a new request.
-    if (c_.motor.turnos.pausa() < 1) v.forzadas = 0;
+    if (c_.motor.turnos.pausa() < 1 || b.retirado) v.forzadas = 0;
     if (v.forzadas == 0 || turno_.pedido(b.idConexion) <= v.forzadaTras) return;
     --v.forzadas;
     c_.exigir(b.forzado == (v.forzadas > 0), "who is read so many times is", b.indice);
@@ -100,7 +100,7 @@ void ReglaDeActualidad::casillas(const BloqueLectura& b) {
 
 void ReglaDeActualidad::bitsIguales(Indice bloque) {
     const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
-    if (!b.bits) return;
+    if (!b.bits || b.retirado) return;
     const Lista& filas = c_.motor.vista.lstViewVariables;
     ScriptControl& guion = c_.motor.scriptControl;
     const auto palabra = static_cast<std::uint16_t>(static_cast<std::int32_t>(b.valor));

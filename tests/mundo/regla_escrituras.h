@@ -86,6 +86,7 @@ class ReglaDeEscrituras final : public OyenteDeSucesos {
         std::uint8_t estacion, registro;
         std::uint16_t palabra, delBit; ///< `delBit`: the one bit it may change, or all
         std::int64_t leyoUs;
+        bool comoSeLeyo; ///< the other bits are those that its station answered
         std::shared_ptr<Suerte> suerte;
     };
     [[nodiscard]] std::deque<Pedida>& cola(std::size_t n);

@@ -17,8 +17,10 @@ void ReglaDeValores::conocerBloques() {
         dichos_.emplace_back();
         const auto [otro, nueva] =
             porClave_.try_emplace(t.bloques[i].clave, static_cast<Indice>(i));
-        unico_.push_back(nueva ? 1 : 0);
+        const bool vuelve = !nueva && t.bloques[otro->second].retirado;
+        unico_.push_back(nueva || vuelve ? 1 : 0);
         if (!nueva) unico_[otro->second] = 0;
+        if (vuelve) otro->second = static_cast<Indice>(i);
     }
 }
 
@@ -52,6 +54,7 @@ void ReglaDeValores::notificarVariable(std::string_view direccion, double valor,
 /// Whoever was not answered is BAD when it is put to rest; whoever is due no more was answered.
 void ReglaDeValores::alTerminarLectura(Indice bloque) {
     const BloqueLectura& b = c_.motor.tablas.bloques[bloque];
+    if (b.retirado) return;
     if (!b.habilitadoPorRespuestas)
         c_.exigir(b.estado == kBad, "who rests is BAD", bloque);
     else if (!b.pendiente && c_.supervisada(b.idConexion))
@@ -79,7 +82,7 @@ void ReglaDeValores::barrer() {
     for (std::size_t i = 0; i < t.bloques.limiteSuperior(); ++i) {
         const BloqueLectura& b = t.bloques[i];
         const bool viva = c_.conexion(b.idConexion).estadoSupervision == 1;
-        if (unico(i))
+        if (unico(i) && !b.retirado)
             c_.exigir(b.valor == dichos_[i].valor && b.estado == dichos_[i].estado,
                       "the table holds what was told last", i);
         c_.exigir(viva || b.estado == kBad, "without a link everything is BAD", i);
@@ -87,7 +90,8 @@ void ReglaDeValores::barrer() {
     for (std::size_t k = 0; k < std::min(kGuionPorBarrida, t.bloques.limiteSuperior()); ++k) {
         proximoGuion_ = (proximoGuion_ + 1) % t.bloques.limiteSuperior();
         const BloqueLectura& b = t.bloques[proximoGuion_];
-        if (b.ranuraValor != kNinguno && unico(proximoGuion_)) guionIgual(proximoGuion_);
+        if (b.ranuraValor != kNinguno && unico(proximoGuion_) && !b.retirado)
+            guionIgual(proximoGuion_);
         filaIgual(b);
     }
 }

@@ -155,6 +155,7 @@ void Mundo::ajustar(std::uint32_t cual, std::uint32_t texto) {
 void Mundo::enMaquina(const Suceso& s) {
     switch (s.que) {
     case Que::Guion: {
+        if (s.b % 4 == 3) return recargar(s.c % 3 == 0 ? 0 : s.c);
         const std::string texto = guion(s.b, escrituras_.de(Fuente::Guion), forzables_);
         return texto.empty() ? archivos_.borrar(kGuion) : archivos_.poner(kGuion, texto);
     }

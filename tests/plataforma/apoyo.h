@@ -29,11 +29,12 @@ class Oyente final : public OyenteDeZocalo {
         if (alLlegar) alLlegar(indice, texto);
     }
     void alCortarse(std::size_t /*indice*/) override { suceso += "cortado;"; }
-    void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) override {
+    void alPedirConexion(std::size_t /*indice*/, std::string_view quien) override {
         suceso += "pedido;";
+        remoto = quien;
         if (alPedir) alPedir();
     }
-    std::string datos, suceso;
+    std::string datos, suceso, remoto;
     std::function<void(std::size_t, const std::string&)> alLlegar;
     std::function<void()> alPedir;
 };

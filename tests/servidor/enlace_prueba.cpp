@@ -198,4 +198,23 @@ TEST(Hostil, IrYVenirMilVeces) {
     EXPECT_NE(p.cliente.tomar().find("PassOK"), std::string::npos);
 }
 
+TEST(Puerto, MientrasSeAtiendeAUnClienteNadieLoToma) {
+    PlantaConServidor p(tresBloques());
+    p.arrancarConCliente();
+    struct Nadie final : OyenteDeZocalo {
+        void alLlegarDatos(std::size_t /*indice*/, std::span<const std::uint8_t> /*b*/) override {}
+    } nadie;
+    const auto ajeno = p.planta.bucle.crearZocalo(nadie, 0);
+    ajeno->escuchar("", 1334);
+    EXPECT_EQ(ajeno->estado(), EstadoZocalo::Error);
+    p.otro.conectar();
+    p.planta.avanzar(1000);
+    EXPECT_FALSE(p.otro.conectado);
+    p.cliente.cerrar();
+    p.planta.avanzar(5000);
+    p.otro.conectar();
+    p.planta.avanzar(1000);
+    EXPECT_TRUE(p.otro.conectado);
+}
+
 } // namespace kv

@@ -2,6 +2,9 @@
 #include "platform/epoll/servicio.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <string>
 #include <systemd/sd-daemon.h>
 
 namespace kv {
@@ -19,6 +22,13 @@ void AvisosDeServicio::listo() {
     if (sd_watchdog_enabled(0, &plazoUs) > 0)
         latido_.rearmar(std::max<std::int64_t>(static_cast<std::int64_t>(plazoUs / 2000), 1));
     sd_notify(0, "READY=1");
+}
+
+void AvisosDeServicio::recargando() {
+    timespec ahora{};
+    clock_gettime(CLOCK_MONOTONIC, &ahora);
+    const auto us = std::int64_t{ahora.tv_sec} * 1'000'000 + ahora.tv_nsec / 1000;
+    sd_notify(0, ("RELOADING=1\nMONOTONIC_USEC=" + std::to_string(us)).c_str());
 }
 
 void AvisosDeServicio::terminando() { sd_notify(0, "STOPPING=1"); }

@@ -6,7 +6,8 @@
 namespace kv {
 
 /// What the service manager that started this process is told: that it is ready, that it lives,
-/// that it ends. Does nothing when no manager did, or when it does not want to know.
+/// that it reads its configuration anew, that it ends. Does nothing when no manager did, or when it
+/// does not want to know.
 class AvisosDeServicio {
   public:
     /// Must live as long as the loop turns.
@@ -15,6 +16,8 @@ class AvisosDeServicio {
     /// manager allows, at the end of a turn of the loop: a handler that never comes back gives
     /// none, whatever it lets run meanwhile.
     void listo();
+    /// Its configuration is being read anew; `listo` follows.
+    void recargando();
     void terminando();
 
   private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/epoll/zocalo_epoll.h"
 
+#include "platform/epoll/archivo_de_zocalo.h"
 #include "platform/epoll/resolutor.h"
 #include "platform/maquina.h"
 #include "text/texto.h"
@@ -27,6 +28,7 @@ namespace {
 
 constexpr std::uint32_t kRecibir = EPOLLIN | EPOLLRDHUP;
 constexpr std::int64_t kDescansoMs = 1000;
+constexpr int kEnEspera = 128;
 
 std::string palabras(int error) { return std::generic_category().message(error); }
 
@@ -79,6 +81,14 @@ bool esElMismo(int descriptor) {
            largo == suLargo && std::memcmp(&propia, &otra, largo) == 0;
 }
 
+/// Of the program at the other end of a local link.
+std::string quienLlama(int descriptor) {
+    ucred otro{};
+    socklen_t largo = sizeof otro;
+    if (getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &otro, &largo) != 0) return "?/0";
+    return std::to_string(otro.uid) + "/" + std::to_string(otro.pid);
+}
+
 void sinDemora(int descriptor) {
     // A request is seven bytes that somebody waits for: never held back to be sent with others.
     const int si = 1;
@@ -108,6 +118,8 @@ void ZocaloEpoll::soltarDescriptor() {
 }
 
 void ZocaloEpoll::soltar() {
+    soltarReserva();
+    if (!rutaLocal_.empty()) unlink(std::exchange(rutaLocal_, {}).c_str());
     // One that does not answer has had its turn: the next attempt begins with the one behind it.
     if (estado_ == EstadoZocalo::Conectando) salto_ += probadas_;
     soltarDescriptor();
@@ -233,20 +245,70 @@ void ZocaloEpoll::probar() {
 }
 
 void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
+    Maquina lugar{};
+    auto& direccion = reinterpret_cast<sockaddr_in&>(lugar); // NOLINT
+    const bool vale = direccionDe(ip, puerto, direccion);
+    if (vale && volverAEscuchar(lugar)) return;
     cerrar();
-    sockaddr_in direccion{};
-    if (!direccionDe(ip, puerto, direccion)) return fallar("direccion no valida");
+    if (!vale) return fallar("direccion no valida");
     const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (d < 0) return fallar(palabras(errno));
     const int si = 1;
     setsockopt(d, SOL_SOCKET, SO_REUSEADDR, &si, sizeof si);
-    const auto* generica = reinterpret_cast<const sockaddr*>(&direccion); // NOLINT
-    if (bind(d, generica, sizeof direccion) != 0 || listen(d, 128) != 0) {
+    const auto* generica = reinterpret_cast<const sockaddr*>(&lugar); // NOLINT
+    if (bind(d, generica, sizeof direccion) != 0 || listen(d, kEnEspera) != 0) {
         const int error = errno;
         close(d);
         return fallar(palabras(error));
     }
+    lugar_ = lugar;
     adoptar(d, EstadoZocalo::Escuchando, EPOLLIN);
+}
+
+void ZocaloEpoll::reservar() {
+    if (estado_ != EstadoZocalo::Escuchando || !rutaLocal_.empty()) return cerrar();
+    const int d = std::exchange(descriptor_, -1);
+    bucle_.olvidar(registro_, d);
+    // One that does not listen shares its port with any other that may, as this one did.
+    const int no = 0;
+    setsockopt(d, SOL_SOCKET, SO_REUSEADDR, &no, sizeof no);
+    shutdown(d, SHUT_RD);
+    cerrar();
+    reservado_ = d;
+}
+
+void ZocaloEpoll::soltarReserva() {
+    if (reservado_ >= 0) close(std::exchange(reservado_, -1));
+}
+
+/// Where it has kept the port; false where it has not, or cannot go on there.
+bool ZocaloEpoll::volverAEscuchar(const Maquina& donde) {
+    if (reservado_ < 0 || std::memcmp(&donde, &lugar_, sizeof donde) != 0) return false;
+    // The links that were taken there share the port.
+    const int si = 1;
+    setsockopt(reservado_, SOL_SOCKET, SO_REUSEADDR, &si, sizeof si);
+    if (listen(reservado_, kEnEspera) != 0) return false;
+    const int d = std::exchange(reservado_, -1);
+    cerrar();
+    adoptar(d, EstadoZocalo::Escuchando, EPOLLIN);
+    return true;
+}
+
+void ZocaloEpoll::escucharLocal(const std::string& ruta, std::int64_t grupo) {
+    cerrar();
+    ArchivoDeZocalo archivo(ruta);
+    if (!archivo.liberar()) return fallar("ya hay un archivo que no es un zocalo en " + ruta);
+    const int d = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (d < 0) return fallar(palabras(errno));
+    // Nobody can connect before it listens, and by then it is whose it shall be.
+    if (!archivo.atar(d) || listen(d, kEnEspera) != 0) {
+        const int error = errno;
+        close(d);
+        return fallar(palabras(error));
+    }
+    rutaLocal_ = ruta;
+    if (!adoptar(d, EstadoZocalo::Escuchando, EPOLLIN)) return;
+    if (!archivo.darAlGrupo(grupo)) motivo_ = palabras(errno);
 }
 
 std::uint32_t ZocaloEpoll::puertoLocal() const {
@@ -382,15 +444,17 @@ void ZocaloEpoll::atenderPedido() {
     sockaddr_in direccion{};
     socklen_t largo = sizeof direccion;
     auto* generica = reinterpret_cast<sockaddr*>(&direccion); // NOLINT
+    const bool local = !rutaLocal_.empty();
     soltarPedido(); // of a handler that threw, or that let this one come
-    pedido_ = accept4(descriptor_, generica, &largo, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    pedido_ = accept4(descriptor_, local ? nullptr : generica, local ? nullptr : &largo,
+                      SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (pedido_ < 0) {
         if (errno == EAGAIN || errno == EINTR || errno == ECONNABORTED) return;
         bucle_.falto(errno);
         return descansarDeAceptar();
     }
     const auto yo = yo_;
-    oyente_.alPedirConexion(indice_, textoDe(direccion));
+    oyente_.alPedirConexion(indice_, local ? quienLlama(pedido_) : textoDe(direccion));
     if (*yo != nullptr) soltarPedido();
 }
 

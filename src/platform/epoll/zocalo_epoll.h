@@ -21,6 +21,8 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     [[nodiscard]] EstadoZocalo estado() const override { return estado_; }
     void conectar(const std::string& maquina, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
+    void escucharLocal(const std::string& ruta, std::int64_t grupo) override;
+    void reservar() override;
     void aceptar() override;
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
@@ -50,6 +52,8 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     void ponerPaciencia();
     void soltar();
     void soltarDescriptor();
+    void soltarReserva();
+    [[nodiscard]] bool volverAEscuchar(const Maquina& donde);
     void fallar(std::string motivo);
     [[nodiscard]] bool vaciarCola();
     void pedirEnvioAgrupado();
@@ -64,6 +68,9 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     std::size_t probadas_ = 0;
     std::size_t salto_ = 0; ///< where among a name's addresses the next attempt begins
     int pedido_ = -1;       ///< a link waiting for `aceptar`, during `alPedirConexion` only
+    int reservado_ = -1;    ///< bound where it has listened
+    Maquina lugar_{};       ///< there
+    std::string rutaLocal_; ///< the socket file that it listens on; empty: none
     BucleEpoll::Registro registro_ = 0;
     EstadoZocalo estado_ = EstadoZocalo::Cerrado;
     bool agrupar_ = false;

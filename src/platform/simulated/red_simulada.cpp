@@ -182,6 +182,12 @@ void RedSimulada::abortarDesdeZocalo(IdEnlace enlace) {
     }
 }
 
+std::uint32_t RedSimulada::puertoDeRuta(const std::string& ruta) {
+    constexpr std::uint32_t kTrasLosPuertos = 65536;
+    return rutas_.try_emplace(ruta, kTrasLosPuertos + static_cast<std::uint32_t>(rutas_.size()))
+        .first->second;
+}
+
 bool RedSimulada::escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo) {
     return escuchas_.try_emplace(puerto, &zocalo).second;
 }

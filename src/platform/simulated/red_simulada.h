@@ -62,6 +62,8 @@ class RedSimulada {
     /// A client connects to a port on which the driver listens.
     IdEnlace conectarCliente(std::uint32_t puerto, ExtremoSimulado& extremo,
                              const std::string& remoto = "10.0.0.9:50000");
+    /// Where to connect to a socket file: a port that no other thing has.
+    [[nodiscard]] std::uint32_t puertoDeRuta(const std::string& ruta);
     [[nodiscard]] bool vivo(IdEnlace enlace) const { return enlaces_.contains(enlace); }
     /// One way, both ways alike; 200 us at the start.
     void fijarLatencia(std::int64_t us) { latenciaUs_ = us; }
@@ -150,6 +152,7 @@ class RedSimulada {
     std::map<std::string, Servicio> servicios_;
     std::map<std::string, std::string> nombres_;
     std::map<std::uint32_t, ZocaloSimulado*> escuchas_;
+    std::map<std::string, std::uint32_t> rutas_;
 };
 
 } // namespace kv

@@ -20,7 +20,8 @@ ZocaloSimulado::~ZocaloSimulado() {
 
 void ZocaloSimulado::soltar() {
     if (enlace_ != 0) red_.cerrarDesdeZocalo(enlace_);
-    if (estado_ == EstadoZocalo::Escuchando) red_.dejarDeEscuchar(puerto_, *this);
+    if (estado_ == EstadoZocalo::Escuchando || std::exchange(reservado_, false))
+        red_.dejarDeEscuchar(puerto_, *this);
     enlace_ = 0;
     puerto_ = 0;
     cola_.clear();
@@ -61,6 +62,16 @@ void ZocaloSimulado::escuchar(const std::string& /*ip*/, std::uint32_t puerto) {
         estado_ = EstadoZocalo::Error;
         motivo_ = "puerto en uso";
     }
+}
+
+void ZocaloSimulado::escucharLocal(const std::string& ruta, std::int64_t /*grupo*/) {
+    escuchar({}, red_.puertoDeRuta(ruta));
+}
+
+void ZocaloSimulado::reservar() {
+    if (estado_ != EstadoZocalo::Escuchando) return;
+    reservado_ = true;
+    estado_ = EstadoZocalo::Cerrado;
 }
 
 void ZocaloSimulado::aceptar() {
@@ -148,6 +159,7 @@ void ZocaloSimulado::entregarFalla() {
 }
 
 bool ZocaloSimulado::entregarPedido(IdEnlace enlace, const std::string& remoto) {
+    if (estado_ != EstadoZocalo::Escuchando) return false;
     const auto yo = yo_;
     pedido_ = enlace;
     oyente_.alPedirConexion(indice_, remoto);

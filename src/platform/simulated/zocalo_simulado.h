@@ -24,6 +24,8 @@ class ZocaloSimulado final : public Zocalo {
     [[nodiscard]] EstadoZocalo estado() const override { return estado_; }
     void conectar(const std::string& ip, std::uint32_t puerto) override;
     void escuchar(const std::string& ip, std::uint32_t puerto) override;
+    void escucharLocal(const std::string& ruta, std::int64_t grupo) override;
+    void reservar() override;
     void aceptar() override;
     [[nodiscard]] std::unique_ptr<Zocalo> aceptarAparte(OyenteDeZocalo& oyente,
                                                         std::size_t indice) override;
@@ -59,6 +61,7 @@ class ZocaloSimulado final : public Zocalo {
     IdEnlace enlace_ = 0;
     IdEnlace pedido_ = 0;
     std::uint32_t puerto_ = 0;
+    bool reservado_ = false; ///< the port is kept
     bool agrupar_ = false;
     bool agrupado_ = false;
     std::uint64_t conexiones_ = 0;

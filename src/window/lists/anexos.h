@@ -18,7 +18,9 @@ struct ColumnaPropia {
     QString titulo;
     int ancho; ///< characters
     std::function<QString(std::uint32_t fila)> texto;
-    std::function<double(std::uint32_t fila)> orden; ///< what the column is sorted by
+    /// What the column is sorted by; none: by its texts.
+    std::function<double(std::uint32_t fila)> orden = {};
+    bool filtrable = false; ///< hardly changes: a filter looks into it
 };
 
 /// What is to be said of a row that stands well and yet does not.

@@ -132,7 +132,11 @@ void ModeloDeLista::ordenar() {
     std::iota(ordenadas_.begin(), ordenadas_.end(), 0U);
     if (columna_ < 0 || columna_ >= columnCount()) return;
     const auto columna = static_cast<std::size_t>(columna_);
-    if (const ColumnaPropia* p = propia(columna)) return ordenarPor(p->orden);
+    if (const ColumnaPropia* p = propia(columna)) {
+        if (p->orden) return ordenarPor(p->orden);
+        return ordenarPor(
+            [p](std::uint32_t f) { return claveDeOrden(Especie::Texto, deQt(p->texto(f))); });
+    }
     ordenarPor([&](std::uint32_t f) {
         return claveDeOrden(forma_.especies[columna], lista_.texto(f, columna));
     });
@@ -151,7 +155,7 @@ void ModeloDeLista::filtrar(const QString& texto) {
         if (!palabra.empty()) palabras_.emplace_back(palabra);
     }
     for (std::uint32_t f = 0; f < filas_.size(); ++f)
-        filas_[f].pasa = pasaElFiltro(f);
+        filas_[f].pasa = !filas_[f].retirada && pasaElFiltro(f);
     rehacer();
 }
 
@@ -159,11 +163,15 @@ bool ModeloDeLista::pasaElFiltro(std::uint32_t fila) const {
     return std::all_of(palabras_.begin(), palabras_.end(), [&](std::string_view palabra) {
         const bool alComienzo = palabra.starts_with('^') && palabra.size() > 1;
         if (alComienzo) palabra.remove_prefix(1);
+        const auto esta = [&](const std::string& texto) {
+            const std::size_t donde = buscarSinCaja(texto, palabra);
+            return alComienzo ? donde == 0 : donde != std::string::npos;
+        };
         return std::any_of(forma_.filtrables.begin(), forma_.filtrables.end(),
-                           [&](std::size_t columna) {
-                               const std::size_t donde =
-                                   buscarSinCaja(forma_.texto(lista_, fila, columna), palabra);
-                               return alComienzo ? donde == 0 : donde != std::string::npos;
+                           [&](std::size_t c) { return esta(forma_.texto(lista_, fila, c)); }) ||
+               std::any_of(anexos_.columnas.begin(), anexos_.columnas.end(),
+                           [&](const ColumnaPropia& c) {
+                               return c.filtrable && esta(deQt(c.texto(fila)));
                            });
     });
 }
@@ -210,6 +218,13 @@ void ModeloDeLista::mirar(std::uint32_t fila, bool& entraOSale) {
         ++cuantas_[static_cast<std::size_t>(EstadoDeFila::Ninguno)];
     }
     Fila& f = filas_[fila];
+    if (lista_.retirada(fila)) {
+        if (std::exchange(f.retirada, true)) return;
+        --cuantas_[static_cast<std::size_t>(f.estado)];
+        ++retiradas_;
+        entraOSale |= std::exchange(f.pasa, false);
+        return;
+    }
     const EstadoDeFila estado = forma_.estado(lista_, fila);
     --cuantas_[static_cast<std::size_t>(f.estado)];
     ++cuantas_[static_cast<std::size_t>(estado)];

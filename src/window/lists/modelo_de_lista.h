@@ -57,7 +57,7 @@ class ModeloDeLista final : public QAbstractTableModel {
     [[nodiscard]] std::size_t cuantas(EstadoDeFila estado) const {
         return cuantas_[static_cast<std::size_t>(estado)];
     }
-    [[nodiscard]] std::size_t total() const { return filas_.size(); }
+    [[nodiscard]] std::size_t total() const { return filas_.size() - retiradas_; }
 
   signals:
     /// A check box was clicked; the list follows when the command has been carried out.
@@ -68,6 +68,7 @@ class ModeloDeLista final : public QAbstractTableModel {
         std::int32_t lugar = -1;
         EstadoDeFila estado = EstadoDeFila::Ninguno;
         bool pasa = false;
+        bool retirada = false;
     };
     void mirar(std::uint32_t fila, bool& entraOSale);
     [[nodiscard]] std::optional<Reparo> reparoDe(std::uint32_t fila) const;
@@ -88,6 +89,7 @@ class ModeloDeLista final : public QAbstractTableModel {
     std::vector<std::uint32_t> ordenadas_; ///< all rows of the list
     std::vector<std::uint32_t> visibles_;  ///< those that pass, by row of the table
     std::array<std::size_t, kEstadosDeFila> cuantas_{};
+    std::size_t retiradas_ = 0;
     std::vector<std::string> palabras_;
     Base base_ = Base::Decimal;
     int columna_ = -1;

@@ -15,6 +15,10 @@ bool Recuento::avanzar() {
             continue;
         }
         if (miradas >= kPorVez) return false;
+        if (estaciones[estacion_].retirada) {
+            ++estacion_;
+            continue;
+        }
         miradas += estaciones[estacion_].bloques.size() + 1;
         contando_.push_back({conexion_, estacion_, porQue_.resumen(conexion_, estacion_)});
         ++estacion_;

@@ -36,7 +36,12 @@ void RegistroDeTendencias::mirar(std::int64_t ahoraMs) {
 }
 
 void RegistroDeTendencias::mirar(Serie& serie, std::int64_t ahoraMs) const {
-    const bool ok = variables_.tildada(serie.fila) &&
+    // The configuration may have been read anew: the same register is in another row, or in none.
+    if (variables_.retirada(serie.fila)) {
+        const std::int64_t otra = variables_.buscar(serie.direccion);
+        if (otra >= 0) serie.fila = static_cast<std::uint32_t>(otra);
+    }
+    const bool ok = !variables_.retirada(serie.fila) && variables_.tildada(serie.fila) &&
                     variables_.texto(serie.fila, de_variables::kEstado) == "OK";
     const double valor =
         numeroDeTexto(variables_.texto(serie.fila, de_variables::kValor)).value_or(0);

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "config/listas.h"
+#include "config/validacion.h"
+#include "plant/tablas.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+/// What a configuration asks for otherwise than a running plant has it. `configurado` and
+/// `estacionesNuevas` are places in the lists.
+struct Diferencia {
+    struct Nuevo {
+        std::size_t configurado;
+        std::string registro; ///< the first of `cantidad`, one behind the other
+        double cantidad;
+    };
+    struct Cambio {
+        Indice bloque;
+        std::size_t configurado; ///< level, scan or activity are another
+    };
+    std::vector<Indice> bloquesQueSobran; ///< those of stations that go among them
+    std::vector<Tablas::LugarDeEstacion> estacionesQueSobran;
+    std::vector<std::size_t> estacionesNuevas;
+    std::vector<Nuevo> nuevos;
+    std::vector<Cambio> cambios;
+    std::size_t iguales = 0; ///< variables
+};
+
+/// A station is the same when its address, its port's number, its own number and its index on the
+/// wire are; a block when its station and its key are. What was made because somebody asked for it
+/// stays as long as its station does. Linear in the size of both.
+[[nodiscard]] Diferencia comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
+                                  const Validacion& validacion);
+
+} // namespace kv
