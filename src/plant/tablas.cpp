@@ -140,4 +140,15 @@ std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {
            c.ip + ":" + c.puertoTCP;
 }
 
+std::string direccionDeEstacion(const Tablas& tablas, Indice conexion, Indice estacion) {
+    const ConexionIP& c = tablas.conexiones[conexion];
+    const Estacion& e = c.estaciones[estacion];
+    // Stations of two ports may share a connection: a block knows which one is its own.
+    if (!e.bloques.empty()) {
+        const std::string& clave = tablas.bloques[e.bloques.front()].clave;
+        return clave.substr(0, clave.rfind('.'));
+    }
+    return textoDeNumero(c.puerto) + "." + textoDeNumero(e.numero);
+}
+
 } // namespace kv
