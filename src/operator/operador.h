@@ -143,6 +143,9 @@ class Operador final : public OrdenDeEscribir {
     void BtnOcultar() { hacer({Orden::Clase::VerServidor, {}, 0}); }
     /// Writes what a trace box shows into a file.
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
+    /// The same for what is no text.
+    [[nodiscard]] Aviso guardarBytes(const std::string& ruta, std::string_view bytes);
+    [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
     /// Why a variable, block, station or connection is as it is.
     [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }
     [[nodiscard]] const Contadores& contadores() const { return p_.contadores; }
