@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "door/puerta_local.h"
 #include "events/contadores.h"
 #include "events/sucesos.h"
 #include "events/trazas.h"
@@ -93,6 +94,7 @@ class Motor final : private AlCambiarConexion,
     PorQue porQue;
     Recarga recarga;
     Operador operador;
+    PuertaLocal puertaLocal;
 
   private:
     std::string idioma_;

@@ -50,11 +50,16 @@ std::string enSegundos(std::int64_t ms) {
 
 } // namespace
 
-std::string PorQue::hora(std::int64_t ms) const {
+FechaHora PorQue::fecha(std::int64_t ms) const {
     const FechaHora ahora = reloj_.ahora();
     const long long aquel =
         segundosDesdeFecha(ahora) * 1000 + ahora.milisegundo - (reloj_.monotonicoMs() - ms);
-    const FechaHora f = fechaDesdeSegundos(aquel / 1000);
+    return fechaDesdeSegundos(aquel / 1000, static_cast<int>(aquel % 1000));
+}
+
+std::string PorQue::hora(std::int64_t ms) const {
+    const FechaHora ahora = reloj_.ahora();
+    const FechaHora f = fecha(ms);
     const std::string general = formatoGeneral(f); // dd/mm/yyyy hh:mm:ss
     constexpr std::size_t kDia = 11;
     const bool hoy = f.dia == ahora.dia && f.mes == ahora.mes && f.anio == ahora.anio;
