@@ -58,8 +58,8 @@ def main():
         todos |= suyos
         donde = "/" + "/".join(programa.relative_to(arbol / "debian").parts[1:])
         programas.append({"ref": donde, "dependsOn": sorted(suyos | set(CABECERAS))})
-    if len(programas) != 5:
-        sys.exit(f"five programs are built, {len(programas)} were found")
+    if len(programas) != 6:
+        sys.exit(f"six programs are built, {len(programas)} were found")
     componentes = [componente(p) for p in sorted(todos)]
     componentes += [
         {"type": "application", "bom-ref": p["ref"], "name": p["ref"], "version": version}

@@ -59,16 +59,8 @@
         <translation>Answers of the stations per second</translation>
     </message>
     <message>
-        <source>Variables que no están OK, de todas</source>
-        <translation>Variables that are not OK, of all</translation>
-    </message>
-    <message>
         <source>Conexiones con estaciones, de todas</source>
         <translation>Connections with stations, of all</translation>
-    </message>
-    <message>
-        <source>✖ %1 de %2 sin OK</source>
-        <translation>✖ %1 of %2 not OK</translation>
     </message>
     <message>
         <source>⇄ %1 de %2 conectadas</source>
@@ -77,6 +69,93 @@
     <message>
         <source>%1 respuestas/s</source>
         <translation>%1 answers/s</translation>
+    </message>
+    <message>
+        <source>Variables que se leen y están BAD, de todas</source>
+        <translation>Variables that are read and BAD, of all</translation>
+    </message>
+    <message>
+        <source>Variables OK cuya última lectura es más vieja de lo que debe</source>
+        <translation>Variables that are OK and whose last reading is older than it should be</translation>
+    </message>
+    <message>
+        <source>Estaciones que no contestan</source>
+        <translation>Stations that do not answer</translation>
+    </message>
+    <message>
+        <source>El supervisor, y desde cuándo</source>
+        <translation>The supervisor, and since when</translation>
+    </message>
+    <message>
+        <source>Última corrida del guion</source>
+        <translation>Last run of the script</translation>
+    </message>
+    <message>
+        <source>Avisos y alarmas sin reconocer (F3)</source>
+        <translation>Warnings and alarms not acknowledged (F3)</translation>
+    </message>
+    <message>
+        <source>Supervisor desde %1</source>
+        <translation>Supervisor since %1</translation>
+    </message>
+    <message>
+        <source>Supervisor sin identificarse desde %1</source>
+        <translation>Supervisor not logged in since %1</translation>
+    </message>
+    <message>
+        <source>Supervisor: ninguno todavía</source>
+        <translation>Supervisor: none yet</translation>
+    </message>
+    <message>
+        <source>✖ Sin supervisor desde %1</source>
+        <translation>✖ No supervisor since %1</translation>
+    </message>
+    <message>
+        <source>✖ %1 de %2 BAD</source>
+        <translation>✖ %1 of %2 BAD</translation>
+    </message>
+    <message>
+        <source>◷ %1 viejas</source>
+        <translation>◷ %1 old</translation>
+    </message>
+    <message>
+        <source>⊘ %1 estaciones mudas</source>
+        <translation>⊘ %1 silent stations</translation>
+    </message>
+    <message>
+        <source>⚑ %1 sin reconocer</source>
+        <translation>⚑ %1 not acknowledged</translation>
+    </message>
+    <message>
+        <source>✖ Guion</source>
+        <translation>✖ Script</translation>
+    </message>
+    <message>
+        <source>● Guion</source>
+        <translation>● Script</translation>
+    </message>
+    <message>
+        <source>○ Guion</source>
+        <translation>○ Script</translation>
+    </message>
+</context>
+<context>
+    <name>kv::BarraDeReparto</name>
+    <message>
+        <source>respuestas</source>
+        <translation>answers</translation>
+    </message>
+    <message>
+        <source>silencio</source>
+        <translation>silence</translation>
+    </message>
+    <message>
+        <source>pausas</source>
+        <translation>pauses</translation>
+    </message>
+    <message>
+        <source>libre</source>
+        <translation>free</translation>
     </message>
 </context>
 <context>
@@ -275,6 +354,106 @@
     <message>
         <source>%1 (apagado)</source>
         <translation>%1 (off)</translation>
+    </message>
+    <message>
+        <source>Pasos de las escrituras</source>
+        <translation>Steps of writes</translation>
+    </message>
+    <message>
+        <source>Escrituras</source>
+        <translation>Writes</translation>
+    </message>
+    <message>
+        <source>Dato&amp;s</source>
+        <translation>L&amp;ists</translation>
+    </message>
+    <message>
+        <source>&amp;Copiar filas</source>
+        <translation>&amp;Copy rows</translation>
+    </message>
+    <message>
+        <source>&amp;Exportar como CSV…</source>
+        <translation>&amp;Export as CSV…</translation>
+    </message>
+    <message>
+        <source>&amp;Ordenar por la columna</source>
+        <translation>&amp;Sort by the column</translation>
+    </message>
+    <message>
+        <source>Co&amp;lumnas</source>
+        <translation>Co&amp;lumns</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;decimal</source>
+        <translation>&amp;Decimal values</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;hexadecimal</source>
+        <translation>&amp;Hexadecimal values</translation>
+    </message>
+    <message>
+        <source>Valores en &amp;binario</source>
+        <translation>&amp;Binary values</translation>
+    </message>
+    <message>
+        <source>Vi&amp;gilancia</source>
+        <translation>&amp;Monitoring</translation>
+    </message>
+    <message>
+        <source>&amp;Sucesos</source>
+        <translation>&amp;Events</translation>
+    </message>
+    <message>
+        <source>&amp;Tendencias</source>
+        <translation>&amp;Trends</translation>
+    </message>
+    <message>
+        <source>Agregar a tendencias</source>
+        <translation>Add to trends</translation>
+    </message>
+    <message>
+        <source>Última lectura</source>
+        <translation>Last reading</translation>
+    </message>
+    <message>
+        <source>nunca</source>
+        <translation>never</translation>
+    </message>
+    <message>
+        <source>En este estado desde</source>
+        <translation>In this state since</translation>
+    </message>
+    <message>
+        <source>línea %1: %2</source>
+        <translation>line %1: %2</translation>
+    </message>
+    <message>
+        <source>&amp;Resumen de estaciones</source>
+        <translation>Overview of &amp;stations</translation>
+    </message>
+    <message>
+        <source>&amp;Detalle de la conexión</source>
+        <translation>&amp;Detail of the connection</translation>
+    </message>
+    <message>
+        <source>&amp;Por qué</source>
+        <translation>&amp;Why</translation>
+    </message>
+    <message>
+        <source>Por qué está así</source>
+        <translation>Why it is so</translation>
+    </message>
+    <message>
+        <source>Detalle de la conexión</source>
+        <translation>Detail of the connection</translation>
+    </message>
+    <message>
+        <source> (viejo)</source>
+        <translation> (old)</translation>
+    </message>
+    <message>
+        <source>Descripción</source>
+        <translation>Description</translation>
     </message>
 </context>
 <context>
@@ -590,7 +769,7 @@
     </message>
     <message>
         <source>Lo que tardó la última corrida del guion, y la memoria que usa</source>
-        <translation>What the script's last run took, and the memory that it uses</translation>
+        <translation>What the script&apos;s last run took, and the memory that it uses</translation>
     </message>
     <message>
         <source>Avisos: %1. El primero, en la %2</source>
@@ -603,6 +782,21 @@
     <message>
         <source>No hay errores ni avisos marcados.</source>
         <translation>No errors or warnings are marked.</translation>
+    </message>
+    <message>
+        <source>✔ Guardado</source>
+        <translation>✔ Saved</translation>
+    </message>
+</context>
+<context>
+    <name>kv::LienzoDeTendencias</name>
+    <message>
+        <source>Elija filas en la lista de variables y, en su menú (botón derecho), &quot;Agregar a tendencias&quot;.</source>
+        <translation>Choose rows in the list of variables and, in their menu (right button), &quot;Add to trends&quot;.</translation>
+    </message>
+    <message>
+        <source>sin datos</source>
+        <translation>no data</translation>
     </message>
 </context>
 <context>
@@ -622,6 +816,84 @@
     <message>
         <source>Cancelar</source>
         <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>kv::ModeloDeEstaciones</name>
+    <message>
+        <source>Estación</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Última respuesta</source>
+        <translation>Last answer</translation>
+    </message>
+    <message>
+        <source>Tiempo de respuesta</source>
+        <translation>Response time</translation>
+    </message>
+    <message>
+        <source>Pedidos</source>
+        <translation>Requests</translation>
+    </message>
+    <message>
+        <source>Vencidos</source>
+        <translation>Timed out</translation>
+    </message>
+    <message>
+        <source>Reintentos</source>
+        <translation>Retries</translation>
+    </message>
+    <message>
+        <source>Descartes</source>
+        <translation>Discarded</translation>
+    </message>
+</context>
+<context>
+    <name>kv::ModeloDeSucesos</name>
+    <message>
+        <source>nota</source>
+        <translation>note</translation>
+    </message>
+    <message>
+        <source>aviso</source>
+        <translation>warning</translation>
+    </message>
+    <message>
+        <source>alarma</source>
+        <translation>alarm</translation>
+    </message>
+    <message>
+        <source>sí</source>
+        <translation>yes</translation>
+    </message>
+    <message>
+        <source>Hora</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>Importa</source>
+        <translation>Severity</translation>
+    </message>
+    <message>
+        <source>Dónde</source>
+        <translation>Where</translation>
+    </message>
+    <message>
+        <source>Qué pasó</source>
+        <translation>What happened</translation>
+    </message>
+    <message>
+        <source>Veces</source>
+        <translation>Times</translation>
+    </message>
+    <message>
+        <source>Reconocido</source>
+        <translation>Acknowledged</translation>
+    </message>
+    <message>
+        <source>%1, la última %2</source>
+        <translation>%1, the last %2</translation>
     </message>
 </context>
 <context>
@@ -738,12 +1010,263 @@
         <translation>Filter of %1</translation>
     </message>
     <message>
-        <source>Muestra las filas que tengan todas las palabras escritas</source>
-        <translation>Shows the rows that hold every word typed</translation>
+        <source>Muestra las filas que tengan todas las palabras escritas; con ^ delante, las que empiecen así</source>
+        <translation>Shows the rows that have all words; with ^ in front, those that begin so</translation>
     </message>
     <message>
-        <source>%1 de %2</source>
-        <translation>%1 of %2</translation>
+        <source>Copiar (Ctrl+C)</source>
+        <translation>Copy (Ctrl+C)</translation>
+    </message>
+    <message>
+        <source>Exportar como CSV…</source>
+        <translation>Export as CSV…</translation>
+    </message>
+    <message>
+        <source>⚠ filtrada: %1 de %2</source>
+        <translation>⚠ filtered: %1 of %2</translation>
+    </message>
+    <message>
+        <source>Exportar %1</source>
+        <translation>Export %1</translation>
+    </message>
+    <message>
+        <source>(notas)</source>
+        <translation>(notes)</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeConexion</name>
+    <message>
+        <source>última %1,  mediana %2,  peor %3</source>
+        <translation>last %1,  median %2,  worst %3</translation>
+    </message>
+    <message>
+        <source>nunca</source>
+        <translation>never</translation>
+    </message>
+    <message>
+        <source>hace %1</source>
+        <translation>%1 ago</translation>
+    </message>
+    <message>
+        <source>Detalle de la conexión</source>
+        <translation>Detail of the connection</translation>
+    </message>
+    <message>
+        <source>Última respuesta:</source>
+        <translation>Last answer:</translation>
+    </message>
+    <message>
+        <source>Tiempo de respuesta:</source>
+        <translation>Response time:</translation>
+    </message>
+    <message>
+        <source>Pedidos y respuestas:</source>
+        <translation>Requests and answers:</translation>
+    </message>
+    <message>
+        <source>Sin respuesta a tiempo:</source>
+        <translation>Not answered in time:</translation>
+    </message>
+    <message>
+        <source>Descartado:</source>
+        <translation>Discarded:</translation>
+    </message>
+    <message>
+        <source>Enlaces perdidos:</source>
+        <translation>Links lost:</translation>
+    </message>
+    <message>
+        <source>Scans:</source>
+        <translation>Scans:</translation>
+    </message>
+    <message>
+        <source>La línea, últimos minutos:</source>
+        <translation>The line, latest minutes:</translation>
+    </message>
+    <message>
+        <source>Estaciones de la conexión</source>
+        <translation>Stations of the connection</translation>
+    </message>
+    <message>
+        <source>ningún bloque se lee</source>
+        <translation>no block is read</translation>
+    </message>
+    <message>
+        <source>se cumplen todos (piden el %1 % de la línea)</source>
+        <translation>all are kept (they want %1 % of the line)</translation>
+    </message>
+    <message>
+        <source>⚠ %1 no se pueden cumplir (piden el %2 % de la línea); lo mejor posible es %3 s</source>
+        <translation>⚠ %1 cannot be kept (they want %2 % of the line); the best possible is %3 s</translation>
+    </message>
+    <message>
+        <source>Elija una conexión en su lista</source>
+        <translation>Choose a connection in its list</translation>
+    </message>
+    <message>
+        <source>%1 pedidos, %2 respuestas</source>
+        <translation>%1 requests, %2 answers</translation>
+    </message>
+    <message>
+        <source>%1, con %2 reintentos</source>
+        <translation>%1, with %2 retries</translation>
+    </message>
+    <message>
+        <source>%1 llegadas que no son respuesta (%2 bytes), %3 respuestas que no se esperaban, %4 dudosas</source>
+        <translation>%1 arrivals that are no answer (%2 bytes), %3 answers not waited for, %4 in doubt</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeResumen</name>
+    <message>
+        <source>OK %1   viejas %2   BAD %3</source>
+        <translation>OK %1   old %2   BAD %3</translation>
+    </message>
+    <message>
+        <source>sin respuesta</source>
+        <translation>no answer</translation>
+    </message>
+    <message>
+        <source>sin respuesta desde %1</source>
+        <translation>no answer since %1</translation>
+    </message>
+    <message>
+        <source>&amp;Sólo con problemas</source>
+        <translation>&amp;Only with problems</translation>
+    </message>
+    <message>
+        <source>Resumen de estaciones</source>
+        <translation>Overview of stations</translation>
+    </message>
+    <message>
+        <source>%1 estaciones, %2 sin respuesta; variables: %3 OK, %4 viejas, %5 BAD</source>
+        <translation>%1 stations, %2 silent; variables: %3 OK, %4 old, %5 BAD</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeSucesos</name>
+    <message>
+        <source>&amp;Sólo avisos y alarmas</source>
+        <translation>&amp;Warnings and alarms only</translation>
+    </message>
+    <message>
+        <source>Sólo sin &amp;reconocer</source>
+        <translation>&amp;Unacknowledged only</translation>
+    </message>
+    <message>
+        <source>Sucesos</source>
+        <translation>Events</translation>
+    </message>
+    <message>
+        <source>Filtrar…</source>
+        <translation>Filter…</translation>
+    </message>
+    <message>
+        <source>Filtro de los sucesos</source>
+        <translation>Filter of the events</translation>
+    </message>
+    <message>
+        <source>Re&amp;conocer lo elegido</source>
+        <translation>&amp;Acknowledge the chosen</translation>
+    </message>
+    <message>
+        <source>Reconocer &amp;todo</source>
+        <translation>Acknowledge a&amp;ll</translation>
+    </message>
+    <message>
+        <source>&amp;Exportar como CSV…</source>
+        <translation>&amp;Export as CSV…</translation>
+    </message>
+    <message>
+        <source>Cerrar</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Exportar los sucesos</source>
+        <translation>Export the events</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeTendencias</name>
+    <message>
+        <source>&amp;Pausa</source>
+        <translation>&amp;Pause</translation>
+    </message>
+    <message>
+        <source>Tendencias</source>
+        <translation>Trends</translation>
+    </message>
+    <message>
+        <source>&amp;Últimos:</source>
+        <translation>&amp;Last:</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>&amp;Quitar</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>Guardar &amp;imagen…</source>
+        <translation>Save &amp;picture…</translation>
+    </message>
+    <message>
+        <source>Guardar &amp;CSV…</source>
+        <translation>Save &amp;CSV…</translation>
+    </message>
+    <message>
+        <source>Guardar la imagen</source>
+        <translation>Save the picture</translation>
+    </message>
+    <message>
+        <source>Guardar los valores</source>
+        <translation>Save the values</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaPorQue</name>
+    <message>
+        <source>Por qué</source>
+        <translation>Why</translation>
+    </message>
+    <message>
+        <source>La variable</source>
+        <translation>The variable</translation>
+    </message>
+    <message>
+        <source>Su bloque</source>
+        <translation>Its block</translation>
+    </message>
+    <message>
+        <source>Su estación</source>
+        <translation>Its station</translation>
+    </message>
+    <message>
+        <source>Su conexión</source>
+        <translation>Its connection</translation>
+    </message>
+    <message>
+        <source>Ver la &amp;conexión</source>
+        <translation>See the &amp;connection</translation>
+    </message>
+    <message>
+        <source>C&amp;opiar</source>
+        <translation>C&amp;opy</translation>
+    </message>
+    <message>
+        <source>Cerrar</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Elija una fila en las listas de variables o de bloques</source>
+        <translation>Choose a row in the lists of variables or blocks</translation>
     </message>
 </context>
 <context>
@@ -763,6 +1286,13 @@
     <message>
         <source>&amp;Ocultar</source>
         <translation>&amp;Hide</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Vigilancia</name>
+    <message>
+        <source>Entran %1 variables; quite alguna antes.</source>
+        <translation>There is room for %1 variables; remove one first.</translation>
     </message>
 </context>
 </TS>

@@ -120,8 +120,9 @@ void todo(QApplication& aplicacion, Driver& driver, double segundos) {
                      &aplicacion, [&driver] { driver.bucle().atender(); });
     std::unique_ptr<Ventanas> ventanas;
     const double hacerla = msDe([&] {
-        ventanas = std::make_unique<Ventanas>(PartesDeVentana{
-            motor.vista, motor.trazas, motor.operador, editor, mensajero, "", [] {}});
+        ventanas = std::make_unique<Ventanas>(
+            PartesDeVentana{motor.vista, motor.sucesos, motor.tablas, motor.trazas, motor.operador,
+                            editor, mensajero, "", [] {}});
     });
     Form1& form = ventanas->principal();
     const double abrirla = msDe([&] {

@@ -2,6 +2,7 @@
 #include "config/comprobacion.h"
 
 #include "config/desconocidas.h"
+#include "config/descripciones.h"
 #include "plant/bases.h"
 #include "text/numeros.h"
 #include "text/texto.h"
@@ -174,6 +175,22 @@ void revisarTextos(Ajustes& ajustes, Problemas& problemas) {
     }
 }
 
+/// Descriptions of what the plant does not have: most likely an address that was mistyped.
+void revisarDescripciones(Revision& r) {
+    const ListasDeConfiguracion& listas = r.configuracion.listas;
+    if (listas.descripciones.ninguna()) return;
+    const DireccionesDePlanta planta = direccionesDe(listas, r.validacion);
+    const std::string ruta = rutaDeDescripciones(r.configuracion.ubicacion.rutaConfiguracion);
+    listas.descripciones.recorrer([&](const std::string& direccion, const Descripcion& d) {
+        DireccionPartida partes;
+        if (!partirDireccion(direccion, partes) ||
+            planta.hayRegistro(partes.puerto, partes.plc, partes.registro))
+            return;
+        r.configuracion.problemas.agregar(ruta, d.fila, "ningún bloque lee " + citarUtf8(direccion),
+                                          "su descripción no se ve, salvo que se lo lea a pedido");
+    });
+}
+
 } // namespace
 
 int Revision::resultado() const {
@@ -276,6 +293,7 @@ Revision revisar(Ajustes& ajustes) {
                             std::move(q.consecuencia));
     nombresDesconocidos(ajustes, c);
     Revision r = revisarListas(std::move(c), ajustes.leerTiempo(kTiempoEntrePoleo, {}));
+    revisarDescripciones(r);
     r.escucha = escucha;
     r.puertoEscucha = ajustes.leerTiempo(kPuertoEscucha, {});
     impedimentosDe(ajustes, r);

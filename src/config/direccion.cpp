@@ -26,9 +26,4 @@ bool esIPv4(std::string_view texto) {
     return grupos == 4 && texto.size() <= 15;
 }
 
-std::string claveDeConexion(std::string_view ip, std::string_view puertoTCP) {
-    const auto puerto = puertoTcpDeTexto(puertoTCP);
-    return minusculas(ip) + ":" + (puerto ? std::to_string(*puerto) : minusculas(puertoTCP));
-}
-
 } // namespace kv

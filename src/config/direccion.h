@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace kv {
@@ -14,9 +13,5 @@ namespace kv {
 /// Whether the text is an IPv4 address: four numbers 0 to 255, without leading zeros, joined by
 /// points.
 [[nodiscard]] bool esIPv4(std::string_view texto);
-
-/// What two stations must have in common to share a connection: the IP whatever its letter case,
-/// and the TCP port as a number, so that "0502" is "502".
-[[nodiscard]] std::string claveDeConexion(std::string_view ip, std::string_view puertoTCP);
 
 } // namespace kv

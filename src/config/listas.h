@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "config/problema.h"
+#include "plant/descripciones.h"
 #include "plant/registros.h"
 
 #include <cmath>
@@ -31,6 +31,8 @@ struct ListasDeConfiguracion {
     std::vector<LineasDePuerto> lineasDePuertos;
     std::vector<std::uint32_t> lineasDeEstaciones;
     std::vector<std::uint32_t> lineasDeBloques;
+    Descripciones descripciones;   ///< of a table beside the configuration
+    bool hayDescripciones = false; ///< there is something that says which, or that there are none
 };
 
 /// The number by which stations and blocks name their port: a whole number from 1 to 32767, or 0

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/planilla.h"
 
+#include "config/csv.h"
 #include "config/desconocidas.h"
+#include "config/descripciones.h"
 #include "config/ini.h"
+#include "plant/bases.h"
+#include "plant/direcciones.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -16,9 +20,6 @@
 
 namespace kv {
 namespace {
-
-constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
-constexpr std::string_view kSeparadores = ";,\t";
 
 enum class Columna : std::uint8_t {
     Tipo,
@@ -41,8 +42,10 @@ enum class Columna : std::uint8_t {
     Nivel,
     Numero,
     Activo,
+    Descripcion,
+    Unidad,
 };
-constexpr std::array<std::string_view, 20> kColumnas = {"tipo",
+constexpr std::array<std::string_view, 22> kColumnas = {"tipo",
                                                         "puerto",
                                                         "DEFAULT_SCAN_TIME",
                                                         "READ_AFTER_WRITE",
@@ -61,29 +64,28 @@ constexpr std::array<std::string_view, 20> kColumnas = {"tipo",
                                                         "ScanTime",
                                                         "Nivel",
                                                         "Numero",
-                                                        "ActiveDefault"};
-constexpr std::array<std::string_view, 3> kTipos = {"puerto", "estacion", "bloque"};
+                                                        "ActiveDefault",
+                                                        "descripcion",
+                                                        "unidad"};
+constexpr std::array<std::string_view, 4> kTipos = {"puerto", "estacion", "bloque", "variable"};
 
-std::string_view nombreDe(Columna c) { return kColumnas[static_cast<std::size_t>(c)]; }
+std::size_t lugarDe(Columna c) { return static_cast<std::size_t>(c); }
 
 /// A row that is being written.
 class Fila {
   public:
     Fila& texto(Columna c, std::string_view t) {
-        std::string& celda = celdas_[static_cast<std::size_t>(c)];
-        celda = t;
-        if (t.find_first_of("\";\r\n\t,") == std::string_view::npos && recortar(t) == t)
-            return *this;
-        celda = "\"";
-        for (const char x : t)
-            celda += x == '"' ? std::string("\"\"") : std::string(1, x);
-        celda += '"';
+        celdas_[lugarDe(c)] = celdaCsv(t);
         return *this;
     }
     Fila& numero(Columna c, double n) {
-        std::string& celda = celdas_[static_cast<std::size_t>(c)] = textoDeNumero(n);
+        std::string& celda = celdas_[lugarDe(c)] = textoDeNumero(n);
         std::replace(celda.begin(), celda.end(), '.', ',');
         return *this;
+    }
+    Fila& descripcion(const Descripcion* d) {
+        if (d == nullptr) return *this;
+        return texto(Columna::Descripcion, d->texto).texto(Columna::Unidad, d->unidad);
     }
     void agregarA(std::string& planilla) const {
         for (std::size_t i = 0; i < celdas_.size(); ++i)
@@ -95,104 +97,28 @@ class Fila {
     std::array<std::string, kColumnas.size()> celdas_;
 };
 
-/// A cell that was read; quotes keep the blanks within them.
-struct Celda {
-    std::string texto;
-    bool citada = false;
-    [[nodiscard]] std::string_view dice() const {
-        return citada ? std::string_view(texto) : recortar(texto);
-    }
-};
-
-/// Takes the cells of the next row off the front of a table. A quoted cell may hold separators and
-/// line ends.
-std::vector<Celda> quitarFila(std::string_view& resto, char separador) {
-    std::vector<Celda> celdas(1);
-    bool entreComillas = false;
-    std::size_t i = 0;
-    for (; i < resto.size(); ++i) {
-        const char c = resto[i];
-        Celda& celda = celdas.back();
-        if (entreComillas) {
-            const bool doble = c == '"' && i + 1 < resto.size() && resto[i + 1] == '"';
-            if (doble) ++i;
-            if (c == '"' && !doble)
-                entreComillas = false;
-            else
-                celda.texto += c;
-        } else if (c == '"' && !celda.citada && recortar(celda.texto).empty()) {
-            entreComillas = celda.citada = true;
-            celda.texto.clear();
-        } else if (c == separador) {
-            celdas.emplace_back();
-        } else if (c == '\n') {
-            break;
-        } else if (c != '\r' && !(celda.citada && c == ' ')) {
-            celda.texto += c;
-        }
-    }
-    resto.remove_prefix(std::min(i + 1, resto.size()));
-    return celdas;
-}
-
 class LectorDePlanilla {
   public:
-    LectorDePlanilla(ListasDeConfiguracion& listas, Problemas& problemas)
-        : listas_(listas), problemas_(problemas) {}
+    LectorDePlanilla(std::string_view contenido, ListasDeConfiguracion& listas,
+                     Problemas& problemas)
+        : listas_(listas),
+          tabla_(contenido, listas.archivo, kColumnas, "no se importa nada", problemas) {}
 
-    void leer(std::string_view contenido) {
-        const std::string_view cabeza = contenido.substr(0, contenido.find('\n'));
-        const auto cuantos = [cabeza](char s) {
-            return std::count(cabeza.begin(), cabeza.end(), s);
-        };
-        const char separador =
-            *std::max_element(kSeparadores.begin(), kSeparadores.end(),
-                              [&](char a, char b) { return cuantos(a) < cuantos(b); });
-        if (!cabecera(quitarFila(contenido, separador))) return;
-        while (!contenido.empty()) {
-            ++fila_;
-            celdas_ = quitarFila(contenido, separador);
-            const bool vacia = std::all_of(celdas_.begin(), celdas_.end(),
-                                           [](const Celda& c) { return c.dice().empty(); });
-            if (!vacia) fila();
-        }
+    void leer() {
+        if (!tabla_.cabecera({lugarDe(Columna::Tipo), lugarDe(Columna::Puerto)})) return;
+        listas_.hayDescripciones = tabla_.tiene(lugarDe(Columna::Descripcion));
+        while (tabla_.siguiente())
+            fila();
     }
 
   private:
-    void mal(const std::string& que) {
-        problemas_.agregar(listas_.archivo, fila_, que, "no se importa nada");
-    }
-    void mal(Columna c, const std::string& que) {
-        mal("columna " + std::string(nombreDe(c)) + ": " + que);
-    }
-    bool cabecera(const std::vector<Celda>& nombres) {
-        donde_.fill(nombres.size());
-        for (std::size_t i = 0; i < nombres.size(); ++i) {
-            const std::string_view nombre = nombres[i].dice();
-            const auto c = std::find_if(kColumnas.begin(), kColumnas.end(),
-                                        [&](auto n) { return igualSinCaja(n, nombre); });
-            if (c != kColumnas.end())
-                donde_[static_cast<std::size_t>(c - kColumnas.begin())] = i;
-            else if (!nombre.empty())
-                mal(cita(nombre) + " no es una columna conocida" + talVez(nombre, kColumnas));
-        }
-        for (const Columna c : {Columna::Tipo, Columna::Puerto}) {
-            if (donde_[static_cast<std::size_t>(c)] < nombres.size()) continue;
-            mal("falta la columna " + std::string(nombreDe(c)));
-            return false;
-        }
-        return true;
-    }
-    static std::string cita(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
+    void mal(Columna c, const std::string& que) { tabla_.mal(lugarDe(c), que); }
 
-    /// What stands in the row's cell; empty where the table has no such column.
+    /// What stands in the row's cell and is to be written into a file of Windows-1252.
     [[nodiscard]] std::string texto(Columna c) {
-        const std::size_t i = donde_[static_cast<std::size_t>(c)];
-        if (i >= celdas_.size()) return {};
-        const std::string t(celdas_[i].dice());
-        if (t.find_first_of("\r\n") != std::string::npos) mal(c, "tiene más de un renglón");
+        std::string t = tabla_.texto(lugarDe(c));
         if (utf8DesdeWindows1252(windows1252DesdeUtf8(t)) != t)
-            mal(c, cita(t) + " tiene letras que Windows-1252 no tiene");
+            mal(c, citarUtf8(t) + " tiene letras que Windows-1252 no tiene");
         if (windows1252DesdeUtf8(t).size() > kMaximoDeValor)
             mal(c, "tiene más de " + std::to_string(kMaximoDeValor) + " caracteres");
         return t;
@@ -201,7 +127,7 @@ class LectorDePlanilla {
         const std::string t = texto(c);
         if (t.empty() && porDefecto) return *porDefecto;
         const auto n = numeroConComa(t);
-        if (!n) mal(c, t.empty() ? "falta" : cita(t) + " no es un número");
+        if (!n) mal(c, t.empty() ? "falta" : citarUtf8(t) + " no es un número");
         return n.value_or(0);
     }
     std::int16_t corto(Columna c, std::optional<double> porDefecto = {}) {
@@ -221,7 +147,9 @@ class LectorDePlanilla {
         if (tipo == kTipos[0]) return puerto();
         if (tipo == kTipos[1] || tipo == "estación") return estacion();
         if (tipo == kTipos[2]) return bloque();
-        mal(Columna::Tipo, cita(tipo) + " no es puerto, estacion ni bloque" + talVez(tipo, kTipos));
+        if (tipo == kTipos[3]) return variable();
+        mal(Columna::Tipo,
+            citarUtf8(tipo) + " no es puerto, estacion, bloque ni variable" + talVez(tipo, kTipos));
     }
     void puerto() {
         Puerto p;
@@ -235,7 +163,7 @@ class LectorDePlanilla {
         if (!puertos_.insert(p.numero).second)
             mal(Columna::Puerto, textoDeNumero(p.numero) + " está repetido");
         listas_.puertos.push_back(p);
-        listas_.lineasDePuertos.push_back({fila_});
+        listas_.lineasDePuertos.push_back({tabla_.fila()});
     }
     /// The port that a station or block names; its row must stand before.
     std::int16_t puertoDeLaFila() {
@@ -255,7 +183,7 @@ class LectorDePlanilla {
         if (e.ip.empty()) mal(Columna::Ip, "falta");
         if (e.puertoTCP.empty()) mal(Columna::PuertoTcp, "falta");
         listas_.estaciones.push_back(std::move(e));
-        listas_.lineasDeEstaciones.push_back(fila_);
+        listas_.lineasDeEstaciones.push_back(tabla_.fila());
     }
     void bloque() {
         ConfiguracionDeBloque b;
@@ -268,16 +196,27 @@ class LectorDePlanilla {
         b.nivel = numero(Columna::Nivel, 0);
         b.numeroConfigurado = numero(Columna::Numero, 0);
         b.activoPorDefecto = bandera(Columna::Activo);
+        describir(claveDeBloque(b.puerto, b.plc, b.direccion));
         listas_.bloques.push_back(std::move(b));
-        listas_.lineasDeBloques.push_back(fila_);
+        listas_.lineasDeBloques.push_back(tabla_.fila());
+    }
+    /// What has a description and no row of its own: further registers of a block, bits.
+    void variable() {
+        const double puerto = numero(Columna::Puerto);
+        const double plc = numero(Columna::Plc);
+        describir(claveDeBloque(puerto, plc, texto(Columna::Direccion)));
+    }
+    void describir(const std::string& direccion) {
+        Descripcion d =
+            leerDescripcion(tabla_, lugarDe(Columna::Descripcion), lugarDe(Columna::Unidad));
+        if (d.vacia()) return;
+        anotarDescripcion(listas_.descripciones, direccion, std::move(d), tabla_,
+                          lugarDe(Columna::Direccion));
     }
 
     ListasDeConfiguracion& listas_;
-    Problemas& problemas_;
-    std::array<std::size_t, kColumnas.size()> donde_{};
-    std::vector<Celda> celdas_;
+    TablaCsv tabla_;
     std::unordered_set<double> puertos_; ///< by number
-    std::uint32_t fila_ = 1;
 };
 
 /// A value as the file needs it to be read back with its blanks and quotes.
@@ -329,7 +268,10 @@ std::string planillaDe(const ListasDeConfiguracion& listas) {
             .numero(Columna::Indice, e.indice)
             .numero(Columna::Digitos, e.digitos)
             .agregarA(planilla);
-    for (const ConfiguracionDeBloque& b : listas.bloques)
+    std::unordered_set<const Descripcion*> puestas;
+    for (const ConfiguracionDeBloque& b : listas.bloques) {
+        const Descripcion* d = listas.descripciones.de(claveDeBloque(b.puerto, b.plc, b.direccion));
+        if (!puestas.insert(d).second) d = nullptr; // a register that two blocks read
         Fila()
             .texto(Columna::Tipo, kTipos[2])
             .numero(Columna::Puerto, b.puerto)
@@ -341,7 +283,21 @@ std::string planillaDe(const ListasDeConfiguracion& listas) {
             .numero(Columna::Nivel, b.nivel)
             .numero(Columna::Numero, b.numeroConfigurado)
             .numero(Columna::Activo, b.activoPorDefecto ? 1 : 0)
+            .descripcion(d)
             .agregarA(planilla);
+    }
+    listas.descripciones.recorrer([&](const std::string& direccion, const Descripcion& d) {
+        DireccionPartida partes;
+        if (puestas.contains(&d) || !partirDireccion(direccion, partes)) return;
+        Fila()
+            .texto(Columna::Tipo, kTipos[3])
+            .numero(Columna::Puerto, partes.puerto)
+            .numero(Columna::Plc, partes.plc)
+            .texto(Columna::Direccion,
+                   direccion.substr(direccion.find('.', direccion.find('.') + 1) + 1))
+            .descripcion(&d)
+            .agregarA(planilla);
+    });
     return planilla;
 }
 
@@ -349,15 +305,7 @@ void leerPlanilla(std::string_view contenido, const std::string& ruta,
                   ListasDeConfiguracion& listas, Problemas& problemas) {
     listas = {};
     listas.archivo = ruta;
-    if (contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF"))
-        return problemas.agregar(ruta, 1, "el archivo está guardado como UTF-16",
-                                 "no se importa nada: debe ser UTF-8 o Windows-1252");
-    std::string enUtf8;
-    if (contenido.starts_with(kMarcaUtf8))
-        contenido.remove_prefix(kMarcaUtf8.size());
-    else if (!pareceUtf8(contenido))
-        contenido = enUtf8 = utf8DesdeWindows1252(contenido);
-    LectorDePlanilla(listas, problemas).leer(contenido);
+    LectorDePlanilla(contenido, listas, problemas).leer();
 }
 
 std::string iniDe(const ListasDeConfiguracion& listas) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/proyecto.h"
 
+#include "config/descripciones.h"
 #include "config/driver.h"
 #include "platform/ruta.h"
 #include "text/texto.h"
@@ -55,6 +56,8 @@ ConfiguracionLeida leerConfiguracionUbicada(Ajustes& ajustes, const MensajeDeErr
     else
         leerConfiguracionDeDriver(ajustes.archivos(), c.ubicacion.rutaConfiguracion, c.listas,
                                   c.problemas);
+    const std::string ruta = rutaDeDescripciones(c.ubicacion.rutaConfiguracion);
+    leerDescripciones(ajustes.archivos(), ruta, c.listas.descripciones, c.problemas);
     return c;
 }
 

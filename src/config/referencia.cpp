@@ -2,6 +2,7 @@
 #include "config/referencia.h"
 
 #include "config/claves.h"
+#include "config/descripciones.h"
 #include "config/exportacion.h"
 #include "config/tabla_de_ajustes.h"
 #include "text/numeros.h"
@@ -148,6 +149,19 @@ std::string referenciaDeClaves() {
     exportados(doc, kCamposDePuertoExportado, kComoPuerto, "puerto");
     exportados(doc, kCamposDeEstacionExportada, kComoEsclavo, "estación");
     exportados(doc, kCamposDeBloqueExportado, kComoBloque, "bloque");
+    doc += "\n## Descripciones: `" + std::string(kArchivoDeDescripciones) +
+           "`\n\n"
+           "Si está, junto a la configuración: cómo se llaman las variables y en qué unidad se "
+           "miden. Se lee al arrancar. Una planilla CSV (`;`, `,` o tabulador; UTF-8 o "
+           "Windows-1252), una fila por variable que tenga descripción, con los nombres de las "
+           "columnas en la primera fila. `--exportar` e `--importar` la llevan y la traen con la "
+           "configuración.\n" +
+           std::string(kCabezaDeTabla);
+    fila(doc, "direccion", "obligatoria", "`1.1.10`, `1.1.10.3`",
+         "Registro (puerto.PLC.registro) o uno de sus bits; los ceros de adelante y la caja de las "
+         "letras no cuentan.");
+    fila(doc, "descripcion", "vacía", "hasta 200 caracteres", "Nombre para quien la mira.");
+    fila(doc, "unidad", "vacía", "hasta 20 caracteres", "En qué se mide: `m³/h`, `°C`, `%`.");
     return doc;
 }
 

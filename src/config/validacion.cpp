@@ -3,6 +3,7 @@
 
 #include "config/direccion.h"
 #include "plant/bases.h"
+#include "plant/direcciones.h"
 #include "platform/maquina.h"
 #include "text/numeros.h"
 #include "text/texto.h"

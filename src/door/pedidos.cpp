@@ -5,7 +5,6 @@
 #include "door/usuarios.h"
 #include "events/nombres.h"
 #include "operator/escritura_manual.h"
-#include "plant/bases.h"
 #include "text/texto.h"
 
 #include <algorithm>

@@ -63,10 +63,12 @@ void Arranque::arrancar() {
     ConfiguracionLeida leida = leerConfiguracionUbicada(
         m.ajustes, [&m](std::string_view texto) { m.vista.mostrarMensaje(texto); });
     m.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
+    procesos_.atenderConfiguracion(leida.ubicacion.rutaConfiguracion);
     m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
     m.aplicarAjustes();
     m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
     const Validacion validacion = validar(leida.listas, leida.problemas);
+    m.descripciones = std::move(leida.listas.descripciones);
     levantarConfiguracion(m.modelo, leida.listas, validacion);
     m.recarga.conocer(leida.problemas);
     informar(leida.problemas);

@@ -14,6 +14,7 @@
 #include "operator/operador.h"
 #include "operator/porque.h"
 #include "operator/recarga.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/bucle.h"
@@ -71,6 +72,7 @@ class Motor final : private AlCambiarConexion,
     ArchivoLog log;
     Vista vista;
     Tablas tablas;
+    Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
     Trazas trazas;

@@ -30,8 +30,8 @@ int correrConVentana(const Opciones& opciones) {
     const bool unico = programa.arranque.soyElUnico();
     if (unico) {
         EditorDeGuion editor(programa.archivos, motor.guion, motor.scriptControl, motor.tablas);
-        Ventanas ventanas({motor.vista, motor.trazas, motor.operador, editor, mensajero,
-                           std::string(version()), Aplicacion::terminar});
+        Ventanas ventanas({motor.vista, motor.sucesos, motor.tablas, motor.trazas, motor.operador,
+                           editor, mensajero, std::string(version()), Aplicacion::terminar});
         bool corriendo = true;
         programa.bucle.alFinalDeVuelta([&] {
             if (corriendo) ventanas.mirarVisibilidad();

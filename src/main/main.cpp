@@ -121,11 +121,11 @@ void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
                                     "Escribe la configuracion como planilla de calculo y termina")
                          ->type_name("ARCHIVO.csv")
                          ->excludes(comprobar);
-    app.add_option(
-           "--importar", opciones.importar,
-           "Hace la configuracion de una planilla y termina; la de antes queda al lado, con "
-           ".anterior en su nombre")
-        ->type_name("ARCHIVO.csv")
+    app.add_option("--importar", opciones.importar,
+                   "Hace la configuracion de una planilla (.csv o .xlsx) y termina; la de antes "
+                   "queda al lado, con "
+                   ".anterior en su nombre")
+        ->type_name("ARCHIVO")
         ->excludes(comprobar)
         ->excludes(exportar);
 }

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "main/planilla.h"
 
+#include "config/descripciones.h"
 #include "config/planilla.h"
 #include "config/proyecto.h"
 #include "config/validacion.h"
+#include "platform/epoll/salida_de_programa.h"
 #include "platform/epoll/sistema.h"
 
+#include <filesystem>
+#include <optional>
 #include <ostream>
 
 namespace kv {
@@ -23,6 +27,50 @@ void decir(std::ostream& errores, const Problemas& problemas) {
     for (const Problema& p : problemas.lista())
         errores << textoDeProblema(p) << '\n';
     if (problemas.demas() > 0) errores << "... y " << problemas.demas() << " más\n";
+}
+
+/// What was there before stays beside it.
+bool reemplazarGuardando(Archivos& archivos, const std::string& ruta, std::string_view contenido,
+                         std::ostream& errores) {
+    if (archivos.existe(ruta)) {
+        const auto antes = archivos.leer(ruta, kMaximoDeArchivo);
+        if (!antes || !archivos.reemplazar(ruta + ".anterior", *antes)) {
+            errores << "no se puede guardar lo que había en " << ruta << ": no se importa\n";
+            return false;
+        }
+    }
+    if (archivos.reemplazar(ruta, contenido)) return true;
+    errores << "no se puede escribir " << ruta << '\n';
+    return false;
+}
+
+/// A new one goes beside the file itself where a link leads to it: a service's folder is made from
+/// there.
+std::string lugarDeDescripciones(Archivos& archivos, const std::string& rutaConfiguracion) {
+    std::string ruta = rutaDeDescripciones(rutaConfiguracion);
+    std::error_code error;
+    const auto real = std::filesystem::canonical(archivos.comoEsta(rutaConfiguracion), error);
+    return error || archivos.existe(ruta) ? ruta : rutaDeDescripciones(real.string());
+}
+
+/// The table that is to be imported, of a workbook its first sheet; nothing when it cannot be read,
+/// which has been told.
+std::optional<std::string> leerTabla(Archivos& archivos, const std::string& archivo,
+                                     std::ostream& errores) {
+    constexpr std::string_view kComienzoDeLibro = "PK\x03\x04";
+    auto contenido = archivos.leer(archivo, kMaximoDeArchivo);
+    if (!contenido) errores << "no se puede leer " << archivo << '\n';
+    if (!contenido || !contenido->starts_with(kComienzoDeLibro)) return contenido;
+    for (const char* donde : {"/PlanillaKV2200", "/../lib/driverkv2200/PlanillaKV2200"}) {
+        const std::string programa = carpetaDelPrograma() + donde;
+        if (!archivos.existe(programa)) continue;
+        contenido = salidaDePrograma({programa, "--", archivo}, kMaximoDeArchivo);
+        if (!contenido) errores << archivo << ": no se importa nada\n";
+        return contenido;
+    }
+    errores << archivo << " es un libro .xlsx, y falta con qué leerlo (paquete driverkv2200-xlsx): "
+            << "guarde su hoja como CSV\n";
+    return std::nullopt;
 }
 
 } // namespace
@@ -53,8 +101,11 @@ int importarPlanilla(const std::string& carpeta, const std::string& archivo,
         return noHecho(errores,
                        "la configuración de esta planta es la exportación de un proyecto, " +
                            rutaLegible(donde.rutaExportacion));
-    const auto contenido = archivos.leer(archivo, kMaximoDeArchivo);
-    if (!contenido) return noHecho(errores, "no se puede leer " + archivo);
+    // Its folder may be reached by another way than the driver's, as where links lead into /etc.
+    if (configuracionAtendida(donde.rutaConfiguracion))
+        return noHecho(errores, "un driver atiende esta configuración: deténgalo para importar");
+    const auto contenido = leerTabla(archivos, archivo, errores);
+    if (!contenido) return kNoHecho;
     ListasDeConfiguracion listas;
     leerPlanilla(*contenido, archivo, listas, problemas);
     if (!problemas.ninguno()) {
@@ -62,16 +113,15 @@ int importarPlanilla(const std::string& carpeta, const std::string& archivo,
         return kNoHecho;
     }
     const std::string ini = iniDe(listas);
+    const std::string& ruta = donde.rutaConfiguracion;
     static_cast<void>(validar(listas, problemas)); // brings times back to their defaults
     decir(errores, problemas);
-    const std::string& ruta = donde.rutaConfiguracion;
-    if (archivos.existe(ruta)) {
-        const auto antes = archivos.leer(ruta, kMaximoDeArchivo);
-        if (!antes || !archivos.reemplazar(ruta + ".anterior", *antes))
-            return noHecho(errores, "no se puede guardar la configuración de antes: no se importa");
-    }
-    if (!archivos.reemplazar(ruta, ini)) return noHecho(errores, "no se puede escribir " + ruta);
-    return kHecho;
+    const bool describe = listas.hayDescripciones && (!listas.descripciones.ninguna() ||
+                                                      archivos.existe(rutaDeDescripciones(ruta)));
+    if (describe && !reemplazarGuardando(archivos, lugarDeDescripciones(archivos, ruta),
+                                         tablaDeDescripciones(listas.descripciones), errores))
+        return kNoHecho;
+    return reemplazarGuardando(archivos, ruta, ini, errores) ? kHecho : kNoHecho;
 }
 
 } // namespace kv

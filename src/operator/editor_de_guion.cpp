@@ -121,4 +121,10 @@ std::optional<FallaDeGuion> EditorDeGuion::fallaDeLaCorrida() const {
     return desde(*falla);
 }
 
+std::optional<FallaDeGuion> EditorDeGuion::ultimaFalla() const {
+    const vbscript::ScriptError* falla = guion_.falla();
+    if (falla == nullptr) return std::nullopt;
+    return desde(*falla);
+}
+
 } // namespace kv

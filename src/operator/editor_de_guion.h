@@ -69,6 +69,8 @@ class EditorDeGuion {
     }
     /// What the last run failed with, as long as it was of the text that was read or saved here.
     [[nodiscard]] std::optional<FallaDeGuion> fallaDeLaCorrida() const;
+    /// The same of whatever text it was.
+    [[nodiscard]] std::optional<FallaDeGuion> ultimaFalla() const;
 
   private:
     [[nodiscard]] const DireccionesDePlanta& planta() const;

@@ -317,7 +317,11 @@ Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
 void Operador::MnuOcultar() { hacer({Orden::Clase::Ocultar}); }
 
 Aviso Operador::guardar(const std::string& ruta, std::string_view texto) {
-    if (p_.archivos.reemplazar(ruta, windows1252DesdeUtf8(texto))) return {};
+    return guardarBytes(ruta, windows1252DesdeUtf8(texto));
+}
+
+Aviso Operador::guardarBytes(const std::string& ruta, std::string_view bytes) {
+    if (p_.archivos.reemplazar(ruta, bytes)) return {};
     return {"No se puede escribir " + ruta, "Atencion", true};
 }
 

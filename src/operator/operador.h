@@ -9,6 +9,7 @@
 #include "operator/orden_de_operador.h"
 #include "operator/porque.h"
 #include "operator/recarga.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -77,6 +78,7 @@ class Operador final : public OrdenDeEscribir {
         const Contadores& contadores;
         const PorQue& porQue;
         Recarga& recarga;
+        const Descripciones& descripciones;
     };
     explicit Operador(const Partes& partes) : p_(partes) {}
     /// Null: nobody keeps what is ordered.
@@ -92,6 +94,11 @@ class Operador final : public OrdenDeEscribir {
     /// Selects the first variable of exactly this address, and tells in `lblResultadoBusqueda` what
     /// it is. Its row, or -1.
     std::int64_t buscarDireccion(std::string_view direccion);
+
+    /// What people call the variable of an address, and its unit; null when nobody has said.
+    [[nodiscard]] const Descripcion* descripcionDe(std::string_view direccion) const {
+        return p_.descripciones.de(direccion);
+    }
 
     /// What is no number is not written, and nothing is without an address.
     [[nodiscard]] Aviso escribirValor(std::string_view direccion, std::string_view valor);
@@ -136,6 +143,9 @@ class Operador final : public OrdenDeEscribir {
     void BtnOcultar() { hacer({Orden::Clase::VerServidor, {}, 0}); }
     /// Writes what a trace box shows into a file.
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
+    /// The same for what is no text.
+    [[nodiscard]] Aviso guardarBytes(const std::string& ruta, std::string_view bytes);
+    [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
     /// Why a variable, block, station or connection is as it is.
     [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }
     [[nodiscard]] const Contadores& contadores() const { return p_.contadores; }

@@ -48,6 +48,7 @@ void Recarga::unaVez() {
     conocer(leida.problemas);
     p_.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     p_.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
+    p_.descripciones = std::move(leida.listas.descripciones);
     aplicar(leida.listas, comparar(p_.tablas, leida.listas, validacion));
 }
 

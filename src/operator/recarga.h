@@ -3,10 +3,12 @@
 
 #include "config/ajustes.h"
 #include "config/listas.h"
+#include "config/problema.h"
 #include "link/conexiones.h"
 #include "log/archivo_log.h"
 #include "model/modelo.h"
 #include "operator/diferencia.h"
+#include "plant/descripciones.h"
 #include "plant/tablas.h"
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
@@ -45,6 +47,7 @@ class Recarga {
         Guion& guion;
         Vista& vista;
         ArchivoLog& log;
+        Descripciones& descripciones;
     };
     explicit Recarga(const Partes& partes) : p_(partes) {}
 

@@ -6,6 +6,8 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 
+#include <cmath>
+
 namespace kv {
 namespace {
 
@@ -67,13 +69,22 @@ DireccionesDePlanta direccionesDe(const Tablas& tablas) {
     return planta;
 }
 
+std::string claveDeConexion(std::string_view ip, std::string_view puertoTCP) {
+    const auto numero = numeroDeTexto(puertoTCP);
+    return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));
+}
+
 bool partirDireccion(std::string_view texto, DireccionPartida& partes) {
     const auto trozos = partir(texto, '.');
     if (trozos.size() < 3 || trozos.size() > 4) return false;
     const auto puerto = numeroDeTexto(trozos[0]);
     const auto plc = numeroDeTexto(trozos[1]);
-    if (!puerto || !plc || !hexadecimal(recortar(trozos[2]))) return false;
-    partes = {*puerto, *plc, trozos[2]};
+    if (!puerto || !plc) return false;
+    partes = {*puerto, *plc, recortar(trozos[2])};
+    if (trozos.size() == 3) return true;
+    const auto bit = numeroDeTexto(trozos[3]);
+    const bool sirve = bit && *bit >= 0 && *bit <= 15 && *bit == std::floor(*bit);
+    partes.bit = sirve ? static_cast<int>(*bit) : kNoEsBit;
     return true;
 }
 

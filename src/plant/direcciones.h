@@ -35,6 +35,10 @@ class DireccionesDePlanta {
     std::vector<std::string> nombres_;
 };
 
+/// What two stations must have in common to share a connection: the IP whatever its letter case,
+/// and the TCP port as a number, so that "0502" is "502".
+[[nodiscard]] std::string claveDeConexion(std::string_view ip, std::string_view puertoTCP);
+
 class Tablas;
 /// Those of a driver that runs: also what was made because somebody asked for it.
 [[nodiscard]] DireccionesDePlanta direccionesDe(const Tablas& tablas);
@@ -43,9 +47,11 @@ class Tablas;
 struct DireccionPartida {
     double puerto = 0;
     double plc = 0;
-    std::string_view registro; ///< of the text that was taken apart
+    std::string_view registro; ///< of the text that was taken apart, without blanks around it
+    int bit = -1;              ///< 0 to 15; -1: the whole register; kNoEsBit: a text that is none
 };
-/// False: the text is no such address.
+inline constexpr int kNoEsBit = -2;
+/// False: the text is no such address. The register may be any text.
 [[nodiscard]] bool partirDireccion(std::string_view texto, DireccionPartida& partes);
 
 } // namespace kv

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plant/tablas.h"
 
+#include "plant/direcciones.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 
 #include <algorithm>
 
@@ -74,11 +74,6 @@ void Tablas::anotarRegistro(Indice bloque) {
                                                          bloque);
 }
 
-std::string Tablas::claveDeConexion(const std::string& ip, const std::string& puertoTCP) {
-    const auto numero = numeroDeTexto(puertoTCP);
-    return minusculas(ip) + ":" + (numero ? textoDeNumero(*numero) : minusculas(puertoTCP));
-}
-
 Indice Tablas::buscarConexion(const std::string& ip, const std::string& puertoTCP) const {
     const auto i = porDireccion_.find(claveDeConexion(ip, puertoTCP));
     return i == porDireccion_.end() ? kNinguno : i->second;
@@ -143,6 +138,17 @@ std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {
     const Estacion& e = tablas.estacionDe(b);
     return "[PLC " + textoDeNumero(e.numero) + " - Indice " + textoDeNumero(e.indice) + "] " +
            c.ip + ":" + c.puertoTCP;
+}
+
+std::string direccionDeEstacion(const Tablas& tablas, Indice conexion, Indice estacion) {
+    const ConexionIP& c = tablas.conexiones[conexion];
+    const Estacion& e = c.estaciones[estacion];
+    // Stations of two ports may share a connection: a block knows which one is its own.
+    if (!e.bloques.empty()) {
+        const std::string& clave = tablas.bloques[e.bloques.front()].clave;
+        return clave.substr(0, clave.rfind('.'));
+    }
+    return textoDeNumero(c.puerto) + "." + textoDeNumero(e.numero);
 }
 
 } // namespace kv

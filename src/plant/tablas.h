@@ -134,8 +134,6 @@ class Tablas {
 
   private:
     void actualizarPorPolear(const BloqueLectura& b);
-    [[nodiscard]] static std::string claveDeConexion(const std::string& ip,
-                                                     const std::string& puertoTCP);
 
     std::uint64_t edicion_ = 0;
     std::unordered_map<std::string, Indice> porDireccion_;
@@ -144,5 +142,8 @@ class Tablas {
 
 /// "[PLC 1 - Indice 2] 10.0.0.1:502": a block's station, for operators.
 [[nodiscard]] std::string nombreDeEstacion(const Tablas& tablas, Indice bloque);
+/// "1.2": what the addresses of a station's variables begin with.
+[[nodiscard]] std::string direccionDeEstacion(const Tablas& tablas, Indice conexion,
+                                              Indice estacion);
 
 } // namespace kv

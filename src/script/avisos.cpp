@@ -29,12 +29,16 @@ std::string sinEstado(std::string_view nombre) {
     return minusculas(nombre);
 }
 
+/// What a plant can have: its register is a number.
+bool partir(std::string_view direccion, DireccionPartida& partes) {
+    return partirDireccion(direccion, partes) && hexadecimal(partes.registro);
+}
+
 /// The address that a literal names on its own, without a member that takes it: only what is
 /// written as a variable's name is one for certain.
 bool pareceNombre(std::string_view texto) {
     DireccionPartida partes;
-    return empiezaSinCaja(texto, kPrefijo) &&
-           partirDireccion(direccionDeNombre(sinEstado(texto)), partes);
+    return empiezaSinCaja(texto, kPrefijo) && partir(direccionDeNombre(sinEstado(texto)), partes);
 }
 
 class Avisos {
@@ -86,7 +90,7 @@ class Avisos {
     void pedir(std::string_view texto) {
         DireccionPartida p;
         const std::string direccion = direccionDeNombre(texto);
-        if (lugar_.planta == nullptr || !partirDireccion(direccion, p)) return;
+        if (lugar_.planta == nullptr || !partir(direccion, p)) return;
         if (!lugar_.planta->hayEstacion(p.puerto, p.plc)) return;
         pedidas_.agregarRegistro(p.puerto, p.plc, p.registro);
     }
@@ -137,10 +141,9 @@ class Avisos {
         const std::string direccion = direccionDeNombre(texto);
         if (nombra == Nombra::Clave) return planta.hayClave(direccion);
         DireccionPartida p;
-        if (!partirDireccion(direccion, p)) return false;
+        if (!partir(direccion, p)) return false;
         if (nombra == Nombra::Estacion)
-            return planta.hayEstacion(p.puerto, p.plc) &&
-                   *hexadecimal(recortar(p.registro)) <= 0xFF;
+            return planta.hayEstacion(p.puerto, p.plc) && *hexadecimal(p.registro) <= 0xFF;
         return planta.hayRegistro(p.puerto, p.plc, p.registro) ||
                pedidas_.hayRegistro(p.puerto, p.plc, p.registro);
     }

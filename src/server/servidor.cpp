@@ -119,6 +119,17 @@ void FrmServerTCP::TimerEstado_Timer() {
     // A client that went by itself is seen here, and from now on others may come.
     if (sala_.hayCliente() && !conectado()) despedir(sala_.primera()->numero);
     if (!sala_.hayCliente()) escuchar();
+    mostrarCliente();
+}
+
+void FrmServerTCP::mostrarCliente() {
+    ClienteVisto& visto = vista_.servidor.cliente;
+    const Visita* oida = sala_.primera();
+    if (oida != nullptr && oida->conectada()) {
+        visto = {oida->remoto, oida->desdeMs, sala_.hayCliente()};
+    } else if (!visto.direccion.empty()) {
+        visto = {{}, bucle_.reloj().monotonicoMs(), false};
+    }
 }
 
 void FrmServerTCP::vigilarPlazoDeLogin() {

@@ -55,6 +55,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void timerDeSincronizmo_Timer();
     void leerAjustesDeConexion();
     [[nodiscard]] double ajuste(const AjusteNumerico& cual);
+    void mostrarCliente();
     void vigilarPlazoDeLogin();
     void entra(Visita& visita);
     void despedir(std::uint64_t numero);

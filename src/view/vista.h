@@ -4,6 +4,7 @@
 #include "view/lista.h"
 #include "view/observador.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,14 @@ class Etiqueta {
     AspectoDeEtiqueta aspecto_;
 };
 
+/// Who is served as the supervisory client, on the clock that never goes back.
+struct ClienteVisto {
+    std::string direccion; ///< "address:port"; empty while there is nobody
+    std::int64_t desdeMs =
+        -1; ///< when it came; without one, when the last one left, -1: nobody ever
+    bool identificado = false; ///< it gave the password
+};
+
 /// The supervisory client's window: how its link stands. It is served whether the window is
 /// shown or not.
 struct VistaServidor {
@@ -39,6 +48,7 @@ struct VistaServidor {
     Etiqueta lblPuertoServidor;
     Etiqueta lblEstado;
     Etiqueta lblKeepALive;
+    ClienteVisto cliente;
 };
 
 /// All that the windows show, without any toolkit. The engine writes here and nowhere else; a

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/Form1.h"
 
+#include "window/anexos_de_listas.h"
 #include "window/barra_de_estado.h"
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
+#include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmAbout.h"
 #include "window/dialogs/FrmEscritura.h"
@@ -34,6 +37,7 @@ constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
 constexpr int kAnchoDelProyecto = 200; // pixels: names of files have no end either
+constexpr int kAnchoDeLaFalla = 340;   // neither has what a script failed with
 constexpr int kLineasDelGuion = 3;
 constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
 
@@ -41,22 +45,23 @@ constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no e
 
 Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
-      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)), Label1_(rotulo("Label1", this)),
+      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
+      vigilancia_(hacer<Vigilancia>(partes, this)), Label1_(rotulo("Label1", this)),
       Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
       lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
       lblEstadoScript_(rotulo("lblEstadoScript", this)),
-      sockets_(
-          hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"), this)),
-      variables_(
-          hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"), this)),
+      sockets_(hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"),
+                                   anexosDeConexiones(partes, vigilancia_->recuento()), this)),
+      variables_(hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"),
+                                     anexosDeVariables(partes), this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
-                                   this)),
+                                   Anexos{}, this)),
       estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
     setWindowIcon(iconoDelPrograma());
     armarMenu();
-    auto* abajo = hacer<QSplitter>(Qt::Vertical);
+    auto* abajo = control<QSplitter>("partesDeForm1", Qt::Vertical);
     abajo->addWidget(armarListas());
     abajo->addWidget(armarTrazas());
     abajo->setStretchFactor(0, 3);
@@ -73,60 +78,40 @@ Form1::Form1(const PartesDeVentana& partes)
     setCentralWidget(centro);
     setStatusBar(estado_);
     conectarListas();
+    armarMenusDeFilas();
     // The layout's own minimum lags behind what is hidden and would hold the compact size up.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     setMinimumSize(kCompacta);
     acomodar(*this, kEntera);
+    acordarse();
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &Form1::refrescar);
     prepararVentana(*this);
 }
 
-Form1::~Form1() { seguir(false); }
-
-void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
-                    const QKeySequence& teclas, const std::function<void()>& orden) {
-    auto* accion = control<QAction>(nombre, texto, this);
-    accion->setShortcut(teclas);
-    menu->addAction(accion);
-    connect(accion, &QAction::triggered, this, orden);
+Form1::~Form1() {
+    recordarse();
+    seguir(false);
 }
 
-void Form1::armarMenu() {
-    auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
-    menuBar()->addMenu(driver);
-    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
-            [this] { operador_.MnuServer(); });
-    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
-    entrada(driver, "MnuRecargar", tr("&Recargar configuración"), QKeySequence::Refresh,
-            [this] { operador_.recargar(); });
-    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
-    driver->addSeparator();
-    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
-            [this] { operador_.MnuOcultar(); });
-    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
+void Form1::recordarse() const {
+    for (const TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->recordarse();
+    for (const QSplitter* partes : findChildren<QSplitter*>())
+        recordar("partes/" + partes->objectName(), partes->saveState());
+    if (!compacta_) recordarLugar(*this);
+}
 
-    auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
-    menuBar()->addMenu(ir);
-    const auto enLista = [this](TablaDeLista* tabla) {
-        listas_->setCurrentWidget(tabla);
-        tabla->enfocar();
-    };
-    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
-            [=, this] { enLista(variables_); });
-    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
-            [=, this] { enLista(bloques_); });
-    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
-        agrandar();
-        sockets_->enfocar();
-    });
-    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
-        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
-    });
-    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
-        agrandar();
-        panel_->irABuscar();
-    });
+void Form1::acordarse() {
+    // What says how a row stands lies together, and what it is called behind it.
+    const int deLaLista = static_cast<int>(vista_.lstViewVariables.columnas().size());
+    for (int c = deLaLista; c < deLaLista + 2; ++c)
+        variables_->ponerDelante(c, c - 2);
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        lista->acordarse();
+    for (QSplitter* partes : findChildren<QSplitter*>())
+        partes->restoreState(recordado("partes/" + partes->objectName()).toByteArray());
+    volverAlLugar(*this);
 }
 
 QWidget* Form1::armarCabeza() {
@@ -258,6 +243,55 @@ void Form1::conectarListas() {
                 [this](qint64 bloque, bool estado) { operador_.activarBloque(bloque, estado); });
     connect(variables_, &TablaDeLista::activada, this, &Form1::abrirEscritura);
     connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_})
+        connect(lista, &TablaDeLista::guardar, this, &Form1::guardar);
+    connect(vigilancia_, &Vigilancia::irA, this, &Form1::irA);
+    connect(vigilancia_, &Vigilancia::elegida, this, &Form1::irAEstacion);
+    connect(estado_, &BarraDeEstado::verSucesos, vigilancia_, &Vigilancia::abrirSucesos);
+    const auto conexion = [this](quint32 fila) {
+        if (const Indice c = conexionDeFila(partes_.tablas, fila); c != kNinguno)
+            vigilancia_->abrirConexion(c);
+    };
+    connect(sockets_, &TablaDeLista::activada, this, conexion);
+    connect(sockets_, &TablaDeLista::preguntada, this, conexion);
+    for (TablaDeLista* lista : {variables_, bloques_}) {
+        const Lista& filas =
+            lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques;
+        connect(lista, &TablaDeLista::preguntada, this,
+                [this, &filas](quint32 fila) { porQue(filas, fila); });
+        connect(lista, &TablaDeLista::mirada, this, [this, &filas](quint32 fila) {
+            if (const std::int64_t b = filas.etiqueta(fila); b >= 0)
+                vigilancia_->mirarPorQue(static_cast<Indice>(b));
+        });
+    }
+}
+
+/// Brings the row of a block to the front, or that of a connection where no block is meant.
+void Form1::irA(quint32 bloque, quint32 conexion) {
+    agrandar();
+    alFrente(*this);
+    if (bloque != kNinguno) {
+        listas_->setCurrentWidget(variables_);
+        variables_->elegir(partes_.tablas.bloques[bloque].filaVariable);
+    } else if (conexion != kNinguno) {
+        sockets_->elegir(partes_.tablas.conexiones[conexion].filaLista);
+    }
+}
+
+void Form1::porQue(const Lista& lista, std::int64_t fila) {
+    const std::int64_t bloque = fila < 0 ? -1 : lista.etiqueta(static_cast<std::uint32_t>(fila));
+    vigilancia_->abrirPorQue(bloque < 0 ? kNinguno : static_cast<Indice>(bloque));
+}
+
+/// The lists show what is of one station.
+void Form1::irAEstacion(quint32 conexion, quint32 estacion) {
+    agrandar();
+    alFrente(*this);
+    const ConexionIP& c = partes_.tablas.conexiones[conexion];
+    const QString suyas = "^" + enQt(direccionDeEstacion(partes_.tablas, conexion, estacion)) + ".";
+    variables_->filtrar(suyas);
+    bloques_->filtrar(suyas);
+    sockets_->filtrar("^" + enQt(c.ip + ":" + c.puertoTCP));
 }
 
 void Form1::seguir(bool seguir) {
@@ -270,16 +304,26 @@ void Form1::refrescar() {
         lista->refrescar();
     panel_->refrescar();
     refrescarCabeza();
-    estado_->refrescar(
-        operador_.cifras(),
-        {variables_->modelo().total() - variables_->modelo().cuantas(EstadoDeFila::Bien),
-         variables_->modelo().total(), sockets_->modelo().cuantas(EstadoDeFila::Bien),
-         sockets_->modelo().total()});
+    vigilancia_->contar();
+    refrescarEstado();
     if (vueltas_++ % kVueltasPorTraza != 0) return;
     for (CajaDeTraza* caja : cajas_)
         caja->refrescar();
     for (Fichas* fichas : fichas_)
         fichas->refrescar();
+}
+
+void Form1::refrescarEstado() {
+    const ModeloDeLista& variables = variables_->modelo();
+    const Recuento::Total& total = vigilancia_->recuento().total();
+    estado_->refrescar(
+        operador_.cifras(),
+        {variables.cuantas(EstadoDeFila::Mal) + variables.cuantas(EstadoDeFila::Descansa),
+         variables.total(), total.viejas, total.calladas,
+         sockets_->modelo().cuantas(EstadoDeFila::Bien), sockets_->modelo().total(),
+         vigilancia_->libro().sinReconocer(), vista_.servidor.cliente,
+         vista_.lblEstadoScript.color()},
+        operador_.porQue());
 }
 
 /// As a script wants its label. One that sets only the background means it to be read, whatever the
@@ -313,11 +357,30 @@ void Form1::refrescarCabeza() {
     lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
     // Every point has a row; the label of the view is from the start, and reads add points.
     lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
+    refrescarGuion();
+}
+
+/// How the last run ended, and why.
+void Form1::refrescarGuion() {
     const Color color = vista_.lblEstadoScript.color();
     if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
     const bool bien = color == Color::Verde;
+    const auto falla = bien ? std::nullopt : partes_.editor.ultimaFalla();
+    QString texto = bien ? tr("● Guion OK") : tr("✖ Guion con error");
+    QString ayuda = tr("Última corrida del guion");
+    if (falla) {
+        const QString que =
+            tr("línea %1: %2")
+                .arg(falla->linea)
+                .arg(enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles
+                                                                 : falla->descripcion));
+        ayuda += "\n" + que;
+        if (!compacta_) texto += ": " + que;
+    }
+    lblEstadoScript_->setText(
+        lblEstadoScript_->fontMetrics().elidedText(texto, Qt::ElideRight, kAnchoDeLaFalla));
+    lblEstadoScript_->setToolTip(ayudaSinMarcas(ayuda));
     const QColor fondo = bien ? Qt::green : Qt::red;
-    lblEstadoScript_->setText(bien ? tr("● Guion OK") : tr("✖ Guion con error"));
     if (lblEstadoScript_->palette().color(QPalette::Window) == fondo) return;
     QPalette paleta = palette();
     paleta.setColor(QPalette::Window, fondo);
@@ -342,11 +405,12 @@ void Form1::BtnConfig() {
 }
 
 void Form1::MnuShutdown() {
-    if (guion_ != nullptr && guion_->isWindowModified()) {
-        alFrente(*guion_);
-        guion_->close(); // it asks what becomes of its changes; the way out is free after that
-        return;
-    }
+    if (guion_ == nullptr) return preguntarSalida();
+    if (guion_->isWindowModified()) alFrente(*guion_);
+    guion_->cerrarY([this] { preguntarSalida(); });
+}
+
+void Form1::preguntarSalida() {
     mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
         salirPermitido_ = true;
         operador_.MnuShutdown();
@@ -383,6 +447,9 @@ void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
     for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
         parte->setVisible(!compacta_);
+    estado_->compactar(compacta_);
+    refrescarCabeza();
+    refrescarEstado();
     acomodar(*this, compacta_ ? kCompacta : kEntera);
 }
 
@@ -400,6 +467,8 @@ void Form1::hideEvent(QHideEvent* suceso) {
     if (suceso->spontaneous()) return; // only to an icon
     ritmo_->stop();
     seguir(false);
+    recordarse();
+    vigilancia_->esconder();
 }
 
 void Form1::closeEvent(QCloseEvent* suceso) {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "events/trazas.h"
-#include "operator/editor_de_guion.h"
-#include "operator/operador.h"
-#include "view/vista.h"
+#include "window/partes.h"
+#include "window/vigilancia.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -28,20 +26,8 @@ class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
-class Mensajero;
 class PanelDeOrdenes;
 class TablaDeLista;
-
-/// What the windows show and whom they ask. All of them must outlive the windows.
-struct PartesDeVentana {
-    Vista& vista;
-    const Trazas& trazas;
-    Operador& operador;
-    EditorDeGuion& editor;
-    Mensajero& mensajero;
-    std::string version;
-    std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
-};
 
 /// The main window: three lists, the traces, the commands, the menu. It shows the view at the
 /// screen's pace while it is itself shown, and nothing of it costs anything while it is hidden. It
@@ -62,6 +48,13 @@ class Form1 final : public QMainWindow {
 
   private:
     void armarMenu();
+    void armarMenuIr();
+    void armarMenuDeDatos();
+    void armarMenuDeVigilancia();
+    void armarMenusDeFilas();
+    [[nodiscard]] TablaDeLista* laLista() const;
+    void recordarse() const;
+    void acordarse();
     /// A line of a menu; `teclas` may be empty.
     void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
                  const std::function<void()>& orden);
@@ -77,6 +70,12 @@ class Form1 final : public QMainWindow {
     void MnuScript();
     void MnuAbout();
     void MnuShutdown();
+    void preguntarSalida();
+    void irA(quint32 bloque, quint32 conexion);
+    void irAEstacion(quint32 conexion, quint32 estacion);
+    void porQue(const Lista& lista, std::int64_t fila);
+    void refrescarGuion();
+    void refrescarEstado();
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);
@@ -96,6 +95,7 @@ class Form1 final : public QMainWindow {
     bool compacta_ = false;
     unsigned vueltas_ = 0;
     QTimer* ritmo_;
+    Vigilancia* vigilancia_;
 
     QLabel* Label1_;
     QLabel* Label10_;

@@ -1,39 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "write/forzado.h"
 
-#include "plant/bases.h"
+#include "plant/direcciones.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <cmath>
-#include <optional>
 
 namespace kv {
 namespace {
 
 constexpr std::size_t kDireccionEnMensaje = 200;
-
-/// What a forced read names: port.PLC.register, perhaps with a bit.
-struct Pedida {
-    double puerto = 0, plc = 0;
-    std::string registro;
-    int bit = -1;
-};
-
-std::optional<Pedida> leerDireccion(std::string_view texto) {
-    const auto partes = partir(texto, '.');
-    if (partes.size() < 3 || partes.size() > 4) return std::nullopt;
-    const auto puerto = numeroDeTexto(partes[0]);
-    const auto plc = numeroDeTexto(partes[1]);
-    if (!puerto || !plc) return std::nullopt;
-    Pedida p{*puerto, *plc, std::string(recortar(partes[2])), -1};
-    if (partes.size() == 3) return p;
-    const auto bit = numeroDeTexto(partes[3]);
-    if (!bit || !(*bit >= 0 && *bit <= 15) || *bit != std::floor(*bit)) return std::nullopt;
-    p.bit = static_cast<int>(*bit);
-    return p;
-}
 
 } // namespace
 
@@ -58,21 +35,21 @@ void Forzado::forzarBloque_porID(Indice bloque) {
 
 void Forzado::forzarPoleo(const std::string& direccion) {
     const std::string corta = direccion.substr(0, kDireccionEnMensaje);
-    const auto pedida = leerDireccion(direccion);
-    const bool hayPuerto = pedida && tablas_.puertos.vive(pedida->puerto - 1);
+    DireccionPartida pedida;
+    const bool hayPuerto = partirDireccion(direccion, pedida) && pedida.bit != kNoEsBit &&
+                           tablas_.puertos.vive(pedida.puerto - 1);
     const auto lugar =
-        hayPuerto ? tablas_.buscarEstacion(pedida->puerto, pedida->plc) : Tablas::LugarDeEstacion{};
+        hayPuerto ? tablas_.buscarEstacion(pedida.puerto, pedida.plc) : Tablas::LugarDeEstacion{};
     if (lugar.conexion == kNinguno) {
         decir(Que::SinPuertoNiPlc, corta);
         log_.escribirLog("DRIVER", "Error al forzar un poleo",
                          sello_.ahora() + " NO EXISTE PUERTO O PLC PARA: " + corta);
         return;
     }
-    const Indice conocido =
-        tablas_.buscarPorRegistro(lugar.conexion, pedida->plc, pedida->registro);
-    if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida->bit, false);
-    darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida->puerto) - 1], pedida->plc,
-              pedida->registro, corta, pedida->bit);
+    const Indice conocido = tablas_.buscarPorRegistro(lugar.conexion, pedida.plc, pedida.registro);
+    if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida.bit, false);
+    darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida.puerto) - 1], pedida.plc,
+              std::string(pedida.registro), corta, pedida.bit);
 }
 
 void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo) {

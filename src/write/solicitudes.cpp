@@ -3,7 +3,6 @@
 
 #include "plant/bases.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <cmath>
@@ -27,30 +26,14 @@ double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, dou
     return levantarBloque_De_Escritura(direccion, std::nearbyint(valor), origen); // halves: to even
 }
 
-SolicitudesDeEscritura::Direccion SolicitudesDeEscritura::partirDireccion(std::string_view texto) {
-    const auto partes = partir(texto, '.');
-    Direccion d;
-    const auto puerto = numeroDeTexto(partes[0]);
-    const auto plc = partes.size() > 1 ? numeroDeTexto(partes[1]) : std::nullopt;
-    if (!puerto || !plc || partes.size() < 3 || partes.size() > 4)
-        throw std::invalid_argument("direccion no valida");
-    d.puerto = *puerto;
-    d.plc = *plc;
-    d.registro = recortar(partes[2]);
-    if (partes.size() == 3) return d;
-    // What names no bit must not become a write of the whole register.
-    const auto bit = numeroDeTexto(partes[3]);
-    if (!bit || !(*bit >= 0 && *bit <= 15) || *bit != std::floor(*bit))
-        throw std::invalid_argument("bit fuera de 0 a 15");
-    d.bit = static_cast<int>(*bit);
-    return d;
-}
-
 double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                                            std::string_view origen) {
     const std::string_view corta = direccion.substr(0, kDireccionEnMensaje);
     try {
-        const Direccion d = partirDireccion(direccion);
+        DireccionPartida d;
+        if (!partirDireccion(direccion, d)) throw std::invalid_argument("direccion no valida");
+        // What names no bit must not become a write of the whole register.
+        if (d.bit == kNoEsBit) throw std::invalid_argument("bit fuera de 0 a 15");
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
@@ -111,7 +94,7 @@ void SolicitudesDeEscritura::unir(const BloqueEscritura& e, std::string_view ori
 /// A write that waits for its first turn, asks for the same and is the last one of its register: a
 /// second one would change nothing. One that has left may have been answered already, and the plant
 /// may have changed since.
-Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const Direccion& d,
+Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const DireccionPartida& d,
                                               double valor) const {
     const Indice n = leido.ultimaEscritura;
     if (n == kNinguno || n >= tablas_.escrituras.limiteSuperior()) return kNinguno;
@@ -122,7 +105,7 @@ Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const 
                : kNinguno;
 }
 
-void SolicitudesDeEscritura::armar(BloqueEscritura& e, const Direccion& d,
+void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d,
                                    const BloqueLectura& leido, double valor) const {
     const std::string estacion = textoDeNumero(tablas_.estacionDe(leido).indice);
     // A bit's word is made when its register has been read.

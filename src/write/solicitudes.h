@@ -4,6 +4,7 @@
 #include "events/rechazo.h"
 #include "link/turno.h"
 #include "log/archivo_log.h"
+#include "plant/direcciones.h"
 #include "write/ejecucion.h"
 
 #include <string>
@@ -34,17 +35,10 @@ class SolicitudesDeEscritura {
     static constexpr std::size_t kEnEsperaMaximo = 100'000;
 
   private:
-    struct Direccion {
-        double puerto = 0;
-        double plc = 0;
-        std::string registro;
-        int bit = -1;
-    };
     void unir(const BloqueEscritura& e, std::string_view origen);
-    [[nodiscard]] static Direccion partirDireccion(std::string_view texto);
-    void armar(BloqueEscritura& e, const Direccion& d, const BloqueLectura& leido,
+    void armar(BloqueEscritura& e, const DireccionPartida& d, const BloqueLectura& leido,
                double valor) const;
-    [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const Direccion& d,
+    [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const DireccionPartida& d,
                                         double valor) const;
 
     Tablas& tablas_;

@@ -12,6 +12,7 @@
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
 #include "text/parecido.h"
+#include "text/windows1252.h"
 
 #include <gtest/gtest.h>
 
@@ -71,6 +72,34 @@ TEST(Parecido, LaMasCercanaYNingunaSiTodasQuedanLejos) {
     EXPECT_EQ(masParecido("Tiempo", nombres), "");
     EXPECT_EQ(masParecido(std::string(100'000, 'x'), nombres), "");
     EXPECT_EQ(masParecido("", nombres), "");
+}
+
+TEST_F(ComprobacionPrueba, LasDescripcionesYLoQueTienenMal) {
+    archivos.poner("P\\descripciones.csv", windows1252DesdeUtf8("Dirección,descripcion\r\n"));
+    EXPECT_EQ(que(con("[DRIVER_KV2200]\r\n")),
+              (Lineas{"1: \"Dirección\" no es una columna conocida: ¿es direccion?",
+                      "1: falta la columna direccion"}));
+    archivos.poner("P\\descripciones.csv",
+                   windows1252DesdeUtf8("unidad\tdescripcion\tdireccion\n°C\tTemperatura\t1.1.10\n"
+                                        "\tAlarma\t1.1.010.15\n\tNadie\t1.1.11\n\tx\tcaldera\n"
+                                        "\t\t\n\t\"dos\nrenglones\"\t1.1.10.1\n\tOtra\t1.1.10\n"));
+    const Revision r = con("[DRIVER_KV2200]\r\n");
+    EXPECT_EQ(que(r),
+              (Lineas{"5: columna direccion: \"caldera\" no es puerto.PLC.registro, ni con bit",
+                      "7: columna descripcion: tiene más de un renglón",
+                      "8: columna direccion: \"1.1.10\" ya tiene descripción",
+                      "4: ningún bloque lee \"1.1.11\""}));
+    const Descripciones& d = r.configuracion.listas.descripciones;
+    ASSERT_NE(d.de("1.1.10"), nullptr);
+    EXPECT_EQ(d.de("1.1.10")->texto, "Temperatura");
+    EXPECT_EQ(d.de("1.1.10")->unidad, "°C");
+    EXPECT_EQ(d.de("1.1.10.15")->texto, "Alarma");
+    EXPECT_EQ(d.de("1.1.10.1"), nullptr);
+    // However large a row is, it takes no more than its bound, and time for its length.
+    archivos.poner("P\\descripciones.csv", "direccion;descripcion\n" + std::string(8 << 20, ';') +
+                                               "\n" + std::string(4 << 20, ' ') + "x" +
+                                               std::string(4 << 20, '"'));
+    EXPECT_TRUE(con("[DRIVER_KV2200]\r\n").configuracion.listas.descripciones.ninguna());
 }
 
 TEST_F(ComprobacionPrueba, LasClavesYSeccionesDesconocidasDeLosAjustesConLaMasParecida) {

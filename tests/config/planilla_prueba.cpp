@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace kv {
 namespace {
 
@@ -65,6 +67,47 @@ TEST(Planilla, IdaYVueltaSinPerdida) {
     EXPECT_NE(planillaDe(listasDe(raras)).find(";0,333333333333333;"), std::string::npos);
 }
 
+TEST(Planilla, LlevaYTraeLasDescripciones) {
+    ListasDeConfiguracion listas = listasDe(Configuracion()
+                                                .puerto()
+                                                .estacion(1, "10.0.0.1", 1)
+                                                .bloque(1, "0A", "1", true, 0, 2)
+                                                .bloque(1, "A", "1")
+                                                .texto());
+    // A block's own, its second register's, a bit's, and that of what nobody has configured.
+    const std::vector<std::array<std::string, 3>> todas{{"1.1.A", "Caudal; \"norte\"", "m³/h"},
+                                                        {"1.1.0b", "Resistencia", "kΩ"},
+                                                        {"1.1.0A.3", "Bomba en marcha", ""},
+                                                        {"7.2.FF", "Nadie", "%"}};
+    for (const auto& [direccion, texto, unidad] : todas)
+        listas.descripciones.poner(direccion, {texto, unidad});
+    const std::string planilla = planillaDe(listas);
+    ListasDeConfiguracion vueltas;
+    Problemas problemas;
+    leerPlanilla(planilla, "p.csv", vueltas, problemas);
+    ASSERT_TRUE(problemas.ninguno()) << problemas.lista()[0].que;
+    EXPECT_EQ(planillaDe(vueltas), planilla);
+    EXPECT_TRUE(vueltas.hayDescripciones);
+    for (const auto& [direccion, texto, unidad] : todas) {
+        const Descripcion* d = vueltas.descripciones.de(direccion);
+        ASSERT_NE(d, nullptr) << direccion;
+        EXPECT_EQ(d->texto, texto);
+        EXPECT_EQ(d->unidad, unidad);
+    }
+    // A table without the column does not say that there are none.
+    leerPlanilla("tipo;puerto\npuerto;1\n", "p.csv", vueltas, problemas);
+    EXPECT_FALSE(vueltas.hayDescripciones);
+    EXPECT_EQ(malas("tipo;puerto;PLC;StarAdrees;descripcion;unidad\n"
+                    "variable;1;1;10;uno\nvariable;1;1;010;dos\nvariable;1;1;10.16;bit\n"
+                    "variable;1;1;11;x;" +
+                    std::string(21, 'x') + "\nvariable;;1;12;\xC3\xA1\n"),
+              (std::vector<std::string>{"3: columna StarAdrees: \"1.1.010\" ya tiene descripción",
+                                        "4: columna StarAdrees: \"1.1.10.16\" no es "
+                                        "puerto.PLC.registro, ni con bit",
+                                        "5: columna unidad: tiene más de 20 caracteres",
+                                        "6: columna puerto: falta"}));
+}
+
 TEST(Planilla, LaQueOtroProgramaGuardo) {
     const std::string planilla = "Scantime,TIPO,Puerto,plc,Ip,PuertoTCP,Indice,StarAdrees\n"
                                  ",Puerto,1\n\n"
@@ -94,14 +137,15 @@ TEST(Planilla, LoQueEstaMalConFilaYColumna) {
         malas("tipo;puerto;PLC;Ip;PuertoTCP;Indice;ScanTime;StarAdrees;ActiveDefault\n"
               "puerto;1\npuerto;1\nbloqe;1\nestacion;2;1;;502;1,5\n"
               "bloque;1;1;;;;rápido;日;2\nbloque;1;;;;;\"1\";\"dos\nrenglones\"\n"),
-        (Lineas{"3: columna puerto: 1 está repetido",
-                "4: columna tipo: \"bloqe\" no es puerto, estacion ni bloque: ¿es bloque?",
-                "5: columna puerto: ninguna fila de antes es el puerto 2",
-                "5: columna Indice: 1.5 no es un entero de -32768 a 32767", "5: columna Ip: falta",
-                "6: columna StarAdrees: \"?\" tiene letras que Windows-1252 no tiene",
-                "6: columna ScanTime: \"rápido\" no es un número",
-                "6: columna ActiveDefault: 2 no es 0 ni 1", "7: columna PLC: falta",
-                "7: columna StarAdrees: tiene más de un renglón"}));
+        (Lineas{
+            "3: columna puerto: 1 está repetido",
+            "4: columna tipo: \"bloqe\" no es puerto, estacion, bloque ni variable: ¿es bloque?",
+            "5: columna puerto: ninguna fila de antes es el puerto 2",
+            "5: columna Indice: 1.5 no es un entero de -32768 a 32767", "5: columna Ip: falta",
+            "6: columna StarAdrees: \"?\" tiene letras que Windows-1252 no tiene",
+            "6: columna ScanTime: \"rápido\" no es un número",
+            "6: columna ActiveDefault: 2 no es 0 ni 1", "7: columna PLC: falta",
+            "7: columna StarAdrees: tiene más de un renglón"}));
     EXPECT_EQ(malas("tipo;puerto;StarAdrees\npuerto;1\nbloque;1;\"sin cerrar").size(), 2U);
 }
 

@@ -26,6 +26,7 @@ TEST(Operador, LaFilaDeUnBitAbreLaEscrituraDelBit) {
     Planta p(config);
     Estaciones& plc = p.en("10.0.0.1");
     plc.registros[{1, 0x10}] = 8;
+    p.archivos.poner("/kv/descripciones.csv", "direccion;descripcion\n1.1.10.3;Bomba\n");
     p.arrancarYConectar();
     Operador& operador = p.motor.operador;
     operador.forzarLectura(" 1.1.10.3 ");
@@ -34,6 +35,9 @@ TEST(Operador, LaFilaDeUnBitAbreLaEscrituraDelBit) {
     EXPECT_TRUE(apertura.abrir);
     EXPECT_EQ(apertura.puerto + "/" + apertura.plc + "/" + apertura.direccion, "1/1/10.3");
     EXPECT_EQ(apertura.valor, 1);
+    ASSERT_NE(operador.descripcionDe("1.1.10.3"), nullptr);
+    EXPECT_EQ(operador.descripcionDe("1.1.10.3")->texto, "Bomba");
+    EXPECT_EQ(operador.descripcionDe("1.1.10"), nullptr) << "the register has none of its own";
     EXPECT_FALSE(operador.abrirEscritura(7).abrir);
     EXPECT_TRUE(operador.abrirEscritura(7).aviso.vacio()) << "no such row, no word";
     EXPECT_EQ(operador.preguntarScan(7), std::nullopt);

@@ -234,6 +234,7 @@ TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
 TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     const Instalacion planta(
         Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
+    planta.escribir("descripciones.csv", "direccion;descripcion;unidad\n1.1.10;Nivel;m\n");
     const std::string antes = planta.leer("DRIVER_KV2200_Config.ini");
     const std::string csv = planta.ruta() + "/planta.csv";
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
@@ -250,10 +251,19 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
         r = correr({"--carpeta", planta.ruta(), "--importar", csv});
         EXPECT_EQ(r.codigo, 1);
         EXPECT_TRUE(tiene(r.errores, "un driver atiende esta planta")) << r.errores;
+        // Nor through a folder of another name whose link leads to the same file.
+        const Carpeta otra;
+        const std::string ini = "/DRIVER_KV2200_Config.ini";
+        std::filesystem::create_symlink(planta.ruta() + ini, otra.ruta() + ini);
+        r = correr({"--carpeta", otra.ruta(), "--importar", csv});
+        EXPECT_EQ(r.codigo, 1);
+        EXPECT_TRUE(tiene(r.errores, "un driver atiende esta configuración")) << r.errores;
+        EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
     }
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--importar", csv}).codigo, 0);
     EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini.anterior"), antes);
     EXPECT_NE(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_TRUE(planta.leer("descripciones.csv").ends_with("\r\n1.1.10;Nivel;m\r\n"));
     const std::string otra = planta.ruta() + "/otra.csv";
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));

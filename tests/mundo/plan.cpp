@@ -269,7 +269,9 @@ std::string Plan::otroDato(const PlanDeBloque& b, std::string_view clave, std::s
     }
     if (suerte % 8 == 1 && clave.ends_with("_ScanTime") && b.scanMs > 0)
         return segundos(b.scanMs * (1 + cambio % 4));
-    if (suerte % 8 == 2 && clave.ends_with("_Nivel")) return std::to_string(3 + cambio % 2);
+    // Levels 1 and 2 are the operators', 3 and 4 the client's.
+    if (suerte % 8 == 2 && clave.ends_with("_Nivel"))
+        return std::to_string((b.nivel <= 2 ? 3 : 7) - b.nivel);
     return dato;
 }
 

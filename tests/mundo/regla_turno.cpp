@@ -83,6 +83,8 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
     // A write that is read back is no read of a block.
     const bool lectura = t[0] == 0x52 && !c_.escribe(n);
     s.bloque = lectura ? c_.conexion(n).bloqueEnCurso : kNinguno;
+    c_.exigir(s.bloque == kNinguno || !c_.motor.tablas.bloques[s.bloque].retirado,
+              "what is no longer configured is not asked for", n);
     s.reintentos = s.bloque != kNinguno ? c_.motor.tablas.bloques[s.bloque].reintentos : 0;
     if (s.bloque != kNinguno && s.pausaAlEnviarMs >= 1 && c_.motor.turnos.pausa() >= 1)
         c_.exigir(s.reintentos == 0 || c_.motor.tablas.bloques[s.bloque].enDuda,

@@ -300,6 +300,7 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     ponerCursor(2);
     tecla(Qt::Key_End);
     QTest::keyClicks(&codigo(), "0");
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 3);
     clic(*ventana, "BtnOk");
     EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "what is saved now has not run yet";
     p.avanzar(2000);
@@ -314,6 +315,25 @@ TEST_F(Editor, LaLineaQueFalloQuedaMarcadaHastaQueUnaCorridaAnda) {
     p.archivos.poner(kGuion, "x = 2");
     clic(*ventana, "BtnRecargar");
     EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "what was read anew has not run yet";
+}
+
+TEST_F(Editor, LaMarcaNoQuedaEnOtraLineaNiElErrorTapaQueSeGuardo) {
+    abrir("a = 1\r\nc = 1 / 0\r\nb = 2\r\n");
+    p.avanzar(2000);
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 2; }));
+    ponerCursor(1);
+    tecla(Qt::Key_End);
+    QTest::keyClicks(&codigo(), "0");
+    tecla(Qt::Key_S, Qt::ControlModifier);
+    p.avanzar(2000); // it runs, and fails again
+    ASSERT_TRUE(llega([&] { return codigo().lineaMarcada(Marca::Corrida) == 2; }));
+    EXPECT_TRUE(mensaje().contains("Última corrida"));
+    EXPECT_EQ(hallar<QLabel>(*ventana, "LblGuardado").text(), "✔ Guardado");
+    ponerCursor(2);
+    QTest::keyClick(&codigo(), Qt::Key_Down, Qt::ShiftModifier);
+    tecla(Qt::Key_Delete);
+    EXPECT_EQ(codigo().lineaMarcada(Marca::Corrida), 0) << "b = 2 has done nothing wrong";
+    EXPECT_EQ(hallar<QLabel>(*ventana, "LblGuardado").text(), "");
 }
 
 TEST(ErroresDelGuion, CadaTextoDelLenguajeTieneElSuyoYLoAjenoQueda) {

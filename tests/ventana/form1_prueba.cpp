@@ -70,7 +70,7 @@ TEST(TablaDeLista, LoQueSeVeNoSaltaCuandoUnaFilaDejaElFiltro) {
     lista.ponerColumnas(Vista().lstViewVariables.columnas());
     for (int i = 0; i < 300; ++i)
         lista.poner(lista.agregar("1.1." + std::to_string(i)), 2, "OK");
-    TablaDeLista tabla(lista, formaDeVariables(), "Variables", nullptr);
+    TablaDeLista tabla(lista, formaDeVariables(), "Variables", {}, nullptr);
     tabla.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&tabla));
     tabla.seguir(true);
@@ -173,9 +173,12 @@ TEST_F(Principal, AlSalirSePreguntaPrimeroPorElGuionSinGuardar) {
     QTest::keyClicks(&hallar<QPlainTextEdit>(*guion, "TextCodigo"), "a");
     menu("MnuShutdown");
     ASSERT_NE(mensajeSobre(*guion), nullptr);
+    responder(*guion, "Seguir editando");
+    EXPECT_EQ(mensajeSobre(form), nullptr);
+    menu("MnuShutdown");
     responder(*guion, "Cerrar sin guardar");
     EXPECT_TRUE(llega([this] { return form.findChild<FrmScript*>() == nullptr; }));
-    menu("MnuShutdown");
+    ASSERT_NE(mensajeSobre(form), nullptr) << "it has been chosen once";
     EXPECT_EQ(mensajeSobre(form)->text(), "Desea Salir?");
     responder(form, enQt("Sí"));
     EXPECT_EQ(apagados, 1);
@@ -303,8 +306,8 @@ TEST_F(Principal, EnInglesSiSePide) {
     ponerIdioma("fr");
     EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
     ponerIdioma("en");
-    Form1 inglesa(
-        {p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                   editor, mensajero, "9.9", [] {}});
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
@@ -343,8 +346,8 @@ TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
     EXPECT_TRUE(unica(letras(form))) << qPrintable(letras(form));
     EXPECT_TRUE(letras(form).contains('T')) << "the size has its key and its letter";
     ponerIdioma("en");
-    Form1 inglesa(
-        {p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9", [] {}});
+    Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                   editor, mensajero, "9.9", [] {}});
     EXPECT_TRUE(unica(letras(inglesa))) << qPrintable(letras(inglesa));
     ponerIdioma("");
     for (QTranslator* t : qApp->findChildren<QTranslator*>())

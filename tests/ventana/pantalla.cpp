@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -27,5 +29,8 @@ extern "C" const char* __lsan_default_suppressions() { // NOLINT: the checker gi
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QApplication aplicacion(argc, argv);
+    // What windows remember is not that of whoever runs the tests.
+    const QTemporaryDir ajustes;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ajustes.path());
     return RUN_ALL_TESTS();
 }

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSettings>
 #include <QTabWidget>
 #include <QTableView>
 
@@ -26,6 +27,11 @@ class Salida final : public Observador {
     }
     std::vector<std::string> mensajes;
 };
+
+/// What the windows remember from one start to the next.
+inline void olvidarTodo() {
+    QSettings(QSettings::IniFormat, QSettings::UserScope, "DriverKV2200", "ventana").clear();
+}
 
 class Principal : public testing::Test {
   protected:
@@ -101,6 +107,7 @@ class Principal : public testing::Test {
         return texto;
     }
 
+    const bool deCero_ = (olvidarTodo(), true);
     Configuracion config = Configuracion()
                                .puerto({"1", "0", "30"})
                                .estacion(1, "10.0.0.1", 1)
@@ -116,8 +123,8 @@ class Principal : public testing::Test {
     Mensajero mensajero{salida};
     EditorDeGuion editor{p.archivos, p.motor.guion, p.motor.scriptControl, p.motor.tablas};
     int apagados = 0;
-    Ventanas ventanas{{p.motor.vista, p.motor.trazas, p.motor.operador, editor, mensajero, "9.9",
-                       [this] { ++apagados; }}};
+    Ventanas ventanas{{p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas,
+                       p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};
     Form1& form{ventanas.principal()};
 };
 

@@ -217,6 +217,50 @@ bool ArchivosReales::crearCarpeta(const std::string& ruta) {
 
 ProcesosReales::~ProcesosReales() {
     if (cerrojo_ >= 0) close(cerrojo_);
+    if (atendida_ >= 0) close(atendida_);
+}
+
+namespace {
+
+/// The mark by which a file is known to be served: one byte of its folder, which may be read only,
+/// stays when the file is replaced, and holds more than one configuration.
+struct Marca {
+    fs::path carpeta;
+    struct flock byte {};
+    explicit Marca(const std::string& ruta) {
+        constexpr std::uint64_t kAlcance = 0x3FFF'FFFF'FFFF'FFFF;
+        std::uint64_t n = 14695981039346656037U; // FNV-1a: the same in every build
+        const fs::path archivo = seguirEnlace(resolver(ruta));
+        for (const char c : archivo.filename().string())
+            n = (n ^ static_cast<unsigned char>(c)) * 1099511628211U;
+        carpeta = archivo.has_parent_path() ? archivo.parent_path() : fs::path(".");
+        byte.l_whence = SEEK_SET;
+        byte.l_start = static_cast<off_t>(n & kAlcance);
+        byte.l_len = 1;
+    }
+    [[nodiscard]] int abrir() const {
+        return open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    }
+};
+
+} // namespace
+
+void ProcesosReales::atenderConfiguracion(const std::string& ruta) {
+    if (atendida_ >= 0) close(atendida_);
+    Marca marca(ruta);
+    marca.byte.l_type = F_RDLCK;
+    atendida_ = marca.abrir();
+    if (atendida_ >= 0) static_cast<void>(fcntl(atendida_, F_OFD_SETLK, &marca.byte));
+}
+
+bool configuracionAtendida(const std::string& ruta) {
+    Marca marca(ruta);
+    marca.byte.l_type = F_WRLCK; // is only asked about
+    const int d = marca.abrir();
+    if (d < 0) return false;
+    const bool otro = fcntl(d, F_OFD_GETLK, &marca.byte) == 0 && marca.byte.l_type != F_UNLCK;
+    close(d);
+    return otro;
 }
 
 bool ProcesosReales::tomarCarpeta(const std::string& carpeta) {

@@ -28,10 +28,15 @@ class ProcesosReales final : public Procesos {
     ProcesosReales(const ProcesosReales&) = delete;
     ProcesosReales& operator=(const ProcesosReales&) = delete;
     [[nodiscard]] bool tomarCarpeta(const std::string& carpeta) override;
+    void atenderConfiguracion(const std::string& ruta) override;
 
   private:
     int cerrojo_ = -1;
+    int atendida_ = -1;
 };
+
+/// Whether another process serves the configuration that this path leads to.
+[[nodiscard]] bool configuracionAtendida(const std::string& ruta);
 
 /// Descriptors that this process may have from now on: as many as it may give itself.
 void pedirDescriptores();

@@ -20,4 +20,9 @@ namespace kv {
                             mezcla(papel.blueF(), encima.blueF()));
 }
 
+/// Of what is BAD: text or sign, on this palette's paper.
+[[nodiscard]] inline QColor colorDeBad(const QPalette& paleta) {
+    return esOscura(paleta) ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x1C, 0x1C);
+}
+
 } // namespace kv

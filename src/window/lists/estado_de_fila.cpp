@@ -53,6 +53,11 @@ QPixmap dibujar(EstadoDeFila estado, int lado, bool elegida) {
         p.setPen(QPen(QColor(0x8A, 0x8A, 0x8A), 1.6));
         p.drawEllipse(QRectF(3.5, 3.5, 9, 9));
         break;
+    case EstadoDeFila::Vieja: // a clock
+        p.setPen(QPen(QColor(0xC0, 0x6A, 0x00), 1.8));
+        p.drawEllipse(QRectF(2.5, 2.5, 11, 11));
+        p.drawPolyline(QList<QPointF>{{8, 4.5}, {8, 8}, {11, 9.5}});
+        break;
     default:
         break;
     }
@@ -123,8 +128,9 @@ QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
     switch (estado) {
     case EstadoDeFila::Mal:
     case EstadoDeFila::Desconectada:
-        return oscura ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x1C, 0x1C);
+        return colorDeBad(paleta);
     case EstadoDeFila::Descansa:
+    case EstadoDeFila::Vieja:
         return oscura ? QColor(0xFF, 0xC1, 0x66) : QColor(0x8A, 0x52, 0x00);
     case EstadoDeFila::Apagada:
         // Paler than the rest, and still to be read: the toolkit's own colour for it is not.
@@ -144,7 +150,7 @@ const FormaDeLista& formaDeSockets() {
                                                  Especie::Texto, Especie::Numero, Especie::Texto,
                                                  Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 2, 3},
-                                    .anchos = {2, 17, 15, 21, 2, 2, 2, 2}};
+                                    .anchos = {2, 17, 46, 21, 2, 2, 2, 2}};
     return forma;
 }
 
@@ -170,7 +176,7 @@ const FormaDeLista& formaDeBloques() {
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Numero, Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 3},
-                                    .anchos = {18, 5, 5, 46, 30}};
+                                    .anchos = {18, 5, 5, 60, 30}};
     return forma;
 }
 

@@ -24,8 +24,9 @@ enum class EstadoDeFila : std::uint8_t {
     Descansa,     ///< its station was silent: asked again later
     Desconectada, ///< no link
     Apagada,      ///< switched off by its check box
+    Vieja,        ///< OK when it was read last, which is too long ago
 };
-inline constexpr std::size_t kEstadosDeFila = 6;
+inline constexpr std::size_t kEstadosDeFila = 7;
 
 /// A sign and a colour for a state: either of them alone is enough to tell it.
 [[nodiscard]] QIcon senalDeEstado(EstadoDeFila estado);

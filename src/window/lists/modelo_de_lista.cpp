@@ -14,16 +14,51 @@
 #include <utility>
 
 namespace kv {
+namespace {
 
-ModeloDeLista::ModeloDeLista(Lista& lista, const FormaDeLista& forma, QObject* padre)
-    : QAbstractTableModel(padre), lista_(lista), forma_(forma) {}
+constexpr std::ptrdiff_t kPuntosDeUnBit = 3;
+
+} // namespace
+
+ModeloDeLista::ModeloDeLista(Lista& lista, const FormaDeLista& forma, Anexos anexos, QObject* padre)
+    : QAbstractTableModel(padre), lista_(lista), forma_(forma), anexos_(std::move(anexos)) {}
 
 int ModeloDeLista::rowCount(const QModelIndex& padre) const {
     return padre.isValid() ? 0 : static_cast<int>(visibles_.size());
 }
 
 int ModeloDeLista::columnCount(const QModelIndex& padre) const {
-    return padre.isValid() ? 0 : static_cast<int>(lista_.columnas().size());
+    return padre.isValid() ? 0
+                           : static_cast<int>(lista_.columnas().size() + anexos_.columnas.size());
+}
+
+const ColumnaPropia* ModeloDeLista::propia(std::size_t columna) const {
+    const std::size_t deLaLista = lista_.columnas().size();
+    return columna < deLaLista ? nullptr : &anexos_.columnas[columna - deLaLista];
+}
+
+std::optional<Reparo> ModeloDeLista::reparoDe(std::uint32_t fila) const {
+    if (!anexos_.reparo || forma_.estado(lista_, fila) != EstadoDeFila::Bien) return std::nullopt;
+    return anexos_.reparo(fila);
+}
+
+EstadoDeFila ModeloDeLista::estadoDe(std::uint32_t fila) const {
+    const auto reparo = reparoDe(fila);
+    return reparo ? reparo->estado : forma_.estado(lista_, fila);
+}
+
+std::string ModeloDeLista::textoDe(std::uint32_t fila, std::size_t columna) const {
+    if (const ColumnaPropia* p = propia(columna)) return deQt(p->texto(fila));
+    std::string texto = forma_.texto(lista_, fila, columna);
+    const auto esta = static_cast<int>(columna);
+    if (esta == forma_.columnaDeEstado) {
+        const auto reparo = reparoDe(fila);
+        return reparo ? texto + deQt(reparo->texto) : texto;
+    }
+    if (esta != forma_.columnaDeCifras || base_ == Base::Decimal) return texto;
+    const std::string_view direccion = lista_.texto(fila, 0);
+    const bool bit = std::count(direccion.begin(), direccion.end(), '.') == kPuntosDeUnBit;
+    return bit ? texto : enBase(std::move(texto), base_);
 }
 
 QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
@@ -32,18 +67,20 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
     const auto columna = static_cast<std::size_t>(celda.column());
     switch (papel) {
     case Qt::DisplayRole:
-        return enQt(forma_.texto(lista_, fila, columna));
+        return enQt(textoDe(fila, columna));
     case Qt::ToolTipRole:
-        return ayudaSinMarcas(enQt(forma_.texto(lista_, fila, columna)));
+        return ayudaSinMarcas(celda.column() == forma_.columnaDeEstado && anexos_.ayuda
+                                  ? anexos_.ayuda(fila)
+                                  : enQt(textoDe(fila, columna)));
     case Qt::CheckStateRole:
         if (!forma_.conTildes || celda.column() != 0) return {};
         return lista_.tildada(fila) ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole:
         // As the list stands now, like the text and the check box beside it.
-        return celda.column() == forma_.columnaDeEstado ? senalDeEstado(forma_.estado(lista_, fila))
+        return celda.column() == forma_.columnaDeEstado ? senalDeEstado(estadoDe(fila))
                                                         : QVariant();
     case Qt::ForegroundRole: {
-        const QColor color = colorDeEstado(forma_.estado(lista_, fila), QGuiApplication::palette());
+        const QColor color = colorDeEstado(estadoDe(fila), QGuiApplication::palette());
         return color.isValid() ? color : QVariant();
     }
     case Qt::TextAlignmentRole:
@@ -56,9 +93,10 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
 
 QVariant ModeloDeLista::headerData(int columna, Qt::Orientation orientacion, int papel) const {
     if (orientacion != Qt::Horizontal || columna < 0 || columna >= columnCount()) return {};
-    if (papel == Qt::DisplayRole || papel == Qt::ToolTipRole)
-        return enQt(lista_.columnas()[static_cast<std::size_t>(columna)]);
-    return {};
+    if (papel != Qt::DisplayRole && papel != Qt::ToolTipRole) return {};
+    const auto cual = static_cast<std::size_t>(columna);
+    const ColumnaPropia* p = propia(cual);
+    return p != nullptr ? p->titulo : enQt(lista_.columnas()[cual]);
 }
 
 Qt::ItemFlags ModeloDeLista::flags(const QModelIndex& celda) const {
@@ -79,17 +117,35 @@ void ModeloDeLista::sort(int columna, Qt::SortOrder orden) {
     rehacer();
 }
 
-void ModeloDeLista::ordenar() {
-    std::iota(ordenadas_.begin(), ordenadas_.end(), 0U);
-    if (columna_ < 0 || columna_ >= columnCount()) return;
-    const auto columna = static_cast<std::size_t>(columna_);
-    std::vector<std::string> claves(ordenadas_.size());
+template <class Clave>
+void ModeloDeLista::ordenarPor(Clave clave) {
+    std::vector<decltype(clave(0U))> claves(ordenadas_.size());
     for (const std::uint32_t f : ordenadas_)
-        claves[f] = claveDeOrden(forma_.especies[columna], lista_.texto(f, columna));
+        claves[f] = clave(f);
     std::stable_sort(
         ordenadas_.begin(), ordenadas_.end(), [&claves, this](std::uint32_t a, std::uint32_t b) {
             return sentido_ == Qt::AscendingOrder ? claves[a] < claves[b] : claves[b] < claves[a];
         });
+}
+
+void ModeloDeLista::ordenar() {
+    std::iota(ordenadas_.begin(), ordenadas_.end(), 0U);
+    if (columna_ < 0 || columna_ >= columnCount()) return;
+    const auto columna = static_cast<std::size_t>(columna_);
+    if (const ColumnaPropia* p = propia(columna)) {
+        if (p->orden) return ordenarPor(p->orden);
+        return ordenarPor(
+            [p](std::uint32_t f) { return claveDeOrden(Especie::Texto, deQt(p->texto(f))); });
+    }
+    ordenarPor([&](std::uint32_t f) {
+        return claveDeOrden(forma_.especies[columna], lista_.texto(f, columna));
+    });
+}
+
+void ModeloDeLista::ponerBase(Base base) {
+    base_ = base;
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1), {Qt::DisplayRole});
 }
 
 void ModeloDeLista::filtrar(const QString& texto) {
@@ -99,16 +155,23 @@ void ModeloDeLista::filtrar(const QString& texto) {
         if (!palabra.empty()) palabras_.emplace_back(palabra);
     }
     for (std::uint32_t f = 0; f < filas_.size(); ++f)
-        filas_[f].pasa = pasaElFiltro(f);
+        filas_[f].pasa = !filas_[f].retirada && pasaElFiltro(f);
     rehacer();
 }
 
 bool ModeloDeLista::pasaElFiltro(std::uint32_t fila) const {
-    return std::all_of(palabras_.begin(), palabras_.end(), [&](const std::string& palabra) {
+    return std::all_of(palabras_.begin(), palabras_.end(), [&](std::string_view palabra) {
+        const bool alComienzo = palabra.starts_with('^') && palabra.size() > 1;
+        if (alComienzo) palabra.remove_prefix(1);
+        const auto esta = [&](const std::string& texto) {
+            const std::size_t donde = buscarSinCaja(texto, palabra);
+            return alComienzo ? donde == 0 : donde != std::string::npos;
+        };
         return std::any_of(forma_.filtrables.begin(), forma_.filtrables.end(),
-                           [&](std::size_t columna) {
-                               return buscarSinCaja(forma_.texto(lista_, fila, columna), palabra) !=
-                                      std::string::npos;
+                           [&](std::size_t c) { return esta(forma_.texto(lista_, fila, c)); }) ||
+               std::any_of(anexos_.columnas.begin(), anexos_.columnas.end(),
+                           [&](const ColumnaPropia& c) {
+                               return c.filtrable && esta(deQt(c.texto(fila)));
                            });
     });
 }
@@ -129,7 +192,9 @@ void ModeloDeLista::seguir(bool seguir) {
     bool cambia = filas_.size() < lista_.filas();
     for (std::uint32_t f = 0; f < lista_.filas(); ++f)
         mirar(f, cambia);
-    if (cambia) rehacer();
+    if (!cambia) return;
+    if (columna_ >= 0) ordenar(); // an order may be older than the rows: it was remembered
+    rehacer();
 }
 
 void ModeloDeLista::actualizar(int desde, int hasta) {

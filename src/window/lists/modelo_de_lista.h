@@ -2,7 +2,9 @@
 #pragma once
 
 #include "view/lista.h"
+#include "window/lists/anexos.h"
 #include "window/lists/estado_de_fila.h"
+#include "window/lists/texto_de_filas.h"
 
 #include <QAbstractTableModel>
 
@@ -20,7 +22,7 @@ class ModeloDeLista final : public QAbstractTableModel {
     Q_OBJECT
   public:
     /// `lista` and `forma` must outlive the model.
-    ModeloDeLista(Lista& lista, const FormaDeLista& forma, QObject* padre);
+    ModeloDeLista(Lista& lista, const FormaDeLista& forma, Anexos anexos, QObject* padre);
 
     [[nodiscard]] int rowCount(const QModelIndex& padre = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& padre = {}) const override;
@@ -32,7 +34,15 @@ class ModeloDeLista final : public QAbstractTableModel {
     /// Column -1: the list's own order.
     void sort(int columna, Qt::SortOrder orden) override;
 
-    /// Shows only rows that hold every word of the text; an empty text shows all.
+    /// Column -1: in the list's own order.
+    [[nodiscard]] int columnaDeOrden() const { return columna_; }
+    [[nodiscard]] Qt::SortOrder sentido() const { return sentido_; }
+    /// How registers are shown; bits are 0 and 1 in any base.
+    void ponerBase(Base base);
+    [[nodiscard]] Base base() const { return base_; }
+
+    /// Shows only rows that hold every word of the text, or begin with it where it follows a "^";
+    /// an empty text shows all.
     void filtrar(const QString& texto);
     /// While it does not follow, the list notes nothing; when it begins, everything is looked at.
     void seguir(bool seguir);
@@ -61,18 +71,27 @@ class ModeloDeLista final : public QAbstractTableModel {
         bool retirada = false;
     };
     void mirar(std::uint32_t fila, bool& entraOSale);
+    [[nodiscard]] std::optional<Reparo> reparoDe(std::uint32_t fila) const;
+    [[nodiscard]] EstadoDeFila estadoDe(std::uint32_t fila) const;
+    [[nodiscard]] std::string textoDe(std::uint32_t fila, std::size_t columna) const;
+    /// Null for a column of the list.
+    [[nodiscard]] const ColumnaPropia* propia(std::size_t columna) const;
     [[nodiscard]] bool pasaElFiltro(std::uint32_t fila) const;
+    template <class Clave>
+    void ordenarPor(Clave clave);
     void ordenar();
     void rehacer();
 
     Lista& lista_;
     const FormaDeLista& forma_;
+    const Anexos anexos_;
     std::vector<Fila> filas_;              ///< by row of the list
     std::vector<std::uint32_t> ordenadas_; ///< all rows of the list
     std::vector<std::uint32_t> visibles_;  ///< those that pass, by row of the table
     std::array<std::size_t, kEstadosDeFila> cuantas_{};
     std::size_t retiradas_ = 0;
     std::vector<std::string> palabras_;
+    Base base_ = Base::Decimal;
     int columna_ = -1;
     Qt::SortOrder sentido_ = Qt::AscendingOrder;
 };

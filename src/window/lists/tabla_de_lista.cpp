@@ -2,55 +2,65 @@
 #include "window/lists/tabla_de_lista.h"
 
 #include "window/controls/control.h"
+#include "window/controls/elegir_archivo.h"
+#include "window/controls/memoria.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QItemSelection>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <functional>
+#include <numeric>
 
 namespace kv {
 namespace {
 
 constexpr int kMargenDeCelda = 26; // a check box or a sign
 constexpr int kMargenDeCabeza = 14;
+constexpr unsigned kVueltasPorEdad =
+    10; // of `refrescar`: what grows by the second is painted again
 
 /// Tells of double clicks on a row, but not of those on its check box, which they only toggle.
 class AvisoDeDobleClic final : public QStyledItemDelegate {
   public:
-    AvisoDeDobleClic(std::function<void(int fila)> avisar, QObject* padre)
+    AvisoDeDobleClic(std::function<void(const QModelIndex&)> avisar, QObject* padre)
         : QStyledItemDelegate(padre), avisar_(std::move(avisar)) {}
 
   protected:
     bool editorEvent(QEvent* suceso, QAbstractItemModel* modelo, const QStyleOptionViewItem& como,
                      const QModelIndex& celda) override {
         if (QStyledItemDelegate::editorEvent(suceso, modelo, como, celda)) return true;
-        if (suceso->type() == QEvent::MouseButtonDblClick) avisar_(celda.row());
+        if (suceso->type() == QEvent::MouseButtonDblClick) avisar_(celda);
         return false;
     }
 
   private:
-    std::function<void(int fila)> avisar_;
+    std::function<void(const QModelIndex&)> avisar_;
 };
 
 } // namespace
 
 TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QString& titulo,
-                           QWidget* padre)
-    : QWidget(padre), modelo_(hacer<ModeloDeLista>(lista, forma, this)),
-      tabla_(control<QTableView>(std::string(lista.nombre()).c_str(), this)),
+                           Anexos anexos, QWidget* padre)
+    : QWidget(padre), tabla_(control<QTableView>(std::string(lista.nombre()).c_str(), this)),
       filtro_(control<QLineEdit>(("txtFiltro_" + std::string(lista.nombre())).c_str(), this)),
       cuenta_(control<QLabel>(("lblFilas_" + std::string(lista.nombre())).c_str(), this)),
-      conTildes_(forma.conTildes) {
+      titulo_(titulo), conTildes_(forma.conTildes), columnaDeEstado_(forma.columnaDeEstado),
+      columnaDeCifras_(forma.columnaDeCifras), conAnexos_(static_cast<bool>(anexos.reparo)) {
+    QList<int> anchos(forma.anchos.begin(), forma.anchos.end());
+    for (const ColumnaPropia& c : anexos.columnas)
+        anchos << c.ancho;
+    modelo_ = hacer<ModeloDeLista>(lista, forma, std::move(anexos), this);
     auto* rotulo = hacer<QLabel>(titulo, this);
     QFont negrita = rotulo->font();
     negrita.setBold(true);
@@ -59,9 +69,12 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
     filtro_->setClearButtonEnabled(true);
     filtro_->setMaximumWidth(260);
     filtro_->setAccessibleName(tr("Filtro de %1").arg(titulo));
-    filtro_->setToolTip(tr("Muestra las filas que tengan todas las palabras escritas"));
+    filtro_->setToolTip(
+        tr("Muestra las filas que tengan todas las palabras escritas; con ^ delante, "
+           "las que empiecen así"));
     tabla_->setAccessibleName(titulo);
-    armarTabla(lista, forma);
+    armarTabla();
+    ponerAnchos(anchos);
 
     auto* arriba = hacer<QHBoxLayout>();
     arriba->addWidget(rotulo);
@@ -76,22 +89,23 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
 
     connect(filtro_, &QLineEdit::textChanged, modelo_, &ModeloDeLista::filtrar);
     connect(modelo_, &ModeloDeLista::tildada, this, &TablaDeLista::tildada);
-    connect(modelo_, &ModeloDeLista::modelAboutToBeReset, this, [this] {
-        const QModelIndex actual = tabla_->currentIndex();
-        if (actual.isValid()) elegida_ = modelo_->filaDeLista(actual.row());
-    });
+    connect(modelo_, &ModeloDeLista::modelAboutToBeReset, this, &TablaDeLista::guardarElegidas);
     connect(modelo_, &ModeloDeLista::modelReset, this, [this] {
-        const int lugar = modelo_->lugarDe(elegida_);
-        if (lugar >= 0) tabla_->selectRow(lugar);
+        volverAElegir();
         contar();
     });
-    tabla_->setItemDelegate(hacer<AvisoDeDobleClic>([this](int fila) { activar(fila); }, tabla_));
+    connect(tabla_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& actual) {
+                if (actual.isValid()) emit mirada(modelo_->filaDeLista(actual.row()));
+            });
+    tabla_->setItemDelegate(
+        hacer<AvisoDeDobleClic>([this](const QModelIndex& celda) { activar(celda); }, tabla_));
 }
 
-void TablaDeLista::armarTabla(const Lista& lista, const FormaDeLista& forma) {
+void TablaDeLista::armarTabla() {
     tabla_->setModel(modelo_);
     tabla_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    tabla_->setSelectionMode(QAbstractItemView::SingleSelection);
+    tabla_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tabla_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tabla_->setAlternatingRowColors(true);
     tabla_->setShowGrid(false);
@@ -109,15 +123,30 @@ void TablaDeLista::armarTabla(const Lista& lista, const FormaDeLista& forma) {
     cabeza->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     cabeza->setHighlightSections(false);
     cabeza->setStretchLastSection(true);
+    cabeza->setSectionsMovable(true);
+    cabeza->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(cabeza, &QWidget::customContextMenuRequested, this, [this, cabeza](const QPoint& p) {
+        auto* menu = hacer<QMenu>(this);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        llenarMenuDeColumnas(*menu);
+        menu->popup(cabeza->mapToGlobal(p));
+    });
     tabla_->setSortingEnabled(true);
-    const int letra = fontMetrics().averageCharWidth();
-    for (std::size_t c = 0; c < forma.anchos.size(); ++c)
-        tabla_->setColumnWidth(
-            static_cast<int>(c),
-            std::max(forma.anchos[c] * letra + kMargenDeCelda,
-                     cabeza->fontMetrics().horizontalAdvance(enQt(lista.columnas()[c])) +
-                         kMargenDeCabeza));
     tabla_->installEventFilter(this);
+    tabla_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    agregarAccion("accCopiar", tr("Copiar (Ctrl+C)"), [this] { copiar(); });
+    agregarAccion("accExportar", tr("Exportar como CSV…"), [this] { exportar(); });
+}
+
+void TablaDeLista::ponerAnchos(const QList<int>& letras) {
+    const int letra = fontMetrics().averageCharWidth();
+    const QFontMetrics cabeza = tabla_->horizontalHeader()->fontMetrics();
+    for (int c = 0; c < letras.size(); ++c)
+        tabla_->setColumnWidth(
+            c, std::max(letras[c] * letra + kMargenDeCelda,
+                        cabeza.horizontalAdvance(
+                            modelo_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString()) +
+                            kMargenDeCabeza));
 }
 
 void TablaDeLista::seguir(bool seguir) {
@@ -132,6 +161,7 @@ void TablaDeLista::refrescar() {
     tabla_->setAutoScroll(false); // rows come and go by themselves: what is in sight stays there
     modelo_->actualizar(desde, hasta < 0 ? modelo_->rowCount() : hasta);
     tabla_->setAutoScroll(true);
+    if (conAnexos_ && ++vueltas_ % kVueltasPorEdad == 0) tabla_->viewport()->update();
     contar();
 }
 
@@ -143,6 +173,59 @@ void TablaDeLista::elegir(std::uint32_t fila) {
     tabla_->scrollTo(modelo_->index(lugar, 0), QAbstractItemView::PositionAtCenter);
 }
 
+std::int64_t TablaDeLista::actual() const {
+    const QModelIndex actual = tabla_->currentIndex();
+    return actual.isValid() ? std::int64_t{modelo_->filaDeLista(actual.row())} : -1;
+}
+
+void TablaDeLista::ponerDelante(int columna, int lugar) {
+    QHeaderView* cabeza = tabla_->horizontalHeader();
+    cabeza->moveSection(cabeza->visualIndex(columna), lugar);
+}
+
+QList<int> TablaDeLista::filasElegidas() const {
+    QList<int> filas;
+    for (const QItemSelectionRange& tramo : tabla_->selectionModel()->selection()) {
+        for (int f = tramo.top(); f <= tramo.bottom(); ++f)
+            filas << f;
+    }
+    std::sort(filas.begin(), filas.end());
+    filas.erase(std::unique(filas.begin(), filas.end()), filas.end());
+    return filas;
+}
+
+std::vector<std::uint32_t> TablaDeLista::elegidas() const {
+    std::vector<std::uint32_t> filas;
+    for (const int f : filasElegidas())
+        filas.push_back(modelo_->filaDeLista(f));
+    return filas;
+}
+
+void TablaDeLista::guardarElegidas() {
+    elegidas_ = elegidas();
+    const QModelIndex actual = tabla_->currentIndex();
+    actual_ = actual.isValid() ? modelo_->filaDeLista(actual.row()) : -1;
+    columnaActual_ = actual.isValid() ? actual.column() : 0;
+}
+
+/// The rows that are chosen stay so wherever they are now.
+void TablaDeLista::volverAElegir() {
+    QItemSelection eleccion;
+    const int ultima = modelo_->columnCount() - 1;
+    for (const std::uint32_t f : elegidas_) {
+        const int lugar = modelo_->lugarDe(f);
+        if (lugar >= 0) eleccion.select(modelo_->index(lugar, 0), modelo_->index(lugar, ultima));
+    }
+    QItemSelectionModel* seleccion = tabla_->selectionModel();
+    const int lugar = modelo_->lugarDe(actual_);
+    if (lugar >= 0)
+        seleccion->setCurrentIndex(modelo_->index(lugar, columnaActual_),
+                                   QItemSelectionModel::NoUpdate);
+    seleccion->select(eleccion, QItemSelectionModel::ClearAndSelect);
+}
+
+void TablaDeLista::filtrar(const QString& texto) { filtro_->setText(texto); }
+
 void TablaDeLista::enfocar() { tabla_->setFocus(Qt::ShortcutFocusReason); }
 
 void TablaDeLista::enfocarFiltro() {
@@ -150,15 +233,28 @@ void TablaDeLista::enfocarFiltro() {
     filtro_->selectAll();
 }
 
+bool TablaDeLista::tieneElFoco() const { return tabla_->hasFocus() || filtro_->hasFocus(); }
+
+/// A list that does not show all must not be taken for one that does.
 void TablaDeLista::contar() {
     const auto todas = static_cast<int>(modelo_->total());
     const int vistas = modelo_->rowCount();
-    cuenta_->setText(vistas == todas ? QString::number(todas)
-                                     : tr("%1 de %2").arg(vistas).arg(todas));
+    const bool filtrada = !filtro_->text().isEmpty();
+    cuenta_->setText(filtrada ? tr("⚠ filtrada: %1 de %2").arg(vistas).arg(todas)
+                              : QString::number(todas));
+    QFont letra = font();
+    letra.setBold(filtrada);
+    if (letra != cuenta_->font()) cuenta_->setFont(letra);
 }
 
-void TablaDeLista::activar(int fila) {
-    if (fila >= 0 && fila < modelo_->rowCount()) emit activada(modelo_->filaDeLista(fila));
+void TablaDeLista::activar(const QModelIndex& celda) {
+    if (!celda.isValid()) return;
+    const std::uint32_t fila = modelo_->filaDeLista(celda.row());
+    if (celda.column() == columnaDeEstado_ && conAnexos_) {
+        emit preguntada(fila);
+    } else {
+        emit activada(fila);
+    }
 }
 
 bool TablaDeLista::eventFilter(QObject* objeto, QEvent* suceso) {
@@ -173,12 +269,13 @@ bool TablaDeLista::eventFilter(QObject* objeto, QEvent* suceso) {
 }
 
 /// True when the key meant the row and not the table. A row that is not seen to be chosen is not
-/// meant: a table that gets the focus makes its first one the current one.
+/// meant: a table that gets the focus makes its first one the current one. Where several are chosen
+/// it is the current one that is meant: a plant is not switched off by Ctrl+A and a blank.
 bool TablaDeLista::alPulsar(int tecla) {
     const QModelIndex actual = tabla_->currentIndex();
     const bool elegida = tabla_->selectionModel()->isSelected(actual);
     if (tecla == Qt::Key_Return || tecla == Qt::Key_Enter) {
-        if (elegida) activar(actual.row());
+        if (elegida) emit activada(modelo_->filaDeLista(actual.row()));
         return true;
     }
     if (tecla == Qt::Key_Select) return true;
@@ -192,13 +289,92 @@ bool TablaDeLista::alPulsar(int tecla) {
     return false;
 }
 
+void TablaDeLista::agregarAccion(const char* nombre, const QString& texto,
+                                 const std::function<void()>& que) {
+    auto* accion = control<QAction>(nombre, texto, tabla_);
+    connect(accion, &QAction::triggered, this, que);
+    tabla_->addAction(accion);
+}
+
+QList<int> TablaDeLista::columnasALaVista() const {
+    QList<int> columnas;
+    const QHeaderView* cabeza = tabla_->horizontalHeader();
+    for (int v = 0; v < cabeza->count(); ++v) {
+        const int columna = cabeza->logicalIndex(v);
+        if (!cabeza->isSectionHidden(columna)) columnas << columna;
+    }
+    return columnas;
+}
+
 void TablaDeLista::copiar() {
+    const QList<int> filas = filasElegidas();
+    if (filas.isEmpty()) return;
+    QGuiApplication::clipboard()->setText(textoDeFilas(*modelo_, filas, columnasALaVista(), '\t'));
+}
+
+void TablaDeLista::exportar() {
+    QList<int> filas = filasElegidas();
+    if (filas.size() < 2) {
+        filas.resize(modelo_->rowCount());
+        std::iota(filas.begin(), filas.end(), 0);
+    }
+    // As they are now, whatever comes while a file is looked for.
+    elegirArchivo(this, tr("Exportar %1").arg(titulo_), titulo_.toLower() + ".csv",
+                  [this, texto = textoDeFilas(*modelo_, filas, columnasALaVista(), ';')](
+                      const QString& ruta) { emit guardar(ruta, texto); });
+}
+
+void TablaDeLista::ordenarPorLaActual() {
     const QModelIndex actual = tabla_->currentIndex();
-    if (!tabla_->selectionModel()->isSelected(actual)) return;
-    QStringList textos;
-    for (int c = 0; c < modelo_->columnCount(); ++c)
-        textos << actual.siblingAtColumn(c).data().toString();
-    QGuiApplication::clipboard()->setText(textos.join('\t'));
+    const int columna = actual.isValid() ? actual.column() : 0;
+    const bool ya = modelo_->columnaDeOrden() == columna;
+    const bool subia = modelo_->sentido() == Qt::AscendingOrder;
+    if (ya && !subia) return tabla_->sortByColumn(-1, Qt::AscendingOrder);
+    tabla_->sortByColumn(columna, ya ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+void TablaDeLista::ponerBase(Base base) {
+    modelo_->ponerBase(base);
+    if (columnaDeCifras_ < 0) return;
+    const QString larga = base == Base::Binaria ? "0000 0000 0000 0000" : "00000";
+    const int hace = fontMetrics().horizontalAdvance(larga) + kMargenDeCelda;
+    if (tabla_->columnWidth(columnaDeCifras_) < hace)
+        tabla_->setColumnWidth(columnaDeCifras_, hace);
+}
+
+void TablaDeLista::llenarMenuDeColumnas(QMenu& menu) {
+    const QList<int> vistas = columnasALaVista();
+    for (int c = 0; c < modelo_->columnCount(); ++c) {
+        QString titulo = modelo_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString();
+        if (titulo.isEmpty()) titulo = tr("(notas)");
+        QAction* accion = menu.addAction(titulo.replace('&', "&&"));
+        accion->setCheckable(true);
+        accion->setChecked(vistas.contains(c));
+        // A table without columns could not be given any back by its own menu.
+        accion->setEnabled(vistas.size() > 1 || !vistas.contains(c));
+        connect(accion, &QAction::toggled, this,
+                [this, c](bool seVe) { tabla_->setColumnHidden(c, !seVe); });
+    }
+}
+
+QString TablaDeLista::clave(const char* que) const {
+    return "listas/" + tabla_->objectName() + '/' + que;
+}
+
+void TablaDeLista::recordarse() const {
+    // Another version may have other columns.
+    recordar(clave("cuantas"), modelo_->columnCount());
+    recordar(clave("columnas"), tabla_->horizontalHeader()->saveState());
+    recordar(clave("filtro"), filtro_->text());
+    recordar(clave("base"), static_cast<int>(modelo_->base()));
+}
+
+void TablaDeLista::acordarse() {
+    if (recordado(clave("cuantas")).toInt() == modelo_->columnCount())
+        tabla_->horizontalHeader()->restoreState(recordado(clave("columnas")).toByteArray());
+    filtro_->setText(recordado(clave("filtro")).toString());
+    const int base = recordado(clave("base")).toInt();
+    if (base > 0 && base <= static_cast<int>(Base::Binaria)) ponerBase(static_cast<Base>(base));
 }
 
 } // namespace kv

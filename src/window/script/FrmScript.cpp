@@ -57,7 +57,7 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
       TextCodigo_(control<CajaDeCodigo>("TextCodigo", this)),
       busqueda_(hacer<BarraDeBusqueda>(*TextCodigo_, this)), aviso_(avisoDeCambio()),
       lugar_(hacer<QLabel>(this)), mensaje_(rotulo("LblMensaje", this)),
-      medida_(rotulo("LblCorrida", this)),
+      medida_(rotulo("LblCorrida", this)), guardado_(rotulo("LblGuardado", this)),
       BtnOk_(control<QPushButton>("BtnOk", tr("&Guardar"), this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName("FrmScript");
@@ -73,7 +73,10 @@ FrmScript::FrmScript(EditorDeGuion& editor, QWidget* padre)
     todo->addWidget(mensaje_); // in a line of its own: it may need all of it
     todo->addLayout(pie());
     connect(TextCodigo_->document(), &QTextDocument::modificationChanged, this,
-            &QWidget::setWindowModified);
+            [this](bool cambiado) {
+                setWindowModified(cambiado);
+                if (cambiado) guardado_->clear();
+            });
     const auto lugar = [this] {
         lugar_->setText(tr("Línea %1, columna %2")
                             .arg(TextCodigo_->lineaActual())
@@ -152,6 +155,8 @@ QHBoxLayout* FrmScript::pie() {
     fila->addSpacing(2 * kBorde);
     medida_->setToolTip(tr("Lo que tardó la última corrida del guion, y la memoria que usa"));
     fila->addWidget(medida_);
+    fila->addSpacing(2 * kBorde);
+    fila->addWidget(guardado_);
     fila->addStretch(1);
     auto* cancelar = control<QPushButton>("BtnCancelar", tr("&Cerrar sin guardar"), this);
     connect(BtnOk_, &QPushButton::clicked, this, [this] { guardarY([] {}); });
@@ -178,6 +183,7 @@ void FrmScript::cargar() {
     if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
     if (editor_.ruta().empty()) decir(tr("La configuración no tiene lugar para un guion."));
     falla_.reset();
+    guardado_->clear();
     mirar();
 }
 
@@ -208,6 +214,7 @@ bool FrmScript::guardar() {
         return false;
     }
     TextCodigo_->document()->setModified(false);
+    guardado_->setText(tr("✔ Guardado"));
     aviso_->hide();
     mirar();
     // A script with a mistake is saved all the same: whether it may run is the engineer's decision.
@@ -331,19 +338,29 @@ void FrmScript::cerrarSinGuardar() {
 void FrmScript::closeEvent(QCloseEvent* evento) {
     const bool pierde = TextCodigo_->document()->isModified() && !cerrando_;
     evento->setAccepted(!pierde);
-    if (pierde) preguntarAntesDeCerrar();
+    if (pierde) preguntarAntesDeCerrar([] {});
 }
 
-void FrmScript::preguntarAntesDeCerrar() {
+void FrmScript::cerrarY(const std::function<void()>& luego) {
+    if (TextCodigo_->document()->isModified()) return preguntarAntesDeCerrar(luego);
+    close();
+    luego();
+}
+
+void FrmScript::preguntarAntesDeCerrar(const std::function<void()>& luego) {
     QMessageBox* caja = pregunta(this, tr("El guion tiene cambios sin guardar."));
     QPushButton* guardarlos = caja->addButton(tr("&Guardar"), QMessageBox::AcceptRole);
     QPushButton* perderlos =
         caja->addButton(tr("&Cerrar sin guardar"), QMessageBox::DestructiveRole);
     caja->setDefaultButton(guardarlos);
     caja->setEscapeButton(caja->addButton(tr("&Seguir editando"), QMessageBox::RejectRole));
-    connect(caja, &QDialog::finished, this, [this, caja, guardarlos, perderlos] {
-        if (caja->clickedButton() == perderlos) cerrarSinGuardar();
-        if (caja->clickedButton() == guardarlos) guardarY([this] { cerrarSinGuardar(); });
+    const auto cerrar = [this, luego] {
+        cerrarSinGuardar();
+        luego();
+    };
+    connect(caja, &QDialog::finished, this, [this, caja, guardarlos, perderlos, cerrar] {
+        if (caja->clickedButton() == perderlos) cerrar();
+        if (caja->clickedButton() == guardarlos) guardarY(cerrar);
     });
     caja->open();
 }

@@ -27,6 +27,9 @@ class FrmScript final : public QWidget {
   public:
     /// `editor` must outlive the window and have no other.
     FrmScript(EditorDeGuion& editor, QWidget* padre);
+    /// Closes, asking first what becomes of changes; `luego` is called unless the answer was to go
+    /// on editing.
+    void cerrarY(const std::function<void()>& luego);
 
   protected:
     /// The window's own close button asks when there are changes; `BtnCancelar` does not.
@@ -46,7 +49,7 @@ class FrmScript final : public QWidget {
     [[nodiscard]] std::string texto() const;
     /// Compiles, and marks what is wrong. `hecho`: what to tell beside it.
     void comprobar(const std::string& texto, const QString& hecho);
-    void preguntarAntesDeCerrar();
+    void preguntarAntesDeCerrar(const std::function<void()>& luego);
     void cerrarSinGuardar();
     void irALinea();
     /// To what stopped the last run, or does not compile, or else the next warning.
@@ -65,6 +68,7 @@ class FrmScript final : public QWidget {
     QLabel* lugar_;
     QLabel* mensaje_;
     QLabel* medida_;
+    QLabel* guardado_; ///< stays until something is typed, whatever a run has to tell
     QPushButton* BtnOk_;
     QTimer mirada_;
     std::optional<FallaDeGuion> falla_;

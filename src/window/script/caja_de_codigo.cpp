@@ -47,6 +47,7 @@ CajaDeCodigo::CajaDeCodigo(QWidget* padre)
         }
     });
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CajaDeCodigo::resaltarLineas);
+    connect(this, &QPlainTextEdit::textChanged, this, &CajaDeCodigo::soltarLoEditado);
     acomodarMargen();
     resaltarLineas();
 }
@@ -69,13 +70,20 @@ void CajaDeCodigo::irA(int linea, int columna) {
 void CajaDeCodigo::marcar(Marca cual, int linea, const QString& mensaje) {
     const int ultima = document()->blockCount() - 1;
     const QTextBlock bloque = document()->findBlockByNumber(std::clamp(linea - 1, 0, ultima));
-    senal(cual) = {QTextCursor(bloque), mensaje};
+    senal(cual) = {QTextCursor(bloque), mensaje, bloque.text()};
     resaltarLineas();
 }
 
 void CajaDeCodigo::desmarcar(Marca cual) {
     senal(cual) = {};
     resaltarLineas();
+}
+
+void CajaDeCodigo::soltarLoEditado() {
+    for (const Marca m : {Marca::Corrida, Marca::Comprobacion}) {
+        const Senal& s = senal(m);
+        if (!s.mensaje.isEmpty() && s.lugar.block().text() != s.linea) desmarcar(m);
+    }
 }
 
 int CajaDeCodigo::lineaMarcada(Marca cual) const {
@@ -99,7 +107,7 @@ void CajaDeCodigo::ponerAvisos(const std::vector<Aviso>& avisos) {
                               QTextCursor::KeepAnchor);
         else
             lugar.movePosition(QTextCursor::EndOfWord, QTextCursor::KeepAnchor);
-        avisos_.push_back({lugar, a.mensaje});
+        avisos_.push_back({lugar, a.mensaje, {}});
     }
     resaltarLineas();
 }

@@ -31,7 +31,8 @@ class CajaDeCodigo final : public QPlainTextEdit {
     [[nodiscard]] int columnaActual() const { return textCursor().positionInBlock() + 1; }
 
     enum class Marca { Corrida, Comprobacion };
-    /// Marks a line, one of each kind; the mark moves with its line.
+    /// Marks a line, one of each kind; the mark moves with its line, and goes when that is edited:
+    /// it was of the line as it was.
     void marcar(Marca cual, int linea, const QString& mensaje);
     void desmarcar(Marca cual);
     /// 0: no line is marked.
@@ -65,9 +66,11 @@ class CajaDeCodigo final : public QPlainTextEdit {
   private:
     friend class MargenDeCodigo;
     struct Senal {
-        QTextCursor lugar; ///< of a warning, what is underlined
-        QString mensaje;   ///< empty: not set
+        QTextCursor lugar;  ///< of a warning, what is underlined
+        QString mensaje;    ///< empty: not set
+        QString linea = {}; ///< text of the line that is marked
     };
+    void soltarLoEditado();
     [[nodiscard]] Senal& senal(Marca cual) { return senales_.at(static_cast<std::size_t>(cual)); }
     [[nodiscard]] const Senal& senal(Marca cual) const {
         return senales_.at(static_cast<std::size_t>(cual));

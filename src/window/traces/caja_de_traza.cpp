@@ -2,19 +2,16 @@
 #include "window/traces/caja_de_traza.h"
 
 #include "window/controls/control.h"
-#include "window/controls/ventana.h"
+#include "window/controls/elegir_archivo.h"
 
 #include <QClipboard>
-#include <QFileDialog>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QToolButton>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -46,7 +43,7 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
 
     connect(pausa_, &QToolButton::toggled, this, [this] { refrescar(); });
     connect(copiarTodo, &QToolButton::clicked, this, &CajaDeTraza::copiar);
-    connect(guardarTodo, &QToolButton::clicked, this, &CajaDeTraza::elegirArchivo);
+    connect(guardarTodo, &QToolButton::clicked, this, &CajaDeTraza::guardarLoQueSeVe);
 }
 
 CajaDeTraza::CajaDeTraza(const Traza& traza, const QString& titulo, QWidget* padre)
@@ -113,20 +110,11 @@ void CajaDeTraza::copiar() {
     QGuiApplication::clipboard()->setText(elegido.isEmpty() ? texto_->toPlainText() : elegido);
 }
 
-void CajaDeTraza::elegirArchivo() {
+void CajaDeTraza::guardarLoQueSeVe() {
     // As it stands now, whatever is traced meanwhile.
     const QString texto = texto_->toPlainText().replace('\n', "\r\n");
-    auto* dialogo = control<QFileDialog>("dlgGuardar", this, tr("Guardar traza"));
-    dialogo->setAcceptMode(QFileDialog::AcceptSave);
-    dialogo->setOption(QFileDialog::DontUseNativeDialog);
-    dialogo->setDefaultSuffix("txt");
-    dialogo->setAttribute(Qt::WA_DeleteOnClose);
-    acomodar(*dialogo, {820, 480});
-    if (auto* archivos = dialogo->findChild<QTreeView*>())
-        archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    connect(dialogo, &QFileDialog::fileSelected, this,
-            [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
-    dialogo->open();
+    elegirArchivo(this, tr("Guardar traza"), "traza.txt",
+                  [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
 }
 
 } // namespace kv

@@ -43,7 +43,7 @@ class CajaDeTraza final : public QWidget {
     void seguir();
     [[nodiscard]] bool alFinal() const;
     void copiar();
-    void elegirArchivo();
+    void guardarLoQueSeVe();
 
     Fuente fuente_;
     QPlainTextEdit* texto_;

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "config/csv.h"
+#include "plant/descripciones.h"
+#include "platform/archivos.h"
+
+#include <string>
+
+namespace kv {
+
+/// A table beside the configuration, a row a variable: direccion (port.PLC.register, with .bit for
+/// one of its bits), descripcion, unidad. A plant may have none.
+inline constexpr std::string_view kArchivoDeDescripciones = "descripciones.csv";
+
+/// Where it lies for a configuration file.
+[[nodiscard]] std::string rutaDeDescripciones(std::string_view rutaConfiguracion);
+
+/// Adds what the table says. A row with something wrong in it describes nothing and is told; no
+/// file at all is no problem.
+void leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
+                       Problemas& problemas);
+/// The bytes of a table that says this.
+[[nodiscard]] std::string tablaDeDescripciones(const Descripciones& descripciones);
+
+/// The cells of a row that hold a description and its unit; what does not fit is told, and the
+/// description empty then.
+[[nodiscard]] Descripcion leerDescripcion(TablaCsv& tabla, std::size_t texto, std::size_t unidad);
+/// Enters a row's description; what is wrong with its address is told of column `columna`.
+void anotarDescripcion(Descripciones& descripciones, const std::string& direccion,
+                       Descripcion descripcion, TablaCsv& tabla, std::size_t columna);
+
+} // namespace kv

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "window/history/libro_de_sucesos.h"
+
+#include "events/rechazo.h"
+#include "text/fecha.h"
+#include "text/numeros.h"
+#include "text/texto.h"
+
+#include <optional>
+
+namespace kv {
+namespace {
+
+/// Nothing for the traffic of a plant that works.
+std::optional<Gravedad> gravedadDe(const Suceso& s) {
+    if (s.callado) return std::nullopt;
+    switch (s.que) {
+    case Que::EnlaceAbajo:
+    case Que::EstacionMuda:
+    case Que::FallaDelGuion:
+        return Gravedad::Alarma;
+    case Que::LineaNoCalla:
+    case Que::EnlaceCortado:
+    case Que::BloqueDeshabilitado:
+    case Que::EscrituraRechazada:
+    case Que::SinPuertoNiPlc:
+    case Que::ForzarSinTrama:
+    case Que::ForzarSinConexion:
+    case Que::AltaFueraDeTrama:
+    case Que::AltaSinLugar:
+    case Que::AltaSinPuerto:
+        return Gravedad::Aviso;
+    case Que::EscrituraTerminada: // those that were carried out have a record of their own
+        if (static_cast<FinDeEscritura>(s.detalle) == FinDeEscritura::Confirmada)
+            return std::nullopt;
+        return Gravedad::Aviso;
+    case Que::EnlaceArriba:
+    case Que::EstacionContesta:
+    case Que::BloqueHabilitado:
+    case Que::BloqueDadoDeAlta:
+        return Gravedad::Nota;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// What makes two of them the same: writes of one register with different values are not.
+std::uint64_t claveDe(const Suceso& s, std::string_view texto) {
+    std::uint64_t clave = 0;
+    for (const std::uint64_t parte :
+         {static_cast<std::uint64_t>(s.que), std::uint64_t{s.conexion}, std::uint64_t{s.bloque},
+          static_cast<std::uint64_t>(static_cast<std::uint16_t>(s.detalle)),
+          static_cast<std::uint64_t>(std::hash<double>{}(s.numero)),
+          static_cast<std::uint64_t>(s.bit + 1),
+          static_cast<std::uint64_t>(std::hash<std::string_view>{}(texto))})
+        clave = (clave ^ parte) * 0x9E3779B97F4A7C15U + (clave >> 29U);
+    return clave;
+}
+
+/// As much of a text as is kept. A refusal has its parts one behind the other.
+std::string cortado(const Suceso& s, std::string_view texto) {
+    if (s.que != Que::EscrituraRechazada)
+        return std::string(comienzo(texto, LibroDeSucesos::kTextoMaximo));
+    const auto todo = TextoDeRechazo::partir(texto);
+    constexpr std::size_t kParte = LibroDeSucesos::kTextoMaximo / 2;
+    return TextoDeRechazo{comienzo(todo.direccion, kParte), comienzo(todo.motivo, kParte), {}}
+        .unir();
+}
+
+constexpr std::int64_t kMsPorDia = 86'400'000;
+
+/// Milliseconds within a month that has 31 days: good enough to tell ten minutes.
+std::int64_t msDe(std::int64_t instante) {
+    const FechaHora f = desempaquetar(instante);
+    return ((f.anio * 12LL + f.mes) * 31 + f.dia) * kMsPorDia + f.hora * 3'600'000LL +
+           f.minuto * 60'000LL + f.segundo * 1000LL + f.milisegundo;
+}
+
+std::string_view fraseFija(const Suceso& s) {
+    switch (s.que) {
+    case Que::EnlaceArriba:
+        return "Enlace arriba";
+    case Que::EnlaceAbajo:
+        return "Enlace caido";
+    case Que::EnlaceCortado:
+        return "Se corta el enlace: lo que no llego ya no sale";
+    case Que::LineaNoCalla:
+        return "La linea no calla: se cierra el enlace";
+    case Que::EstacionMuda:
+        return "La estacion no contesta";
+    case Que::EstacionContesta:
+        return "La estacion contesta de nuevo";
+    case Que::BloqueDeshabilitado:
+        return "El bloque descansa: no hubo respuesta";
+    case Que::BloqueHabilitado:
+        return "El bloque se pregunta de nuevo";
+    case Que::ForzarSinTrama:
+        return "No se puede forzar: el bloque no se puede polear";
+    case Que::ForzarSinConexion:
+        return "No se puede forzar: sin conexion con la estacion";
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+LibroDeSucesos::LibroDeSucesos(Sucesos& sucesos) : sucesos_(sucesos) { sucesos_.avisarA(this); }
+
+LibroDeSucesos::~LibroDeSucesos() { sucesos_.dejarDeAvisarA(this); }
+
+void LibroDeSucesos::alSuceder(const Suceso& suceso, std::string_view texto) {
+    const auto gravedad = gravedadDe(suceso);
+    if (!gravedad) return;
+    ++version_;
+    const std::uint64_t clave = claveDe(suceso, texto);
+    const auto antes = ultimas_.find(clave);
+    if (antes != ultimas_.end() && antes->second >= primera_) {
+        Anotacion& a = lineas_[antes->second - primera_];
+        const std::int64_t hace = msDe(suceso.instante) - msDe(a.primero);
+        if (hace >= 0 && hace < kSeJuntanMs) {
+            a.suceso = suceso;
+            ++a.veces;
+            if (a.reconocida && a.gravedad != Gravedad::Nota) ++sinReconocer_;
+            a.reconocida = false;
+            return;
+        }
+    }
+    if (lineas_.size() >= kMaximo) olvidarLaPrimera();
+    ultimas_[clave] = siguiente();
+    lineas_.push_back({suceso, suceso.instante, 1, *gravedad, false, cortado(suceso, texto)});
+    if (*gravedad != Gravedad::Nota) ++sinReconocer_;
+}
+
+void LibroDeSucesos::olvidarLaPrimera() {
+    const Anotacion& a = lineas_.front();
+    if (!a.reconocida && a.gravedad != Gravedad::Nota) --sinReconocer_;
+    lineas_.pop_front();
+    ++primera_;
+    // Now and then: what is looked up stays no more than what can be found.
+    if (ultimas_.size() > 2 * kMaximo)
+        std::erase_if(ultimas_, [this](const auto& u) { return u.second < primera_; });
+}
+
+void LibroDeSucesos::reconocer(std::uint64_t numero) {
+    if (numero < primera_ || numero >= siguiente()) return;
+    Anotacion& a = lineas_[numero - primera_];
+    if (a.reconocida) return;
+    a.reconocida = true;
+    if (a.gravedad != Gravedad::Nota) --sinReconocer_;
+    ++version_;
+}
+
+void LibroDeSucesos::reconocerTodo() {
+    for (std::uint64_t n = primera_; n < siguiente(); ++n)
+        reconocer(n);
+}
+
+std::string fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
+    const Suceso& s = anotacion.suceso;
+    if (const std::string_view fija = fraseFija(s); !fija.empty()) return std::string(fija);
+    switch (s.que) {
+    case Que::FallaDelGuion:
+        return "Falla del guion: " + anotacion.texto;
+    case Que::EscrituraTerminada:
+        return "Escritura de " + direccionEscrita(tablas, s) + " = " + textoDeNumero(s.numero) +
+               ": " + std::string(palabras(static_cast<FinDeEscritura>(s.detalle)));
+    case Que::EscrituraRechazada: {
+        const auto r = TextoDeRechazo::partir(anotacion.texto);
+        return "Escritura rechazada: " + std::string(r.direccion) + " = " +
+               textoDeNumero(s.numero) + ": " + std::string(r.motivo);
+    }
+    case Que::SinPuertoNiPlc:
+        return "No existe ese puerto o PLC: " + anotacion.texto;
+    case Que::BloqueDadoDeAlta:
+        return "Bloque dado de alta a pedido: " + anotacion.texto;
+    default:
+        return "No se pudo dar de alta el bloque: " + anotacion.texto;
+    }
+}
+
+std::string lugarDe(const Suceso& suceso, const Tablas& tablas) {
+    const bool deEstacion = suceso.que == Que::EstacionMuda || suceso.que == Que::EstacionContesta;
+    if (suceso.bloque != kNinguno)
+        return deEstacion ? nombreDeEstacion(tablas, suceso.bloque)
+                          : tablas.bloques[suceso.bloque].clave;
+    if (suceso.conexion == kNinguno) return {};
+    const ConexionIP& c = tablas.conexiones[suceso.conexion];
+    return c.ip + ":" + c.puertoTCP;
+}
+
+std::string horaDe(std::int64_t instante) { return formatoDeSello(desempaquetar(instante)); }
+
+} // namespace kv

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+// The menus of the main window.
+
+#include "window/Form1.h"
+#include "window/anexos_de_listas.h"
+#include "window/controls/control.h"
+#include "window/lists/tabla_de_lista.h"
+#include "window/panel_de_ordenes.h"
+
+#include <QMenuBar>
+#include <QTabWidget>
+
+namespace kv {
+
+void Form1::entrada(QMenu* menu, const char* nombre, const QString& texto,
+                    const QKeySequence& teclas, const std::function<void()>& orden) {
+    auto* accion = control<QAction>(nombre, texto, this);
+    accion->setShortcut(teclas);
+    menu->addAction(accion);
+    connect(accion, &QAction::triggered, this, orden);
+}
+
+/// The list that is worked on.
+TablaDeLista* Form1::laLista() const {
+    for (TablaDeLista* lista : {sockets_, variables_, bloques_}) {
+        if (lista->tieneElFoco()) return lista;
+    }
+    return listas_->currentWidget() == bloques_ ? bloques_ : variables_;
+}
+
+void Form1::armarMenu() {
+    auto* driver = control<QMenu>("MnuDriver", tr("&Driver"), this);
+    menuBar()->addMenu(driver);
+    entrada(driver, "MnuServer", tr("&Servidor de clientes"), {},
+            [this] { operador_.MnuServer(); });
+    entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
+    entrada(driver, "MnuRecargar", tr("&Recargar configuración"), QKeySequence::Refresh,
+            [this] { operador_.recargar(); });
+    entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
+    driver->addSeparator();
+    entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
+            [this] { operador_.MnuOcultar(); });
+    entrada(driver, "MnuShutdown", tr("Sa&lir…"), Qt::CTRL | Qt::Key_Q, [this] { MnuShutdown(); });
+
+    armarMenuIr();
+    armarMenuDeDatos();
+    armarMenuDeVigilancia();
+}
+
+void Form1::armarMenuIr() {
+    auto* ir = control<QMenu>("MnuIr", tr("&Ir a"), this);
+    menuBar()->addMenu(ir);
+    const auto enLista = [this](TablaDeLista* tabla) {
+        listas_->setCurrentWidget(tabla);
+        tabla->enfocar();
+    };
+    entrada(ir, "MnuIrVariables", tr("&Variables"), Qt::CTRL | Qt::Key_1,
+            [=, this] { enLista(variables_); });
+    entrada(ir, "MnuIrBloques", tr("&Bloques"), Qt::CTRL | Qt::Key_2,
+            [=, this] { enLista(bloques_); });
+    entrada(ir, "MnuIrConexiones", tr("&Conexiones"), Qt::CTRL | Qt::Key_3, [this] {
+        agrandar();
+        sockets_->enfocar();
+    });
+    entrada(ir, "MnuIrFiltro", tr("&Filtro"), QKeySequence::Find, [this] {
+        (listas_->currentWidget() == bloques_ ? bloques_ : variables_)->enfocarFiltro();
+    });
+    entrada(ir, "MnuIrBuscar", tr("B&uscar dirección"), Qt::CTRL | Qt::Key_B, [this] {
+        agrandar();
+        panel_->irABuscar();
+    });
+}
+
+void Form1::armarMenuDeDatos() {
+    auto* datos = control<QMenu>("MnuDatos", tr("Dato&s"), this);
+    menuBar()->addMenu(datos);
+    // The rows have Ctrl+C of their own: here it would take it from every box.
+    entrada(datos, "MnuCopiar", tr("&Copiar filas"), {}, [this] { laLista()->copiar(); });
+    entrada(datos, "MnuExportar", tr("&Exportar como CSV…"), Qt::CTRL | Qt::Key_E,
+            [this] { laLista()->exportar(); });
+    entrada(datos, "MnuOrdenar", tr("&Ordenar por la columna"), Qt::CTRL | Qt::Key_O,
+            [this] { laLista()->ordenarPorLaActual(); });
+    auto* columnas = control<QMenu>("MnuColumnas", tr("Co&lumnas"), this);
+    datos->addMenu(columnas);
+    connect(columnas, &QMenu::aboutToShow, this, [this, columnas] {
+        columnas->clear();
+        laLista()->llenarMenuDeColumnas(*columnas);
+    });
+    datos->addSeparator();
+    const auto valores = [&](const char* nombre, const QString& texto, Base base, Qt::Key tecla) {
+        entrada(datos, nombre, texto, Qt::CTRL | Qt::SHIFT | tecla,
+                [this, base] { variables_->ponerBase(base); });
+    };
+    valores("MnuDecimal", tr("Valores en &decimal"), Base::Decimal, Qt::Key_D);
+    valores("MnuHexadecimal", tr("Valores en &hexadecimal"), Base::Hexadecimal, Qt::Key_H);
+    valores("MnuBinario", tr("Valores en &binario"), Base::Binaria, Qt::Key_B);
+}
+
+void Form1::armarMenuDeVigilancia() {
+    auto* menu = control<QMenu>("MnuVigilancia", tr("Vi&gilancia"), this);
+    menuBar()->addMenu(menu);
+    entrada(menu, "MnuResumen", tr("&Resumen de estaciones"), Qt::Key_F2,
+            [this] { vigilancia_->abrirResumen(); });
+    entrada(menu, "MnuSucesos", tr("&Sucesos"), Qt::Key_F3,
+            [this] { vigilancia_->abrirSucesos(); });
+    entrada(menu, "MnuTendencias", tr("&Tendencias"), Qt::Key_F4,
+            [this] { vigilancia_->abrirTendencias(); });
+    entrada(menu, "MnuConexion", tr("&Detalle de la conexión"), Qt::Key_F7, [this] {
+        const std::int64_t fila = sockets_->actual();
+        vigilancia_->abrirConexion(
+            fila < 0 ? kNinguno : conexionDeFila(partes_.tablas, static_cast<std::uint32_t>(fila)));
+    });
+    entrada(menu, "MnuPorQue", tr("&Por qué"), Qt::Key_F6, [this] {
+        const bool bloques = laLista() == bloques_;
+        porQue(bloques ? vista_.lstViewEstadoDeBloques : vista_.lstViewVariables,
+               (bloques ? bloques_ : variables_)->actual());
+    });
+}
+
+void Form1::armarMenusDeFilas() {
+    for (TablaDeLista* lista : {variables_, bloques_})
+        lista->agregarAccion("accPorQue", tr("Por qué está así"), [this, lista] {
+            porQue(lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques,
+                   lista->actual());
+        });
+    sockets_->agregarAccion("accConexion", tr("Detalle de la conexión"),
+                            [this] { findChild<QAction*>("MnuConexion")->trigger(); });
+    variables_->agregarAccion("accTendencias", tr("Agregar a tendencias"),
+                              [this] { vigilancia_->agregarATendencias(variables_->elegidas()); });
+}
+
+} // namespace kv

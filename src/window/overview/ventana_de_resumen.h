@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "window/overview/recuento.h"
+
+#include <QAbstractListModel>
+#include <QWidget>
+
+#include <vector>
+
+class QCheckBox;
+class QLabel;
+class QListView;
+class QTimer;
+
+namespace kv {
+
+/// The stations as tiles, those with something to look at or all.
+class ModeloDeResumen final : public QAbstractListModel {
+    Q_OBJECT
+  public:
+    enum Papel { kContada = Qt::UserRole };
+    ModeloDeResumen(const Recuento& recuento, const Tablas& tablas, const PorQue& porQue,
+                    QObject* padre);
+    [[nodiscard]] int rowCount(const QModelIndex& padre = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& ficha, int papel) const override;
+    void soloLasQueHayQueMirar(bool solo);
+    void actualizar();
+    [[nodiscard]] const EstacionContada& de(int ficha) const {
+        return recuento_.estaciones()[visibles_[static_cast<std::size_t>(ficha)]];
+    }
+    [[nodiscard]] QString direccion(int ficha) const;
+    /// "10.0.0.1:502"
+    [[nodiscard]] QString lugar(int ficha) const;
+    [[nodiscard]] const PorQue& porQue() const { return porQue_; }
+
+  private:
+    const Recuento& recuento_;
+    const Tablas& tablas_;
+    const PorQue& porQue_;
+    bool solo_ = false;
+    std::vector<std::size_t> visibles_; ///< places in the count
+};
+
+/// A tile for each station: how many of its variables are OK, old and BAD. A click shows them in
+/// the lists of the main window.
+class VentanaDeResumen final : public QWidget {
+    Q_OBJECT
+  public:
+    VentanaDeResumen(const Recuento& recuento, const Tablas& tablas, const PorQue& porQue,
+                     QWidget* padre);
+    void refrescar();
+
+  signals:
+    void elegida(quint32 conexion, quint32 estacion);
+
+  protected:
+    void showEvent(QShowEvent* suceso) override;
+    void hideEvent(QHideEvent* suceso) override;
+
+  private:
+    const Recuento& recuento_;
+    ModeloDeResumen* modelo_;
+    QListView* fichas_;
+    QCheckBox* solo_;
+    QLabel* total_;
+    QTimer* ritmo_;
+};
+
+} // namespace kv

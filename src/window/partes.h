@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "events/sucesos.h"
+#include "events/trazas.h"
+#include "operator/editor_de_guion.h"
+#include "operator/operador.h"
+#include "view/vista.h"
+
+#include <functional>
+#include <string>
+
+namespace kv {
+
+class Mensajero;
+
+/// What the windows show and whom they ask. All of them must outlive the windows.
+struct PartesDeVentana {
+    Vista& vista;
+    Sucesos& sucesos;
+    const Tablas& tablas;
+    const Trazas& trazas;
+    Operador& operador;
+    EditorDeGuion& editor;
+    Mensajero& mensajero;
+    std::string version;
+    std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
+};
+
+} // namespace kv

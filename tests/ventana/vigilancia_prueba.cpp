@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: Apache-2.0
+// What is looked at when something went wrong: the history and the trends.
+
+#include "ventana/pantalla.h"
+#include "ventana/principal.h"
+#include "window/history/ventana_de_sucesos.h"
+#include "window/trends/exportacion.h"
+#include "window/trends/ventana_de_tendencias.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QMenu>
+
+namespace kv {
+namespace {
+
+class Vigilando : public Principal {
+  protected:
+    VentanaDeSucesos& sucesos() {
+        menu("MnuSucesos");
+        auto& ventana = *form.findChild<VentanaDeSucesos*>();
+        ventana.refrescar();
+        return ventana;
+    }
+    VentanaDeTendencias& tendenciasDe(std::initializer_list<int> filas) {
+        variables().clearSelection();
+        for (const int f : filas)
+            variables().selectionModel()->select(variables().model()->index(f, 0),
+                                                 QItemSelectionModel::Select |
+                                                     QItemSelectionModel::Rows);
+        hallar<QAction>(form, "accTendencias").trigger();
+        return *form.findChild<VentanaDeTendencias*>();
+    }
+    /// Seconds go by in the plant, and what the trends are of is looked at as often as it would be.
+    void pasan(int segundos) {
+        for (int i = 0; i < 2 * segundos; ++i) {
+            p.avanzar(500);
+            form.findChild<Vigilancia*>()->mirar();
+        }
+    }
+    void elegirArchivo(QWidget& ventana, const char* ruta) {
+        QPointer<QFileDialog> dialogo(&hallar<QFileDialog>(ventana, "dlgGuardar"));
+        emit dialogo->fileSelected(ruta);
+        dialogo->close();
+        EXPECT_TRUE(llega([&] { return dialogo == nullptr; }));
+    }
+    template <class T>
+    static QString celdaDe(T& tabla, int fila, int columna) {
+        return tabla.model()->index(fila, columna).data().toString();
+    }
+    static int renglonCon(const QTableView& tabla, const QString& que) {
+        for (int f = 0; f < tabla.model()->rowCount(); ++f) {
+            if (celdaDe(tabla, f, ModeloDeSucesos::kQue).contains(que)) return f;
+        }
+        return -1;
+    }
+};
+
+} // namespace
+
+TEST_F(Vigilando, LaHistoriaTieneLoQuePasoYNoElTrafico) {
+    arrancar();
+    plc.cortar();
+    avanzar(60'000);
+    p.motor.sucesos.decir({.que = Que::FallaDelGuion}, "guion(3, 1): División por cero");
+    auto& ventana = sucesos();
+    auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
+    const int caida = renglonCon(tabla, "Enlace caido");
+    ASSERT_GE(caida, 0);
+    EXPECT_EQ(celdaDe(tabla, caida, ModeloDeSucesos::kDonde), "10.0.0.1:502");
+    EXPECT_EQ(celdaDe(tabla, caida, ModeloDeSucesos::kGravedad), "alarma");
+    EXPECT_EQ(celdaDe(tabla, 0, ModeloDeSucesos::kQue),
+              "Falla del guion: guion(3, 1): División por cero")
+        << "the latest is on top";
+    EXPECT_EQ(renglonCon(tabla, "Envio"), -1);
+    EXPECT_LT(tabla.model()->rowCount(), 20);
+    fotografiar(ventana, "frmsucesos");
+    QTest::keyClicks(&hallar<QLineEdit>(ventana, "txtFiltroDeSucesos"), "10.0.0.1 caido");
+    EXPECT_EQ(tabla.model()->rowCount(), 1);
+    dobleClic(tabla, 0);
+    EXPECT_EQ(hallar<QTableView>(form, "lstViewSockets").currentIndex().row(), 0);
+}
+
+TEST_F(Vigilando, LoReconocidoNoReclamaHastaQueVuelvaAPasar) {
+    arrancar();
+    auto& ventana = sucesos();
+    auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
+    clic(ventana, "BtnReconocerTodo");
+    hallar<QCheckBox>(ventana, "chkSinReconocer").click();
+    EXPECT_EQ(tabla.model()->rowCount(), 0);
+    const LibroDeSucesos& libro = form.findChild<Vigilancia*>()->libro();
+    EXPECT_EQ(libro.sinReconocer(), 0U);
+    const Suceso caida{.que = Que::EnlaceAbajo, .conexion = 0};
+    for (int i = 0; i < 5; ++i)
+        p.motor.sucesos.decir(caida);
+    p.motor.sucesos.decir({.que = Que::EnlaceAbajo, .conexion = 1});
+    ventana.refrescar();
+    ASSERT_EQ(tabla.model()->rowCount(), 2) << "a link that flaps is counted";
+    EXPECT_TRUE(celdaDe(tabla, 1, ModeloDeSucesos::kVeces).startsWith("5, la última "));
+    EXPECT_EQ(libro.sinReconocer(), 2U);
+    tabla.selectRow(1);
+    clic(ventana, "BtnReconocer");
+    EXPECT_EQ(tabla.model()->rowCount(), 1);
+    EXPECT_EQ(libro.sinReconocer(), 1U);
+    p.motor.sucesos.decir(caida);
+    EXPECT_EQ(libro.sinReconocer(), 2U) << "it happened again";
+    avanzar(11 * 60'000);
+    p.motor.sucesos.decir(caida);
+    EXPECT_GE(libro[libro.siguiente() - 1].veces, 1U);
+    EXPECT_EQ(libro[libro.siguiente() - 1].primero, libro[libro.siguiente() - 1].suceso.instante)
+        << "another story";
+}
+
+TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
+    BucleSimulado bucle;
+    Sucesos sucesos(bucle.reloj());
+    LibroDeSucesos libro(sucesos);
+    constexpr std::size_t kMas = LibroDeSucesos::kMaximo + 5'000;
+    const std::string largo(5'000, 'x');
+    for (std::size_t i = 0; i < kMas; ++i)
+        sucesos.decir({.que = Que::FallaDelGuion}, std::to_string(i) + largo);
+    EXPECT_EQ(libro.siguiente(), kMas);
+    EXPECT_EQ(libro.siguiente() - libro.primera(), LibroDeSucesos::kMaximo);
+    EXPECT_EQ(libro.sinReconocer(), LibroDeSucesos::kMaximo);
+    EXPECT_LE(libro[libro.primera()].texto.size(), LibroDeSucesos::kTextoMaximo);
+    sucesos.decir({.que = Que::FallaDelGuion}, "0" + largo);
+    EXPECT_EQ(libro.siguiente(), kMas + 1) << "what has been forgotten is not counted up";
+    const auto rechazo = TextoDeRechazo{largo, "fuera de trama", "cliente"}.unir();
+    sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
+    EXPECT_TRUE(fraseDe(libro[kMas + 1], Tablas()).ends_with(" = 7: fuera de trama"))
+        << "the reason is what matters";
+}
+
+TEST_F(Vigilando, LasTendenciasMuestranElPasadoYLoQueFueBAD) {
+    arrancar();
+    auto& ventana = tendenciasDe({0, 1});
+    for (int i = 0; i < 40; ++i) {
+        plc.registros[{1, 0x10}] = 100 + i * 3; // hexadecimal addresses
+        plc.registros[{1, 0x11}] = 1000 - (i % 7) * 50;
+        if (i == 20) plc.cortar();
+        pasan(5);
+    }
+    ventana.refrescar();
+    auto& lienzo = hallar<LienzoDeTendencias>(ventana, "lienzo");
+    fotografiar(ventana, "frmtendencias");
+    {
+        const ConPaletaOscura oscura;
+        fotografiar(ventana, "frmtendencias_oscura");
+    }
+    QStringList dicho;
+    for (int x = 0; x < lienzo.width(); ++x)
+        dicho << lienzo.valoresEn({x, 40});
+    EXPECT_TRUE(dicho.join(' ').contains("BAD"));
+    EXPECT_TRUE(dicho.join(' ').contains("1.1.11: 1000"));
+    clic(ventana, "BtnPausaDeTendencias");
+    const auto hasta = lienzo.hasta();
+    pasan(10);
+    ventana.refrescar();
+    EXPECT_EQ(lienzo.hasta(), hasta) << "held still";
+    clic(ventana, "BtnGuardarImagen");
+    elegirArchivo(ventana, "/kv/t.png");
+    EXPECT_TRUE(p.archivos.contenido("/kv/t.png").starts_with("\x89PNG"));
+    clic(ventana, "BtnGuardarTabla");
+    elegirArchivo(ventana, "/kv/t.csv");
+    const QString csv = QString::fromStdString(p.archivos.contenido("/kv/t.csv"));
+    EXPECT_TRUE(
+        csv.startsWith("Hora;1.1.10;1.1.10 estado;1.1.11;1.1.11 estado\r\n16/11/2025 07:0"));
+    EXPECT_TRUE(csv.contains(";BAD;"));
+    EXPECT_GT(csv.count("\r\n"), 30);
+}
+
+TEST_F(Vigilando, LasTendenciasElegidasVuelvenConElProgramaYSeQuitan) {
+    arrancar();
+    auto& ventana = tendenciasDe({0, 4});
+    Form1 otra({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
+                editor, mensajero, "9.9", [] {}});
+    auto* vigilancia = otra.findChild<Vigilancia*>();
+    vigilancia->mirar();
+    vigilancia->abrirTendencias();
+    auto& quitar = hallar<QMenu>(*otra.findChild<VentanaDeTendencias*>(), "MnuQuitar");
+    emit quitar.aboutToShow();
+    ASSERT_EQ(quitar.actions().size(), 2);
+    EXPECT_EQ(quitar.actions()[1]->text(), "1.2.10");
+    quitar.actions()[1]->trigger();
+    emit quitar.aboutToShow();
+    EXPECT_EQ(quitar.actions().size(), 1);
+    EXPECT_TRUE(ventana.isVisible());
+}
+
+TEST(RegistroDeTendencias, UnaHoraEnteraAunqueCambieSiempreYNuncaSinFin) {
+    Lista lista("lstViewVariables", true);
+    for (std::size_t i = 0; i <= RegistroDeTendencias::kSeries; ++i)
+        lista.tildar(lista.agregar("1.1." + std::to_string(i)), true);
+    RegistroDeTendencias registro(lista);
+    std::int64_t ms = 0;
+    for (std::uint32_t i = 0; i < RegistroDeTendencias::kSeries; ++i)
+        EXPECT_TRUE(registro.agregar(i, ms));
+    EXPECT_TRUE(registro.agregar(0, ms)) << "it is there";
+    EXPECT_FALSE(registro.agregar(RegistroDeTendencias::kSeries, ms));
+    lista.poner(1, 1, "7");
+    lista.poner(1, 2, "OK");
+    for (int i = 0; i < 20'000; ++i, ms += RegistroDeTendencias::kCadaMs) {
+        lista.poner(0, 1, std::to_string(i));
+        lista.poner(0, 2, "OK");
+        registro.mirar(ms);
+    }
+    const Serie& cambia = registro.series()[0];
+    const Serie& quieta = registro.series()[1];
+    EXPECT_EQ(cambia.muestras.size(), RegistroDeTendencias::kMuestras);
+    EXPECT_LE(cambia.muestras.front().ms, ms - 3'600'000);
+    EXPECT_EQ(quieta.muestras.size(), 2U) << "what does not change takes no room";
+    EXPECT_EQ(quieta.en(ms)->valor, 7);
+    EXPECT_TRUE(quieta.en(ms)->ok);
+    lista.tildar(1, false);
+    registro.mirar(ms);
+    EXPECT_FALSE(quieta.en(ms)->ok) << "switched off: nobody knows what it is";
+    EXPECT_TRUE(quieta.en(ms - 1)->ok);
+    ms += RegistroDeTendencias::kVidaMs + 1'000;
+    registro.mirar(ms);
+    lista.poner(0, 1, "-1");
+    registro.mirar(ms);
+    EXPECT_LE(cambia.muestras.size(), 2U) << "older than anybody asks for";
+}
+
+} // namespace kv
