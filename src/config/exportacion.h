@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/listas.h"
+#include "config/problema.h"
 #include "platform/archivos.h"
 
 #include <array>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "config/problema.h"
 #include "plant/descripciones.h"
 #include "plant/registros.h"
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/listas.h"
+#include "config/problema.h"
 
 #include <string>
 #include <string_view>

@@ -4,6 +4,7 @@
 #include "config/ajustes.h"
 #include "config/exportacion.h"
 #include "config/listas.h"
+#include "config/problema.h"
 
 #include <string>
 

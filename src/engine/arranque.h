@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/listas.h"
+#include "config/problema.h"
 #include "config/validacion.h"
 #include "engine/motor.h"
 #include "platform/procesos.h"

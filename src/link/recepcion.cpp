@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/recepcion.h"
 
-#include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>

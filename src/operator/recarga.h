@@ -3,6 +3,7 @@
 
 #include "config/ajustes.h"
 #include "config/listas.h"
+#include "config/problema.h"
 #include "link/conexiones.h"
 #include "log/archivo_log.h"
 #include "model/modelo.h"

@@ -3,7 +3,6 @@
 
 #include "plant/direcciones.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 
 #include <algorithm>
 

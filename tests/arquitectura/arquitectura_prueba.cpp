@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <sstream>
 
@@ -108,6 +109,32 @@ TEST(Arquitectura, CadaCarpetaIncluyeSoloLoQueLaTablaLeDeja) {
         }
     }
     EXPECT_GT(vistos, 100U);
+}
+
+TEST(Arquitectura, LoQueSeIncluyeSeUsa) {
+    static const std::regex include(R"re((?:^|\n)[ \t]*#[ \t]*include[ \t]*"([^"]+)")re");
+    std::map<std::string, const Fuente*> cabeceras;
+    for (const Fuente& f : fuentes()) {
+        if (f.ruta.ends_with(".h")) cabeceras[f.ruta] = &f;
+    }
+    const auto sinExtension = [](const std::string& r) { return r.substr(0, r.rfind('.')); };
+    std::size_t vistos = 0;
+    for (const Fuente& f : fuentes()) {
+        if (!f.ruta.starts_with("src/")) continue;
+        const std::set<std::string> usados = identificadores(f.codigo);
+        for (std::sregex_iterator i(f.texto.begin(), f.texto.end(), include), fin; i != fin; ++i) {
+            const auto cabecera = cabeceras.find(destinoDe(f.ruta, (*i)[1]));
+            if (cabecera == cabeceras.end() ||
+                sinExtension(cabecera->first) == sinExtension(f.ruta))
+                continue;
+            ++vistos;
+            const std::set<std::string> dados = declarados(cabecera->second->codigo);
+            EXPECT_TRUE(std::any_of(dados.begin(), dados.end(),
+                                    [&](const auto& d) { return usados.contains(d); }))
+                << f.ruta << " includes " << cabecera->first << " and uses nothing of it";
+        }
+    }
+    EXPECT_GT(vistos, 500U);
 }
 
 TEST(Arquitectura, ElTiempoYElAzarVienenDeLaPlataforma) {

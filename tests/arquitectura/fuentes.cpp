@@ -138,4 +138,39 @@ std::vector<Fila> leerTabla(const fs::path& documento) {
     return tabla;
 }
 
+namespace {
+
+/// The first group of every match.
+std::set<std::string> hallados(const std::string& codigo, const char* expresion) {
+    const std::regex buscada(expresion);
+    std::set<std::string> todos;
+    for (std::sregex_iterator i(codigo.begin(), codigo.end(), buscada), fin; i != fin; ++i)
+        todos.insert((*i)[1]);
+    return todos;
+}
+
+std::string sinIncludes(const std::string& codigo) {
+    return std::regex_replace(codigo, std::regex(R"(#[ \t]*include[^\n]*)"), "");
+}
+
+} // namespace
+
+std::set<std::string> identificadores(const std::string& codigo) {
+    return hallados(sinIncludes(codigo), R"(\b([A-Za-z_]\w*))");
+}
+
+std::set<std::string> declarados(const std::string& codigo) {
+    std::set<std::string> todos;
+    const std::string limpio = sinIncludes(codigo);
+    for (const char* forma :
+         {R"(\b(?:class|struct|enum|using|concept|define)\s+(?:class\s+)?([A-Za-z_]\w*))",
+          R"(\b([A-Za-z_]\w*)\s*[({=])", R"(\b(k[A-Z]\w*))"})
+        todos.merge(hallados(limpio, forma));
+    for (const char* comun :
+         {"kv", "vbscript", "if", "for", "while", "return", "switch", "noexcept", "operator",
+          "sizeof", "size", "begin", "end", "string", "function", "std", "const", "override"})
+        todos.erase(comun);
+    return todos;
+}
+
 } // namespace kv::arquitectura

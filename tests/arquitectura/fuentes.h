@@ -39,4 +39,9 @@ struct Fila {
 };
 [[nodiscard]] std::vector<Fila> leerTabla(const std::filesystem::path& documento);
 
+/// The identifiers of code without comments and includes.
+[[nodiscard]] std::set<std::string> identificadores(const std::string& codigo);
+/// Those that code of a header gives to whoever includes it, and some that it only uses.
+[[nodiscard]] std::set<std::string> declarados(const std::string& codigo);
+
 } // namespace kv::arquitectura

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/syntax/ast.h"
+#include "vbscript/values/names.h"
 
 #include <unordered_map>
 #include <unordered_set>

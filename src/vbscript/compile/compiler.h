@@ -3,6 +3,7 @@
 
 #include "vbscript/compile/globals.h"
 #include "vbscript/compile/library.h"
+#include "vbscript/values/names.h"
 
 #include <map>
 #include <memory>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/values/builtin.h"
+#include "vbscript/values/names.h"
 
 #include <vector>
 

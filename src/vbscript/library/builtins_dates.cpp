@@ -2,7 +2,6 @@
 #include "vbscript/library/builtins.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
-#include "vbscript/values/text.h"
 
 #include <cmath>
 

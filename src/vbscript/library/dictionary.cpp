@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/dictionary.h"
 
-#include "vbscript/library/builtins.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/linked.h"
 #include "vbscript/values/text.h"

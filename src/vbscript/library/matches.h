@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "vbscript/values/object.h"
+#include "vbscript/values/value.h"
 
 #include <string_view>
 #include <utility>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/syntax/token.h"
+#include "vbscript/values/names.h"
 
 #include <string_view>
 

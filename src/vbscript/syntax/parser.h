@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/syntax/ast.h"
+#include "vbscript/values/names.h"
 #include "vbscript/values/runtime.h"
 
 #include <memory>

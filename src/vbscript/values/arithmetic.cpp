@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/arithmetic.h"
 
-#include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
 
 #include <algorithm>
