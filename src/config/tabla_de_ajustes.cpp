@@ -14,10 +14,21 @@ constexpr std::array kNumericos = {
     kVigenciaDeEscrituras, kBloquesAPedido,          kEscuchaPlazo,         kEscuchaErradas,
     kEscuchaPausa,         kEscuchaEscrituras};
 
-constexpr std::array kTextos = {
-    kVer,           kPrimerSeparador,    kTramasSeparador,  kIdioma,
-    kIdiomaVentana, kCarpetaDeGuion,     kEscuchaDireccion, kEscuchaPermitidos,
-    kEscuchaLogin,  kEscuchaSoloLectura, kRutaProyecto};
+constexpr std::array kTextos = {kVer,
+                                kPrimerSeparador,
+                                kTramasSeparador,
+                                kIdioma,
+                                kIdiomaVentana,
+                                kCandado,
+                                kCarpetaDeGuion,
+                                kEscuchaDireccion,
+                                kEscuchaPermitidos,
+                                kEscuchaLogin,
+                                kEscuchaSoloLectura,
+                                kPuertaLocal,
+                                kPuertaLocalGrupo,
+                                kPuertaLocalEscriben,
+                                kRutaProyecto};
 
 } // namespace
 

@@ -85,6 +85,7 @@ void Arranque::arrancar() {
 void Arranque::abrirServidor() {
     motor_.publicacion.avisarA(&motor_.servidor);
     motor_.servidor.Form_Load();
+    motor_.puertaLocal.abrir();
     anotarPlanta();
 }
 

@@ -38,7 +38,10 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       recarga({ajustes, tablas, modelo, conexiones, turnos, publicacion, relojDeBloques, mudas,
                poleo, ejecucion, forzado, guion, vista, log, descripciones}),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log, contadores, porQue, recarga, descripciones}) {
+                bucle_.reloj(), log, contadores, porQue, recarga, descripciones}),
+      puertaLocal({bucle_, archivos_, ajustes, tablas, sucesos, publicacion, vista, solicitudes,
+                   ejecucion, forzado, porQue, log},
+                  Formas(tablas, turnos, conexiones, relojDeBloques, sucesos, contadores, porQue)) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);
@@ -152,6 +155,7 @@ void Motor::rechazarEscritura(std::string_view direccion, double valor, std::str
 
 void Motor::terminar() {
     ejecucion.alTerminarElPrograma();
+    puertaLocal.cerrar();
     auditoria.cerrar();
 }
 

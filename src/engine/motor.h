@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "door/puerta_local.h"
 #include "engine/bitacora.h"
 #include "events/contadores.h"
 #include "events/sucesos.h"
@@ -97,6 +98,7 @@ class Motor final : private AlCambiarConexion,
     PorQue porQue;
     Recarga recarga;
     Operador operador;
+    PuertaLocal puertaLocal;
 
   private:
     std::string idioma_;

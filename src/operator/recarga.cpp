@@ -61,6 +61,14 @@ std::string Recarga::queja(const ListasDeConfiguracion& listas, const Problemas&
     return problemas.demas() > 0 ? listas.archivo + ": demasiados problemas" : std::string();
 }
 
+void Recarga::olvidar(Indice bloque) {
+    const BloqueLectura& b = p_.tablas.bloques[bloque];
+    if (recargando_ || !b.aPedido || b.retirado) return;
+    Diferencia suyo;
+    suyo.bloquesQueSobran.push_back(bloque);
+    retirar(suyo);
+}
+
 void Recarga::rechazar(const std::string& porque) {
     p_.log.escribir({"DRIVER", "Configuracion", "no se recarga, todo sigue como estaba", porque,
                      Novedad::NoRecargada});

@@ -3,6 +3,7 @@
 
 #include "config/direccion.h"
 #include "config/driver.h"
+#include "plant/direcciones.h"
 #include "platform/epoll/sistema.h"
 #include "text/numeros.h"
 #include "text/texto.h"

@@ -2,6 +2,7 @@
 #include "SimuladorKV2200/simulador.h"
 
 #include "config/direccion.h"
+#include "plant/direcciones.h"
 
 #include <ostream>
 
