@@ -48,7 +48,7 @@ OTROS = {
 NO_SON = {
     "docs/architecture.md": r"[ |+]|configuration files|script  ",
     "docs/commissioning.md": r"16 bloques",
-    "docs/puerta-local.md": r"[{\"]",
+    "docs/puerta-local.md": r"\s*[{\"]",
     "docs/protocolo-cliente.md": r"\[Write\]|Read;",
     "examples/README.md": r"\[PROYECTO|RutaProyecto=",
 }
