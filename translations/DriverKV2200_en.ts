@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_GB" sourcelanguage="es_AR">
 <context>
+    <name>kv</name>
+    <message>
+        <source>Vuelve a mostrar todo</source>
+        <translation>Shows all again</translation>
+    </message>
+    <message>
+        <source>Copiar</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Copia lo elegido, o todo</source>
+        <translation>Copies what is chosen, or all</translation>
+    </message>
+    <message>
+        <source>Guardar…</source>
+        <translation>Save…</translation>
+    </message>
+    <message>
+        <source>Guarda la traza en un archivo</source>
+        <translation>Saves the trace in a file</translation>
+    </message>
+</context>
+<context>
     <name>kv::BarraDeBusqueda</name>
     <message>
         <source>&amp;Mayúsculas</source>
@@ -169,24 +192,23 @@
         <translation>Holds still what is seen; the trace goes on</translation>
     </message>
     <message>
-        <source>Copiar</source>
-        <translation>Copy</translation>
-    </message>
-    <message>
-        <source>Copia lo elegido, o todo</source>
-        <translation>Copies what is selected, or everything</translation>
-    </message>
-    <message>
-        <source>Guardar…</source>
-        <translation>Save…</translation>
-    </message>
-    <message>
-        <source>Guarda la traza en un archivo</source>
-        <translation>Saves the trace to a file</translation>
-    </message>
-    <message>
         <source>Guardar traza</source>
         <translation>Save trace</translation>
+    </message>
+    <message>
+        <source>✖ sólo %1</source>
+        <translation>✖ only %1</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Candado</name>
+    <message>
+        <source>Orden a la planta</source>
+        <translation>Order to the plant</translation>
+    </message>
+    <message>
+        <source>¿%1?</source>
+        <translation>%1?</translation>
     </message>
 </context>
 <context>
@@ -455,6 +477,50 @@
         <source>Descripción</source>
         <translation>Description</translation>
     </message>
+    <message>
+        <source>Lectura a pedido</source>
+        <translation>Read on demand</translation>
+    </message>
+    <message>
+        <source>%1 no contesta. Se dio de alta porque se la pidió, y se la sigue preguntando. ¿Olvidarla?</source>
+        <translation>%1 does not answer. It was added because it was asked for, and is asked for again and again. Forget it?</translation>
+    </message>
+    <message>
+        <source>Prender el bloque %1</source>
+        <translation>Switch block %1 on</translation>
+    </message>
+    <message>
+        <source>Apagar el bloque %1</source>
+        <translation>Switch block %1 off</translation>
+    </message>
+    <message>
+        <source>Cambiar el scan a %1 s</source>
+        <translation>Change the scan to %1 s</translation>
+    </message>
+    <message>
+        <source>Trazas: sólo este bloque</source>
+        <translation>Traces: only this block</translation>
+    </message>
+    <message>
+        <source>Trazas: sólo esta conexión</source>
+        <translation>Traces: only this connection</translation>
+    </message>
+    <message>
+        <source>Olvidar (dado de alta a pedido)</source>
+        <translation>Forget (added on demand)</translation>
+    </message>
+    <message>
+        <source>Está en la configuración: se apaga con su tilde.</source>
+        <translation>It is in the configuration: its check box switches it off.</translation>
+    </message>
+    <message>
+        <source>A&amp;yuda</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;Manual del operador</source>
+        <translation>Operator’s &amp;manual (in Spanish)</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -540,6 +606,10 @@
     <message>
         <source>No entra: el máximo es 65535</source>
         <translation>Does not fit: 65535 at most</translation>
+    </message>
+    <message>
+        <source>Escribir %1 en %2</source>
+        <translation>Write %1 to %2</translation>
     </message>
 </context>
 <context>
@@ -998,6 +1068,30 @@
         <source>Enviar tod&amp;as</source>
         <translation>Send &amp;all</translation>
     </message>
+    <message>
+        <source>Forzar la lectura de %1</source>
+        <translation>Force a read of %1</translation>
+    </message>
+    <message>
+        <source>Escribir %1 en %2</source>
+        <translation>Write %1 to %2</translation>
+    </message>
+    <message>
+        <source>Forzar el nivel %1, veces: %2</source>
+        <translation>Force level %1, times: %2</translation>
+    </message>
+    <message>
+        <source>Escribir %1 en la dirección que sigue a %2</source>
+        <translation>Write %1 to the address after %2</translation>
+    </message>
+    <message>
+        <source>Escribir otro valor en %1</source>
+        <translation>Write another value to %1</translation>
+    </message>
+    <message>
+        <source>Enviar todas las escrituras de prueba</source>
+        <translation>Send all test writes</translation>
+    </message>
 </context>
 <context>
     <name>kv::TablaDeLista</name>
@@ -1115,6 +1209,13 @@
     <message>
         <source>%1 llegadas que no son respuesta (%2 bytes), %3 respuestas que no se esperaban, %4 dudosas</source>
         <translation>%1 arrivals that are no answer (%2 bytes), %3 answers not waited for, %4 in doubt</translation>
+    </message>
+</context>
+<context>
+    <name>kv::VentanaDeManual</name>
+    <message>
+        <source>Manual del operador</source>
+        <translation>Operator’s manual</translation>
     </message>
 </context>
 <context>
@@ -1286,6 +1387,26 @@
     <message>
         <source>&amp;Ocultar</source>
         <translation>&amp;Hide</translation>
+    </message>
+    <message>
+        <source>Todavía no vino ningún cliente</source>
+        <translation>No client has come yet</translation>
+    </message>
+    <message>
+        <source>Nadie, desde %1</source>
+        <translation>Nobody since %1</translation>
+    </message>
+    <message>
+        <source>%1, desde %2: </source>
+        <translation>%1, since %2: </translation>
+    </message>
+    <message>
+        <source>identificado</source>
+        <translation>logged in</translation>
+    </message>
+    <message>
+        <source>sin identificarse</source>
+        <translation>not logged in</translation>
     </message>
 </context>
 <context>

@@ -15,8 +15,10 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSettings>
 #include <QSocketNotifier>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTableView>
 #include <QTimer>
 
@@ -163,6 +165,8 @@ int main(int argc, char** argv) {
     const kv::banco::EstacionesDeBanco estaciones;
     kv::banco::Driver driver(estaciones.puerto(), conexiones, bloques, 20, kv::banco::kPausaMs, "");
     QApplication aplicacion(argc, argv);
+    const QTemporaryDir ajustes; // what windows remember is not that of whoever measures
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ajustes.path());
     kv::banco::todo(aplicacion, driver, segundos);
     return 0;
 }

@@ -115,6 +115,9 @@ inline constexpr AjusteDeTexto kIdioma{"Idioma", "es-AR", "es-AR|en-US",
                                        "Cómo escribe y lee el guión números y fechas."};
 inline constexpr AjusteDeTexto kIdiomaVentana{"Idioma_Ventana", "", "es|en",
                                               "Idioma de la ventana; nunca se escribe. Vacío: es."};
+inline constexpr AjusteDeTexto kCandado{
+    "Candado_De_Ordenes", "", "0|1",
+    "1: los botones de la ventana que actúan sobre la planta preguntan antes; nunca se escribe."};
 inline constexpr AjusteDeTexto kCarpetaDeGuion{
     "Carpeta_De_Guion", "GUION", "",
     "Carpeta, dentro de la del programa, en la que el guión puede usar archivos. Un nombre con "

@@ -3,6 +3,7 @@
 
 #include "config/ajustes.h"
 #include "door/puerta_local.h"
+#include "engine/bitacora.h"
 #include "events/contadores.h"
 #include "events/sucesos.h"
 #include "events/trazas.h"
@@ -75,6 +76,7 @@ class Motor final : private AlCambiarConexion,
     Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
+    Bitacora bitacora;
     Trazas trazas;
     ScriptControl scriptControl;
     Guion guion;

@@ -54,7 +54,13 @@ constexpr std::array kNombres = {Nombrado{Que::EnlaceArriba, "EnlaceArriba"},
                                  Nombrado{Que::FallaDelGuion, "FallaDelGuion"},
                                  Nombrado{Que::DelCliente, "DelCliente"},
                                  Nombrado{Que::RepetidasDelCliente, "RepetidasDelCliente"},
-                                 Nombrado{Que::AlCliente, "AlCliente"}};
+                                 Nombrado{Que::AlCliente, "AlCliente"},
+                                 Nombrado{Que::EnlaceNoLevanta, "EnlaceNoLevanta"},
+                                 Nombrado{Que::BloqueConmutado, "BloqueConmutado"},
+                                 Nombrado{Que::GuionDetenido, "GuionDetenido"},
+                                 Nombrado{Que::GuionSigue, "GuionSigue"},
+                                 Nombrado{Que::ClienteEntra, "ClienteEntra"},
+                                 Nombrado{Que::ClienteSale, "ClienteSale"}};
 
 constexpr bool enOrden() {
     for (std::size_t i = 0; i < kNombres.size(); ++i) {

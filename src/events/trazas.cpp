@@ -15,7 +15,17 @@ Caja deOtra(const Suceso& s) {
 
 } // namespace
 
+Traza Traza::soloDe(Indice conexion, Indice bloque) const {
+    Traza t = *this;
+    t.conexion_ = conexion;
+    t.bloque_ = bloque;
+    return t;
+}
+
 bool Traza::tiene(const Suceso& s) const {
+    if ((conexion_ != kNinguno && s.conexion != conexion_) ||
+        (bloque_ != kNinguno && s.bloque != bloque_))
+        return false;
     if (caja_ == Caja::txtTimerEscritura) return deOtra(s) != Caja::Ninguna;
     const SusCajas cajas = cajasDe(s);
     return (cajas.primera == caja_ || cajas.segunda == caja_) &&
@@ -24,8 +34,10 @@ bool Traza::tiene(const Suceso& s) const {
 
 void Traza::agregar(const Suceso& s, std::string& texto) const {
     redaccion_->redactar(s, caja_ == Caja::txtTimerEscritura ? deOtra(s) : caja_, texto);
-    // Many an order's message has no end of line: the next one begins a line all the same.
-    if (caja_ == Caja::txtDemandaLecturaEscritura && !texto.ends_with('\n')) texto += "\r\n";
+    // Many an order's message has no end of line, and the client's have none on their wire: the
+    // next one begins a line all the same.
+    const bool sueltas = caja_ == Caja::txtDemandaLecturaEscritura || caja_ == Caja::Text1;
+    if (sueltas && !texto.ends_with('\n')) texto += "\r\n";
 }
 
 std::string Traza::texto() const {
@@ -52,6 +64,7 @@ bool Traza::seguir(std::uint64_t& visto, std::string& texto) const {
     if (visto < sucesos.primero()) return false;
     for (; visto < sucesos.siguiente(); ++visto) {
         if (tiene(sucesos[visto])) agregar(sucesos[visto], texto);
+        if (texto.size() > kMaximo) return false;
     }
     return true;
 }

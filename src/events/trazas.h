@@ -18,10 +18,13 @@ class Traza {
     Traza(const Redaccion& redaccion, Caja caja, std::int64_t indice = -1)
         : redaccion_(&redaccion), caja_(caja), indice_(indice) {}
 
+    /// Of these lines those of one connection, or of one block; kNinguno: of any.
+    [[nodiscard]] Traza soloDe(Indice conexion, Indice bloque) const;
     /// The latest lines, at least `kMaximo` bytes of them if there are so many.
     [[nodiscard]] std::string texto() const;
     /// Adds the lines of what has happened since `visto`, which moves up to now. False when
-    /// something of it is gone already: nothing is added, and the text has to be read anew.
+    /// something of it is gone already, or when it is more than anybody is shown: the text has to
+    /// be read anew.
     bool seguir(std::uint64_t& visto, std::string& texto) const;
     [[nodiscard]] std::uint64_t hasta() const { return redaccion_->sucesos().siguiente(); }
     [[nodiscard]] std::string_view nombre() const { return nombreDe(caja_); }
@@ -35,6 +38,8 @@ class Traza {
     const Redaccion* redaccion_;
     Caja caja_;
     std::int64_t indice_;
+    Indice conexion_ = kNinguno;
+    Indice bloque_ = kNinguno;
 };
 
 /// All trace boxes.

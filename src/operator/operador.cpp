@@ -100,6 +100,10 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::VerServidor:
         p_.vista.FrmServerTCPVisible = orden.numero != 0;
         return;
+    case Orden::Clase::Olvidar:
+        if (p_.tablas.bloques.vive(orden.numero))
+            p_.recarga.olvidar(static_cast<Indice>(orden.numero));
+        return;
     case Orden::Clase::Recargar:
         return p_.recarga.recargar();
     case Orden::Clase::Salir:
@@ -123,6 +127,8 @@ void Operador::anotar(const Orden& orden) {
                      textoDeNumero(orden.numero) + ", veces: " + textoDeNumero(orden.otro));
     case Orden::Clase::Activar:
         return decir(orden.otro != 0 ? "Prender bloque" : "Apagar bloque", clave);
+    case Orden::Clase::Olvidar:
+        return decir("Olvidar bloque a pedido", clave);
     case Orden::Clase::Scan:
         return decir("Cambiar scan", clave + " de " +
                                          textoDeNumero(b != nullptr ? b->scanSegundos : 0) + " a " +
@@ -315,6 +321,22 @@ Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
 }
 
 void Operador::MnuOcultar() { hacer({Orden::Clase::Ocultar}); }
+
+bool Operador::sePuedeOlvidar(std::int64_t indice) const {
+    const BloqueLectura* b = bloque(indice);
+    return b != nullptr && b->aPedido && !b->retirado;
+}
+
+void Operador::olvidar(std::int64_t indice) {
+    if (sePuedeOlvidar(indice)) hacer({Orden::Clase::Olvidar, {}, static_cast<double>(indice)});
+}
+
+/// A question of the window's, not of the engine's, and nothing is written into the settings for
+/// it.
+bool Operador::hayCandado() const {
+    return p_.ajustes.leerIni(p_.ajustes.archivoDeAjustes(), kSeccionDeAjustes, kCandado.clave,
+                              "") == "1";
+}
 
 Aviso Operador::guardar(const std::string& ruta, std::string_view texto) {
     return guardarBytes(ruta, windows1252DesdeUtf8(texto));

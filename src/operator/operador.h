@@ -133,6 +133,10 @@ class Operador final : public OrdenDeEscribir {
     };
     [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
 
+    /// Whether a block was made because somebody asked for its register, so that it may be
+    /// forgotten; and forgets it.
+    [[nodiscard]] bool sePuedeOlvidar(std::int64_t bloque) const;
+    void olvidar(std::int64_t bloque);
     /// Reads the configuration anew and takes over what changed in it.
     void recargar() { hacer({Orden::Clase::Recargar}); }
     void MnuOcultar();
@@ -145,6 +149,8 @@ class Operador final : public OrdenDeEscribir {
     [[nodiscard]] Aviso guardar(const std::string& ruta, std::string_view texto);
     /// The same for what is no text.
     [[nodiscard]] Aviso guardarBytes(const std::string& ruta, std::string_view bytes);
+    /// Whether a setting wants orders to the plant to be asked about first.
+    [[nodiscard]] bool hayCandado() const;
     [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
     /// Why a variable, block, station or connection is as it is.
     [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }

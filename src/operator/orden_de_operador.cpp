@@ -20,7 +20,7 @@ std::optional<Orden> ordenDeTexto(std::string_view texto) {
         texto.remove_prefix(fin + 1);
     }
     const auto clase = entero(*numeros[0]).value_or(-1);
-    if (clase < 0 || clase > static_cast<int>(Orden::Clase::Recargar)) return std::nullopt;
+    if (clase < 0 || clase > static_cast<int>(Orden::Clase::Olvidar)) return std::nullopt;
     return Orden{static_cast<Orden::Clase>(clase), std::string(texto), *numeros[1], *numeros[2]};
 }
 

@@ -22,6 +22,7 @@ struct Orden {
         VerServidor, ///< numero: 1 or 0
         Salir,
         Recargar,
+        Olvidar, ///< numero: block
     };
     Clase clase;
     std::string texto = {};

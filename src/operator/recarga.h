@@ -57,6 +57,8 @@ class Recarga {
     /// is shown to the operator too. Lets events run at its end. Called meanwhile, it is done once
     /// more.
     void recargar();
+    /// Takes away what was made because somebody asked for the register; nothing else.
+    void olvidar(Indice bloque);
 
   private:
     void unaVez();

@@ -10,6 +10,7 @@
 #include "window/dialogs/FrmAbout.h"
 #include "window/dialogs/FrmEscritura.h"
 #include "window/dialogs/FrmPuertos.h"
+#include "window/help/ventana_de_manual.h"
 #include "window/lists/tabla_de_lista.h"
 #include "window/mensajero.h"
 #include "window/panel_de_ordenes.h"
@@ -45,9 +46,10 @@ constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no e
 
 Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
-      mensajero_(partes.mensajero), ritmo_(hacer<QTimer>(this)),
-      vigilancia_(hacer<Vigilancia>(partes, this)), Label1_(rotulo("Label1", this)),
-      Label10_(rotulo("Label10", this)), lblProyecto_(rotulo("lblProyecto", this)),
+      mensajero_(partes.mensajero), candado_(partes.operador, partes.mensajero),
+      ritmo_(hacer<QTimer>(this)), vigilancia_(hacer<Vigilancia>(partes, this)),
+      Label1_(rotulo("Label1", this)), Label10_(rotulo("Label10", this)),
+      lblProyecto_(rotulo("lblProyecto", this)),
       lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
       lblEstadoScript_(rotulo("lblEstadoScript", this)),
       sockets_(hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"),
@@ -171,6 +173,7 @@ QWidget* Form1::armarListas() {
 CajaDeTraza* Form1::traza(const QString& titulo, const Traza& caja) {
     auto* t = hacer<CajaDeTraza>(caja, titulo, this);
     connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
+    connect(t, &CajaDeTraza::quitarFiltro, this, [this] { soloDe(kNinguno, kNinguno, {}); });
     cajas_.push_back(t);
     return t;
 }
@@ -206,7 +209,7 @@ QWidget* Form1::armarTrazas() {
            tr("Tiempos de una conexión"), tr("Por conexión"));
     paginas->addTab(traza(tr("Pasos de las escrituras"), trazas.txtTimerEscritura),
                     tr("Escrituras"));
-    trazas_ = paginas;
+    trazas_ = paginasDeTrazas_ = paginas;
     return paginas;
 }
 
@@ -215,7 +218,7 @@ QWidget* Form1::armarOrdenes() {
     ordenes_->setFixedWidth(kAnchoDeOrdenes);
     auto* columna = hacer<QVBoxLayout>(ordenes_);
     columna->setContentsMargins(4, 0, 0, 0);
-    panel_ = hacer<PanelDeOrdenes>(operador_, vista_, ordenes_);
+    panel_ = hacer<PanelDeOrdenes>(operador_, vista_, candado_, ordenes_);
     // Where the screen is low the commands are scrolled, and what came of them stays in sight.
     auto* comandos = hacer<QScrollArea>();
     comandos->setFrameShape(QFrame::NoFrame);
@@ -232,6 +235,12 @@ QWidget* Form1::armarOrdenes() {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);
     });
+    connect(panel_, &PanelDeOrdenes::forzada, this, [this](const QString& direccion) {
+        const Lista& lista = vista_.lstViewVariables;
+        const std::int64_t fila = lista.buscar(deQt(direccion.trimmed()));
+        const std::int64_t b = fila < 0 ? -1 : lista.etiqueta(static_cast<std::uint32_t>(fila));
+        if (operador_.sePuedeOlvidar(b)) forzados_.push_back(static_cast<Indice>(b));
+    });
     connect(panel_, &PanelDeOrdenes::avisar, this,
             [this](const Aviso& aviso) { mensajero_.avisar(aviso); });
     return ordenes_;
@@ -240,7 +249,7 @@ QWidget* Form1::armarOrdenes() {
 void Form1::conectarListas() {
     for (TablaDeLista* lista : {variables_, bloques_})
         connect(lista, &TablaDeLista::tildada, this,
-                [this](qint64 bloque, bool estado) { operador_.activarBloque(bloque, estado); });
+                [this](qint64 bloque, bool estado) { prenderOApagar(bloque, estado); });
     connect(variables_, &TablaDeLista::activada, this, &Form1::abrirEscritura);
     connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
@@ -278,6 +287,17 @@ void Form1::irA(quint32 bloque, quint32 conexion) {
     }
 }
 
+/// All boxes that show what went over the lines show that of one only.
+void Form1::soloDe(Indice conexion, Indice bloque, const QString& nombre) {
+    for (CajaDeTraza* caja : trazas_->findChildren<CajaDeTraza*>()) {
+        if (std::find(cajas_.begin(), cajas_.end(), caja) != cajas_.end())
+            caja->soloDe(conexion, bloque, nombre); // those behind tabs have their own choice
+    }
+    if (nombre.isEmpty()) return;
+    agrandar();
+    paginasDeTrazas_->setCurrentIndex(0);
+}
+
 void Form1::porQue(const Lista& lista, std::int64_t fila) {
     const std::int64_t bloque = fila < 0 ? -1 : lista.etiqueta(static_cast<std::uint32_t>(fila));
     vigilancia_->abrirPorQue(bloque < 0 ? kNinguno : static_cast<Indice>(bloque));
@@ -306,6 +326,7 @@ void Form1::refrescar() {
     refrescarCabeza();
     vigilancia_->contar();
     refrescarEstado();
+    mirarForzados();
     if (vueltas_++ % kVueltasPorTraza != 0) return;
     for (CajaDeTraza* caja : cajas_)
         caja->refrescar();
@@ -422,16 +443,48 @@ void Form1::abrirEscritura(std::uint32_t fila) {
     const AperturaDeEscritura apertura = operador_.abrirEscritura(fila);
     mensajero_.avisar(apertura.aviso);
     if (!apertura.abrir) return;
-    if (escritura_ == nullptr) escritura_ = hacer<FrmEscritura>(operador_, this);
+    if (escritura_ == nullptr) {
+        escritura_ = hacer<FrmEscritura>(operador_, this);
+        escritura_->confirmarCon([this](const QString& que, const std::function<void()>& hacer) {
+            candado_.pedir(que, hacer);
+        });
+    }
     escritura_->mostrarPara(enQt(apertura.puerto), enQt(apertura.plc), enQt(apertura.direccion),
                             apertura.valor);
+}
+
+/// An address that was asked for here and is none of the station's would be asked for again and
+/// again until the next start.
+void Form1::mirarForzados() {
+    std::erase_if(forzados_, [this](Indice i) {
+        const BloqueLectura& b = partes_.tablas.bloques[i];
+        if (b.leidoMs >= 0 || !operador_.sePuedeOlvidar(i)) return true;
+        if (b.habilitadoPorRespuestas) return false;
+        mensajero_.preguntar("msgOlvidar", tr("Lectura a pedido"),
+                             tr("%1 no contesta. Se dio de alta porque se la pidió, y se la sigue "
+                                "preguntando. ¿Olvidarla?")
+                                 .arg(enQt(b.clave)),
+                             [this, i] { operador_.olvidar(i); });
+        return true;
+    });
+}
+
+void Form1::prenderOApagar(qint64 bloque, bool estado) {
+    if (!partes_.tablas.bloques.vive(static_cast<double>(bloque))) return;
+    const QString clave = enQt(partes_.tablas.bloques[static_cast<Indice>(bloque)].clave);
+    candado_.pedir(estado ? tr("Prender el bloque %1").arg(clave)
+                          : tr("Apagar el bloque %1").arg(clave),
+                   [=, this] { operador_.activarBloque(bloque, estado); });
 }
 
 void Form1::preguntarScan(std::uint32_t fila) {
     const auto pregunta = operador_.preguntarScan(fila);
     if (!pregunta) return;
     mensajero_.preguntarTexto(*pregunta, [this, bloque = pregunta->bloque](const QString& texto) {
-        mensajero_.avisar(operador_.responderScan(bloque, deQt(texto)));
+        if (texto.trimmed().isEmpty()) return;
+        candado_.pedir(tr("Cambiar el scan a %1 s").arg(texto), [=, this] {
+            mensajero_.avisar(operador_.responderScan(bloque, deQt(texto)));
+        });
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "window/candado.h"
 #include "window/partes.h"
 #include "window/vigilancia.h"
 
@@ -26,6 +27,7 @@ class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
+class VentanaDeManual;
 class PanelDeOrdenes;
 class TablaDeLista;
 
@@ -51,6 +53,7 @@ class Form1 final : public QMainWindow {
     void armarMenuIr();
     void armarMenuDeDatos();
     void armarMenuDeVigilancia();
+    void armarMenuDeAyuda();
     void armarMenusDeFilas();
     [[nodiscard]] TablaDeLista* laLista() const;
     void recordarse() const;
@@ -74,11 +77,14 @@ class Form1 final : public QMainWindow {
     void irA(quint32 bloque, quint32 conexion);
     void irAEstacion(quint32 conexion, quint32 estacion);
     void porQue(const Lista& lista, std::int64_t fila);
+    void soloDe(Indice conexion, Indice bloque, const QString& nombre);
     void refrescarGuion();
     void refrescarEstado();
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
     void preguntarScan(std::uint32_t fila);
+    void mirarForzados();
+    void prenderOApagar(qint64 bloque, bool estado);
     void guardar(const QString& ruta, const QString& texto);
     void btnTamanioFormulario();
     void agrandar();
@@ -87,10 +93,12 @@ class Form1 final : public QMainWindow {
     Vista& vista_;
     Operador& operador_;
     Mensajero& mensajero_;
+    Candado candado_;
     QPointer<FrmEscritura> escritura_;
     QPointer<FrmScript> guion_;
     QPointer<FrmPuertos> puertos_;
     QPointer<FrmAbout> acerca_;
+    QPointer<VentanaDeManual> manual_;
     bool salirPermitido_ = false;
     bool compacta_ = false;
     unsigned vueltas_ = 0;
@@ -108,10 +116,12 @@ class Form1 final : public QMainWindow {
     TablaDeLista* bloques_;
     QTabWidget* listas_ = nullptr;
     QWidget* trazas_ = nullptr;
+    QTabWidget* paginasDeTrazas_ = nullptr;
     QWidget* ordenes_ = nullptr;
     PanelDeOrdenes* panel_ = nullptr;
     std::vector<CajaDeTraza*> cajas_;
     std::vector<Fichas*> fichas_;
+    std::vector<Indice> forzados_; ///< blocks made from here that have not answered yet
     BarraDeEstado* estado_;
 };
 

@@ -4,9 +4,12 @@
 #include "window/Form1.h"
 #include "window/anexos_de_listas.h"
 #include "window/controls/control.h"
+#include "window/help/ventana_de_manual.h"
 #include "window/lists/tabla_de_lista.h"
+#include "window/mensajero.h"
 #include "window/panel_de_ordenes.h"
 
+#include <QApplication>
 #include <QMenuBar>
 #include <QTabWidget>
 
@@ -45,6 +48,7 @@ void Form1::armarMenu() {
     armarMenuIr();
     armarMenuDeDatos();
     armarMenuDeVigilancia();
+    armarMenuDeAyuda();
 }
 
 void Form1::armarMenuIr() {
@@ -117,12 +121,61 @@ void Form1::armarMenuDeVigilancia() {
     });
 }
 
+/// F1 is that of every window of the program, and opens the manual where the one in front is told
+/// of.
+void Form1::armarMenuDeAyuda() {
+    auto* menu = control<QMenu>("MnuAyuda", tr("A&yuda"), this);
+    menuBar()->addMenu(menu);
+    entrada(menu, "MnuManual", tr("&Manual del operador"), QKeySequence::HelpContents, [this] {
+        const QString titulo =
+            VentanaDeManual::tituloDe(QApplication::activeWindow(), QApplication::focusWidget());
+        if (manual_ == nullptr) manual_ = hacer<VentanaDeManual>(this);
+        manual_->mostrarEn(titulo);
+    });
+    findChild<QAction*>("MnuManual")->setShortcutContext(Qt::ApplicationShortcut);
+}
+
 void Form1::armarMenusDeFilas() {
     for (TablaDeLista* lista : {variables_, bloques_})
         lista->agregarAccion("accPorQue", tr("Por qué está así"), [this, lista] {
             porQue(lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques,
                    lista->actual());
         });
+    const auto soloElBloque = [this](TablaDeLista* lista, const Lista& filas, bool suConexion) {
+        const std::int64_t fila = lista->actual();
+        const std::int64_t b = fila < 0 ? -1 : filas.etiqueta(static_cast<std::uint32_t>(fila));
+        if (b < 0) return;
+        const BloqueLectura& bloque = partes_.tablas.bloques[static_cast<Indice>(b)];
+        if (!suConexion) return soloDe(kNinguno, bloque.indice, enQt(bloque.clave));
+        const ConexionIP& c = partes_.tablas.conexiones[bloque.idConexion];
+        soloDe(bloque.idConexion, kNinguno, enQt(c.ip + ":" + c.puertoTCP));
+    };
+    for (TablaDeLista* lista : {variables_, bloques_}) {
+        const Lista& filas =
+            lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques;
+        lista->agregarAccion("accSoloBloque", tr("Trazas: sólo este bloque"),
+                             [=, &filas] { soloElBloque(lista, filas, false); });
+        lista->agregarAccion("accSoloConexion", tr("Trazas: sólo esta conexión"),
+                             [=, &filas] { soloElBloque(lista, filas, true); });
+    }
+    for (TablaDeLista* lista : {variables_, bloques_})
+        lista->agregarAccion("accOlvidar", tr("Olvidar (dado de alta a pedido)"), [this, lista] {
+            const Lista& filas =
+                lista == variables_ ? vista_.lstViewVariables : vista_.lstViewEstadoDeBloques;
+            const std::int64_t fila = lista->actual();
+            const std::int64_t b = fila < 0 ? -1 : filas.etiqueta(static_cast<std::uint32_t>(fila));
+            if (operador_.sePuedeOlvidar(b)) return operador_.olvidar(b);
+            mensajero_.avisar(
+                {deQt(tr("Está en la configuración: se apaga con su tilde.")), "Atencion"});
+        });
+    sockets_->agregarAccion("accSoloConexion", tr("Trazas: sólo esta conexión"), [this] {
+        const std::int64_t fila = sockets_->actual();
+        if (fila < 0) return;
+        const Indice i = conexionDeFila(partes_.tablas, static_cast<std::uint32_t>(fila));
+        if (i == kNinguno) return;
+        const ConexionIP& c = partes_.tablas.conexiones[i];
+        soloDe(i, kNinguno, enQt(c.ip + ":" + c.puertoTCP));
+    });
     sockets_->agregarAccion("accConexion", tr("Detalle de la conexión"),
                             [this] { findChild<QAction*>("MnuConexion")->trigger(); });
     variables_->agregarAccion("accTendencias", tr("Agregar a tendencias"),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/panel_de_ordenes.h"
 
+#include "window/candado.h"
 #include "window/controls/control.h"
 #include "window/controls/ventana.h"
 
@@ -13,8 +14,9 @@
 
 namespace kv {
 
-PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* padre)
-    : QWidget(padre), operador_(operador), vista_(vista),
+PanelDeOrdenes::PanelDeOrdenes(Operador& operador, const Vista& vista, Candado& candado,
+                               QWidget* padre)
+    : QWidget(padre), operador_(operador), candado_(candado), vista_(vista),
       txtBuscarDireccion_(caja("txtBuscarDireccion", tr("Dirección que se busca"))),
       lblResultadoBusqueda_(rotulo("lblResultadoBusqueda", this)),
       TxtDireccion_(caja("TxtDireccion", tr("Dirección de prueba"))),
@@ -73,16 +75,11 @@ QGroupBox* PanelDeOrdenes::armarPrueba() {
     txtValorDeEscritura_->setPlaceholderText("0");
     g->addWidget(direccion, 0, 0);
     g->addWidget(TxtDireccion_, 0, 1);
-    g->addWidget(boton("btnForzarLectura", tr("&Forzar lectura"),
-                       [this] { operador_.forzarLectura(deQt(TxtDireccion_->text())); }),
+    g->addWidget(boton("btnForzarLectura", tr("&Forzar lectura"), [this] { btnForzarLectura(); }),
                  0, 2);
     g->addWidget(valor, 1, 0);
     g->addWidget(txtValorDeEscritura_, 1, 1);
-    g->addWidget(boton("btnEscribirValor", tr("&Escribir valor"),
-                       [this] {
-                           emit avisar(operador_.escribirValor(deQt(TxtDireccion_->text()),
-                                                               deQt(txtValorDeEscritura_->text())));
-                       }),
+    g->addWidget(boton("btnEscribirValor", tr("&Escribir valor"), [this] { btnEscribirValor(); }),
                  1, 2);
     auto* otros = hacer<QHBoxLayout>();
     otros->addWidget(boton("BtnEscribirOtraDireccion", tr("Escribir &otra dirección"),
@@ -103,10 +100,8 @@ QGroupBox* PanelDeOrdenes::armarNivel() {
     txtForzarNivelNVeces_->setToolTip(
         tr("Lecturas de cada bloque, que después queda como estaba; 0 enciende el nivel y -1 lo "
            "apaga"));
-    auto* forzar = boton("btnForzarPorNivel", tr("Forzar &por nivel"), [this] {
-        emit avisar(operador_.forzarPorNivel(deQt(txtForzarNivel_->text()),
-                                             deQt(txtForzarNivelNVeces_->text())));
-    });
+    auto* forzar =
+        boton("btnForzarPorNivel", tr("Forzar &por nivel"), [this] { btnForzarPorNivel(); });
     g->addWidget(nivel, 0, 0);
     g->addWidget(txtForzarNivel_, 0, 1);
     g->addWidget(veces, 0, 2);
@@ -149,26 +144,57 @@ void PanelDeOrdenes::BtnBuscarDireccion() {
     if (fila >= 0) emit hallada(static_cast<quint32>(fila));
 }
 
+void PanelDeOrdenes::btnForzarLectura() {
+    const QString direccion = TxtDireccion_->text();
+    candado_.pedir(tr("Forzar la lectura de %1").arg(direccion), [=, this] {
+        operador_.forzarLectura(deQt(direccion));
+        emit forzada(direccion);
+    });
+}
+
+void PanelDeOrdenes::btnEscribirValor() {
+    const QString direccion = TxtDireccion_->text();
+    const QString valor = txtValorDeEscritura_->text();
+    candado_.pedir(tr("Escribir %1 en %2").arg(valor, direccion), [=, this] {
+        emit avisar(operador_.escribirValor(deQt(direccion), deQt(valor)));
+    });
+}
+
+void PanelDeOrdenes::btnForzarPorNivel() {
+    const QString nivel = txtForzarNivel_->text();
+    const QString veces = txtForzarNivelNVeces_->text();
+    candado_.pedir(tr("Forzar el nivel %1, veces: %2").arg(nivel, veces),
+                   [=, this] { emit avisar(operador_.forzarPorNivel(deQt(nivel), deQt(veces))); });
+}
+
 void PanelDeOrdenes::BtnEscribirOtraDireccion() {
-    std::string direccion = deQt(TxtDireccion_->text());
-    const Aviso aviso =
-        operador_.escribirOtraDireccion(direccion, deQt(txtValorDeEscritura_->text()));
-    TxtDireccion_->setText(enQt(direccion));
-    emit avisar(aviso);
+    const QString valor = txtValorDeEscritura_->text();
+    candado_.pedir(
+        tr("Escribir %1 en la dirección que sigue a %2").arg(valor, TxtDireccion_->text()),
+        [=, this] {
+            std::string direccion = deQt(TxtDireccion_->text());
+            const Aviso aviso = operador_.escribirOtraDireccion(direccion, deQt(valor));
+            TxtDireccion_->setText(enQt(direccion));
+            emit avisar(aviso);
+        });
 }
 
 void PanelDeOrdenes::BtnEscribirOtroValor() {
-    std::string valor = deQt(txtValorDeEscritura_->text());
-    const Aviso aviso = operador_.escribirOtroValor(deQt(TxtDireccion_->text()), valor);
-    txtValorDeEscritura_->setText(enQt(valor));
-    emit avisar(aviso);
+    const QString direccion = TxtDireccion_->text();
+    candado_.pedir(tr("Escribir otro valor en %1").arg(direccion), [=, this] {
+        std::string valor = deQt(txtValorDeEscritura_->text());
+        const Aviso aviso = operador_.escribirOtroValor(deQt(direccion), valor);
+        txtValorDeEscritura_->setText(enQt(valor));
+        emit avisar(aviso);
+    });
 }
 
 void PanelDeOrdenes::BtnEnviar() {
     std::vector<Operador::Par> pares;
     for (std::size_t i = 0; i < txtDirDePruebas_.size(); ++i)
         pares.push_back({deQt(txtDirDePruebas_[i]->text()), deQt(txtValoresDePruebas_[i]->text())});
-    emit avisar(operador_.enviarPares(pares));
+    candado_.pedir(tr("Enviar todas las escrituras de prueba"),
+                   [this, pares] { emit avisar(operador_.enviarPares(pares)); });
 }
 
 } // namespace kv

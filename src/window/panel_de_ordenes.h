@@ -14,11 +14,14 @@ class QPushButton;
 
 namespace kv {
 
+class Candado;
+
 /// The commands of the main window: search, test writes, forced reads. A click is one call.
 class PanelDeOrdenes final : public QWidget {
     Q_OBJECT
   public:
-    PanelDeOrdenes(Operador& operador, const Vista& vista, QWidget* padre);
+    /// All must outlive the panel.
+    PanelDeOrdenes(Operador& operador, const Vista& vista, Candado& candado, QWidget* padre);
     void refrescar();
     /// Puts the cursor into the box of the exact search.
     void irABuscar();
@@ -27,6 +30,8 @@ class PanelDeOrdenes final : public QWidget {
     /// A variable was searched for and found.
     void hallada(quint32 fila);
     void avisar(const kv::Aviso& aviso);
+    /// A reading of this address was asked for.
+    void forzada(const QString& direccion);
 
   private:
     QGroupBox* armarBusqueda();
@@ -41,9 +46,13 @@ class PanelDeOrdenes final : public QWidget {
     void BtnEscribirOtraDireccion();
     void BtnEscribirOtroValor();
     void BtnEnviar();
+    void btnForzarLectura();
+    void btnEscribirValor();
+    void btnForzarPorNivel();
 
     static constexpr int kPares = 4;
     Operador& operador_;
+    Candado& candado_;
     const Vista& vista_;
     QLineEdit* txtBuscarDireccion_;
     QLabel* lblResultadoBusqueda_;

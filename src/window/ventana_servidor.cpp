@@ -17,13 +17,24 @@ namespace {
 
 constexpr int kRitmoMs = 300;
 
+QString enPalabras(const ClienteVisto& c, const PorQue& porQue) {
+    if (c.direccion.empty())
+        return c.desdeMs < 0
+                   ? VentanaServidor::tr("Todavía no vino ningún cliente")
+                   : VentanaServidor::tr("Nadie, desde %1").arg(enQt(porQue.hora(c.desdeMs)));
+    const QString quien =
+        VentanaServidor::tr("%1, desde %2: ").arg(enQt(c.direccion), enQt(porQue.hora(c.desdeMs)));
+    return quien + (c.identificado ? VentanaServidor::tr("identificado")
+                                   : VentanaServidor::tr("sin identificarse"));
+}
+
 } // namespace
 
 VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& trazas,
                                  Operador& operador, Mensajero& mensajero)
     : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
       lblPuertoServidor_(rotulo("lblPuertoServidor", this)), lblEstado_(rotulo("lblEstado", this)),
-      lblKeepALive_(rotulo("lblKeepALive", this)),
+      lblCliente_(rotulo("lblCliente", this)), lblKeepALive_(rotulo("lblKeepALive", this)),
       Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), trazas.Text1)),
       Text2_(traza(tr("Del cliente"), trazas.Text2)) {
     setObjectName("FrmServerTCP");
@@ -40,6 +51,8 @@ VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& traza
     arriba->addWidget(ocultar);
     auto* todo = hacer<QVBoxLayout>(this);
     todo->addLayout(arriba);
+    lblCliente_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    todo->addWidget(lblCliente_);
     todo->addWidget(Text2_);
     todo->addWidget(Text1_);
     acomodar(*this, {720, 480});
@@ -60,6 +73,7 @@ void VentanaServidor::refrescar() {
     lblPuertoServidor_->setText(enQt(vista_.lblPuertoServidor.texto()));
     lblEstado_->setText(enQt(vista_.lblEstado.texto()));
     lblKeepALive_->setText(enQt(vista_.lblKeepALive.texto()));
+    lblCliente_->setText(enPalabras(vista_.cliente, operador_.porQue()));
     Text1_->refrescar();
     Text2_->refrescar();
 }

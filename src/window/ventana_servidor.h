@@ -40,6 +40,7 @@ class VentanaServidor final : public QWidget {
     QTimer* ritmo_;
     QLabel* lblPuertoServidor_;
     QLabel* lblEstado_;
+    QLabel* lblCliente_;
     QLabel* lblKeepALive_;
     CajaDeTraza* Text1_;
     CajaDeTraza* Text2_;

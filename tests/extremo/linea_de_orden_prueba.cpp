@@ -269,6 +269,26 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
 }
 
+TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {
+    const Resultado r = correr({"--explicar", "KV103"});
+    EXPECT_EQ(r.codigo, 0);
+    EXPECT_TRUE(tiene(r.salida, "KV103: El programa termina en orden\n  Causa: ")) << r.salida;
+    EXPECT_TRUE(tiene(r.salida, "KV103: The program ends in order\n  Cause: ")) << r.salida;
+    EXPECT_EQ(correr({"--explicar", "103"}).salida, r.salida);
+    EXPECT_EQ(correr({"--explicar", "7"}).codigo, 2);
+    const Instalacion planta(Configuracion().puerto().estacion(1, "127.0.0.1", 1).texto());
+    Proceso driver(planta.correr());
+    EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "");
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    std::string log;
+    for (const auto& f : std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER")) {
+        const std::string nombre = f.path().filename().string();
+        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
+    }
+    EXPECT_TRUE(tiene(log, ", DescError:KV101\r\n")) << log;
+    EXPECT_TRUE(log.ends_with(",driver,DRIVER>Fin>en orden, DescError:KV103\r\n")) << log;
+}
+
 TEST(LineaDeOrden, ComprobarPruebaLaDireccionYLlegaALasEstaciones) {
     Simulador plc({0}, {"--registro", "01.10=123"}, false);
     const Carpeta c;

@@ -12,8 +12,10 @@ namespace {
 /// The program with a window: on a virtual screen, or on one that is not there.
 std::vector<std::string> conVentana(const Instalacion& casa, bool hayPantalla) {
     std::vector<std::string> orden{casa.programa(), "--traza"};
+    // What windows remember is not that of whoever runs the tests.
     const std::vector<std::string> antes =
-        hayPantalla ? std::vector<std::string>{std::string(KV_FUENTES) + "/scripts/con_pantalla.sh"}
+        hayPantalla ? std::vector<std::string>{"/usr/bin/env", "XDG_CONFIG_HOME=" + casa.ruta(),
+                                               std::string(KV_FUENTES) + "/scripts/con_pantalla.sh"}
                     : std::vector<std::string>{"/usr/bin/env",    "-u", "DISPLAY",        "-u",
                                                "WAYLAND_DISPLAY", "-u", "QT_QPA_PLATFORM"};
     orden.insert(orden.begin(), antes.begin(), antes.end());

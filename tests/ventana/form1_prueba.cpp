@@ -286,9 +286,16 @@ TEST_F(Principal, ElServidorSeVeSeOcultaYSigue) {
     EXPECT_TRUE(hallar<QLabel>(servidor, "lblKeepALive").text().startsWith("Intentos: 0 Maximo: "));
     p.motor.sucesos.decir({.que = Que::DelCliente}, "Read;1.1.10;FinRead;");
     p.motor.sucesos.decir({.que = Que::AlCliente}, "[DRI]#1.1.10;116;6;#[/DRI]");
+    p.motor.sucesos.decir({.que = Que::AlCliente}, "[DRI]#1.1.11;117;6;#[/DRI]");
+    EXPECT_EQ(hallar<QLabel>(servidor, "lblCliente").text(), "Todavía no vino ningún cliente");
+    p.motor.vista.servidor.cliente = {"10.0.0.9:40000", p.motor.operador.cifras().ms, false};
     servidor.refrescar();
     EXPECT_EQ(hallar<QPlainTextEdit>(servidor, "Text1").toPlainText(),
-              "[DRI]#1.1.10;116;6;#[/DRI]");
+              "[DRI]#1.1.10;116;6;#[/DRI]\n[DRI]#1.1.11;117;6;#[/DRI]\n")
+        << "one a line";
+    const QString quien = hallar<QLabel>(servidor, "lblCliente").text();
+    EXPECT_TRUE(quien.startsWith("10.0.0.9:40000, desde 07:")) << qPrintable(quien);
+    EXPECT_TRUE(quien.endsWith("sin identificarse"));
     fotografiar(servidor, "frmservertcp");
     servidor.close();
     ventanas.mirarVisibilidad();

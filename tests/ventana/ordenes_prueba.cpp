@@ -293,4 +293,78 @@ TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {
                                    "BtnEscribirOtroValor txtForzarNivel txtForzarNivelNVeces");
 }
 
+TEST_F(Principal, ConElCandadoSePreguntaAntesDeCadaOrden) {
+    arrancar();
+    p.ajuste("Candado_De_Ordenes", "1");
+    escribir("TxtDireccion", "1.1.20");
+    escribir("txtValorDeEscritura", "7");
+    escribir("txtForzarNivel", "1");
+    escribir("txtForzarNivelNVeces", "-1");
+    escribir("txtDirDePruebas(0)", "1.1.20");
+    escribir("txtValoresDePruebas(0)", "9");
+    const auto pregunta = [&](const QString& que) {
+        ASSERT_NE(mensajeSobre(form), nullptr) << qPrintable(que);
+        EXPECT_TRUE(mensajeSobre(form)->text().contains(que))
+            << qPrintable(mensajeSobre(form)->text());
+        responder(form, "No");
+    };
+    for (const auto& [boton, que] : {std::pair{"btnEscribirValor", "¿Escribir 7 en 1.1.20?"},
+                                     {"BtnEscribirOtraDireccion", "1.1.20"},
+                                     {"BtnEscribirOtroValor", "1.1.20"},
+                                     {"btnForzarLectura", "1.1.20"},
+                                     {"btnForzarPorNivel", "nivel 1"},
+                                     {"BtnEnviar", "todas"}}) {
+        clic(form, boton);
+        pregunta(que);
+    }
+    QTest::mouseClick(variables().viewport(), Qt::LeftButton, {}, tilde(variables(), 0));
+    pregunta("Apagar el bloque 1.1.10");
+    dobleClic(variables(), 3);
+    auto& escritura = *form.findChild<FrmEscritura*>();
+    hallar<QLineEdit>(escritura, "TxtValor").setText("8");
+    clic(escritura, "BtnOk");
+    pregunta("¿Escribir 8 en 1.1.20?");
+    EXPECT_TRUE(escritura.isVisible()) << "nothing has been asked for";
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x20), 132) << "nobody said yes";
+    EXPECT_TRUE(p.bloque(0).activo);
+    clic(escritura, "BtnOk");
+    responder(form, enQt("Sí"));
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x20), 8);
+    p.ajuste("Candado_De_Ordenes", "0");
+    clic(form, "btnEscribirValor");
+    EXPECT_EQ(mensajeSobre(form), nullptr) << "open again, at once";
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x20), 7);
+}
+
+TEST_F(Principal, UnaDireccionMalEscritaSeOfreceOlvidar) {
+    plc.demora = [](const Solicitud& t) {
+        return t[3] == 0xEE ? std::nullopt : std::optional<double>(0);
+    };
+    arrancar();
+    escribir("TxtDireccion", "1.1.EE");
+    clic(form, "btnForzarLectura");
+    form.refrescar();
+    EXPECT_EQ(variables().model()->rowCount(), 6);
+    for (int i = 0; i < 30 && mensajeSobre(form) == nullptr; ++i)
+        avanzar(1'000);
+    ASSERT_NE(mensajeSobre(form), nullptr);
+    EXPECT_TRUE(mensajeSobre(form)->text().startsWith("1.1.EE no contesta."));
+    responder(form, enQt("Sí"));
+    form.refrescar();
+    EXPECT_EQ(variables().model()->rowCount(), 5);
+    const std::size_t pedidos = plc.pedidos.size();
+    avanzar(120'000);
+    for (std::size_t i = pedidos; i < plc.pedidos.size(); ++i)
+        EXPECT_NE(plc.pedidos[i].trama[3], 0xEE) << "nobody asks for it any more";
+    EXPECT_TRUE(logTiene("Form1>Olvidar bloque a pedido>1.1.EE,"));
+    // What is configured is not forgotten.
+    variables().setCurrentIndex(variables().model()->index(0, 0));
+    hallar<QAction>(variables(), "accOlvidar").trigger();
+    EXPECT_TRUE(mensaje().contains("configuración"));
+    EXPECT_EQ(variables().model()->rowCount(), 5);
+}
+
 } // namespace kv

@@ -98,6 +98,7 @@ class Pantallas : public Principal {
         p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "a = 1\r\nb = 1 / 0\r\n");
         arrancar();
     }
+    QTableView& conexiones() { return hallar<QTableView>(form, "lstViewSockets"); }
 };
 
 } // namespace
@@ -134,6 +135,25 @@ TEST_F(Pantallas, LasOtrasVentanas) {
     EXPECT_TRUE(hallar<QWidget>(guion, "TxtReemplazo").isVisible());
     hallar<QWidget>(guion, "AvisoDeCambio").show();
     juzgar(guion, "frmscript");
+}
+
+TEST_F(Pantallas, LasDeVigilancia) {
+    p.motor.sucesos.decir({.que = Que::EnlaceAbajo, .conexion = 0});
+    variables().selectAll();
+    hallar<QAction>(variables(), "accTendencias").trigger();
+    variables().setCurrentIndex(variables().model()->index(0, 0));
+    conexiones().setCurrentIndex(conexiones().model()->index(0, 0));
+    for (int i = 0; i < 10; ++i) {
+        avanzar(1'000);
+        form.findChild<Vigilancia*>()->mirar();
+    }
+    for (const auto& [entrada, ventana] :
+         {std::pair{"MnuResumen", "FrmResumen"}, {"MnuSucesos", "FrmSucesos"},
+          {"MnuTendencias", "FrmTendencias"}, {"MnuConexion", "FrmConexion"},
+          {"MnuPorQue", "FrmPorQue"}, {"MnuManual", "FrmManual"}}) {
+        menu(entrada);
+        juzgar(hallar<QWidget>(form, ventana), enQt(ventana).toLower().toStdString().c_str());
+    }
 }
 
 TEST_F(Pantallas, LosDialogos) {

@@ -3,6 +3,7 @@
 
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
+#include "window/help/ventana_de_manual.h"
 #include "window/history/ventana_de_sucesos.h"
 #include "window/trends/exportacion.h"
 #include "window/trends/ventana_de_tendencias.h"
@@ -11,6 +12,9 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QMenu>
+#include <QPlainTextEdit>
+#include <QTextBlock>
+#include <QToolButton>
 
 namespace kv {
 namespace {
@@ -112,6 +116,44 @@ TEST_F(Vigilando, LoReconocidoNoReclamaHastaQueVuelvaAPasar) {
         << "another story";
 }
 
+TEST_F(Vigilando, F1AbreElManualDondeHablaDeLaVentanaDeDelante) {
+    arrancar();
+    const auto titulo = [&] {
+        auto& texto = hallar<QTextBrowser>(form, "txtManual");
+        return texto.textCursor().block().text();
+    };
+    const auto f1 = [&](QWidget& ventana, QWidget& foco) {
+        ventana.activateWindow();
+        EXPECT_TRUE(llega([&] { return QApplication::activeWindow() == &ventana; }));
+        foco.setFocus();
+        QTest::keyClick(&foco, Qt::Key_F1);
+    };
+    f1(form, hallar<QLineEdit>(form, "TxtDireccion"));
+    EXPECT_EQ(titulo(), "La ventana principal");
+    f1(form, variables());
+    EXPECT_EQ(titulo(), "Las tres listas");
+    f1(form, hallar<QPlainTextEdit>(form, "txtTramas"));
+    EXPECT_EQ(titulo(), "Las trazas");
+    auto& ventana = sucesos();
+    f1(ventana, hallar<QTableView>(ventana, "lstSucesos"));
+    EXPECT_EQ(titulo(), "Los sucesos");
+    // Every window has its place, and every place is a heading of the manual.
+    auto& texto = hallar<TextoDelManual>(form, "txtManual");
+    for (const char* nombre :
+         {"FrmEscritura", "FrmScript", "FrmServerTCP", "FrmPuertos", "FrmResumen", "FrmSucesos",
+          "FrmTendencias", "FrmConexion", "FrmPorQue"}) {
+        QWidget otra;
+        otra.setObjectName(nombre);
+        const QString suyo = VentanaDeManual::tituloDe(&otra, nullptr);
+        ASSERT_FALSE(suyo.isEmpty()) << nombre;
+        texto.irA(suyo);
+        EXPECT_EQ(titulo(), suyo) << nombre;
+    }
+    texto.irA("las-tres-listas");
+    EXPECT_EQ(titulo(), "Las tres listas") << "a link of the manual's own";
+    fotografiar(hallar<QWidget>(form, "FrmManual"), "frmmanual");
+}
+
 TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     BucleSimulado bucle;
     Sucesos sucesos(bucle.reloj());
@@ -130,6 +172,41 @@ TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
     EXPECT_TRUE(fraseDe(libro[kMas + 1], Tablas()).ends_with(" = 7: fuera de trama"))
         << "the reason is what matters";
+}
+
+TEST_F(Vigilando, LasTrazasDeUnaSolaConexionODeUnSoloBloque) {
+    p.en("10.0.0.2");
+    arrancar();
+    avanzar(10'000);
+    auto& texto = hallar<QPlainTextEdit>(form, "txtTramas");
+    const auto visto = [&] {
+        for (int i = 0; i < 3; ++i) // traces follow at their own pace
+            form.refrescar();
+        return texto.toPlainText();
+    };
+    EXPECT_TRUE(visto().contains("1.2.10 Envio") && visto().contains("1.1.11 Envio"));
+    variables().setCurrentIndex(variables().model()->index(1, 0));
+    hallar<QAction>(variables(), "accSoloBloque").trigger();
+    EXPECT_TRUE(visto().contains("1.1.11 Envio"));
+    EXPECT_FALSE(visto().contains("1.1.10 Envio") || visto().contains("1.2.10 Envio"));
+    p.avanzar(5'000);
+    EXPECT_FALSE(visto().contains("1.1.10 Envio")) << "what comes is filtered, too";
+    auto& caja = *texto.parentWidget();
+    auto& solo = hallar<QToolButton>(caja, "btnSolo");
+    EXPECT_EQ(solo.text(), "✖ sólo 1.1.11");
+    QTest::mouseClick(&hallar<QToolButton>(caja, "btnGuardar"), Qt::LeftButton);
+    elegirArchivo(caja, "/kv/traza.txt");
+    EXPECT_EQ(QString::fromStdString(p.archivos.contenido("/kv/traza.txt")).remove('\r'),
+              texto.toPlainText())
+        << "saved as it is filtered";
+    auto& conexiones = hallar<QTableView>(form, "lstViewSockets");
+    conexiones.setCurrentIndex(conexiones.model()->index(1, 0));
+    hallar<QAction>(conexiones, "accSoloConexion").trigger();
+    EXPECT_TRUE(visto().contains("1.2.10 Envio"));
+    EXPECT_FALSE(visto().contains("1.1.11 Envio"));
+    solo.click();
+    EXPECT_FALSE(solo.isVisible());
+    EXPECT_TRUE(visto().contains("1.1.11 Envio"));
 }
 
 TEST_F(Vigilando, LasTendenciasMuestranElPasadoYLoQueFueBAD) {

@@ -11,6 +11,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QValidator>
 
@@ -186,6 +187,15 @@ void FrmEscritura::actualizarChecks() {
 }
 
 void FrmEscritura::BtnOk() {
+    if (!confirmar_) return escribir();
+    // The dialog may have been closed when the answer comes.
+    confirmar_(tr("Escribir %1 en %2").arg(TxtValor_->text(), enQt(escritura_.direccion())),
+               [este = QPointer<FrmEscritura>(this)] {
+                   if (este != nullptr) este->escribir();
+               });
+}
+
+void FrmEscritura::escribir() {
     const std::string falta = escritura_.BtnOk(orden_);
     if (falta.empty()) {
         close();

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <array>
+#include <functional>
 
 class QCheckBox;
 class QFormLayout;
@@ -31,6 +32,9 @@ class FrmEscritura final : public QDialog {
     void mostrarPara(const QString& puerto, const QString& plc, const QString& direccion,
                      double valor);
     void recibirValorMW(double valor);
+    /// OK asks through this: what is to be done, and what does it. None: it is done.
+    using Confirmar = std::function<void(const QString& que, const std::function<void()>& hacer)>;
+    void confirmarCon(Confirmar confirmar) { confirmar_ = std::move(confirmar); }
     /// Brings the check boxes, `LblBinario` and what OK may do in line with `TxtValor`.
     void actualizarChecks();
 
@@ -41,6 +45,7 @@ class FrmEscritura final : public QDialog {
     void leerDireccion();
     void mirar();
     void BtnOk();
+    void escribir();
 
     OrdenDeEscribir& orden_;
     EscrituraManual escritura_;
@@ -54,6 +59,7 @@ class FrmEscritura final : public QDialog {
     QPushButton* BtnOk_ = nullptr;
     std::array<QCheckBox*, 16> CheckBin_{};
     QTimer mirada_;
+    Confirmar confirmar_;
 };
 
 } // namespace kv

@@ -18,7 +18,8 @@ namespace kv {
 
 CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuente, QWidget* padre)
     : QWidget(padre), fuente_(std::move(fuente)), texto_(control<QPlainTextEdit>(nombre, this)),
-      pausa_(boton("btnPausa", tr("Pausa"), tr("Deja quieto lo que se ve; la traza sigue"))) {
+      pausa_(boton("btnPausa", tr("Pausa"), tr("Deja quieto lo que se ve; la traza sigue"))),
+      solo_(boton("btnSolo", {}, tr("Vuelve a mostrar todo"))) {
     texto_->setReadOnly(true);
     texto_->setUndoRedoEnabled(false);
     texto_->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -31,6 +32,7 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
 
     auto* arriba = hacer<QHBoxLayout>();
     arriba->addWidget(hacer<QLabel>(titulo, this));
+    arriba->addWidget(solo_);
     arriba->addStretch();
     arriba->addWidget(pausa_);
     arriba->addWidget(copiarTodo);
@@ -41,6 +43,8 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
     todo->addLayout(arriba);
     todo->addWidget(texto_);
 
+    solo_->hide();
+    connect(solo_, &QToolButton::clicked, this, &CajaDeTraza::quitarFiltro);
     connect(pausa_, &QToolButton::toggled, this, [this] { refrescar(); });
     connect(copiarTodo, &QToolButton::clicked, this, &CajaDeTraza::copiar);
     connect(guardarTodo, &QToolButton::clicked, this, &CajaDeTraza::guardarLoQueSeVe);
@@ -61,9 +65,19 @@ QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const 
 
 void CajaDeTraza::partirLineas() { texto_->setLineWrapMode(QPlainTextEdit::WidgetWidth); }
 
+void CajaDeTraza::soloDe(Indice conexion, Indice bloque, const QString& nombre) {
+    conexion_ = conexion;
+    bloque_ = bloque;
+    nombre_ = nombre;
+    solo_->setText(tr("✖ sólo %1").arg(nombre));
+    solo_->setVisible(!nombre.isEmpty());
+    refrescar();
+}
+
 void CajaDeTraza::refrescar() {
     if (!isVisible()) return;
     std::optional<Traza> traza = fuente_();
+    if (traza) traza = traza->soloDe(conexion_, bloque_);
     if (traza && traza == traza_) {
         if (!pausa_->isChecked() && alFinal()) seguir();
         return;
@@ -84,10 +98,9 @@ bool CajaDeTraza::alFinal() const {
 
 /// What came since is continued; where that is much, only the latest of it is shown.
 void CajaDeTraza::seguir() {
-    constexpr std::uint64_t kMuchos = 1000; // events
     constexpr int kLargo = 4 * static_cast<int>(Traza::kMaximo);
     std::string nuevo;
-    const bool pocos = traza_->hasta() - visto_ < kMuchos && traza_->seguir(visto_, nuevo);
+    const bool pocos = traza_->seguir(visto_, nuevo);
     if (pocos && nuevo.empty()) return;
     if (pocos && texto_->document()->characterCount() < kLargo) {
         QTextCursor fin(texto_->document());
@@ -113,7 +126,8 @@ void CajaDeTraza::copiar() {
 void CajaDeTraza::guardarLoQueSeVe() {
     // As it stands now, whatever is traced meanwhile.
     const QString texto = texto_->toPlainText().replace('\n', "\r\n");
-    elegirArchivo(this, tr("Guardar traza"), "traza.txt",
+    QString archivo = nombre_.isEmpty() ? QString("traza") : "traza " + nombre_;
+    elegirArchivo(this, tr("Guardar traza"), archivo.replace(':', '_') + ".txt",
                   [this, texto](const QString& ruta) { emit guardar(ruta, texto); });
 }
 

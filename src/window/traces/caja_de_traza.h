@@ -27,6 +27,8 @@ class CajaDeTraza final : public QWidget {
 
     /// Lines that are too long go on below, for a box that is narrow.
     void partirLineas();
+    /// Shows the lines of one connection or block only, under that name; kNinguno twice: all.
+    void soloDe(Indice conexion, Indice bloque, const QString& nombre);
     /// Shows what has happened since. Costs next to nothing when that is nothing, or when the box
     /// cannot be seen.
     void refrescar();
@@ -34,6 +36,8 @@ class CajaDeTraza final : public QWidget {
   signals:
     /// The operator chose a file for the text.
     void guardar(const QString& ruta, const QString& texto);
+    /// The operator wants to see all lines again.
+    void quitarFiltro();
 
   protected:
     void showEvent(QShowEvent* suceso) override;
@@ -48,6 +52,10 @@ class CajaDeTraza final : public QWidget {
     Fuente fuente_;
     QPlainTextEdit* texto_;
     QToolButton* pausa_;
+    QToolButton* solo_; ///< says what is filtered, and ends it
+    Indice conexion_ = kNinguno;
+    Indice bloque_ = kNinguno;
+    QString nombre_;
     std::optional<Traza> traza_; ///< shown last
     std::uint64_t visto_ = 0;
 };
