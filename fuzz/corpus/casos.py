@@ -183,10 +183,25 @@ PLANILLA = {
     "tabuladores": b"tipo\tpuerto\npuerto\t1\n", "muchos-separadores": b";" * 5000, "nulo": b"tipo;puerto\npuerto;1\0\n",
 }
 
+# The first byte says in what pieces the rest arrives.
+PEDIDO = {
+    "vacio": b"\xff", "nada": b"\xff\n\n\r\n", "basura": b"\x00\xff\xfe\x80{{{",
+    "todo": b"\xff" + b"".join(b'{"pedido":"%s","id":%d}\n' % (q, i) for i, q in enumerate(
+        [b"estado", b"variables", b"bloques", b"conexiones", b"contadores", b"sucesos"])),
+    "vigilar": b'\x00{"pedido":"vigilar","valores":true,"sucesos":true}\n{"pedido":"vigilar"}',
+    "vigilar-clases": b'\xff{"pedido":"vigilar","sucesos":true,"clases":["Envio"],"direcciones":["1.1.10"]}',
+    "escribir": b'\xff{"pedido":"escribir","direccion":"1.1.10","valor":1e308}\n{"pedido":"escribir","direccion":"1.1.10.3","valor":-1}',
+    "forzar": b'\xff{"pedido":"forzar","direccion":"1.1.FF"}\n{"pedido":"forzar","nivel":1,"veces":-1}\n{"pedido":"forzar","nivel":1e9,"veces":1}',
+    "porque": b'\xff{"pedido":"porque","direccion":"1.1"}\n{"pedido":"porque","direccion":"10.0.0.1:502"}\n{"pedido":"porque","direccion":":"}',
+    "sucesos-desde": b'\xff{"pedido":"sucesos","desde":1e300}\n{"pedido":"sucesos","desde":"0000-99-99T99:99:99"}\n{"pedido":"sucesos","desde":"7:05"}',
+    "hondo": b"\xff" + b"[" * 500, "largo": b"\xff" + b"x" * 70000, "muchos": b"\xff" + b'{"pedido":"contadores"}\n' * 300,
+    "id": b'\xff{"pedido":"estado","id":"' + b"i" * 100 + b'"}\n{"pedido":"estado","id":[]}\n{"id":"\\ud83d\\ude42","pedido":"estado"}',
+}
+
 TABLAS = {
     "ini": INI, "driver": DRIVER, "exportacion": EXPORTACION, "ajustes": AJUSTES, "direccion": DIRECCION, "cifrado": CIFRADO,
     "llegada": LLEGADA, "recepcion": RECEPCION, "solicitudes": SOLICITUDES, "vbscript_texto": TEXTO, "vbscript_corrida": CORRIDA,
-    "grabacion": GRABACION, "planilla": PLANILLA,
+    "grabacion": GRABACION, "planilla": PLANILLA, "pedido": PEDIDO,
 }
 
 

@@ -4,7 +4,7 @@ _driverkv2200() {
     local palabra=${COMP_WORDS[COMP_CWORD]} anterior=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
     case $anterior in
-    --carpeta)
+    --carpeta | --local)
         mapfile -t COMPREPLY < <(compgen -d -- "$palabra")
         compopt -o filenames
         return
@@ -24,7 +24,7 @@ _driverkv2200() {
             grep -oE -- '(^|[ ,])--?[a-z][a-z-]*' | tr -d ' ,')" -- "$palabra")
     elif [[ $1 == *ClienteKV2200 ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$("$1" --help 2>/dev/null |
-            sed -n '/^Órdenes:/,/^$/s/^  \([a-z]\{1,\}\) .*/\1/p')" -- "$palabra")
+            sed -n '/^Órdenes/,/^$/s/^  \([a-z]\{1,\}\) .*/\1/p')" -- "$palabra")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$palabra")
         compopt -o filenames

@@ -25,6 +25,9 @@ constexpr std::array kTextos = {kVer,
                                 kEscuchaPermitidos,
                                 kEscuchaLogin,
                                 kEscuchaSoloLectura,
+                                kPuertaLocal,
+                                kPuertaLocalGrupo,
+                                kPuertaLocalEscriben,
                                 kRutaProyecto};
 
 } // namespace

@@ -8,6 +8,8 @@ namespace kv {
 
 inline constexpr std::string_view kSeccionDeAjustes = "DRIVER_KV2200";
 inline constexpr std::string_view kSeccionDeProyecto = "PROYECTO_PREDETERMINADO";
+/// In the program's folder.
+inline constexpr std::string_view kArchivoDePuertaLocal = "DriverKV2200.sock";
 /// What begins the name of a key of the client's door.
 inline constexpr std::string_view kPrefijoDeEscucha = "Escucha_";
 
@@ -130,6 +132,18 @@ inline constexpr AjusteDeTexto kEscuchaLogin{"Escucha_Login_Antes_De_Todo", "", 
                                              "1: nada se atiende antes de identificarse."};
 inline constexpr AjusteDeTexto kEscuchaSoloLectura{"Escucha_Solo_Lectura", "", "0|1",
                                                    "1: el cliente no puede escribir."};
+inline constexpr AjusteDeTexto kPuertaLocal{
+    "Puerta_Local", "1", "0|1",
+    "0: no se abre el zócalo DriverKV2200.sock de la carpeta, por el que los programas de esta "
+    "máquina preguntan. Nunca se escribe; se lee al arrancar."};
+inline constexpr AjusteDeTexto kPuertaLocalGrupo{
+    "Puerta_Local_Grupo", "", "",
+    "Grupo que también puede usar ese zócalo: un nombre de /etc/group o un número. Vacío: solo el "
+    "usuario del driver. Nunca se escribe; se lee al arrancar."};
+inline constexpr AjusteDeTexto kPuertaLocalEscriben{
+    "Puerta_Local_Escriben", "", "",
+    "Usuarios que pueden escribir y forzar por ese zócalo: nombres de /etc/passwd o números, "
+    "separados por comas. Vacío: ninguno, tampoco root. Nunca se escribe."};
 inline constexpr AjusteDeTexto kRutaProyecto{
     "RutaProyecto", "", "",
     "Proyecto de supervisión (.qmx) cuya configuración se usa; nunca se escribe. Vacía: "

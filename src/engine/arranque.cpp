@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/arranque.h"
 
+#include "config/cambios_de_ajustes.h"
 #include "config/proyecto.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -65,6 +67,7 @@ void Arranque::arrancar() {
     m.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     procesos_.atenderConfiguracion(leida.ubicacion.rutaConfiguracion);
     m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
+    anotarAjustes();
     m.aplicarAjustes();
     m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
     const Validacion validacion = validar(leida.listas, leida.problemas);
@@ -82,21 +85,58 @@ void Arranque::arrancar() {
 void Arranque::abrirServidor() {
     motor_.publicacion.avisarA(&motor_.servidor);
     motor_.servidor.Form_Load();
+    motor_.puertaLocal.abrir();
+    anotarPlanta();
+}
+
+/// What has been built, in figures.
+void Arranque::anotarPlanta() {
+    const Tablas& t = motor_.tablas;
+    const auto n = [](double cuantos) { return textoDeNumero(cuantos); };
+    motor_.log.escribir({"DRIVER",
+                         "Planta",
+                         motor_.vista.lblProyecto.texto() + ": " +
+                             n(static_cast<double>(t.puertos.limiteSuperior())) + " puertos, " +
+                             n(static_cast<double>(t.conexiones.limiteSuperior())) +
+                             " conexiones, " + n(t.cantidadDeEstaciones) + " estaciones, " +
+                             n(t.cantidadDePuntos) +
+                             " variables; problemas de configuracion: " + n(problemas_) +
+                             "; cliente: " + motor_.vista.servidor.lblPuertoServidor.texto(),
+                         {},
+                         Novedad::Planta});
+}
+
+/// The first look only learns what the settings are.
+void Arranque::anotarAjustes() {
+    Ajustes& ajustes = motor_.ajustes;
+    if (!ajustes.conocidos() ||
+        std::exchange(ajustesVistos_, ajustes.cambios()) == ajustes.cambios())
+        return;
+    const std::string antes = std::exchange(ajustesAntes_, ajustes.contenido());
+    if (!std::exchange(ajustesLeidos_, true)) return;
+    for (const std::string& cambio : cambiosDeAjustes(antes, ajustesAntes_))
+        motor_.log.escribir({"DRIVER", "Ajuste cambiado", cambio, {}, Novedad::AjusteCambiado});
 }
 
 void Arranque::informar(const Problemas& problemas) {
     const auto& lista = problemas.lista();
+    problemas_ = static_cast<double>(lista.size() + problemas.demas());
     const std::size_t escritos = std::min(lista.size(), kProblemasEnElLog);
     for (std::size_t i = 0; i < escritos; ++i)
-        motor_.log.escribirLog("DRIVER", "Configuracion", textoDeProblema(lista[i]));
+        motor_.log.escribir(
+            {"DRIVER", "Configuracion", textoDeProblema(lista[i]), {}, Novedad::Configuracion});
     const std::size_t callados = problemas.demas() + lista.size() - escritos;
     if (callados > 0)
-        motor_.log.escribirLog("DRIVER", "Configuracion",
-                               "y " + textoDeNumero(static_cast<double>(callados)) +
-                                   " problemas mas; vea --comprobar");
+        motor_.log.escribir({"DRIVER",
+                             "Configuracion",
+                             "y " + textoDeNumero(static_cast<double>(callados)) +
+                                 " problemas mas; vea --comprobar",
+                             {},
+                             Novedad::Configuracion});
 }
 
 void Arranque::Timer_VER_Timer() {
+    anotarAjustes();
     motor_.aplicarAjustes();
     const bool ver = motor_.ajustes.leerConfiguracion(kVer) == "1";
     motor_.vista.Form1Visible = ver;

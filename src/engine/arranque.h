@@ -31,11 +31,17 @@ class Arranque {
 
   private:
     void informar(const Problemas& problemas);
+    void anotarPlanta();
+    void anotarAjustes();
     void Timer_VER_Timer();
 
     Motor& motor_;
     Procesos& procesos_;
     std::unique_ptr<Temporizador> Timer_VER_;
+    double problemas_ = 0; ///< of the configuration
+    std::string ajustesAntes_;
+    std::uint64_t ajustesVistos_ = 0; ///< as Ajustes counts whole contents
+    bool ajustesLeidos_ = false;
 };
 
 } // namespace kv

@@ -16,7 +16,8 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
     : bucle(bucle_), archivos(archivos_), ajustes(archivos_, carpeta, &bucle_.reloj()),
       sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
-      sucesos(bucle_.reloj()), contadores(sucesos, tablas), trazas(sucesos, tablas),
+      sucesos(bucle_.reloj()), contadores(sucesos, tablas),
+      bitacora(sucesos, tablas, bucle_.reloj(), log), trazas(sucesos, tablas),
       scriptControl(bucle_.reloj(), vista),
       guion(bucle_, archivos_, scriptControl, vista, sucesos, log),
       logDelGuion(log, bucle_.reloj()), publicacion(tablas, scriptControl, vista, sello),
@@ -24,7 +25,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       turnos(bucle_, tablas, sucesos, log), recepcion(tablas, turnos, bucle_, sucesos, log),
       conexiones(bucle_, tablas, turnos, sucesos, vista, *this),
       modelo(tablas, conexiones, publicacion, relojDeBloques, vista, sello),
-      mudas(tablas, turnos, publicacion, relojDeBloques, sucesos, log),
+      mudas(tablas, turnos, publicacion, relojDeBloques, sucesos),
       lectura(bucle_, tablas, turnos, publicacion, mudas, relojDeBloques, sucesos),
       poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, sucesos),
       auditoria(sucesos, tablas, archivos_, bucle_.reloj(), carpeta, programa),
@@ -37,7 +38,10 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       recarga({ajustes, tablas, modelo, conexiones, turnos, publicacion, relojDeBloques, mudas,
                poleo, ejecucion, forzado, guion, vista, log, descripciones}),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
-                bucle_.reloj(), log, contadores, porQue, recarga, descripciones}) {
+                bucle_.reloj(), log, contadores, porQue, recarga, descripciones}),
+      puertaLocal({bucle_, archivos_, ajustes, tablas, sucesos, publicacion, vista, solicitudes,
+                   ejecucion, forzado, porQue, log},
+                  Formas(tablas, turnos, conexiones, relojDeBloques, sucesos, contadores, porQue)) {
     poleo.escribirCon(&ejecucion);
     scriptControl.obedecerA(this);
     turnos.avisarA(&poleo);
@@ -54,18 +58,22 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
     });
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
+        bitacora.alPasarElTiempo();
         log.alPasarElTiempo();
         auditoria.volcar();
     });
 }
 
 double Motor::ajuste(const AjusteNumerico& cual) {
-    return ajustes.leerTiempo(
-        cual, [this](std::string_view clave, const std::string& texto, double usado) {
-            log.escribirLog("DRIVER", "Ajustes",
-                            std::string(clave) + "=" + texto + ": valor no valido, se usa " +
-                                textoDeNumero(usado));
-        });
+    return ajustes.leerTiempo(cual, [this](std::string_view clave, const std::string& texto,
+                                           double usado) {
+        log.escribir(
+            {"DRIVER",
+             "Ajustes",
+             std::string(clave) + "=" + texto + ": valor no valido, se usa " + textoDeNumero(usado),
+             {},
+             Novedad::AjusteNoValido});
+    });
 }
 
 void Motor::aplicarAjustes() {
@@ -80,7 +88,11 @@ void Motor::aplicarAjustes() {
     if (idioma == idioma_) return;
     idioma_ = idioma;
     if (!scriptControl.fijarIdioma(idioma))
-        log.escribirLog("DRIVER", "Ajustes", "Idioma=" + idioma + ": no es es-AR ni en-US");
+        log.escribir({"DRIVER",
+                      "Ajustes",
+                      "Idioma=" + idioma + ": no es es-AR ni en-US",
+                      {},
+                      Novedad::AjusteNoValido});
 }
 
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
@@ -138,11 +150,12 @@ void Motor::escribirDireccion(std::string_view direccion, double valor, std::str
 
 void Motor::rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
                               std::string_view motivo) {
-    solicitudes.rechazar({direccion, motivo, origen}, valor);
+    solicitudes.rechazar({direccion, motivo, origen}, valor, ClaseDeRechazo::Anotada);
 }
 
 void Motor::terminar() {
     ejecucion.alTerminarElPrograma();
+    puertaLocal.cerrar();
     auditoria.cerrar();
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "config/ajustes.h"
+#include "door/puerta_local.h"
+#include "engine/bitacora.h"
 #include "events/contadores.h"
 #include "events/sucesos.h"
 #include "events/trazas.h"
@@ -74,6 +76,7 @@ class Motor final : private AlCambiarConexion,
     Descripciones descripciones; ///< of variables, for people
     Sucesos sucesos;
     Contadores contadores;
+    Bitacora bitacora;
     Trazas trazas;
     ScriptControl scriptControl;
     Guion guion;
@@ -95,6 +98,7 @@ class Motor final : private AlCambiarConexion,
     PorQue porQue;
     Recarga recarga;
     Operador operador;
+    PuertaLocal puertaLocal;
 
   private:
     std::string idioma_;

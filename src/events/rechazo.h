@@ -7,8 +7,8 @@
 
 namespace kv {
 
-/// Refusals that the operator's box has words of its own for.
-enum class ClaseDeRechazo : std::int16_t { Otra, SinPlc, SinConexion };
+/// Refusals that the operator's box has words of its own for, and those that the log has.
+enum class ClaseDeRechazo : std::int16_t { Otra, SinPlc, SinConexion, Anotada };
 
 /// What the text of a refused write says. `direccion` is the address as it was given.
 struct TextoDeRechazo {

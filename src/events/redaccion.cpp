@@ -19,6 +19,12 @@ void agregarBytes(std::string& a, std::span<const std::uint8_t> bytes) {
     if (bytes.size() > kBytesEnTraza) a += "...";
 }
 
+/// Whether the operator's box has words of its own for this class of refusal.
+bool tienePalabrasPropias(std::int16_t clase) {
+    return clase == static_cast<std::int16_t>(ClaseDeRechazo::SinPlc) ||
+           clase == static_cast<std::int16_t>(ClaseDeRechazo::SinConexion);
+}
+
 } // namespace
 
 std::string_view nombreDe(Caja caja) {
@@ -73,6 +79,12 @@ SusCajas cajasDe(const Suceso& s) {
         return {Caja::Text2};
     case Que::EnlaceArriba:
     case Que::EnlaceAbajo:
+    case Que::EnlaceNoLevanta:
+    case Que::BloqueConmutado:
+    case Que::GuionDetenido:
+    case Que::GuionSigue:
+    case Que::ClienteEntra:
+    case Que::ClienteSale:
     case Que::Ultimo:
         return {};
     case Que::EscrituraUnida:
@@ -135,7 +147,8 @@ void Redaccion::redactar(const Suceso& s, Caja caja, std::string& a) const {
             lineaDePedido(s, a);
         }
         // Three messages have no end of line.
-        if (s.que == Que::AltaSinPuerto || (s.que == Que::EscrituraRechazada && s.detalle != 0))
+        if (s.que == Que::AltaSinPuerto ||
+            (s.que == Que::EscrituraRechazada && tienePalabrasPropias(s.detalle)))
             return;
     }
     a += kFinDeLinea;

@@ -64,7 +64,14 @@ enum class Que : std::uint8_t {
     DelCliente,
     RepetidasDelCliente, ///< `numero`: how many
     AlCliente,
-    Ultimo ///< none: how many there are
+    // What stands in the log, and in no box.
+    EnlaceNoLevanta, ///< no attempt of those in a row succeeded; once until it is up
+    BloqueConmutado, ///< `detalle`: 1 on, 0 off; by whom, its record says
+    GuionDetenido,   ///< text: why; `detalle` 1: it rests
+    GuionSigue,
+    ClienteEntra, ///< text: "address:port"
+    ClienteSale,  ///< the same
+    Ultimo        ///< none: how many there are
 };
 
 /// A trace line shows so many bytes of one arrival; a station that sends garbage at full speed must

@@ -22,7 +22,7 @@ std::string_view TextosDeSucesos::ver(std::uint32_t numero) const {
 
 Almacen almacenDe(Que que) {
     if (que <= Que::Recepcion) return Almacen::Estaciones;
-    if (que < Que::FallaDelGuion) return Almacen::Pedidos;
+    if (que < Que::FallaDelGuion || que > Que::AlCliente) return Almacen::Pedidos;
     if (que == Que::FallaDelGuion) return Almacen::Guion;
     return que == Que::AlCliente ? Almacen::AlCliente : Almacen::DelCliente;
 }

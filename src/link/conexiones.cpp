@@ -100,6 +100,7 @@ void GestorDeConexiones::pasarA(Indice n, bool conectada) {
     c.estadoSupervision = conectada ? 1 : 0;
     c.enlaceDesde = Momento(bucle_.reloj().monotonicoMs());
     if (conectada) c.motivo.clear();
+    c.dichoSinEnlace = !conectada;
     sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo, .conexion = n});
     if (destino_ == nullptr) return;
     if (conectada) return destino_->activarPoling_En_Socket(n);
@@ -144,6 +145,8 @@ void GestorDeConexiones::solicitar(Indice n) {
         zocalo.abortar();
         c.enTiempoFuera = true;
         c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
+        if (!std::exchange(c.dichoSinEnlace, true))
+            sucesos_.decir({.que = Que::EnlaceNoLevanta, .conexion = n});
     }
 }
 

@@ -5,6 +5,7 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
+#include <array>
 #include <new>
 #include <stdexcept>
 
@@ -30,7 +31,7 @@ int numeroDeError(const std::exception& falla) {
 ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
                        const std::string& carpetaDelPrograma, std::string programa)
     : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
-      programa_(std::move(programa)) {}
+      programa_(std::move(programa)), carpetaDelPrograma_(carpetaDelPrograma) {}
 
 std::string ArchivoLog::linea(std::string_view cuerpo) const {
     std::string l = "Log: " + formatoGeneral(reloj_.ahora()) + "," + programa_ + ",";
@@ -38,9 +39,7 @@ std::string ArchivoLog::linea(std::string_view cuerpo) const {
     return windows1252DesdeUtf8(l) + "\r\n";
 }
 
-void ArchivoLog::escribirLog(std::string_view origen, std::string_view procedimiento,
-                             std::string_view mensaje, std::string_view descripcionError,
-                             bool tambienGlobal) {
+void ArchivoLog::escribir(const EntradaDeLog& e, bool tambienGlobal) {
     alPasarElTiempo();
     if (escritas_ == 0) segundoMs_ = reloj_.monotonicoMs();
     if (escritas_ == kPorSegundo) {
@@ -48,11 +47,35 @@ void ArchivoLog::escribirLog(std::string_view origen, std::string_view procedimi
         return;
     }
     ++escritas_;
-    std::string cuerpo(origen);
-    cuerpo += '>' + enUnaLinea(procedimiento);
-    cuerpo += '>' + enUnaLinea(mensaje.substr(0, kMaximo));
-    cuerpo += ", DescError:" + enUnaLinea(descripcionError.substr(0, kMaximo));
+    std::string cuerpo(e.origen);
+    cuerpo += '>' + enUnaLinea(e.procedimiento);
+    cuerpo += '>' + enUnaLinea(e.mensaje.substr(0, kMaximo));
+    cuerpo += ", DescError:" + enUnaLinea(e.descripcion.substr(0, kMaximo));
+    if (e.novedad != Novedad::Ninguna)
+        cuerpo += (e.descripcion.empty() ? "" : " ") + codigoDe(e.novedad);
     agregar(cuerpo, tambienGlobal);
+    if (diario_ != nullptr) avisarAlDiario(e);
+}
+
+void ArchivoLog::avisarAlDiario(const EntradaDeLog& e) {
+    constexpr int kDeUnaFalla = 3;
+    std::string mensaje(e.procedimiento);
+    mensaje += ": ";
+    mensaje += e.mensaje.substr(0, kMaximo);
+    if (!e.descripcion.empty()) mensaje.append(" - ").append(e.descripcion.substr(0, kMaximo));
+    const FichaDeNovedad* ficha = fichaDe(e.novedad);
+    const std::string numero =
+        ficha != nullptr ? std::to_string(static_cast<unsigned>(ficha->cual)) : std::string();
+    const std::string prioridad = std::to_string(ficha != nullptr ? ficha->prioridad : kDeUnaFalla);
+    diario_->anotar(std::to_array<CampoDeDiario>({{"MESSAGE", mensaje},
+                                                  {"PRIORITY", prioridad},
+                                                  {"SYSLOG_IDENTIFIER", programa_},
+                                                  {"KV_NUMERO", numero},
+                                                  {"KV_CONEXION", e.conexion},
+                                                  {"KV_ESTACION", e.estacion},
+                                                  {"KV_BLOQUE", e.bloque},
+                                                  {"KV_MOTIVO", e.motivo},
+                                                  {"KV_CARPETA", carpetaDelPrograma_}}));
 }
 
 void ArchivoLog::alPasarElTiempo() {

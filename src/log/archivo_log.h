@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "log/novedades.h"
 #include "platform/archivos.h"
+#include "platform/diario.h"
 #include "platform/reloj.h"
 
 #include <exception>
@@ -14,6 +16,20 @@ namespace kv {
 /// for an argument that is none, 6 for a value that does not fit, 7 for want of memory or room, 51
 /// for any other.
 [[nodiscard]] int numeroDeError(const std::exception& falla);
+
+/// One entry. Its texts are UTF-8; those below the description are known to the system's journal
+/// only, as fields of their own, being in the message already.
+struct EntradaDeLog {
+    std::string_view origen;
+    std::string_view procedimiento;
+    std::string_view mensaje;
+    std::string_view descripcion = {};
+    Novedad novedad = Novedad::Ninguna;
+    std::string_view conexion = {}; ///< "address:port"
+    std::string_view estacion = {};
+    std::string_view bloque = {};
+    std::string_view motivo = {};
+};
 
 /// The daily log files in the folder LOGS_DRIVER beside the program: one of the program's own, and
 /// one shared by all programs of the folder. Never disturbs its caller: what cannot be written is
@@ -34,12 +50,19 @@ class ArchivoLog {
     /// many of its second.
     void escribirLog(std::string_view origen, std::string_view procedimiento,
                      std::string_view mensaje, std::string_view descripcionError = {},
-                     bool tambienGlobal = true);
+                     bool tambienGlobal = true) {
+        escribir({origen, procedimiento, mensaje, descripcionError}, tambienGlobal);
+    }
+    /// The same; an entry about something that has a number ends with it.
+    void escribir(const EntradaDeLog& entrada, bool tambienGlobal = true);
+    /// From now on the system's journal gets each entry that is written, too.
+    void avisarA(DiarioDelSistema* diario) { diario_ = diario; }
     /// To be called at every turn of the loop: tells how many entries a second lost, once it is
     /// over.
     void alPasarElTiempo();
 
   private:
+    void avisarAlDiario(const EntradaDeLog& entrada);
     void agregar(std::string_view cuerpo, bool tambienGlobal);
     [[nodiscard]] std::string linea(std::string_view cuerpo) const;
 
@@ -47,6 +70,8 @@ class ArchivoLog {
     const Reloj& reloj_;
     std::string carpeta_;
     std::string programa_;
+    std::string carpetaDelPrograma_;
+    DiarioDelSistema* diario_ = nullptr;
     std::int64_t segundoMs_ = 0; ///< when the present second began
     int escritas_ = 0;           ///< entries in it
     std::uint64_t calladas_ = 0; ///< entries in it that were not written

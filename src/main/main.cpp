@@ -53,6 +53,17 @@ int soloComprobar(const Opciones& opciones) {
     return r.resultado();
 }
 
+int explicar(const std::string& codigo) {
+    const auto cual = novedadDe(codigo);
+    if (!cual) {
+        std::cerr << kNombreDelPrograma << ": ninguna entrada del registro tiene el numero "
+                  << codigo << '\n';
+        return kMalaLinea;
+    }
+    std::cout << explicacionDe(*fichaDe(*cual));
+    return kOrdenado;
+}
+
 int correrSinVentana(const Opciones& opciones) {
     BucleEpoll* bucle = nullptr;
     Programa programa(opciones, [&bucle] { bucle->detener(); });
@@ -151,6 +162,10 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
         ->needs(comprobar);
     app.add_flag("--json", opciones.json, "Lo comprobado, como un objeto JSON")->needs(comprobar);
     ponerPlanilla(app, opciones, comprobar);
+    app.add_option("--explicar", opciones.explicar,
+                   "Dice causa, que mirar y que hacer de una entrada del registro, por su numero, "
+                   "y termina")
+        ->type_name("N");
     ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
@@ -174,6 +189,9 @@ int main(int argc, char** argv) {
     try {
         std::signal(SIGHUP, SIG_IGN); // a terminal that goes; who serves a plant reads anew then
         if (!opciones.reproducir.empty()) return kv::reproducir(opciones.reproducir, std::cerr);
+        if (!opciones.explicar.empty())
+            return kv::conSalidaEntera(kv::explicar(opciones.explicar), kv::kNombreDelPrograma,
+                                       std::cout, std::cerr);
         if (!opciones.exportar.empty())
             return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);
         if (!opciones.importar.empty())

@@ -23,6 +23,11 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
       arranque(motor, procesos), terminar_(std::move(terminar)),
       log_(archivos, bucle.reloj(), opciones.carpeta, nombreDeLosRegistros()) {
     motor.vista.observar(&salida);
+    if (DiarioReal::hay()) {
+        diario_.emplace();
+        motor.log.avisarA(&*diario_);
+        log_.avisarA(&*diario_);
+    }
     if (opciones.traza) traza_.emplace(motor.sucesos, motor.tablas, salida);
     constexpr std::array<int, 3> kSenales{SIGINT, SIGTERM, SIGHUP};
     bucle.alRecibirSenal(kSenales, [this](int cual) {
@@ -42,13 +47,24 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     });
 }
 
+void Programa::cerrar() {
+    motor.terminar();
+    const bool otra = resultado() == kDeNuevo;
+    log_.escribir({"DRIVER",
+                   "Fin",
+                   otra ? "sigue de nuevo en otra grabacion" : "en orden",
+                   {},
+                   Novedad::Fin});
+}
+
 Programa::~Programa() {
     if (resultado() == kOrdenado) servicio.terminando();
     motor.vista.observar(nullptr);
+    motor.log.avisarA(nullptr);
 }
 
 void Programa::arrancar() {
-    log_.escribirLog("DRIVER", "Arranque", conVersion(kNombreDelPrograma));
+    log_.escribir({"DRIVER", "Arranque", conVersion(kNombreDelPrograma), {}, Novedad::Arranque});
     grabacion.empezar();
     arranque.arrancar();
     arranque.abrirServidor();
@@ -75,13 +91,13 @@ void Programa::mirarDescriptores() {
     const std::string texto =
         "no alcanzan los descriptores que el sistema permite (LimitNOFILE, ulimit -n): " +
         std::to_string(faltaron) + " conexiones no se pudieron abrir";
-    log_.escribirLog("DRIVER", "Descriptores", texto);
+    log_.escribir({"DRIVER", "Descriptores", texto, {}, Novedad::Descriptores});
     salida.alMostrarMensaje("Descriptores", texto);
 }
 
 void Programa::mirarGrabacion() {
     if (const std::string novedad = grabacion.novedad(); !novedad.empty()) {
-        motor.log.escribirLog("DRIVER", "Grabacion", novedad);
+        motor.log.escribir({"DRIVER", "Grabacion", novedad, {}, Novedad::Grabacion});
         motor.vista.mostrarMensaje(novedad, "Grabacion");
     }
     // A write that waits is lost with the process.

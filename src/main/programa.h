@@ -6,6 +6,7 @@
 #include "main/grabacion.h"
 #include "main/salida_de_traza.h"
 #include "platform/epoll/bucle_epoll.h"
+#include "platform/epoll/diario_real.h"
 #include "platform/epoll/servicio.h"
 #include "platform/epoll/sistema.h"
 
@@ -30,6 +31,7 @@ struct Opciones {
     bool json = false;
     std::string exportar; ///< table to write, empty: none
     std::string importar; ///< table to read, empty: none
+    std::string explicar; ///< number of an entry, empty: none
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };
@@ -47,7 +49,7 @@ class Programa {
     /// The whole start-up, once it is known that no other instance runs.
     void arrancar();
     /// The loop has ended: what is still open in the plant and its records is closed.
-    void cerrar() { motor.terminar(); }
+    void cerrar();
     /// Why the loop ended: kOrdenado or kDeNuevo.
     [[nodiscard]] int resultado() const { return resultado_.value_or(kOrdenado); }
 
@@ -65,6 +67,7 @@ class Programa {
     void mirarGrabacion();
     void mirarDescriptores();
 
+    std::optional<DiarioReal> diario_;
     std::optional<TrazaAlMomento> traza_;
     std::function<void()> terminar_;
     /// For what the platform has to say. Apart from the engine's, whose every look may be recorded.

@@ -50,11 +50,16 @@ std::string enSegundos(std::int64_t ms) {
 
 } // namespace
 
-std::string PorQue::hora(std::int64_t ms) const {
+FechaHora PorQue::fecha(std::int64_t ms) const {
     const FechaHora ahora = reloj_.ahora();
     const long long aquel =
         segundosDesdeFecha(ahora) * 1000 + ahora.milisegundo - (reloj_.monotonicoMs() - ms);
-    const FechaHora f = fechaDesdeSegundos(aquel / 1000);
+    return fechaDesdeSegundos(aquel / 1000, static_cast<int>(aquel % 1000));
+}
+
+std::string PorQue::hora(std::int64_t ms) const {
+    const FechaHora ahora = reloj_.ahora();
+    const FechaHora f = fecha(ms);
     const std::string general = formatoGeneral(f); // dd/mm/yyyy hh:mm:ss
     constexpr std::size_t kDia = 11;
     const bool hoy = f.dia == ahora.dia && f.mes == ahora.mes && f.anio == ahora.anio;
@@ -239,7 +244,7 @@ std::string PorQue::porQueEstacion(Indice conexion, Indice estacion) const {
         return nombre + (alguno ? "todavia no se le pregunto." : "no tiene bloques que se poleen.");
     }
     return nombre + "contesta; ultima respuesta hace " + hace(cuentas.ultimaRespuestaMs) + ", en " +
-           textoDeDuracion(cuentas.ultimoUs / 1000) + ".";
+           textoDeNumero(static_cast<double>(cuentas.ultimoUs / 100) / 10) + " ms.";
 }
 
 std::string PorQue::porQueConexion(Indice conexion) const {
@@ -249,8 +254,8 @@ std::string PorQue::porQueConexion(Indice conexion) const {
         texto[0] = 'L';
         return texto;
     }
-    std::string texto =
-        "La conexion " + c.ip + ":" + c.puertoTCP + " esta desde " + hora(c.enlaceDesde.ms());
+    std::string texto = "La conexion " + c.ip + ":" + c.puertoTCP + " esta conectada desde " +
+                        hora(c.enlaceDesde.ms());
     for (std::size_t k = 0; k < c.estaciones.limiteSuperior(); ++k) {
         const Estacion& e = c.estaciones[k];
         if (callada(e)) texto += "; PLC " + std::to_string(e.numero) + " " + intentos(e.fallidos);

@@ -50,8 +50,12 @@ class PorQue {
 
     [[nodiscard]] Edad edad(Indice bloque) const;
     [[nodiscard]] ResumenDeEstacion resumen(Indice conexion, Indice estacion) const;
+    /// A station does not answer.
+    [[nodiscard]] bool callada(const Estacion& e) const;
     /// How long one turn of all blocks of a connection takes as a rule, ms.
     [[nodiscard]] std::int64_t turnoDeTodosMs(Indice conexion) const;
+    /// The calendar time of a moment.
+    [[nodiscard]] FechaHora fecha(std::int64_t ms) const;
     /// "03:12:05", with its day where that is not today.
     [[nodiscard]] std::string hora(std::int64_t ms) const;
     /// "2,3 s": how long ago.
@@ -65,7 +69,6 @@ class PorQue {
     [[nodiscard]] std::string queOcupaLaLinea(const BloqueLectura& b) const;
     [[nodiscard]] std::string intentos(const Fallidos& f) const;
     [[nodiscard]] std::string apagado(const BloqueLectura& b) const;
-    [[nodiscard]] bool callada(const Estacion& e) const;
     [[nodiscard]] Indice quienSondea(const Estacion& e) const;
 
     const Tablas& tablas_;

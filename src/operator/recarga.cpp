@@ -70,7 +70,8 @@ void Recarga::olvidar(Indice bloque) {
 }
 
 void Recarga::rechazar(const std::string& porque) {
-    p_.log.escribirLog("DRIVER", "Configuracion", "no se recarga, todo sigue como estaba", porque);
+    p_.log.escribir({"DRIVER", "Configuracion", "no se recarga, todo sigue como estaba", porque,
+                     Novedad::NoRecargada});
     p_.vista.mostrarMensaje("La configuración no se recarga y todo sigue como estaba.\r\n" + porque,
                             "Recargar configuración");
 }
@@ -84,11 +85,11 @@ void Recarga::aplicar(const ListasDeConfiguracion& listas, const Diferencia& d) 
     for (const auto& [bloque, configurado] : d.cambios)
         p_.modelo.cambiarNivel(bloque, listas.bloques[configurado].nivel);
     p_.modelo.terminarCambios();
-    p_.log.escribirLog("DRIVER", "Configuracion",
-                       "recargada: " + cuantos(hasta - desde) + " variables nuevas, " +
-                           cuantos(d.bloquesQueSobran.size()) + " retiradas, " +
-                           cuantos(d.cambios.size()) + " cambiadas, " + cuantos(d.iguales) +
-                           " iguales" + (otrosPuertos ? "; puertos cambiados" : ""));
+    const std::string que = "recargada: " + cuantos(hasta - desde) + " variables nuevas, " +
+                            cuantos(d.bloquesQueSobran.size()) + " retiradas, " +
+                            cuantos(d.cambios.size()) + " cambiadas, " + cuantos(d.iguales) +
+                            " iguales" + (otrosPuertos ? "; puertos cambiados" : "");
+    p_.log.escribir({"DRIVER", "Configuracion", que, {}, Novedad::Recargada});
     // All tables are true from here on, and events may run.
     for (Indice i = desde; i < hasta; ++i)
         empezar(i);

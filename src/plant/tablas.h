@@ -59,6 +59,7 @@ struct ConexionIP {
     Momento enlaceDesde;                 ///< since when it is up, or lost; none: never was up
     std::string motivo;                  ///< why it is not up, as far as the last attempt told
     std::uint32_t activos = 0;           ///< its blocks that are polled: on, and with a frame
+    bool dichoSinEnlace = false;         ///< since it was last up: that it does not come up
     bool llegoBasura = false;            ///< bytes that make no answer, since the last request
 
     std::vector<std::uint8_t> recepcion;

@@ -13,9 +13,9 @@ constexpr std::string_view kSinRespuesta = "BAD - Estacion sin respuesta";
 } // namespace
 
 EstacionesMudas::EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
-                                 RelojDeBloques& reloj, Sucesos& sucesos, ArchivoLog& log)
-    : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), reloj_(reloj), sucesos_(sucesos),
-      log_(log) {}
+                                 RelojDeBloques& reloj, Sucesos& sucesos)
+    : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), reloj_(reloj),
+      sucesos_(sucesos) {}
 
 void EstacionesMudas::alAgotar(Indice bloque, bool estabaOK) {
     Estacion& e = tablas_.estacionDe(tablas_.bloques[bloque]);
@@ -47,7 +47,6 @@ void EstacionesMudas::enmudecer(Estacion& e, Indice salvo) {
     turnarSondeo(e);
     sucesos_.decir(
         {.que = Que::EstacionMuda, .conexion = tablas_.bloques[salvo].idConexion, .bloque = salvo});
-    log_.escribirLog("DRIVER", "Estacion sin respuesta", nombreDeEstacion(tablas_, salvo));
 }
 
 void EstacionesMudas::turnarSondeo(Estacion& e) {
@@ -71,7 +70,6 @@ void EstacionesMudas::alContestar(Indice bloque) {
     sucesos_.decir({.que = Que::EstacionContesta,
                     .conexion = tablas_.bloques[bloque].idConexion,
                     .bloque = bloque});
-    log_.escribirLog("DRIVER", "Estacion contesta", nombreDeEstacion(tablas_, bloque));
 }
 
 void EstacionesMudas::alCambiarActivo(Indice bloque) {

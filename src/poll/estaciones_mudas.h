@@ -2,7 +2,6 @@
 #pragma once
 
 #include "link/turno.h"
-#include "log/archivo_log.h"
 #include "poll/reloj_de_bloques.h"
 #include "script/publicacion.h"
 
@@ -18,7 +17,7 @@ namespace kv {
 class EstacionesMudas {
   public:
     EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, RelojDeBloques& reloj,
-                    Sucesos& sucesos, ArchivoLog& log);
+                    Sucesos& sucesos);
     /// How many blocks in a row; 0 switches all of this off.
     void fijarLimite(double bloques) { limite_ = bloques; }
 
@@ -42,7 +41,6 @@ class EstacionesMudas {
     Publicacion& publicacion_;
     RelojDeBloques& reloj_;
     Sucesos& sucesos_;
-    ArchivoLog& log_;
     double limite_ = 2;
 };
 

@@ -59,23 +59,31 @@ void Guion::correr() {
     const vbscript::ScriptError& error = control_.Error();
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
-    if (!falla_) return;
+    if (!falla_) {
+        if (std::exchange(detenido_, false)) sucesos_.decir({.que = Que::GuionSigue});
+        return;
+    }
     lleno_ = error.budget && error.number == kSinMemoria;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
+    if (!std::exchange(detenido_, true))
+        sucesos_.decir(
+            {.que = Que::GuionDetenido, .detalle = static_cast<std::int16_t>(error.budget ? 1 : 0)},
+            textoDe(error));
 }
 
-void Guion::informar(const vbscript::ScriptError& error) {
-    const std::string que = std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) +
-                            ", " + textoDeNumero(error.column) + "): " + enCastellano(error) +
-                            " (" + textoDeNumero(error.number) + ")";
-    decir(que, error.source);
+std::string Guion::textoDe(const vbscript::ScriptError& error) const {
+    return std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) + ", " +
+           textoDeNumero(error.column) + "): " + enCastellano(error) + " (" +
+           textoDeNumero(error.number) + ")";
 }
+
+void Guion::informar(const vbscript::ScriptError& error) { decir(textoDe(error), error.source); }
 
 void Guion::decir(const std::string& que, const std::string& fuente) {
     if (dichos_.size() >= kErroresDichos || !dichos_.insert(que).second) return;
     sucesos_.decir({.que = Que::FallaDelGuion}, que);
-    log_.escribirLog("DRIVER", "Guion", que, fuente);
+    log_.escribir({"DRIVER", "Guion", que, fuente, Novedad::FallaDelGuion});
 }
 
 void Guion::cargar() {

@@ -54,6 +54,7 @@ class Guion {
     void correr();
     void cargar();
     void informar(const vbscript::ScriptError& error);
+    [[nodiscard]] std::string textoDe(const vbscript::ScriptError& error) const;
     void decir(const std::string& que, const std::string& fuente);
 
     Bucle& bucle_;
@@ -71,7 +72,8 @@ class Guion {
     std::optional<vbscript::ScriptError> falla_;
     std::set<std::string> dichos_; ///< errors of the present file that were told
     std::function<void()> alCorrer_;
-    bool lleno_ = false; ///< the last run was stopped for its memory
+    bool detenido_ = false; ///< the last run failed, and it was told
+    bool lleno_ = false;    ///< the last run was stopped for its memory
     bool corriendo_ = false;
     bool otraVez_ = false;
 };

@@ -24,6 +24,7 @@ void Publicacion::publicar(Indice ranura, double valor) {
 
 void Publicacion::notificar(const BloqueLectura& bloque) {
     if (cliente_ != nullptr) cliente_->notificarVariable(bloque.clave, bloque.valor, bloque.estado);
+    if (oyente_ != nullptr) oyente_->alCambiar(bloque.indice);
 }
 
 void Publicacion::mostrar(FilaDeLista fila, double valor, std::string_view estado,

@@ -19,6 +19,14 @@ class AvisoAlCliente {
     virtual void notificarVariable(std::string_view direccion, double valor, double estado) = 0;
 };
 
+/// Somebody else who wants to know that a variable's value or status is another one.
+class OyenteDeValores {
+  public:
+    virtual ~OyenteDeValores() = default;
+    /// Does not let events run.
+    virtual void alCambiar(Indice bloque) = 0;
+};
+
 /// Takes a variable's value and status to everybody who looks at it: the script's global variables,
 /// the row of the variables list and the supervisory client, in this order.
 class Publicacion {
@@ -26,6 +34,8 @@ class Publicacion {
     Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sello& sello);
     /// Null while no client is served.
     void avisarA(AvisoAlCliente* cliente) { cliente_ = cliente; }
+    /// Null: nobody else listens.
+    void avisarTambienA(OyenteDeValores* oyente) { oyente_ = oyente; }
 
     /// Makes the script variables of a new block and publishes them: value 0, status BAD.
     void darDeAlta(BloqueLectura& bloque);
@@ -63,6 +73,7 @@ class Publicacion {
     Vista& vista_;
     Sello& sello_;
     AvisoAlCliente* cliente_ = nullptr;
+    OyenteDeValores* oyente_ = nullptr;
 };
 
 } // namespace kv

@@ -10,7 +10,7 @@ constexpr std::int64_t kMinutoMs = 60'000;
 } // namespace
 
 void LogAcotado::escribir(std::string_view procedimiento, std::string_view mensaje,
-                          std::string_view descripcion) {
+                          std::string_view descripcion, Novedad novedad) {
     alPasarElTiempo();
     if (escritas_ == 0) minutoMs_ = reloj_.monotonicoMs();
     if (escritas_ == kPorMinuto) {
@@ -18,7 +18,7 @@ void LogAcotado::escribir(std::string_view procedimiento, std::string_view mensa
         return;
     }
     ++escritas_;
-    log_.escribirLog(kModulo, procedimiento, mensaje, descripcion);
+    log_.escribir({kModulo, procedimiento, mensaje, descripcion, novedad});
 }
 
 void LogAcotado::alPasarElTiempo() {

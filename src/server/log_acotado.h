@@ -15,7 +15,10 @@ class LogAcotado {
 
     LogAcotado(ArchivoLog& log, const Reloj& reloj) : log_(log), reloj_(reloj) {}
     void escribir(std::string_view procedimiento, std::string_view mensaje,
-                  std::string_view descripcion = {});
+                  std::string_view descripcion = {}, Novedad novedad = Novedad::Ninguna);
+    void escribir(std::string_view procedimiento, std::string_view mensaje, Novedad novedad) {
+        escribir(procedimiento, mensaje, {}, novedad);
+    }
     /// To be called now and then: says how many entries were passed over once their minute is over.
     void alPasarElTiempo();
 

@@ -66,15 +66,17 @@ void FrmServerTCP::Form_Load() {
 
 /// Whoever starts the driver is told as well.
 void FrmServerTCP::quejarse(const std::string& queja) {
-    log_.escribir("Ajustes", queja);
+    log_.escribir("Ajustes", queja, Novedad::AjusteNoValido);
     if (empezando_) vista_.mostrarMensaje(queja, "Ajustes");
 }
 
 double FrmServerTCP::ajuste(const AjusteNumerico& cual) {
     return ajustes_.leerTiempo(
         cual, [this](std::string_view clave, const std::string& texto, double usado) {
-            log_.escribir("Ajustes", std::string(clave) + "=" + texto +
-                                         ": valor no valido, se usa " + textoDeNumero(usado));
+            log_.escribir("Ajustes",
+                          std::string(clave) + "=" + texto + ": valor no valido, se usa " +
+                              textoDeNumero(usado),
+                          Novedad::AjusteNoValido);
         });
 }
 
@@ -107,7 +109,7 @@ void FrmServerTCP::anotarFallaDeEscucha() {
     if (falla == fallaDeEscucha_) return;
     fallaDeEscucha_ = falla;
     if (falla.empty()) return;
-    log_.escribir("escuchar", falla);
+    log_.escribir("escuchar", falla, Novedad::NoEscucha);
     if (empezando_) vista_.mostrarMensaje(falla, "Ajustes");
 }
 
@@ -138,14 +140,18 @@ void FrmServerTCP::vigilarPlazoDeLogin() {
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
     sala_.conTodas([&](Visita& v) {
         if (static_cast<double>(ahora - v.desdeMs) / 1000 < plazo) return;
-        log_.escribir("Login", v.remoto + ": no se identifico a tiempo, se cierra");
+        log_.escribir("Login", v.remoto + ": no se identifico a tiempo, se cierra",
+                      Novedad::PuertaCerrada);
         despedir(v.numero);
     });
 }
 
 /// Ends what is done for it, and closes.
 void FrmServerTCP::despedir(std::uint64_t numero) {
-    if (sala_.hayCliente()) sesion_.terminar();
+    if (sala_.hayCliente()) {
+        sesion_.terminar();
+        sucesos_.decir({.que = Que::ClienteSale}, sala_.primera()->remoto);
+    }
     sala_.despedir(numero);
 }
 
@@ -184,14 +190,16 @@ void FrmServerTCP::alPedirConexion(std::size_t /*indice*/, std::string_view remo
     if (sala_.hayCliente()) return;
     puerta_.releer();
     if (!puerta_.puedeEntrar(remoto.substr(0, remoto.rfind(':'))))
-        return log_.escribir("Conexion", std::string(remoto) + ": no esta entre los permitidos");
+        return log_.escribir("Conexion", std::string(remoto) + ": no esta entre los permitidos",
+                             Novedad::PuertaCerrada);
     std::string salio;
     Visita& visita =
         sala_.recibir(*wsEscucha_, *this, remoto, bucle_.reloj().monotonicoMs(), salio);
     visita.zocalo->agruparEnvios(true);
     visita.zocalo->limitarCola(limiteDeCola());
     if (!salio.empty())
-        log_.escribir("Conexion", salio + ": no se identifico y deja su lugar a otro");
+        log_.escribir("Conexion", salio + ": no se identifico y deja su lugar a otro",
+                      Novedad::PuertaCerrada);
 }
 
 void FrmServerTCP::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) {
@@ -206,13 +214,15 @@ void FrmServerTCP::alLlegarDatos(std::size_t indice, std::span<const std::uint8_
 void FrmServerTCP::entra(Visita& visita) {
     puerta_.releer(); // the door may have been closed since it came
     if (!puerta_.puedeEntrar(visita.ip())) {
-        log_.escribir("Login", visita.remoto + ": ya no esta entre los permitidos, se cierra");
+        log_.escribir("Login", visita.remoto + ": ya no esta entre los permitidos, se cierra",
+                      Novedad::PuertaCerrada);
         return despedir(visita.numero);
     }
     sala_.elegir(visita.numero);
     // Others are refused, and no other program can take the port while the client is served.
     wsEscucha_->reservar();
     sesion_.empezar(visita.remoto);
+    sucesos_.decir({.que = Que::ClienteEntra}, visita.remoto);
     if (sincronizado_ != 0 && sincronizado_ != visita.numero) pedirSincronismo();
     sincronizado_ = 0;
     enviar(kClaveAceptada);

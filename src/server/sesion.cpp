@@ -79,7 +79,8 @@ bool Sesion::esClave(std::string_view llegada, std::string_view remoto) {
     if (minusculas(descifrar(llegada)).find(minusculas(debido)) != std::string::npos) return true;
     if (puerta_.claveErrada(ip))
         log_.escribir("Login",
-                      std::string(remoto) + ": demasiadas claves erradas, no se miran por un rato");
+                      std::string(remoto) + ": demasiadas claves erradas, no se miran por un rato",
+                      Novedad::ClaveErrada);
     return false;
 }
 
@@ -128,7 +129,8 @@ void Sesion::escribirUna(std::string_view contenido) {
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen);
     const std::string_view motivo =
         puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo";
-    log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo);
+    log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo,
+                  Novedad::EscrituraNoAdmitida);
     ordenes_.rechazarEscritura(direccion, valor, origen, motivo);
 }
 

@@ -123,7 +123,13 @@ void Forzado::forzarVeces(Indice bloque, double veces, std::string_view nota) {
 void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
                                                       std::string_view quien) {
     const BloqueLectura& b = tablas_.bloques[bloque];
+    const bool cambia = b.activo != estado;
     reloj_.encender(bloque, estado, tablas_.ordenante(quien));
+    if (cambia)
+        sucesos_.decir({.que = Que::BloqueConmutado,
+                        .detalle = static_cast<std::int16_t>(estado ? 1 : 0),
+                        .conexion = b.idConexion,
+                        .bloque = bloque});
     mudas_.alCambiarActivo(bloque);
     if (!estado || !turnos_.conectada(b.idConexion)) return;
     if (!b.pendiente) return forzarBloque_porID(bloque);

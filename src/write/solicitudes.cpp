@@ -60,11 +60,12 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         ejecucion_.pedirReclamo();
         return n;
     } catch (const std::exception& falla) {
-        log_.escribirLog("DRIVER",
-                         "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
-                             " - Scan: 3",
-                         std::to_string(numeroDeError(falla)), falla.what());
-        return rechazar({corta, falla.what(), origen}, valor);
+        log_.escribir({"DRIVER",
+                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
+                           " - Scan: 3",
+                       std::to_string(numeroDeError(falla)), falla.what(),
+                       Novedad::EscrituraRechazada});
+        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
     }
 }
 

@@ -127,7 +127,7 @@ TEST(Conexion, LosAjustesSeLeenMientrasAnda) {
         p.archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt");
     const auto primera = log.find("Tiempo_Entre_poleo=mucho");
     EXPECT_NE(primera, std::string::npos) << log;
-    EXPECT_EQ(log.find("mucho", primera + 25), std::string::npos) << "said once";
+    EXPECT_EQ(log.find("=mucho", primera + 25), std::string::npos) << "said once";
 }
 
 TEST(Arranque, SinConfiguracionArrancaConCeroPuntos) {

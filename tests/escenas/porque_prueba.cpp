@@ -76,7 +76,7 @@ TEST_F(PorQueEstaMal, SinEnlaceDiceDesdeCuandoPorQueYCuandoSeIntenta) {
 TEST_F(PorQueEstaMal, UnEnlaceQueSePierdeDiceComo) {
     auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
-    EXPECT_TRUE(conexion().starts_with("La conexion 10.0.0.1:502 esta desde " + a(10)))
+    EXPECT_TRUE(conexion().starts_with("La conexion 10.0.0.1:502 esta conectada desde " + a(10)))
         << conexion();
     p.avanzar(7000);
     ASSERT_TRUE(p.ok(0));

@@ -129,7 +129,8 @@ TEST(LineaDeOrden, LosManualesNombranCadaOpcionYNingunaQueNoEste) {
             std::string manual = contenidoDe("packaging/man/" + std::string(idioma) + p + ".1");
             std::erase(manual, '\\');
             auto nombradas = opcionesDe(manual);
-            nombradas.erase("--durante"); // of an order, whose help is its own
+            for (const char* deUnaOrden : {"--durante", "--desde", "--seguir"})
+                nombradas.erase(deUnaOrden); // its help is its own
             EXPECT_EQ(nombradas, hay) << idioma << p;
         }
         EXPECT_TRUE(tiene(contenidoDe("packaging/completions/programas.bash"), p));
@@ -266,6 +267,26 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     const std::string otra = planta.ruta() + "/otra.csv";
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
+}
+
+TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {
+    const Resultado r = correr({"--explicar", "KV103"});
+    EXPECT_EQ(r.codigo, 0);
+    EXPECT_TRUE(tiene(r.salida, "KV103: El programa termina en orden\n  Causa: ")) << r.salida;
+    EXPECT_TRUE(tiene(r.salida, "KV103: The program ends in order\n  Cause: ")) << r.salida;
+    EXPECT_EQ(correr({"--explicar", "103"}).salida, r.salida);
+    EXPECT_EQ(correr({"--explicar", "7"}).codigo, 2);
+    const Instalacion planta(Configuracion().puerto().estacion(1, "127.0.0.1", 1).texto());
+    Proceso driver(planta.correr());
+    EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "");
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    std::string log;
+    for (const auto& f : std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER")) {
+        const std::string nombre = f.path().filename().string();
+        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
+    }
+    EXPECT_TRUE(tiene(log, ", DescError:KV101\r\n")) << log;
+    EXPECT_TRUE(log.ends_with(",driver,DRIVER>Fin>en orden, DescError:KV103\r\n")) << log;
 }
 
 TEST(LineaDeOrden, ComprobarPruebaLaDireccionYLlegaALasEstaciones) {

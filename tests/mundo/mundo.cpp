@@ -27,7 +27,7 @@ Mundo::Mundo(const Plan& plan, SalidaDeTraza* trazas)
     : plan_(plan), motor_(bucle_, archivos_, "/kv"),
       arranque_(motor_, procesos_), c_{bucle_, motor_, plan, {}, {}, 0, false}, turno_(c_),
       valores_(c_, motor_.servidor), actualidad_(c_, turno_), auditoria_(c_, archivos_),
-      escrituras_(c_, auditoria_), reparto_(c_), limites_(c_, archivos_),
+      escrituras_(c_, auditoria_), reparto_(c_), porque_(c_), limites_(c_, archivos_),
       cliente_(c_, valores_, "10.99.0.9:50000"), otro_(c_, valores_, "10.99.0.66:50001") {
     for (const PlanDeConexion& p : plan.conexiones) {
         lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
@@ -51,6 +51,7 @@ Mundo::Mundo(const Plan& plan, SalidaDeTraza* trazas)
     escrituras_.alContestar = [this](Indice b) { actualidad_.anotar(b); };
     escrituras_.alAcabar = [this](std::size_t n) { actualidad_.alTerminarEscritura(n); };
     motor_.sucesos.avisarA(&escrituras_);
+    motor_.sucesos.avisarA(&porque_);
     if (trazas != nullptr) {
         motor_.vista.observar(trazas);
         trazas_.emplace(motor_.sucesos, motor_.tablas, *trazas);
@@ -150,6 +151,7 @@ void Mundo::barrer() {
     actualidad_.barrer();
     escrituras_.barrer();
     if (++barridas_ % kBarridasPorLectura == 0) auditoria_.leer();
+    porque_.mirar();
     limites_.barrer();
     cliente_.comparar();
     cliente_.paso();

@@ -8,6 +8,7 @@
 #include "mundo/regla_auditoria.h"
 #include "mundo/regla_escrituras.h"
 #include "mundo/regla_limites.h"
+#include "mundo/regla_porque.h"
 #include "mundo/regla_reparto.h"
 #include "mundo/regla_turno.h"
 #include "mundo/regla_valores.h"
@@ -72,6 +73,7 @@ class Mundo final : private AlEnviar {
     ReglaDeAuditoria auditoria_;
     ReglaDeEscrituras escrituras_;
     ReglaDeReparto reparto_;
+    ReglaDePorQue porque_;
     ReglaDeLimites limites_;
     Cliente cliente_;
     Cliente otro_;

@@ -196,6 +196,11 @@ TEST(Hostil, IrYVenirMilVeces) {
     p.cliente.conectar();
     p.cliente.enviar(p.cliente.clave());
     EXPECT_NE(p.cliente.tomar().find("PassOK"), std::string::npos);
+    EXPECT_EQ(veces(p.log(), "KV501\r\n"), 1U) << "who only knocks has not come in";
+    EXPECT_EQ(veces(p.log(), "KV502\r\n"), 0U);
+    p.cliente.cerrar();
+    p.planta.avanzar(4000);
+    EXPECT_EQ(veces(p.log(), "DRIVER>Cliente sale>10.0.0.9:"), 1U) << p.log();
 }
 
 TEST(Puerto, MientrasSeAtiendeAUnClienteNadieLoToma) {

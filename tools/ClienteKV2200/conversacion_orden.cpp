@@ -90,6 +90,8 @@ void Conversacion::empezar() {
     case Accion::Sincronizar:
         esperar(std::max(orden_.esperaSegundos, kSincronismoSegundos));
         return enviar(kSincronizar);
+    default: // of the local door only
+        return fallar("esa orden necesita --local");
     }
 }
 

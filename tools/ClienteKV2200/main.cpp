@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ClienteKV2200/conversacion.h"
+#include "ClienteKV2200/local.h"
 #include "cli/salida_entera.h"
 
 #include <array>
@@ -24,6 +25,7 @@ int correr(int argc, char** argv) {
     Orden orden;
     try {
         if (const auto fin = leerOrden(argc, argv, orden, std::cout, std::cerr)) return *fin;
+        if (!orden.local.empty()) return hacerLocal(orden, std::cout, std::cerr);
         kv::BucleEpoll bucle;
         bool interrumpido = false;
         bucle.alRecibirSenal(std::array{SIGINT, SIGTERM}, [&](int) {

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <array>
 #include <ostream>
 
 namespace kv::cliente {
@@ -22,6 +23,7 @@ struct Textos {
     std::string espera = "5";
     std::string durante;
     std::string direccion; ///< to be written
+    std::string cual;      ///< to be told why
     std::string campo = ";";
     std::string sobre = "#";
 };
@@ -32,6 +34,10 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
                    "Nombre o dirección del driver (127.0.0.1:1334 si no se da); una IPv6 va entre "
                    "corchetes")
         ->type_name("NOMBRE:PUERTO");
+    app.add_option("--local", orden.local,
+                   "Carpeta de un driver de esta máquina: le pregunta por su zócalo, sin ocupar el "
+                   "lugar del cliente de supervisión")
+        ->type_name("CARPETA");
     app.add_flag("--json", orden.json, "Escribe un objeto JSON por línea");
     app.add_option("--espera", t.espera, "Segundos que espera cada respuesta (5 si no se da)")
         ->type_name("S");
@@ -54,6 +60,23 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
     auto* vigilar =
         app.add_subcommand("vigilar", "Muestra las variables y sus cambios")->group("Órdenes");
     vigilar->add_option("--durante", t.durante, "Termina después de S segundos")->type_name("S");
+    const auto soloLocal = [&app](const char* nombre, const char* que) {
+        return app.add_subcommand(nombre, que)->group("Órdenes con --local");
+    };
+    soloLocal("estado", "Resume cómo está la planta");
+    soloLocal("porque", "Dice por qué algo está como está")
+        ->add_option("DIR", t.cual,
+                     "Una variable (1.1.10), una estación (1.1) o una conexión (10.0.0.1:502)")
+        ->required();
+    auto* sucesos = soloLocal("sucesos", "Muestra lo que pasó");
+    sucesos->add_option("--desde", orden.desde, "Desde esa hora: hh:mm, AAAA-MM-DDThh:mm:ss")
+        ->type_name("HORA");
+    sucesos->add_flag("--seguir", orden.seguir, "Muestra lo que pasa desde ahora");
+    sucesos->add_option("--durante", t.durante, "Con --seguir, termina después de S segundos")
+        ->type_name("S");
+    soloLocal("bloques", "Muestra en qué está cada bloque");
+    soloLocal("conexiones", "Muestra cómo está cada conexión");
+    soloLocal("contadores", "Muestra las cuentas de cada conexión y estación");
     app.footer(
         "Termina con 0 si se hizo, 1 si no hubo respuesta o se rechazó (y dice qué), 2 si la "
         "orden está mal.");
@@ -106,14 +129,17 @@ bool servidorDeTexto(const std::string& texto, Servidor& servidor) {
 /// The texts made into an order. Empty when all is good, else what is wrong.
 std::string interpretar(const CLI::App& app, const Textos& t, Orden& orden) {
     const std::string accion = app.get_subcommands().front()->get_name();
-    orden.accion = accion == "leer"          ? Accion::Leer
-                   : accion == "escribir"    ? Accion::Escribir
-                   : accion == "forzar"      ? Accion::Forzar
-                   : accion == "sincronizar" ? Accion::Sincronizar
-                                             : Accion::Vigilar;
+    constexpr std::array<std::string_view, 11> kAcciones = {
+        "leer",   "escribir", "forzar",  "sincronizar", "vigilar",   "estado",
+        "porque", "sucesos",  "bloques", "conexiones",  "contadores"};
+    const auto* const cual = std::find(kAcciones.begin(), kAcciones.end(), accion);
+    orden.accion = static_cast<Accion>(cual - kAcciones.begin());
+    if (orden.accion >= Accion::Estado && orden.local.empty())
+        return accion + " necesita --local CARPETA";
     if (!servidorDeTexto(t.servidor, orden.servidor))
         return "--servidor debe ser NOMBRE:PUERTO, como 127.0.0.1:1334, planta:1334 o [::1]:1334";
     if (orden.accion == Accion::Escribir) orden.direcciones = {t.direccion};
+    if (orden.accion == Accion::PorQue) orden.direcciones = {t.cual};
     if (!segundos(t.espera, orden.esperaSegundos)) return "--espera debe ser un número mayor que 0";
     if (!t.durante.empty() && !segundos(t.durante, orden.duranteSegundos))
         return "--durante debe ser un número mayor que 0";

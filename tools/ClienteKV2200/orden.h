@@ -12,7 +12,20 @@
 
 namespace kv::cliente {
 
-enum class Accion : std::uint8_t { Leer, Escribir, Forzar, Sincronizar, Vigilar };
+/// From `Estado` on only the local door knows them.
+enum class Accion : std::uint8_t {
+    Leer,
+    Escribir,
+    Forzar,
+    Sincronizar,
+    Vigilar,
+    Estado,
+    PorQue,
+    Sucesos,
+    Bloques,
+    Conexiones,
+    Contadores
+};
 
 inline constexpr int kHecho = 0;
 inline constexpr int kNoHecho = 1;
@@ -22,6 +35,7 @@ inline constexpr int kOrdenMala = 2;
 struct Orden {
     Accion accion = Accion::Sincronizar;
     Servidor servidor;
+    std::string local; ///< a driver's folder: by its local door; empty: as a supervisory client
     bool json = false;
     double esperaSegundos = 5;
     std::vector<std::string> direcciones;
@@ -29,6 +43,8 @@ struct Orden {
     std::string nivel;
     std::string veces;
     double duranteSegundos = 0; ///< 0: until it is stopped
+    std::string desde;          ///< of the events: a time or a number
+    bool seguir = false;        ///< those to come
     Separadores separadores;    ///< of the driver's messages, on the wire's bytes
 };
 
