@@ -68,8 +68,10 @@ TEST_F(Vigilando, LaHistoriaTieneLoQuePasoYNoElTrafico) {
     plc.cortar();
     avanzar(60'000);
     p.motor.sucesos.decir({.que = Que::FallaDelGuion}, "guion(3, 1): División por cero");
+    p.motor.sucesos.decir({.que = Que::EscrituraTerminada, .conexion = 0, .bloque = 0});
     auto& ventana = sucesos();
     auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
+    EXPECT_EQ(renglonCon(tabla, "confirmada"), -1) << "those have a record of their own";
     const int caida = renglonCon(tabla, "Enlace caido");
     ASSERT_GE(caida, 0);
     EXPECT_EQ(celdaDe(tabla, caida, ModeloDeSucesos::kDonde), "10.0.0.1:502");
