@@ -65,10 +65,14 @@ class Vigilando : public Principal {
 
 TEST_F(Vigilando, LaHistoriaTieneLoQuePasoYNoElTrafico) {
     arrancar();
+    escribir("TxtDireccion", "1.1.10");
+    escribir("txtValorDeEscritura", "5");
+    clic(form, "btnEscribirValor");
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x10), 5);
     plc.cortar();
     avanzar(60'000);
     p.motor.sucesos.decir({.que = Que::FallaDelGuion}, "guion(3, 1): División por cero");
-    p.motor.sucesos.decir({.que = Que::EscrituraTerminada, .conexion = 0, .bloque = 0});
     auto& ventana = sucesos();
     auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
     EXPECT_EQ(renglonCon(tabla, "confirmada"), -1) << "those have a record of their own";
