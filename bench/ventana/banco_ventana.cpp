@@ -18,8 +18,8 @@
 #include <QSettings>
 #include <QSocketNotifier>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTableView>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>

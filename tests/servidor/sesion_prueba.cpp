@@ -64,9 +64,9 @@ TEST(Ordenes, LosBytesDelCampoVanYVuelven) {
     p.cliente.enviar("Read;1.1.10;FinRead;[Write]Ca\xF1o;1[/Write]");
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][DRI]~~1.1.10|0|13|~~[/DRI]");
     EXPECT_EQ(p.ordenes.tomar(), Textos{"escribir Caño 1"});
-    EXPECT_TRUE(
-        p.planta.motor.trazas.Text1.texto().ends_with("[SINK_FIN][DRI]~~1.1.10|0|13|~~[/DRI]") ||
-        p.planta.motor.trazas.Text1.texto().ends_with("[DRI]~~1.1.10|0|13|~~[/DRI]"));
+    EXPECT_TRUE(p.planta.motor.trazas.Text1.texto().ends_with(
+                    "[SINK_FIN][DRI]~~1.1.10|0|13|~~[/DRI]\r\n") ||
+                p.planta.motor.trazas.Text1.texto().ends_with("[DRI]~~1.1.10|0|13|~~[/DRI]\r\n"));
     std::uint64_t visto = p.planta.motor.sucesos.siguiente();
     p.servidor.BtnOcultar_Click();
     p.cliente.enviar("Read;1.1.10;FinRead;");

@@ -147,10 +147,12 @@ TEST_F(Pantallas, LasDeVigilancia) {
         avanzar(1'000);
         form.findChild<Vigilancia*>()->mirar();
     }
-    for (const auto& [entrada, ventana] :
-         {std::pair{"MnuResumen", "FrmResumen"}, {"MnuSucesos", "FrmSucesos"},
-          {"MnuTendencias", "FrmTendencias"}, {"MnuConexion", "FrmConexion"},
-          {"MnuPorQue", "FrmPorQue"}, {"MnuManual", "FrmManual"}}) {
+    for (const auto& [entrada, ventana] : {std::pair{"MnuResumen", "FrmResumen"},
+                                           {"MnuSucesos", "FrmSucesos"},
+                                           {"MnuTendencias", "FrmTendencias"},
+                                           {"MnuConexion", "FrmConexion"},
+                                           {"MnuPorQue", "FrmPorQue"},
+                                           {"MnuManual", "FrmManual"}}) {
         menu(entrada);
         juzgar(hallar<QWidget>(form, ventana), enQt(ventana).toLower().toStdString().c_str());
     }

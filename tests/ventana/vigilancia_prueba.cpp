@@ -65,11 +65,17 @@ class Vigilando : public Principal {
 
 TEST_F(Vigilando, LaHistoriaTieneLoQuePasoYNoElTrafico) {
     arrancar();
+    escribir("TxtDireccion", "1.1.10");
+    escribir("txtValorDeEscritura", "5");
+    clic(form, "btnEscribirValor");
+    avanzar(kMuchoMs);
+    EXPECT_EQ(plc.valor(1, 0x10), 5);
     plc.cortar();
     avanzar(60'000);
     p.motor.sucesos.decir({.que = Que::FallaDelGuion}, "guion(3, 1): División por cero");
     auto& ventana = sucesos();
     auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
+    EXPECT_EQ(renglonCon(tabla, "confirmada"), -1) << "those have a record of their own";
     const int caida = renglonCon(tabla, "Enlace caido");
     ASSERT_GE(caida, 0);
     EXPECT_EQ(celdaDe(tabla, caida, ModeloDeSucesos::kDonde), "10.0.0.1:502");

@@ -16,8 +16,11 @@ std::optional<Gravedad> gravedadDe(const Suceso& s) {
     if (s.callado) return std::nullopt;
     switch (s.que) {
     case Que::EnlaceAbajo:
+    case Que::EnlaceNoLevanta:
     case Que::EstacionMuda:
     case Que::FallaDelGuion:
+    case Que::GuionDetenido:
+    case Que::ClienteSale:
         return Gravedad::Alarma;
     case Que::LineaNoCalla:
     case Que::EnlaceCortado:
@@ -37,7 +40,10 @@ std::optional<Gravedad> gravedadDe(const Suceso& s) {
     case Que::EnlaceArriba:
     case Que::EstacionContesta:
     case Que::BloqueHabilitado:
+    case Que::BloqueConmutado:
     case Que::BloqueDadoDeAlta:
+    case Que::GuionSigue:
+    case Que::ClienteEntra:
         return Gravedad::Nota;
     default:
         return std::nullopt;
@@ -94,6 +100,12 @@ std::string_view fraseFija(const Suceso& s) {
         return "El bloque descansa: no hubo respuesta";
     case Que::BloqueHabilitado:
         return "El bloque se pregunta de nuevo";
+    case Que::EnlaceNoLevanta:
+        return "El enlace no levanta";
+    case Que::BloqueConmutado:
+        return s.detalle != 0 ? "Bloque prendido" : "Bloque apagado";
+    case Que::GuionSigue:
+        return "El guion corre de nuevo";
     case Que::ForzarSinTrama:
         return "No se puede forzar: el bloque no se puede polear";
     case Que::ForzarSinConexion:
@@ -162,6 +174,12 @@ std::string fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
     switch (s.que) {
     case Que::FallaDelGuion:
         return "Falla del guion: " + anotacion.texto;
+    case Que::GuionDetenido:
+        return "El guion se detiene: " + anotacion.texto;
+    case Que::ClienteEntra:
+        return "Entra el cliente " + anotacion.texto;
+    case Que::ClienteSale:
+        return "Sale el cliente " + anotacion.texto;
     case Que::EscrituraTerminada:
         return "Escritura de " + direccionEscrita(tablas, s) + " = " + textoDeNumero(s.numero) +
                ": " + std::string(palabras(static_cast<FinDeEscritura>(s.detalle)));

@@ -150,7 +150,7 @@ const FormaDeLista& formaDeSockets() {
                                                  Especie::Texto, Especie::Numero, Especie::Texto,
                                                  Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 2, 3},
-                                    .anchos = {2, 17, 46, 21, 2, 2, 2, 2}};
+                                    .anchos = {2, 17, 58, 21, 2, 2, 2, 2}};
     return forma;
 }
 
