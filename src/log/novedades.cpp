@@ -2,10 +2,10 @@
 #include "log/novedades.h"
 
 #include "log/fichas_de_novedades.h"
-#include "text/numeros.h"
 #include "text/texto.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kv {
 namespace {

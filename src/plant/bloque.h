@@ -41,6 +41,7 @@ struct BloqueLectura {
     bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
     bool retirado = false;       ///< no longer configured, see Tablas
     bool aPedido = false;        ///< not configured: made because somebody asked for the register
+    std::uint8_t ordenante = 0;  ///< who switched it last: see Tablas::ordenantes
     Solicitud tramaSolicitud{};
     Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;
@@ -63,7 +64,6 @@ struct BloqueLectura {
     Momento estadoDesde;       ///< since when it is OK or BAD
     Momento ordenDesde;        ///< when it was switched on or off; none: as it was configured
     Fallidos fallidos;
-    std::uint8_t ordenante = 0; ///< who did that: see Tablas::ordenantes
 
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;

@@ -41,12 +41,14 @@ OTROS = {
     "packaging/probar": ("boots a machine", ".ci/nightly", "packaging/probar"),
     "apt install": ("changes the machine", "packaging/probar-dentro", "instalar /prueba/nuevos/*.deb"),
     "systemctl enable": ("wants a service manager", "debian/tests/servicio", "systemctl start driverkv2200@norte"),
+    "systemctl reload": ("wants a service manager", "debian/tests/servicio", "systemctl reload"),
     "systemctl status": ("wants a service manager", "debian/tests/servicio", "systemctl status"),
 }
 # Blocks that show something other than commands, by how their lines begin.
 NO_SON = {
     "docs/architecture.md": r"[ |+]|configuration files|script  ",
     "docs/commissioning.md": r"16 bloques",
+    "docs/puerta-local.md": r"[{\"]",
     "docs/protocolo-cliente.md": r"\[Write\]|Read;",
     "examples/README.md": r"\[PROYECTO|RutaProyecto=",
 }
