@@ -2,29 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_GB" sourcelanguage="es_AR">
 <context>
-    <name>kv</name>
-    <message>
-        <source>Vuelve a mostrar todo</source>
-        <translation>Shows all again</translation>
-    </message>
-    <message>
-        <source>Copiar</source>
-        <translation>Copy</translation>
-    </message>
-    <message>
-        <source>Copia lo elegido, o todo</source>
-        <translation>Copies what is chosen, or all</translation>
-    </message>
-    <message>
-        <source>Guardar…</source>
-        <translation>Save…</translation>
-    </message>
-    <message>
-        <source>Guarda la traza en un archivo</source>
-        <translation>Saves the trace in a file</translation>
-    </message>
-</context>
-<context>
     <name>kv::BarraDeBusqueda</name>
     <message>
         <source>&amp;Mayúsculas</source>
@@ -198,6 +175,26 @@
     <message>
         <source>✖ sólo %1</source>
         <translation>✖ only %1</translation>
+    </message>
+    <message>
+        <source>Vuelve a mostrar todo</source>
+        <translation>Shows all again</translation>
+    </message>
+    <message>
+        <source>Copiar</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>Copia lo elegido, o todo</source>
+        <translation>Copies what is chosen, or all</translation>
+    </message>
+    <message>
+        <source>Guardar…</source>
+        <translation>Save…</translation>
+    </message>
+    <message>
+        <source>Guarda la traza en un archivo</source>
+        <translation>Saves the trace in a file</translation>
     </message>
 </context>
 <context>

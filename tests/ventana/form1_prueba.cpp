@@ -15,6 +15,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QToolButton>
 #include <QTranslator>
 #include <QTreeWidget>
 
@@ -316,6 +317,8 @@ TEST_F(Principal, EnInglesSiSePide) {
     Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
                    editor, mensajero, "9.9", [] {}});
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
+    EXPECT_EQ(hallar<QToolButton>(inglesa, "btnCopiar").text(), "Copy");
+    EXPECT_EQ(hallar<QAction>(inglesa, "MnuResumen").text(), "Overview of &stations");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewVariables").accessibleName(), "Variables");
     EXPECT_EQ(hallar<QTableView>(inglesa, "lstViewSockets").accessibleName(), "Connections");
     menu("MnuScript");

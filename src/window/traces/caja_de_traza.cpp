@@ -19,7 +19,7 @@ namespace kv {
 CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuente, QWidget* padre)
     : QWidget(padre), fuente_(std::move(fuente)), texto_(control<QPlainTextEdit>(nombre, this)),
       pausa_(boton("btnPausa", tr("Pausa"), tr("Deja quieto lo que se ve; la traza sigue"))),
-      solo_(boton("btnSolo", {}, tr("Vuelve a mostrar todo"))) {
+      solo_(boton("btnSolo", QString(), tr("Vuelve a mostrar todo"))) {
     texto_->setReadOnly(true);
     texto_->setUndoRedoEnabled(false);
     texto_->setLineWrapMode(QPlainTextEdit::NoWrap);
