@@ -23,7 +23,7 @@ constexpr int kMalaLinea = 2;
 void limitar() {
     const rlimit tiempo{kTiempo, kTiempo};
     const rlimit nada{0, 0};
-#ifndef KV_CON_SANITIZADORES // which want terabytes of addresses
+#ifndef KV_CON_SANITIZADORES                     // which want terabytes of addresses
     constexpr rlim_t kMemoria = rlim_t{1} << 30; // bytes
     const rlimit memoria{kMemoria, kMemoria};
     setrlimit(RLIMIT_AS, &memoria);
