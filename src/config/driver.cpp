@@ -145,6 +145,14 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
 
 void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
     const Puerto p = puerto(ordinal, s);
+    const auto falta = [&s](CampoDePuerto c) {
+        return s.propios[static_cast<std::size_t>(c)].linea == 0;
+    };
+    // A file that was cut off may end where nothing else tells.
+    if (s.esclavos.empty() && s.bloques.empty() && falta(CampoDePuerto::CantEsclavos) &&
+        falta(CampoDePuerto::CantBloques))
+        problema(s.linea, "faltan CantEsclavos y CantBloques en la sección",
+                 "el puerto queda sin estaciones ni bloques");
     const auto lineaDe = [&s](CampoDePuerto c) {
         const DatoIni& d = s.propios[static_cast<std::size_t>(c)];
         return d.linea != 0 ? d.linea : s.linea;

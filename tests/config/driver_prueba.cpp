@@ -128,7 +128,10 @@ TEST(Driver, CantidadesQueElArchivoNoTiene) {
     ASSERT_EQ(hueco.listas.puertos.size(), 3U); // the third keeps its place
     EXPECT_EQ(hueco.listas.puertos[1].numero, 1);
     EXPECT_EQ(hueco.listas.puertos[2].numero, 3);
-    EXPECT_EQ(hueco.problemas.lista().size(), 2U);
+    ASSERT_EQ(hueco.problemas.lista().size(), 3U);
+    EXPECT_EQ(textoDeProblema(hueco.problemas.lista()[1]),
+              "D.ini:3: faltan CantEsclavos y CantBloques en la sección; el puerto queda sin "
+              "estaciones ni bloques");
 }
 
 TEST(Driver, NumerosMalos) {

@@ -216,6 +216,8 @@ TEST_F(Recarga, UnArchivoMaloNoCambiaNada) {
         {bueno.substr(0, bueno.size() / 2), "CantEsclavos"},
         {"\xFF\xFE" + bueno, "UTF-16"},
         {"[CONFIG]\nCANT_PUERTOS=0\n", "bloque"},
+        {"[CONFIG]\nCANT_PUERTOS=2\n" + bueno.substr(bueno.find("[PUERTO1]")) + "[PUERTO2]\n",
+         "CantEsclavos"},
         {otra.bloque(1, "12", "abc").texto(), "abc"},
     };
     for (const auto& [texto, queja] : malos) {

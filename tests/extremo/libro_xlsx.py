@@ -10,6 +10,7 @@ import tempfile
 import zipfile
 
 BIN = pathlib.Path(sys.argv[1])
+SIN_LIMITE = "sin-limite" in sys.argv
 CABEZA = ('<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n', 'xmlns="http://schemas.openxmlformats.org/')
 HOJA = CABEZA[1] + 'spreadsheetml/2006/main"'
 TIPO = "application/vnd.openxmlformats-officedocument.spreadsheetml."
@@ -88,12 +89,15 @@ def main():
             '<row r="7"><c r="A7" t="s"><v>2</v></c></row>',
             "<si><t>tipo</t></si><si><t>puerto</t></si><si><t>bloqe</t></si>"))
         assert codigo == 1 and "malo.xlsx:7: columna tipo: " in errores, errores
-        # Cut off, no workbook at all, more than a gigabyte of blanks in a megabyte.
+        # Cut off, no workbook at all, more than a gigabyte of blanks in a megabyte: that one is read
+        # to its end, and found empty, where sanitizers do not let memory be limited.
         (d / "cortado.xlsx").write_bytes(bueno.read_bytes()[:900])
         (d / "otro.xlsx").write_bytes(b"PK\x03\x04" + bytes(range(256)) * 16)
         for archivo in (d / "cortado.xlsx", d / "otro.xlsx", libro(d / "enorme.xlsx", "", tamano=1100)):
             codigo, errores = importar(archivo)
-            assert codigo == 1 and f"{archivo.name}: no se importa nada\n" in errores, (archivo, codigo, errores)
+            entero = archivo.name == "enorme.xlsx" and SIN_LIMITE
+            queja = "falta la columna" if entero else f"{archivo.name}: no se importa nada\n"
+            assert codigo == 1 and queja in errores, (archivo, codigo, errores)
         assert (d / "DRIVER_KV2200_Config.ini").read_bytes() == antes
         # Without what reads workbooks: the program alone in a folder.
         solo = d / "DriverKV2200"
