@@ -17,14 +17,14 @@ namespace {
 
 constexpr std::string_view kNombre = "PlanillaKV2200";
 constexpr std::size_t kMaximoDeLibro = std::size_t{64} << 20;
-constexpr rlim_t kMemoria = rlim_t{1} << 30; ///< bytes
-constexpr rlim_t kTiempo = 60;               ///< seconds of work
+constexpr rlim_t kTiempo = 60; ///< seconds of work
 constexpr int kMalaLinea = 2;
 
 void limitar() {
     const rlimit tiempo{kTiempo, kTiempo};
     const rlimit nada{0, 0};
-#ifndef KV_CON_SANITIZADORES // which want terabytes of addresses
+#ifndef KV_CON_SANITIZADORES                     // which want terabytes of addresses
+    constexpr rlim_t kMemoria = rlim_t{1} << 30; // bytes
     const rlimit memoria{kMemoria, kMemoria};
     setrlimit(RLIMIT_AS, &memoria);
 #endif
