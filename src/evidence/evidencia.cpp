@@ -47,6 +47,7 @@ std::vector<fs::path> archivosDe(const fs::path& carpeta) {
     }
     std::sort(todos.begin(), todos.end(), std::greater<>());
     std::vector<fs::path> rutas;
+    rutas.reserve(todos.size());
     for (auto& [cuando, ruta] : todos)
         rutas.push_back(std::move(ruta));
     return rutas;
@@ -137,9 +138,9 @@ void Evidencia::planta() {
     const std::string descripciones = rutaDeDescripciones(u.rutaConfiguracion);
     ponerSiHay(descripciones, std::string(kArchivoDeDescripciones));
     const std::string guion = rutaDelGuion(u.rutaConfiguracion);
-    const bool hay = !guion.empty() && archivos_.existe(guion);
-    datos_.guion = hay ? archivos_.comoEsta(guion) : "no hay";
-    if (hay) ponerSiHay(guion, std::string(nombreDeRuta(guion)));
+    if (guion.empty() || !archivos_.existe(guion)) return;
+    datos_.guion = archivos_.comoEsta(guion);
+    ponerSiHay(guion, std::string(nombreDeRuta(guion)));
 }
 
 /// The last start and the last warnings of a day's log; those of later days are known already.

@@ -69,7 +69,7 @@ std::string resumenDe(const DatosDelResumen& d, const Vivo& v) {
     r.uno("Configuración", d.configuracion);
     decirLoVivo(r, v);
     const std::string corrida = campo(v.estado, "guion");
-    r.uno("Guion", corrida.empty() ? d.guion : corrida + ", " + d.guion);
+    r.uno("Guion", d.guion.empty() ? "no hay" : (corrida.empty() ? "" : corrida + ", ") + d.guion);
     if (!d.grabaciones.empty()) r.varios("Grabación", d.grabaciones, d.grabaciones.size(), 1);
     r.uno("Último arranque", d.arranque);
     r.varios("Falta", d.faltan, d.faltan.size(), 1);
