@@ -243,6 +243,22 @@
         <translation>&amp;Hide window</translation>
     </message>
     <message>
+        <source>Guardar &amp;evidencia…</source>
+        <translation>Save &amp;evidence…</translation>
+    </message>
+    <message>
+        <source>Guardar evidencia</source>
+        <translation>Save evidence</translation>
+    </message>
+    <message>
+        <source>La evidencia está en %1.</source>
+        <translation>The evidence is in %1.</translation>
+    </message>
+    <message>
+        <source>No se pudo hacer %1.</source>
+        <translation>%1 could not be made.</translation>
+    </message>
+    <message>
         <source>&amp;Recargar configuración</source>
         <translation>&amp;Reload configuration</translation>
     </message>

@@ -9,7 +9,7 @@ _driverkv2200() {
         compopt -o filenames
         return
         ;;
-    --config | --grabar | --reproducir | --exportar | --importar)
+    --config | --grabar | --reproducir | --exportar | --importar | --evidencia | --con-grabacion)
         mapfile -t COMPREPLY < <(compgen -f -- "$palabra")
         compopt -o filenames
         return

@@ -165,6 +165,30 @@ void Formas::cuentas(Indice conexion, ObjetoJson& o) const {
     o.crudo("estaciones", lista + "]");
 }
 
+/// What was on the wire; where it is long, behind how many that were held from before.
+void Formas::bytesDe(const Suceso& s, ObjetoJson& o) const {
+    const std::string_view largo = s.que == Que::LlegaronBytes || s.que == Que::Descarte
+                                       ? redaccion_.sucesos().textoDe(s)
+                                       : std::string_view();
+    if (largo.empty() && (s.cuantos == 0 || s.texto != 0))
+        return; // none, or given up for later ones
+    std::string hexadecimales;
+    const auto agregar = [&hexadecimales](std::uint8_t b) {
+        constexpr std::string_view kDigitos = "0123456789ABCDEF";
+        hexadecimales += kDigitos[b / 16U];
+        hexadecimales += kDigitos[b % 16U];
+    };
+    if (largo.empty()) {
+        for (const std::uint8_t b : s.losBytes())
+            agregar(b);
+    } else {
+        for (const char c : largo)
+            agregar(static_cast<std::uint8_t>(c));
+        o.numero("tenidos", s.cuantos);
+    }
+    o.texto("bytes", hexadecimales);
+}
+
 void Formas::suceso(std::uint64_t numero, ObjetoJson& o) const {
     const Suceso& s = redaccion_.sucesos()[numero];
     o.numero("numero", static_cast<double>(numero))
@@ -172,6 +196,7 @@ void Formas::suceso(std::uint64_t numero, ObjetoJson& o) const {
         .texto("suceso", nombreDe(s.que));
     if (s.conexion != kNinguno) o.texto("conexion", direccionDe(s.conexion));
     if (s.bloque != kNinguno) o.texto("bloque", tablas_.bloques[s.bloque].clave);
+    bytesDe(s, o);
     std::string texto;
     const Caja caja = cajasDe(s).primera;
     if (caja != Caja::Ninguna) redaccion_.redactar(s, caja, texto);

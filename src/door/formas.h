@@ -39,6 +39,7 @@ class Formas {
     /// A moment of the clock that never goes back, as a JSON text; null below 0.
     [[nodiscard]] std::string instante(std::int64_t ms) const;
     [[nodiscard]] std::string estaciones(Indice conexion) const;
+    void bytesDe(const Suceso& s, ObjetoJson& o) const;
     static void unas(const Cuentas& c, ObjetoJson& o);
 
     const Tablas& tablas_;

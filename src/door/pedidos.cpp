@@ -38,6 +38,12 @@ void cerrarRenglon(ObjetoJson& o, std::string& salida) {
     salida += '\n';
 }
 
+/// How the script's last run ended: its label says so by its colour.
+std::string_view comoSalio(Color color) {
+    if (color == Color::Ninguno) return "sin correr";
+    return color == Color::Verde ? "OK" : "con error";
+}
+
 } // namespace
 
 void PuertaLocal::fallar(Lector& l, const std::string& id, std::string_view porque) {
@@ -139,6 +145,7 @@ void PuertaLocal::estado(Lector& l, const Json& /*p*/, const std::string& id) {
         }
         ObjetoJson o = respuesta(salida, id);
         o.texto("hora", enIso(p_.bucle.reloj().ahora()))
+            .texto("desde", enIso(desde_))
             .texto("proyecto", p_.vista.lblProyecto.texto())
             .numero("ok", s.ok)
             .numero("bad", s.bad)
@@ -148,7 +155,7 @@ void PuertaLocal::estado(Lector& l, const Json& /*p*/, const std::string& id) {
             .numero("conectadas", conectadas)
             .numero("estacionesCalladas", calladas)
             .texto("cliente", p_.vista.servidor.lblEstado.texto())
-            .texto("guion", p_.vista.lblEstadoScript.texto())
+            .texto("guion", comoSalio(p_.vista.lblEstadoScript.color()))
             .numero("escriturasEnEspera", static_cast<double>(p_.ejecucion.enEspera()))
             .numero("primerSuceso", static_cast<double>(p_.sucesos.primero()))
             .numero("proximoSuceso", static_cast<double>(p_.sucesos.siguiente()))

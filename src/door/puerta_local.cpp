@@ -39,6 +39,7 @@ void PuertaLocal::abrir() {
         return p_.ajustes.leerIni(p_.ajustes.archivoDeAjustes(), a.seccion, a.clave, a.porDefecto);
     };
     if (leer(kPuertaLocal) == "0") return;
+    desde_ = p_.bucle.reloj().ahora();
     const std::string grupo = leer(kPuertaLocalGrupo);
     const auto numero = grupo.empty() ? std::nullopt : numeroDeGrupo(p_.archivos, grupo);
     if (!grupo.empty() && !numero)

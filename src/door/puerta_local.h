@@ -155,6 +155,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     std::unique_ptr<Temporizador> timer_;
     std::list<Lector> lectores_;
     std::size_t ultimo_ = 0;
+    FechaHora desde_;    ///< when it was opened: the start of the driver
     bool enTic_ = false; ///< events that run meanwhile only leave something to do
     bool oyeSucesos_ = false;
     bool escribiendo_ = false; ///< ends of writes are kept: one of them may be of the present one

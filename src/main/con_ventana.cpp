@@ -9,6 +9,18 @@
 #include <stdexcept>
 
 namespace kv {
+namespace {
+
+/// This program once more, by the file that it runs from: it may have been replaced meanwhile.
+std::vector<std::string> ordenDeEvidencia(const Opciones& opciones) {
+    std::vector<std::string> orden{"/proc/self/exe", "--carpeta", opciones.carpeta};
+    if (!opciones.grabar.archivo.empty())
+        orden.insert(orden.end(), {"--con-grabacion", opciones.grabar.archivo});
+    orden.emplace_back("--evidencia");
+    return orden;
+}
+
+} // namespace
 
 int correrConVentana(const Opciones& opciones) {
     if (!hayPantalla())
@@ -31,7 +43,8 @@ int correrConVentana(const Opciones& opciones) {
     if (unico) {
         EditorDeGuion editor(programa.archivos, motor.guion, motor.scriptControl, motor.tablas);
         Ventanas ventanas({motor.vista, motor.sucesos, motor.tablas, motor.trazas, motor.operador,
-                           editor, mensajero, std::string(version()), Aplicacion::terminar});
+                           editor, mensajero, std::string(version()), Aplicacion::terminar,
+                           ordenDeEvidencia(opciones)});
         bool corriendo = true;
         programa.bucle.alFinalDeVuelta([&] {
             if (corriendo) ventanas.mirarVisibilidad();

@@ -3,6 +3,7 @@
 #include "cli/salida_entera.h"
 #include "config/comprobacion.h"
 #include "config/informe_json.h"
+#include "evidence/evidencia.h"
 #include "main/grabacion.h"
 #include "main/planilla.h"
 #include "main/programa.h"
@@ -141,6 +142,18 @@ void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
         ->excludes(exportar);
 }
 
+void ponerEvidencia(CLI::App& app, Opciones& opciones) {
+    auto* evidencia =
+        app.add_option("--evidencia", opciones.evidencia,
+                       "Junta en un archivo lo que hace falta para saber que paso en la planta "
+                       "(tambien de un driver que corre), y termina")
+            ->type_name("SALIDA.tar");
+    app.add_option("--con-grabacion", opciones.conGrabacion,
+                   "Con --evidencia: que grabacion va; si no se dice, la ultima de la carpeta")
+        ->type_name("ARCHIVO")
+        ->needs(evidencia);
+}
+
 /// The exit code if the program is to end at once.
 std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     CLI::App app{"Driver de comunicaciones entre el supervisor y las estaciones KV2200",
@@ -166,6 +179,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
                    "Dice causa, que mirar y que hacer de una entrada del registro, por su numero, "
                    "y termina")
         ->type_name("N");
+    ponerEvidencia(app, opciones);
     ponerGrabacion(app, opciones.grabar, sinVentana);
     app.add_option("--reproducir", opciones.reproducir,
                    "Repite lo grabado, sin red ni archivos, y muestra las trazas")
@@ -196,6 +210,9 @@ int main(int argc, char** argv) {
             return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);
         if (!opciones.importar.empty())
             return kv::importarPlanilla(opciones.carpeta, opciones.importar, std::cerr);
+        if (!opciones.evidencia.empty())
+            return kv::hacerEvidencia(opciones.carpeta, opciones.evidencia, opciones.conGrabacion,
+                                      std::cerr);
         if (opciones.comprobar)
             return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);

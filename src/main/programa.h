@@ -29,9 +29,11 @@ struct Opciones {
     bool comprobar = false;
     bool alcanzar = false; ///< with `comprobar`, as the next
     bool json = false;
-    std::string exportar; ///< table to write, empty: none
-    std::string importar; ///< table to read, empty: none
-    std::string explicar; ///< number of an entry, empty: none
+    std::string exportar;     ///< table to write, empty: none
+    std::string importar;     ///< table to read, empty: none
+    std::string explicar;     ///< number of an entry, empty: none
+    std::string evidencia;    ///< archive to make of the plant, empty: none
+    std::string conGrabacion; ///< with `evidencia`: a recording that goes into it
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
 };

@@ -72,6 +72,8 @@ class Form1 final : public QMainWindow {
     void vestirLabel10(const AspectoDeEtiqueta& aspecto);
     void MnuScript();
     void MnuAbout();
+    void MnuEvidencia();
+    void hacerEvidencia(const QString& ruta);
     void MnuShutdown();
     void preguntarSalida();
     void irA(quint32 bloque, quint32 conexion);

@@ -4,6 +4,7 @@
 #include "window/Form1.h"
 #include "window/anexos_de_listas.h"
 #include "window/controls/control.h"
+#include "window/controls/elegir_archivo.h"
 #include "window/help/ventana_de_manual.h"
 #include "window/lists/tabla_de_lista.h"
 #include "window/mensajero.h"
@@ -11,7 +12,10 @@
 
 #include <QApplication>
 #include <QMenuBar>
+#include <QProcess>
 #include <QTabWidget>
+
+#include <unistd.h>
 
 namespace kv {
 
@@ -39,6 +43,7 @@ void Form1::armarMenu() {
     entrada(driver, "MnuScript", tr("&Guion…"), Qt::CTRL | Qt::Key_G, [this] { MnuScript(); });
     entrada(driver, "MnuRecargar", tr("&Recargar configuración"), QKeySequence::Refresh,
             [this] { operador_.recargar(); });
+    entrada(driver, "MnuEvidencia", tr("Guardar &evidencia…"), {}, [this] { MnuEvidencia(); });
     entrada(driver, "MnuAbout", tr("&Acerca de…"), {}, [this] { MnuAbout(); });
     driver->addSeparator();
     entrada(driver, "MnuOcultar", tr("&Ocultar ventana"), Qt::CTRL | Qt::Key_H,
@@ -49,6 +54,42 @@ void Form1::armarMenu() {
     armarMenuDeDatos();
     armarMenuDeVigilancia();
     armarMenuDeAyuda();
+}
+
+void Form1::MnuEvidencia() {
+    const FechaHora f = operador_.ahora();
+    const QString cuando =
+        QString("%1%2").arg(f.hora, 2, 10, QChar('0')).arg(f.minuto, 2, 10, QChar('0'));
+    elegirArchivo(this, tr("Guardar evidencia"),
+                  "evidencia " + enQt(formatoDeDia(f)) + " " + cuando + ".tar",
+                  [this](const QString& ruta) { hacerEvidencia(ruta); });
+}
+
+/// By a program of its own, behind everything else that the machine has to do: what it reads and
+/// asks for takes seconds, and the engine waits for nobody.
+void Form1::hacerEvidencia(const QString& ruta) {
+    constexpr int kCortesia = 10;
+    QStringList orden;
+    for (const std::string& parte : partes_.ordenDeEvidencia)
+        orden << enQt(parte);
+    if (orden.isEmpty()) return;
+    const QString programa = orden.takeFirst();
+    auto* proceso = hacer<QProcess>(this);
+    proceso->setChildProcessModifier([] { static_cast<void>(nice(kCortesia)); });
+    const auto decir = [this, proceso, ruta](bool hecha) {
+        const QString detalles = QString::fromUtf8(proceso->readAllStandardError()).trimmed();
+        const QString que = hecha ? tr("La evidencia está en %1.") : tr("No se pudo hacer %1.");
+        const QString texto = que.arg(ruta) + (detalles.isEmpty() ? "" : "\r\n" + detalles);
+        mensajero_.avisar({deQt(texto), deQt(tr("Guardar evidencia")), !hecha});
+        proceso->deleteLater();
+    };
+    connect(proceso, &QProcess::finished, this, [decir](int codigo, QProcess::ExitStatus como) {
+        decir(codigo == 0 && como == QProcess::NormalExit);
+    });
+    connect(proceso, &QProcess::errorOccurred, this, [decir](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) decir(false); // else it will have finished, too
+    });
+    proceso->start(programa, orden << ruta);
 }
 
 void Form1::armarMenuIr() {

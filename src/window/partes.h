@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace kv {
 
@@ -25,6 +26,9 @@ struct PartesDeVentana {
     Mensajero& mensajero;
     std::string version;
     std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
+    /// A program and its arguments, which gets a file's name behind them and makes a bundle of
+    /// evidence there: beside the engine, which must not wait for it. Empty: there is none.
+    std::vector<std::string> ordenDeEvidencia = {};
 };
 
 } // namespace kv

@@ -49,6 +49,8 @@ TEST_F(PuertaDeLaMaquina, ContestaLoQueSeLePregunta) {
     EXPECT_EQ(dice(r[0], "id"), "a1");
     EXPECT_EQ(dice(r[0], "ok") + dice(r[0], "bad") + dice(r[0], "apagadas"), "201");
     EXPECT_EQ(dice(r[0], "conectadas"), "1");
+    EXPECT_EQ(dice(r[0], "guion"), "OK");
+    EXPECT_LT(dice(r[0], "desde"), dice(r[0], "hora"));
     EXPECT_EQ(dice(r[1], "fin"), "si");
 
     r = v.pedir(R"({"pedido":"variables","id":7})");
@@ -87,6 +89,7 @@ TEST_F(PuertaDeLaMaquina, LosSucesosSePidenDesdeUnaHoraOUnNumero) {
                                     [](const Json& j) { return dice(j, "suceso") == "Envio"; });
     ASSERT_NE(envio, r.end());
     EXPECT_NE(dice(*envio, "texto").find("1.1.10"), std::string::npos) << dice(*envio, "texto");
+    EXPECT_EQ(dice(*envio, "bytes"), "52010010000063");
     const std::string hora = dice(r[9], "hora");
     const std::string segundo = hora.substr(0, 19);
     r = v.pedir(R"({"pedido":"sucesos","desde":")" + segundo + "\"}");

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The commands of the main window: clicked, typed into, double-clicked.
 
+#include "apoyo/carpeta.h"
 #include "ventana/principal.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmEscritura.h"
 #include "window/lists/estado_de_fila.h"
 
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QInputDialog>
+#include <QPointer>
 
 namespace kv {
 
@@ -54,6 +57,25 @@ TEST_F(Principal, FuerzaLecturasYNiveles) {
     EXPECT_EQ(celda(bloques(), 1, 4), "FORZADO POR NIVEL OK");
     EXPECT_TRUE(logTiene("Form1>Forzar lectura>1.1.10,"));
     EXPECT_TRUE(logTiene("Form1>Forzar nivel>2, veces: 3,"));
+}
+
+TEST_F(Principal, LaEvidenciaSeGuardaAparteYDiceQuePaso) {
+    arrancar();
+    const Carpeta carpeta;
+    for (const bool sePuede : {true, false}) {
+        const std::string ruta = carpeta.ruta() + (sePuede ? "/e.tar" : "/no/existe.tar");
+        menu("MnuEvidencia");
+        const QPointer<QFileDialog> dialogo(&hallar<QFileDialog>(form, "dlgGuardar"));
+        emit dialogo->fileSelected(enQt(ruta));
+        dialogo->close();
+        ASSERT_TRUE(llega([&] { return mensajeSobre(form) != nullptr && dialogo == nullptr; }));
+        EXPECT_EQ(mensajeSobre(form)->icon() == QMessageBox::Critical, !sePuede);
+        const QString texto = mensaje();
+        EXPECT_TRUE(texto.contains(enQt(ruta))) << qPrintable(texto);
+        EXPECT_TRUE(texto.contains("algo falta")) << qPrintable(texto);
+    }
+    EXPECT_EQ(carpeta.nombres(), std::set<std::string>{"e.tar"});
+    EXPECT_EQ(carpeta.leer("e.tar"), "toda\n");
 }
 
 TEST_F(Principal, EscribeValoresDePrueba) {

@@ -123,8 +123,12 @@ class Principal : public testing::Test {
     Mensajero mensajero{salida};
     EditorDeGuion editor{p.archivos, p.motor.guion, p.motor.scriptControl, p.motor.tablas};
     int apagados = 0;
+    /// Stands for the program that makes the bundle: it fails where it cannot write.
+    const std::vector<std::string> ordenDeEvidencia{"/bin/sh", "-c",
+                                                    "echo algo falta >&2; echo toda > \"$0\""};
     Ventanas ventanas{{p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas,
-                       p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; }}};
+                       p.motor.operador, editor, mensajero, "9.9", [this] { ++apagados; },
+                       ordenDeEvidencia}};
     Form1& form{ventanas.principal()};
 };
 

@@ -3,95 +3,17 @@
 
 #include "ClienteKV2200/salida.h"
 #include "config/tabla_de_ajustes.h"
-#include "platform/epoll/archivo_de_zocalo.h"
+#include "platform/epoll/cable_local.h"
 #include "text/json.h"
 #include "text/json_leido.h"
 #include "text/numeros.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <chrono>
 #include <ostream>
-#include <poll.h>
-#include <sys/socket.h>
-#include <system_error>
-#include <unistd.h>
 
 namespace kv::cliente {
 namespace {
-
-constexpr std::size_t kRenglonMaximo = std::size_t{1} << 24;
-
-/// What cannot be gone on with, in words.
-struct Falla {
-    std::string que;
-};
-
-/// The link to the driver, line by line.
-class Cable {
-  public:
-    explicit Cable(const std::string& carpeta)
-        : d_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        const std::string ruta = carpeta + "/" + std::string(kArchivoDePuertaLocal);
-        ArchivoDeZocalo archivo(ruta);
-        if (d_ >= 0 && archivo.conectar(d_)) return;
-        const int error = errno;
-        if (d_ >= 0) close(d_);
-        const bool nadie = error == ENOENT || error == ECONNREFUSED;
-        throw Falla{nadie ? "en " + carpeta + " no corre un driver que atienda (" + ruta + ")"
-                    : error == EACCES ? "sin permiso para usar " + ruta
-                                      : ruta + ": " + std::generic_category().message(error)};
-    }
-    ~Cable() { close(d_); }
-    Cable(const Cable&) = delete;
-    Cable& operator=(const Cable&) = delete;
-
-    void enviar(std::string renglon) const {
-        renglon += '\n';
-        for (std::size_t n = 0; n < renglon.size();) {
-            const ssize_t k = send(d_, renglon.data() + n, renglon.size() - n, MSG_NOSIGNAL);
-            if (k < 0 && errno != EINTR) throw Falla{"el driver cerró la conexión"};
-            n += k > 0 ? static_cast<std::size_t>(k) : 0;
-        }
-    }
-    /// The next line; false when none came in time, which below 0 never ends.
-    [[nodiscard]] bool renglon(std::string& destino, double segundos) {
-        using Reloj = std::chrono::steady_clock;
-        const auto fin = Reloj::now() + std::chrono::duration<double>(std::max(segundos, 0.0));
-        for (;;) {
-            const std::size_t n = recibido_.find('\n', visto_);
-            if (n != std::string::npos) {
-                destino = recibido_.substr(desde_, n - desde_);
-                visto_ = desde_ = n + 1;
-                return true;
-            }
-            visto_ = recibido_.size();
-            if (visto_ - desde_ > kRenglonMaximo) throw Falla{"el driver dice algo sin fin"};
-            const double quedan = std::chrono::duration<double>(fin - Reloj::now()).count();
-            pollfd p{d_, POLLIN, 0};
-            const int listo =
-                poll(&p, 1, segundos < 0 ? -1 : std::max(0, static_cast<int>(quedan * 1000)));
-            if (listo == 0) return false;
-            if (listo > 0) recibir();
-        }
-    }
-
-  private:
-    void recibir() {
-        recibido_.erase(0, desde_);
-        visto_ -= desde_;
-        desde_ = 0;
-        std::array<char, 65536> trozo{};
-        const ssize_t n = recv(d_, trozo.data(), trozo.size(), 0);
-        if (n == 0 || (n < 0 && errno != EINTR)) throw Falla{"el driver cerró la conexión"};
-        recibido_.append(trozo.data(), n > 0 ? static_cast<std::size_t>(n) : 0);
-    }
-    int d_;
-    std::string recibido_;
-    std::size_t desde_ = 0; ///< where the line begins that comes next
-    std::size_t visto_ = 0; ///< up to where there is no end of it
-};
 
 std::string campo(const Json& j, std::string_view nombre) {
     const Json* m = j.miembro(nombre);
@@ -204,7 +126,7 @@ bool sigueSinFin(const Orden& o) { return o.accion == Accion::Vigilar || o.segui
 
 int conversar(const Orden& o, std::ostream& salida) {
     using Reloj = std::chrono::steady_clock;
-    Cable cable(o.local);
+    CableLocal cable(o.local + "/" + std::string(kArchivoDePuertaLocal));
     cable.enviar(pedidoDe(o));
     const auto fin = Reloj::now() + std::chrono::duration<double>(o.duranteSegundos);
     std::string renglon;
@@ -216,12 +138,13 @@ int conversar(const Orden& o, std::ostream& salida) {
                 : -1;
         if (!cable.renglon(renglon, sinFin ? quedan : o.esperaSegundos)) {
             if (sinFin) return kHecho;
-            throw Falla{primero ? "el driver no contesta" : "la respuesta no termina de llegar"};
+            throw FallaDeCable{primero ? "el driver no contesta"
+                                       : "la respuesta no termina de llegar"};
         }
         std::string mala;
         const auto j = leerJson(renglon, mala);
-        if (!j) throw Falla{"el driver dice algo que no es JSON: " + mala};
-        if (const auto error = campo(*j, "error"); !error.empty()) throw Falla{error};
+        if (!j) throw FallaDeCable{"el driver dice algo que no es JSON: " + mala};
+        if (const auto error = campo(*j, "error"); !error.empty()) throw FallaDeCable{error};
         const bool ultima = esLaUltima(o, *j);
         const bool acuse = j->miembro("aceptada") != nullptr || (sinFin && primero) ||
                            j->miembro("cuantos") != nullptr;
@@ -237,7 +160,7 @@ int conversar(const Orden& o, std::ostream& salida) {
 int hacerLocal(const Orden& orden, std::ostream& salida, std::ostream& errores) {
     try {
         return conversar(orden, salida);
-    } catch (const Falla& f) {
+    } catch (const FallaDeCable& f) {
         errores << lineaDeError(f.que, orden.json) << '\n';
         return kNoHecho;
     }
