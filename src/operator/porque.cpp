@@ -243,8 +243,10 @@ std::string PorQue::porQueEstacion(Indice conexion, Indice estacion) const {
         });
         return nombre + (alguno ? "todavia no se le pregunto." : "no tiene bloques que se poleen.");
     }
+    std::string tardo = textoDeNumero(static_cast<double>(cuentas.ultimoUs / 100) / 10);
+    std::replace(tardo.begin(), tardo.end(), '.', ',');
     return nombre + "contesta; ultima respuesta hace " + hace(cuentas.ultimaRespuestaMs) + ", en " +
-           textoDeNumero(static_cast<double>(cuentas.ultimoUs / 100) / 10) + " ms.";
+           tardo + " ms.";
 }
 
 std::string PorQue::porQueConexion(Indice conexion) const {
