@@ -243,7 +243,8 @@ std::string PorQue::porQueEstacion(Indice conexion, Indice estacion) const {
         });
         return nombre + (alguno ? "todavia no se le pregunto." : "no tiene bloques que se poleen.");
     }
-    std::string tardo = textoDeNumero(static_cast<double>(cuentas.ultimoUs / 100) / 10);
+    const std::int64_t decimas = cuentas.ultimoUs / 100;
+    std::string tardo = textoDeNumero(static_cast<double>(decimas) / 10);
     std::replace(tardo.begin(), tardo.end(), '.', ',');
     return nombre + "contesta; ultima respuesta hace " + hace(cuentas.ultimaRespuestaMs) + ", en " +
            tardo + " ms.";
