@@ -20,7 +20,10 @@ constexpr std::uint32_t kSueltas = 10;
 
 std::string direccionDe(const ConexionIP& c) { return c.ip + ":" + c.puertoTCP; }
 
-std::string cuanto(std::int64_t ms) { return textoDeNumero(static_cast<double>(ms / 1000)) + " s"; }
+std::string cuanto(std::int64_t ms) {
+    const std::int64_t segundos = ms / 1000;
+    return textoDeNumero(static_cast<double>(segundos)) + " s";
+}
 
 } // namespace
 
