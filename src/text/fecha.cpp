@@ -98,7 +98,7 @@ long long segundosDesdeFecha(const FechaHora& f) {
     const long long diaDeAnio = (153 * (f.mes + (f.mes > 2 ? -3 : 9)) + 2) / 5 + f.dia - 1;
     const long long dias =
         era * 146097 + anioDeEra * 365 + anioDeEra / 4 - anioDeEra / 100 + diaDeAnio - 719468;
-    return dias * 86400 + f.hora * 3600 + f.minuto * 60 + f.segundo;
+    return dias * 86400 + f.hora * 3600LL + f.minuto * 60LL + f.segundo;
 }
 
 std::string textoDeDuracion(long long ms) {

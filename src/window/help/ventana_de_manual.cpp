@@ -78,7 +78,7 @@ void TextoDelManual::irA(const QString& titulo) {
 }
 
 QVariant TextoDelManual::loadResource(int tipo, const QUrl& nombre) {
-    const QVariant cosa = QTextBrowser::loadResource(tipo, nombre);
+    QVariant cosa = QTextBrowser::loadResource(tipo, nombre);
     if (tipo != QTextDocument::ImageResource) return cosa;
     QImage imagen(QString(kCarpeta) + nombre.path());
     if (imagen.isNull() || imagen.width() <= kAnchoDeImagen) return imagen;
@@ -110,7 +110,7 @@ QString VentanaDeManual::tituloDe(const QWidget* ventana, const QWidget* foco) {
         return QString();
     };
     for (const QWidget* w = foco; w != nullptr && w != ventana; w = w->parentWidget()) {
-        if (const QString titulo = de(w); !titulo.isEmpty()) return titulo;
+        if (QString titulo = de(w); !titulo.isEmpty()) return titulo;
     }
     return ventana == nullptr ? QString() : de(ventana);
 }

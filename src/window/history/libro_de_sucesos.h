@@ -30,8 +30,8 @@ struct Anotacion {
 class LibroDeSucesos final : public OyenteDeSucesos {
   public:
     static constexpr std::size_t kMaximo = 20'000;
-    static constexpr std::size_t kTextoMaximo = 300;              ///< bytes
-    static constexpr std::int64_t kSeJuntanMs = 10 * 60 * 1000LL; ///< since the first of them
+    static constexpr std::size_t kTextoMaximo = 300;     ///< bytes
+    static constexpr std::int64_t kSeJuntanMs = 600'000; ///< since the first of them
 
     /// The events must outlive this.
     explicit LibroDeSucesos(Sucesos& sucesos);
