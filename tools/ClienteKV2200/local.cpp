@@ -66,7 +66,6 @@ std::string enTexto(const Orden& orden, const Json& j) {
     case Accion::Sucesos:
         return sucesoEnTexto(j);
     case Accion::PorQue:
-        return campo(j, "porque");
     case Accion::Conexiones:
         return campo(j, "porque");
     case Accion::Escribir:

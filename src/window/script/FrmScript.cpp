@@ -258,6 +258,7 @@ void FrmScript::comprobar(const std::string& texto, const QString& hecho) {
 
 void FrmScript::marcarAvisos(const std::vector<AvisoDeGuion>& avisos) {
     std::vector<CajaDeCodigo::Aviso> lugares;
+    lugares.reserve(avisos.size());
     for (const AvisoDeGuion& a : avisos)
         lugares.push_back({a.linea, a.columna, enQt(enIngles() ? a.enIngles : a.texto)});
     TextCodigo_->ponerAvisos(lugares);
