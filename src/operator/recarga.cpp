@@ -120,6 +120,7 @@ bool Recarga::puertos(const ListasDeConfiguracion& listas) {
 }
 
 void Recarga::retirar(const Diferencia& d) {
+    if (d.bloquesQueSobran.empty() && d.estacionesQueSobran.empty()) return;
     for (const Indice i : d.bloquesQueSobran) {
         p_.ejecucion.alRetirar(i);
         p_.modelo.retirarBloque(i);
