@@ -36,11 +36,12 @@ Medida medirDriver(Driver& driver, double segundos) {
 }
 
 void saturado(int conexiones, double segundos, const std::string& guion, bool conCliente) {
-    // Blocks enough that one is always due, and scan times so long that a block is not due over and
-    // over again while it waits for its turn.
-    const int bloques = conexiones < 100 ? 16 : conexiones < 1000 ? 4 : 2;
-    const double scan = std::max(0.001, conexiones * 20e-6);
+    // Blocks enough that one is always due at the shortest scan: a loop that sleeps between two
+    // answers would pay for falling asleep, which the floor does not.
+    const int bloques = conexiones < 100 ? 32 : conexiones < 1000 ? 8 : 2;
+    constexpr double scan = 0.001;
     const EstacionesDeBanco estaciones;
+    estaciones.velar();
     const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, 0);
     Driver driver(estaciones.puerto(), conexiones, bloques, scan, 0, guion);
     std::optional<ClienteDeBanco> cliente;
