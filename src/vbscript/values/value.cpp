@@ -91,6 +91,7 @@ ArrayData* ArrayData::make(std::vector<std::uint32_t> extents, bool fixed) {
     a->fixed = fixed;
     a->items.resize((bytes - sizeof(ArrayData)) / sizeof(Value));
     a->extents = std::move(extents);
+    if (a->extents.size() == 1) a->line = a->extents[0];
     a->account = charge.settle();
     return a.release();
 }
@@ -134,6 +135,7 @@ void ArrayData::resizeLast(std::uint32_t extent) {
     items.resize(count);
     if (after < before) account->shrink(before - after);
     extents = std::move(changed);
+    if (extents.size() == 1) line = extent;
 }
 
 Value Value::missing() { return error(missingCode); }
