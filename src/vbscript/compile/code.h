@@ -31,9 +31,9 @@ namespace vbscript {
     VBS_KINDS(X, Add)                                                                              \
     VBS_KINDS(X, Subtract)                                                                         \
     VBS_KINDS(X, Multiply)                                                                         \
-    X(Divide)                                                                                      \
-    X(IntDivide)                                                                                   \
-    X(Modulo)                                                                                      \
+    VBS_KINDS(X, Divide)                                                                           \
+    VBS_KINDS(X, IntDivide)                                                                        \
+    VBS_KINDS(X, Modulo)                                                                           \
     X(Power)                                                                                       \
     X(Concat)                                                                                      \
     X(Equal)                                                                                       \

@@ -234,11 +234,8 @@ void Compiler::moveTemporaries(Instruction& i) const {
 
 // A step of VBS_KINDS becomes the one that knows where its operands are.
 void Compiler::specialize(Instruction& i) const {
-    const bool gives =
-        i.op == Op::Add || i.op == Op::Subtract || i.op == Op::Multiply || i.op == Op::Index1;
-    const bool compares = i.op == Op::UnlessEqual || i.op == Op::UnlessNotEqual ||
-                          i.op == Op::UnlessLess || i.op == Op::UnlessGreater ||
-                          i.op == Op::UnlessLessEqual || i.op == Op::UnlessGreaterEqual;
+    const bool gives = (i.op >= Op::Add && i.op <= Op::Modulo) || i.op == Op::Index1;
+    const bool compares = i.op >= Op::UnlessEqual && i.op <= Op::UnlessGreaterEqual;
     if (!gives && !compares) return;
     const auto kindOf = [](Operand o) { return o & operand::kindMask; };
     Operand& first = gives ? i.b : i.a;

@@ -166,6 +166,11 @@ class Machine : public Runtime {
         Value& v = r_.fp[o & operand::indexMask];
         return v.is(Type::Ref) ? *v.ref : v;
     }
+    /// The same where it is mostly of the pool, as in steps whose other operands have kinds.
+    Value& anywhere(Operand o) {
+        const Operand inPool = o - operand::pool;
+        return inPool <= operand::indexMask ? *r_.pool[inPool] : at(o);
+    }
     std::span<Value> registersFrom(Operand base, std::size_t n) { return {r_.fp + base, n}; }
 
 #define VBS_STEP(name) void op##name(const Instruction& i);
@@ -181,7 +186,7 @@ class Machine : public Runtime {
     // Operands of a step that comes in kinds; of known kinds they are plain numbers.
     template <Kinds K>
     Value& first(Operand o) {
-        if constexpr (K == Kinds::Any) return at(o);
+        if constexpr (K == Kinds::Any) return anywhere(o);
         Value& v = r_.fp[o];
         return v.is(Type::Ref) ? *v.ref : v;
     }
@@ -194,14 +199,18 @@ class Machine : public Runtime {
         else if constexpr (K == Kinds::D)
             return Number<Type::Double>{0, r_.pool[o]->d};
         else
-            return (at(o));
+            return (anywhere(o));
     }
     template <Kinds K>
     Value& outcome(Operand o) {
-        return K == Kinds::Any ? at(o) : r_.fp[o];
+        return K == Kinds::Any ? anywhere(o) : r_.fp[o];
     }
     template <class Operation, BinaryFunction Otherwise, Kinds K>
     void arithmeticStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void divideStep(Kind<K>, const Instruction& i);
+    template <class Operation, BinaryFunction Otherwise, Kinds K>
+    void wholeStep(Kind<K>, const Instruction& i);
     int comparison(const Instruction& i, Value& a, Value& b, Operator which);
     template <Operator Which>
     void compareStep(const Instruction& i);

@@ -28,14 +28,11 @@ VBS_HOT void put(Value& to, double d) {
     to.d = d;
 }
 
-/// to = from, mostly of something that lies in the value itself.
 VBS_HOT void assign(Value& to, const Value& from) {
-    if (to.owns() || from.owns()) {
+    if (to.owns())
         to = from;
-    } else {
-        to.type = from.type;
-        to.i = from.i;
-    }
+    else
+        std::construct_at(&to, from);
 }
 
 // The operands of a step, of which the second may be a Number.
@@ -145,30 +142,30 @@ VBS_HOT void Machine::arithmeticStep(Kind<K>, const Instruction& i) {
     slow(i, a, b, other, Otherwise);
 }
 
-VBS_HOT void Machine::opDivide(const Instruction& i) {
-    Value& b = at(i.b);
-    Value& c = at(i.c);
+template <Kinds K>
+VBS_HOT void Machine::divideStep(Kind<K>, const Instruction& i) {
+    Value& b = first<K>(i.b);
+    auto&& c = second<K>(i.c);
+    Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
     if (reals(b, c, x, y) && y != 0 && std::isfinite(x / y)) [[likely]]
-        return put(at(i.a), x / y);
-    slow(i, at(i.a), b, c, divide);
+        return put(a, x / y);
+    auto&& other = valueOf(c);
+    slow(i, a, b, other, divide);
 }
 
-VBS_HOT void Machine::opIntDivide(const Instruction& i) {
-    Value& b = at(i.b);
-    Value& c = at(i.c);
+// Mod and "\" of whole numbers.
+template <class Operation, Machine::BinaryFunction Otherwise, Kinds K>
+VBS_HOT void Machine::wholeStep(Kind<K>, const Instruction& i) {
+    constexpr Operation apply;
+    Value& b = first<K>(i.b);
+    auto&& c = second<K>(i.c);
+    Value& a = outcome<K>(i.a);
     if (wholes(b, c) && c.i > 0) [[likely]]
-        return putWhole(at(i.a), bitsOf(b, c), b.i / c.i);
-    slow(i, at(i.a), b, c, intDivide);
-}
-
-VBS_HOT void Machine::opModulo(const Instruction& i) {
-    Value& b = at(i.b);
-    Value& c = at(i.c);
-    if (wholes(b, c) && c.i > 0) [[likely]]
-        return putWhole(at(i.a), bitsOf(b, c), b.i % c.i);
-    slow(i, at(i.a), b, c, modulo);
+        return putWhole(a, bitsOf(b, c), apply(b.i, c.i));
+    auto&& other = valueOf(c);
+    slow(i, a, b, other, Otherwise);
 }
 
 /// 1, 0; -1: Null.
@@ -253,6 +250,9 @@ VBS_HOT void Machine::opGreaterEqual(const Instruction& i) {
 VBS_EACH_KIND(void, Add, (arithmeticStep<std::plus<>, add>))
 VBS_EACH_KIND(void, Subtract, (arithmeticStep<std::minus<>, subtract>))
 VBS_EACH_KIND(void, Multiply, (arithmeticStep<std::multiplies<>, multiply>))
+VBS_EACH_KIND(void, Divide, divideStep)
+VBS_EACH_KIND(void, IntDivide, (wholeStep<std::divides<>, intDivide>))
+VBS_EACH_KIND(void, Modulo, (wholeStep<std::modulus<>, modulo>))
 VBS_EACH_KIND(void, Index1, elementStep)
 VBS_EACH_KIND(bool, UnlessEqual, unlessStep<Operator::Equal>)
 VBS_EACH_KIND(bool, UnlessNotEqual, unlessStep<Operator::NotEqual>)
@@ -278,7 +278,7 @@ VBS_HOT bool Machine::opJumpTrue(const Instruction& i) {
 
 VBS_HOT bool Machine::opJumpFalse(const Instruction& i) { return !opJumpTrue(i); }
 
-VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), at(i.b)); }
+VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), anywhere(i.b)); }
 VBS_HOT void Machine::opMove(const Instruction& i) { at(i.a) = std::move(at(i.b)); }
 
 VBS_HOT void Machine::opLet(const Instruction& i) {

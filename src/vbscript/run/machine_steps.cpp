@@ -90,7 +90,7 @@ void Machine::opAppend(const Instruction& i) {
     for (Value& p : parts) {
         if (p.is(Type::Object)) p = plain(*this, p);
         allNull = allNull && p.is(Type::Null);
-        p = joinable(*this, p);
+        if (!p.is(Type::String)) p = joinable(*this, p);
     }
     Value& to = at(i.a);
     if (allNull && to.is(Type::Null)) return clearAll(parts);
@@ -98,21 +98,8 @@ void Machine::opAppend(const Instruction& i) {
         Value start = joinable(*this, to);
         to = std::move(start);
     }
-    if (parts.size() == 1) {
-        // A copy keeps the characters alive when a string is added to itself.
-        const Value more = std::move(parts[0]);
-        work(appendTo(to, more.chars()));
-        return;
-    }
-    std::size_t length = 0;
-    for (const Value& p : parts)
-        length += p.s->length;
-    Value all = Value::room(length, length);
-    char16_t* at0 = all.s->chars();
-    for (const Value& p : parts)
-        at0 = std::copy_n(p.s->chars(), p.s->length, at0);
+    work(appendAll(to, parts));
     clearAll(parts);
-    work(appendTo(to, all.chars()));
 }
 
 bool Machine::opForPrepare(const Instruction& i) {

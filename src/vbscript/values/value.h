@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -144,7 +145,10 @@ class Value {
         return v;
     }
     void share() const noexcept {
-        if (owns()) shareHeap();
+        if (type == Type::String)
+            ++s->refs;
+        else if (owns())
+            shareHeap();
     }
     void shareHeap() const noexcept;
     void drop() noexcept;
@@ -179,5 +183,7 @@ Value arrayOf(std::vector<Value> items);
 /// Appends in place when `target` is the only owner of a string; else makes a new one. How many
 /// characters were copied.
 std::size_t appendTo(Value& target, std::u16string_view more);
+/// The same with the characters of several strings, at once.
+std::size_t appendAll(Value& target, std::span<const Value> strings);
 
 } // namespace vbscript
