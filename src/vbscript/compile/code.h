@@ -52,7 +52,7 @@ namespace vbscript {
     X(EachPrepare)      /* a: base of array, index; b: what to go over */                          \
     VBS_KINDS(X, Index1) /* a = b(c); 1 in n: as Let does */                                       \
     X(Index)            /* a = b(...), base c, count */                                            \
-    X(SetIndex1)        /* a(b) = c; 1 in n: Set */                                                \
+    VBS_KINDS(X, SetIndex1) /* a(b) = c; 1 in n: Set; c may be of any kind */                      \
     X(SetIndex)         /* a(...) = value behind the last, base b, count; Set with 256 in n */     \
     X(Element)          /* a = reference to b(...), base c, count; 256 in n: locked in base c */   \
     X(CallValue)        /* a = b as a statement, its default member, base c, count */              \

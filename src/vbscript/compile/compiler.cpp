@@ -235,8 +235,9 @@ void Compiler::moveTemporaries(Instruction& i) const {
 // A step of VBS_KINDS becomes the one that knows where its operands are.
 void Compiler::specialize(Instruction& i) const {
     const bool gives = (i.op >= Op::Add && i.op <= Op::Modulo) || i.op == Op::Index1;
-    const bool compares = i.op >= Op::UnlessEqual && i.op <= Op::UnlessGreaterEqual;
-    if (!gives && !compares) return;
+    const bool takes =
+        (i.op >= Op::UnlessEqual && i.op <= Op::UnlessGreaterEqual) || i.op == Op::SetIndex1;
+    if (!gives && !takes) return;
     const auto kindOf = [](Operand o) { return o & operand::kindMask; };
     Operand& first = gives ? i.b : i.a;
     Operand& second = gives ? i.c : i.b;

@@ -218,6 +218,8 @@ class Machine : public Runtime {
     bool unlessStep(Kind<K>, const Instruction& i);
     template <Kinds K>
     void elementStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void setElementStep(Kind<K>, const Instruction& i);
     void element(const Instruction& i, Value& to, const Value& array, Value& index);
     void setElement(const Instruction& i, Value& array, Value& index, Value& v);
 

@@ -229,6 +229,32 @@ VBS_HOT void Machine::elementStep(Kind<K>, const Instruction& i) {
     to = std::move(v);
 }
 
+template <Kinds K>
+VBS_HOT void Machine::setElementStep(Kind<K>, const Instruction& i) {
+    Value& array = first<K>(i.a);
+    auto&& index = second<K>(i.b);
+    Value& v = at(i.c);
+    if (array.is(Type::Array) && index.isInt() &&
+        static_cast<std::uint64_t>(index.i) < array.a->line && !(i.n & 1) &&
+        array.a->refs - array.a->locks == 1) [[likely]] {
+        Value& to = array.a->items[static_cast<std::size_t>(index.i)];
+        if (!v.owns() && !to.owns()) [[likely]] {
+            to.type = v.type;
+            to.i = v.i;
+            return;
+        }
+    }
+    auto&& other = valueOf(index);
+    setElement(i, array, other, v);
+}
+
+[[gnu::noinline]] void Machine::setElement(const Instruction& i, Value& array, Value& index,
+                                           Value& v) {
+    Value copy(index);
+    setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
+    finished(i, index, v);
+}
+
 VBS_HOT void Machine::opEqual(const Instruction& i) { compareStep<Operator::Equal>(i); }
 VBS_HOT void Machine::opNotEqual(const Instruction& i) { compareStep<Operator::NotEqual>(i); }
 VBS_HOT void Machine::opLess(const Instruction& i) { compareStep<Operator::Less>(i); }
@@ -254,6 +280,7 @@ VBS_EACH_KIND(void, Divide, divideStep)
 VBS_EACH_KIND(void, IntDivide, (wholeStep<std::divides<>, intDivide>))
 VBS_EACH_KIND(void, Modulo, (wholeStep<std::modulus<>, modulo>))
 VBS_EACH_KIND(void, Index1, elementStep)
+VBS_EACH_KIND(void, SetIndex1, setElementStep)
 VBS_EACH_KIND(bool, UnlessEqual, unlessStep<Operator::Equal>)
 VBS_EACH_KIND(bool, UnlessNotEqual, unlessStep<Operator::NotEqual>)
 VBS_EACH_KIND(bool, UnlessLess, unlessStep<Operator::Less>)
@@ -322,30 +349,6 @@ VBS_HOT bool Machine::opForNextUp(const Instruction& i) {
     if (!fits16(n)) v.type = Type::Long;
     v.i = n;
     return true;
-}
-
-VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
-    Value& array = at(i.a);
-    Value& index = at(i.b);
-    Value& v = at(i.c);
-    if (array.is(Type::Array) && index.isInt() &&
-        static_cast<std::uint64_t>(index.i) < array.a->line && !(i.n & 1) &&
-        array.a->refs - array.a->locks == 1) [[likely]] {
-        Value& to = array.a->items[static_cast<std::size_t>(index.i)];
-        if (!v.owns() && !to.owns()) [[likely]] {
-            to.type = v.type;
-            to.i = v.i;
-            return;
-        }
-    }
-    setElement(i, array, index, v);
-}
-
-[[gnu::noinline]] void Machine::setElement(const Instruction& i, Value& array, Value& index,
-                                           Value& v) {
-    Value copy(index);
-    setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
-    finished(i, index, v);
 }
 
 VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
