@@ -44,7 +44,8 @@ int Turnos::temporizadoresEncendidos(Indice conexion) const {
 }
 
 bool Turnos::libre(Indice conexion) const {
-    return conectada(conexion) && tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre;
+    if (conexion >= zocalos_.size()) return false;
+    return tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre && conectada(conexion);
 }
 
 bool Turnos::llegoTodo(Indice conexion) const {

@@ -50,21 +50,20 @@ struct BloqueLectura {
     Indice ranuraValor = kNinguno; ///< of the script's variable; kNinguno if its name is none
     Indice ranuraEstado = kNinguno;
     FilaDeLista filaVariable = kSinFila;
-    FilaDeLista filaBloque = kSinFila;
     double valor = 0;
     double estado = 0;     ///< kOk or kBad
     double reintentos = 0; ///< failed tries of the present transaction
     double reintentosMax = 0;
     std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
     std::int64_t tiempoFueraMs = 0;
-    std::string clave;
-    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
-
     std::int64_t leidoMs = -1; ///< when its last answer came, on the clock that never goes back
-    Momento estadoDesde;       ///< since when it is OK or BAD
-    Momento ordenDesde;        ///< when it was switched on or off; none: as it was configured
     Fallidos fallidos;
+    Momento estadoDesde; ///< since when it is OK or BAD
 
+    Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
+    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
+    std::string clave;
+    FilaDeLista filaBloque = kSinFila;
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;
     double nivel = 0;
