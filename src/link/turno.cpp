@@ -25,6 +25,7 @@ void Turnos::agregarConexion() {
     Companeros c;
     c.Timer_TimerPorIPPuerto = bucle_.crearTemporizador([this, n] { ticTiempoFuera(n); });
     c.Timer_IntervaloEntrePoleo = bucle_.crearTemporizador([this, n] { ticPausa(n); });
+    c.Timer_IntervaloEntrePoleo->tocarUnaVez();
     companeros_.push_back(std::move(c));
     zocalos_.push_back(nullptr);
 }

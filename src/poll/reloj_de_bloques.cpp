@@ -24,7 +24,6 @@ void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::s
 
 void RelojDeBloques::tic(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    Timer1_Bloques_[bloque].habilitar(false);
     const bool descansaba = !b.habilitadoPorRespuestas;
     if (b.activo)
         sucesos_.decir({.que = descansaba ? Que::FinDelDescanso : Que::TicDeBloque,
