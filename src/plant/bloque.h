@@ -17,6 +17,18 @@ namespace kv {
 using Indice = std::uint32_t;
 inline constexpr Indice kNinguno = 0xFFFFFFFF;
 
+/// What a variable's row says of its state.
+enum class FraseDeEstado : std::uint8_t {
+    SegunEstado,    ///< "OK" or "BAD"
+    PorTiempoFuera, ///< its tries are used up
+    EstacionMuda    ///< its station gives no answer
+};
+/// `instante` of the row: see empaquetar.
+struct LoMostrado {
+    std::int64_t instante = 0; ///< the time that the row shows
+    FraseDeEstado frase = FraseDeEstado::SegunEstado;
+};
+
 /// The bit variables of one register. Made when the first of them is.
 struct BitsDeVariable {
     std::array<bool, 16> bitDefinido{};
@@ -24,6 +36,7 @@ struct BitsDeVariable {
     std::array<FilaDeLista, 16> bitFilas{};
     std::array<Indice, 16> ranuraValor{};
     std::array<Indice, 16> ranuraEstado{};
+    std::array<LoMostrado, 16> mostrado{};
 };
 
 /// A block: one register of one station, which is one `Variable`. A configured block of several
@@ -42,6 +55,7 @@ struct BloqueLectura {
     bool retirado = false;       ///< no longer configured, see Tablas
     bool aPedido = false;        ///< not configured: made because somebody asked for the register
     std::uint8_t ordenante = 0;  ///< who switched it last: see Tablas::ordenantes
+    LoMostrado mostrado;
     Solicitud tramaSolicitud{};
     Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;

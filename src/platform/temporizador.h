@@ -38,7 +38,6 @@ class Temporizador {
     friend class ColaDeTemporizadores;
 
     ColaDeTemporizadores& cola_;
-    std::function<void()> alTic_;
     std::int64_t venceUs_ = 0;  ///< due time, while it runs
     std::uint64_t orden_ = 0;   ///< when it was armed, counted in armings
     std::uint64_t entrada_ = 0; ///< the order of its valid entry in the queue, 0 if none
@@ -47,6 +46,7 @@ class Temporizador {
     std::int32_t intervaloMs_ = 0;
     bool habilitado_ = false;
     bool unaVez_ = false;
+    std::function<void()> alTic_;
 };
 
 /// All timers of a loop in one heap, by due time and, at the same instant, by the order in which

@@ -181,7 +181,7 @@ void RelojDeBloques::cambiarScan(Indice bloque, double segundos) {
     BloqueLectura& b = tablas_.bloques[bloque];
     b.scanSegundos = segundos;
     b.scanMs = milisegundos(segundos);
-    mostrar(b, de_bloques::kScan, textoDeNumero(segundos));
+    vista_.lstViewEstadoDeBloques.cambio(b.filaBloque);
 }
 
 } // namespace kv
