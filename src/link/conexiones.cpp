@@ -141,6 +141,8 @@ void GestorDeConexiones::solicitar(Indice n) {
         c.contadorIntervalos = 0;
     }
     if (c.contadorSolicitudes >= intervalosDeConectarSeguidos_) {
+        // An attempt that has just begun has shown nothing; what has ended has.
+        if (zocalo.estado() != EstadoZocalo::Conectando) anotarMotivo(n);
         zocalo.abortar();
         c.enTiempoFuera = true;
         c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
