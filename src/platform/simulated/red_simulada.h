@@ -72,6 +72,9 @@ class RedSimulada {
                              const std::string& remoto = "10.0.0.9:50000");
     /// Where to connect to a socket file: a port that no other thing has.
     [[nodiscard]] std::uint32_t puertoDeRuta(const std::string& ruta);
+    /// From now on a socket file can be given to no group.
+    void negarGrupos() { niegaGrupos_ = true; }
+    [[nodiscard]] bool niegaGrupos() const { return niegaGrupos_; }
     [[nodiscard]] bool vivo(IdEnlace enlace) const { return enlaces_.contains(enlace); }
     /// One way, both ways alike; 200 us at the start.
     void fijarLatencia(std::int64_t us) { latenciaUs_ = us; }
@@ -158,6 +161,7 @@ class RedSimulada {
     const Reloj& reloj_;
     std::int64_t latenciaUs_ = 200;
     std::int64_t nombresUs_ = 0;
+    bool niegaGrupos_ = false;
     std::uint64_t orden_ = 0;
     IdEnlace ultimoEnlace_ = 0;
     std::priority_queue<Suceso> sucesos_;

@@ -66,8 +66,9 @@ void ZocaloSimulado::escuchar(const std::string& /*ip*/, std::uint32_t puerto) {
     }
 }
 
-void ZocaloSimulado::escucharLocal(const std::string& ruta, std::int64_t /*grupo*/) {
+void ZocaloSimulado::escucharLocal(const std::string& ruta, std::int64_t grupo) {
     escuchar({}, red_.puertoDeRuta(ruta));
+    if (grupo >= 0 && red_.niegaGrupos()) motivo_ = "no se puede dar a ese grupo";
 }
 
 void ZocaloSimulado::reservar() {
