@@ -48,7 +48,11 @@ void Sucesos::decir(Suceso suceso, std::string_view texto) {
 }
 
 void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
-    suceso.instante = empaquetar(reloj_.ahora());
+    if (const FechaHora ahora = reloj_.ahora(); instante_ == 0 || ahora != ahora_) {
+        ahora_ = ahora;
+        instante_ = empaquetar(ahora);
+    }
+    suceso.instante = instante_;
     const std::size_t lugar = siguiente_ % kTrozo;
     if (lugar == 0) hacerLugar();
     trozos_.back()->sucesos[lugar] = suceso;

@@ -54,9 +54,9 @@ std::optional<std::string> FilasDeVariables::texto(std::uint32_t fila, std::size
     case kValor:
         return textoDeNumero(deBit ? bitDe(b->valor, bit) : b->valor);
     case kEstado:
-        return palabras(mostrado.frase, b->estado);
+        return palabras(mostrado.frase(), b->estado);
     case kFechaHora:
-        return formatoDeSello(desempaquetar(mostrado.instante));
+        return formatoDeSello(desempaquetar(mostrado.instante()));
     case kNombre:
         return deBit ? bits->bitNombres[bit] : nombreDeScript(b->clave);
     default:

@@ -23,10 +23,20 @@ enum class FraseDeEstado : std::uint8_t {
     PorTiempoFuera, ///< its tries are used up
     EstacionMuda    ///< its station gives no answer
 };
-/// `instante` of the row: see empaquetar.
-struct LoMostrado {
-    std::int64_t instante = 0; ///< the time that the row shows
-    FraseDeEstado frase = FraseDeEstado::SegunEstado;
+/// That, and the time that the row shows (see empaquetar), in the room of one of them.
+class LoMostrado {
+  public:
+    LoMostrado() = default;
+    LoMostrado(std::int64_t instante, FraseDeEstado frase)
+        : ambos_(instante * kFrases + static_cast<std::int64_t>(frase)) {}
+    [[nodiscard]] std::int64_t instante() const { return ambos_ / kFrases; }
+    [[nodiscard]] FraseDeEstado frase() const {
+        return static_cast<FraseDeEstado>(ambos_ % kFrases);
+    }
+
+  private:
+    static constexpr std::int64_t kFrases = 4;
+    std::int64_t ambos_ = 0;
 };
 
 /// The bit variables of one register. Made when the first of them is.

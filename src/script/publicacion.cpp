@@ -29,7 +29,7 @@ std::int64_t Publicacion::ahora() const { return empaquetar(sello_.reloj().ahora
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
     std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(nombreDeScript(bloque.clave));
     bloque.estadoDesde = Momento(sello_.reloj().monotonicoMs());
-    bloque.mostrado.instante = ahora();
+    bloque.mostrado = {ahora(), FraseDeEstado::SegunEstado};
     publicar(bloque.ranuraValor, 0);
     publicar(bloque.ranuraEstado, kBad);
 }
@@ -106,7 +106,7 @@ void Publicacion::sinRespuesta(Indice bloque, FraseDeEstado frase) {
     BloqueLectura& b = tablas_.bloques[bloque];
     if (b.retirado) return;
     ponerEstado(b, kBad);
-    b.mostrado.frase = frase; // the value that is shown is as old as it was
+    b.mostrado = {b.mostrado.instante(), frase}; // the value that is shown is as old as it was
     vista_.lstViewVariables.cambio(b.filaVariable);
     publicar(b.ranuraEstado, kBad);
     ponerBits(b, frase);

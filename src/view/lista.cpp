@@ -30,7 +30,7 @@ Tramo tramo(const std::string& textos, std::size_t columna) {
 std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
     const auto fila = static_cast<std::uint32_t>(filas_.size());
     filas_.emplace_back();
-    filas_.back().etiqueta = etiqueta;
+    filas_.back().etiqueta = static_cast<std::int32_t>(etiqueta);
     if (redactor_ == nullptr) {
         poner(fila, 0, texto);
     } else {

@@ -70,7 +70,7 @@ class Lista {
     /// All columns in one text, so that a row costs one allocation: there are two rows a block.
     struct Fila {
         std::string textos; ///< columns separated by NUL, which becomes a blank inside of them
-        std::int64_t etiqueta = -1;
+        std::int32_t etiqueta = -1;
         bool tildada = false;
         bool anotada = false;
         bool retirada = false;
