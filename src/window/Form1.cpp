@@ -229,7 +229,6 @@ QWidget* Form1::armarOrdenes() {
     columna->addWidget(comandos, 3);
     auto* pedidas =
         traza(tr("Lecturas y escrituras pedidas"), partes_.trazas.txtDemandaLecturaEscritura);
-    pedidas->partirLineas();
     columna->addWidget(pedidas, 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
@@ -500,10 +499,9 @@ void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
     for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
         parte->setVisible(!compacta_);
-    estado_->compactar(compacta_);
+    acomodar(*this, compacta_ ? kCompacta : kEntera);
     refrescarCabeza();
     refrescarEstado();
-    acomodar(*this, compacta_ ? kCompacta : kEntera);
 }
 
 void Form1::showEvent(QShowEvent* suceso) {

@@ -4,6 +4,8 @@
 #include "events/redaccion.h"
 #include "events/sucesos.h"
 
+#include <QString>
+
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -68,8 +70,8 @@ class LibroDeSucesos final : public OyenteDeSucesos {
     std::unordered_map<std::uint64_t, std::uint64_t> ultimas_;
 };
 
-/// The words for a line, in Spanish.
-[[nodiscard]] std::string fraseDe(const Anotacion& anotacion, const Tablas& tablas);
+/// The words for a line, in the language of the windows; reasons that the driver gave are Spanish.
+[[nodiscard]] QString fraseDe(const Anotacion& anotacion, const Tablas& tablas);
 /// Where it happened: a connection, a station, a register; empty where it has no place.
 [[nodiscard]] std::string lugarDe(const Suceso& suceso, const Tablas& tablas);
 /// "07:05:10 16-11-2025".

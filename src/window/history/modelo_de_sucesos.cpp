@@ -48,7 +48,7 @@ QString ModeloDeSucesos::texto(const Anotacion& a, int columna) const {
     case kDonde:
         return enQt(lugarDe(a.suceso, tablas_));
     case kQue:
-        return enQt(fraseDe(a, tablas_));
+        return fraseDe(a, tablas_);
     case kVeces:
         return a.veces == 1 ? QString()
                             : tr("%1, la última %2")
