@@ -20,7 +20,6 @@
 #include <QTreeWidget>
 
 #include <algorithm>
-#include <cmath>
 
 namespace kv {
 
@@ -363,24 +362,6 @@ TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
     for (QTranslator* t : qApp->findChildren<QTranslator*>())
         QCoreApplication::removeTranslator(t);
     QLocale::setDefault(QLocale::c());
-}
-
-TEST_F(Principal, LoApagadoSeLee) {
-    // Luminance as contrast guidelines have it: 4.5 is what text needs.
-    const auto luz = [](const QColor& c) {
-        const auto lineal = [](double x) {
-            return x <= 0.03928 ? x / 12.92 : std::pow((x + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * lineal(c.redF()) + 0.7152 * lineal(c.greenF()) +
-               0.0722 * lineal(c.blueF()) + 0.05;
-    };
-    const QPalette paleta = qApp->palette();
-    const double papel = luz(paleta.color(QPalette::Base));
-    const double texto = luz(colorDeEstado(EstadoDeFila::Apagada, paleta));
-    EXPECT_GE(std::max(papel, texto) / std::min(papel, texto), 4.5);
-    const QImage signo =
-        senalDeEstado(EstadoDeFila::Bien).pixmap(16, 16, QIcon::Selected).toImage();
-    EXPECT_EQ(signo.pixelColor(8, 1), QColor(Qt::white)) << "its own ground on a chosen row";
 }
 
 TEST_F(Principal, CadaControlSeHallaPorSuNombre) {

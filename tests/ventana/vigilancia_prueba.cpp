@@ -176,7 +176,7 @@ TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     EXPECT_EQ(libro.siguiente(), kMas + 1) << "what has been forgotten is not counted up";
     const auto rechazo = TextoDeRechazo{largo, "fuera de trama", "cliente"}.unir();
     sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
-    EXPECT_TRUE(fraseDe(libro[kMas + 1], Tablas()).ends_with(" = 7: fuera de trama"))
+    EXPECT_TRUE(fraseDe(libro[kMas + 1], Tablas()).endsWith(" = 7: fuera de trama"))
         << "the reason is what matters";
 }
 
