@@ -11,6 +11,14 @@
 
 namespace kv {
 
+/// Hears of single rows of a list as they change; in the midst of what changes them, so it must not
+/// change any itself, nor let events run.
+class OyenteDeFilas {
+  public:
+    virtual ~OyenteDeFilas() = default;
+    virtual void alCambiarFila(std::uint32_t fila) = 0;
+};
+
 /// A list of a window: rows of texts under columns, each row with a tag and a check box. Rows are
 /// only ever added, so a row's number is its handle; one that is retired is shown and found no
 /// more.
@@ -48,6 +56,11 @@ class Lista {
     [[nodiscard]] std::vector<std::uint32_t> cambiadas();
     /// Rows are noted for `cambiadas` only while somebody wants them.
     void seguirCambios(bool seguir);
+    /// For the few rows of which no change may be missed. The listener must outlive the list or be
+    /// taken off; it hears of all rows that anybody watches.
+    void avisarA(OyenteDeFilas* oyente) { oyentes_.push_back(oyente); }
+    void dejarDeAvisarA(OyenteDeFilas* oyente) { std::erase(oyentes_, oyente); }
+    void vigilar(std::uint32_t fila);
 
   private:
     /// All columns in one text, so that a row costs one allocation: there are two rows a block.
@@ -57,6 +70,7 @@ class Lista {
         bool tildada = false;
         bool anotada = false;
         bool retirada = false;
+        bool vigilada = false;
     };
     void anotar(std::uint32_t fila);
 
@@ -69,6 +83,7 @@ class Lista {
     std::int64_t seleccionada_ = -1;
     bool sigue_ = false;
     std::vector<std::uint32_t> cambiadas_;
+    std::vector<OyenteDeFilas*> oyentes_;
 };
 
 } // namespace kv

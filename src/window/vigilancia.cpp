@@ -24,7 +24,8 @@ constexpr const char* kClaveDeTendencias = "tendencias/direcciones";
 Vigilancia::Vigilancia(const PartesDeVentana& partes, QWidget* principal)
     : QObject(principal), partes_(partes), principal_(principal),
       recuento_(partes.tablas, partes.operador.porQue()), libro_(partes.sucesos),
-      tendencias_(partes.vista.lstViewVariables),
+      tendencias_(partes.vista.lstViewVariables,
+                  [&operador = partes.operador] { return operador.cifras().ms; }),
       porVolver_(recordado(kClaveDeTendencias).toStringList()), ritmo_(hacer<QTimer>(this)) {
     connect(ritmo_, &QTimer::timeout, this, &Vigilancia::mirar);
     ritmo_->start(RegistroDeTendencias::kCadaMs);
@@ -116,7 +117,7 @@ void Vigilancia::abrirTendencias() {
 void Vigilancia::agregarATendencias(const std::vector<std::uint32_t>& filas) {
     bool entran = true;
     for (const std::uint32_t fila : filas)
-        entran = tendencias_.agregar(fila, partes_.operador.cifras().ms) && entran;
+        entran = tendencias_.agregar(fila) && entran;
     if (!entran)
         partes_.mensajero.avisar(
             {deQt(
@@ -134,12 +135,11 @@ void Vigilancia::recordarTendencias() const {
 }
 
 void Vigilancia::mirar() {
-    const std::int64_t ahora = partes_.operador.cifras().ms;
     porVolver_.removeIf([&](const QString& direccion) {
         const std::int64_t fila = partes_.vista.lstViewVariables.buscar(deQt(direccion));
-        return fila >= 0 && tendencias_.agregar(static_cast<std::uint32_t>(fila), ahora);
+        return fila >= 0 && tendencias_.agregar(static_cast<std::uint32_t>(fila));
     });
-    tendencias_.mirar(ahora);
+    tendencias_.mirar();
 }
 
 } // namespace kv

@@ -47,7 +47,7 @@ class AspectoPuesto {
     }
     ~AspectoPuesto() {
         for (QTranslator* t : qApp->findChildren<QTranslator*>())
-            delete t; // NOLINT: the application would, at its end
+            std::unique_ptr<QTranslator>(t).reset();
         QLocale::setDefault(QLocale::c());
     }
 
