@@ -548,7 +548,7 @@
     </message>
     <message>
         <source>&amp;Manual del operador</source>
-        <translation>Operator’s &amp;manual (in Spanish)</translation>
+        <translation>Operator’s &amp;manual</translation>
     </message>
 </context>
 <context>

@@ -3,7 +3,6 @@
 
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
-#include "window/controls/idioma.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmPuertos.h"
 #include "window/lists/tabla_de_lista.h"
@@ -16,7 +15,6 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QToolButton>
-#include <QTranslator>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -312,7 +310,7 @@ TEST_F(Principal, EnInglesSiSePide) {
     arrancar();
     ponerIdioma("fr");
     EXPECT_EQ(TablaDeLista::tr("%1 de %2"), "%1 de %2");
-    ponerIdioma("en");
+    const EnIdioma ingles("en");
     Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
                    editor, mensajero, "9.9", [] {}});
     EXPECT_EQ(hallar<QPushButton>(inglesa, "btnForzarLectura").text(), "&Force read");
@@ -327,10 +325,6 @@ TEST_F(Principal, EnInglesSiSePide) {
     EXPECT_TRUE(hallar<QLabel>(guion, "LblMensaje").text().endsWith("Syntax error"))
         << qPrintable(hallar<QLabel>(guion, "LblMensaje").text());
     clic(guion, "BtnCancelar");
-    ponerIdioma("");
-    for (QTranslator* t : qApp->findChildren<QTranslator*>())
-        QCoreApplication::removeTranslator(t);
-    QLocale::setDefault(QLocale::c());
 }
 
 TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
@@ -354,14 +348,10 @@ TEST_F(Principal, CadaLetraConAltEsDeUnoSolo) {
     };
     EXPECT_TRUE(unica(letras(form))) << qPrintable(letras(form));
     EXPECT_TRUE(letras(form).contains('T')) << "the size has its key and its letter";
-    ponerIdioma("en");
+    const EnIdioma ingles("en");
     Form1 inglesa({p.motor.vista, p.motor.sucesos, p.motor.tablas, p.motor.trazas, p.motor.operador,
                    editor, mensajero, "9.9", [] {}});
     EXPECT_TRUE(unica(letras(inglesa))) << qPrintable(letras(inglesa));
-    ponerIdioma("");
-    for (QTranslator* t : qApp->findChildren<QTranslator*>())
-        QCoreApplication::removeTranslator(t);
-    QLocale::setDefault(QLocale::c());
 }
 
 TEST_F(Principal, CadaControlSeHallaPorSuNombre) {

@@ -7,7 +7,6 @@
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
 #include "window/controls/colores.h"
-#include "window/controls/idioma.h"
 #include "window/controls/memoria.h"
 #include "window/dialogs/FrmEscritura.h"
 #include "window/dialogs/FrmPuertos.h"
@@ -26,7 +25,6 @@
 #include <QScreen>
 #include <QTabBar>
 #include <QToolButton>
-#include <QTranslator>
 
 #include <optional>
 
@@ -39,20 +37,12 @@ struct Aspecto {
 };
 
 /// What has to be so before there is any window.
-class AspectoPuesto {
-  public:
-    explicit AspectoPuesto(const Aspecto& aspecto) {
-        ponerIdioma(aspecto.idioma);
-        if (aspecto.oscuro) oscura_.emplace();
+struct AspectoPuesto {
+    explicit AspectoPuesto(const Aspecto& aspecto) : idioma(aspecto.idioma) {
+        if (aspecto.oscuro) oscura.emplace();
     }
-    ~AspectoPuesto() {
-        for (QTranslator* t : qApp->findChildren<QTranslator*>())
-            std::unique_ptr<QTranslator>(t).reset();
-        QLocale::setDefault(QLocale::c());
-    }
-
-  private:
-    std::optional<ConPaletaOscura> oscura_;
+    EnIdioma idioma;
+    std::optional<ConPaletaOscura> oscura;
 };
 
 /// A plant in which each sort of trouble is to be seen, and hands that open its windows.
@@ -181,6 +171,8 @@ class TodasLasVentanas : private AspectoPuesto, public Principal {
     void losDialogos(const std::function<void(QWidget&, const std::string&)>& mirar) {
         dobleClic(variables(), 0);
         mirar(abierta<FrmEscritura>(), "frmescritura");
+        abierta<FrmEscritura>().mostrarPara("1", "1", "10.3", 1);
+        mirar(abierta<FrmEscritura>(), "frmescritura-bit");
         abierta<FrmEscritura>().close();
         std::string largo;
         for (int i = 0; i < 200; ++i)

@@ -143,18 +143,7 @@ TEST_F(Vigilando, F1AbreElManualDondeHablaDeLaVentanaDeDelante) {
     auto& ventana = sucesos();
     f1(ventana, hallar<QTableView>(ventana, "lstSucesos"));
     EXPECT_EQ(titulo(), "Los sucesos");
-    // Every window has its place, and every place is a heading of the manual.
     auto& texto = hallar<TextoDelManual>(form, "txtManual");
-    for (const char* nombre :
-         {"FrmEscritura", "FrmScript", "FrmServerTCP", "FrmPuertos", "FrmResumen", "FrmSucesos",
-          "FrmTendencias", "FrmConexion", "FrmPorQue"}) {
-        QWidget otra;
-        otra.setObjectName(nombre);
-        const QString suyo = VentanaDeManual::tituloDe(&otra, nullptr);
-        ASSERT_FALSE(suyo.isEmpty()) << nombre;
-        texto.irA(suyo);
-        EXPECT_EQ(titulo(), suyo) << nombre;
-    }
     texto.irA("las-tres-listas");
     EXPECT_EQ(titulo(), "Las tres listas") << "a link of the manual's own";
     fotografiar(hallar<QWidget>(form, "FrmManual"), "frmmanual");
