@@ -172,6 +172,15 @@ void LibroDeSucesos::olvidarLaPrimera() {
         std::erase_if(ultimas_, [this](const auto& u) { return u.second < primera_; });
 }
 
+bool LibroDeSucesos::anteponer(Anotacion linea) {
+    if (primera_ == 0 || lineas_.size() >= kMaximo) return false;
+    if (!linea.reconocida && linea.gravedad != Gravedad::Nota) ++sinReconocer_;
+    lineas_.push_front(std::move(linea));
+    --primera_;
+    ++version_;
+    return true;
+}
+
 void LibroDeSucesos::reconocer(std::uint64_t numero) {
     if (numero < primera_ || numero >= siguiente()) return;
     Anotacion& a = lineas_[numero - primera_];
@@ -187,6 +196,7 @@ void LibroDeSucesos::reconocerTodo() {
 }
 
 QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
+    if (anotacion.deAntes) return enQt(anotacion.deAntes->que);
     const Suceso& s = anotacion.suceso;
     if (const char* fija = fraseFija(s); fija != nullptr) return traducida(fija);
     const QString texto = enQt(anotacion.texto);
@@ -220,7 +230,9 @@ QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
     }
 }
 
-std::string lugarDe(const Suceso& suceso, const Tablas& tablas) {
+std::string lugarDe(const Anotacion& anotacion, const Tablas& tablas) {
+    if (anotacion.deAntes) return anotacion.deAntes->donde;
+    const Suceso& suceso = anotacion.suceso;
     const bool deEstacion = suceso.que == Que::EstacionMuda || suceso.que == Que::EstacionContesta;
     if (suceso.bloque != kNinguno)
         return deEstacion ? nombreDeEstacion(tablas, suceso.bloque)

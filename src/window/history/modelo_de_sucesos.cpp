@@ -46,7 +46,7 @@ QString ModeloDeSucesos::texto(const Anotacion& a, int columna) const {
         if (a.gravedad == Gravedad::Nota) return tr("nota");
         return a.gravedad == Gravedad::Aviso ? tr("aviso") : tr("alarma");
     case kDonde:
-        return enQt(lugarDe(a.suceso, tablas_));
+        return enQt(lugarDe(a, tablas_));
     case kQue:
         return fraseDe(a, tablas_);
     case kVeces:

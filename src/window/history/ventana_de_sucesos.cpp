@@ -119,6 +119,7 @@ QWidget* VentanaDeSucesos::armarBotones() {
     boton("BtnReconocerTodo", tr("Reconocer &todo"), [this] {
         libro_.reconocerTodo();
         filtrar();
+        emit reconocidos();
     });
     fila->addStretch();
     boton("BtnExportarSucesos", tr("&Exportar como CSV…"), [this] { exportar(); });
@@ -151,6 +152,7 @@ QList<int> VentanaDeSucesos::elegidas() const {
 void VentanaDeSucesos::reconocer() {
     for (const int fila : elegidas())
         libro_.reconocer(modelo_->lineaDe(fila));
+    emit reconocidos();
     if (sinReconocer_->isChecked()) return filtrar();
     modelo_->actualizar();
 }
