@@ -175,6 +175,65 @@
     </message>
 </context>
 <context>
+    <name>kv::CabezaDeForm1</name>
+    <message>
+        <source>P&amp;uertos…</source>
+        <translation>&amp;Ports…</translation>
+    </message>
+    <message>
+        <source>&amp;Tamaño</source>
+        <translation>&amp;Size</translation>
+    </message>
+    <message>
+        <source>Ventana chica o entera (F11)</source>
+        <translation>Small or full window (F11)</translation>
+    </message>
+    <message>
+        <source>En marcha desde</source>
+        <translation>Running since</translation>
+    </message>
+    <message>
+        <source>Puntos publicados</source>
+        <translation>Published points</translation>
+    </message>
+    <message>
+        <source>Última corrida del guion</source>
+        <translation>Last run of the script</translation>
+    </message>
+    <message>
+        <source>Texto del guion</source>
+        <translation>Text of the script</translation>
+    </message>
+    <message>
+        <source>Desde:</source>
+        <translation>Since:</translation>
+    </message>
+    <message>
+        <source>Puntos:</source>
+        <translation>Points:</translation>
+    </message>
+    <message>
+        <source>Proyecto</source>
+        <translation>Project</translation>
+    </message>
+    <message>
+        <source>○ Guion sin correr</source>
+        <translation>○ Script not run yet</translation>
+    </message>
+    <message>
+        <source>● Guion OK</source>
+        <translation>● Script OK</translation>
+    </message>
+    <message>
+        <source>✖ Guion con error</source>
+        <translation>✖ Script error</translation>
+    </message>
+    <message>
+        <source>línea %1: %2</source>
+        <translation>line %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>kv::CajaDeTraza</name>
     <message>
         <source>Pausa</source>
@@ -307,92 +366,8 @@
         <translation>&amp;Search address</translation>
     </message>
     <message>
-        <source>Proyecto</source>
-        <translation>Project</translation>
-    </message>
-    <message>
-        <source>En marcha desde</source>
-        <translation>Running since</translation>
-    </message>
-    <message>
-        <source>Puntos publicados</source>
-        <translation>Published points</translation>
-    </message>
-    <message>
-        <source>Última corrida del guion</source>
-        <translation>Last run of the script</translation>
-    </message>
-    <message>
-        <source>Texto del guion</source>
-        <translation>Text of the script</translation>
-    </message>
-    <message>
-        <source>Desde:</source>
-        <translation>Since:</translation>
-    </message>
-    <message>
-        <source>Puntos:</source>
-        <translation>Points:</translation>
-    </message>
-    <message>
-        <source>P&amp;uertos…</source>
-        <translation>&amp;Ports…</translation>
-    </message>
-    <message>
-        <source>&amp;Tamaño</source>
-        <translation>&amp;Size</translation>
-    </message>
-    <message>
-        <source>Ventana chica o entera (F11)</source>
-        <translation>Small or full window (F11)</translation>
-    </message>
-    <message>
-        <source>Tramas enviadas y recibidas</source>
-        <translation>Frames sent and received</translation>
-    </message>
-    <message>
-        <source>Tramas</source>
-        <translation>Frames</translation>
-    </message>
-    <message>
-        <source>Tramas descartadas</source>
-        <translation>Discarded frames</translation>
-    </message>
-    <message>
-        <source>Descartadas</source>
-        <translation>Discarded</translation>
-    </message>
-    <message>
-        <source>Temporizador de un bloque</source>
-        <translation>Timer of a block</translation>
-    </message>
-    <message>
-        <source>Por bloque</source>
-        <translation>By block</translation>
-    </message>
-    <message>
-        <source>Tiempos de una conexión</source>
-        <translation>Times of a connection</translation>
-    </message>
-    <message>
-        <source>Por conexión</source>
-        <translation>By connection</translation>
-    </message>
-    <message>
         <source>Lecturas y escrituras pedidas</source>
         <translation>Reads and writes asked for</translation>
-    </message>
-    <message>
-        <source>○ Guion sin correr</source>
-        <translation>○ Script not run yet</translation>
-    </message>
-    <message>
-        <source>● Guion OK</source>
-        <translation>● Script OK</translation>
-    </message>
-    <message>
-        <source>✖ Guion con error</source>
-        <translation>✖ Script error</translation>
     </message>
     <message>
         <source>Esta ventana no se cierra: Driver &gt; Ocultar ventana la esconde, Driver &gt; Salir termina el programa</source>
@@ -405,14 +380,6 @@
     <message>
         <source>%1 (apagado)</source>
         <translation>%1 (off)</translation>
-    </message>
-    <message>
-        <source>Pasos de las escrituras</source>
-        <translation>Steps of writes</translation>
-    </message>
-    <message>
-        <source>Escrituras</source>
-        <translation>Writes</translation>
     </message>
     <message>
         <source>Dato&amp;s</source>
@@ -473,10 +440,6 @@
     <message>
         <source>En este estado desde</source>
         <translation>In this state since</translation>
-    </message>
-    <message>
-        <source>línea %1: %2</source>
-        <translation>line %1: %2</translation>
     </message>
     <message>
         <source>&amp;Resumen de estaciones</source>
@@ -1124,6 +1087,49 @@
     <message>
         <source>Enviar todas las escrituras de prueba</source>
         <translation>Send all test writes</translation>
+    </message>
+</context>
+<context>
+    <name>kv::PanelDeTrazas</name>
+    <message>
+        <source>Tramas enviadas y recibidas</source>
+        <translation>Frames sent and received</translation>
+    </message>
+    <message>
+        <source>Tramas</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Tramas descartadas</source>
+        <translation>Discarded frames</translation>
+    </message>
+    <message>
+        <source>Descartadas</source>
+        <translation>Discarded</translation>
+    </message>
+    <message>
+        <source>Temporizador de un bloque</source>
+        <translation>Timer of a block</translation>
+    </message>
+    <message>
+        <source>Por bloque</source>
+        <translation>By block</translation>
+    </message>
+    <message>
+        <source>Tiempos de una conexión</source>
+        <translation>Times of a connection</translation>
+    </message>
+    <message>
+        <source>Por conexión</source>
+        <translation>By connection</translation>
+    </message>
+    <message>
+        <source>Pasos de las escrituras</source>
+        <translation>Steps of writes</translation>
+    </message>
+    <message>
+        <source>Escrituras</source>
+        <translation>Writes</translation>
     </message>
 </context>
 <context>
