@@ -37,7 +37,8 @@ double medir(int variables, std::size_t leidas, const std::string& carpeta) {
         b.estado = 6;
         direcciones.push_back(b.clave);
         const auto fila = motor.vista.lstViewVariables.agregar(b.clave, i);
-        motor.vista.lstViewVariables.poner(fila, 1, std::to_string(i));
+        b.indice = static_cast<Indice>(i);
+        b.filaVariable = fila;
         motor.tablas.bloques.agregar(std::move(b));
     }
     std::size_t bytes = 0;

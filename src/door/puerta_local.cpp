@@ -111,7 +111,6 @@ void PuertaLocal::alCambiar(Indice bloque) {
 }
 
 void PuertaLocal::alSuceder(const Suceso& s, std::string_view /*texto*/) {
-    if (s.que != Que::EscrituraTerminada) return;
     if (escribiendo_) terminadas_.emplace_back(s.escritura, s.detalle);
     for (Lector& l : lectores_) {
         std::erase_if(l.escrituras, [&](const EscrituraEnCurso& e) {
@@ -133,7 +132,7 @@ void PuertaLocal::escucharLoNecesario() {
     const bool oir = escribiendo_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
     if (oir == oyeSucesos_) return;
     oyeSucesos_ = oir;
-    oir ? p_.sucesos.avisarA(this) : p_.sucesos.dejarDeAvisarA(this);
+    oir ? p_.sucesos.avisarA(this, {Que::EscrituraTerminada}) : p_.sucesos.dejarDeAvisarA(this);
 }
 
 bool PuertaLocal::hayTrabajo(const Lector& l) const {

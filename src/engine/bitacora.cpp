@@ -29,7 +29,10 @@ std::string cuanto(std::int64_t ms) {
 
 Bitacora::Bitacora(Sucesos& sucesos, const Tablas& tablas, const Reloj& reloj, ArchivoLog& log)
     : sucesos_(sucesos), tablas_(tablas), reloj_(reloj), log_(log) {
-    sucesos_.avisarA(this);
+    sucesos_.avisarA(this, {Que::EnlaceArriba, Que::EnlaceAbajo, Que::EnlaceNoLevanta,
+                            Que::EstacionMuda, Que::EstacionContesta, Que::BloqueConmutado,
+                            Que::EscrituraRechazada, Que::EscrituraTerminada, Que::GuionDetenido,
+                            Que::GuionSigue, Que::ClienteEntra, Que::ClienteSale});
 }
 
 void Bitacora::alSuceder(const Suceso& s, std::string_view texto) {

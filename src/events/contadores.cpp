@@ -46,7 +46,11 @@ void sumar(Cuentas& a, const Cuentas& b) {
 
 Contadores::Contadores(Sucesos& sucesos, const Tablas& tablas)
     : sucesos_(sucesos), tablas_(tablas) {
-    sucesos_.avisarA(this);
+    sucesos_.avisarA(this, {Que::Envio, Que::Reintento, Que::EscrituraLee, Que::EscrituraSale,
+                            Que::EscrituraLeeOtraVez, Que::EscrituraRelee, Que::EscrituraRepite,
+                            Que::Recepcion, Que::TiempoFuera, Que::TiempoFueraDeEscritura,
+                            Que::PausaEmpieza, Que::Sobrante, Que::Descarte, Que::LineaRetenida,
+                            Que::EnlaceAbajo});
 }
 
 void Contadores::alSuceder(const Suceso& s, std::string_view /*texto*/) {

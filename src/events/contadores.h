@@ -14,18 +14,18 @@ namespace kv {
 /// What has been counted of a station, or of a connection with all of its stations, since the
 /// start. Times are microseconds; 0 where no answer has been accepted yet.
 struct Cuentas {
-    std::uint64_t pedidos = 0;    ///< requests that left, retries among them
-    std::uint64_t respuestas = 0; ///< answers that were accepted
-    std::uint64_t vencidos = 0;   ///< requests whose time-out ended
+    std::uint64_t pedidos = 0;           ///< requests that left, retries among them
+    std::uint64_t respuestas = 0;        ///< answers that were accepted
+    std::int64_t ultimaRespuestaMs = -1; ///< when, on the clock that never goes back; -1: never
+    std::int64_t ultimoUs = 0;           ///< the last response time
+    std::int64_t peorUs = 0;             ///< since the start
+    std::uint64_t vencidos = 0;          ///< requests whose time-out ended
     std::uint64_t reintentos = 0;
     std::uint64_t dudosas = 0;   ///< requests ended by an answer that may be another's
     std::uint64_t sobrantes = 0; ///< valid answers that were not accepted
     std::uint64_t descartes = 0; ///< arrivals with bytes that make no answer
     std::uint64_t bytesDescartados = 0;
-    std::int64_t ultimaRespuestaMs = -1; ///< when, on the clock that never goes back; -1: never
-    std::int64_t ultimoUs = 0;           ///< the last response time
-    std::int64_t medianoUs = 0;          ///< of the latest ones
-    std::int64_t peorUs = 0;             ///< since the start
+    std::int64_t medianoUs = 0; ///< of the latest ones
 };
 
 /// What the line did in the latest minutes, microseconds.
@@ -69,7 +69,6 @@ class Contadores final : public OyenteDeSucesos {
     enum class Pedido : std::uint8_t { Ninguno, Fuera, Dudoso, Terminado };
     struct DeConexion {
         std::vector<DeEstacion> estaciones;
-        std::uint64_t caidas = 0;
         Pedido pedido = Pedido::Ninguno;
         bool retenida = false;    ///< the line is being held back
         Indice estacion = 0;      ///< which was asked last
@@ -79,6 +78,7 @@ class Contadores final : public OyenteDeSucesos {
         std::int64_t lapsoUs = 0; ///< when `reciente` began
         RepartoDeLinea reciente;
         RepartoDeLinea anterior;
+        std::uint64_t caidas = 0;
     };
     void alSalir(const Suceso& s, DeConexion& c);
     void alContestar(const Suceso& s, DeConexion& c);

@@ -2,11 +2,13 @@
 #include "events/sucesos.h"
 
 #include <algorithm>
-namespace kv {
 
+namespace kv {
 namespace {
 
 constexpr std::int64_t kVidaMs = 24 * 3'600'000LL;
+
+std::uint64_t bitDe(Que que) { return std::uint64_t{1} << static_cast<unsigned>(que); }
 
 } // namespace
 
@@ -46,13 +48,25 @@ void Sucesos::decir(Suceso suceso, std::string_view texto) {
 }
 
 void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
-    suceso.instante = empaquetar(reloj_.ahora());
+    if (const FechaHora ahora = reloj_.ahora(); instante_ == 0 || ahora != ahora_) {
+        ahora_ = ahora;
+        instante_ = empaquetar(ahora);
+    }
+    suceso.instante = instante_;
     const std::size_t lugar = siguiente_ % kTrozo;
     if (lugar == 0) hacerLugar();
     trozos_.back()->sucesos[lugar] = suceso;
     ++siguiente_;
-    for (OyenteDeSucesos* oyente : oyentes_)
-        oyente->alSuceder(suceso, texto);
+    for (const Oyente& o : oyentes_) {
+        if ((o.de & bitDe(suceso.que)) != 0) o.quien->alSuceder(suceso, texto);
+    }
+}
+
+void Sucesos::avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos) {
+    std::uint64_t de = deEstos.size() == 0 ? ~std::uint64_t{0} : 0;
+    for (const Que que : deEstos)
+        de |= bitDe(que);
+    oyentes_.push_back({oyente, de});
 }
 
 /// A new piece for what follows, or the oldest one again: when there are as many as there may be,

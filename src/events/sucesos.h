@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -45,9 +46,11 @@ class Sucesos {
     /// Empty when it has none, or when it has been given up for later ones.
     [[nodiscard]] std::string_view textoDe(const Suceso& suceso) const;
 
-    /// It must outlive this or be taken off.
-    void avisarA(OyenteDeSucesos* oyente) { oyentes_.push_back(oyente); }
-    void dejarDeAvisarA(OyenteDeSucesos* oyente) { std::erase(oyentes_, oyente); }
+    /// Of these kinds, or of all where none is named. It must outlive this or be taken off.
+    void avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos = {});
+    void dejarDeAvisarA(const OyenteDeSucesos* oyente) {
+        std::erase_if(oyentes_, [oyente](const Oyente& o) { return o.quien == oyente; });
+    }
 
   private:
     static constexpr std::size_t kTrozo = 1024;
@@ -56,16 +59,24 @@ class Sucesos {
         std::array<Suceso, kTrozo> sucesos;
     };
 
+    struct Oyente {
+        OyenteDeSucesos* quien;
+        std::uint64_t de; ///< a bit for each kind that it hears of
+    };
+    static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
+
     void guardar(Suceso& suceso, std::string_view texto);
     void hacerLugar();
 
     const Reloj& reloj_;
+    FechaHora ahora_; ///< of the last event, and as one number
+    std::int64_t instante_ = 0;
     std::size_t trozosMaximo_;
     std::deque<std::unique_ptr<Trozo>> trozos_; ///< full but for the last
     std::uint64_t primero_ = 0;
     std::uint64_t siguiente_ = 0;
     std::array<TextosDeSucesos, kAlmacenes> textos_;
-    std::vector<OyenteDeSucesos*> oyentes_;
+    std::vector<Oyente> oyentes_;
 };
 
 } // namespace kv

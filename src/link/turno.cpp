@@ -25,6 +25,7 @@ void Turnos::agregarConexion() {
     Companeros c;
     c.Timer_TimerPorIPPuerto = bucle_.crearTemporizador([this, n] { ticTiempoFuera(n); });
     c.Timer_IntervaloEntrePoleo = bucle_.crearTemporizador([this, n] { ticPausa(n); });
+    c.Timer_IntervaloEntrePoleo->tocarUnaVez();
     companeros_.push_back(std::move(c));
     zocalos_.push_back(nullptr);
 }
@@ -44,7 +45,8 @@ int Turnos::temporizadoresEncendidos(Indice conexion) const {
 }
 
 bool Turnos::libre(Indice conexion) const {
-    return conectada(conexion) && tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre;
+    if (conexion >= zocalos_.size()) return false;
+    return tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre && conectada(conexion);
 }
 
 bool Turnos::llegoTodo(Indice conexion) const {

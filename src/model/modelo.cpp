@@ -24,9 +24,10 @@ double segundosUtiles(double segundos, double porDefecto) {
 } // namespace
 
 Modelo::Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
-               RelojDeBloques& reloj, Vista& vista, Sello& sello)
+               RelojDeBloques& reloj, Vista& vista)
     : tablas_(tablas), conexiones_(conexiones), publicacion_(publicacion), reloj_(reloj),
-      vista_(vista), sello_(sello) {}
+      vista_(vista), filasDeVariables_(tablas, vista.lstViewVariables),
+      filasDeBloques_(tablas, vista.lstViewEstadoDeBloques) {}
 
 void Modelo::levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
                             double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
@@ -158,10 +159,6 @@ void Modelo::levantarVariable(BloqueLectura& b) {
     tablas_.cantidadDePuntos += 1;
     Lista& lista = vista_.lstViewVariables;
     b.filaVariable = lista.agregar(b.clave, b.indice);
-    lista.poner(b.filaVariable, 1, "0");
-    lista.poner(b.filaVariable, 2, textoEstado(kBad));
-    lista.poner(b.filaVariable, 3, sello_.ahora());
-    lista.poner(b.filaVariable, 4, nombreDeScript(b.clave));
     lista.tildar(b.filaVariable, b.activo);
     publicacion_.darDeAlta(b);
 }
@@ -170,8 +167,6 @@ void Modelo::levantarControles(const BloqueLectura& b) {
     Lista& lista = vista_.lstViewEstadoDeBloques;
     const FilaDeLista fila = lista.agregar(b.clave, b.indice);
     tablas_.bloques[b.indice].filaBloque = fila;
-    lista.poner(fila, 1, textoDeNumero(b.nivel));
-    lista.poner(fila, 2, textoDeNumero(b.scanSegundos));
     lista.poner(fila, 3, "SI");
     if (!b.tieneTrama)
         lista.poner(fila, 4, "NO SE POLEA: direccion o indice fuera de trama");
@@ -202,7 +197,7 @@ bool Modelo::cambiarPuerto(Indice cual, const Puerto& puerto) {
 void Modelo::cambiarNivel(Indice bloque, double nivel) {
     BloqueLectura& b = tablas_.bloques[bloque];
     b.nivel = nivel;
-    vista_.lstViewEstadoDeBloques.poner(b.filaBloque, de_bloques::kNivel, textoDeNumero(nivel));
+    vista_.lstViewEstadoDeBloques.cambio(b.filaBloque);
 }
 
 void Modelo::retirarBloque(Indice bloque) {
@@ -248,7 +243,6 @@ void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {
     Lista& lista = vista_.lstViewVariables;
     const FilaDeLista fila = lista.agregar(clave, b.indice);
     b.bits->bitFilas[bit] = fila;
-    lista.poner(fila, 4, b.bits->bitNombres[bit]);
     lista.tildar(fila, b.activo);
     publicacion_.darDeAltaBit(b, bit);
 }

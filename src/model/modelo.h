@@ -2,8 +2,8 @@
 #pragma once
 
 #include "link/conexiones.h"
+#include "model/filas.h"
 #include "plant/tablas.h"
-#include "platform/sello.h"
 #include "poll/reloj_de_bloques.h"
 #include "script/publicacion.h"
 #include "view/vista.h"
@@ -18,7 +18,7 @@ namespace kv {
 class Modelo {
   public:
     Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
-           RelojDeBloques& reloj, Vista& vista, Sello& sello);
+           RelojDeBloques& reloj, Vista& vista);
 
     /// Seconds where times are meant. `leerDespuesDeEscribir` is accepted and not kept.
     void levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
@@ -70,7 +70,8 @@ class Modelo {
     Publicacion& publicacion_;
     RelojDeBloques& reloj_;
     Vista& vista_;
-    Sello& sello_;
+    FilasDeVariables filasDeVariables_;
+    FilasDeBloques filasDeBloques_;
 };
 
 } // namespace kv

@@ -280,7 +280,7 @@ void Operador::activarBloque(std::int64_t indice, bool estado) {
 
 AperturaDeEscritura Operador::abrirEscritura(std::uint32_t fila) const {
     const Lista& lista = p_.vista.lstViewVariables;
-    const std::string_view direccion = lista.texto(fila, 0);
+    const std::string direccion = lista.texto(fila, 0);
     const auto partes = partir(direccion, '.');
     const BloqueLectura* b = bloque(lista.etiqueta(fila));
     AperturaDeEscritura a;

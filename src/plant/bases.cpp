@@ -9,6 +9,10 @@
 
 namespace kv {
 
+double bitDe(double valor, std::size_t b) {
+    return static_cast<std::uint32_t>(entero(valor).value_or(0)) >> b & 1;
+}
+
 std::string_view textoEstado(double codigo) {
     if (codigo == kOk) return "OK";
     return codigo == kBad ? "BAD" : "";

@@ -17,6 +17,28 @@ namespace kv {
 using Indice = std::uint32_t;
 inline constexpr Indice kNinguno = 0xFFFFFFFF;
 
+/// What a variable's row says of its state.
+enum class FraseDeEstado : std::uint8_t {
+    SegunEstado,    ///< "OK" or "BAD"
+    PorTiempoFuera, ///< its tries are used up
+    EstacionMuda    ///< its station gives no answer
+};
+/// That, and the time that the row shows (see empaquetar), in the room of one of them.
+class LoMostrado {
+  public:
+    LoMostrado() = default;
+    LoMostrado(std::int64_t instante, FraseDeEstado frase)
+        : ambos_(instante * kFrases + static_cast<std::int64_t>(frase)) {}
+    [[nodiscard]] std::int64_t instante() const { return ambos_ / kFrases; }
+    [[nodiscard]] FraseDeEstado frase() const {
+        return static_cast<FraseDeEstado>(ambos_ % kFrases);
+    }
+
+  private:
+    static constexpr std::int64_t kFrases = 4;
+    std::int64_t ambos_ = 0;
+};
+
 /// The bit variables of one register. Made when the first of them is.
 struct BitsDeVariable {
     std::array<bool, 16> bitDefinido{};
@@ -24,6 +46,7 @@ struct BitsDeVariable {
     std::array<FilaDeLista, 16> bitFilas{};
     std::array<Indice, 16> ranuraValor{};
     std::array<Indice, 16> ranuraEstado{};
+    std::array<LoMostrado, 16> mostrado{};
 };
 
 /// A block: one register of one station, which is one `Variable`. A configured block of several
@@ -42,6 +65,7 @@ struct BloqueLectura {
     bool retirado = false;       ///< no longer configured, see Tablas
     bool aPedido = false;        ///< not configured: made because somebody asked for the register
     std::uint8_t ordenante = 0;  ///< who switched it last: see Tablas::ordenantes
+    LoMostrado mostrado;
     Solicitud tramaSolicitud{};
     Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;
@@ -50,21 +74,20 @@ struct BloqueLectura {
     Indice ranuraValor = kNinguno; ///< of the script's variable; kNinguno if its name is none
     Indice ranuraEstado = kNinguno;
     FilaDeLista filaVariable = kSinFila;
-    FilaDeLista filaBloque = kSinFila;
     double valor = 0;
     double estado = 0;     ///< kOk or kBad
     double reintentos = 0; ///< failed tries of the present transaction
     double reintentosMax = 0;
     std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
     std::int64_t tiempoFueraMs = 0;
-    std::string clave;
-    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
-
     std::int64_t leidoMs = -1; ///< when its last answer came, on the clock that never goes back
-    Momento estadoDesde;       ///< since when it is OK or BAD
-    Momento ordenDesde;        ///< when it was switched on or off; none: as it was configured
     Fallidos fallidos;
+    Momento estadoDesde; ///< since when it is OK or BAD
 
+    Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
+    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
+    std::string clave;
+    FilaDeLista filaBloque = kSinFila;
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;
     double nivel = 0;

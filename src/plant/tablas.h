@@ -24,49 +24,45 @@ enum class EstadoDeTurno : std::uint8_t {
 
 /// One TCP connection: all stations with the same address share it, one request at a time.
 struct ConexionIP {
-    bool retirada = false; ///< no longer configured, see Tablas
-    bool escrituraPendiente = false;
-    std::uint32_t escriturasSeguidas = 0; ///< writes sent since the last read
+    // What an exchange touches comes first, so that it lies together.
     EstadoDeTurno turno = EstadoDeTurno::Libre;
     bool pausaCumplida = false; ///< a pause of no length: over when the present handler is
     bool retenida = false;      ///< the pause waits for the line to fall silent
-    RespuestasDebidas debidas;
-    RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
-    Solicitud tramaEnCurso{};                        ///< what was sent last
+    bool escrituraPendiente = false;
+    bool llegoBasura = false;    ///< bytes that make no answer, since the last request
+    bool retirada = false;       ///< no longer configured, see Tablas
+    bool dichoSinEnlace = false; ///< since it was last up: that it does not come up
+    bool enTiempoFuera = false;
+    Indice bloqueEnCurso = kNinguno;  ///< none until something was sent
+    Indice cursorBloques = kNinguno;  ///< position of the block polled last; none at first
     Indice bloqueDePrueba = kNinguno; ///< asked on trial: has the next turn whose answer counts
-
-    Indice bloqueEnCurso = kNinguno; ///< none until something was sent
-    Indice cursorBloques = kNinguno; ///< position of the block polled last; none at first
     Indice escrituraEnCurso = kNinguno;
+    RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
+    std::uint32_t escriturasSeguidas = 0;            ///< writes sent since the last read
+    std::int64_t enviadoUs = 0;  ///< when the last request left, on the clock that never goes back
+    std::int64_t recibidoUs = 0; ///< when the last valid answer came, whosever it was
+    std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on
+    double estadoSupervision = 0;
+    Solicitud tramaEnCurso{}; ///< what was sent last
+    std::vector<std::uint8_t> recepcion;
+    std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
+    ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
+    RespuestasDebidas debidas;
+    Tabla<Estacion, std::vector<Estacion>> estaciones;
 
     std::string ip;
     std::string puertoTCP;
     std::uint32_t numeroDePuertoTCP = 0; ///< 0 when the text is no port
+    std::uint32_t activos = 0;           ///< its blocks that are polled: on, and with a frame
     double puerto = 0;
     std::int64_t pacienciaMs =
         0; ///< all tries of its slowest block: a dead cable is noticed by then
-    Tabla<Estacion, std::vector<Estacion>> estaciones;
-    std::vector<Indice> bloques;    ///< the connection's read blocks in creation order
-    ConjuntoDePosiciones porPolear; ///< positions of those that wait for their turn
     std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
     std::list<Indice> escrituras; ///< the writes still to be done, oldest first
     FilaDeLista filaLista = kSinFila;
-
+    Momento enlaceDesde; ///< since when it is up, or lost; none: never was up
+    std::string motivo;  ///< why it is not up, as far as the last attempt told
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;
-    bool enTiempoFuera = false;
-    double estadoSupervision = 0;
-    std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on
-    Momento enlaceDesde;                 ///< since when it is up, or lost; none: never was up
-    std::string motivo;                  ///< why it is not up, as far as the last attempt told
-    std::uint32_t activos = 0;           ///< its blocks that are polled: on, and with a frame
-    bool dichoSinEnlace = false;         ///< since it was last up: that it does not come up
-    bool llegoBasura = false;            ///< bytes that make no answer, since the last request
-
-    std::vector<std::uint8_t> recepcion;
-
-    // On the clock that never goes back:
-    std::int64_t enviadoUs = 0;  ///< when the last request left
-    std::int64_t recibidoUs = 0; ///< when the last valid answer came, whosever it was
 };
 
 /// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for

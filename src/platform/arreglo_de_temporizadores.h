@@ -7,7 +7,7 @@
 
 namespace kv {
 
-/// A numbered array of timers that tick into one operation.
+/// A numbered array of timers that tick once when they are due, into one operation.
 class ArregloDeTemporizadores {
   public:
     explicit ArregloDeTemporizadores(Bucle& bucle) : bucle_(bucle) {}
@@ -16,6 +16,7 @@ class ArregloDeTemporizadores {
     /// One more timer, off, at the end.
     void agregar() {
         bucle_.agregarTemporizador(timers_, [this, i = timers_.size()] { tic_(i); });
+        timers_.back().tocarUnaVez();
     }
     void acortarA(std::size_t cuantos) {
         while (timers_.size() > cuantos)

@@ -64,10 +64,10 @@ void ColaDeTemporizadores::armar(Temporizador& t) {
 }
 
 void ColaDeTemporizadores::meter(Temporizador& t) {
-    const Entrada e{t.venceUs_, t.orden_, t.puesto_, ++numero_};
+    const Entrada e{t.venceUs_, t.orden_, t.puesto_};
     if (monticulo_.size() > 4 * puestos_.size() + 64) compactar();
     monticulo_.push_back(e); // may fail: then the timer still has the entry that it had
-    t.entrada_ = e.numero;
+    t.entrada_ = e.orden;
     t.venceEntradaUs_ = e.venceUs;
     std::size_t lugar = monticulo_.size() - 1;
     while (lugar > 0) {
@@ -81,7 +81,7 @@ void ColaDeTemporizadores::meter(Temporizador& t) {
 
 Temporizador* ColaDeTemporizadores::duenio(const Entrada& e) const {
     Temporizador* t = puestos_[e.puesto];
-    return t != nullptr && t->entrada_ == e.numero ? t : nullptr;
+    return t != nullptr && t->entrada_ == e.orden ? t : nullptr;
 }
 
 void ColaDeTemporizadores::sacarPrimera() {
@@ -146,7 +146,11 @@ bool ColaDeTemporizadores::ticarPuesto(std::uint32_t puesto) {
 
 void ColaDeTemporizadores::tic(Temporizador& t) {
     t.entrada_ = 0;
-    armar(t); // counted from now: a late timer does not catch up
+    if (t.unaVez_) {
+        t.habilitado_ = false;
+    } else {
+        armar(t); // counted from now: a late timer does not catch up
+    }
     if (alTicar_) alTicar_(t.puesto_);
     const auto alTic = t.alTic_; // the handler may destroy its own timer
     alTic();

@@ -31,19 +31,22 @@ class Temporizador {
     [[nodiscard]] std::int64_t venceMs() const { return venceUs_ / 1000; }
     /// Off, given the interval, on: a fresh countdown whatever the timer was doing.
     void rearmar(std::int64_t ms);
+    /// From now on it is off when it ticks.
+    void tocarUnaVez() { unaVez_ = true; }
 
   private:
     friend class ColaDeTemporizadores;
 
     ColaDeTemporizadores& cola_;
-    std::function<void()> alTic_;
     std::int64_t venceUs_ = 0;  ///< due time, while it runs
     std::uint64_t orden_ = 0;   ///< when it was armed, counted in armings
-    std::uint64_t entrada_ = 0; ///< its valid entry in the queue, 0 if none
+    std::uint64_t entrada_ = 0; ///< the order of its valid entry in the queue, 0 if none
     std::int64_t venceEntradaUs_ = 0;
     std::uint32_t puesto_ = 0;
     std::int32_t intervaloMs_ = 0;
     bool habilitado_ = false;
+    bool unaVez_ = false;
+    std::function<void()> alTic_;
 };
 
 /// All timers of a loop in one heap, by due time and, at the same instant, by the order in which
@@ -75,9 +78,8 @@ class ColaDeTemporizadores {
     friend class Temporizador;
     struct Entrada {
         std::int64_t venceUs;
-        std::uint64_t orden;
+        std::uint64_t orden; ///< no two entries have the same
         std::uint32_t puesto;
-        std::uint64_t numero;
         bool operator<(const Entrada& o) const {
             return venceUs != o.venceUs ? venceUs < o.venceUs : orden < o.orden;
         }
@@ -99,7 +101,6 @@ class ColaDeTemporizadores {
     std::vector<Temporizador*> puestos_;
     std::vector<std::uint32_t> libres_;
     std::uint64_t orden_ = 0;
-    std::uint64_t numero_ = 0;
 };
 
 } // namespace kv

@@ -6,12 +6,6 @@
 #include <algorithm>
 
 namespace kv {
-namespace {
-
-constexpr std::string_view kSinRespuesta = "BAD - Estacion sin respuesta";
-
-} // namespace
-
 EstacionesMudas::EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
                                  RelojDeBloques& reloj, Sucesos& sucesos)
     : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), reloj_(reloj),
@@ -35,7 +29,7 @@ void EstacionesMudas::alAgotar(Indice bloque, bool estabaOK) {
 
 void EstacionesMudas::callar(Indice bloque) {
     reloj_.callar(bloque);
-    publicacion_.sinRespuesta(bloque, kSinRespuesta);
+    publicacion_.sinRespuesta(bloque, FraseDeEstado::EstacionMuda);
 }
 
 void EstacionesMudas::enmudecer(Estacion& e, Indice salvo) {

@@ -75,7 +75,7 @@ void Lectura::deshabilitar(Indice conexion, Indice bloque) {
     if (c.bloqueDePrueba == bloque) c.bloqueDePrueba = kNinguno;
     reloj_.descansar(bloque, turnos_.descanso(b));
     turnos_.pausar(conexion);
-    publicacion_.sinRespuesta(bloque, "BAD - Por TimeOut - Deshabilitacion");
+    publicacion_.sinRespuesta(bloque, FraseDeEstado::PorTiempoFuera);
     mudas_.alAgotar(bloque, estabaOK);
 }
 

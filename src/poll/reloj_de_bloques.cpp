@@ -24,7 +24,6 @@ void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::s
 
 void RelojDeBloques::tic(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    Timer1_Bloques_[bloque].habilitar(false);
     const bool descansaba = !b.habilitadoPorRespuestas;
     if (b.activo)
         sucesos_.decir({.que = descansaba ? Que::FinDelDescanso : Que::TicDeBloque,
@@ -182,7 +181,7 @@ void RelojDeBloques::cambiarScan(Indice bloque, double segundos) {
     BloqueLectura& b = tablas_.bloques[bloque];
     b.scanSegundos = segundos;
     b.scanMs = milisegundos(segundos);
-    mostrar(b, de_bloques::kScan, textoDeNumero(segundos));
+    vista_.lstViewEstadoDeBloques.cambio(b.filaBloque);
 }
 
 } // namespace kv

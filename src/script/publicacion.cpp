@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "script/publicacion.h"
 
+#include "events/suceso.h"
 #include "plant/bases.h"
-#include "text/numeros.h"
-#include "view/columnas.h"
 
 namespace kv {
-
-using namespace de_variables;
 
 Publicacion::Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sello& sello)
     : tablas_(tablas), guion_(guion), vista_(vista), sello_(sello) {}
@@ -27,17 +24,12 @@ void Publicacion::notificar(const BloqueLectura& bloque) {
     if (oyente_ != nullptr) oyente_->alCambiar(bloque.indice);
 }
 
-void Publicacion::mostrar(FilaDeLista fila, double valor, std::string_view estado,
-                          const std::string& hora) {
-    Lista& lista = vista_.lstViewVariables;
-    lista.poner(fila, kValor, textoDeNumero(valor));
-    lista.poner(fila, kEstado, estado);
-    lista.poner(fila, kFechaHora, hora);
-}
+std::int64_t Publicacion::ahora() const { return empaquetar(sello_.reloj().ahora()); }
 
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
     std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(nombreDeScript(bloque.clave));
     bloque.estadoDesde = Momento(sello_.reloj().monotonicoMs());
+    bloque.mostrado = {ahora(), FraseDeEstado::SegunEstado};
     publicar(bloque.ranuraValor, 0);
     publicar(bloque.ranuraEstado, kBad);
 }
@@ -45,12 +37,12 @@ void Publicacion::darDeAlta(BloqueLectura& bloque) {
 void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
     BitsDeVariable& bits = *bloque.bits;
     std::tie(bits.ranuraValor[b], bits.ranuraEstado[b]) = ranuras(bits.bitNombres[b]);
-    ponerBit(bloque, b, textoEstado(bloque.estado), sello_.ahora());
+    ponerBit(bloque, b, {ahora(), FraseDeEstado::SegunEstado});
 }
 
 void Publicacion::darDeBaja(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    sinRespuesta(bloque, textoEstado(kBad));
+    sinRespuesta(bloque, FraseDeEstado::SegunEstado);
     b.retirado = true;
     Lista& lista = vista_.lstViewVariables;
     lista.retirar(b.filaVariable);
@@ -87,50 +79,49 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
     ponerEstado(b, kOk);
     publicar(b.ranuraValor, valor);
     publicar(b.ranuraEstado, kOk);
-    const std::string ahora = sello_.ahora();
-    mostrar(b.filaVariable, valor, textoEstado(kOk), ahora);
-    ponerBits(b, textoEstado(kOk), ahora);
+    b.mostrado = {ahora(), FraseDeEstado::SegunEstado};
+    vista_.lstViewVariables.cambio(b.filaVariable);
+    ponerBits(b, FraseDeEstado::SegunEstado);
     notificar(b);
 }
 
 /// A bit variable has the value and the status of the register that it is a bit of.
-void Publicacion::ponerBit(BloqueLectura& bloque, std::size_t b, std::string_view texto,
-                           const std::string& hora) {
-    const BitsDeVariable& bits = *bloque.bits;
-    const auto palabra = static_cast<std::uint32_t>(entero(bloque.valor).value_or(0));
-    const double valor = palabra >> b & 1;
-    publicar(bits.ranuraValor[b], valor);
+void Publicacion::ponerBit(BloqueLectura& bloque, std::size_t b, const LoMostrado& mostrado) {
+    BitsDeVariable& bits = *bloque.bits;
+    publicar(bits.ranuraValor[b], bitDe(bloque.valor, b));
     publicar(bits.ranuraEstado[b], bloque.estado);
-    mostrar(bits.bitFilas[b], valor, texto, hora);
+    bits.mostrado[b] = mostrado;
+    vista_.lstViewVariables.cambio(bits.bitFilas[b]);
 }
 
-void Publicacion::ponerBits(BloqueLectura& bloque, std::string_view texto,
-                            const std::string& hora) {
-    for (std::size_t b = 0; bloque.bits && b < bloque.bits->bitDefinido.size(); ++b) {
-        if (bloque.bits->bitDefinido[b]) ponerBit(bloque, b, texto, hora);
+void Publicacion::ponerBits(BloqueLectura& bloque, FraseDeEstado frase) {
+    if (!bloque.bits) return;
+    const LoMostrado mostrado{ahora(), frase};
+    for (std::size_t b = 0; b < bloque.bits->bitDefinido.size(); ++b) {
+        if (bloque.bits->bitDefinido[b]) ponerBit(bloque, b, mostrado);
     }
 }
 
-void Publicacion::sinRespuesta(Indice bloque, std::string_view texto) {
+void Publicacion::sinRespuesta(Indice bloque, FraseDeEstado frase) {
     BloqueLectura& b = tablas_.bloques[bloque];
     if (b.retirado) return;
     ponerEstado(b, kBad);
-    vista_.lstViewVariables.poner(b.filaVariable, kEstado, texto);
+    b.mostrado = {b.mostrado.instante(), frase}; // the value that is shown is as old as it was
+    vista_.lstViewVariables.cambio(b.filaVariable);
     publicar(b.ranuraEstado, kBad);
-    ponerBits(b, texto, sello_.ahora());
+    ponerBits(b, frase);
     notificar(b);
 }
 
 void Publicacion::establecerBAD_En_Socket(Indice conexion) {
-    const std::string ahora = sello_.ahora();
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
         BloqueLectura& b = tablas_.bloques[i];
         if (b.retirado) continue;
         ponerEstado(b, kBad);
         publicar(b.ranuraEstado, kBad);
-        vista_.lstViewVariables.poner(b.filaVariable, kEstado, textoEstado(kBad));
-        vista_.lstViewVariables.poner(b.filaVariable, kFechaHora, ahora);
-        ponerBits(b, textoEstado(kBad), ahora);
+        b.mostrado = {ahora(), FraseDeEstado::SegunEstado};
+        vista_.lstViewVariables.cambio(b.filaVariable);
+        ponerBits(b, FraseDeEstado::SegunEstado);
         notificar(b);
     }
 }

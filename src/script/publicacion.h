@@ -52,9 +52,9 @@ class Publicacion {
     /// A good answer: stores value and status OK, publishes, shows and notifies, but only when the
     /// value or the status is new. Tries that failed before are forgotten.
     void valorLeido(Indice bloque, double valor);
-    /// No answer is to be had: the variable and its bits become BAD, for the reason that `texto`
-    /// says in their rows.
-    void sinRespuesta(Indice bloque, std::string_view texto);
+    /// No answer is to be had: the variable and its bits become BAD, for the reason that `frase`
+    /// gives in their rows.
+    void sinRespuesta(Indice bloque, FraseDeEstado frase);
     /// The connection is lost: every variable and every bit of its blocks becomes BAD.
     void establecerBAD_En_Socket(Indice conexion);
 
@@ -62,10 +62,9 @@ class Publicacion {
     void ponerEstado(BloqueLectura& bloque, double estado);
     void publicar(Indice ranura, double valor);
     void notificar(const BloqueLectura& bloque);
-    void mostrar(FilaDeLista fila, double valor, std::string_view estado, const std::string& hora);
-    void ponerBit(BloqueLectura& bloque, std::size_t b, std::string_view texto,
-                  const std::string& hora);
-    void ponerBits(BloqueLectura& bloque, std::string_view texto, const std::string& hora);
+    [[nodiscard]] std::int64_t ahora() const;
+    void ponerBit(BloqueLectura& bloque, std::size_t b, const LoMostrado& mostrado);
+    void ponerBits(BloqueLectura& bloque, FraseDeEstado frase);
     [[nodiscard]] std::pair<Indice, Indice> ranuras(const std::string& nombre);
 
     Tablas& tablas_;

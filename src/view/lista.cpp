@@ -30,9 +30,16 @@ Tramo tramo(const std::string& textos, std::size_t columna) {
 std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
     const auto fila = static_cast<std::uint32_t>(filas_.size());
     filas_.emplace_back();
-    filas_.back().etiqueta = etiqueta;
-    poner(fila, 0, texto);
-    if (buscable_) porTexto_.emplace(std::hash<std::string_view>{}(this->texto(fila, 0)), fila);
+    filas_.back().etiqueta = static_cast<std::int32_t>(etiqueta);
+    if (redactor_ == nullptr) {
+        poner(fila, 0, texto);
+    } else {
+        anotar(fila);
+    }
+    if (buscable_) {
+        const std::string suyo = redactor_ == nullptr ? this->texto(fila, 0) : std::string(texto);
+        porTexto_.emplace(std::hash<std::string_view>{}(suyo), fila);
+    }
     return fila;
 }
 
@@ -64,14 +71,16 @@ void Lista::poner(std::uint32_t fila, std::size_t columna, std::string_view text
 }
 
 void Lista::agregarA(std::uint32_t fila, std::size_t columna, std::string_view mas) {
-    poner(fila, columna, std::string(texto(fila, columna)).append(mas));
+    poner(fila, columna, texto(fila, columna).append(mas));
 }
 
-std::string_view Lista::texto(std::uint32_t fila, std::size_t columna) const {
+std::string Lista::texto(std::uint32_t fila, std::size_t columna) const {
     if (fila >= filas_.size()) return {};
+    if (redactor_ != nullptr) {
+        if (auto suyo = redactor_->texto(fila, columna)) return std::move(*suyo);
+    }
     const Tramo t = tramo(filas_[fila].textos, columna);
-    return t.existe ? std::string_view(filas_[fila].textos).substr(t.desde, t.largo)
-                    : std::string_view{};
+    return t.existe ? filas_[fila].textos.substr(t.desde, t.largo) : std::string();
 }
 
 std::int64_t Lista::etiqueta(std::uint32_t fila) const {

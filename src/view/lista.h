@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,6 +20,15 @@ class OyenteDeFilas {
     virtual void alCambiarFila(std::uint32_t fila) = 0;
 };
 
+/// Who knows what the rows of a list say, so that their texts are made when somebody looks.
+class Redactor {
+  public:
+    virtual ~Redactor() = default;
+    /// What a column of a row says; nothing: what was put there.
+    [[nodiscard]] virtual std::optional<std::string> texto(std::uint32_t fila,
+                                                           std::size_t columna) const = 0;
+};
+
 /// A list of a window: rows of texts under columns, each row with a tag and a check box. Rows are
 /// only ever added, so a row's number is its handle; one that is retired is shown and found no
 /// more.
@@ -32,6 +42,9 @@ class Lista {
     [[nodiscard]] const std::vector<std::string>& columnas() const { return columnas_; }
     [[nodiscard]] std::string_view nombre() const { return nombre_; }
 
+    /// It must outlive this or be taken off with null, and know a row's first column from the
+    /// moment when the row is added.
+    void redactarCon(const Redactor* redactor) { redactor_ = redactor; }
     /// A new row whose first column is `texto`; gives its number.
     std::uint32_t agregar(std::string_view texto, std::int64_t etiqueta = -1);
     [[nodiscard]] std::size_t filas() const { return filas_.size(); }
@@ -39,7 +52,11 @@ class Lista {
     /// passed over: a list is a display and never a reason to fail.
     void poner(std::uint32_t fila, std::size_t columna, std::string_view texto);
     void agregarA(std::uint32_t fila, std::size_t columna, std::string_view texto);
-    [[nodiscard]] std::string_view texto(std::uint32_t fila, std::size_t columna) const;
+    [[nodiscard]] std::string texto(std::uint32_t fila, std::size_t columna) const;
+    /// What the redactor says of a row is another thing now.
+    void cambio(std::uint32_t fila) {
+        if (fila < filas_.size()) anotar(fila);
+    }
     /// Number that the row carries for the program (a block's index), -1 if none.
     [[nodiscard]] std::int64_t etiqueta(std::uint32_t fila) const;
     void tildar(std::uint32_t fila, bool tildada);
@@ -66,7 +83,7 @@ class Lista {
     /// All columns in one text, so that a row costs one allocation: there are two rows a block.
     struct Fila {
         std::string textos; ///< columns separated by NUL, which becomes a blank inside of them
-        std::int64_t etiqueta = -1;
+        std::int32_t etiqueta = -1;
         bool tildada = false;
         bool anotada = false;
         bool retirada = false;
@@ -76,6 +93,7 @@ class Lista {
 
     std::string_view nombre_;
     bool buscable_;
+    const Redactor* redactor_ = nullptr;
     std::vector<std::string> columnas_;
     std::deque<Fila> filas_;
     /// Hash of column 0 to the rows of that text: many may share one.

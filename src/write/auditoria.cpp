@@ -42,7 +42,8 @@ Auditoria::Auditoria(Sucesos& sucesos, const Tablas& tablas, Archivos& archivos,
                      const std::string& carpetaDelPrograma, std::string programa)
     : sucesos_(sucesos), tablas_(tablas), archivos_(archivos), reloj_(reloj),
       carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")), programa_(std::move(programa)) {
-    sucesos_.avisarA(this);
+    sucesos_.avisarA(this, {Que::EscrituraSale, Que::EscrituraTerminada, Que::EscrituraUnida,
+                            Que::EscrituraRechazada});
 }
 
 Auditoria::~Auditoria() { sucesos_.dejarDeAvisarA(this); }

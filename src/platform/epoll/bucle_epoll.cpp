@@ -186,7 +186,7 @@ void BucleEpoll::vuelta(int esperaMs) {
         const Vuelta::Nivel nivel(vuelta_);
         esperar(esperaMs);
         atenderSucesos();
-        ticarVencidos();
+        ticarVencidos(reloj_.monotonicoUs());
     }
     vuelta_.terminar();
 }
@@ -195,11 +195,13 @@ void BucleEpoll::dejarCorrerPendientes() {
     if (!vuelta_.admiteOtroNivel()) return;
     const Vuelta::Nivel nivel(vuelta_);
     atenderSucesos();
-    if (reloj_.monotonicoUs() - miradoUs_ >= kEntreMiradasUs) {
+    std::int64_t ahora = reloj_.monotonicoUs();
+    if (ahora - miradoUs_ >= kEntreMiradasUs) {
         esperar(0);
         atenderSucesos();
+        ahora = reloj_.monotonicoUs();
     }
-    ticarVencidos();
+    ticarVencidos(ahora);
 }
 
 void BucleEpoll::esperar(int esperaMs) {
@@ -232,14 +234,13 @@ void BucleEpoll::atenderSucesos() {
     }
 }
 
-void BucleEpoll::ticarVencidos() {
-    const std::int64_t ahora = reloj_.monotonicoUs();
-    while (!detenido_ && cola_.ticar(ahora)) {
+void BucleEpoll::ticarVencidos(std::int64_t ahoraUs) {
+    while (!detenido_ && cola_.ticar(ahoraUs)) {
         if (reloj_.monotonicoUs() - miradoUs_ < kEntreTicsUs) continue;
         esperar(0);
         atenderSucesos();
     }
-    while (propios_.ticar(ahora)) {
+    while (propios_.ticar(ahoraUs)) {
     }
 }
 

@@ -132,7 +132,7 @@ class BucleEpoll final : public Bucle {
     void vuelta(int esperaMs);
     void esperar(int esperaMs);
     void atenderSucesos();
-    void ticarVencidos();
+    void ticarVencidos(std::int64_t ahoraUs);
     void crearDespertador();
     void ponerDespertador();
     [[nodiscard]] int esperaHastaElProximo();

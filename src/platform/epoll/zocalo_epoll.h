@@ -61,7 +61,18 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     BucleEpoll& bucle_;
     OyenteDeZocalo& oyente_;
     std::size_t indice_;
+    // What an exchange touches lies together.
+    BucleEpoll::Registro registro_ = 0;
     int descriptor_ = -1;
+    EstadoZocalo estado_ = EstadoZocalo::Cerrado;
+    bool agrupar_ = false;
+    bool agrupado_ = false;        ///< the end of the turn will send
+    bool esperaEscritura_ = false; ///< the kernel tells when it takes more
+    std::uint64_t conexiones_ = 0;
+    std::string cola_; ///< [enviados_, size) still to be sent
+    std::size_t enviados_ = 0;
+    std::size_t limiteDeCola_ = std::size_t{64} * 1024;
+
     std::string nombre_; ///< being looked up; empty: none
     std::uint32_t puerto_ = 0;
     std::vector<Maquina> maquinas_; ///< to be tried; [0, probadas_) were
@@ -71,15 +82,6 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     int reservado_ = -1;    ///< bound where it has listened
     Maquina lugar_{};       ///< there
     std::string rutaLocal_; ///< the socket file that it listens on; empty: none
-    BucleEpoll::Registro registro_ = 0;
-    EstadoZocalo estado_ = EstadoZocalo::Cerrado;
-    bool agrupar_ = false;
-    bool agrupado_ = false;        ///< the end of the turn will send
-    bool esperaEscritura_ = false; ///< the kernel tells when it takes more
-    std::uint64_t conexiones_ = 0;
-    std::string cola_; ///< [enviados_, size) still to be sent
-    std::size_t enviados_ = 0;
-    std::size_t limiteDeCola_ = std::size_t{64} * 1024;
     std::int64_t pacienciaMs_ = 0;
     std::string motivo_;
     std::unique_ptr<Temporizador> descanso_; ///< made when it is first wanted

@@ -65,14 +65,14 @@ QPixmap dibujar(EstadoDeFila estado, int lado, bool elegida) {
 }
 
 EstadoDeFila deConexion(const Lista& lista, std::uint32_t fila) {
-    const std::string_view texto = lista.texto(fila, 2);
+    const std::string texto = lista.texto(fila, 2);
     if (texto.empty()) return EstadoDeFila::Ninguno;
     return texto == "Conectado OK" ? EstadoDeFila::Bien : EstadoDeFila::Desconectada;
 }
 
 EstadoDeFila deVariable(const Lista& lista, std::uint32_t fila) {
     if (!lista.tildada(fila)) return EstadoDeFila::Apagada;
-    const std::string_view texto = lista.texto(fila, 2);
+    const std::string texto = lista.texto(fila, 2);
     if (texto == "OK") return EstadoDeFila::Bien;
     return texto == "BAD" ? EstadoDeFila::Mal : EstadoDeFila::Descansa;
 }
@@ -84,7 +84,7 @@ EstadoDeFila deBloque(const Lista& lista, std::uint32_t fila) {
 }
 
 std::string tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
-    return std::string(lista.texto(fila, columna));
+    return lista.texto(fila, columna);
 }
 
 /// What is switched off keeps its state and is not looked at any more: its text must not say less

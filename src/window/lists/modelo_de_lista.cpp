@@ -78,7 +78,7 @@ std::string ModeloDeLista::textoDe(std::uint32_t fila, std::size_t columna) cons
         return reparo ? texto + deQt(reparo->texto) : texto;
     }
     if (esta != forma_.columnaDeCifras || base_ == Base::Decimal) return texto;
-    const std::string_view direccion = lista_.texto(fila, 0);
+    const std::string direccion = lista_.texto(fila, 0);
     const bool bit = std::count(direccion.begin(), direccion.end(), '.') == kPuntosDeUnBit;
     return bit ? texto : enBase(std::move(texto), base_);
 }
