@@ -18,6 +18,7 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTableView>
 #include <QTextBlock>
@@ -182,6 +183,9 @@ void juzgarLugares(QWidget& ventana, const std::string& foto) {
         if (seJuzga(*c)) controles.push_back(c);
     }
     for (const QWidget* c : controles) {
+        const auto* area = qobject_cast<const QAbstractScrollArea*>(c);
+        EXPECT_TRUE(area == nullptr || area->horizontalScrollBar()->maximum() == 0)
+            << quienEs(*c, foto) << " has to be scrolled sideways";
         const QSize falta = necesario(*c);
         EXPECT_TRUE(sitio(*c, ventana).contains(c->rect())) << quienEs(*c, foto) << " is cut";
         EXPECT_TRUE(c->width() >= falta.width() && c->height() >= falta.height())
