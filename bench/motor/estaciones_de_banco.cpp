@@ -116,7 +116,7 @@ class Hijo {
             return;
         }
         if (orden == 'r') {
-            repartir_ = 800;
+            if (read(ordenes_, &repartir_, sizeof repartir_) != sizeof repartir_) _exit(1);
             return;
         }
         if (orden == 'o') {
@@ -182,8 +182,8 @@ void EstacionesDeBanco::olvidar() const {
     if (write(ordenes_, "o", 1) != 1) std::abort();
 }
 
-void EstacionesDeBanco::repartir() const {
-    if (write(ordenes_, "r", 1) != 1) std::abort();
+void EstacionesDeBanco::repartir(double ms) const {
+    if (write(ordenes_, "r", 1) != 1 || write(ordenes_, &ms, sizeof ms) != sizeof ms) std::abort();
 }
 
 void EstacionesDeBanco::velar() const {

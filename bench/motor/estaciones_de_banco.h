@@ -26,10 +26,10 @@ class EstacionesDeBanco {
     [[nodiscard]] std::uint16_t puerto() const { return puerto_; }
     /// Forgets what was seen so far.
     void olvidar() const;
-    /// From now on the links come one after the other over 800 ms instead of all at once.
-    void repartir() const;
-    /// From now on they never sleep: who sends to one that sleeps on the same machine pays for waking
-    /// it, as no driver does whose stations are elsewhere. Lateness is not kept any more.
+    /// From now on the links come one after the other over so many ms instead of all at once.
+    void repartir(double ms) const;
+    /// From now on they never sleep: who sends to one that sleeps on the same machine pays for
+    /// waking it, as no driver does whose stations are elsewhere. Lateness is not kept any more.
     void velar() const;
     [[nodiscard]] Atrasos atrasos() const;
 

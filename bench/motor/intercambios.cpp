@@ -3,7 +3,7 @@
 // same run. The figures that matter are the ratios.
 //
 //     intercambios [--segundos S] [--conexiones N ...] [--guion FILE] [--cliente]
-//                  [--pausado | --saturado | --hostil]
+//                  [--pausado [--pausa MS] [--bloques N] | --saturado | --hostil]
 //
 // With --cliente a supervisory client in a process of its own is told of every value. --hostil says
 // how late the driver's requests are with no client, and with each kind of client that means harm.
@@ -60,13 +60,12 @@ void saturado(int conexiones, double segundos, const std::string& guion, bool co
     std::fflush(stdout);
 }
 
-void pausado(int conexiones, double segundos) {
-    constexpr int kPausaMs = 800;
+void pausado(int conexiones, int bloques, int pausaMs, double segundos) {
     const EstacionesDeBanco estaciones;
-    const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, kPausaMs);
-    Driver driver(estaciones.puerto(), conexiones, 1, 0.8, kPausaMs, "");
-    estaciones.repartir();
-    driver.correr(6);
+    const Medida piso = medirBuclePelado(estaciones.puerto(), conexiones, segundos, pausaMs);
+    Driver driver(estaciones.puerto(), conexiones, bloques, pausaMs / 1000.0, pausaMs, "");
+    estaciones.repartir(pausaMs);
+    driver.correr(4 + 2.5 * pausaMs / 1000);
     estaciones.olvidar();
     const Medida m = medirDriver(driver, segundos);
     const Atrasos a = estaciones.atrasos();
@@ -74,7 +73,7 @@ void pausado(int conexiones, double segundos) {
                 "next request after %.3f ms at least, p50 +%.3f ms, p99 +%.3f ms\n",
                 conexiones, piso.usPorIntercambio, m.usPorIntercambio,
                 m.usPorIntercambio / piso.usPorIntercambio, m.intercambiosPorSegundo, a.minimoMs,
-                a.p50Ms - kPausaMs, a.p99Ms - kPausaMs);
+                a.p50Ms - pausaMs, a.p99Ms - pausaMs);
 }
 
 void hostil(int conexiones, double segundos) {
@@ -95,7 +94,7 @@ void hostil(int conexiones, double segundos) {
     const EstacionesDeBanco estaciones;
     Driver driver(estaciones.puerto(), conexiones, 1, 0.8, kPausaMs, "");
     driver.servir();
-    estaciones.repartir();
+    estaciones.repartir(kPausaMs);
     driver.correr(6);
     for (const Caso& caso : kCasos) {
         std::optional<ClienteDeBanco> cliente;
@@ -126,10 +125,14 @@ int main(int argc, char** argv) {
     bool soloSaturado = false;
     bool soloHostil = false;
     bool cliente = false;
+    int pausaMs = 800;
+    int bloques = 1;
     app.add_option("--segundos", segundos, "Length of each measurement");
     app.add_option("--conexiones", conexiones, "Numbers of connections");
     app.add_option("--guion", archivoDelGuion, "A script to run after every answer");
     app.add_flag("--pausado", soloPausado, "Only the paced measurement");
+    app.add_option("--pausa", pausaMs, "Of the paced measurement, ms");
+    app.add_option("--bloques", bloques, "Of each connection in the paced measurement, up to 240");
     app.add_flag("--saturado", soloSaturado, "Only the saturated measurements");
     app.add_flag("--hostil", soloHostil, "Only the lateness beside clients that mean harm");
     app.add_flag("--cliente", cliente, "With a client that is told of every value");
@@ -145,6 +148,6 @@ int main(int argc, char** argv) {
         for (const int n : conexiones)
             kv::banco::saturado(n, segundos, guion.str(), cliente);
     }
-    if (!soloSaturado) kv::banco::pausado(conexiones.back(), segundos * 2);
+    if (!soloSaturado) kv::banco::pausado(conexiones.back(), bloques, pausaMs, segundos * 2);
     return 0;
 }

@@ -3,6 +3,7 @@
 
 #include "events/nombres.h"
 #include "plant/bases.h"
+#include "text/numeros.h"
 #include "text/texto.h"
 
 #include <array>
@@ -58,7 +59,7 @@ void Formas::edad(Indice bloque, ObjetoJson& o) const {
         .crudo("desde", instante(e.desdeMs))
         .crudo("leida", instante(e.leidaMs))
         .crudo("esperada",
-               e.esperadaMs > 0 ? textoDeNumero(static_cast<double>(e.esperadaMs) / 1000) : "null")
+               e.esperadaMs > 0 ? enJson(static_cast<double>(e.esperadaMs) / 1000) : "null")
         .logico("vieja", e.vieja);
 }
 
@@ -83,18 +84,18 @@ void Formas::bloque(Indice bloque, ObjetoJson& o) const {
         .logico("seLePuedePreguntar", b.tieneTrama)
         .logico("descansa", !b.habilitadoPorRespuestas)
         .logico("esperaTurno", b.pendiente)
-        .crudo("faltan", faltan < 0 ? "null" : textoDeNumero(static_cast<double>(faltan) / 1000))
+        .crudo("faltan", faltan < 0 ? "null" : enJson(static_cast<double>(faltan) / 1000))
         .numero("intentosSinRespuesta", b.fallidos.total());
 }
 
 std::string Formas::estaciones(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
-    std::string lista = "[";
+    std::string texto;
+    ListaJson lista(texto);
     for (std::size_t k = 0; k < c.estaciones.limiteSuperior(); ++k) {
         const Estacion& e = c.estaciones[k];
         if (e.retirada) continue;
-        if (lista.size() > 1) lista += ',';
-        ObjetoJson o(lista);
+        ObjetoJson o(lista.elemento());
         o.numero("plc", e.numero)
             .numero("indice", e.indice)
             .logico("callada", porQue_.callada(e))
@@ -103,7 +104,8 @@ std::string Formas::estaciones(Indice conexion) const {
             .numero("intentosSinRespuesta", e.fallidos.total())
             .fin();
     }
-    return lista + "]";
+    lista.fin();
+    return texto;
 }
 
 void Formas::conexion(Indice conexion, ObjetoJson& o) const {
@@ -114,8 +116,7 @@ void Formas::conexion(Indice conexion, ObjetoJson& o) const {
         .crudo("desde", c.enlaceDesde.hay() ? instante(c.enlaceDesde.ms()) : "null")
         .crudo("proximoIntento",
                arriba ? "null"
-                      : textoDeNumero(static_cast<double>(conexiones_.proximoIntentoMs(conexion)) /
-                                      1000))
+                      : enJson(static_cast<double>(conexiones_.proximoIntentoMs(conexion)) / 1000))
         .numero("bloquesActivos", c.activos)
         .numero("escriturasEnEspera", static_cast<double>(c.escrituras.size()))
         .texto("porque", porQue_.porQueConexion(conexion))
@@ -143,26 +144,23 @@ void Formas::cuentas(Indice conexion, ObjetoJson& o) const {
     unas(c, o);
     o.crudo("ultimaRespuesta", instante(c.ultimaRespuestaMs))
         .numero("caidas", static_cast<double>(c.caidas));
-    std::string reparto;
     const double total = static_cast<double>(std::max<std::int64_t>(1, c.reparto.total()));
-    ObjetoJson r(reparto);
+    ObjetoJson r(o.valor("reparto"));
     r.numero("respuestas", static_cast<double>(c.reparto.respuestas) / total)
         .numero("silencio", static_cast<double>(c.reparto.silencio) / total)
         .numero("pausas", static_cast<double>(c.reparto.pausas) / total)
         .numero("libre", static_cast<double>(c.reparto.libre) / total)
         .fin();
-    o.crudo("reparto", reparto);
-    std::string lista = "[";
+    ListaJson lista(o.valor("estaciones"));
     const auto& estaciones = tablas_.conexiones[conexion].estaciones;
     for (std::size_t k = 0; k < estaciones.limiteSuperior(); ++k) {
         if (estaciones[k].retirada) continue;
-        if (lista.size() > 1) lista += ',';
-        ObjetoJson una(lista);
+        ObjetoJson una(lista.elemento());
         una.numero("plc", estaciones[k].numero);
         unas(contadores_.deEstacion(conexion, static_cast<Indice>(k)), una);
         una.fin();
     }
-    o.crudo("estaciones", lista + "]");
+    lista.fin();
 }
 
 /// What was on the wire; where it is long, behind how many that were held from before.

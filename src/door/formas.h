@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "door/linea_json.h"
 #include "events/contadores.h"
 #include "events/redaccion.h"
 #include "link/conexiones.h"
 #include "operator/porque.h"
 #include "plant/tablas.h"
 #include "poll/reloj_de_bloques.h"
+#include "text/json.h"
 
 #include <cstdint>
 #include <string>

@@ -5,6 +5,7 @@
 #include "door/usuarios.h"
 #include "events/nombres.h"
 #include "operator/escritura_manual.h"
+#include "text/numeros.h"
 #include "text/texto.h"
 
 #include <algorithm>

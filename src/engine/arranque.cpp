@@ -47,6 +47,8 @@ Arranque::Arranque(Motor& motor, Procesos& procesos)
     : motor_(motor), procesos_(procesos),
       Timer_VER_(motor.bucle.crearTemporizador([this] { Timer_VER_Timer(); })) {
     Timer_VER_->fijarIntervalo(kVerMs);
+    motor_.recarga.alAdoptar(
+        [this](const std::string& ruta) { procesos_.atenderConfiguracion(ruta); });
 }
 
 bool Arranque::soyElUnico() {

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/conexiones.h"
 
+#include "platform/motivo_de_enlace.h"
 #include "text/numeros.h"
 #include "view/columnas.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 
 namespace kv {
@@ -16,9 +18,6 @@ constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setti
 // A link to a fast station is given so long all the same to have its bytes acknowledged: one lost
 // packet is sent again after some tenths of a second.
 constexpr std::int64_t kPacienciaMinimaMs = 3000;
-
-constexpr std::string_view kLaCerroElOtro = "la cerro el otro extremo";
-constexpr std::string_view kNoContesta = "nadie contesta en esa direccion";
 
 using namespace de_conexiones;
 
@@ -79,7 +78,7 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
                                 : conectando ? "Conectando..."
                                              : "NO Conectado");
     if (!conectada) hacenFaltaSolicitudes = true;
-    if (estado == EstadoZocalo::CerradoPorElOtro || estado == EstadoZocalo::Error) anotarMotivo(n);
+    if (!conectando && !conectada) anotarMotivo(n);
     const bool estaba = c.estadoSupervision == 1;
     const std::uint64_t enlace = wsSocket_[n]->conexiones();
     // A link that went and came back between two passes was lost all the same.
@@ -142,6 +141,8 @@ void GestorDeConexiones::solicitar(Indice n) {
         c.contadorIntervalos = 0;
     }
     if (c.contadorSolicitudes >= intervalosDeConectarSeguidos_) {
+        // An attempt that has just begun has shown nothing; what has ended has.
+        if (zocalo.estado() != EstadoZocalo::Conectando) anotarMotivo(n);
         zocalo.abortar();
         c.enTiempoFuera = true;
         c.contadorSolicitudes = c.contadorTiempoFuera = c.contadorIntervalos = 0;
@@ -150,22 +151,27 @@ void GestorDeConexiones::solicitar(Indice n) {
     }
 }
 
-/// Why the link is not up, before the socket forgets it.
+/// Before the socket forgets it.
 void GestorDeConexiones::anotarMotivo(Indice n) {
-    std::string& motivo = tablas_.conexiones[n].motivo;
-    switch (wsSocket_[n]->estado()) {
-    case EstadoZocalo::Error:
-        motivo = wsSocket_[n]->motivo();
-        return;
-    case EstadoZocalo::CerradoPorElOtro:
-        motivo = kLaCerroElOtro;
-        return;
-    case EstadoZocalo::Conectando:
-        motivo = kNoContesta;
-        return;
-    default:
-        return;
-    }
+    const bool seAbandona = wsSocket_[n]->estado() == EstadoZocalo::Conectando;
+    tablas_.conexiones[n].motivo = seAbandona && !perdidaSinVer(n)
+                                       ? motivoDeEnlace(ETIMEDOUT, FaseDeEnlace::AlConectar)
+                                       : porQueNoHayEnlace(n);
+}
+
+bool GestorDeConexiones::perdidaSinVer(Indice n) const {
+    const ConexionIP& c = tablas_.conexiones[n];
+    return c.estadoSupervision == 1 && !c.motivo.empty();
+}
+
+std::string GestorDeConexiones::porQueNoHayEnlace(Indice n) const {
+    const std::string& sabido = tablas_.conexiones[n].motivo;
+    const Zocalo& zocalo = *wsSocket_[n];
+    if (perdidaSinVer(n)) return sabido;
+    if (zocalo.estado() == EstadoZocalo::Error) return zocalo.motivo();
+    if (zocalo.estado() == EstadoZocalo::CerradoPorElOtro)
+        return motivoDeEnlace(EPIPE, FaseDeEnlace::Establecido);
+    return sabido;
 }
 
 std::int64_t GestorDeConexiones::proximoIntentoMs(Indice n) const {

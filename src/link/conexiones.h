@@ -49,6 +49,9 @@ class GestorDeConexiones {
     void estadoConexiones();
     /// Starts the periodic supervision.
     void habilitarSupervision() { TimerConexiones_->habilitar(true); }
+    /// Why a link is not up, as far as is known: how it was lost, until the supervision has seen
+    /// that it was, and then how the last attempt ended; empty: nothing is known yet.
+    [[nodiscard]] std::string porQueNoHayEnlace(Indice n) const;
     /// Milliseconds until the next attempt to connect one that is not.
     [[nodiscard]] std::int64_t proximoIntentoMs(Indice n) const;
     [[nodiscard]] Zocalo& wsSocket(Indice i) { return *wsSocket_[i]; }
@@ -62,6 +65,7 @@ class GestorDeConexiones {
     void solicitar(Indice n);
     void refrescarFila(Indice n);
     void anotarMotivo(Indice n);
+    [[nodiscard]] bool perdidaSinVer(Indice n) const;
 
     Bucle& bucle_;
     Tablas& tablas_;

@@ -12,29 +12,6 @@ namespace {
 
 constexpr std::int64_t kVecesLoEsperado = 3;
 
-/// What the system says of a link, and what that means to whoever has to mend it.
-struct Traduccion {
-    std::string_view comienzo; ///< of the system's words
-    std::string_view enCastellano;
-};
-constexpr std::array kTraducciones = {
-    Traduccion{"Connection refused", "rechaza la conexion (nadie atiende ese puerto)"},
-    Traduccion{"conexion rechazada", "rechaza la conexion (nadie atiende ese puerto)"},
-    Traduccion{"No route to host", "no hay ruta hasta esa direccion"},
-    Traduccion{"Network is unreachable", "no hay ruta hasta esa red"},
-    Traduccion{"Connection timed out", "nadie confirma lo que se envia"},
-    Traduccion{"Connection reset by peer", "la corto el otro extremo de golpe"},
-    Traduccion{"Broken pipe", "la cerro el otro extremo"},
-    Traduccion{"Too many open files", "el driver no tiene mas descriptores para conexiones"},
-};
-
-std::string enCastellano(const std::string& motivo) {
-    for (const Traduccion& t : kTraducciones) {
-        if (motivo.starts_with(t.comienzo)) return std::string(t.enCastellano);
-    }
-    return motivo;
-}
-
 std::string contar(std::uint32_t n, std::string_view uno, std::string_view varios) {
     return std::to_string(n) + " " + std::string(n == 1 ? uno : varios);
 }
@@ -140,19 +117,26 @@ std::string PorQue::causa(const BloqueLectura& b) const {
     return enSuTurno(b);
 }
 
+std::string PorQue::desdeCuandoSinEnlace(Indice conexion) const {
+    const ConexionIP& c = tablas_.conexiones[conexion];
+    // The supervision has not looked at it since.
+    if (c.estadoSupervision == 1)
+        return "se acaba de perder (estaba conectada desde " + hora(c.enlaceDesde.ms()) + ")";
+    if (c.enlaceDesde.hay()) return "esta caida desde " + hora(c.enlaceDesde.ms());
+    return conexiones_.wsSocket(conexion).conexiones() > 0
+               ? "se establece y se pierde antes de usarse"
+               : "no se establecio nunca";
+}
+
 std::string PorQue::sinEnlace(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
     const std::string quien = "la conexion " + c.ip + ":" + c.puertoTCP + " ";
     const EstadoZocalo estado = conexiones_.wsSocket(conexion).estado();
     if (estado == EstadoZocalo::Conectado)
         return quien + "acaba de establecerse y se usa desde la proxima supervision";
-    std::string texto =
-        quien + (c.enlaceDesde.hay() ? "esta caida desde " + hora(c.enlaceDesde.ms())
-                                     : "no se establecio nunca");
-    // What the supervision has not looked at yet is known all the same.
-    const std::string motivo =
-        estado == EstadoZocalo::Error ? conexiones_.wsSocket(conexion).motivo() : c.motivo;
-    if (!motivo.empty()) texto += ": " + enCastellano(motivo);
+    std::string texto = quien + desdeCuandoSinEnlace(conexion);
+    if (const std::string motivo = conexiones_.porQueNoHayEnlace(conexion); !motivo.empty())
+        texto += ": " + motivo;
     if (estado == EstadoZocalo::Conectando) return texto + "; se esta intentando ahora";
     return texto + "; proximo intento " + dentroDe(conexiones_.proximoIntentoMs(conexion));
 }

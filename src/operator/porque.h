@@ -64,6 +64,7 @@ class PorQue {
   private:
     [[nodiscard]] std::string causa(const BloqueLectura& b) const;
     [[nodiscard]] std::string sinEnlace(Indice conexion) const;
+    [[nodiscard]] std::string desdeCuandoSinEnlace(Indice conexion) const;
     [[nodiscard]] std::string enDescanso(const BloqueLectura& b) const;
     [[nodiscard]] std::string enSuTurno(const BloqueLectura& b) const;
     [[nodiscard]] std::string queOcupaLaLinea(const BloqueLectura& b) const;

@@ -38,6 +38,8 @@ void Recarga::recargar() {
 
 void Recarga::unaVez() {
     std::string mensaje;
+    // Whoever asks has just written it: what was seen earlier in this turn, as at the start, is old.
+    p_.ajustes.vueltaNueva();
     ConfiguracionLeida leida = leerConfiguracionUbicada(
         p_.ajustes, [&mensaje](std::string_view texto) { mensaje = texto; });
     const Validacion validacion = validar(leida.listas, leida.problemas);
@@ -46,6 +48,7 @@ void Recarga::unaVez() {
         mensaje = leida.listas.archivo + ": no queda ningún bloque";
     if (!mensaje.empty()) return rechazar(mensaje);
     conocer(leida.problemas);
+    if (alAdoptar_) alAdoptar_(leida.ubicacion.rutaConfiguracion);
     p_.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     p_.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
     p_.descripciones = std::move(leida.listas.descripciones);

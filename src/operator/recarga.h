@@ -19,8 +19,10 @@
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 
+#include <functional>
 #include <string>
 #include <unordered_set>
+#include <utility>
 
 namespace kv {
 
@@ -53,6 +55,8 @@ class Recarga {
 
     /// The faults of the configuration that the driver started with.
     void conocer(const Problemas& problemas);
+    /// Called with the path of each configuration that is taken over.
+    void alAdoptar(std::function<void(const std::string&)> tarea) { alAdoptar_ = std::move(tarea); }
     /// Reads the configuration and takes it over; what came of it stands in the log, and a refusal
     /// is shown to the operator too. Lets events run at its end. Called meanwhile, it is done once
     /// more.
@@ -74,6 +78,7 @@ class Recarga {
 
     Partes p_;
     std::unordered_set<std::string> conocidos_; ///< faults of the configuration in use
+    std::function<void(const std::string&)> alAdoptar_;
     bool recargando_ = false;
     bool otraVez_ = false;
 };

@@ -108,17 +108,13 @@ class Lector {
         const std::size_t fin = finDe(esDeNombre, i_);
         const std::string p = minuscula(linea_.substr(i_, std::min(fin - i_, kPalabraMasLarga)));
         const bool entera = fin - i_ <= kPalabraMasLarga;
-        if (trasPunto_) {
-            i_ = fin; // a member of an object may be named like anything
-        } else if (entera && p == "rem") {
-            tramo(linea_.size(), ClaseDeTramo::Comentario);
-        } else if (p.starts_with("mw_")) {
-            tramo(fin, ClaseDeTramo::Variable);
-        } else if (entera && esReservada(p)) {
-            tramo(fin, ClaseDeTramo::Palabra);
-        } else {
-            i_ = fin;
+        // A member of an object may be named like anything.
+        if (!trasPunto_) {
+            if (entera && p == "rem") return tramo(linea_.size(), ClaseDeTramo::Comentario);
+            if (p.starts_with("mw_")) return tramo(fin, ClaseDeTramo::Variable);
+            if (entera && esReservada(p)) return tramo(fin, ClaseDeTramo::Palabra);
         }
+        i_ = fin;
     }
 
     std::u16string_view linea_;

@@ -4,7 +4,9 @@
 namespace kv {
 
 void ZocaloGrabado::comprobar(EstadoZocalo esperado) {
-    if (!grabador_.preguntar() || dentro_->estado() == esperado) return;
+    // One that listens may have something to say of how.
+    if (!grabador_.preguntar() || (dentro_->estado() == esperado && dentro_->motivo().empty()))
+        return;
     grabador_.respuesta(Entrada::Estado)
         .numero(numero_)
         .numero(static_cast<std::uint8_t>(dentro_->estado()))

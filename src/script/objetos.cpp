@@ -51,7 +51,7 @@ std::string direccionDeNombre(std::string_view nombre) {
 
 std::string PedidoDelGuion::direccion() const { return direccionDeNombre(texto); }
 
-void agregarMw(vbscript::Engine& motor, std::function<Value(const PedidoDelGuion&)> hacer) {
+void agregarMw(vbscript::Engine& motor, const std::function<Value(const PedidoDelGuion&)>& hacer) {
     const auto mw = std::make_shared<HostTable>();
     for (const MiembroDeMw& m : miembrosDeMw()) {
         mw->method(m.nombre, [&m, hacer](Argumentos args, HostValues& valores) {
@@ -62,8 +62,8 @@ void agregarMw(vbscript::Engine& motor, std::function<Value(const PedidoDelGuion
 }
 
 void agregarLabel(
-    vbscript::Engine& motor, std::shared_ptr<LabelDelGuion> label,
-    std::function<void(std::string_view propiedad, const std::string& valor)> cambio) {
+    vbscript::Engine& motor, const std::shared_ptr<LabelDelGuion>& label,
+    const std::function<void(std::string_view propiedad, const std::string& valor)>& cambio) {
     const auto objeto = std::make_shared<HostTable>();
     objeto->property(
         "Caption", [label](Argumentos, HostValues&) { return Value::text(label->Caption); },

@@ -23,7 +23,7 @@ struct PedidoDelGuion {
 
 /// Makes "mw" known to a script. `hacer` carries out what is asked; its result is the call's.
 void agregarMw(vbscript::Engine& motor,
-               std::function<vbscript::Value(const PedidoDelGuion&)> hacer);
+               const std::function<vbscript::Value(const PedidoDelGuion&)>& hacer);
 
 /// What a script has made of "Label". Colours as scripts have them: blue, green and red, a byte
 /// each; a number outside of that is the window's own colour.
@@ -39,8 +39,9 @@ struct LabelDelGuion {
 
 /// Makes "Label" known to a script. `cambio` is told the property that was assigned, with its new
 /// value as a text.
-void agregarLabel(vbscript::Engine& motor, std::shared_ptr<LabelDelGuion> label,
-                  std::function<void(std::string_view propiedad, const std::string& valor)> cambio);
+void agregarLabel(
+    vbscript::Engine& motor, const std::shared_ptr<LabelDelGuion>& label,
+    const std::function<void(std::string_view propiedad, const std::string& valor)>& cambio);
 
 /// The address that a variable's script name stands for: every "MW_" taken out, whatever its letter
 /// case, and "_" turned into ".".

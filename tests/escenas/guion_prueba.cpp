@@ -2,10 +2,14 @@
 // The plant engineer's script among the answers.
 
 #include "apoyo/planta.h"
+#include "script/miembros.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <map>
+#include <sstream>
 
 namespace kv {
 namespace {
@@ -248,6 +252,41 @@ TEST(Guion, LaRutaSaleDeLaConfiguracion) {
     EXPECT_EQ(rutaDelGuion("/p/Linea1.KalmorKV2200"), "");
     EXPECT_EQ(direccionDeNombre("MW_2_5_40010_3"), "2.5.40010.3");
     EXPECT_EQ(direccionDeNombre("otra_cosa"), "otra.cosa");
+}
+
+/// What the manual says that a script may ask of the driver, against what it may.
+TEST(GuionDocumentado, LosMiembrosDelManualSonLosQueHay) {
+    std::ifstream manual(KV_FUENTES "/docs/guion_en_el_escritorio.md");
+    const std::map<std::string, char> letras{
+        {"name", 't'},  {"address", 't'}, {"key", 't'},   {"text", 't'},    {"value", 'n'},
+        {"block", 'n'}, {"level", 'n'},   {"times", 'n'}, {"seconds", 'n'}, {"state", 's'}};
+    std::string deMw, deLabel;
+    for (std::string linea, tabla; std::getline(manual, linea);) {
+        if (linea == "| `mw` | Does |" || linea == "| `Label` | Is |") tabla = linea;
+        if (linea.empty()) tabla.clear();
+        if (tabla.empty() || tabla == linea || linea.starts_with("|---")) continue;
+        const std::string celda = linea.substr(0, linea.find(" | "));
+        for (auto desde = celda.find('`'); desde != std::string::npos;) {
+            const auto hasta = celda.find('`', desde + 1);
+            std::istringstream uno(celda.substr(desde + 1, hasta - desde - 1));
+            std::string palabra;
+            uno >> palabra;
+            std::string& todos = tabla.starts_with("| `mw`") ? deMw : deLabel;
+            todos += palabra + " ";
+            while (uno >> palabra)
+                todos += letras.at(palabra.substr(0, palabra.find(',')));
+            todos += ";";
+            desde = celda.find('`', hasta + 1);
+        }
+    }
+    std::string hay;
+    for (const MiembroDeMw& m : miembrosDeMw())
+        hay += std::string(m.nombre) + " " + std::string(m.argumentos) + ";";
+    EXPECT_EQ(deMw, hay);
+    hay.clear();
+    for (const std::string_view m : kMiembrosDeLabel)
+        hay += std::string(m) + " ;";
+    EXPECT_EQ(deLabel, hay);
 }
 
 } // namespace kv

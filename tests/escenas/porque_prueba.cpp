@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 namespace kv {
 namespace {
 
@@ -91,6 +93,98 @@ TEST_F(PorQueEstaMal, UnEnlaceQueSePierdeDiceComo) {
     p.bucle.red().nombrar("10.0.0.1", "");
     p.en("10.0.0.1"); // the same machine, on again
     p.bucle.red().atender("10.0.0.1", 502, plc);
+}
+
+TEST_F(PorQueEstaMal, CadaManeraDeNoTenerEnlaceDiceLaSuya) {
+    struct Manera {
+        int error;
+        double demoraMs;
+        std::string dice;
+    };
+    const std::array maneras = {
+        Manera{ENETUNREACH, 0, "no hay ruta hasta esa red"},
+        Manera{EHOSTUNREACH, 0, "no hay ruta hasta esa direccion"},
+        Manera{EHOSTUNREACH, 3000, "no hay ruta hasta esa direccion"}, // nobody has that address
+        Manera{ECONNRESET, 1, "el otro extremo la corta apenas se establece"},
+        Manera{ETIMEDOUT, 2500, "nadie contesta en esa direccion"},
+        Manera{EACCES, 0, "las rutas o el cortafuegos de esta maquina no lo permiten"},
+        Manera{ECONNREFUSED, 1, "rechaza la conexion (nadie atiende ese puerto)"}};
+    auto& plc = p.en("10.0.0.1");
+    p.arrancarYConectar();
+    for (const Manera& m : maneras) {
+        p.bucle.red().negar("10.0.0.1", 502, m.error, static_cast<std::int64_t>(m.demoraMs * 1e3));
+        plc.cortar();
+        p.avanzar(60'000);
+        EXPECT_NE(variable(0).find(" esta caida desde "), std::string::npos) << variable(0);
+        EXPECT_NE(variable(0).find(": " + m.dice + "; "), std::string::npos) << variable(0);
+        EXPECT_NE(conexion().find(": " + m.dice + "; "), std::string::npos) << conexion();
+        EXPECT_NE(estacion(0).find(": " + m.dice + "; "), std::string::npos) << estacion(0);
+        p.bucle.red().atender("10.0.0.1", 502, plc);
+        p.avanzar(120'000);
+        ASSERT_TRUE(p.ok(0)) << variable(0);
+    }
+}
+
+/// How it was lost is told until the supervision has looked, whatever comes of the attempts before.
+TEST(PorQueSeRompio, UnEnlaceQueSeRompeDiceComoAunqueYaSeHayaIntentadoOtraVez) {
+    Configuracion c;
+    c.puerto()
+        .estacion(1, "10.0.0.1", 1)
+        .estacion(2, "10.0.0.2", 2) // where nobody is: connections are asked for all the time
+        .bloque(1, "10", "2")
+        .bloque(2, "20", "2");
+    Planta p(c);
+    auto& plc = p.en("10.0.0.1");
+    p.ajuste("Base_Tiempo_Solicitar_Conexiones_Milisegundos", "500");
+    p.arrancarYConectar();
+    const PorQue& q = p.motor.porQue;
+    const auto log = [&p] {
+        std::string todo;
+        for (const std::string& ruta : p.archivos.en("/kv/LOGS_DRIVER"))
+            todo += p.archivos.contenido(ruta);
+        return todo;
+    };
+    for (const auto& [error, dice] : {std::pair{ECONNRESET, "la corto el otro extremo de golpe"},
+                                      std::pair{EHOSTUNREACH, "no hay ruta hasta esa direccion"}}) {
+        p.avanzar(3'600'000); // what flaps is counted, not told
+        ASSERT_TRUE(p.ok(0)) << q.porQueVariable(0);
+        const std::int64_t arriba = p.conexion(0).enlaceDesde.ms();
+        p.bucle.red().romper(plc.enlace(), error);
+        p.bucle.red().rechazar("10.0.0.1", 502);
+        p.avanzar(10);
+        const std::string perdida = "La conexion 10.0.0.1:502 se acaba de perder (estaba conectada "
+                                    "desde " +
+                                    q.hora(arriba) + "): " + dice + "; ";
+        EXPECT_TRUE(q.porQueConexion(0).starts_with(perdida)) << q.porQueConexion(0);
+        p.avanzar(3000); // it was tried again, and refused
+        EXPECT_NE(p.conexion(0).motivo, "");
+        EXPECT_TRUE(q.porQueConexion(0).starts_with(perdida)) << q.porQueConexion(0);
+        while (p.ok(0))
+            p.avanzar(100);
+        EXPECT_NE(log().find(std::string("10.0.0.1:502: se perdio, ") + dice + ", DescError:KV202"),
+                  std::string::npos)
+            << log();
+        p.avanzar(20'000);
+        EXPECT_NE(q.porQueConexion(0).find(": rechaza la conexion"), std::string::npos)
+            << q.porQueConexion(0);
+        p.bucle.red().atender("10.0.0.1", 502, plc);
+    }
+}
+
+TEST_F(PorQueEstaMal, LoQueSeEstableceYSePierdeEnseguidaSeDice) {
+    struct Fugaz final : ExtremoSimulado {
+        explicit Fugaz(RedSimulada& r) : red(r) {}
+        void alConectar(IdEnlace e) override { red.romper(e, ECONNRESET); }
+        void alRecibir(IdEnlace, std::span<const std::uint8_t>) override {}
+        RedSimulada& red;
+    } fugaz(p.bucle.red());
+    p.bucle.red().atender("10.0.0.1", 502, fugaz);
+    p.arrancar();
+    p.avanzar(60'000);
+    EXPECT_NE(variable(0).find(" nunca leida: la conexion 10.0.0.1:502 se establece y se pierde "
+                               "antes de usarse: la corto el otro extremo de golpe; "),
+              std::string::npos)
+        << variable(0);
 }
 
 TEST(PorQueSinNombre, UnNombreQueNadieConoceSeDice) {

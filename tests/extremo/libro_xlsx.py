@@ -82,6 +82,23 @@ def main():
         assert len(filas) == 4, filas
         assert filas[2].startswith("estacion;1;;;;;;;4;10.0.0.1;502;4;"), filas[2]
         assert ";1F;1;0,25;0;0;1;\"Caudal; kΩ\";" in filas[3], filas[3]
+        # The same with its texts in the cells, as programs that are no spreadsheets write them: plain,
+        # of two formats and with how it is read aloud, without places, without a formula.
+        textos = ["tipo", "puerto", "PLC", "Ip", "PuertoTCP", "Indice", "StarAdrees", "ScanTime", "descripcion"]
+        celda = lambda t, lugar="": f'<c {lugar} t="inlineStr"><is><t>{t}</t></is></c>'
+        partida = ('<c r="A4" t="inlineStr"><is><r><t>esta</t></r><r><rPr><b/></rPr><t xml:space="preserve">ción</t></r>'
+                   '<rPh sb="0" eb="1"><t>no</t></rPh></is></c>')
+        en_celdas = libro(
+            d / "en_celdas.xlsx", '<row r="1">' + "".join(map(celda, textos)) + "</row>"
+            f'<row r="3">{celda("puerto")}<c><v>1</v></c></row>'
+            f'<row>{partida}<c><v>1</v></c><c r="C4"><v>4</v></c><c r="D4" t="str"><v>10.0.0.1</v></c>'
+            '<c r="E4"><v>502</v></c><c r="F4"><v>4</v></c></row>'
+            '<row r="5">' + celda("bloque", 'r="A5"') + '<c><v>1</v></c><c r="C5"><v>4</v></c>'
+            f'<c r="G5" t="str"><v>1F</v></c><c r="H5"><f>1/4</f><v>0.25</v></c>{celda("Caudal; kΩ &amp;&lt;")}</row>')
+        assert importar(en_celdas) == (0, ""), importar(en_celdas)
+        assert correr("--carpeta", d, "--exportar", d / "q.csv") == (0, "")
+        esperadas = [f.replace("kΩ", "kΩ &<") for f in filas]
+        assert (d / "q.csv").read_text(encoding="utf-8-sig").splitlines() == esperadas
         antes = (d / "DRIVER_KV2200_Config.ini").read_bytes()
         # What is wrong is told by the workbook's own rows.
         codigo, errores = importar(libro(

@@ -52,6 +52,16 @@ bool tiene(const std::string& texto, const std::string& parte) {
     return texto.find(parte) != std::string::npos;
 }
 
+/// The driver's daily log.
+std::string registroDe(const Carpeta& planta) {
+    std::string log;
+    for (const auto& f : std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER")) {
+        const std::string nombre = f.path().filename().string();
+        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
+    }
+    return log;
+}
+
 } // namespace
 
 TEST(LineaDeOrden, UnaMalaTermina2YLoDiceEnLaSalidaDeErrores) {
@@ -269,6 +279,50 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
 }
 
+TEST(LineaDeOrden, ConOtroProyectoRecargadoSeImportaEnElQueSeDejoYEnElNuevoNo) {
+    const Carpeta proyectos;
+    const std::string config =
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto();
+    for (const char* nombre : {"a", "b"}) {
+        proyectos.escribir(std::string(nombre) + ".qmx", "");
+        proyectos.escribir(std::string(nombre) + ".KalmorKV2200", config);
+    }
+    proyectos.escribir("roto.qmx", "");
+    proyectos.escribir("roto.KalmorKV2200", config.substr(0, config.size() / 2));
+    const auto en = [&proyectos](const Carpeta& planta, const std::string& nombre) {
+        planta.escribir("sis_config.ini",
+                        "[PROYECTO_PREDETERMINADO]\r\nRutaProyecto=" + proyectos.ruta() + "/" +
+                            nombre + ".qmx\r\n[DRIVER_KV2200]\r\nVER=0\r\n" +
+                            "PuertoEscucha=" + std::to_string(puertoLibre()) + "\r\n");
+    };
+    const Instalacion planta;
+    const Carpeta deA, deB;
+    en(planta, "a");
+    en(deA, "a");
+    en(deB, "b");
+    const std::string csv = deA.ruta() + "/planta.csv";
+    ASSERT_EQ(correr({"--carpeta", deA.ruta(), "--exportar", csv}).codigo, 0);
+    const auto importa = [&csv](const Carpeta& aqui) {
+        return correr({"--carpeta", aqui.ruta(), "--importar", csv}).codigo == 0;
+    };
+    Proceso driver(planta.correr());
+    EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 1"), "");
+    EXPECT_FALSE(importa(deA));
+    EXPECT_TRUE(importa(deB));
+    en(planta, "b");
+    kill(driver.pid(), SIGHUP);
+    EXPECT_NE(driver.lineaCon("lblProyecto: b"), "");
+    EXPECT_TRUE(importa(deA));
+    EXPECT_FALSE(importa(deB));
+    en(planta, "roto");
+    kill(driver.pid(), SIGHUP);
+    while (!tiene(registroDe(planta), "no se recarga"))
+        EXPECT_FALSE(importa(deB)) << "what it serves is what it served";
+    EXPECT_FALSE(importa(deB));
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_TRUE(importa(deB));
+}
+
 TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {
     const Resultado r = correr({"--explicar", "KV103"});
     EXPECT_EQ(r.codigo, 0);
@@ -280,11 +334,7 @@ TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {
     Proceso driver(planta.correr());
     EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "");
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
-    std::string log;
-    for (const auto& f : std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER")) {
-        const std::string nombre = f.path().filename().string();
-        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
-    }
+    const std::string log = registroDe(planta);
     EXPECT_TRUE(tiene(log, ", DescError:KV101\r\n")) << log;
     EXPECT_TRUE(log.ends_with(",driver,DRIVER>Fin>en orden, DescError:KV103\r\n")) << log;
 }

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <thread>
+
 namespace kv::extremo {
 namespace {
 
@@ -67,6 +69,63 @@ TEST(PuertaLocal, ElClienteDeEstaMaquinaPreguntaYEscribeSinOcuparElLugarDelOtro)
     const Resultado nadie = local(en, {"estado"});
     EXPECT_EQ(nadie.codigo, 1);
     EXPECT_TRUE(tiene(nadie.errores, "no corre un driver")) << nadie.errores;
+}
+
+/// What a link lacks, made to happen by the kernel, told by the door and in the log.
+TEST(PuertaLocal, CadaEnlaceQueFaltaDicePorQue) {
+    const int escucha = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+    socklen_t largo = sizeof a;
+    ASSERT_EQ(bind(escucha, generica, sizeof a), 0);
+    ASSERT_EQ(listen(escucha, 4), 0);
+    ASSERT_EQ(getsockname(escucha, generica, &largo), 0);
+    // One that takes every link and resets it.
+    std::thread quienCorta([escucha] {
+        for (int d = 0; (d = accept(escucha, nullptr, nullptr)) >= 0; close(d)) {
+            const linger nada{1, 0};
+            setsockopt(d, SOL_SOCKET, SO_LINGER, &nada, sizeof nada);
+        }
+    });
+    Configuracion config;
+    config.puerto()
+        .estacion(1, "127.0.0.1", 1, std::to_string(puertoLibre()))
+        .estacion(2, "127.0.0.1", 2, std::to_string(ntohs(a.sin_port)))
+        .estacion(3, "224.0.0.1", 3)
+        .estacion(4, "no-hay.invalid", 4);
+    for (int plc = 1; plc <= 4; ++plc)
+        config.bloque(plc, "10", "1");
+    Instalacion en(config.texto());
+    Proceso driver({en.programa(), "--sin-ventana"});
+    const auto dice = [&en](int plc, std::string_view que) {
+        const std::string variable = "1." + std::to_string(plc) + ".10";
+        while (!tiene(local(en, {"porque", variable}).salida, que)) {
+        }
+        const std::string texto = local(en, {"porque", variable}).salida;
+        EXPECT_TRUE(tiene(texto, "nunca leida: la conexion ")) << texto;
+    };
+    dice(1, " no se establecio nunca: rechaza la conexion (nadie atiende ese puerto); ");
+    dice(2, " de golpe; ");
+    dice(2, " se establece y se pierde antes de usarse: ");
+    dice(3, " no se establecio nunca: no hay ruta hasta esa red; ");
+    dice(4, " no se establecio nunca: nadie conoce el nombre no-hay.invalid; ");
+    const auto log = [&en] {
+        std::string todo;
+        for (const auto& e : std::filesystem::directory_iterator(en.ruta() + "/LOGS_DRIVER"))
+            todo += en.leer("LOGS_DRIVER/" + e.path().filename().string());
+        return todo;
+    };
+    for (const std::string_view que : {": no se puede conectar, rechaza la conexion (nadie",
+                                       "224.0.0.1:502: no se puede conectar, no hay ruta hasta"}) {
+        while (!tiene(log(), que))
+            local(en, {"estado"});
+    }
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    shutdown(escucha, SHUT_RDWR);
+    quienCorta.join();
+    close(escucha);
 }
 
 } // namespace kv::extremo

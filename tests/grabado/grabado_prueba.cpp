@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // A driver that was recorded does the same again, line by line, with nothing of its plant at hand.
 
+#include "grabado/apoyo.h"
+
 #include "apoyo/carpeta.h"
 #include "apoyo/configuracion.h"
 #include "apoyo/estaciones.h"
 #include "apoyo/proceso.h"
-#include "engine/arranque.h"
-#include "engine/motor.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
-#include "recording/discos.h"
 #include "recording/grabador.h"
-#include "recording/reproductor.h"
 #include "server/cifrado.h"
 
 #include <gtest/gtest.h>
@@ -21,48 +19,6 @@
 
 namespace kv {
 namespace {
-
-/// Everything that an operator would have seen.
-class Testigo final : public Observador, public LectorDeTrazas {
-  public:
-    void alAgregar(std::string_view caja, std::int64_t indice, std::string_view texto) override {
-        todo += std::string(caja) + std::to_string(indice) + ":" + std::string(texto) + "\n";
-    }
-    void alCambiarEtiqueta(std::string_view etiqueta, std::string_view texto) override {
-        todo += std::string(etiqueta) + "=" + std::string(texto) + "\n";
-    }
-    void alCambiarColor(std::string_view etiqueta, Color color) override {
-        todo += std::string(etiqueta) + std::to_string(static_cast<int>(color)) + "\n";
-    }
-    void alMostrarMensaje(std::string_view titulo, std::string_view texto) override {
-        todo += std::string(titulo) + "!" + std::string(texto) + "\n";
-    }
-    std::string todo;
-};
-
-/// A driver and what it showed.
-struct Driver {
-    Driver(Bucle& bucle, Archivos& archivos) : motor(bucle, archivos, "/kv") {
-        motor.vista.observar(&testigo);
-    }
-    void arrancar() {
-        arranque.arrancar();
-        arranque.abrirServidor();
-    }
-    [[nodiscard]] std::string valores() const {
-        std::string s;
-        const Lista& l = motor.vista.lstViewVariables;
-        for (std::uint32_t f = 0; f < l.filas(); ++f)
-            for (std::size_t c = 0; c < l.columnas().size(); ++c)
-                s += std::string(l.texto(f, c)) + (c + 1 < l.columnas().size() ? " " : "\n");
-        return s;
-    }
-    Testigo testigo;
-    ProcesosSimulados procesos;
-    Motor motor;
-    TrazaAlMomento traza{motor.sucesos, motor.tablas, testigo};
-    Arranque arranque{motor, procesos};
-};
 
 class Cliente final : public ExtremoSimulado {
   public:
@@ -162,22 +118,6 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     bucle.red().cortar(enlace);
     bucle.red().nombrar("dos.planta", "10.0.0.2");
     bucle.avanzar(60'000);
-    return {d.testigo.todo, d.valores()};
-}
-
-std::pair<std::string, std::string> repetir(std::string contenido, bool* entera = nullptr) {
-    CintaLeida leida(std::move(contenido));
-    Reproductor bucle(leida);
-    ArchivosReproducidos archivos(bucle);
-    Driver d(bucle, archivos);
-    RespuestasDeDisco respuestas;
-    d.motor.scriptControl.fijarDisco(
-        [&] { return std::make_shared<DiscoReproducido>(bucle, respuestas); });
-    bucle.alOrdenar([&d](std::string_view texto) { d.motor.operador.hacer(*ordenDeTexto(texto)); });
-    bucle.empezar();
-    d.arrancar();
-    const bool bien = bucle.correr();
-    if (entera != nullptr) *entera = bien;
     return {d.testigo.todo, d.valores()};
 }
 

@@ -9,21 +9,24 @@
 
 namespace kv::mundo {
 
-/// Hears of every request at the moment in which the driver sends it, before anything else can
-/// happen.
+/// Hears of every request and every attempt to connect at the moment in which the driver makes it,
+/// before anything else can happen.
 class AlEnviar {
   public:
     virtual ~AlEnviar() = default;
     virtual void alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) = 0;
+    /// A connection is asked for, before anything comes of it.
+    virtual void alPedirEnlace(std::size_t zocalo) = 0;
 };
 
-/// A socket that passes everything on and tells what is sent.
+/// A socket that passes everything on and tells what is sent and asked for.
 class ZocaloEspia final : public Zocalo {
   public:
     ZocaloEspia(std::unique_ptr<Zocalo> real, std::size_t indice, AlEnviar*& oidor)
         : real_(std::move(real)), indice_(indice), oidor_(oidor) {}
     [[nodiscard]] EstadoZocalo estado() const override { return real_->estado(); }
     void conectar(const std::string& ip, std::uint32_t puerto) override {
+        if (oidor_ != nullptr) oidor_->alPedirEnlace(indice_);
         real_->conectar(ip, puerto);
     }
     void escuchar(const std::string& ip, std::uint32_t puerto) override {

@@ -12,10 +12,10 @@ namespace kv::mundo {
 /// What may happen to a plant. `a`, `b`, `c` and `ms` of an event are meant as said here.
 enum class Que : std::uint8_t {
     // Links and stations: `a` is the connection.
-    Cortar,     ///< the far side closes
+    Cortar,     ///< the far side closes or, odd `c`, resets
     Retener,    ///< nothing passes for `ms`, then all of it comes
     MedioAbrir, ///< nothing passes for `ms`, then the link is gone
-    Rechazar,   ///< cut, and refused for `ms`
+    Rechazar,   ///< cut, and refused for `ms`, or not reached in one of many ways, as `c` says
     Enmudecer,  ///< half-open, and the host is off for `ms`
     Perder,     ///< the next `b` requests are not answered
     Callar,     ///< the station of block `b` is silent for `ms`

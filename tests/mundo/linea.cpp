@@ -2,6 +2,7 @@
 #include "mundo/linea.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace kv::mundo {
@@ -300,12 +301,57 @@ void Linea::reiniciar() {
     }
 }
 
+void Linea::cortar() {
+    fines_.cerroUs = reloj_.monotonicoUs();
+    red_.cortar(enlace_);
+}
+
+void Linea::cortarDeGolpe() {
+    fines_.reinicioUs = reloj_.monotonicoUs();
+    red_.romper(enlace_, ECONNRESET);
+}
+
+void Linea::soltar(IdEnlace enlace) {
+    fines_.cerroUs = reloj_.monotonicoUs();
+    red_.cortar(enlace);
+}
+
+void Linea::recibir(Llegada como) {
+    constexpr std::int64_t kNadieLaTieneUs = 3'000'000;
+    constexpr std::int64_t kElNucleoSeCansaUs = 127'000'000;
+    const std::string& ip = plan_.ip;
+    const std::uint32_t puerto = plan_.puertoTCP;
+    if (llegada_ == Llegada::SinNombre) red_.nombrar(ip, ip);
+    llegada_ = como;
+    switch (como) {
+    case Llegada::Rechazada:
+        return red_.rechazar(ip, puerto);
+    case Llegada::SinRuta:
+        return red_.negar(ip, puerto, EHOSTUNREACH, 0);
+    case Llegada::SinRutaLuego:
+        return red_.negar(ip, puerto, EHOSTUNREACH, kNadieLaTieneUs);
+    case Llegada::SinRed:
+        return red_.negar(ip, puerto, ENETUNREACH, 0);
+    case Llegada::Reiniciada:
+        return red_.negar(ip, puerto, ECONNRESET, 300);
+    case Llegada::SinRespuesta:
+        return red_.negar(ip, puerto, ETIMEDOUT, kElNucleoSeCansaUs);
+    case Llegada::Muda:
+        return red_.enmudecer(ip, puerto);
+    case Llegada::SinNombre:
+        return red_.nombrar(ip, "");
+    default:
+        return red_.atender(ip, puerto, *this);
+    }
+}
+
 bool Linea::interrumpir() {
     const std::int64_t ahora = reloj_.monotonicoUs();
     const bool enCamino = !llegan_.empty() && llegan_.back() >= ahora;
     const bool paso = !llegan_.empty() && llegan_.front() <= ahora;
     if ((paso && enCamino) || ahora <= mentiraUs_) return false;
     if (retenidaUs_ < 0) retenidaUs_ = ahora;
+    fines_.retuvoUs = ahora;
     red_.interrumpir(enlace_);
     return true;
 }

@@ -41,6 +41,20 @@ struct EscrituraLlegada {
     std::uint16_t palabra, antes;
 };
 
+/// What becomes of who wants to connect to an address.
+enum class Llegada : std::uint8_t {
+    Entra,
+    Rechazada,
+    SinRuta,      ///< at once
+    SinRutaLuego, ///< after some seconds in which nobody says that he has the address
+    SinRed,
+    Reiniciada,   ///< up, and reset before it was of any use
+    SinRespuesta, ///< until the kernel gives up
+    Muda,         ///< for ever
+    SinNombre,    ///< nobody knows the name
+    Cuantas
+};
+
 /// All stations behind one address, and what goes wrong with them. Everything they do follows from
 /// what they are asked and from the faults they are told; they draw nothing.
 ///
@@ -97,11 +111,22 @@ class Linea final : public ExtremoSimulado {
     void mentirPronto() { miente_ = !mintio_; }
     /// Its registers start anew, as after a power cut.
     void reiniciar();
-    void cortar() { red_.cortar(enlace_); }
+    void cortar();
+    void cortarDeGolpe();
+    /// From now on that becomes of who connects.
+    void recibir(Llegada como);
+    [[nodiscard]] Llegada llegada() const { return llegada_; }
+    /// When its link was last closed, reset, and held back: ways in which a link may have ended.
+    struct Fines {
+        std::int64_t cerroUs = -1, reinicioUs = -1, retuvoUs = -1;
+    };
+    [[nodiscard]] const Fines& fines() const { return fines_; }
     /// Nothing passes until `reanudar`. False, and nothing happens, where no receiver could cope:
     /// it has had an answer since its last request, and another is still on its way.
     bool interrumpir();
     void reanudar(IdEnlace enlace);
+    /// A link that was held back ends.
+    void soltar(IdEnlace enlace);
     /// No fault is left.
     void sanar();
 
@@ -133,6 +158,8 @@ class Linea final : public ExtremoSimulado {
     const Reloj& reloj_;
     PlanDeConexion plan_;
     IdEnlace enlace_ = 0;
+    Llegada llegada_ = Llegada::Entra;
+    Fines fines_;
     std::unordered_map<IdEnlace, std::vector<std::uint8_t>> entradas_;
     std::unordered_map<std::uint32_t, Registro> registros_;
     std::vector<std::uint8_t> estaciones_;

@@ -32,7 +32,7 @@ Mundo::Mundo(const Plan& plan, SalidaDeTraza* trazas)
     for (const PlanDeConexion& p : plan.conexiones) {
         lineas_.push_back(std::make_unique<Linea>(bucle_.red(), bucle_.reloj(), p));
         lineas_.back()->pausaMs = [this] { return motor_.turnos.pausa(); };
-        bucle_.red().atender(p.ip, p.puertoTCP, *lineas_.back());
+        lineas_.back()->recibir(Llegada::Entra);
     }
     archivos_.poner(kConfiguracion, plan.configuracion(0));
     for (const auto& [clave, valor] :
@@ -111,6 +111,8 @@ void Mundo::alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) {
     std::copy(bytes.begin(), bytes.end(), t.begin());
     escrituras_.alEnviar(zocalo, t);
 }
+
+void Mundo::alPedirEnlace(std::size_t zocalo) { porque_.alPedirEnlace(zocalo); }
 
 void Mundo::alTerminarSuceso() {
     ++r_.sucesos;
@@ -200,7 +202,7 @@ void Mundo::calmar() {
     for (const auto& l : lineas_) {
         l->sanar();
         l->reanudar(l->enlace());
-        bucle_.red().atender(l->plan().ip, l->plan().puertoTCP, *l);
+        l->recibir(Llegada::Entra);
     }
     motor_.ajustes.escribirConfiguracion("Tiempo_Entre_poleo", std::to_string(plan_.pausaMs));
     motor_.ajustes.escribirConfiguracion("Base_Tiempo_Solicitar_Conexiones_Milisegundos",

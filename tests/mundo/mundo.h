@@ -32,6 +32,7 @@ class Mundo final : private AlEnviar {
     // The life (mundo.cpp).
     void levantar();
     void alEnviar(std::size_t zocalo, std::span<const std::uint8_t> bytes) override;
+    void alPedirEnlace(std::size_t zocalo) override;
     void alTerminarSuceso();
     void avanzarHasta(std::int64_t us);
     void barrer();

@@ -9,6 +9,7 @@ namespace kv::mundo {
 namespace {
 
 constexpr std::size_t kPorBarrida = 8;
+constexpr std::int64_t kLoVeLaSupervisionUs = 10'000'000; // with what a machine may stand still
 
 } // namespace
 
@@ -17,15 +18,91 @@ void ReglaDePorQue::alSuceder(const kv::Suceso& s, std::string_view /*texto*/) {
     if (s.bloque != kNinguno && s.bloque >= bloques_.size()) bloques_.resize(s.bloque + 1);
     if (s.que == Que::Recepcion) bloques_[s.bloque] = {ahora, 0};
     if (s.que == Que::TiempoFuera) ++bloques_[s.bloque].vencidas;
+    if (s.conexion == kNinguno) return;
+    if (s.conexion >= enlaces_.size()) enlaces_.resize(s.conexion + 1);
+    DeEnlace& e = enlaces_[s.conexion];
+    if (s.que == Que::EnlaceCortado) e.loCortoUs = c_.ahoraUs();
+    if (s.que == Que::LineaNoCalla) e.noCallabaUs = c_.ahoraUs();
     if (s.que != Que::EnlaceArriba && s.que != Que::EnlaceAbajo) return;
-    if (s.conexion >= enlaces_.size()) enlaces_.resize(s.conexion + 1, -1);
-    enlaces_[s.conexion] = ahora;
+    e.desdeMs = ahora;
+    e.arriba = s.que == Que::EnlaceArriba;
+}
+
+/// Those that nobody can be told of any more are forgotten: a reason stands until the supervision
+/// has seen the loss, and then until the next attempt.
+void ReglaDePorQue::alPedirEnlace(std::size_t n) {
+    constexpr std::size_t kIntentos = 3;
+    if (n >= enlaces_.size()) enlaces_.resize(n + 1);
+    auto& todos = enlaces_[n].intentos;
+    const std::int64_t viejo = c_.ahoraUs() - kLoVeLaSupervisionUs;
+    while (todos.size() > kIntentos && todos[1].us < viejo)
+        todos.erase(todos.begin());
+    todos.push_back({c_.ahoraUs(), c_.lineas[n]->llegada()});
+}
+
+bool ReglaDePorQue::pudoPerderse(Indice n, std::string_view motivo, std::int64_t desdeUs) const {
+    const Linea::Fines& f = c_.lineas[n]->fines();
+    const DeEnlace& e = enlaces_[n];
+    if (motivo == "la cerro el otro extremo") return f.cerroUs >= desdeUs;
+    if (motivo == "la corto el otro extremo de golpe") return f.reinicioUs >= desdeUs;
+    if (motivo == "nadie confirma lo que se envia") return f.retuvoUs >= desdeUs;
+    if (motivo == "la corto el driver con una escritura abandonada") return e.loCortoUs >= desdeUs;
+    return motivo == "la corto el driver porque la linea no callaba" && e.noCallabaUs >= desdeUs;
+}
+
+bool ReglaDePorQue::pudoSer(Indice n, std::string_view motivo) const {
+    const std::string nombre = "nadie conoce el nombre " + c_.conexion(n).ip;
+    const auto fueElIntento = [&](const Intento& i) {
+        switch (i.llegada) {
+        case Llegada::Entra:
+            return pudoPerderse(n, motivo, i.us);
+        case Llegada::Rechazada:
+            return motivo == "rechaza la conexion (nadie atiende ese puerto)";
+        case Llegada::SinRuta:
+            return motivo == "no hay ruta hasta esa direccion";
+        case Llegada::SinRutaLuego: // or the driver did not wait so long
+            return motivo == "no hay ruta hasta esa direccion" ||
+                   motivo == "nadie contesta en esa direccion";
+        case Llegada::SinRed:
+            return motivo == "no hay ruta hasta esa red";
+        case Llegada::Reiniciada:
+            return motivo == "el otro extremo la corta apenas se establece";
+        case Llegada::SinNombre:
+            return motivo == nombre;
+        default:
+            return motivo == "nadie contesta en esa direccion";
+        }
+    };
+    const auto& todos = enlaces_[n].intentos;
+    return std::any_of(todos.begin(), todos.end(), fueElIntento);
+}
+
+void ReglaDePorQue::mirarSinEnlace(Indice n) {
+    const std::string dice = c_.motor.porQue.porQueConexion(n);
+    const DeEnlace& e = enlaces_[n];
+    if (e.desdeMs >= 0)
+        c_.exigir(dice.find((e.arriba ? "se acaba de perder (estaba conectada desde "
+                                      : "esta caida desde ") +
+                            c_.motor.porQue.hora(Momento(e.desdeMs).ms())) != std::string::npos,
+                  "the reason knows since when", n);
+    const auto desde = dice.find(": ");
+    const auto hasta = dice.find("; ");
+    const std::string motivo =
+        desde < hasta ? dice.substr(desde + 2, hasta - desde - 2) : std::string();
+    // What the supervision has not seen yet is a loss, whatever attempts there were since.
+    c_.exigir(motivo.empty() ? e.desdeMs < 0
+              : e.arriba     ? pudoPerderse(n, motivo, e.desdeMs * 1000 - kLoVeLaSupervisionUs)
+                             : pudoSer(n, motivo),
+              "the reason knows why there is no link", n);
 }
 
 void ReglaDePorQue::mirar() {
     const auto cuantos = static_cast<Indice>(c_.motor.tablas.bloques.limiteSuperior());
     bloques_.resize(cuantos);
-    enlaces_.resize(c_.conexiones(), -1);
+    enlaces_.resize(c_.conexiones());
+    for (std::size_t n = 0; n < c_.conexiones(); ++n) {
+        if (!c_.conectada(n)) mirarSinEnlace(static_cast<Indice>(n));
+    }
     for (std::size_t k = 0; k < std::min<std::size_t>(kPorBarrida, cuantos); ++k) {
         siguiente_ = siguiente_ + 1 < cuantos ? siguiente_ + 1 : 0;
         if (!c_.motor.tablas.bloques[siguiente_].retirado) mirar(siguiente_);
@@ -75,9 +152,6 @@ void ReglaDePorQue::mirarMalas(Indice i, const std::string& dice) {
     const bool arriba = c_.supervisada(n);
     c_.exigir(tiene("la conexion " + c.ip + ":" + c.puertoTCP) == !arriba,
               "the reason knows what has no link", i);
-    if (!arriba && !c_.conectada(n) && enlaces_[n] >= 0)
-        c_.exigir(tiene("esta caida desde " + c_.motor.porQue.hora(Momento(enlaces_[n]).ms())),
-                  "the reason knows since when", i);
     if (!arriba) return;
     const Estacion& e = c_.motor.tablas.estacionDe(b);
     c_.exigir(tiene("pregunta por todos") || tiene("se esta preguntando por ella")

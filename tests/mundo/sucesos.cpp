@@ -15,6 +15,13 @@ constexpr const char* kGuion = "/kv/DRIVER_KV2200_Config.MDrivScrip";
 constexpr const char* kAjustes = "/kv/sis_config.ini";
 constexpr const char* kLogs = "/kv/LOGS_DRIVER";
 
+/// A third of them are refused, the others meet all that may be there instead of a station.
+Llegada maneraDeRechazar(std::uint32_t c) {
+    constexpr auto kPrimera = static_cast<std::uint32_t>(Llegada::Rechazada);
+    constexpr auto kTodas = static_cast<std::uint32_t>(Llegada::Cuantas) - kPrimera;
+    return c % 3 == 0 ? Llegada::Rechazada : static_cast<Llegada>(kPrimera + c / 3 % kTodas);
+}
+
 } // namespace
 
 void Mundo::luego(std::int64_t ms, std::function<void()> accion) {
@@ -29,29 +36,28 @@ void Mundo::ocurrir(const Suceso& s) {
 }
 
 void Mundo::enLinea(const Suceso& s, Linea& linea) {
-    RedSimulada& red = bucle_.red();
     const PlanDeConexion& p = linea.plan();
     const IdEnlace enlace = linea.enlace();
     switch (s.que) {
     case Que::Cortar:
-        return linea.cortar();
+        return s.c % 2 == 0 ? linea.cortar() : linea.cortarDeGolpe();
     case Que::Retener:
         if (!linea.interrumpir()) return;
         return luego(s.ms, [&linea, enlace] { linea.reanudar(enlace); });
     case Que::MedioAbrir:
         if (!linea.interrumpir()) return;
-        return luego(s.ms, [&red, enlace] { red.cortar(enlace); });
+        return luego(s.ms, [&linea, enlace] { linea.soltar(enlace); });
     case Que::Rechazar:
-        red.rechazar(p.ip, p.puertoTCP);
+        linea.recibir(maneraDeRechazar(s.c));
         linea.cortar();
-        return luego(s.ms, [&red, &p, &linea] { red.atender(p.ip, p.puertoTCP, linea); });
+        return luego(s.ms, [&linea] { linea.recibir(Llegada::Entra); });
     case Que::Enmudecer:
-        red.atender(p.ip, p.puertoTCP, linea);
+        linea.recibir(Llegada::Entra);
         if (!linea.interrumpir()) return;
-        red.enmudecer(p.ip, p.puertoTCP);
-        return luego(s.ms, [&red, &p, &linea, enlace] {
-            red.cortar(enlace);
-            red.atender(p.ip, p.puertoTCP, linea);
+        linea.recibir(Llegada::Muda);
+        return luego(s.ms, [&linea, enlace] {
+            linea.soltar(enlace);
+            linea.recibir(Llegada::Entra);
         });
     case Que::Perder:
         return linea.perder(s.b);

@@ -96,7 +96,8 @@ TEST(PuertoReservado, NadieEntraNadieLoTomaYSeVuelveAEscuchar) {
     const auto otro = bucle.crearZocalo(deOtro, 2);
     otro->conectar("127.0.0.1", puerto);
     atenderHasta(bucle, [&] { return otro->estado() == EstadoZocalo::Error; });
-    EXPECT_EQ(otro->motivo(), "Connection refused") << "as where nobody listens";
+    EXPECT_EQ(otro->motivo(), "rechaza la conexion (nadie atiende ese puerto)")
+        << "as where nobody listens";
     cliente->enviar(bytes("sigue"));
     atenderHasta(bucle, [&] { return deServidor.datos == "sigue"; });
     for (int vez = 0; vez < 2; ++vez) {

@@ -3,6 +3,8 @@
 
 #include "puerta/apoyo.h"
 
+#include "text/numeros.h"
+
 #include <gtest/gtest.h>
 
 namespace kv {

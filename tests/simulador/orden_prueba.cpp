@@ -47,6 +47,7 @@ TEST(SimuladorOrden, TodasLasOpciones) {
                          "--fragmentar",
                          "--cortar-cada",
                          "1.5",
+                         "--cortar-de-golpe",
                          "--perder-respuesta-de-escritura",
                          "0.25",
                          "--semilla",
@@ -66,8 +67,8 @@ TEST(SimuladorOrden, TodasLasOpciones) {
     EXPECT_EQ(o.registros[2].lugar.direccion, "10.0.0.1:502");
     EXPECT_EQ(std::tuple(o.fallas.retardoMinMs, o.fallas.retardoMaxMs, o.fallas.sinRespuesta,
                          o.fallas.basura, o.fallas.fragmentar, o.fallas.cortarCadaS,
-                         o.fallas.perderRespuestaDeEscritura),
-              std::tuple(10, 20, 0.5, 1, true, 1.5, 0.25));
+                         o.fallas.cortarDeGolpe, o.fallas.perderRespuestaDeEscritura),
+              std::tuple(10, 20, 0.5, 1, true, 1.5, true, 0.25));
     EXPECT_EQ(o.semilla, 99U);
     EXPECT_TRUE(o.traza);
     // The options of a place stand over the general ones.
@@ -103,6 +104,7 @@ TEST(SimuladorOrden, LasOrdenesMalasTerminanCon2YDicenPorQue) {
              {"--escuchar", "127.0.0.1:0", "--estacion", "02"},
              {"--escuchar", "127.0.0.1:0", "--estacion", "02,nada=1"},
              {"--escuchar", "127.0.0.1:0", "--estacion", "02,cortar-cada=5"},
+             {"--escuchar", "127.0.0.1:0", "--estacion", "02,cortar-de-golpe=1"},
              {"--escuchar", "127.0.0.1:0", "--estacion", "127.0.0.1,basura=1"}}) {
         const auto l = leer(mala);
         const std::string cual = mala.empty() ? "(nada)" : mala.back();

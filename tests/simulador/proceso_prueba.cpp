@@ -4,6 +4,7 @@
 #include "apoyo/proceso.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
+#include <cerrno>
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
@@ -143,6 +144,16 @@ TEST(SimuladorProceso, CortaLosEnlacesYVuelveAAceptar) {
         const Cliente c(puerto);
         EXPECT_EQ(c.recibir(1), "");
     }
+    EXPECT_EQ(p.terminar(SIGTERM), 0);
+}
+
+TEST(SimuladorProceso, CortaDeGolpeComoQuienMuere) {
+    Proceso p({kPrograma, "--escuchar", "127.0.0.1:0", "--estacion",
+               "*,cortar-cada=0.05,cortar-de-golpe"});
+    const Cliente c(puertoDe(p.linea()));
+    errno = 0;
+    EXPECT_EQ(c.recibir(1), "");
+    EXPECT_EQ(errno, ECONNRESET);
     EXPECT_EQ(p.terminar(SIGTERM), 0);
 }
 

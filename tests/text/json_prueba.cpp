@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace kv {
 namespace {
 
@@ -39,6 +41,41 @@ TEST(Json, LosTextosVuelvenComoEran) {
         EXPECT_EQ(*j->texto(), t);
     }
     EXPECT_EQ(*leerJson(R"("\ud83d\ude42\u00f1")", que)->texto(), "🙂ñ");
+}
+
+TEST(Json, LoQueSeEscribeEsJsonSeaLoQueSea) {
+    std::string todo;
+    ObjetoJson o(todo);
+    o.texto("a",
+            "l\xF3pez \x80.ini \xC3\xB3 \xED\xA0\x80 \xF0\x9F\x99") // 1252, UTF-8, halves of it
+        .texto("b", std::string("\0\x1F\x7F\"\\", 5))
+        .numero("c", std::nan(""))
+        .numero("d", -HUGE_VAL)
+        .numero("e", -1.7976931348623157e308)
+        .numero("f", 5e-324)
+        .numero("g", 999999999999999)
+        .numero("h", 1e15)
+        .logico("i", true);
+    ListaJson lista(o.valor("j"));
+    lista.texto("x");
+    ListaJson(lista.elemento()).fin();
+    ObjetoJson vacio(lista.elemento());
+    vacio.fin();
+    ObjetoJson(lista.elemento()).numero("k", -0.5).fin();
+    lista.fin();
+    o.fin();
+    std::string que;
+    const auto j = leerJson(todo, que);
+    ASSERT_TRUE(j) << que << "\n" << todo;
+    EXPECT_EQ(*j->miembro("a")->texto(), "lópez €.ini ó í\xC2\xA0€ ðŸ™");
+    EXPECT_EQ(*j->miembro("b")->texto(), std::string("\0\x1F\x7F\"\\", 5));
+    EXPECT_EQ(j->miembro("c")->clase(), Json::Clase::Nulo);
+    EXPECT_EQ(j->miembro("d")->clase(), Json::Clase::Nulo);
+    EXPECT_EQ(j->miembro("e")->numero(), -1.7976931348623157e308);
+    EXPECT_EQ(j->miembro("f")->numero(), 5e-324);
+    EXPECT_EQ(j->miembro("g")->comoJson(), "999999999999999");
+    EXPECT_EQ(j->miembro("h")->numero(), 1e15);
+    EXPECT_TRUE(todo.ends_with(R"(,"i":true,"j":["x",[],{},{"k":-0.5}]})")) << todo;
 }
 
 TEST(Json, LoQueNoEsSeRechazaConSuLugar) {

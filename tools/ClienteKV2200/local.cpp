@@ -79,41 +79,58 @@ std::string enTexto(const Orden& orden, const Json& j) {
 }
 
 std::string pedidoDe(const Orden& o) {
-    const auto con = [](std::string_view que, const std::string& resto = {}) {
-        return "{\"pedido\":\"" + std::string(que) + "\"" + resto + "}";
-    };
-    const auto direccion = [&o] { return ",\"direccion\":" + enJson(o.direcciones.front()); };
-    std::string lista;
-    for (const std::string& d : o.direcciones)
-        lista += (lista.empty() ? "" : ",") + enJson(d);
+    std::string pedido;
+    ObjetoJson j(pedido);
+    const auto que = [&j](std::string_view cual) { j.texto("pedido", cual); };
+    const auto numero = [](const std::string& t) { return numeroDeTexto(t).value_or(0); };
     switch (o.accion) {
-    case Accion::Leer:
-        return con("variables", ",\"direcciones\":[" + lista + "]");
-    case Accion::Sincronizar:
-        return con("variables");
-    case Accion::Escribir:
-        return con("escribir",
-                   direccion() + ",\"valor\":" + textoDeNumero(numeroDeTexto(o.valor).value_or(0)));
-    case Accion::Forzar:
-        return con("forzar", ",\"nivel\":" + textoDeNumero(numeroDeTexto(o.nivel).value_or(0)) +
-                                 ",\"veces\":" + textoDeNumero(numeroDeTexto(o.veces).value_or(0)));
-    case Accion::Vigilar:
-        return con("vigilar", ",\"valores\":true");
-    case Accion::Estado:
-        return con("estado");
-    case Accion::PorQue:
-        return con("porque", direccion());
-    case Accion::Sucesos:
-        if (o.seguir) return con("vigilar", ",\"sucesos\":true");
-        return con("sucesos", o.desde.empty() ? "" : ",\"desde\":" + enJson(o.desde));
-    case Accion::Bloques:
-        return con("bloques");
-    case Accion::Conexiones:
-        return con("conexiones");
-    case Accion::Contadores:
-        return con("contadores");
+    case Accion::Leer: {
+        que("variables");
+        ListaJson lista(j.valor("direcciones"));
+        for (const std::string& d : o.direcciones)
+            lista.texto(d);
+        lista.fin();
+        break;
     }
-    return {};
+    case Accion::Sincronizar:
+        que("variables");
+        break;
+    case Accion::Escribir:
+        que("escribir");
+        j.texto("direccion", o.direcciones.front()).numero("valor", numero(o.valor));
+        break;
+    case Accion::Forzar:
+        que("forzar");
+        j.numero("nivel", numero(o.nivel)).numero("veces", numero(o.veces));
+        break;
+    case Accion::Vigilar:
+        que("vigilar");
+        j.logico("valores", true);
+        break;
+    case Accion::Estado:
+        que("estado");
+        break;
+    case Accion::PorQue:
+        que("porque");
+        j.texto("direccion", o.direcciones.front());
+        break;
+    case Accion::Sucesos:
+        que(o.seguir ? "vigilar" : "sucesos");
+        if (o.seguir) j.logico("sucesos", true);
+        if (!o.seguir && !o.desde.empty()) j.texto("desde", o.desde);
+        break;
+    case Accion::Bloques:
+        que("bloques");
+        break;
+    case Accion::Conexiones:
+        que("conexiones");
+        break;
+    case Accion::Contadores:
+        que("contadores");
+        break;
+    }
+    j.fin();
+    return pedido;
 }
 
 /// Whether a line is the last of an answer: of some there is only one.

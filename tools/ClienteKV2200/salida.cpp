@@ -28,12 +28,12 @@ std::string visible(std::string_view bytes) {
     return texto;
 }
 
-std::string camposDe(const Variable& v) {
-    std::string campos = "\"direccion\":" + enJson(utf8DesdeWindows1252(v.direccion));
-    if (v.valor.empty()) return campos;
+void camposDe(const Variable& v, ObjetoJson& o) {
+    o.texto("direccion", utf8DesdeWindows1252(v.direccion));
+    if (v.valor.empty()) return;
     const auto numero = numeroDeTexto(v.valor);
-    campos += ",\"valor\":" + (numero ? textoDeNumero(*numero) : enJson(visible(v.valor)));
-    return campos + ",\"estado\":" + enJson(estadoDe(v));
+    o.crudo("valor", numero ? enJson(*numero) : enJson(visible(v.valor)));
+    o.texto("estado", estadoDe(v));
 }
 
 } // namespace
@@ -45,14 +45,23 @@ std::string valorYEstado(const Variable& v) {
 std::string lineaDe(const Variable& v, bool json, const std::string& hora) {
     if (!json)
         return (hora.empty() ? "" : hora + " ") + visible(v.direccion) + " " + valorYEstado(v);
-    return (hora.empty() ? "{" : "{\"hora\":" + enJson(hora) + ",") + camposDe(v) + "}";
+    std::string linea;
+    ObjetoJson o(linea);
+    if (!hora.empty()) o.texto("hora", hora);
+    camposDe(v, o);
+    o.fin();
+    return linea;
 }
 
 std::string lineaDeError(const std::string& texto, bool json, const Variable& v) {
     if (!json)
         return "ClienteKV2200: " + (v.direccion.empty() ? "" : visible(v.direccion) + ": ") + texto;
-    return "{\"hora\":" + enJson(horaIso()) + ",\"error\":" + enJson(texto) +
-           (v.direccion.empty() ? "" : "," + camposDe(v)) + "}";
+    std::string linea;
+    ObjetoJson o(linea);
+    o.texto("hora", horaIso()).texto("error", texto);
+    if (!v.direccion.empty()) camposDe(v, o);
+    o.fin();
+    return linea;
 }
 
 std::vector<std::size_t> Tabla::agregar(const std::vector<Variable>& variables,

@@ -3,6 +3,7 @@
 
 #include "config/csv.h"
 #include "text/numeros.h"
+#include "textos_en_celdas.h"
 
 #include <orcus/orcus_xlsx.hpp>
 #include <orcus/spreadsheet/import_interface.hpp>
@@ -92,6 +93,9 @@ class Hoja final : public hoja::iface::import_sheet, public hoja::iface::import_
     void set_result_empty() override {}
     void commit() override {}
 
+    void poner(hoja::row_t f, hoja::col_t c, std::string_view texto) {
+        if (f >= 0 && f < kFilas && c >= 0 && c < kColumnas) celdas_[{f, c}] = texto;
+    }
     [[nodiscard]] std::string comoCsv() const {
         std::string csv;
         hoja::row_t fila = 0;
@@ -107,10 +111,6 @@ class Hoja final : public hoja::iface::import_sheet, public hoja::iface::import_
     }
 
   private:
-    void poner(hoja::row_t f, hoja::col_t c, std::string_view texto) {
-        if (f >= 0 && f < kFilas && c >= 0 && c < kColumnas) celdas_[{f, c}] = texto;
-    }
-
     const Textos& textos_;
     std::map<std::pair<hoja::row_t, hoja::col_t>, std::string> celdas_;
     hoja::row_t fila_ = 0;
@@ -164,9 +164,9 @@ class Libro final : public hoja::iface::import_factory {
         return i >= 0 && n < hojas_.size() ? hojas_[n].hoja.get() : nullptr;
     }
     void finalize() override {}
-    [[nodiscard]] std::string comoCsv() const {
+    [[nodiscard]] Hoja& primera() {
         if (hojas_.empty()) throw std::runtime_error("no tiene ninguna hoja");
-        return hojas_.front().hoja->comoCsv();
+        return *hojas_.front().hoja;
     }
 
   private:
@@ -183,9 +183,10 @@ class Libro final : public hoja::iface::import_factory {
 
 std::string primeraHojaComoCsv(std::string_view libro) {
     Libro leido;
-    orcus::orcus_xlsx lector(&leido);
-    lector.read_stream(libro);
-    return leido.comoCsv();
+    orcus::orcus_xlsx(&leido).read_stream(libro);
+    for (const TextoEnCelda& t : textosEnCeldas(libro))
+        leido.primera().poner(t.fila, t.columna, t.texto);
+    return leido.primera().comoCsv();
 }
 
 } // namespace kv

@@ -29,7 +29,12 @@ Enlace::Enlace(Entorno entorno, std::size_t direccion, std::string nombre, int d
     e_.traza.linea(nombre_, "conectado");
     const std::int64_t vida = vidaDeEnlaceMs(e_.planta.fallasDe(direccion_), azar_);
     if (vida == 0) return;
-    tmrCorte_ = e_.bucle.crearTemporizador([this] { terminar("cortado por el simulador"); });
+    tmrCorte_ = e_.bucle.crearTemporizador([this] {
+        const linger nada{1, 0};
+        if (e_.planta.fallasDe(direccion_).cortarDeGolpe)
+            setsockopt(descriptor_, SOL_SOCKET, SO_LINGER, &nada, sizeof nada);
+        terminar("cortado por el simulador");
+    });
     tmrCorte_->rearmar(vida);
 }
 

@@ -112,9 +112,9 @@ std::string fijarFalla(Fallas& fallas, std::string_view nombre, std::string_view
     if (nombre == "perder-respuesta-de-escritura")
         return fijarProbabilidad(fallas.perderRespuestaDeEscritura, valor);
     if (nombre == "ausente") return fijarAusente(fallas, valor);
-    if (nombre == "fragmentar") {
+    if (nombre == "fragmentar" || nombre == "cortar-de-golpe") {
         if (valor != "1" && valor != "0") return "debe ser 1 o 0";
-        fallas.fragmentar = valor == "1";
+        (nombre == "fragmentar" ? fallas.fragmentar : fallas.cortarDeGolpe) = valor == "1";
         return {};
     }
     if (nombre == "cortar-cada") {

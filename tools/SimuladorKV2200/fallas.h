@@ -32,9 +32,10 @@ struct Fallas {
     double basura = 0;       ///< bytes before the answer, or an answer with a wrong one
     double perderRespuestaDeEscritura = 0; ///< the value is stored all the same
     bool fragmentar = false;
-    double cortarCadaS = 0;  ///< the links are closed about this often; 0: never
-    double ausenteDuraS = 0; ///< silent for the last so many seconds
-    double ausenteCadaS = 0; ///< of every so many
+    double cortarCadaS = 0;     ///< the links are closed about this often; 0: never
+    bool cortarDeGolpe = false; ///< and then reset: nothing that was on its way arrives
+    double ausenteDuraS = 0;    ///< silent for the last so many seconds
+    double ausenteCadaS = 0;    ///< of every so many
 };
 
 /// Sets one option from its name and value as the command line writes them. Empty when it is good,

@@ -93,7 +93,7 @@ DefinicionDeFallas fallasDeTexto(std::string_view texto, std::string& error) {
         const std::string valor(igual == std::string_view::npos ? "1"
                                                                 : partes[i].substr(igual + 1));
         error = fijarFalla(prueba, nombre, valor);
-        if (error.empty() && nombre == "cortar-cada" && lugar->estacion)
+        if (error.empty() && nombre.starts_with("cortar-") && lugar->estacion)
             error = "es de la dirección entera, no de una estación";
         if (!error.empty()) {
             error.insert(0, nombre + ": ");

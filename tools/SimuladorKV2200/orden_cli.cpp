@@ -21,12 +21,14 @@ struct Textos {
     std::string semilla = "1";
     std::map<std::string, std::string> fallas; ///< by option name
     bool fragmentar = false;
+    bool cortarDeGolpe = false;
 };
 
 constexpr const char* kPie =
     "Opciones de --estacion: retardo-ms=A[-B], sin-respuesta=P, basura=P, fragmentar,\n"
     "  perder-respuesta-de-escritura=P, ausente=DURA/CADA (calla los últimos DURA segundos de\n"
-    "  cada CADA) y, para una dirección entera, cortar-cada=S. Valen sobre las generales.\n"
+    "  cada CADA) y, para una dirección entera, cortar-cada=S y cortar-de-golpe=1. Valen sobre\n"
+    "  las generales.\n"
     "P es una probabilidad de 0 a 1. Todo el azar sale de --semilla y se repite con ella.\n"
     "Ejemplos:\n"
     "  SimuladorKV2200 --config DRIVER_KV2200_Config.ini --registro '*.10=rampa' 25.1F=1234\n"
@@ -59,6 +61,8 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
                   "Probabilidad de bytes de más ante la respuesta, o de uno cambiado en ella");
     app.add_flag("--fragmentar", t.fragmentar, "Parte las respuestas, con pausas cortas");
     opcionDeFalla(app, t, "cortar-cada", "S", "Corta cada enlace cada S segundos, más o menos");
+    app.add_flag("--cortar-de-golpe", t.cortarDeGolpe,
+                 "Los corta como quien muere: lo que iba en camino se pierde");
     opcionDeFalla(app, t, "perder-respuesta-de-escritura", "P",
                   "Probabilidad de guardar lo escrito y no responder");
     opcionDeFalla(app, t, "ausente", "DURA/CADA",
@@ -96,6 +100,7 @@ std::string interpretar(const Textos& t, Orden& orden) {
         if (!error.empty()) return queja("--" + nombre, valor, error);
     }
     orden.fallas.fragmentar = t.fragmentar;
+    orden.fallas.cortarDeGolpe = t.cortarDeGolpe;
     const auto semilla = numeroDeTexto(t.semilla);
     if (!semilla || !(*semilla >= 0 && *semilla <= 9007199254740992.0) ||
         *semilla != std::floor(*semilla))

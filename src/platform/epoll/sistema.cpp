@@ -13,6 +13,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace kv {
 namespace fs = std::filesystem;
@@ -246,11 +247,11 @@ struct Marca {
 } // namespace
 
 void ProcesosReales::atenderConfiguracion(const std::string& ruta) {
-    if (atendida_ >= 0) close(atendida_);
     Marca marca(ruta);
     marca.byte.l_type = F_RDLCK;
-    atendida_ = marca.abrir();
+    const int antes = std::exchange(atendida_, marca.abrir());
     if (atendida_ >= 0) static_cast<void>(fcntl(atendida_, F_OFD_SETLK, &marca.byte));
+    if (antes >= 0) close(antes);
 }
 
 bool configuracionAtendida(const std::string& ruta) {

@@ -4,6 +4,7 @@
 #include "platform/epoll/archivo_de_zocalo.h"
 #include "platform/epoll/resolutor.h"
 #include "platform/maquina.h"
+#include "platform/motivo_de_enlace.h"
 #include "text/texto.h"
 
 #include <algorithm>
@@ -30,7 +31,10 @@ constexpr std::uint32_t kRecibir = EPOLLIN | EPOLLRDHUP;
 constexpr std::int64_t kDescansoMs = 1000;
 constexpr int kEnEspera = 128;
 
-std::string palabras(int error) { return std::generic_category().message(error); }
+std::string alConectar(int error) { return motivoDeEnlace(error, FaseDeEnlace::AlConectar); }
+std::string alEscuchar(int error) { return motivoDeEnlace(error, FaseDeEnlace::AlEscuchar); }
+std::string yaArriba(int error) { return motivoDeEnlace(error, FaseDeEnlace::Establecido); }
+std::string deArchivo(int error) { return std::generic_category().message(error); }
 
 bool direccionDe(const std::string& ip, std::uint32_t puerto, sockaddr_in& direccion) {
     direccion = {};
@@ -175,7 +179,7 @@ bool ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t suc
     if (registro_ == BucleEpoll::kNoRegistrado) {
         const int error = errno;
         close(descriptor);
-        fallar(palabras(error));
+        fallar(yaArriba(error));
         return false;
     }
     descriptor_ = descriptor;
@@ -227,7 +231,7 @@ void ZocaloEpoll::probar() {
         if (d < 0 || !BucleEpoll::alcanzaParaEstaciones(d)) {
             const int error = d < 0 ? errno : EMFILE;
             if (d >= 0) close(d);
-            motivo = palabras(error);
+            motivo = alConectar(error);
             bucle_.falto(error);
             continue;
         }
@@ -238,7 +242,7 @@ void ZocaloEpoll::probar() {
             adoptar(d, EstadoZocalo::Conectando, EPOLLOUT);
             return;
         }
-        motivo = palabras(errno);
+        motivo = alConectar(errno);
         close(d);
     }
     fallar(std::move(motivo));
@@ -252,14 +256,14 @@ void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
     cerrar();
     if (!vale) return fallar("direccion no valida");
     const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (d < 0) return fallar(palabras(errno));
+    if (d < 0) return fallar(alEscuchar(errno));
     const int si = 1;
     setsockopt(d, SOL_SOCKET, SO_REUSEADDR, &si, sizeof si);
     const auto* generica = reinterpret_cast<const sockaddr*>(&lugar); // NOLINT
     if (bind(d, generica, sizeof direccion) != 0 || listen(d, kEnEspera) != 0) {
         const int error = errno;
         close(d);
-        return fallar(palabras(error));
+        return fallar(alEscuchar(error));
     }
     lugar_ = lugar;
     adoptar(d, EstadoZocalo::Escuchando, EPOLLIN);
@@ -299,16 +303,16 @@ void ZocaloEpoll::escucharLocal(const std::string& ruta, std::int64_t grupo) {
     ArchivoDeZocalo archivo(ruta);
     if (!archivo.liberar()) return fallar("ya hay un archivo que no es un zocalo en " + ruta);
     const int d = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (d < 0) return fallar(palabras(errno));
+    if (d < 0) return fallar(deArchivo(errno));
     // Nobody can connect before it listens, and by then it is whose it shall be.
     if (!archivo.atar(d) || listen(d, kEnEspera) != 0) {
         const int error = errno;
         close(d);
-        return fallar(palabras(error));
+        return fallar(deArchivo(error));
     }
     rutaLocal_ = ruta;
     if (!adoptar(d, EstadoZocalo::Escuchando, EPOLLIN)) return;
-    if (!archivo.darAlGrupo(grupo)) motivo_ = palabras(errno);
+    if (!archivo.darAlGrupo(grupo)) motivo_ = deArchivo(errno);
 }
 
 std::uint32_t ZocaloEpoll::puertoLocal() const {
@@ -342,7 +346,7 @@ bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
     if (enCola() == 0 && !agrupar_) {
         const ssize_t n = ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (n < 0 && errno != EAGAIN && errno != EINTR) {
-            fallar(palabras(errno));
+            fallar(yaArriba(errno));
             return false;
         }
         tomados = n > 0 ? static_cast<std::size_t>(n) : 0;
@@ -379,7 +383,7 @@ bool ZocaloEpoll::vaciarCola() {
             ::send(descriptor_, cola_.data() + enviados_, cola_.size() - enviados_, MSG_NOSIGNAL);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0 && errno != EAGAIN) {
-            fallar(palabras(errno));
+            fallar(yaArriba(errno));
             return false;
         }
         if (n < 0) break;
@@ -413,7 +417,7 @@ void ZocaloEpoll::terminarConexion() {
     getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &largo);
     const bool mismo = error == 0 && esElMismo(descriptor_);
     if (error != 0 || mismo) {
-        motivo_ = mismo ? "al otro extremo no hay nadie" : palabras(error);
+        motivo_ = mismo ? "al otro extremo no hay nadie" : alConectar(error);
         soltarDescriptor();
         probar();
         if (estado_ == EstadoZocalo::Error) oyente_.alCortarse(indice_);
@@ -432,7 +436,7 @@ void ZocaloEpoll::recibir() {
     if (n > 0) return oyente_.alLlegarDatos(indice_, memoria.first(static_cast<std::size_t>(n)));
     if (n < 0 && (errno == EAGAIN || errno == EINTR)) return;
     if (n < 0) {
-        fallar(palabras(errno));
+        fallar(yaArriba(errno));
     } else {
         soltar();
         estado_ = EstadoZocalo::CerradoPorElOtro;

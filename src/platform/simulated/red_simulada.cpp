@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/simulated/red_simulada.h"
 
+#include "platform/motivo_de_enlace.h"
 #include "platform/simulated/zocalo_simulado.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace kv {
@@ -24,7 +26,7 @@ std::string RedSimulada::clave(const std::string& ip, std::uint32_t puerto) {
 }
 
 void RedSimulada::atender(const std::string& ip, std::uint32_t puerto, ExtremoSimulado& extremo) {
-    servicios_[clave(ip, puerto)] = {&extremo, false};
+    servicios_[clave(ip, puerto)] = {.extremo = &extremo};
 }
 
 void RedSimulada::rechazar(const std::string& ip, std::uint32_t puerto) {
@@ -33,6 +35,11 @@ void RedSimulada::rechazar(const std::string& ip, std::uint32_t puerto) {
 
 void RedSimulada::enmudecer(const std::string& ip, std::uint32_t puerto) {
     servicios_[clave(ip, puerto)].mudo = true;
+}
+
+void RedSimulada::negar(const std::string& ip, std::uint32_t puerto, int error,
+                        std::int64_t demoraUs) {
+    servicios_[clave(ip, puerto)] = {.error = error, .demoraUs = demoraUs};
 }
 
 void RedSimulada::anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes) {
@@ -54,6 +61,16 @@ void RedSimulada::cortar(IdEnlace enlace, std::int64_t demoraUs) {
     auto& ultimo = e->second.ultimoAlZocalo;
     ultimo = std::max(ultimo, reloj_.monotonicoUs() + demoraUs + latenciaUs_);
     anotar(ultimo, Tipo::CorteAlZocalo, enlace);
+}
+
+void RedSimulada::romper(IdEnlace enlace, int error, std::int64_t demoraUs) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.extremo = nullptr;
+    e->second.error = error;
+    auto& ultimo = e->second.ultimoAlZocalo;
+    ultimo = std::max(ultimo, reloj_.monotonicoUs() + demoraUs + latenciaUs_);
+    anotar(ultimo, Tipo::Rotura, enlace);
 }
 
 void RedSimulada::interrumpir(IdEnlace enlace) {
@@ -101,6 +118,12 @@ IdEnlace RedSimulada::pedirConexion(ZocaloSimulado& zocalo, const std::string& i
     e.zocalo = &zocalo;
     e.puerto = puerto;
     if (!nombres_.contains(ip)) {
+        const auto s = servicios_.find(clave(ip, puerto));
+        if (s != servicios_.end() && s->second.error != 0 && s->second.demoraUs == 0) {
+            enlaces_.erase(id);
+            zocalo.noConectar(motivoDeEnlace(s->second.error, FaseDeEnlace::AlConectar));
+            return 0;
+        }
         llamar(id, e, ip);
     } else if (nombresUs_ >= 0) {
         anotar(reloj_.monotonicoUs() + nombresUs_, Tipo::Nombre, id, ip);
@@ -113,7 +136,9 @@ void RedSimulada::llamar(IdEnlace id, Enlace& e, const std::string& ip) {
     const bool hay = s != servicios_.end();
     if (hay && s->second.mudo) return;
     e.extremo = hay ? s->second.extremo : nullptr;
-    anotar(reloj_.monotonicoUs() + 2 * latenciaUs_, Tipo::Conexion, id);
+    e.error = hay ? s->second.error : ECONNREFUSED;
+    const std::int64_t demora = hay && e.error != 0 ? s->second.demoraUs : 2 * latenciaUs_;
+    anotar(reloj_.monotonicoUs() + demora, Tipo::Conexion, id);
 }
 
 void RedSimulada::desdeZocalo(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
@@ -155,7 +180,8 @@ void RedSimulada::impacientar(IdEnlace id, Enlace& e) {
         return esperarConfirmacion(id, e);
     ZocaloSimulado* const zocalo = e.zocalo;
     enlaces_.erase(id);
-    if (zocalo != nullptr) zocalo->entregarFalla();
+    if (zocalo != nullptr)
+        zocalo->entregarFalla(motivoDeEnlace(ETIMEDOUT, FaseDeEnlace::Establecido));
 }
 
 void RedSimulada::cerrarDesdeZocalo(IdEnlace enlace) {
@@ -216,20 +242,12 @@ bool RedSimulada::entregar() {
 void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
     // Calls may end the link: nothing of `e` is used after one.
     ZocaloSimulado* const zocalo = e.zocalo;
-    ExtremoSimulado* const extremo = e.extremo;
     switch (s.tipo) {
     case Tipo::Pedido:
         aplicarPedido(s.enlace, e);
         return;
     case Tipo::Conexion:
-        if (zocalo == nullptr) return;
-        if (extremo == nullptr) {
-            enlaces_.erase(s.enlace);
-            return zocalo->entregarRechazo("conexion rechazada");
-        }
-        e.conectado = true;
-        extremo->alConectar(s.enlace);
-        return zocalo->entregarConexion(s.enlace);
+        return aplicarConexion(s.enlace, e);
     case Tipo::AlZocalo: {
         e.guardadoAlZocalo += s.bytes;
         if (e.interrumpido || e.guardadoAlZocalo.empty()) return;
@@ -251,9 +269,28 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
         enlaces_.erase(s.enlace);
         if (zocalo != nullptr) zocalo->entregarCorte();
         return;
+    case Tipo::Rotura: {
+        const int error = e.error;
+        enlaces_.erase(s.enlace);
+        if (zocalo != nullptr)
+            zocalo->entregarFalla(motivoDeEnlace(error, FaseDeEnlace::Establecido));
+        return;
+    }
     case Tipo::CorteAlExtremo:
         return cortarAlExtremo(s.enlace, e);
     }
+}
+
+void RedSimulada::aplicarConexion(IdEnlace id, Enlace& e) {
+    ZocaloSimulado* const zocalo = e.zocalo;
+    if (zocalo == nullptr) return;
+    if (const int error = e.error; error != 0) {
+        enlaces_.erase(id);
+        return zocalo->entregarRechazo(motivoDeEnlace(error, FaseDeEnlace::AlConectar));
+    }
+    e.conectado = true;
+    e.extremo->alConectar(id);
+    zocalo->entregarConexion(id);
 }
 
 void RedSimulada::entregarAlExtremo(const Suceso& s, Enlace& e) {

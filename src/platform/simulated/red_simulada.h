@@ -43,6 +43,11 @@ class RedSimulada {
     void rechazar(const std::string& ip, std::uint32_t puerto);
     /// Connections to the address are never answered: the host is off.
     void enmudecer(const std::string& ip, std::uint32_t puerto);
+    /// Connections to the address end with an error of the system, so long after they are asked
+    /// for: no route (EHOSTUNREACH), reset at once (ECONNRESET), the kernel's own patience
+    /// (ETIMEDOUT). With no time at all in between, as where the kernel itself knows no way
+    /// (ENETUNREACH), they fail in the call and no event comes.
+    void negar(const std::string& ip, std::uint32_t puerto, int error, std::int64_t demoraUs);
     /// From now on a name leads to the machine, or with an empty one to nobody; it is looked up at
     /// each attempt, as long as `demorarNombres` says. A text that is no name is its own machine.
     void nombrar(const std::string& nombre, const std::string& ip) { nombres_[nombre] = ip; }
@@ -52,6 +57,9 @@ class RedSimulada {
     void enviar(IdEnlace enlace, std::span<const std::uint8_t> bytes, std::int64_t demoraUs = 0);
     /// The far side closes: seen after what it sent before.
     void cortar(IdEnlace enlace, std::int64_t demoraUs = 0);
+    /// The link fails with an error of the system, seen after what the far side sent before: it
+    /// resets (ECONNRESET), or a router has no way any more. What is on its way to it is lost.
+    void romper(IdEnlace enlace, int error, std::int64_t demoraUs = 0);
     /// The link dies without a word, as when a cable is pulled: nothing that is sent arrives any
     /// more, neither way, and what the socket sends stays unacknowledged. It is kept and delivered
     /// after `reanudar`, as TCP does after an outage, also when the socket was closed meanwhile,
@@ -64,6 +72,9 @@ class RedSimulada {
                              const std::string& remoto = "10.0.0.9:50000");
     /// Where to connect to a socket file: a port that no other thing has.
     [[nodiscard]] std::uint32_t puertoDeRuta(const std::string& ruta);
+    /// From now on a socket file can be given to no group.
+    void negarGrupos() { niegaGrupos_ = true; }
+    [[nodiscard]] bool niegaGrupos() const { return niegaGrupos_; }
     [[nodiscard]] bool vivo(IdEnlace enlace) const { return enlaces_.contains(enlace); }
     /// One way, both ways alike; 200 us at the start.
     void fijarLatencia(std::int64_t us) { latenciaUs_ = us; }
@@ -96,6 +107,7 @@ class RedSimulada {
         AlExtremo,
         CorteAlZocalo,
         CorteAlExtremo,
+        Rotura,
         Pedido,
         Impaciencia,
         Nombre
@@ -121,6 +133,7 @@ class RedSimulada {
         std::int64_t sinConfirmarUs = 0; ///< since when some are, without progress
         std::int64_t pacienciaUs = 0;    ///< 0: for ever
         bool seImpacienta = false;       ///< its event is noted
+        int error = 0;                   ///< with which it ends
         std::uint32_t puerto = 0; ///< of a client's request, or where a name is looked up for
         std::size_t ventana = static_cast<std::size_t>(-1);
         std::string remoto;
@@ -130,11 +143,14 @@ class RedSimulada {
     struct Servicio {
         ExtremoSimulado* extremo = nullptr;
         bool mudo = false;
+        int error = 0; ///< what connections end with; 0: they come up
+        std::int64_t demoraUs = 0;
     };
 
     void anotar(std::int64_t us, Tipo tipo, IdEnlace enlace, std::string bytes = {});
     void aplicar(const Suceso& suceso, Enlace& enlace);
     void llamar(IdEnlace id, Enlace& enlace, const std::string& ip);
+    void aplicarConexion(IdEnlace id, Enlace& enlace);
     void aplicarPedido(IdEnlace id, Enlace& enlace);
     void entregarAlExtremo(const Suceso& suceso, Enlace& enlace);
     void cortarAlExtremo(IdEnlace id, Enlace& enlace);
@@ -145,6 +161,7 @@ class RedSimulada {
     const Reloj& reloj_;
     std::int64_t latenciaUs_ = 200;
     std::int64_t nombresUs_ = 0;
+    bool niegaGrupos_ = false;
     std::uint64_t orden_ = 0;
     IdEnlace ultimoEnlace_ = 0;
     std::priority_queue<Suceso> sucesos_;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/simulated/zocalo_simulado.h"
 
+#include "platform/motivo_de_enlace.h"
 #include "text/texto.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace kv {
@@ -60,12 +62,13 @@ void ZocaloSimulado::escuchar(const std::string& /*ip*/, std::uint32_t puerto) {
         puerto_ = puerto;
     } else {
         estado_ = EstadoZocalo::Error;
-        motivo_ = "puerto en uso";
+        motivo_ = motivoDeEnlace(EADDRINUSE, FaseDeEnlace::AlEscuchar);
     }
 }
 
-void ZocaloSimulado::escucharLocal(const std::string& ruta, std::int64_t /*grupo*/) {
+void ZocaloSimulado::escucharLocal(const std::string& ruta, std::int64_t grupo) {
     escuchar({}, red_.puertoDeRuta(ruta));
+    if (grupo >= 0 && red_.niegaGrupos()) motivo_ = "no se puede dar a ese grupo";
 }
 
 void ZocaloSimulado::reservar() {
@@ -132,10 +135,14 @@ void ZocaloSimulado::entregarConexion(IdEnlace enlace) {
     oyente_.alConectar(indice_);
 }
 
-void ZocaloSimulado::entregarRechazo(std::string motivo) {
+void ZocaloSimulado::noConectar(std::string motivo) {
     enlace_ = 0;
     estado_ = EstadoZocalo::Error;
     motivo_ = std::move(motivo);
+}
+
+void ZocaloSimulado::entregarRechazo(std::string motivo) {
+    noConectar(std::move(motivo));
     oyente_.alCortarse(indice_);
 }
 
@@ -150,12 +157,9 @@ void ZocaloSimulado::entregarCorte() {
     oyente_.alCortarse(indice_);
 }
 
-void ZocaloSimulado::entregarFalla() {
-    enlace_ = 0;
+void ZocaloSimulado::entregarFalla(std::string motivo) {
     cola_.clear();
-    estado_ = EstadoZocalo::Error;
-    motivo_ = "nadie confirma lo que se envia";
-    oyente_.alCortarse(indice_);
+    entregarRechazo(std::move(motivo));
 }
 
 bool ZocaloSimulado::entregarPedido(IdEnlace enlace, const std::string& remoto) {

@@ -44,9 +44,11 @@ class ZocaloSimulado final : public Zocalo {
     // Called by the network:
     void entregarConexion(IdEnlace enlace);
     void entregarRechazo(std::string motivo);
+    /// The same inside `conectar`, which is not followed by an event.
+    void noConectar(std::string motivo);
     void entregarDatos(std::span<const std::uint8_t> bytes);
     void entregarCorte();
-    void entregarFalla();
+    void entregarFalla(std::string motivo);
     [[nodiscard]] bool entregarPedido(IdEnlace enlace, const std::string& remoto);
 
   private:

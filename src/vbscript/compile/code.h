@@ -18,10 +18,10 @@ namespace vbscript {
 // On operators 256 in `n` means that register b (of the "unless" steps: a) is done with, 512 the
 // same of c (b): it is emptied. It is never the register of the result.
 // A step that loops and formulas are made of, and the same for operands of known kinds, so that there
-// is nothing to find out: two registers of the frame (RR), a register and something of the pool (RP),
-// a register that may hold a reference and something of the pool (FP). The result, if there is one,
-// goes to a register then.
-#define VBS_KINDS(X, name) X(name) X(name##RR) X(name##RP) X(name##FP)
+// is little to find out: the first is a register, which may hold a reference, the second a register
+// that holds none (R), a Double of the pool (D), or an Integer that stands in the step itself (I).
+// The result, if there is one, goes to a register then.
+#define VBS_KINDS(X, name) X(name) X(name##R) X(name##D) X(name##I)
 
 #define VBS_PLAIN_OPS(X)                                                                           \
     X(Let)              /* a = b, an object by its default member; n: b may be emptied */          \
@@ -31,9 +31,9 @@ namespace vbscript {
     VBS_KINDS(X, Add)                                                                              \
     VBS_KINDS(X, Subtract)                                                                         \
     VBS_KINDS(X, Multiply)                                                                         \
-    X(Divide)                                                                                      \
-    X(IntDivide)                                                                                   \
-    X(Modulo)                                                                                      \
+    VBS_KINDS(X, Divide)                                                                           \
+    VBS_KINDS(X, IntDivide)                                                                        \
+    VBS_KINDS(X, Modulo)                                                                           \
     X(Power)                                                                                       \
     X(Concat)                                                                                      \
     X(Equal)                                                                                       \
@@ -50,9 +50,9 @@ namespace vbscript {
     X(Join)             /* a = b & ... from base b, count */                                       \
     X(Append)           /* a = a & b & ..., in place when possible */                              \
     X(EachPrepare)      /* a: base of array, index; b: what to go over */                          \
-    X(Index1)           /* a = b(c); 1 in n: as Let does */                                        \
+    VBS_KINDS(X, Index1) /* a = b(c); 1 in n: as Let does */                                       \
     X(Index)            /* a = b(...), base c, count */                                            \
-    X(SetIndex1)        /* a(b) = c; 1 in n: Set */                                                \
+    VBS_KINDS(X, SetIndex1) /* a(b) = c; 1 in n: Set; c may be of any kind */                      \
     X(SetIndex)         /* a(...) = value behind the last, base b, count; Set with 256 in n */     \
     X(Element)          /* a = reference to b(...), base c, count; 256 in n: locked in base c */   \
     X(CallValue)        /* a = b as a statement, its default member, base c, count */              \
@@ -75,21 +75,25 @@ namespace vbscript {
     X(Execute)          /* a = b run as text; n: 0 here, 1 in the module, 2 an expression */       \
     X(WithObject)       /* a = b for With */
 
-// Steps after which execution may go on elsewhere.
-#define VBS_CONTROL_OPS(X)                                                                         \
-    X(Jump)             /* to c */                                                                 \
-    X(Repeat)           /* back to c; where time is counted */                                     \
+// Steps that say whether to go on at c.
+#define VBS_JUMP_OPS(X)                                                                            \
+    X(Jump)                                                                                        \
+    X(Repeat)           /* back; where time is counted */                                          \
     X(JumpFalse)                                                                                   \
-    X(JumpTrue)         /* on a, to c */                                                           \
+    X(JumpTrue)         /* on a */                                                                 \
     VBS_KINDS(X, UnlessEqual)                                                                      \
     VBS_KINDS(X, UnlessNotEqual)                                                                   \
     VBS_KINDS(X, UnlessLess)                                                                       \
     VBS_KINDS(X, UnlessGreater)                                                                    \
     VBS_KINDS(X, UnlessLessEqual)                                                                  \
-    VBS_KINDS(X, UnlessGreaterEqual) /* compare a, b; to c unless it holds */                      \
-    X(ForPrepare)       /* a = start is set; b: base of limit, step, ready; to c when done */      \
-    X(ForNext)          /* again to c */                                                           \
-    X(EachNext)         /* a: variable; b: base; again to c */                                     \
+    VBS_KINDS(X, UnlessGreaterEqual) /* compare a, b; unless it holds */                           \
+    X(ForPrepare)       /* a = start is set; b: base of limit, step, ready; when done */           \
+    X(ForNext)          /* again */                                                                \
+    X(ForNextUp)        /* the same with the step n, which is above 0 */                           \
+    X(EachNext)         /* a: variable; b: base; again */
+
+// Steps after which execution may go on in another procedure.
+#define VBS_CALL_OPS(X)                                                                            \
     X(CallGlobal)       /* a = procedure c (a global), arguments from base b, count */             \
     X(CallOwn)          /* the same with procedure c of this class */                              \
     X(CallName)         /* the same with a name that may turn out to be a variable */              \
@@ -101,14 +105,14 @@ namespace vbscript {
     X(SetMember)        /* member c of base b, arguments, value, count without value */
 // clang-format on
 
-#define VBS_OPS(X) VBS_PLAIN_OPS(X) VBS_CONTROL_OPS(X)
+#define VBS_OPS(X) VBS_PLAIN_OPS(X) VBS_JUMP_OPS(X) VBS_CALL_OPS(X)
 
 #define VBS_OP(name) name,
 enum class Op : std::uint16_t { VBS_OPS(VBS_OP) Return };
 #undef VBS_OP
 
 /// How far behind a step of VBS_KINDS its variants come.
-enum class Kinds { Any, RR, RP, FP };
+enum class Kinds { Any, R, D, I };
 
 /// Where an operand lives: two high bits, then its number.
 using Operand = std::uint32_t;
@@ -149,6 +153,8 @@ struct Proc {
     Atom name = 0;
     ProcKind kind = ProcKind::Main;
     std::vector<Parameter> parameters;
+    std::uint32_t arity = 0;              ///< How many parameters.
+    bool copies = false;                  ///< Some of them ByVal.
     std::uint32_t result = operand::none; ///< Register of the return value.
     std::uint32_t locals = 0;
     std::uint32_t registers = 0;

@@ -133,6 +133,9 @@ void Compiler::compileProc(Proc& proc, const ProcDecl& decl) {
     proc.name = decl.name;
     proc.kind = decl.kind;
     proc.parameters = decl.parameters;
+    proc.arity = static_cast<std::uint32_t>(decl.parameters.size());
+    for (const Parameter& p : decl.parameters)
+        proc.copies = proc.copies || !p.byRef;
     proc.at = decl.at;
     enterScope(decl);
     beginLeaf(decl.at);
@@ -230,21 +233,33 @@ void Compiler::moveTemporaries(Instruction& i) const {
 }
 
 // A step of VBS_KINDS becomes the one that knows where its operands are.
-void Compiler::specialize(Instruction& i) {
-    const bool arithmetic = i.op == Op::Add || i.op == Op::Subtract || i.op == Op::Multiply;
-    const bool compares = i.op == Op::UnlessEqual || i.op == Op::UnlessNotEqual ||
-                          i.op == Op::UnlessLess || i.op == Op::UnlessGreater ||
-                          i.op == Op::UnlessLessEqual || i.op == Op::UnlessGreaterEqual;
-    if (!arithmetic && !compares) return;
+void Compiler::specialize(Instruction& i) const {
+    const bool gives = (i.op >= Op::Add && i.op <= Op::Modulo) || i.op == Op::Index1;
+    const bool takes =
+        (i.op >= Op::UnlessEqual && i.op <= Op::UnlessGreaterEqual) || i.op == Op::SetIndex1;
+    if (!gives && !takes) return;
     const auto kindOf = [](Operand o) { return o & operand::kindMask; };
-    const Operand first = kindOf(arithmetic ? i.b : i.a);
-    const Operand second = kindOf(arithmetic ? i.c : i.b);
-    if (arithmetic && kindOf(i.a) != operand::local) return;
-    Kinds kinds = Kinds::Any;
-    if (first == operand::local && second == operand::local) kinds = Kinds::RR;
-    if (first == operand::local && second == operand::pool) kinds = Kinds::RP;
-    if (first == operand::follow && second == operand::pool) kinds = Kinds::FP;
+    Operand& first = gives ? i.b : i.a;
+    Operand& second = gives ? i.c : i.b;
+    if (gives && kindOf(i.a) != operand::local) return;
+    if (kindOf(first) != operand::local && kindOf(first) != operand::follow) return;
+    const Type literal = literalType(second);
+    Kinds kinds = Kinds::R;
+    if (literal == Type::Integer)
+        kinds = Kinds::I;
+    else if (literal == Type::Double)
+        kinds = Kinds::D;
+    else if (kindOf(second) != operand::local)
+        return;
     i.op = static_cast<Op>(static_cast<int>(i.op) + static_cast<int>(kinds));
+    first &= operand::indexMask;
+    second &= operand::indexMask;
+    if (kinds == Kinds::I) second = static_cast<Operand>(body_.proc->pool[second]->i);
+}
+
+Type Compiler::literalType(Operand o) const {
+    const bool literal = body_.literals.count(o) > 0;
+    return literal ? body_.proc->pool[o & operand::indexMask]->type : Type::Empty;
 }
 
 void Compiler::finish() {

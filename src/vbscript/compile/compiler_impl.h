@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace vbscript {
@@ -39,6 +40,7 @@ class Compiler {
         const ProcDecl* decl = nullptr;
         std::unordered_map<Atom, Operand> locals;
         std::unordered_map<Atom, Operand> constants;
+        std::unordered_set<Operand> literals; ///< Of the pool, what never changes.
         std::vector<Loop> loops;
         std::vector<Operand> withs;
         std::vector<Operand> locks; ///< Keep the size of arrays with an element passed on.
@@ -70,7 +72,8 @@ class Compiler {
     void makeAutomatic(Atom name, bool isMain);
     void finish();
     void moveTemporaries(Instruction& i) const;
-    static void specialize(Instruction& i);
+    void specialize(Instruction& i) const;
+    [[nodiscard]] Type literalType(Operand o) const; ///< Empty: it is none.
     std::uint32_t shape(const Declared& d);
     [[noreturn]] static void fail(int number, Position at);
 

@@ -16,7 +16,11 @@ Operand Compiler::poolOf(Value* v) {
     return operand::pool | static_cast<Operand>(pool.size() - 1);
 }
 
-Operand Compiler::constant(const Value& v) { return poolOf(&unit_->constants.emplace_back(v)); }
+Operand Compiler::constant(const Value& v) {
+    const Operand o = poolOf(&unit_->constants.emplace_back(v));
+    body_.literals.insert(o);
+    return o;
+}
 
 Compiler::Meaning Compiler::meaning(Atom name) {
     Meaning m;

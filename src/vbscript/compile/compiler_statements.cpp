@@ -255,6 +255,18 @@ void Compiler::exitLoop(bool isFor) {
     }
 }
 
+namespace {
+
+/// The step of a loop when it is written as an Integer above 0, or not at all; else 0.
+std::size_t upwards(const Expr* step) {
+    if (!step) return 1;
+    const Value& v = step->literal;
+    const bool up = step->kind == ExprKind::Literal && v.is(Type::Integer) && v.i > 0;
+    return up ? static_cast<std::size_t>(v.i) : 0;
+}
+
+} // namespace
+
 void Compiler::forStatement(const Stmt& s) {
     const Operand limit = newLocal();
     const Operand step = newLocal();
@@ -278,7 +290,8 @@ void Compiler::forStatement(const Stmt& s) {
     const std::uint32_t start = here();
     block(s.body);
     beginLeaf(s.closing);
-    emit(Op::ForNext, v, limit, start);
+    const std::size_t up = upwards(s.d);
+    emit(up ? Op::ForNextUp : Op::ForNext, v, limit, start, up);
     endLeaf();
     endLoop();
 }

@@ -20,6 +20,16 @@ namespace vbscript {
 template <Kinds>
 struct Kind {};
 
+/// A second operand that is known to be a number; steps look at it as at a value.
+template <Type Known>
+struct Number {
+    std::int64_t i = 0;
+    double d = 0;
+    static constexpr Type type = Known;
+    static constexpr bool isInt() { return Known == Type::Integer; }
+    static constexpr bool isReal() { return Known == Type::Double; }
+};
+
 /// By which a text is known in a report: its first line, not too much of it.
 [[nodiscard]] std::string firstWords(std::string_view source);
 
@@ -87,15 +97,18 @@ class Machine : public Runtime {
 
   private:
     struct Frame {
-        const Proc* proc = nullptr;
-        const Instruction* pc = nullptr; ///< Where it goes on when the one above it is left.
-        Value* registers = nullptr;
-        Operand target = operand::none; ///< Where the caller wants the result.
+        const Proc* proc;
+        const Instruction* pc; ///< Where it goes on when the one above it is left.
+        Value* registers;
+        Operand target; ///< Where the caller wants the result.
         bool resumeNext = false;
         bool boundary = false; ///< Leaving it leaves execute().
         int inside = -1;       ///< The frame whose variables this text uses.
         Value me;
         std::unique_ptr<MadeNames> extra;
+
+        Frame(const Proc& p, Value* fp, Operand to, Value&& self)
+            : proc(&p), pc(p.code.data()), registers(fp), target(to), me(std::move(self)) {}
     };
     struct Registers {
         const Instruction* pc = nullptr;
@@ -107,6 +120,7 @@ class Machine : public Runtime {
 
     // Frames (machine_frames.cpp).
     void push(const Proc& proc, Value* fp, std::size_t args, Operand target, Value me);
+    static void copyByValue(const Proc& proc, Value* fp);
     void load();
     static Value* variablesOf(const Value& me);
     bool leave();
@@ -152,42 +166,62 @@ class Machine : public Runtime {
         Value& v = r_.fp[o & operand::indexMask];
         return v.is(Type::Ref) ? *v.ref : v;
     }
+    /// The same where it is mostly of the pool, as in steps whose other operands have kinds.
+    Value& anywhere(Operand o) {
+        const Operand inPool = o - operand::pool;
+        return inPool <= operand::indexMask ? *r_.pool[inPool] : at(o);
+    }
     std::span<Value> registersFrom(Operand base, std::size_t n) { return {r_.fp + base, n}; }
 
 #define VBS_STEP(name) void op##name(const Instruction& i);
-    VBS_OPS(VBS_STEP)
+    VBS_PLAIN_OPS(VBS_STEP)
+    VBS_CALL_OPS(VBS_STEP)
+#undef VBS_STEP
+#define VBS_STEP(name) bool op##name(const Instruction& i);
+    VBS_JUMP_OPS(VBS_STEP)
 #undef VBS_STEP
     using BinaryFunction = Value (*)(Runtime&, const Value&, const Value&);
-    void slow(const Instruction& i, BinaryFunction f);
-    void finished(const Instruction& i, Operand first, Operand second);
-    // Operands of a step that comes in kinds.
+    void slow(const Instruction& i, Value& a, Value& b, Value& c, BinaryFunction f);
+    static void finished(const Instruction& i, Value& first, Value& second);
+    // Operands of a step that comes in kinds; of known kinds they are plain numbers.
     template <Kinds K>
     Value& first(Operand o) {
-        if constexpr (K == Kinds::Any) return at(o);
-        Value& v = r_.fp[o & operand::indexMask];
-        return K == Kinds::FP && v.is(Type::Ref) ? *v.ref : v;
+        if constexpr (K == Kinds::Any) return anywhere(o);
+        Value& v = r_.fp[o];
+        return v.is(Type::Ref) ? *v.ref : v;
     }
     template <Kinds K>
-    Value& second(Operand o) {
-        if constexpr (K == Kinds::Any) return at(o);
-        return K == Kinds::RR ? r_.fp[o] : *r_.pool[o & operand::indexMask];
+    decltype(auto) second(Operand o) {
+        if constexpr (K == Kinds::I)
+            return Number<Type::Integer>{static_cast<std::int32_t>(o), 0};
+        else if constexpr (K == Kinds::R)
+            return (r_.fp[o]);
+        else if constexpr (K == Kinds::D)
+            return Number<Type::Double>{0, r_.pool[o]->d};
+        else
+            return (anywhere(o));
     }
     template <Kinds K>
     Value& outcome(Operand o) {
-        return K == Kinds::Any ? at(o) : r_.fp[o];
+        return K == Kinds::Any ? anywhere(o) : r_.fp[o];
     }
+    template <class Operation, BinaryFunction Otherwise, Kinds K>
+    void arithmeticStep(Kind<K>, const Instruction& i);
     template <Kinds K>
-    void addStep(Kind<K>, const Instruction& i);
-    template <Kinds K>
-    void subtractStep(Kind<K>, const Instruction& i);
-    template <Kinds K>
-    void multiplyStep(Kind<K>, const Instruction& i);
-    template <Operator Which, Kinds K>
-    int comparison(const Instruction& i, Operand left, Operand right);
+    void divideStep(Kind<K>, const Instruction& i);
+    template <class Operation, BinaryFunction Otherwise, Kinds K>
+    void wholeStep(Kind<K>, const Instruction& i);
+    int comparison(const Instruction& i, Value& a, Value& b, Operator which);
     template <Operator Which>
     void compareStep(const Instruction& i);
     template <Operator Which, Kinds K>
-    void unlessStep(Kind<K>, const Instruction& i);
+    bool unlessStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void elementStep(Kind<K>, const Instruction& i);
+    template <Kinds K>
+    void setElementStep(Kind<K>, const Instruction& i);
+    void element(const Instruction& i, Value& to, const Value& array, Value& index);
+    void setElement(const Instruction& i, Value& array, Value& index, Value& v);
 
     // Arrays and members (machine_access.cpp).
     static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);
@@ -200,7 +234,11 @@ class Machine : public Runtime {
     void callProc(const Proc& proc, const Instruction& i, Value me);
     void callOn(const Value& object, Atom member, Access how, std::span<Value> args, Value& result);
     static void followReferences(std::span<Value> args);
-    static void clearAll(std::span<Value> args);
+    static void clearAll(std::span<Value> args) {
+        for (Value& a : args) {
+            if (a.owns()) a.clear();
+        }
+    }
     void makeOwn(Value& array);
     void putVariable(Value& v, Access how, std::span<Value> args);
     Value newObject(std::uint32_t slot);

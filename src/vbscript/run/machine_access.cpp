@@ -16,12 +16,6 @@ void Machine::followReferences(std::span<Value> args) {
     }
 }
 
-void Machine::clearAll(std::span<Value> args) {
-    for (Value& a : args) {
-        if (a.owns()) a.clear();
-    }
-}
-
 std::size_t Machine::offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes) {
     if (indexes.size() != a.extents.size()) throw Fault(9);
     std::size_t at = 0;

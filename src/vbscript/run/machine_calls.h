@@ -18,26 +18,16 @@ VBS_HOT Value* Machine::variablesOf(const Value& me) {
 // The arguments lie at `fp` already. Throws before anything has changed.
 VBS_HOT void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target,
                            Value self) {
-    if (args != proc.parameters.size()) throw Fault(450);
+    if (args != proc.arity) throw Fault(450);
     if (frames_.size() >= deepest_ || !stack_.reach(fp, proc.registers)) {
         throw Fault(outOfStack);
     }
     tick();
     if (!frames_.empty()) frames_.back().pc = r_.pc;
-    for (std::size_t k = 0; k < args; ++k) {
-        if (!proc.parameters[k].byRef && fp[k].is(Type::Ref)) {
-            Value copy(*fp[k].ref);
-            fp[k].swap(copy);
-        }
-    }
-    for (std::size_t k = args; k < proc.locals; ++k)
-        fp[k].clear();
-    Frame& f = frames_.emplace_back();
-    f.proc = &proc;
-    f.pc = proc.code.data();
-    f.registers = fp;
-    f.target = target;
-    f.me.swap(self);
+    if (proc.copies) copyByValue(proc, fp);
+    for (Value *v = fp + args, *end = fp + proc.locals; v < end; ++v)
+        v->clear();
+    const Frame& f = frames_.emplace_back(proc, fp, target, std::move(self));
     r_.pc = r_.code = f.pc; // as load() does, without asking the frame for what is known here
     r_.fp = fp;
     r_.pool = proc.pool.data();
@@ -57,11 +47,7 @@ VBS_HOT void Machine::load() {
 VBS_HOT void Machine::drop() {
     {
         const Frame& f = frames_.back();
-        Value* const fp = f.registers;
-        const std::size_t n = f.proc->registers;
-        for (std::size_t k = 0; k < n; ++k) {
-            if (fp[k].owns()) fp[k].clear();
-        }
+        clearAll({f.registers, f.proc->registers});
     }
     Frame& top = frames_.back();
     if (!top.me.owns() && !top.extra) return frames_.pop_back();

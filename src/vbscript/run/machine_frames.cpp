@@ -45,6 +45,13 @@ const Region* Machine::regionOf(const Proc& proc, std::uint32_t pc) {
     return nullptr;
 }
 
+// What came by reference becomes the procedure's own, where it says so.
+void Machine::copyByValue(const Proc& proc, Value* fp) {
+    for (std::size_t k = 0; k < proc.arity; ++k) {
+        if (!proc.parameters[k].byRef) followReferences({fp + k, 1});
+    }
+}
+
 // Down to the frame of a text that the host gave.
 void Machine::locate(Place& p) const {
     if (p.line != 0) return;

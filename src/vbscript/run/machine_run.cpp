@@ -4,6 +4,7 @@
 #include "vbscript/values/convert.h"
 
 #include <cmath>
+#include <functional>
 
 // The steps that loops and formulas are made of, in one file with the loop that runs them, so that
 // the compiler can put them in line.
@@ -27,27 +28,39 @@ VBS_HOT void put(Value& to, double d) {
     to.d = d;
 }
 
-/// to = from, mostly of something that lies in the value itself.
 VBS_HOT void assign(Value& to, const Value& from) {
-    if (to.owns() || from.owns()) {
+    if (to.owns())
         to = from;
-    } else {
-        to.type = from.type;
-        to.i = from.i;
-    }
+    else
+        std::construct_at(&to, from);
 }
 
-VBS_HOT void putWhole(Value& to, Type a, Type b, std::int64_t n) {
-    if (a == Type::Integer && b == Type::Integer && fits16(n))
-        put(to, Type::Integer, n);
-    else if (fits32(n))
-        put(to, Type::Long, n);
+// The operands of a step, of which the second may be a Number.
+VBS_HOT Value& valueOf(Value& v) { return v; }
+VBS_HOT Value valueOf(Number<Type::Integer> n) { return Value::integer(n.i); }
+VBS_HOT Value valueOf(Number<Type::Double> n) { return Value::real(n.d); }
+
+template <class Second>
+VBS_HOT unsigned bitsOf(const Value& a, const Second& b) {
+    return static_cast<unsigned>(a.type) | static_cast<unsigned>(b.type);
+}
+
+template <class Second>
+VBS_HOT bool wholes(const Value& a, const Second& b) {
+    return bitsOf(a, b) <= static_cast<unsigned>(Type::Long);
+}
+
+/// A result of two whole numbers: an Integer of Integers, as long as it fits.
+VBS_HOT void putWhole(Value& to, unsigned bits, std::int64_t n) {
+    if (fits32(n)) [[likely]]
+        put(to, static_cast<Type>(bits | (fits16(n) ? 0U : 1U)), n);
     else
         put(to, static_cast<double>(n));
 }
 
 /// Both as doubles when each is a whole number or a Double.
-VBS_HOT bool reals(const Value& a, const Value& b, double& x, double& y) {
+template <class Second>
+VBS_HOT bool reals(const Value& a, const Second& b, double& x, double& y) {
     if (a.isReal())
         x = a.d;
     else if (a.isInt())
@@ -82,101 +95,96 @@ VBS_HOT bool compares(T a, T b) {
         return a >= b;
 }
 
+/// Whether it holds, in `yes`; false when the operands need a closer look.
+template <Operator Which, class Second>
+VBS_HOT bool compares(const Value& a, const Second& b, bool& yes) {
+    double x = 0;
+    double y = 0;
+    if (wholes(a, b))
+        yes = compares<Which>(a.i, b.i);
+    else if (reals(a, b, x, y))
+        yes = compares<Which>(x, y);
+    else
+        return false;
+    return true;
+}
+
 } // namespace
 
 // The way for all other operands: what is in between is done with when the result is there.
-[[gnu::noinline]] void Machine::slow(const Instruction& i, BinaryFunction f) {
-    workOn(at(i.b));
-    workOn(at(i.c));
-    Value v = f(*this, at(i.b), at(i.c));
+[[gnu::noinline]] void Machine::slow(const Instruction& i, Value& a, Value& b, Value& c,
+                                     BinaryFunction f) {
+    workOn(b);
+    workOn(c);
+    Value v = f(*this, b, c);
     workOn(v);
-    finished(i, i.b, i.c);
-    at(i.a) = std::move(v);
+    finished(i, b, c);
+    a = std::move(v);
 }
 
-void Machine::finished(const Instruction& i, Operand first, Operand second) {
-    if (i.n & emptyFirst) at(first).clear();
-    if (i.n & emptySecond) at(second).clear();
+void Machine::finished(const Instruction& i, Value& first, Value& second) {
+    if (i.n & emptyFirst) first.clear();
+    if (i.n & emptySecond) second.clear();
 }
 
-template <Kinds K>
-VBS_HOT void Machine::addStep(Kind<K>, const Instruction& i) {
-    const Value& b = first<K>(i.b);
-    const Value& c = second<K>(i.c);
+template <class Operation, Machine::BinaryFunction Otherwise, Kinds K>
+VBS_HOT void Machine::arithmeticStep(Kind<K>, const Instruction& i) {
+    constexpr Operation apply;
+    Value& b = first<K>(i.b);
+    auto&& c = second<K>(i.c);
     Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i + c.i);
-    if (reals(b, c, x, y) && std::isfinite(x + y)) return put(a, x + y);
-    slow(i, add);
+    if (wholes(b, c)) return putWhole(a, bitsOf(b, c), apply(b.i, c.i));
+    if (reals(b, c, x, y) && std::isfinite(apply(x, y))) [[likely]]
+        return put(a, apply(x, y));
+    auto&& other = valueOf(c);
+    slow(i, a, b, other, Otherwise);
 }
 
 template <Kinds K>
-VBS_HOT void Machine::subtractStep(Kind<K>, const Instruction& i) {
-    const Value& b = first<K>(i.b);
-    const Value& c = second<K>(i.c);
+VBS_HOT void Machine::divideStep(Kind<K>, const Instruction& i) {
+    Value& b = first<K>(i.b);
+    auto&& c = second<K>(i.c);
     Value& a = outcome<K>(i.a);
     double x = 0;
     double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i - c.i);
-    if (reals(b, c, x, y) && std::isfinite(x - y)) return put(a, x - y);
-    slow(i, subtract);
+    if (reals(b, c, x, y) && y != 0 && std::isfinite(x / y)) [[likely]]
+        return put(a, x / y);
+    auto&& other = valueOf(c);
+    slow(i, a, b, other, divide);
 }
 
-template <Kinds K>
-VBS_HOT void Machine::multiplyStep(Kind<K>, const Instruction& i) {
-    const Value& b = first<K>(i.b);
-    const Value& c = second<K>(i.c);
+// Mod and "\" of whole numbers.
+template <class Operation, Machine::BinaryFunction Otherwise, Kinds K>
+VBS_HOT void Machine::wholeStep(Kind<K>, const Instruction& i) {
+    constexpr Operation apply;
+    Value& b = first<K>(i.b);
+    auto&& c = second<K>(i.c);
     Value& a = outcome<K>(i.a);
-    double x = 0;
-    double y = 0;
-    if (b.isInt() && c.isInt()) return putWhole(a, b.type, c.type, b.i * c.i);
-    if (reals(b, c, x, y) && std::isfinite(x * y)) return put(a, x * y);
-    slow(i, multiply);
-}
-
-VBS_HOT void Machine::opDivide(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
-    double x = 0;
-    double y = 0;
-    if (reals(b, c, x, y) && y != 0 && std::isfinite(x / y)) return put(at(i.a), x / y);
-    slow(i, divide);
-}
-
-VBS_HOT void Machine::opIntDivide(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
-    if (b.isInt() && c.isInt() && c.i > 0) return putWhole(at(i.a), b.type, c.type, b.i / c.i);
-    slow(i, intDivide);
-}
-
-VBS_HOT void Machine::opModulo(const Instruction& i) {
-    const Value& b = at(i.b);
-    const Value& c = at(i.c);
-    if (b.isInt() && c.isInt() && c.i > 0) return putWhole(at(i.a), b.type, c.type, b.i % c.i);
-    slow(i, modulo);
+    if (wholes(b, c) && c.i > 0) [[likely]]
+        return putWhole(a, bitsOf(b, c), apply(b.i, c.i));
+    auto&& other = valueOf(c);
+    slow(i, a, b, other, Otherwise);
 }
 
 /// 1, 0; -1: Null.
-template <Operator Which, Kinds K>
-VBS_HOT int Machine::comparison(const Instruction& i, Operand left, Operand right) {
-    const Value& a = first<K>(left);
-    const Value& b = second<K>(right);
-    if (a.isInt() && b.isInt()) return compares<Which>(a.i, b.i);
-    double x = 0;
-    double y = 0;
-    if (reals(a, b, x, y)) return compares<Which>(x, y);
+[[gnu::noinline]] int Machine::comparison(const Instruction& i, Value& a, Value& b,
+                                          Operator which) {
     workOn(a);
     const Order o = order(*this, a, b, leftOf(i), rightOf(i));
-    finished(i, left, right);
+    finished(i, a, b);
     if (o == Order::Unknown) return -1;
-    return holds(Which, o);
+    return holds(which, o);
 }
 
 template <Operator Which>
 VBS_HOT void Machine::compareStep(const Instruction& i) {
-    const int c = comparison<Which, Kinds::Any>(i, i.b, i.c);
+    Value& a = at(i.b);
+    Value& b = at(i.c);
+    bool yes = false;
+    if (compares<Which>(a, b, yes)) return put(at(i.a), Type::Boolean, yes ? -1 : 0);
+    const int c = comparison(i, a, b, Which);
     if (c < 0)
         at(i.a) = Value::null();
     else
@@ -184,10 +192,67 @@ VBS_HOT void Machine::compareStep(const Instruction& i) {
 }
 
 template <Operator Which, Kinds K>
-VBS_HOT void Machine::unlessStep(Kind<K>, const Instruction& i) {
-    if (comparison<Which, K>(i, i.a, i.b) != 1) {
-        r_.pc = r_.code + i.c;
+VBS_HOT bool Machine::unlessStep(Kind<K>, const Instruction& i) {
+    Value& a = first<K>(i.a);
+    auto&& b = second<K>(i.b);
+    bool yes = false;
+    if (!compares<Which>(a, b, yes)) {
+        auto&& other = valueOf(b);
+        yes = comparison(i, a, other, Which) == 1;
     }
+    return !yes;
+}
+
+// What lies in the array itself, by a number.
+template <Kinds K>
+VBS_HOT void Machine::elementStep(Kind<K>, const Instruction& i) {
+    const Value& array = first<K>(i.b);
+    auto&& index = second<K>(i.c);
+    Value& to = outcome<K>(i.a);
+    if (array.is(Type::Array) && index.isInt() &&
+        static_cast<std::uint64_t>(index.i) < array.a->line) [[likely]] {
+        const Value& from = array.a->items[static_cast<std::size_t>(index.i)];
+        if (!from.owns() && !to.owns()) [[likely]] {
+            to.type = from.type;
+            to.i = from.i;
+            return;
+        }
+    }
+    auto&& other = valueOf(index);
+    element(i, to, array, other);
+}
+
+[[gnu::noinline]] void Machine::element(const Instruction& i, Value& to, const Value& array,
+                                        Value& index) {
+    Value v = indexed(array, {&index, 1});
+    if (i.n != 0) v = forStore(std::move(v), false);
+    to = std::move(v);
+}
+
+template <Kinds K>
+VBS_HOT void Machine::setElementStep(Kind<K>, const Instruction& i) {
+    Value& array = first<K>(i.a);
+    auto&& index = second<K>(i.b);
+    Value& v = at(i.c);
+    if (array.is(Type::Array) && index.isInt() &&
+        static_cast<std::uint64_t>(index.i) < array.a->line && !(i.n & 1) &&
+        array.a->refs - array.a->locks == 1) [[likely]] {
+        Value& to = array.a->items[static_cast<std::size_t>(index.i)];
+        if (!v.owns() && !to.owns()) [[likely]] {
+            to.type = v.type;
+            to.i = v.i;
+            return;
+        }
+    }
+    auto&& other = valueOf(index);
+    setElement(i, array, other, v);
+}
+
+[[gnu::noinline]] void Machine::setElement(const Instruction& i, Value& array, Value& index,
+                                           Value& v) {
+    Value copy(index);
+    setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
+    finished(i, index, v);
 }
 
 VBS_HOT void Machine::opEqual(const Instruction& i) { compareStep<Operator::Equal>(i); }
@@ -199,44 +264,48 @@ VBS_HOT void Machine::opGreaterEqual(const Instruction& i) {
     compareStep<Operator::GreaterEqual>(i);
 }
 
-#define VBS_EACH_KIND(name, step)                                                                  \
-    VBS_HOT void Machine::op##name(const Instruction& i) { step(Kind<Kinds::Any>(), i); }          \
-    VBS_HOT void Machine::op##name##RR(const Instruction& i) { step(Kind<Kinds::RR>(), i); }       \
-    VBS_HOT void Machine::op##name##RP(const Instruction& i) { step(Kind<Kinds::RP>(), i); }       \
-    VBS_HOT void Machine::op##name##FP(const Instruction& i) { step(Kind<Kinds::FP>(), i); }
-VBS_EACH_KIND(Add, addStep)
-VBS_EACH_KIND(Subtract, subtractStep)
-VBS_EACH_KIND(Multiply, multiplyStep)
-VBS_EACH_KIND(UnlessEqual, unlessStep<Operator::Equal>)
-VBS_EACH_KIND(UnlessNotEqual, unlessStep<Operator::NotEqual>)
-VBS_EACH_KIND(UnlessLess, unlessStep<Operator::Less>)
-VBS_EACH_KIND(UnlessGreater, unlessStep<Operator::Greater>)
-VBS_EACH_KIND(UnlessLessEqual, unlessStep<Operator::LessEqual>)
-VBS_EACH_KIND(UnlessGreaterEqual, unlessStep<Operator::GreaterEqual>)
+#define VBS_EACH_KIND(result, name, step)                                                          \
+    VBS_HOT result Machine::op##name(const Instruction& i) { return step(Kind<Kinds::Any>(), i); } \
+    VBS_HOT result Machine::op##name##R(const Instruction& i) {                                    \
+        return step(Kind<Kinds::R>(), i);                                                          \
+    }                                                                                              \
+    VBS_HOT result Machine::op##name##D(const Instruction& i) {                                    \
+        return step(Kind<Kinds::D>(), i);                                                          \
+    }                                                                                              \
+    VBS_HOT result Machine::op##name##I(const Instruction& i) { return step(Kind<Kinds::I>(), i); }
+VBS_EACH_KIND(void, Add, (arithmeticStep<std::plus<>, add>))
+VBS_EACH_KIND(void, Subtract, (arithmeticStep<std::minus<>, subtract>))
+VBS_EACH_KIND(void, Multiply, (arithmeticStep<std::multiplies<>, multiply>))
+VBS_EACH_KIND(void, Divide, divideStep)
+VBS_EACH_KIND(void, IntDivide, (wholeStep<std::divides<>, intDivide>))
+VBS_EACH_KIND(void, Modulo, (wholeStep<std::modulus<>, modulo>))
+VBS_EACH_KIND(void, Index1, elementStep)
+VBS_EACH_KIND(void, SetIndex1, setElementStep)
+VBS_EACH_KIND(bool, UnlessEqual, unlessStep<Operator::Equal>)
+VBS_EACH_KIND(bool, UnlessNotEqual, unlessStep<Operator::NotEqual>)
+VBS_EACH_KIND(bool, UnlessLess, unlessStep<Operator::Less>)
+VBS_EACH_KIND(bool, UnlessGreater, unlessStep<Operator::Greater>)
+VBS_EACH_KIND(bool, UnlessLessEqual, unlessStep<Operator::LessEqual>)
+VBS_EACH_KIND(bool, UnlessGreaterEqual, unlessStep<Operator::GreaterEqual>)
 #undef VBS_EACH_KIND
 
-VBS_HOT void Machine::opJump(const Instruction& i) { r_.pc = r_.code + i.c; }
+VBS_HOT bool Machine::opJump(const Instruction&) { return true; }
 
-VBS_HOT void Machine::opRepeat(const Instruction& i) {
+VBS_HOT bool Machine::opRepeat(const Instruction&) {
     tick();
-    opJump(i);
+    return true;
 }
 
-VBS_HOT void Machine::opJumpFalse(const Instruction& i) {
+VBS_HOT bool Machine::opJumpTrue(const Instruction& i) {
     workOn(at(i.a));
     const bool yes = isTrue(*this, at(i.a));
     if (i.n) at(i.a).clear();
-    if (!yes) opJump(i);
+    return yes;
 }
 
-VBS_HOT void Machine::opJumpTrue(const Instruction& i) {
-    workOn(at(i.a));
-    const bool yes = isTrue(*this, at(i.a));
-    if (i.n) at(i.a).clear();
-    if (yes) opJump(i);
-}
+VBS_HOT bool Machine::opJumpFalse(const Instruction& i) { return !opJumpTrue(i); }
 
-VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), at(i.b)); }
+VBS_HOT void Machine::opCopy(const Instruction& i) { assign(at(i.a), anywhere(i.b)); }
 VBS_HOT void Machine::opMove(const Instruction& i) { at(i.a) = std::move(at(i.b)); }
 
 VBS_HOT void Machine::opLet(const Instruction& i) {
@@ -254,57 +323,32 @@ VBS_HOT void Machine::opLet(const Instruction& i) {
     }
 }
 
-VBS_HOT void Machine::opForNext(const Instruction& i) {
+VBS_HOT bool Machine::opForNext(const Instruction& i) {
     const Value* state = r_.fp + i.b; // limit, step, ready
     Value& v = at(i.a);
-    if (state[0].isInt() && state[1].isInt() && v.isInt() && state[2].is(Type::Ref)) {
-        const std::int64_t n = v.i + state[1].i;
-        putWhole(v, v.type, state[1].type, n);
-        tick();
-        if (state[1].i >= 0 ? n <= state[0].i : n >= state[0].i) opJump(i);
-        return;
-    }
     if (!state[2].is(Type::Ref)) throw Fault(92);
-    v = add(*this, v, state[1]);
     tick();
+    if (wholes(v, state[0]) && state[1].isInt()) {
+        const std::int64_t n = v.i + state[1].i;
+        putWhole(v, bitsOf(v, state[1]), n);
+        return state[1].i >= 0 ? n <= state[0].i : n >= state[0].i;
+    }
+    v = add(*this, v, state[1]);
     const bool up = toDouble(*this, state[1]) >= 0;
     const Order o = order(*this, v, state[0], Written::Number, Written::Number);
-    if (o == Order::Equal || o == (up ? Order::Less : Order::Greater)) opJump(i);
+    return o == Order::Equal || o == (up ? Order::Less : Order::Greater);
 }
 
-VBS_HOT void Machine::opIndex1(const Instruction& i) {
-    const Value& array = at(i.b);
-    Value& index = at(i.c);
-    if (array.is(Type::Array) && index.isInt() && array.a->extents.size() == 1) {
-        if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
-        const Value& element = array.a->items[static_cast<std::size_t>(index.i)];
-        if (i.n == 0 || !element.is(Type::Object)) {
-            assign(at(i.a), element);
-            return;
-        }
-    }
-    Value v = indexed(array, {&index, 1});
-    if (i.n != 0) v = forStore(std::move(v), false);
-    at(i.a) = std::move(v);
-}
-
-VBS_HOT void Machine::opSetIndex1(const Instruction& i) {
-    Value& array = at(i.a);
-    Value& index = at(i.b);
-    Value& v = at(i.c);
-    if (array.is(Type::Array) && index.isInt() && array.a->extents.size() == 1 && !(i.n & 1) &&
-        v.type < Type::Array && array.a->refs - array.a->locks == 1) {
-        if (static_cast<std::uint64_t>(index.i) >= array.a->items.size()) throw Fault(9);
-        Value& element = array.a->items[static_cast<std::size_t>(index.i)];
-        if (i.n & emptySecond)
-            element = std::move(v);
-        else
-            assign(element, v);
-        return;
-    }
-    Value copy(index);
-    setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
-    finished(i, i.b, i.c);
+// What is at most the limit has not grown too big for a whole number.
+VBS_HOT bool Machine::opForNextUp(const Instruction& i) {
+    const Value* state = r_.fp + i.b;
+    Value& v = at(i.a);
+    const std::int64_t n = v.i + i.n;
+    if (!state[2].is(Type::Ref) || !wholes(v, state[0]) || n > state[0].i) return opForNext(i);
+    tick();
+    if (!fits16(n)) v.type = Type::Long;
+    v.i = n;
+    return true;
 }
 
 VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
@@ -319,28 +363,34 @@ void Machine::execute() {
 #define VBS_LABEL(name) __extension__ &&step##name,
     static constexpr const void* steps[] = {VBS_OPS(VBS_LABEL) __extension__ &&stepReturn};
 #undef VBS_LABEL
-#define VBS_NEXT                                                                                   \
-    i = pc++;                                                                                      \
-    r_.pc = pc;                                                                                    \
-    __extension__({ goto *steps[static_cast<std::size_t>(i->op)]; })
+#define VBS_NEXT __extension__({ goto *steps[static_cast<std::size_t>(pc->op)]; })
 
     const Instruction* pc = r_.pc;
-    const Instruction* i = nullptr;
     VBS_NEXT;
 
 #define VBS_STEP(name)                                                                             \
 step##name:                                                                                        \
-    op##name(*i);                                                                                  \
+    r_.pc = ++pc;                                                                                  \
+    op##name(pc[-1]);                                                                              \
     VBS_NEXT;
     VBS_PLAIN_OPS(VBS_STEP)
 #undef VBS_STEP
 
 #define VBS_STEP(name)                                                                             \
 step##name:                                                                                        \
-    op##name(*i);                                                                                  \
+    r_.pc = ++pc;                                                                                  \
+    if (op##name(pc[-1])) pc = r_.code + pc[-1].c;                                                 \
+    VBS_NEXT;
+    VBS_JUMP_OPS(VBS_STEP)
+#undef VBS_STEP
+
+#define VBS_STEP(name)                                                                             \
+step##name:                                                                                        \
+    r_.pc = ++pc;                                                                                  \
+    op##name(pc[-1]);                                                                              \
     pc = r_.pc;                                                                                    \
     VBS_NEXT;
-    VBS_CONTROL_OPS(VBS_STEP)
+    VBS_CALL_OPS(VBS_STEP)
 #undef VBS_STEP
 
 stepReturn:

@@ -11,6 +11,19 @@
 
 namespace vbscript {
 
+namespace {
+
+// Texts are mostly put together from few characters, for which a call takes longer than they do.
+char16_t* write(std::u16string_view text, char16_t* to) {
+    constexpr std::size_t few = 8;
+    if (text.size() > few) return std::copy(text.begin(), text.end(), to);
+    for (const char16_t c : text)
+        *to++ = c;
+    return to;
+}
+
+} // namespace
+
 void Machine::opSetObject(const Instruction& i) {
     Value& from = at(i.b);
     if (!from.is(Type::Object)) throw Fault(424);
@@ -20,17 +33,17 @@ void Machine::opSetObject(const Instruction& i) {
         at(i.a) = from;
 }
 
-void Machine::opPower(const Instruction& i) { slow(i, power); }
+void Machine::opPower(const Instruction& i) { slow(i, at(i.a), at(i.b), at(i.c), power); }
 
 void Machine::opConcat(const Instruction& i) {
     Value& to = at(i.a);
     const Value& right = at(i.c);
     // An object's default member may run code, which may change the left side meanwhile.
     const bool inPlace = &to == &at(i.b) && to.is(Type::String) && !right.is(Type::Object);
-    if (!inPlace) return slow(i, concat);
+    if (!inPlace) return slow(i, to, at(i.b), at(i.c), concat);
     const Value more = joinable(*this, right);
     work(appendTo(to, more.chars()));
-    finished(i, i.b, i.c);
+    finished(i, at(i.b), at(i.c));
 }
 
 void Machine::opLogical(const Instruction& i) {
@@ -42,13 +55,13 @@ void Machine::opLogical(const Instruction& i) {
         return;
     }
     Value v = logical(*this, op, b, c);
-    finished(i, i.b, i.c);
+    finished(i, at(i.b), at(i.c));
     at(i.a) = std::move(v);
 }
 
 void Machine::opIs(const Instruction& i) {
     const bool same = sameObject(at(i.b), at(i.c));
-    finished(i, i.b, i.c);
+    finished(i, at(i.b), at(i.c));
     at(i.a) = Value::boolean(same);
 }
 void Machine::opNot(const Instruction& i) { at(i.a) = logicalNot(*this, at(i.b)); }
@@ -78,7 +91,7 @@ void Machine::opJoin(const Instruction& i) {
         all = Value::room(length, length);
         char16_t* to = all.s->chars();
         for (const Value& p : parts)
-            to = std::copy_n(p.s->chars(), p.s->length, to);
+            to = write(p.chars(), to);
     }
     clearAll(parts);
     at(i.a) = std::move(all);
@@ -90,7 +103,7 @@ void Machine::opAppend(const Instruction& i) {
     for (Value& p : parts) {
         if (p.is(Type::Object)) p = plain(*this, p);
         allNull = allNull && p.is(Type::Null);
-        p = joinable(*this, p);
+        if (!p.is(Type::String)) p = joinable(*this, p);
     }
     Value& to = at(i.a);
     if (allNull && to.is(Type::Null)) return clearAll(parts);
@@ -98,24 +111,11 @@ void Machine::opAppend(const Instruction& i) {
         Value start = joinable(*this, to);
         to = std::move(start);
     }
-    if (parts.size() == 1) {
-        // A copy keeps the characters alive when a string is added to itself.
-        const Value more = std::move(parts[0]);
-        work(appendTo(to, more.chars()));
-        return;
-    }
-    std::size_t length = 0;
-    for (const Value& p : parts)
-        length += p.s->length;
-    Value all = Value::room(length, length);
-    char16_t* at0 = all.s->chars();
-    for (const Value& p : parts)
-        at0 = std::copy_n(p.s->chars(), p.s->length, at0);
+    work(appendAll(to, parts));
     clearAll(parts);
-    work(appendTo(to, all.chars()));
 }
 
-void Machine::opForPrepare(const Instruction& i) {
+bool Machine::opForPrepare(const Instruction& i) {
     Value* state = r_.fp + i.b;
     const auto number = [&](const Value& v) {
         if (isNumericType(v.type) || v.is(Type::Date))
@@ -130,7 +130,7 @@ void Machine::opForPrepare(const Instruction& i) {
     state[2] = Value::reference(nullptr); // ready
     const bool up = toDouble(*this, state[1]) >= 0;
     const Order o = order(*this, start, state[0], Written::Number, Written::Number);
-    if (o != Order::Equal && o != (up ? Order::Less : Order::Greater)) r_.pc = r_.code + i.c;
+    return o != Order::Equal && o != (up ? Order::Less : Order::Greater);
 }
 
 void Machine::opEachPrepare(const Instruction& i) {
@@ -147,16 +147,16 @@ void Machine::opEachPrepare(const Instruction& i) {
     r_.fp[i.a + 1] = Value::longint(0);
 }
 
-void Machine::opEachNext(const Instruction& i) {
+bool Machine::opEachNext(const Instruction& i) {
     Value& list = r_.fp[i.b];
     Value& next = r_.fp[i.b + 1];
     if (!list.is(Type::Array)) throw Fault(92);
     const auto k = static_cast<std::size_t>(next.i);
-    if (k >= list.a->items.size()) return;
+    if (k >= list.a->items.size()) return false;
     tick();
     ++next.i;
     at(i.a) = list.a->items[k];
-    r_.pc = r_.code + i.c;
+    return true;
 }
 
 void Machine::opClear(const Instruction& i) { clearAll(registersFrom(i.a, i.b)); }

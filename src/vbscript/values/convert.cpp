@@ -6,6 +6,9 @@
 #include "vbscript/values/object.h"
 #include "vbscript/values/text.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 
 namespace vbscript {
@@ -18,10 +21,6 @@ std::u16string textOf(Runtime& rt, const Value& v) {
     switch (v.type) {
     case Type::Empty:
         return {};
-    case Type::Integer:
-    case Type::Long:
-    case Type::Byte:
-        return wide(std::to_string(v.i));
     case Type::Boolean:
         return std::u16string(v.i ? rt.locale->yes : rt.locale->no);
     case Type::Single:
@@ -39,6 +38,15 @@ std::u16string textOf(Runtime& rt, const Value& v) {
     default:
         throw Fault(13);
     }
+}
+
+Value textOfWhole(std::int64_t n) {
+    std::array<char, 20> digits{};
+    const char* const end = std::to_chars(digits.begin(), digits.end(), n).ptr;
+    const auto length = static_cast<std::size_t>(end - digits.data());
+    Value text = Value::room(length, length);
+    std::copy_n(digits.data(), length, text.s->chars());
+    return text;
 }
 
 bool boolWord(const Value& v, const Locale& l, bool& b) {
@@ -165,6 +173,7 @@ Value toText(Runtime& rt, const Value& v) {
     if (v.is(Type::String)) return v;
     if (v.is(Type::Object)) return toText(rt, rt.defaultOf(v));
     if (v.is(Type::Ref)) return toText(rt, *v.ref);
+    if (v.isInt() || v.is(Type::Byte)) return textOfWhole(v.i);
     return Value::string(textOf(rt, v));
 }
 

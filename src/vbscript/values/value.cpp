@@ -91,6 +91,7 @@ ArrayData* ArrayData::make(std::vector<std::uint32_t> extents, bool fixed) {
     a->fixed = fixed;
     a->items.resize((bytes - sizeof(ArrayData)) / sizeof(Value));
     a->extents = std::move(extents);
+    if (a->extents.size() == 1) a->line = a->extents[0];
     a->account = charge.settle();
     return a.release();
 }
@@ -134,6 +135,7 @@ void ArrayData::resizeLast(std::uint32_t extent) {
     items.resize(count);
     if (after < before) account->shrink(before - after);
     extents = std::move(changed);
+    if (extents.size() == 1) line = extent;
 }
 
 Value Value::missing() { return error(missingCode); }
@@ -200,9 +202,6 @@ std::string Value::utf8() const {
 
 void Value::shareHeap() const noexcept {
     switch (type) {
-    case Type::String:
-        ++s->refs;
-        break;
     case Type::Array:
         ++a->refs;
         break;
@@ -267,20 +266,42 @@ Value arrayOf(std::vector<Value> items) {
     return v;
 }
 
-std::size_t appendTo(Value& target, std::u16string_view more) {
-    if (more.empty()) return 0;
+namespace {
+
+// The old characters stay until `write` has put the new ones where they go: they may be the same.
+template <class Write>
+std::size_t grow(Value& target, std::size_t more, Write write) {
+    if (more == 0) return 0;
     StringData* s = target.s;
-    const std::size_t length = std::size_t{s->length} + more.size();
+    const std::size_t length = std::size_t{s->length} + more;
     if (s->refs == 1 && length <= s->capacity && s->account == &Memory::current()) {
-        std::memcpy(s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
+        write(s->chars() + s->length);
         s->length = static_cast<std::uint32_t>(length);
-        return more.size();
+        return more;
     }
     Value grown = Value::room(length, roomToGrow(length));
     if (s->length) std::memcpy(grown.s->chars(), s->chars(), s->length * sizeof(char16_t));
-    std::memcpy(grown.s->chars() + s->length, more.data(), more.size() * sizeof(char16_t));
+    write(grown.s->chars() + s->length);
     target.swap(grown);
     return length;
+}
+
+} // namespace
+
+std::size_t appendTo(Value& target, std::u16string_view more) {
+    return grow(target, more.size(), [more](char16_t* to) {
+        std::memcpy(to, more.data(), more.size() * sizeof(char16_t));
+    });
+}
+
+std::size_t appendAll(Value& target, std::span<const Value> strings) {
+    std::size_t more = 0;
+    for (const Value& v : strings)
+        more += v.s->length;
+    return grow(target, more, [strings](char16_t* to) {
+        for (const Value& v : strings)
+            to = std::copy_n(v.s->chars(), v.s->length, to);
+    });
 }
 
 } // namespace vbscript

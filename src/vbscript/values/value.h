@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,16 +17,17 @@ class Object;
 struct ArrayData;
 
 /// The subtypes of a value, plus the ones that never leave the engine (Ref, Lock). From String on
-/// a value owns a share of something on the heap.
+/// a value owns a share of something on the heap. The three that formulas are mostly made of come
+/// first, 3 is none, so that the bits of two tell at once whether both are among them.
 enum class Type : std::uint8_t {
-    Empty,
-    Null,
     Integer,
     Long,
+    Double,
+    Empty = 4,
+    Null,
     Byte,
     Boolean,
     Single,
-    Double,
     Currency,
     Date,
     Error,
@@ -121,7 +123,7 @@ class Value {
 
     [[nodiscard]] bool is(Type t) const { return type == t; }
     [[nodiscard]] bool owns() const { return type >= Type::String; }
-    [[nodiscard]] bool isInt() const { return type == Type::Integer || type == Type::Long; }
+    [[nodiscard]] bool isInt() const { return type <= Type::Long; }
     [[nodiscard]] bool isReal() const { return type == Type::Double; }
     [[nodiscard]] bool isMissing() const;
     /// The characters of a String; nothing else may be asked.
@@ -143,7 +145,10 @@ class Value {
         return v;
     }
     void share() const noexcept {
-        if (owns()) shareHeap();
+        if (type == Type::String)
+            ++s->refs;
+        else if (owns())
+            shareHeap();
     }
     void shareHeap() const noexcept;
     void drop() noexcept;
@@ -160,6 +165,7 @@ struct ArrayData {
     Memory* account = nullptr;
     std::vector<std::uint32_t> extents; ///< Elements per dimension; none: not dimensioned yet.
     std::vector<Value> items;
+    std::size_t line = 0; ///< How many items, when there is one dimension; else 0.
 
     /// Throws Fault 7 or BudgetFault before allocating what does not fit.
     static ArrayData* make(std::vector<std::uint32_t> extents, bool fixed);
@@ -177,5 +183,7 @@ Value arrayOf(std::vector<Value> items);
 /// Appends in place when `target` is the only owner of a string; else makes a new one. How many
 /// characters were copied.
 std::size_t appendTo(Value& target, std::u16string_view more);
+/// The same with the characters of several strings, at once.
+std::size_t appendAll(Value& target, std::span<const Value> strings);
 
 } // namespace vbscript
