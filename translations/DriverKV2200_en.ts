@@ -138,6 +138,22 @@
         <source>○ Guion</source>
         <translation>○ Script</translation>
     </message>
+    <message>
+        <source>Supervisor</source>
+        <translation>Supervisor</translation>
+    </message>
+    <message>
+        <source>Supervisor: no</source>
+        <translation>Supervisor: no</translation>
+    </message>
+    <message>
+        <source>✖ Supervisor</source>
+        <translation>✖ Supervisor</translation>
+    </message>
+    <message>
+        <source>✖ %1 BAD</source>
+        <translation>✖ %1 BAD</translation>
+    </message>
 </context>
 <context>
     <name>kv::BarraDeReparto</name>
@@ -156,6 +172,65 @@
     <message>
         <source>libre</source>
         <translation>free</translation>
+    </message>
+</context>
+<context>
+    <name>kv::CabezaDeForm1</name>
+    <message>
+        <source>P&amp;uertos…</source>
+        <translation>&amp;Ports…</translation>
+    </message>
+    <message>
+        <source>&amp;Tamaño</source>
+        <translation>&amp;Size</translation>
+    </message>
+    <message>
+        <source>Ventana chica o entera (F11)</source>
+        <translation>Small or full window (F11)</translation>
+    </message>
+    <message>
+        <source>En marcha desde</source>
+        <translation>Running since</translation>
+    </message>
+    <message>
+        <source>Puntos publicados</source>
+        <translation>Published points</translation>
+    </message>
+    <message>
+        <source>Última corrida del guion</source>
+        <translation>Last run of the script</translation>
+    </message>
+    <message>
+        <source>Texto del guion</source>
+        <translation>Text of the script</translation>
+    </message>
+    <message>
+        <source>Desde:</source>
+        <translation>Since:</translation>
+    </message>
+    <message>
+        <source>Puntos:</source>
+        <translation>Points:</translation>
+    </message>
+    <message>
+        <source>Proyecto</source>
+        <translation>Project</translation>
+    </message>
+    <message>
+        <source>○ Guion sin correr</source>
+        <translation>○ Script not run yet</translation>
+    </message>
+    <message>
+        <source>● Guion OK</source>
+        <translation>● Script OK</translation>
+    </message>
+    <message>
+        <source>✖ Guion con error</source>
+        <translation>✖ Script error</translation>
+    </message>
+    <message>
+        <source>línea %1: %2</source>
+        <translation>line %1: %2</translation>
     </message>
 </context>
 <context>
@@ -291,92 +366,8 @@
         <translation>&amp;Search address</translation>
     </message>
     <message>
-        <source>Proyecto</source>
-        <translation>Project</translation>
-    </message>
-    <message>
-        <source>En marcha desde</source>
-        <translation>Running since</translation>
-    </message>
-    <message>
-        <source>Puntos publicados</source>
-        <translation>Published points</translation>
-    </message>
-    <message>
-        <source>Última corrida del guion</source>
-        <translation>Last run of the script</translation>
-    </message>
-    <message>
-        <source>Texto del guion</source>
-        <translation>Text of the script</translation>
-    </message>
-    <message>
-        <source>Desde:</source>
-        <translation>Since:</translation>
-    </message>
-    <message>
-        <source>Puntos:</source>
-        <translation>Points:</translation>
-    </message>
-    <message>
-        <source>P&amp;uertos…</source>
-        <translation>&amp;Ports…</translation>
-    </message>
-    <message>
-        <source>&amp;Tamaño</source>
-        <translation>&amp;Size</translation>
-    </message>
-    <message>
-        <source>Ventana chica o entera (F11)</source>
-        <translation>Small or full window (F11)</translation>
-    </message>
-    <message>
-        <source>Tramas enviadas y recibidas</source>
-        <translation>Frames sent and received</translation>
-    </message>
-    <message>
-        <source>Tramas</source>
-        <translation>Frames</translation>
-    </message>
-    <message>
-        <source>Tramas descartadas</source>
-        <translation>Discarded frames</translation>
-    </message>
-    <message>
-        <source>Descartadas</source>
-        <translation>Discarded</translation>
-    </message>
-    <message>
-        <source>Temporizador de un bloque</source>
-        <translation>Timer of a block</translation>
-    </message>
-    <message>
-        <source>Por bloque</source>
-        <translation>By block</translation>
-    </message>
-    <message>
-        <source>Tiempos de una conexión</source>
-        <translation>Times of a connection</translation>
-    </message>
-    <message>
-        <source>Por conexión</source>
-        <translation>By connection</translation>
-    </message>
-    <message>
         <source>Lecturas y escrituras pedidas</source>
         <translation>Reads and writes asked for</translation>
-    </message>
-    <message>
-        <source>○ Guion sin correr</source>
-        <translation>○ Script not run yet</translation>
-    </message>
-    <message>
-        <source>● Guion OK</source>
-        <translation>● Script OK</translation>
-    </message>
-    <message>
-        <source>✖ Guion con error</source>
-        <translation>✖ Script error</translation>
     </message>
     <message>
         <source>Esta ventana no se cierra: Driver &gt; Ocultar ventana la esconde, Driver &gt; Salir termina el programa</source>
@@ -389,14 +380,6 @@
     <message>
         <source>%1 (apagado)</source>
         <translation>%1 (off)</translation>
-    </message>
-    <message>
-        <source>Pasos de las escrituras</source>
-        <translation>Steps of writes</translation>
-    </message>
-    <message>
-        <source>Escrituras</source>
-        <translation>Writes</translation>
     </message>
     <message>
         <source>Dato&amp;s</source>
@@ -457,10 +440,6 @@
     <message>
         <source>En este estado desde</source>
         <translation>In this state since</translation>
-    </message>
-    <message>
-        <source>línea %1: %2</source>
-        <translation>line %1: %2</translation>
     </message>
     <message>
         <source>&amp;Resumen de estaciones</source>
@@ -532,7 +511,7 @@
     </message>
     <message>
         <source>&amp;Manual del operador</source>
-        <translation>Operator’s &amp;manual (in Spanish)</translation>
+        <translation>Operator’s &amp;manual</translation>
     </message>
 </context>
 <context>
@@ -623,6 +602,10 @@
     <message>
         <source>Escribir %1 en %2</source>
         <translation>Write %1 to %2</translation>
+    </message>
+    <message>
+        <source>Binario</source>
+        <translation>Binary</translation>
     </message>
 </context>
 <context>
@@ -1107,6 +1090,168 @@
     </message>
 </context>
 <context>
+    <name>kv::PanelDeTrazas</name>
+    <message>
+        <source>Tramas enviadas y recibidas</source>
+        <translation>Frames sent and received</translation>
+    </message>
+    <message>
+        <source>Tramas</source>
+        <translation>Frames</translation>
+    </message>
+    <message>
+        <source>Tramas descartadas</source>
+        <translation>Discarded frames</translation>
+    </message>
+    <message>
+        <source>Descartadas</source>
+        <translation>Discarded</translation>
+    </message>
+    <message>
+        <source>Temporizador de un bloque</source>
+        <translation>Timer of a block</translation>
+    </message>
+    <message>
+        <source>Por bloque</source>
+        <translation>By block</translation>
+    </message>
+    <message>
+        <source>Tiempos de una conexión</source>
+        <translation>Times of a connection</translation>
+    </message>
+    <message>
+        <source>Por conexión</source>
+        <translation>By connection</translation>
+    </message>
+    <message>
+        <source>Pasos de las escrituras</source>
+        <translation>Steps of writes</translation>
+    </message>
+    <message>
+        <source>Escrituras</source>
+        <translation>Writes</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Sucesos</name>
+    <message>
+        <source>Enlace arriba</source>
+        <translation>Link up</translation>
+    </message>
+    <message>
+        <source>Enlace caido</source>
+        <translation>Link lost</translation>
+    </message>
+    <message>
+        <source>Se corta el enlace: lo que no llego ya no sale</source>
+        <translation>The link is cut: what has not arrived does not leave any more</translation>
+    </message>
+    <message>
+        <source>La linea no calla: se cierra el enlace</source>
+        <translation>The line does not fall silent: the link is closed</translation>
+    </message>
+    <message>
+        <source>La estacion no contesta</source>
+        <translation>The station does not answer</translation>
+    </message>
+    <message>
+        <source>La estacion contesta de nuevo</source>
+        <translation>The station answers again</translation>
+    </message>
+    <message>
+        <source>El bloque descansa: no hubo respuesta</source>
+        <translation>The block rests: there was no answer</translation>
+    </message>
+    <message>
+        <source>El bloque se pregunta de nuevo</source>
+        <translation>The block is asked for again</translation>
+    </message>
+    <message>
+        <source>El enlace no levanta</source>
+        <translation>The link does not come up</translation>
+    </message>
+    <message>
+        <source>Bloque prendido</source>
+        <translation>Block switched on</translation>
+    </message>
+    <message>
+        <source>Bloque apagado</source>
+        <translation>Block switched off</translation>
+    </message>
+    <message>
+        <source>El guion corre de nuevo</source>
+        <translation>The script runs again</translation>
+    </message>
+    <message>
+        <source>No se puede forzar: el bloque no se puede polear</source>
+        <translation>Cannot be forced: the block cannot be polled</translation>
+    </message>
+    <message>
+        <source>No se puede forzar: sin conexion con la estacion</source>
+        <translation>Cannot be forced: no connection with the station</translation>
+    </message>
+    <message>
+        <source>sin respuesta</source>
+        <translation>no answer</translation>
+    </message>
+    <message>
+        <source>conexion perdida</source>
+        <translation>connection lost</translation>
+    </message>
+    <message>
+        <source>no se pudo leer la palabra del bit</source>
+        <translation>the word of the bit could not be read</translation>
+    </message>
+    <message>
+        <source>espero demasiado</source>
+        <translation>it waited too long</translation>
+    </message>
+    <message>
+        <source>termino el programa</source>
+        <translation>the program ended</translation>
+    </message>
+    <message>
+        <source>ya no esta configurado</source>
+        <translation>no longer configured</translation>
+    </message>
+    <message>
+        <source>Falla del guion: %1</source>
+        <translation>Script error: %1</translation>
+    </message>
+    <message>
+        <source>El guion se detiene: %1</source>
+        <translation>The script stops: %1</translation>
+    </message>
+    <message>
+        <source>Entra el cliente %1</source>
+        <translation>The client %1 comes in</translation>
+    </message>
+    <message>
+        <source>Sale el cliente %1</source>
+        <translation>The client %1 leaves</translation>
+    </message>
+    <message>
+        <source>Escritura de %1 = %2: %3</source>
+        <translation>Write of %1 = %2: %3</translation>
+    </message>
+    <message>
+        <source>Escritura rechazada: %1 = %2: %3</source>
+        <translation>Write refused: %1 = %2: %3</translation>
+    </message>
+    <message>
+        <source>No existe ese puerto o PLC: %1</source>
+        <translation>There is no such port or PLC: %1</translation>
+    </message>
+    <message>
+        <source>Bloque dado de alta a pedido: %1</source>
+        <translation>Block made on request: %1</translation>
+    </message>
+    <message>
+        <source>No se pudo dar de alta el bloque: %1</source>
+        <translation>The block could not be made: %1</translation>
+    </message>
+</context>
+<context>
     <name>kv::TablaDeLista</name>
     <message>
         <source>Filtrar…</source>
@@ -1139,6 +1284,73 @@
     <message>
         <source>(notas)</source>
         <translation>(notes)</translation>
+    </message>
+</context>
+<context>
+    <name>kv::Titulos</name>
+    <message>
+        <source>Puerto</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>IP:PuertoTCP</source>
+        <translation>IP:TCP port</translation>
+    </message>
+    <message>
+        <source>Estado</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>[PLC X - Indice Y]</source>
+        <translation>[PLC X - Index Y]</translation>
+    </message>
+    <message>
+        <source>Base de Tiempo Conexion</source>
+        <translation>Connection time base</translation>
+    </message>
+    <message>
+        <source>Cant.Intervalos para solicitar</source>
+        <translation>Intervals between requests</translation>
+    </message>
+    <message>
+        <source>Cant.de Solicitudes</source>
+        <translation>Requests</translation>
+    </message>
+    <message>
+        <source>Tiempo Fuera</source>
+        <translation>Time-out</translation>
+    </message>
+    <message>
+        <source>Direccion</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Valor</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>Fecha Hora</source>
+        <translation>Date and time</translation>
+    </message>
+    <message>
+        <source>Nombre en Script</source>
+        <translation>Name in script</translation>
+    </message>
+    <message>
+        <source>[Direccion]</source>
+        <translation>[Address]</translation>
+    </message>
+    <message>
+        <source>[Nivel]</source>
+        <translation>[Level]</translation>
+    </message>
+    <message>
+        <source>[Tiempo de Scan(s)]</source>
+        <translation>[Scan time (s)]</translation>
+    </message>
+    <message>
+        <source>Habilitado por respuestas OK. [Si/No]</source>
+        <translation>Enabled by OK answers [yes/no]</translation>
     </message>
 </context>
 <context>

@@ -118,7 +118,15 @@ void Lista::seguirCambios(bool seguir) {
     if (!seguir) (void)cambiadas();
 }
 
+void Lista::vigilar(std::uint32_t fila) {
+    if (fila < filas_.size()) filas_[fila].vigilada = true;
+}
+
 void Lista::anotar(std::uint32_t fila) {
+    if (filas_[fila].vigilada) {
+        for (OyenteDeFilas* oyente : oyentes_)
+            oyente->alCambiarFila(fila);
+    }
     if (!sigue_ || filas_[fila].anotada) return;
     filas_[fila].anotada = true;
     cambiadas_.push_back(fila);

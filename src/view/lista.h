@@ -12,6 +12,14 @@
 
 namespace kv {
 
+/// Hears of single rows of a list as they change; in the midst of what changes them, so it must not
+/// change any itself, nor let events run.
+class OyenteDeFilas {
+  public:
+    virtual ~OyenteDeFilas() = default;
+    virtual void alCambiarFila(std::uint32_t fila) = 0;
+};
+
 /// Who knows what the rows of a list say, so that their texts are made when somebody looks.
 class Redactor {
   public:
@@ -65,6 +73,11 @@ class Lista {
     [[nodiscard]] std::vector<std::uint32_t> cambiadas();
     /// Rows are noted for `cambiadas` only while somebody wants them.
     void seguirCambios(bool seguir);
+    /// For the few rows of which no change may be missed. The listener must outlive the list or be
+    /// taken off; it hears of all rows that anybody watches.
+    void avisarA(OyenteDeFilas* oyente) { oyentes_.push_back(oyente); }
+    void dejarDeAvisarA(OyenteDeFilas* oyente) { std::erase(oyentes_, oyente); }
+    void vigilar(std::uint32_t fila);
 
   private:
     /// All columns in one text, so that a row costs one allocation: there are two rows a block.
@@ -74,6 +87,7 @@ class Lista {
         bool tildada = false;
         bool anotada = false;
         bool retirada = false;
+        bool vigilada = false;
     };
     void anotar(std::uint32_t fila);
 
@@ -87,6 +101,7 @@ class Lista {
     std::int64_t seleccionada_ = -1;
     bool sigue_ = false;
     std::vector<std::uint32_t> cambiadas_;
+    std::vector<OyenteDeFilas*> oyentes_;
 };
 
 } // namespace kv

@@ -3,8 +3,8 @@
 
 #include "window/anexos_de_listas.h"
 #include "window/barra_de_estado.h"
+#include "window/cabeza_de_Form1.h"
 #include "window/controls/control.h"
-#include "window/controls/idioma.h"
 #include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/dialogs/FrmAbout.h"
@@ -14,17 +14,14 @@
 #include "window/lists/tabla_de_lista.h"
 #include "window/mensajero.h"
 #include "window/panel_de_ordenes.h"
+#include "window/panel_de_trazas.h"
 #include "window/script/FrmScript.h"
 #include "window/traces/caja_de_traza.h"
-#include "window/traces/fichas.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QScrollArea>
-#include <QShortcut>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTimer>
@@ -37,10 +34,6 @@ constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;
-constexpr int kAnchoDelProyecto = 200; // pixels: names of files have no end either
-constexpr int kAnchoDeLaFalla = 340;   // neither has what a script failed with
-constexpr int kLineasDelGuion = 3;
-constexpr std::size_t kMaximoDeRotulo = 1000; // bytes: a script's text has no end of its own
 
 } // namespace
 
@@ -48,16 +41,14 @@ Form1::Form1(const PartesDeVentana& partes)
     : partes_(partes), vista_(partes.vista), operador_(partes.operador),
       mensajero_(partes.mensajero), candado_(partes.operador, partes.mensajero),
       ritmo_(hacer<QTimer>(this)), vigilancia_(hacer<Vigilancia>(partes, this)),
-      Label1_(rotulo("Label1", this)), Label10_(rotulo("Label10", this)),
-      lblProyecto_(rotulo("lblProyecto", this)),
-      lblCantidadDePuntos_(rotulo("lblCantidadDePuntos", this)),
-      lblEstadoScript_(rotulo("lblEstadoScript", this)),
+      cabeza_(hacer<CabezaDeForm1>(vista_, partes.editor, this)),
       sockets_(hacer<TablaDeLista>(vista_.lstViewSockets, formaDeSockets(), tr("Conexiones"),
                                    anexosDeConexiones(partes, vigilancia_->recuento()), this)),
       variables_(hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"),
                                      anexosDeVariables(partes), this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
                                    Anexos{}, this)),
+      trazas_(hacer<PanelDeTrazas>(partes.trazas, vista_, this)),
       estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");
     setWindowTitle("Driver KV2200");
@@ -65,14 +56,14 @@ Form1::Form1(const PartesDeVentana& partes)
     armarMenu();
     auto* abajo = control<QSplitter>("partesDeForm1", Qt::Vertical);
     abajo->addWidget(armarListas());
-    abajo->addWidget(armarTrazas());
+    abajo->addWidget(trazas_);
     abajo->setStretchFactor(0, 3);
     abajo->setStretchFactor(1, 1);
     abajo->setSizes({560, 240});
     auto* centro = hacer<QWidget>(this);
     auto* filas = hacer<QVBoxLayout>(centro);
     filas->setContentsMargins(8, 6, 8, 4);
-    filas->addWidget(armarCabeza());
+    filas->addWidget(cabeza_);
     auto* medio = hacer<QHBoxLayout>();
     medio->addWidget(abajo, 1);
     medio->addWidget(armarOrdenes());
@@ -116,45 +107,6 @@ void Form1::acordarse() {
     volverAlLugar(*this);
 }
 
-QWidget* Form1::armarCabeza() {
-    auto* cabeza = hacer<QWidget>();
-    auto* fila = hacer<QHBoxLayout>(cabeza);
-    fila->setContentsMargins(0, 0, 0, 0);
-    fila->setSpacing(10);
-    Label1_->setToolTip(tr("En marcha desde"));
-    lblCantidadDePuntos_->setToolTip(tr("Puntos publicados"));
-    lblEstadoScript_->setToolTip(tr("Última corrida del guion"));
-    lblEstadoScript_->setContentsMargins(6, 2, 6, 2);
-    Label10_->setToolTip(tr("Texto del guion"));
-    // However long it is, it takes the room that is left and not that of the lists.
-    Label10_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    QSizePolicy conSuLugar = Label10_->sizePolicy();
-    conSuLugar.setRetainSizeWhenHidden(true); // what is beside it stays where it is
-    Label10_->setSizePolicy(conSuLugar);
-    Label10_->setMaximumHeight(kLineasDelGuion * fontMetrics().lineSpacing());
-    QFont negrita = lblProyecto_->font();
-    negrita.setBold(true);
-    lblProyecto_->setFont(negrita);
-    fila->addWidget(lblProyecto_);
-    fila->addWidget(hacer<QLabel>(tr("Desde:")));
-    fila->addWidget(Label1_);
-    fila->addWidget(hacer<QLabel>(tr("Puntos:")));
-    fila->addWidget(lblCantidadDePuntos_);
-    fila->addWidget(lblEstadoScript_);
-    fila->addWidget(Label10_, 1);
-    auto* puertos = control<QPushButton>("BtnConfig", tr("P&uertos…"));
-    connect(puertos, &QPushButton::clicked, this, &Form1::BtnConfig);
-    fila->addWidget(puertos);
-    auto* tamanio = control<QPushButton>("btnTamañoFormulario", tr("&Tamaño"));
-    tamanio->setToolTip(tr("Ventana chica o entera (F11)"));
-    connect(tamanio, &QPushButton::clicked, this, &Form1::btnTamanioFormulario);
-    // A shortcut of the button's own would take the place of its letter.
-    auto* tecla = hacer<QShortcut>(QKeySequence(Qt::Key_F11), this);
-    connect(tecla, &QShortcut::activated, this, &Form1::btnTamanioFormulario);
-    fila->addWidget(tamanio);
-    return cabeza;
-}
-
 QWidget* Form1::armarListas() {
     listas_ = control<QTabWidget>("fichasDeListas");
     listas_->setDocumentMode(true);
@@ -168,49 +120,6 @@ QWidget* Form1::armarListas() {
     partes->setSizes({150, 420});
     partes->setChildrenCollapsible(false);
     return partes;
-}
-
-CajaDeTraza* Form1::traza(const QString& titulo, const Traza& caja) {
-    auto* t = hacer<CajaDeTraza>(caja, titulo, this);
-    connect(t, &CajaDeTraza::guardar, this, &Form1::guardar);
-    connect(t, &CajaDeTraza::quitarFiltro, this, [this] { soloDe(kNinguno, kNinguno, {}); });
-    cajas_.push_back(t);
-    return t;
-}
-
-QWidget* Form1::armarTrazas() {
-    const Trazas& trazas = partes_.trazas;
-    auto* paginas = control<QTabWidget>("fichasDeTrazas");
-    paginas->setDocumentMode(true);
-    paginas->addTab(traza(tr("Tramas enviadas y recibidas"), trazas.txtTramas), tr("Tramas"));
-    paginas->addTab(traza(tr("Tramas descartadas"), trazas.txtTramasDescartadas),
-                    tr("Descartadas"));
-    const auto fichas = [&](FuenteDeFichas fuente, const QString& titulo, const QString& ficha) {
-        auto* f = hacer<Fichas>(std::move(fuente), titulo, this);
-        connect(f, &Fichas::guardar, this, &Form1::guardar);
-        fichas_.push_back(f);
-        paginas->addTab(f, ficha);
-    };
-    // The number alone tells nobody which block it is. Rows are in the order of the tabs.
-    fichas({"txtTimer", "TabStriptxtTimerPorBloque",
-            [this] { return vista_.lstViewEstadoDeBloques.filas(); },
-            [this](std::size_t i) {
-                return QString::number(i + 1) + ":  " +
-                       enQt(vista_.lstViewEstadoDeBloques.texto(static_cast<std::uint32_t>(i), 0));
-            },
-            [&trazas](std::size_t i) { return trazas.txtTimer(i); }},
-           tr("Temporizador de un bloque"), tr("Por bloque"));
-    fichas({"txtTimerIpPuerto", "TabStripTimerIpPuerto",
-            [this] { return vista_.lstViewSockets.filas(); },
-            [this](std::size_t i) {
-                return enQt(vista_.lstViewSockets.texto(static_cast<std::uint32_t>(i), 1));
-            },
-            [&trazas](std::size_t i) { return trazas.txtTimerIpPuerto(i); }},
-           tr("Tiempos de una conexión"), tr("Por conexión"));
-    paginas->addTab(traza(tr("Pasos de las escrituras"), trazas.txtTimerEscritura),
-                    tr("Escrituras"));
-    trazas_ = paginasDeTrazas_ = paginas;
-    return paginas;
 }
 
 QWidget* Form1::armarOrdenes() {
@@ -227,10 +136,10 @@ QWidget* Form1::armarOrdenes() {
     comandos->setWidget(panel_);
     comandos->setMaximumHeight(panel_->sizeHint().height());
     columna->addWidget(comandos, 3);
-    auto* pedidas =
-        traza(tr("Lecturas y escrituras pedidas"), partes_.trazas.txtDemandaLecturaEscritura);
-    pedidas->partirLineas();
-    columna->addWidget(pedidas, 1);
+    pedidas_ = hacer<CajaDeTraza>(partes_.trazas.txtDemandaLecturaEscritura,
+                                  tr("Lecturas y escrituras pedidas"), this);
+    connect(pedidas_, &CajaDeTraza::guardar, this, &Form1::guardar);
+    columna->addWidget(pedidas_, 1);
     connect(panel_, &PanelDeOrdenes::hallada, this, [this](quint32 fila) {
         listas_->setCurrentWidget(variables_);
         variables_->elegir(fila);
@@ -254,6 +163,9 @@ void Form1::conectarListas() {
     connect(bloques_, &TablaDeLista::activada, this, &Form1::preguntarScan);
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         connect(lista, &TablaDeLista::guardar, this, &Form1::guardar);
+    connect(cabeza_, &CabezaDeForm1::puertos, this, &Form1::BtnConfig);
+    connect(cabeza_, &CabezaDeForm1::tamanio, this, &Form1::btnTamanioFormulario);
+    connect(trazas_, &PanelDeTrazas::guardar, this, &Form1::guardar);
     connect(vigilancia_, &Vigilancia::irA, this, &Form1::irA);
     connect(vigilancia_, &Vigilancia::elegida, this, &Form1::irAEstacion);
     connect(estado_, &BarraDeEstado::verSucesos, vigilancia_, &Vigilancia::abrirSucesos);
@@ -289,13 +201,8 @@ void Form1::irA(quint32 bloque, quint32 conexion) {
 
 /// All boxes that show what went over the lines show that of one only.
 void Form1::soloDe(Indice conexion, Indice bloque, const QString& nombre) {
-    for (CajaDeTraza* caja : trazas_->findChildren<CajaDeTraza*>()) {
-        if (std::find(cajas_.begin(), cajas_.end(), caja) != cajas_.end())
-            caja->soloDe(conexion, bloque, nombre); // those behind tabs have their own choice
-    }
-    if (nombre.isEmpty()) return;
+    trazas_->soloDe(conexion, bloque, nombre);
     agrandar();
-    paginasDeTrazas_->setCurrentIndex(0);
 }
 
 void Form1::porQue(const Lista& lista, std::int64_t fila) {
@@ -323,15 +230,13 @@ void Form1::refrescar() {
     for (TablaDeLista* lista : {sockets_, variables_, bloques_})
         lista->refrescar();
     panel_->refrescar();
-    refrescarCabeza();
+    cabeza_->refrescar();
     vigilancia_->contar();
     refrescarEstado();
     mirarForzados();
     if (vueltas_++ % kVueltasPorTraza != 0) return;
-    for (CajaDeTraza* caja : cajas_)
-        caja->refrescar();
-    for (Fichas* fichas : fichas_)
-        fichas->refrescar();
+    pedidas_->refrescar();
+    trazas_->refrescar();
 }
 
 void Form1::refrescarEstado() {
@@ -345,69 +250,6 @@ void Form1::refrescarEstado() {
          vigilancia_->libro().sinReconocer(), vista_.servidor.cliente,
          vista_.lblEstadoScript.color()},
         operador_.porQue());
-}
-
-/// As a script wants its label. One that sets only the background means it to be read, whatever the
-/// theme's letters are.
-void Form1::vestirLabel10(const AspectoDeEtiqueta& aspecto) {
-    if (aspecto == aspectoDeLabel10_) return;
-    aspectoDeLabel10_ = aspecto;
-    const auto suyo = AspectoDeEtiqueta::esPropio;
-    const auto color = [](std::int32_t c) {
-        return QColor(c & 0xFF, c >> 8 & 0xFF, c >> 16 & 0xFF);
-    };
-    QPalette paleta = palette();
-    if (suyo(aspecto.fondo)) {
-        const QColor fondo = color(aspecto.fondo);
-        paleta.setColor(QPalette::Window, fondo);
-        paleta.setColor(QPalette::WindowText, qGray(fondo.rgb()) > 127 ? Qt::black : Qt::white);
-    }
-    if (suyo(aspecto.tinta)) paleta.setColor(QPalette::WindowText, color(aspecto.tinta));
-    Label10_->setPalette(paleta);
-    Label10_->setAutoFillBackground(suyo(aspecto.fondo));
-    Label10_->setVisible(aspecto.visible);
-}
-
-void Form1::refrescarCabeza() {
-    vestirLabel10(vista_.Label10.aspecto());
-    Label1_->setText(enQt(vista_.Label1.texto()));
-    Label10_->setText(enQt(std::string_view(vista_.Label10.texto()).substr(0, kMaximoDeRotulo)));
-    const QString proyecto = enQt(vista_.lblProyecto.texto());
-    lblProyecto_->setText(
-        lblProyecto_->fontMetrics().elidedText(proyecto, Qt::ElideMiddle, kAnchoDelProyecto));
-    lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
-    // Every point has a row; the label of the view is from the start, and reads add points.
-    lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
-    refrescarGuion();
-}
-
-/// How the last run ended, and why.
-void Form1::refrescarGuion() {
-    const Color color = vista_.lblEstadoScript.color();
-    if (color == Color::Ninguno) return lblEstadoScript_->setText(tr("○ Guion sin correr"));
-    const bool bien = color == Color::Verde;
-    const auto falla = bien ? std::nullopt : partes_.editor.ultimaFalla();
-    QString texto = bien ? tr("● Guion OK") : tr("✖ Guion con error");
-    QString ayuda = tr("Última corrida del guion");
-    if (falla) {
-        const QString que =
-            tr("línea %1: %2")
-                .arg(falla->linea)
-                .arg(enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles
-                                                                 : falla->descripcion));
-        ayuda += "\n" + que;
-        if (!compacta_) texto += ": " + que;
-    }
-    lblEstadoScript_->setText(
-        lblEstadoScript_->fontMetrics().elidedText(texto, Qt::ElideRight, kAnchoDeLaFalla));
-    lblEstadoScript_->setToolTip(ayudaSinMarcas(ayuda));
-    const QColor fondo = bien ? Qt::green : Qt::red;
-    if (lblEstadoScript_->palette().color(QPalette::Window) == fondo) return;
-    QPalette paleta = palette();
-    paleta.setColor(QPalette::Window, fondo);
-    paleta.setColor(QPalette::WindowText, Qt::black); // readable on both
-    lblEstadoScript_->setPalette(paleta);
-    lblEstadoScript_->setAutoFillBackground(true);
 }
 
 void Form1::MnuScript() {
@@ -498,12 +340,12 @@ void Form1::agrandar() {
 
 void Form1::btnTamanioFormulario() {
     compacta_ = !compacta_;
-    for (QWidget* parte : {static_cast<QWidget*>(sockets_), trazas_, ordenes_})
+    for (QWidget* parte :
+         {static_cast<QWidget*>(sockets_), static_cast<QWidget*>(trazas_), ordenes_})
         parte->setVisible(!compacta_);
-    estado_->compactar(compacta_);
-    refrescarCabeza();
-    refrescarEstado();
     acomodar(*this, compacta_ ? kCompacta : kEntera);
+    cabeza_->compactar(compacta_);
+    refrescarEstado();
 }
 
 void Form1::showEvent(QShowEvent* suceso) {

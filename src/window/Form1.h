@@ -13,7 +13,6 @@
 #include <vector>
 
 class QKeySequence;
-class QLabel;
 class QMenu;
 class QTabWidget;
 class QTimer;
@@ -21,14 +20,15 @@ class QTimer;
 namespace kv {
 
 class BarraDeEstado;
+class CabezaDeForm1;
 class CajaDeTraza;
-class Fichas;
 class FrmAbout;
 class FrmEscritura;
 class FrmPuertos;
 class FrmScript;
 class VentanaDeManual;
 class PanelDeOrdenes;
+class PanelDeTrazas;
 class TablaDeLista;
 
 /// The main window: three lists, the traces, the commands, the menu. It shows the view at the
@@ -61,15 +61,10 @@ class Form1 final : public QMainWindow {
     /// A line of a menu; `teclas` may be empty.
     void entrada(QMenu* menu, const char* nombre, const QString& texto, const QKeySequence& teclas,
                  const std::function<void()>& orden);
-    QWidget* armarCabeza();
     QWidget* armarListas();
-    QWidget* armarTrazas();
     QWidget* armarOrdenes();
     void conectarListas();
-    CajaDeTraza* traza(const QString& titulo, const Traza& caja);
     void seguir(bool seguir);
-    void refrescarCabeza();
-    void vestirLabel10(const AspectoDeEtiqueta& aspecto);
     void MnuScript();
     void MnuAbout();
     void MnuEvidencia();
@@ -80,7 +75,6 @@ class Form1 final : public QMainWindow {
     void irAEstacion(quint32 conexion, quint32 estacion);
     void porQue(const Lista& lista, std::int64_t fila);
     void soloDe(Indice conexion, Indice bloque, const QString& nombre);
-    void refrescarGuion();
     void refrescarEstado();
     void BtnConfig();
     void abrirEscritura(std::uint32_t fila);
@@ -107,22 +101,15 @@ class Form1 final : public QMainWindow {
     QTimer* ritmo_;
     Vigilancia* vigilancia_;
 
-    QLabel* Label1_;
-    QLabel* Label10_;
-    AspectoDeEtiqueta aspectoDeLabel10_;
-    QLabel* lblProyecto_;
-    QLabel* lblCantidadDePuntos_;
-    QLabel* lblEstadoScript_;
+    CabezaDeForm1* cabeza_;
     TablaDeLista* sockets_;
     TablaDeLista* variables_;
     TablaDeLista* bloques_;
+    PanelDeTrazas* trazas_;
     QTabWidget* listas_ = nullptr;
-    QWidget* trazas_ = nullptr;
-    QTabWidget* paginasDeTrazas_ = nullptr;
     QWidget* ordenes_ = nullptr;
     PanelDeOrdenes* panel_ = nullptr;
-    std::vector<CajaDeTraza*> cajas_;
-    std::vector<Fichas*> fichas_;
+    CajaDeTraza* pedidas_ = nullptr;
     std::vector<Indice> forzados_; ///< blocks made from here that have not answered yet
     BarraDeEstado* estado_;
 };

@@ -5,13 +5,14 @@
 
 #include <QStatusBar>
 
+class QHBoxLayout;
 class QLabel;
 class QToolButton;
 
 namespace kv {
 
 /// The figures that matter, at the foot of the main window. What is wrong stands out; while nothing
-/// is, nothing does.
+/// is, nothing does. Where they have no room what is well is left out, and then words are.
 class BarraDeEstado final : public QStatusBar {
     Q_OBJECT
   public:
@@ -28,27 +29,32 @@ class BarraDeEstado final : public QStatusBar {
         Color guion;
     };
     void refrescar(const Operador::Cifras& cifras, const Cuentas& cuentas, const PorQue& porQue);
-    /// In a small window only what is wrong has room, and whom the operator looks for.
-    void compactar(bool compacta);
-
   signals:
     void verSucesos();
 
   private:
-    QLabel* cifra(const char* nombre, const QString& ayuda);
-    void poner(QLabel& donde, const QString& texto, bool mal) const;
+    struct Cifra {
+        QLabel* rotulo;
+        QString entera = {};
+        QString breve = {};
+        bool mal = false;
+    };
+    Cifra cifra(const char* nombre, const QString& ayuda);
+    static void poner(Cifra& cifra, const QString& entera, const QString& breve, bool mal);
     void ponerCliente(const ClienteVisto& cliente, const PorQue& porQue);
+    void acomodar();
 
-    QLabel* respuestas_;
-    QLabel* variables_;
-    QLabel* viejas_;
-    QLabel* calladas_;
-    QLabel* conexiones_;
-    QLabel* supervisor_;
-    QLabel* guion_;
+    QWidget* caja_;
+    QHBoxLayout* fila_;
+    Cifra respuestas_;
+    Cifra variables_;
+    Cifra viejas_;
+    Cifra calladas_;
+    Cifra conexiones_;
+    Cifra supervisor_;
+    Cifra guion_;
     QToolButton* sucesos_;
     Operador::Cifras ultimas_{};
-    bool compacta_ = false;
 };
 
 } // namespace kv

@@ -4,6 +4,7 @@
 #include "window/controls/control.h"
 #include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
+#include "window/history/recuerdo_de_sucesos.h"
 #include "window/history/ventana_de_sucesos.h"
 #include "window/mensajero.h"
 #include "window/overview/ventana_de_resumen.h"
@@ -11,20 +12,31 @@
 #include "window/reasons/ventana_por_que.h"
 #include "window/trends/ventana_de_tendencias.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QTimer>
 
 namespace kv {
 namespace {
 
 constexpr std::int64_t kEntreRecuentosMs = 1000;
+constexpr std::int64_t kEntreRecuerdosMs = 60'000;
 constexpr const char* kClaveDeTendencias = "tendencias/direcciones";
+
+/// A user may look at several plants.
+QString archivoDeSucesos(const EditorDeGuion& editor) {
+    const QByteArray ruta = QDir::current().absoluteFilePath(enQt(editor.ruta())).toUtf8();
+    const auto corto = QCryptographicHash::hash(ruta, QCryptographicHash::Sha256).toHex().left(16);
+    return "sucesos-" + QString::fromLatin1(corto) + ".txt";
+}
 
 } // namespace
 
 Vigilancia::Vigilancia(const PartesDeVentana& partes, QWidget* principal)
     : QObject(principal), partes_(partes), principal_(principal),
       recuento_(partes.tablas, partes.operador.porQue()), libro_(partes.sucesos),
-      tendencias_(partes.vista.lstViewVariables),
+      tendencias_(partes.vista.lstViewVariables,
+                  [&operador = partes.operador] { return operador.cifras().ms; }),
       porVolver_(recordado(kClaveDeTendencias).toStringList()), ritmo_(hacer<QTimer>(this)) {
     connect(ritmo_, &QTimer::timeout, this, &Vigilancia::mirar);
     ritmo_->start(RegistroDeTendencias::kCadaMs);
@@ -43,11 +55,13 @@ std::vector<QWidget*> Vigilancia::ventanas() const {
 
 /// The windows look at what is kept here, and their owner would outlive it.
 Vigilancia::~Vigilancia() {
+    recordarSucesos();
     for (QWidget* ventana : ventanas())
         std::unique_ptr<QWidget>(ventana).reset();
 }
 
 void Vigilancia::esconder() {
+    recordarSucesos();
     for (QWidget* ventana : ventanas())
         ventana->hide();
 }
@@ -89,9 +103,26 @@ void Vigilancia::abrirConexion(Indice conexion) {
     alFrente(*ventanaDeConexion_);
 }
 
+void Vigilancia::leerLoDeAntes() {
+    if (leyoLoDeAntes_ || partes_.editor.ruta().empty()) return;
+    leyoLoDeAntes_ = true;
+    volverAPoner(libro_, recordadoAparte(archivoDeSucesos(partes_.editor)));
+}
+
+void Vigilancia::recordarSucesos() {
+    leerLoDeAntes();
+    if (!leyoLoDeAntes_ || recordada_ == libro_.version()) return;
+    recordada_ = libro_.version();
+    recordadaMs_ = partes_.operador.cifras().ms;
+    recordarAparte(archivoDeSucesos(partes_.editor), comoRecuerdo(libro_, partes_.tablas));
+}
+
 void Vigilancia::abrirSucesos() {
+    leerLoDeAntes();
     if (ventanaDeSucesos_ == nullptr) {
         ventanaDeSucesos_ = hacer<VentanaDeSucesos>(libro_, partes_.tablas, principal_);
+        connect(ventanaDeSucesos_, &VentanaDeSucesos::reconocidos, this,
+                &Vigilancia::recordarSucesos);
         connect(ventanaDeSucesos_, &VentanaDeSucesos::irA, this, &Vigilancia::irA);
         connect(ventanaDeSucesos_, &VentanaDeSucesos::guardar, this,
                 [this](const QString& ruta, const QString& texto) {
@@ -116,7 +147,7 @@ void Vigilancia::abrirTendencias() {
 void Vigilancia::agregarATendencias(const std::vector<std::uint32_t>& filas) {
     bool entran = true;
     for (const std::uint32_t fila : filas)
-        entran = tendencias_.agregar(fila, partes_.operador.cifras().ms) && entran;
+        entran = tendencias_.agregar(fila) && entran;
     if (!entran)
         partes_.mensajero.avisar(
             {deQt(
@@ -134,12 +165,13 @@ void Vigilancia::recordarTendencias() const {
 }
 
 void Vigilancia::mirar() {
-    const std::int64_t ahora = partes_.operador.cifras().ms;
+    leerLoDeAntes();
+    if (partes_.operador.cifras().ms - recordadaMs_ >= kEntreRecuerdosMs) recordarSucesos();
     porVolver_.removeIf([&](const QString& direccion) {
         const std::int64_t fila = partes_.vista.lstViewVariables.buscar(deQt(direccion));
-        return fila >= 0 && tendencias_.agregar(static_cast<std::uint32_t>(fila), ahora);
+        return fila >= 0 && tendencias_.agregar(static_cast<std::uint32_t>(fila));
     });
-    tendencias_.mirar(ahora);
+    tendencias_.mirar();
 }
 
 } // namespace kv

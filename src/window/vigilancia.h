@@ -59,6 +59,9 @@ class Vigilancia final : public QObject {
 
   private:
     void recordarTendencias() const;
+    /// The history of earlier starts: once, as soon as it is known which plant this is.
+    void leerLoDeAntes();
+    void recordarSucesos();
     [[nodiscard]] std::vector<QWidget*> ventanas() const;
 
     PartesDeVentana partes_;
@@ -66,6 +69,9 @@ class Vigilancia final : public QObject {
     Recuento recuento_;
     std::int64_t contadoMs_ = -1; ///< when the last round ended
     LibroDeSucesos libro_;
+    bool leyoLoDeAntes_ = false;
+    std::uint64_t recordada_ = 0; ///< the book's version that was kept last
+    std::int64_t recordadaMs_ = 0;
     RegistroDeTendencias tendencias_;
     QStringList porVolver_; ///< addresses that were drawn at the last end, and have no row yet
     QTimer* ritmo_;

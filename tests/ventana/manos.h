@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "window/controls/idioma.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTranslator>
 #include <QtTest>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace kv {
 
@@ -64,6 +69,20 @@ class ConPaletaOscura {
 
   private:
     QPalette antes_ = QApplication::palette();
+};
+
+/// Windows that are made speak this language; Spanish comes back at the end of the scope.
+class EnIdioma {
+  public:
+    explicit EnIdioma(const char* idioma) { ponerIdioma(idioma); }
+    ~EnIdioma() {
+        ponerIdioma("");
+        for (QTranslator* t : qApp->findChildren<QTranslator*>())
+            std::unique_ptr<QTranslator>(t).reset();
+        QLocale::setDefault(QLocale::c());
+    }
+    EnIdioma(const EnIdioma&) = delete;
+    EnIdioma& operator=(const EnIdioma&) = delete;
 };
 
 } // namespace kv

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ventana/pantalla.h"
 
+#include "window/controls/paleta.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
@@ -29,6 +31,7 @@ extern "C" const char* __lsan_default_suppressions() { // NOLINT: the checker gi
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     QApplication aplicacion(argc, argv);
+    kv::cuidarColores(); // as the program does
     // What windows remember is not that of whoever runs the tests.
     const QTemporaryDir ajustes;
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ajustes.path());

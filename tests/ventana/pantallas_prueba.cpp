@@ -1,178 +1,283 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every window on whatever screen the program is run on: nothing crushed, cut or off the screen.
-// Run on small screens and on doubled ones.
+// Every window in both languages and on light and dark, on whatever screen the program is run on:
+// nothing crushed, cut, off the screen, pale or left in the other language. Run on small screens
+// and on doubled ones.
 
+#include "ventana/juicio.h"
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
+#include "window/controls/colores.h"
+#include "window/controls/memoria.h"
 #include "window/dialogs/FrmEscritura.h"
 #include "window/dialogs/FrmPuertos.h"
+#include "window/lists/estado_de_fila.h"
 #include "window/script/FrmScript.h"
+#include "window/trends/lienzo.h"
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QScreen>
-#include <QScrollArea>
+#include <QTabBar>
 #include <QToolButton>
+
+#include <optional>
 
 namespace kv {
 namespace {
 
-/// What can be scrolled into sight is judged by the room that it has in what is scrolled.
-QRect sitio(const QWidget& control, const QWidget& ventana) {
-    for (const QWidget* w = &control; w != &ventana; w = w->parentWidget()) {
-        const auto* area = qobject_cast<QScrollArea*>(w->parentWidget()->parentWidget());
-        if (area == nullptr || area->widget() != w) continue;
-        EXPECT_GE(area->viewport()->width(), w->minimumSizeHint().width())
-            << "only downwards is there anything to be scrolled to";
-        return w->rect().translated(control.mapFrom(w, QPoint()));
-    }
-    return ventana.rect().translated(-control.mapTo(&ventana, QPoint()));
-}
+struct Aspecto {
+    const char* idioma;
+    bool oscuro;
+};
 
-QSize necesario(const QWidget& control) {
-    constexpr int kLineas = 3;
-    const int alto = control.fontMetrics().lineSpacing();
-    if (qobject_cast<const QAbstractItemView*>(&control) != nullptr) return {80, 2 * alto};
-    if (qobject_cast<const QPlainTextEdit*>(&control) != nullptr) return {120, kLineas * alto};
-    if (qobject_cast<const QLineEdit*>(&control) != nullptr) return {40, alto};
-    if (const auto* boton = qobject_cast<const QAbstractButton*>(&control))
-        return {boton->fontMetrics().size(Qt::TextShowMnemonic, boton->text()).width(), alto};
-    QSize todo = control.minimumSizeHint();
-    if (const auto* rotulo = qobject_cast<const QLabel*>(&control)) {
-        const bool cede = rotulo->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored;
-        if (cede) todo.setWidth(0);
-        if (rotulo->wordWrap() && !cede) todo.setHeight(rotulo->heightForWidth(rotulo->width()));
+/// What has to be so before there is any window.
+struct AspectoPuesto {
+    explicit AspectoPuesto(const Aspecto& aspecto) : idioma(aspecto.idioma) {
+        if (aspecto.oscuro) oscura.emplace();
     }
-    return todo;
-}
+    EnIdioma idioma;
+    std::optional<ConPaletaOscura> oscura;
+};
 
-bool seJuzga(const QWidget& control) {
-    const auto* padre = control.parentWidget();
-    if (qobject_cast<const QAbstractItemView*>(padre) != nullptr ||
-        qobject_cast<const QLineEdit*>(padre) != nullptr)
-        return false; // headers, and buttons inside of boxes
-    return qobject_cast<const QAbstractButton*>(&control) != nullptr ||
-           qobject_cast<const QLineEdit*>(&control) != nullptr ||
-           qobject_cast<const QLabel*>(&control) != nullptr ||
-           qobject_cast<const QAbstractItemView*>(&control) != nullptr ||
-           qobject_cast<const QPlainTextEdit*>(&control) != nullptr;
-}
-
-void juzgar(QWidget& ventana, const char* foto) {
-    QCoreApplication::processEvents();
-    const QRect pantalla = ventana.screen()->availableGeometry();
-    EXPECT_TRUE(pantalla.contains(ventana.frameGeometry()))
-        << foto << ": " << ventana.width() << " x " << ventana.height();
-    std::vector<const QWidget*> controles;
-    for (const QWidget* c : ventana.findChildren<QWidget*>()) {
-        if (c->isVisible() && c->window() == &ventana && seJuzga(*c)) controles.push_back(c);
-    }
-    for (const QWidget* c : controles) {
-        const auto quien = [&] {
-            const auto* boton = qobject_cast<const QAbstractButton*>(c);
-            const auto* rotulo = qobject_cast<const QLabel*>(c);
-            return std::string(foto) + ": " + c->metaObject()->className() + " " +
-                   deQt(c->objectName()) + " " + (boton ? deQt(boton->text()) : "") +
-                   (rotulo ? deQt(rotulo->text()) : "");
+/// A plant in which each sort of trouble is to be seen, and hands that open its windows.
+class TodasLasVentanas : private AspectoPuesto, public Principal {
+  public:
+    explicit TodasLasVentanas(const Aspecto& aspecto) : AspectoPuesto(aspecto) {
+        p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip",
+                         "' suma\r\nDim a\r\na = 1\r\nb = 1 / 0\r\nmw.Nada \"x\"\r\n");
+        p.archivos.poner("/kv/descripciones.csv",
+                         "direccion;descripcion;unidad\r\n1.1.10;Nivel del tanque;m\r\n");
+        plc.demora = [](const Solicitud& t) {
+            return t[3] == 0x1F ? std::nullopt : std::optional(0.0); // one is never answered
         };
-        const QSize falta = necesario(*c);
-        EXPECT_TRUE(sitio(*c, ventana).contains(c->rect())) << quien() << " is cut";
-        EXPECT_TRUE(c->width() >= falta.width() && c->height() >= falta.height())
-            << quien() << " is crushed: " << c->width() << " x " << c->height() << ", needs "
-            << falta.width() << " x " << falta.height();
-        for (const QWidget* otro : controles) {
-            if (otro == c || otro->parentWidget() != c->parentWidget()) continue;
-            EXPECT_FALSE(c->geometry().intersects(otro->geometry()))
-                << quien() << " lies over " << deQt(otro->objectName());
-        }
-    }
-    fotografiar(ventana, (std::string(foto) + "_" + std::to_string(pantalla.width()) + "x" +
-                          std::to_string(pantalla.height()))
-                             .c_str());
-}
-
-class Pantallas : public Principal {
-  protected:
-    Pantallas() {
-        p.archivos.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", "a = 1\r\nb = 1 / 0\r\n");
+        p.ajuste("VER", "1");
         arrancar();
+        p.motor.operador.activarBloque(3, false);
+        avanzar(60'000);
+        p.motor.sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, "1.1.10");
+        p.motor.sucesos.decir({.que = Que::Forzado}, "1.1.10");
+        variables().setCurrentIndex(variables().model()->index(0, 0));
+        conexiones().setCurrentIndex(conexiones().model()->index(0, 0));
+    }
+    void TestBody() override {}
+
+    /// Down the menu bar to the entry, as the mouse goes.
+    void porMenu(const char* nombre) {
+        QAction& accion = hallarAccion(nombre);
+        for (QMenu* menu : form.findChildren<QMenu*>()) {
+            if (!menu->actions().contains(&accion)) continue;
+            QMenuBar& barra = *form.menuBar();
+            QTest::mouseClick(&barra, Qt::LeftButton, {},
+                              barra.actionGeometry(menu->menuAction()).center());
+            ASSERT_TRUE(llega([&] { return menu->isVisible(); })) << nombre;
+            if (mirarMenus) mirarMenus(*menu);
+            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(&accion).center());
+            return;
+        }
+        FAIL() << nombre << " is in no menu";
+    }
+    void ficha(const char* fichas, int cual) {
+        QTabBar& barra = *hallar<QTabWidget>(form, fichas).tabBar();
+        QTest::mouseClick(&barra, Qt::LeftButton, {}, barra.tabRect(cual).center());
+    }
+    template <class T>
+    T& abierta() {
+        T* ventana = form.findChild<T*>();
+        if (ventana == nullptr) qFatal("no window of the sort");
+        return *ventana;
     }
     QTableView& conexiones() { return hallar<QTableView>(form, "lstViewSockets"); }
+
+    /// Opens every window and dialog in turn; `mirar` gets each, under the name of its picture.
+    void recorrer(const std::function<void(QWidget&, const std::string&)>& mirar) {
+        for (int i = 0; i < hallar<QTabWidget>(form, "fichasDeTrazas").count(); ++i) {
+            ficha("fichasDeTrazas", i);
+            ficha("fichasDeListas", i % 2);
+            for (int vuelta = 0; vuelta < 3; ++vuelta) // traces follow at their own pace
+                form.refrescar();
+            mirar(form, "form1_" + std::to_string(i));
+        }
+        ficha("fichasDeListas", 0);
+        clic(form, "btnTamañoFormulario");
+        mirar(form, "form1_chica");
+        clic(form, "btnTamañoFormulario");
+        lasDeVigilancia(mirar);
+        lasDelDriver(mirar);
+        losDialogos(mirar);
+    }
+    std::function<void(QMenu&)> mirarMenus;
+
+  private:
+    void lasDeVigilancia(const std::function<void(QWidget&, const std::string&)>& mirar) {
+        recordar("tendencias/minutos", 5);
+        variables().selectAll();
+        hallar<QAction>(variables(), "accTendencias").trigger();
+        hallar<QWidget>(form, "FrmTendencias").close(); // drawn anew when it is shown
+        variables().setCurrentIndex(variables().model()->index(0, 0));
+        for (int i = 0; i < 120; ++i) {
+            plc.registros[{1, 0x10}] = 100 + i % 17;
+            plc.registros[{1, 0x11}] = 1000 - i % 40;
+            if (i == 60) plc.cortar();
+            avanzar(1'000);
+            form.findChild<Vigilancia*>()->mirar();
+        }
+        for (const auto& [entrada, ventana] : {std::pair{"MnuResumen", "FrmResumen"},
+                                               {"MnuSucesos", "FrmSucesos"},
+                                               {"MnuTendencias", "FrmTendencias"},
+                                               {"MnuConexion", "FrmConexion"},
+                                               {"MnuPorQue", "FrmPorQue"},
+                                               {"MnuManual", "FrmManual"}}) {
+            porMenu(entrada);
+            auto& abierta = hallar<QWidget>(form, ventana);
+            mirar(abierta, enQt(ventana).toLower().toStdString());
+            abierta.close();
+        }
+    }
+    void lasDelDriver(const std::function<void(QWidget&, const std::string&)>& mirar) {
+        p.arranque.abrirServidor();
+        porMenu("MnuServer");
+        avanzar(3'000);
+        ventanas.mirarVisibilidad();
+        for (int i = 0; i < 5; ++i)
+            p.motor.sucesos.decir({.que = Que::AlCliente}, "[DRI]#1.1.10;116;6;#[/DRI]");
+        p.motor.sucesos.decir({.que = Que::DelCliente}, "Read;1.1.10;FinRead;");
+        p.motor.vista.servidor.cliente = {"10.0.0.9:40000", p.motor.operador.cifras().ms, false};
+        ventanas.servidor().refrescar();
+        mirar(ventanas.servidor(), "frmservertcp");
+        clic(form, "BtnConfig");
+        mirar(abierta<FrmPuertos>(), "frmpuertos");
+        porMenu("MnuAbout");
+        mirar(hallar<QWidget>(form, "FrmAbout"), "frmabout");
+        for (QDialog* visto : form.findChildren<QDialog*>())
+            visto->close();
+        porMenu("MnuScript");
+        auto& guion = abierta<FrmScript>();
+        auto& codigo = hallar<QPlainTextEdit>(guion, "TextCodigo");
+        guion.activateWindow();
+        ASSERT_TRUE(llega([&] { return QApplication::focusWidget() == &codigo; }));
+        mirar(guion, "frmscript");
+        QTest::keyClick(&codigo, Qt::Key_H, Qt::ControlModifier);
+        EXPECT_TRUE(hallar<QWidget>(guion, "TxtReemplazo").isVisible());
+        hallar<QWidget>(guion, "AvisoDeCambio").show();
+        mirar(guion, "frmscript_buscar");
+        guion.hide();
+    }
+    void losDialogos(const std::function<void(QWidget&, const std::string&)>& mirar) {
+        dobleClic(variables(), 0);
+        mirar(abierta<FrmEscritura>(), "frmescritura");
+        abierta<FrmEscritura>().mostrarPara("1", "1", "10.3", 1);
+        mirar(abierta<FrmEscritura>(), "frmescritura-bit");
+        abierta<FrmEscritura>().close();
+        std::string largo;
+        for (int i = 0; i < 200; ++i)
+            largo += "palabra " + std::string(i % 3 == 0 ? "\n" : "");
+        mensajero.avisar({largo, "Atencion", true});
+        mirar(*mensajeSobre(form), "mensaje");
+        mensajeSobre(form)->close();
+        dobleClic(bloques(), 0);
+        mirar(abierta<QInputDialog>(), "pregunta");
+        abierta<QInputDialog>().close();
+        QTest::mouseClick(&hallar<QToolButton>(form, "btnGuardar"), Qt::LeftButton);
+        mirar(abierta<QFileDialog>(), "guardar");
+        abierta<QFileDialog>().close();
+    }
 };
+
+class Pantallas : public testing::TestWithParam<Aspecto> {};
+
+/// The same in both languages, rightly: names and figures.
+bool esDeTodos(const QString& texto) {
+    static const QRegularExpression fuera(
+        "^(?:(?:Driver ?KV2200v?1?(?: - About)?|Driver|PLC|Bit|Scans|BAD|OK|Supervisor|no|"
+        "min|h|ms|IP|TCP|h2|v|Variables|CSV|Ctrl|Shift|F)|"
+        "[^A-Za-zÀ-ÿ])*$");
+    return fuera.match(texto).hasMatch();
+}
+
+/// What these say the driver wrote, or the disk: Spanish always.
+const QSet<QString> kDelDriver{"lblProyecto",       "lblEstado",         "lblKeepALive",
+                               "lblPuertoServidor", "lblPorQueVariable", "lblPorQueBloque",
+                               "lblPorQueEstacion", "lblPorQueConexion", "lblFraseDeConexion",
+                               "LblAhora",          "msgAviso",          "qt_msgbox_label",
+                               "lookInCombo"};
 
 } // namespace
 
-TEST_F(Pantallas, LaPrincipalYCadaUnaDeSusFichas) {
-    auto& listas = hallar<QTabWidget>(form, "fichasDeListas");
-    auto& trazas = hallar<QTabWidget>(form, "fichasDeTrazas");
-    p.motor.sucesos.decir({.que = Que::Forzado}, "1.1.10");
-    for (int i = 0; i < trazas.count(); ++i) {
-        trazas.setCurrentIndex(i);
-        listas.setCurrentIndex(i % 2);
-        form.refrescar();
-        juzgar(form, ("form1_" + std::to_string(i)).c_str());
-    }
-    clic(form, "btnTamañoFormulario");
-    juzgar(form, "form1_chica");
+TEST_P(Pantallas, NadaCortadoNiPalido) {
+    TodasLasVentanas todas(GetParam());
+    const std::string aspecto =
+        std::string("_") + GetParam().idioma + (GetParam().oscuro ? "_oscura" : "");
+    todas.recorrer([&](QWidget& ventana, const std::string& foto) {
+        QCoreApplication::processEvents();
+        const QRect pantalla = ventana.screen()->availableGeometry();
+        const std::string nombre = foto + "_" + std::to_string(pantalla.width()) + "x" +
+                                   std::to_string(pantalla.height()) + aspecto;
+        juzgarLugares(ventana, nombre);
+        juzgarContraste(ventana, nombre);
+        fotografiar(ventana, nombre.c_str());
+    });
 }
 
-TEST_F(Pantallas, LasOtrasVentanas) {
-    p.motor.operador.MnuServer();
-    ventanas.mirarVisibilidad();
-    juzgar(ventanas.servidor(), "frmservertcp");
-    clic(form, "BtnConfig");
-    juzgar(*form.findChild<FrmPuertos*>(), "frmpuertos");
-    form.findChild<QAction*>("MnuAbout")->trigger();
-    juzgar(*form.findChild<QWidget*>("FrmAbout"), "frmabout");
-    for (QDialog* visto : form.findChildren<QDialog*>())
-        visto->close();
-    form.findChild<QAction*>("MnuScript")->trigger();
-    auto& guion = *form.findChild<FrmScript*>();
-    guion.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&guion));
-    QTest::keyClick(&hallar<QPlainTextEdit>(guion, "TextCodigo"), Qt::Key_H, Qt::ControlModifier);
-    EXPECT_TRUE(hallar<QWidget>(guion, "TxtReemplazo").isVisible());
-    hallar<QWidget>(guion, "AvisoDeCambio").show();
-    juzgar(guion, "frmscript");
+INSTANTIATE_TEST_SUITE_P(Todas, Pantallas,
+                         testing::Values(Aspecto{"es", false}, Aspecto{"es", true},
+                                         Aspecto{"en", false}, Aspecto{"en", true}),
+                         [](const auto& caso) {
+                             return std::string(caso.param.idioma) +
+                                    (caso.param.oscuro ? "_oscura" : "_clara");
+                         });
+
+TEST(Signos, SeVenSobreClaroSobreOscuroYEnLoElegido) {
+    const auto mirar = [] {
+        const QPalette paleta = qApp->palette();
+        for (const auto& [papel, modo] : {std::pair{QPalette::Base, QIcon::Normal},
+                                          {QPalette::AlternateBase, QIcon::Normal},
+                                          {QPalette::Highlight, QIcon::Selected}}) {
+            for (std::size_t e = 1; e < kEstadosDeFila; ++e) {
+                QImage dibujo(32, 32, QImage::Format_RGB32);
+                dibujo.fill(paleta.color(papel));
+                QPainter lapiz(&dibujo);
+                const auto estado = static_cast<EstadoDeFila>(e);
+                senalDeEstado(estado).paint(&lapiz, dibujo.rect(), Qt::AlignCenter, modo);
+                lapiz.end();
+                EXPECT_GE(contrasteDe(dibujo), kContrasteDeSigno)
+                    << e << " on " << deQt(paleta.color(papel).name());
+            }
+        }
+        for (std::size_t i = 0; i < RegistroDeTendencias::kSeries; ++i)
+            EXPECT_GE(contraste(LienzoDeTendencias::color(i, paleta), paleta.color(QPalette::Base)),
+                      kContrasteDeTexto)
+                << "its name is written in it";
+    };
+    mirar();
+    const ConPaletaOscura oscura;
+    mirar();
 }
 
-TEST_F(Pantallas, LasDeVigilancia) {
-    p.motor.sucesos.decir({.que = Que::EnlaceAbajo, .conexion = 0});
-    variables().selectAll();
-    hallar<QAction>(variables(), "accTendencias").trigger();
-    variables().setCurrentIndex(variables().model()->index(0, 0));
-    conexiones().setCurrentIndex(conexiones().model()->index(0, 0));
-    for (int i = 0; i < 10; ++i) {
-        avanzar(1'000);
-        form.findChild<Vigilancia*>()->mirar();
+TEST(Textos, EstanEnLosDosIdiomas) {
+    const auto textosEn = [](const char* idioma) {
+        QMap<QString, QString> todos;
+        TodasLasVentanas({idioma, false})
+            .recorrer([&](QWidget& ventana, const std::string& /*foto*/) {
+                todos.insert(textosDe(ventana));
+            });
+        return todos;
+    };
+    const auto es = textosEn("es");
+    const auto en = textosEn("en");
+    QStringList iguales;
+    for (auto t = en.begin(); t != en.end(); ++t) {
+        if (es.contains(t.key()) && !esDeTodos(t.key()) && !t.value().startsWith("dlgPregunta") &&
+            !kDelDriver.contains(t.value().section('/', -1)))
+            iguales << t.value() + ": " + t.key();
     }
-    for (const auto& [entrada, ventana] : {std::pair{"MnuResumen", "FrmResumen"},
-                                           {"MnuSucesos", "FrmSucesos"},
-                                           {"MnuTendencias", "FrmTendencias"},
-                                           {"MnuConexion", "FrmConexion"},
-                                           {"MnuPorQue", "FrmPorQue"},
-                                           {"MnuManual", "FrmManual"}}) {
-        menu(entrada);
-        juzgar(hallar<QWidget>(form, ventana), enQt(ventana).toLower().toStdString().c_str());
-    }
-}
-
-TEST_F(Pantallas, LosDialogos) {
-    FrmEscritura escritura(p.motor.operador, &form);
-    escritura.setAttribute(Qt::WA_DeleteOnClose, false);
-    escritura.mostrarPara("1", "1", "10", 43690);
-    juzgar(escritura, "frmescritura");
-    std::string largo;
-    for (int i = 0; i < 200; ++i)
-        largo += "palabra " + std::string(i % 3 == 0 ? "\n" : "");
-    mensajero.avisar({largo, "Atencion", true});
-    juzgar(*mensajeSobre(form), "mensaje");
-    mensajero.preguntarTexto({"ScanTime", "Scan Time del Bloque (segundos)\r\n1.1.10/1", "1", 0},
-                             [](const QString&) {});
-    juzgar(*form.findChild<QInputDialog*>(), "pregunta");
-    QTest::mouseClick(&hallar<QToolButton>(form, "btnGuardar"), Qt::LeftButton);
-    juzgar(*form.findChild<QFileDialog*>(), "guardar");
+    EXPECT_TRUE(iguales.isEmpty()) << qPrintable(iguales.join('\n'));
+    EXPECT_GT(en.size(), 300);
 }
 
 } // namespace kv

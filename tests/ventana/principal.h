@@ -7,6 +7,8 @@
 #include "window/ventanas.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSettings>
@@ -30,7 +32,11 @@ class Salida final : public Observador {
 
 /// What the windows remember from one start to the next.
 inline void olvidarTodo() {
-    QSettings(QSettings::IniFormat, QSettings::UserScope, "DriverKV2200", "ventana").clear();
+    QSettings ajustes(QSettings::IniFormat, QSettings::UserScope, "DriverKV2200", "ventana");
+    ajustes.clear();
+    QDir carpeta = QFileInfo(ajustes.fileName()).dir();
+    for (const QString& archivo : carpeta.entryList({"sucesos-*.txt"}))
+        carpeta.remove(archivo);
 }
 
 class Principal : public testing::Test {

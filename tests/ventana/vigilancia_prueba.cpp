@@ -4,6 +4,7 @@
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
 #include "window/help/ventana_de_manual.h"
+#include "window/history/recuerdo_de_sucesos.h"
 #include "window/history/ventana_de_sucesos.h"
 #include "window/trends/exportacion.h"
 #include "window/trends/ventana_de_tendencias.h"
@@ -143,18 +144,7 @@ TEST_F(Vigilando, F1AbreElManualDondeHablaDeLaVentanaDeDelante) {
     auto& ventana = sucesos();
     f1(ventana, hallar<QTableView>(ventana, "lstSucesos"));
     EXPECT_EQ(titulo(), "Los sucesos");
-    // Every window has its place, and every place is a heading of the manual.
     auto& texto = hallar<TextoDelManual>(form, "txtManual");
-    for (const char* nombre :
-         {"FrmEscritura", "FrmScript", "FrmServerTCP", "FrmPuertos", "FrmResumen", "FrmSucesos",
-          "FrmTendencias", "FrmConexion", "FrmPorQue"}) {
-        QWidget otra;
-        otra.setObjectName(nombre);
-        const QString suyo = VentanaDeManual::tituloDe(&otra, nullptr);
-        ASSERT_FALSE(suyo.isEmpty()) << nombre;
-        texto.irA(suyo);
-        EXPECT_EQ(titulo(), suyo) << nombre;
-    }
     texto.irA("las-tres-listas");
     EXPECT_EQ(titulo(), "Las tres listas") << "a link of the manual's own";
     fotografiar(hallar<QWidget>(form, "FrmManual"), "frmmanual");
@@ -166,18 +156,75 @@ TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     LibroDeSucesos libro(sucesos);
     constexpr std::size_t kMas = LibroDeSucesos::kMaximo + 5'000;
     const std::string largo(5'000, 'x');
+    const std::uint64_t cero = libro.siguiente();
     for (std::size_t i = 0; i < kMas; ++i)
         sucesos.decir({.que = Que::FallaDelGuion}, std::to_string(i) + largo);
-    EXPECT_EQ(libro.siguiente(), kMas);
+    EXPECT_EQ(libro.siguiente() - cero, kMas);
     EXPECT_EQ(libro.siguiente() - libro.primera(), LibroDeSucesos::kMaximo);
     EXPECT_EQ(libro.sinReconocer(), LibroDeSucesos::kMaximo);
     EXPECT_LE(libro[libro.primera()].texto.size(), LibroDeSucesos::kTextoMaximo);
     sucesos.decir({.que = Que::FallaDelGuion}, "0" + largo);
-    EXPECT_EQ(libro.siguiente(), kMas + 1) << "what has been forgotten is not counted up";
+    EXPECT_EQ(libro.siguiente() - cero, kMas + 1) << "what has been forgotten is not counted up";
     const auto rechazo = TextoDeRechazo{largo, "fuera de trama", "cliente"}.unir();
     sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
-    EXPECT_TRUE(fraseDe(libro[kMas + 1], Tablas()).ends_with(" = 7: fuera de trama"))
+    EXPECT_TRUE(fraseDe(libro[cero + kMas + 1], Tablas()).endsWith(" = 7: fuera de trama"))
         << "the reason is what matters";
+}
+
+TEST_F(Vigilando, LoQuePasoYLoReconocidoSobrevivenAlPrograma) {
+    arrancar();
+    p.motor.sucesos.decir({.que = Que::EnlaceAbajo, .conexion = 0});
+    p.motor.sucesos.decir({.que = Que::FallaDelGuion}, "guion(3, 1):\tDivisión\npor cero");
+    auto& ventana = sucesos();
+    auto& tabla = hallar<QTableView>(ventana, "lstSucesos");
+    tabla.selectRow(renglonCon(tabla, "Enlace caido"));
+    clic(ventana, "BtnReconocer");
+    const auto reconocida = [](QTableView& t, const QString& que) {
+        return celdaDe(t, renglonCon(t, que), ModeloDeSucesos::kReconocida);
+    };
+    const auto todas = [](const QTableView& t) {
+        QStringList celdas;
+        for (int f = 0; f < t.model()->rowCount(); ++f)
+            celdas
+                << celdaDe(t, f, ModeloDeSucesos::kHora) + celdaDe(t, f, ModeloDeSucesos::kDonde) +
+                       celdaDe(t, f, ModeloDeSucesos::kQue).replace('\t', ' ').replace('\n', ' ');
+        return celdas;
+    };
+    // Killed at once: nothing of it ends in order. Another start, of a plant with other numbers.
+    Planta segunda{config};
+    EditorDeGuion otroEditor{segunda.archivos, segunda.motor.guion, segunda.motor.scriptControl,
+                             segunda.motor.tablas};
+    Form1 otra({segunda.motor.vista, segunda.motor.sucesos, segunda.motor.tablas,
+                segunda.motor.trazas, segunda.motor.operador, otroEditor, mensajero, "9.9", [] {}});
+    segunda.arrancarYConectar();
+    const LibroDeSucesos& libro = otra.findChild<Vigilancia*>()->libro();
+    otra.findChild<Vigilancia*>()->abrirSucesos();
+    auto& despues = hallar<QTableView>(*otra.findChild<VentanaDeSucesos*>(), "lstSucesos");
+    EXPECT_EQ(todas(despues).mid(despues.model()->rowCount() - tabla.model()->rowCount()),
+              todas(tabla))
+        << qPrintable(todas(despues).join('\n'));
+    EXPECT_EQ(reconocida(despues, "Enlace caido"), "sí");
+    EXPECT_EQ(reconocida(despues, "Falla del guion"), "");
+    EXPECT_GE(libro.sinReconocer(), 1U);
+    dobleClic(despues, renglonCon(despues, "Enlace caido")); // it is nowhere now
+    segunda.motor.sucesos.decir({.que = Que::EnlaceAbajo, .conexion = 0});
+    EXPECT_GT(libro.sinReconocer(), 1U) << "it happened again: another line";
+}
+
+TEST(LibroDeSucesos, LoRecordadoTieneUnLimiteYLoRotoSePasaPorAlto) {
+    BucleSimulado bucle;
+    Sucesos sucesos(bucle.reloj());
+    LibroDeSucesos libro(sucesos);
+    QByteArray recuerdo("\n\t\t\n1\t1\t1\t9\t0\ta\tb\n-1\t1\t1\t1\t0\ta\tb\n\xFF\xFE\n");
+    volverAPoner(libro, recuerdo + QByteArray(100'000, '\t'));
+    EXPECT_EQ(libro.primera(), libro.siguiente());
+    for (int i = 0; i < 3'000; ++i)
+        recuerdo += "1\t1\t1\t2\t0\tdonde\t" + QByteArray::number(i) + "\n";
+    volverAPoner(libro, recuerdo);
+    EXPECT_EQ(libro.siguiente() - libro.primera(), LibroDeSucesos::kDeAntes);
+    EXPECT_EQ(fraseDe(libro[libro.siguiente() - 1], Tablas()), "2999") << "the latest ones";
+    EXPECT_EQ(libro.sinReconocer(), LibroDeSucesos::kDeAntes);
+    EXPECT_EQ(comoRecuerdo(libro, Tablas()).count('\n'), LibroDeSucesos::kDeAntes);
 }
 
 TEST_F(Vigilando, LasTrazasDeUnaSolaConexionODeUnSoloBloque) {
@@ -218,6 +265,10 @@ TEST_F(Vigilando, LasTrazasDeUnaSolaConexionODeUnSoloBloque) {
 TEST_F(Vigilando, LasTendenciasMuestranElPasadoYLoQueFueBAD) {
     arrancar();
     auto& ventana = tendenciasDe({0, 1});
+    for (const int valor : {55, 100}) { // and nobody looks in between
+        plc.registros[{1, 0x10}] = valor;
+        p.avanzar(4'000);
+    }
     for (int i = 0; i < 40; ++i) {
         plc.registros[{1, 0x10}] = 100 + i * 3; // hexadecimal addresses
         plc.registros[{1, 0x11}] = 1000 - (i % 7) * 50;
@@ -236,6 +287,7 @@ TEST_F(Vigilando, LasTendenciasMuestranElPasadoYLoQueFueBAD) {
         dicho << lienzo.valoresEn({x, 40});
     EXPECT_TRUE(dicho.join(' ').contains("BAD"));
     EXPECT_TRUE(dicho.join(' ').contains("1.1.11: 1000"));
+    EXPECT_TRUE(dicho.join(' ').contains("1.1.10: 55"));
     clic(ventana, "BtnPausaDeTendencias");
     const auto hasta = lienzo.hasta();
     pasan(10);
@@ -271,39 +323,84 @@ TEST_F(Vigilando, LasTendenciasElegidasVuelvenConElProgramaYSeQuitan) {
     EXPECT_TRUE(ventana.isVisible());
 }
 
-TEST(RegistroDeTendencias, UnaHoraEnteraAunqueCambieSiempreYNuncaSinFin) {
-    Lista lista("lstViewVariables", true);
-    for (std::size_t i = 0; i <= RegistroDeTendencias::kSeries; ++i)
-        lista.tildar(lista.agregar("1.1." + std::to_string(i)), true);
-    RegistroDeTendencias registro(lista);
-    std::int64_t ms = 0;
-    for (std::uint32_t i = 0; i < RegistroDeTendencias::kSeries; ++i)
-        EXPECT_TRUE(registro.agregar(i, ms));
-    EXPECT_TRUE(registro.agregar(0, ms)) << "it is there";
-    EXPECT_FALSE(registro.agregar(RegistroDeTendencias::kSeries, ms));
-    lista.poner(1, 1, "7");
-    lista.poner(1, 2, "OK");
-    for (int i = 0; i < 20'000; ++i, ms += RegistroDeTendencias::kCadaMs) {
-        lista.poner(0, 1, std::to_string(i));
-        lista.poner(0, 2, "OK");
-        registro.mirar(ms);
+namespace {
+
+/// A list of variables, and a clock that is moved by hand.
+struct ConRegistro {
+    ConRegistro() {
+        for (std::size_t i = 0; i <= RegistroDeTendencias::kSeries; ++i)
+            lista.tildar(lista.agregar("1.1." + std::to_string(i)), true);
+        for (std::uint32_t i = 0; i < RegistroDeTendencias::kSeries; ++i)
+            EXPECT_TRUE(registro.agregar(i));
     }
-    const Serie& cambia = registro.series()[0];
-    const Serie& quieta = registro.series()[1];
-    EXPECT_EQ(cambia.muestras.size(), RegistroDeTendencias::kMuestras);
-    EXPECT_LE(cambia.muestras.front().ms, ms - 3'600'000);
-    EXPECT_EQ(quieta.muestras.size(), 2U) << "what does not change takes no room";
-    EXPECT_EQ(quieta.en(ms)->valor, 7);
-    EXPECT_TRUE(quieta.en(ms)->ok);
-    lista.tildar(1, false);
-    registro.mirar(ms);
-    EXPECT_FALSE(quieta.en(ms)->ok) << "switched off: nobody knows what it is";
-    EXPECT_TRUE(quieta.en(ms - 1)->ok);
-    ms += RegistroDeTendencias::kVidaMs + 1'000;
-    registro.mirar(ms);
-    lista.poner(0, 1, "-1");
-    registro.mirar(ms);
-    EXPECT_LE(cambia.muestras.size(), 2U) << "older than anybody asks for";
+    void leer(std::uint32_t fila, double valor, const char* estado = "OK") {
+        lista.poner(fila, 1, std::to_string(valor));
+        lista.poner(fila, 2, estado);
+    }
+    Lista lista{"lstViewVariables", true};
+    std::int64_t ms = 1'000'000;
+    RegistroDeTendencias registro{lista, [this] { return ms; }};
+    [[nodiscard]] const Serie& primera() const { return registro.series()[0]; }
+    [[nodiscard]] const Serie& segunda() const { return registro.series()[1]; }
+};
+
+} // namespace
+
+TEST(RegistroDeTendencias, TomaCadaCambioCuandoPasa) {
+    ConRegistro c;
+    EXPECT_TRUE(c.registro.agregar(0)) << "it is there";
+    EXPECT_FALSE(c.registro.agregar(RegistroDeTendencias::kSeries));
+    c.leer(1, 7);
+    for (int i = 0; i < 100; ++i, c.ms += 10) {
+        c.leer(0, i, i % 10 == 9 ? "BAD" : "OK");
+        c.lista.poner(8, 1, "99"); // nobody chose it
+    }
+    EXPECT_EQ(c.primera().muestras.size(), 100U) << "between two looks, and no halves of them";
+    EXPECT_EQ(c.primera().en(c.ms - 10)->valor, 99);
+    EXPECT_FALSE(c.primera().en(c.ms - 10)->ok);
+    EXPECT_TRUE(c.primera().en(c.ms - 20)->ok);
+    EXPECT_EQ(c.segunda().muestras.size(), 1U) << "what does not change takes no room";
+    c.lista.tildar(1, false);
+    EXPECT_FALSE(c.segunda().en(c.ms)->ok) << "switched off: nobody knows what it is";
+    EXPECT_TRUE(c.segunda().en(c.ms - 1)->ok);
+    // It is configured anew: another row.
+    c.lista.retirar(1);
+    c.ms += 1'000;
+    const std::uint32_t otra = c.lista.agregar("1.1.1");
+    c.lista.tildar(otra, true);
+    c.registro.mirar();
+    c.leer(otra, 8);
+    EXPECT_EQ(c.segunda().en(c.ms)->valor, 8);
+    c.ms += RegistroDeTendencias::kVidaMs + 1'000;
+    c.leer(0, -1);
+    c.registro.mirar();
+    EXPECT_LE(c.primera().muestras.size(), 2U) << "older than anybody asks for";
+}
+
+TEST(RegistroDeTendencias, UnaHoraEnteraYLoMasRapidoComoSeVeria) {
+    ConRegistro c;
+    constexpr int kCuatroHorasDe50Ms = 4 * 3'600 * 20;
+    const std::int64_t inicio = c.ms;
+    std::size_t mas = 0;
+    for (int i = 0; i < kCuatroHorasDe50Ms; ++i, c.ms += 50) {
+        const bool pico = i == 1'000; // one of 50 ms, four hours ago
+        const bool mal = i == 2'000;
+        c.leer(0, pico ? 9'999 : i % 2, mal ? "BAD" : "OK");
+        if (i % 10 == 0) c.leer(1, i);
+        mas = std::max(mas, c.primera().muestras.size());
+    }
+    EXPECT_LE(mas, 41'000U);
+    EXPECT_LE(c.primera().muestras.front().ms, inicio + 2'000);
+    const auto hay = [&](std::int64_t desde, auto como) {
+        return std::any_of(
+            c.primera().muestras.begin(), c.primera().muestras.end(),
+            [&](const Muestra& m) { return std::abs(m.ms - desde) < 10'000 && como(m); });
+    };
+    EXPECT_TRUE(hay(inicio + 50'000, [](const Muestra& m) { return m.valor == 9'999; }));
+    EXPECT_TRUE(hay(inicio + 100'000, [](const Muestra& m) { return !m.ok; }));
+    // One in half a second: nothing of the last hour is missing.
+    for (std::int64_t ms = c.ms - 3'590'000; ms < c.ms - 500; ms += 500)
+        ASSERT_EQ(c.segunda().en(ms)->ms / 500, ms / 500);
 }
 
 } // namespace kv

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/controls/aplicacion.h"
 
+#include "window/controls/paleta.h"
+
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QSocketNotifier>
@@ -57,6 +59,7 @@ class AplicacionQueSigue final : public QApplication {
         // The toolkit takes the machine's locale over; numbers of the plant keep their point.
         std::setlocale(LC_ALL, "C");
         std::setlocale(LC_CTYPE, "C.UTF-8");
+        cuidarColores();
     }
     bool notify(QObject* destino, QEvent* suceso) override {
         try {

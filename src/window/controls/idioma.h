@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QString>
+
 #include <string_view>
 
 namespace kv {
@@ -11,5 +13,7 @@ namespace kv {
 void ponerIdioma(std::string_view idioma);
 /// Whether the windows speak English: for texts that come to them in both languages.
 [[nodiscard]] bool enIngles();
+/// A duration that the driver wrote ("0,7 s"), with the decimal sign of the windows' language.
+[[nodiscard]] QString conSuComa(QString duracion);
 
 } // namespace kv

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QByteArray>
 #include <QVariant>
 
 class QString;
@@ -14,6 +15,10 @@ namespace kv {
 
 [[nodiscard]] QVariant recordado(const QString& clave, const QVariant& siNo = {});
 void recordar(const QString& clave, const QVariant& valor);
+
+/// What is too long to stand among the others, in a file of its own beside them.
+[[nodiscard]] QByteArray recordadoAparte(const QString& nombre);
+void recordarAparte(const QString& nombre, const QByteArray& que);
 
 /// The window's place and size, under the window's name.
 void recordarLugar(const QWidget& ventana);

@@ -179,7 +179,7 @@ void FrmEscritura::actualizarChecks() {
     }
     for (std::size_t b = 0; b < CheckBin_.size(); ++b)
         CheckBin_.at(b)->setChecked(escritura_.CheckBin(static_cast<int>(b)));
-    LblBinario_->setText(enQt(escritura_.LblBinario()));
+    LblBinario_->setText(enQt(escritura_.LblBinario()).replace("Binario", tr("Binario")));
     BtnOk_->setEnabled(escritura_.cabe());
     LblExceso_->setText(escritura_.cabe()       ? QString()
                         : escritura_.bit() >= 0 ? tr("Un bit es 0 o 1")

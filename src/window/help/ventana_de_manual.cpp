@@ -2,6 +2,7 @@
 #include "window/help/ventana_de_manual.h"
 
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
 #include "window/controls/ventana.h"
 
 #include <QFile>
@@ -32,23 +33,27 @@ QString comoAncla(const QString& titulo) {
 struct Lugar {
     const char* nombre; ///< of a window, or of a control in it
     const char* titulo;
+    const char* enIngles;
 };
 /// Controls stand before the windows that hold them.
 constexpr std::array kLugares = {
-    Lugar{"fichasDeTrazas", "Las trazas"},
-    Lugar{"lstViewSockets", "Las tres listas"},
-    Lugar{"fichasDeListas", "Las tres listas"},
-    Lugar{"lstResumen", "Vigilar la planta"},
-    Lugar{"FrmEscritura", "Escribir un valor"},
-    Lugar{"FrmScript", "El guion"},
-    Lugar{"FrmServerTCP", "El servidor de clientes"},
-    Lugar{"FrmPuertos", "El servidor de clientes"},
-    Lugar{"FrmResumen", "El resumen de estaciones"},
-    Lugar{"FrmSucesos", "Los sucesos"},
-    Lugar{"FrmTendencias", "Las tendencias"},
-    Lugar{"FrmConexion", "El detalle de una conexión"},
-    Lugar{"FrmPorQue", "Por qué está así"},
-    Lugar{"Form1", "La ventana principal"},
+    Lugar{"fichasDeTrazas", "Las trazas", "The traces"},
+    Lugar{"lstViewSockets", "Las tres listas", "The three lists"},
+    Lugar{"fichasDeListas", "Las tres listas", "The three lists"},
+    Lugar{"lstResumen", "Vigilar la planta", "Look after the plant"},
+    Lugar{"FrmEscritura", "Escribir un valor", "Write a value"},
+    Lugar{"FrmScript", "El guion", "The script"},
+    Lugar{"FrmServerTCP", "El servidor de clientes", "The client server"},
+    Lugar{"FrmPuertos", "El servidor de clientes", "The client server"},
+    Lugar{"FrmResumen", "El resumen de estaciones", "The overview of stations"},
+    Lugar{"FrmSucesos", "Los sucesos", "The events"},
+    Lugar{"FrmTendencias", "Las tendencias", "The trends"},
+    Lugar{"FrmConexion", "El detalle de una conexión", "The detail of a connection"},
+    Lugar{"FrmPorQue", "Por qué está así", "Why it is so"},
+    Lugar{"dlgPregunta", "Forzar lecturas y prender o apagar bloques",
+          "Force reads, and switch blocks on or off"},
+    Lugar{"FrmAbout", "Manual del operador", "Operator's manual"},
+    Lugar{"Form1", "La ventana principal", "The main window"},
 };
 
 } // namespace
@@ -56,7 +61,7 @@ constexpr std::array kLugares = {
 TextoDelManual::TextoDelManual(QWidget* padre) : QTextBrowser(padre) {
     setOpenLinks(false);
     setSearchPaths({kCarpeta});
-    QFile archivo(QString(kCarpeta) + "manual-operador.md");
+    QFile archivo(QString(kCarpeta) + (enIngles() ? "operator-manual.md" : "manual-operador.md"));
     if (archivo.open(QIODevice::ReadOnly)) setMarkdown(QString::fromUtf8(archivo.readAll()));
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& a) {
         if (a.path().isEmpty()) irA(a.fragment());
@@ -105,7 +110,8 @@ void VentanaDeManual::mostrarEn(const QString& titulo) {
 QString VentanaDeManual::tituloDe(const QWidget* ventana, const QWidget* foco) {
     const auto de = [](const QWidget* w) {
         for (const Lugar& l : kLugares) {
-            if (w->objectName() == l.nombre) return QString::fromUtf8(l.titulo);
+            if (w->objectName() == l.nombre)
+                return QString::fromUtf8(enIngles() ? l.enIngles : l.titulo);
         }
         return QString();
     };

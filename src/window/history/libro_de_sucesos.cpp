@@ -5,7 +5,11 @@
 #include "text/fecha.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "window/controls/control.h"
 
+#include <QCoreApplication>
+
+#include <array>
 #include <optional>
 
 namespace kv {
@@ -82,38 +86,52 @@ std::int64_t msDe(std::int64_t instante) {
            f.minuto * 60'000LL + f.segundo * 1000LL + f.milisegundo;
 }
 
-std::string_view fraseFija(const Suceso& s) {
+/// In Spanish; empty where more is to be said.
+const char* fraseFija(const Suceso& s) {
     switch (s.que) {
     case Que::EnlaceArriba:
-        return "Enlace arriba";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace arriba");
     case Que::EnlaceAbajo:
-        return "Enlace caido";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace caido");
     case Que::EnlaceCortado:
-        return "Se corta el enlace: lo que no llego ya no sale";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "Se corta el enlace: lo que no llego ya no sale");
     case Que::LineaNoCalla:
-        return "La linea no calla: se cierra el enlace";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "La linea no calla: se cierra el enlace");
     case Que::EstacionMuda:
-        return "La estacion no contesta";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion no contesta");
     case Que::EstacionContesta:
-        return "La estacion contesta de nuevo";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion contesta de nuevo");
     case Que::BloqueDeshabilitado:
-        return "El bloque descansa: no hubo respuesta";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque descansa: no hubo respuesta");
     case Que::BloqueHabilitado:
-        return "El bloque se pregunta de nuevo";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque se pregunta de nuevo");
     case Que::EnlaceNoLevanta:
-        return "El enlace no levanta";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "El enlace no levanta");
     case Que::BloqueConmutado:
-        return s.detalle != 0 ? "Bloque prendido" : "Bloque apagado";
+        return s.detalle != 0 ? QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque prendido")
+                              : QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque apagado");
     case Que::GuionSigue:
-        return "El guion corre de nuevo";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "El guion corre de nuevo");
     case Que::ForzarSinTrama:
-        return "No se puede forzar: el bloque no se puede polear";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: el bloque no se puede polear");
     case Que::ForzarSinConexion:
-        return "No se puede forzar: sin conexion con la estacion";
+        return QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: sin conexion con la estacion");
     default:
-        return {};
+        return nullptr;
     }
 }
+
+/// How writes end, for whoever translates it.
+[[maybe_unused]] constexpr std::array kFines = {
+    QT_TRANSLATE_NOOP("kv::Sucesos", "sin respuesta"),
+    QT_TRANSLATE_NOOP("kv::Sucesos", "conexion perdida"),
+    QT_TRANSLATE_NOOP("kv::Sucesos", "no se pudo leer la palabra del bit"),
+    QT_TRANSLATE_NOOP("kv::Sucesos", "espero demasiado"),
+    QT_TRANSLATE_NOOP("kv::Sucesos", "termino el programa"),
+    QT_TRANSLATE_NOOP("kv::Sucesos", "ya no esta configurado"),
+};
+
+QString traducida(const char* frase) { return QCoreApplication::translate("kv::Sucesos", frase); }
 
 } // namespace
 
@@ -154,6 +172,15 @@ void LibroDeSucesos::olvidarLaPrimera() {
         std::erase_if(ultimas_, [this](const auto& u) { return u.second < primera_; });
 }
 
+bool LibroDeSucesos::anteponer(Anotacion linea) {
+    if (primera_ == 0 || lineas_.size() >= kMaximo) return false;
+    if (!linea.reconocida && linea.gravedad != Gravedad::Nota) ++sinReconocer_;
+    lineas_.push_front(std::move(linea));
+    --primera_;
+    ++version_;
+    return true;
+}
+
 void LibroDeSucesos::reconocer(std::uint64_t numero) {
     if (numero < primera_ || numero >= siguiente()) return;
     Anotacion& a = lineas_[numero - primera_];
@@ -168,36 +195,44 @@ void LibroDeSucesos::reconocerTodo() {
         reconocer(n);
 }
 
-std::string fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
+QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
+    if (anotacion.deAntes) return enQt(anotacion.deAntes->que);
     const Suceso& s = anotacion.suceso;
-    if (const std::string_view fija = fraseFija(s); !fija.empty()) return std::string(fija);
+    if (const char* fija = fraseFija(s); fija != nullptr) return traducida(fija);
+    const QString texto = enQt(anotacion.texto);
     switch (s.que) {
     case Que::FallaDelGuion:
-        return "Falla del guion: " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Falla del guion: %1")).arg(texto);
     case Que::GuionDetenido:
-        return "El guion se detiene: " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "El guion se detiene: %1")).arg(texto);
     case Que::ClienteEntra:
-        return "Entra el cliente " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Entra el cliente %1")).arg(texto);
     case Que::ClienteSale:
-        return "Sale el cliente " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Sale el cliente %1")).arg(texto);
     case Que::EscrituraTerminada:
-        return "Escritura de " + direccionEscrita(tablas, s) + " = " + textoDeNumero(s.numero) +
-               ": " + std::string(palabras(static_cast<FinDeEscritura>(s.detalle)));
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura de %1 = %2: %3"))
+            .arg(enQt(direccionEscrita(tablas, s)), enQt(textoDeNumero(s.numero)),
+                 traducida(std::string(palabras(static_cast<FinDeEscritura>(s.detalle))).c_str()));
     case Que::EscrituraRechazada: {
         const auto r = TextoDeRechazo::partir(anotacion.texto);
-        return "Escritura rechazada: " + std::string(r.direccion) + " = " +
-               textoDeNumero(s.numero) + ": " + std::string(r.motivo);
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura rechazada: %1 = %2: %3"))
+            .arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)), enQt(r.motivo));
     }
     case Que::SinPuertoNiPlc:
-        return "No existe ese puerto o PLC: " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No existe ese puerto o PLC: %1"))
+            .arg(texto);
     case Que::BloqueDadoDeAlta:
-        return "Bloque dado de alta a pedido: " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque dado de alta a pedido: %1"))
+            .arg(texto);
     default:
-        return "No se pudo dar de alta el bloque: " + anotacion.texto;
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No se pudo dar de alta el bloque: %1"))
+            .arg(texto);
     }
 }
 
-std::string lugarDe(const Suceso& suceso, const Tablas& tablas) {
+std::string lugarDe(const Anotacion& anotacion, const Tablas& tablas) {
+    if (anotacion.deAntes) return anotacion.deAntes->donde;
+    const Suceso& suceso = anotacion.suceso;
     const bool deEstacion = suceso.que == Que::EstacionMuda || suceso.que == Que::EstacionContesta;
     if (suceso.bloque != kNinguno)
         return deEstacion ? nombreDeEstacion(tablas, suceso.bloque)

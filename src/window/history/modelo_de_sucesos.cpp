@@ -46,9 +46,9 @@ QString ModeloDeSucesos::texto(const Anotacion& a, int columna) const {
         if (a.gravedad == Gravedad::Nota) return tr("nota");
         return a.gravedad == Gravedad::Aviso ? tr("aviso") : tr("alarma");
     case kDonde:
-        return enQt(lugarDe(a.suceso, tablas_));
+        return enQt(lugarDe(a, tablas_));
     case kQue:
-        return enQt(fraseDe(a, tablas_));
+        return fraseDe(a, tablas_);
     case kVeces:
         return a.veces == 1 ? QString()
                             : tr("%1, la última %2")

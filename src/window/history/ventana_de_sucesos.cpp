@@ -84,13 +84,16 @@ QTableView* VentanaDeSucesos::armarTabla() {
     QHeaderView* cabeza = tabla->horizontalHeader();
     cabeza->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     cabeza->setHighlightSections(false);
+    // Why something failed stands at the end of what is said of it.
+    tabla->setTextElideMode(Qt::ElideMiddle);
     constexpr int kMargenDeCelda = 14;
     for (const auto& [columna, larga] :
-         {std::pair{ModeloDeSucesos::kHora, "00:00:00 00-00-0000"},
-          {ModeloDeSucesos::kGravedad, "alarma oo"},
-          {ModeloDeSucesos::kDonde, "[PLC 1 - Indice 1] 10.0.0.1:502"},
-          {ModeloDeSucesos::kVeces, "100, la última 00:00:00"},
-          {ModeloDeSucesos::kReconocida, "Acknowledged"}})
+         {std::pair{ModeloDeSucesos::kHora, QString("00:00:00 00-00-0000")},
+          {ModeloDeSucesos::kGravedad, "ooo" + ModeloDeSucesos::tr("aviso") + "ooo"}, // a sign
+          {ModeloDeSucesos::kDonde, QString("255.255.255.255:5020")},
+          {ModeloDeSucesos::kVeces,
+           ModeloDeSucesos::tr("%1, la última %2").arg("1000", "00:00:00")},
+          {ModeloDeSucesos::kReconocida, ModeloDeSucesos::tr("Reconocido")}})
         tabla->setColumnWidth(columna, fontMetrics().horizontalAdvance(larga) + kMargenDeCelda);
     cabeza->setSectionResizeMode(ModeloDeSucesos::kQue, QHeaderView::Stretch);
     connect(tabla, &QTableView::doubleClicked, this, [this](const QModelIndex& celda) {
@@ -116,6 +119,7 @@ QWidget* VentanaDeSucesos::armarBotones() {
     boton("BtnReconocerTodo", tr("Reconocer &todo"), [this] {
         libro_.reconocerTodo();
         filtrar();
+        emit reconocidos();
     });
     fila->addStretch();
     boton("BtnExportarSucesos", tr("&Exportar como CSV…"), [this] { exportar(); });
@@ -148,6 +152,7 @@ QList<int> VentanaDeSucesos::elegidas() const {
 void VentanaDeSucesos::reconocer() {
     for (const int fila : elegidas())
         libro_.reconocer(modelo_->lineaDe(fila));
+    emit reconocidos();
     if (sinReconocer_->isChecked()) return filtrar();
     modelo_->actualizar();
 }

@@ -23,6 +23,7 @@ class VentanaDeSucesos final : public QWidget {
     /// A line was double-clicked: its block, or its connection; kNinguno for what it has not.
     void irA(quint32 bloque, quint32 conexion);
     void guardar(const QString& ruta, const QString& texto);
+    void reconocidos();
 
   protected:
     void showEvent(QShowEvent* suceso) override;

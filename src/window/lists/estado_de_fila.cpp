@@ -40,7 +40,7 @@ QPixmap dibujar(EstadoDeFila estado, int lado, bool elegida) {
         break;
     case EstadoDeFila::Descansa: // two bars
         p.setPen(Qt::NoPen);
-        p.setBrush(QColor(0xE0, 0x8A, 0x00));
+        p.setBrush(QColor(0xC8, 0x74, 0x00));
         p.drawRect(QRectF(3.5, 3, 3.5, 10));
         p.drawRect(QRectF(9, 3, 3.5, 10));
         break;
@@ -150,7 +150,7 @@ const FormaDeLista& formaDeSockets() {
                                                  Especie::Texto, Especie::Numero, Especie::Texto,
                                                  Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 2, 3},
-                                    .anchos = {2, 17, 58, 21, 2, 2, 2, 2}};
+                                    .anchos = {2, 17, 58, 26, 2, 2, 2, 2}};
     return forma;
 }
 
@@ -163,7 +163,7 @@ const FormaDeLista& formaDeVariables() {
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Texto, Especie::Fecha, Especie::Texto},
                                     .filtrables = {0, 2, 4},
-                                    .anchos = {18, 10, 38, 21, 22}};
+                                    .anchos = {14, 8, 38, 24, 22}};
     return forma;
 }
 
@@ -176,7 +176,7 @@ const FormaDeLista& formaDeBloques() {
                                     .especies = {Especie::Direccion, Especie::Numero,
                                                  Especie::Numero, Especie::Texto, Especie::Texto},
                                     .filtrables = {0, 1, 3},
-                                    .anchos = {18, 5, 5, 60, 30}};
+                                    .anchos = {14, 5, 5, 60, 30}};
     return forma;
 }
 

@@ -5,10 +5,12 @@
 #include "window/controls/control.h"
 #include "window/controls/ventana.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QPalette>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <string>
 #include <utility>
@@ -17,6 +19,26 @@ namespace kv {
 namespace {
 
 constexpr std::ptrdiff_t kPuntosDeUnBit = 3;
+
+/// The view's own titles, for whoever translates them.
+[[maybe_unused]] constexpr std::array kTitulos = {
+    QT_TRANSLATE_NOOP("kv::Titulos", "Puerto"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "IP:PuertoTCP"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Estado"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "[PLC X - Indice Y]"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Base de Tiempo Conexion"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Cant.Intervalos para solicitar"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Cant.de Solicitudes"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Tiempo Fuera"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Direccion"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Valor"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Fecha Hora"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Nombre en Script"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "[Direccion]"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "[Nivel]"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "[Tiempo de Scan(s)]"),
+    QT_TRANSLATE_NOOP("kv::Titulos", "Habilitado por respuestas OK. [Si/No]"),
+};
 
 } // namespace
 
@@ -96,7 +118,9 @@ QVariant ModeloDeLista::headerData(int columna, Qt::Orientation orientacion, int
     if (papel != Qt::DisplayRole && papel != Qt::ToolTipRole) return {};
     const auto cual = static_cast<std::size_t>(columna);
     const ColumnaPropia* p = propia(cual);
-    return p != nullptr ? p->titulo : enQt(lista_.columnas()[cual]);
+    return p != nullptr
+               ? p->titulo
+               : QCoreApplication::translate("kv::Titulos", lista_.columnas()[cual].c_str());
 }
 
 Qt::ItemFlags ModeloDeLista::flags(const QModelIndex& celda) const {

@@ -4,6 +4,7 @@
 #include "window/controls/control.h"
 #include "window/controls/elegir_archivo.h"
 #include "window/controls/memoria.h"
+#include "window/lists/acomodo_de_columnas.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -26,7 +27,6 @@ namespace kv {
 namespace {
 
 constexpr int kMargenDeCelda = 26; // a check box or a sign
-constexpr int kMargenDeCabeza = 14;
 constexpr unsigned kVueltasPorEdad =
     10; // of `refrescar`: what grows by the second is painted again
 
@@ -74,7 +74,7 @@ TablaDeLista::TablaDeLista(Lista& lista, const FormaDeLista& forma, const QStrin
            "las que empiecen así"));
     tabla_->setAccessibleName(titulo);
     armarTabla();
-    ponerAnchos(anchos);
+    acomodo_ = hacer<AcomodoDeColumnas>(*tabla_, enPixeles(anchos), columnaDeEstado_);
 
     auto* arriba = hacer<QHBoxLayout>();
     arriba->addWidget(rotulo);
@@ -138,15 +138,10 @@ void TablaDeLista::armarTabla() {
     agregarAccion("accExportar", tr("Exportar como CSV…"), [this] { exportar(); });
 }
 
-void TablaDeLista::ponerAnchos(const QList<int>& letras) {
-    const int letra = fontMetrics().averageCharWidth();
-    const QFontMetrics cabeza = tabla_->horizontalHeader()->fontMetrics();
-    for (int c = 0; c < letras.size(); ++c)
-        tabla_->setColumnWidth(
-            c, std::max(letras[c] * letra + kMargenDeCelda,
-                        cabeza.horizontalAdvance(
-                            modelo_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString()) +
-                            kMargenDeCabeza));
+QList<int> TablaDeLista::enPixeles(QList<int> letras) const {
+    for (int& ancho : letras)
+        ancho = ancho * fontMetrics().averageCharWidth() + kMargenDeCelda;
+    return letras;
 }
 
 void TablaDeLista::seguir(bool seguir) {
@@ -181,6 +176,7 @@ std::int64_t TablaDeLista::actual() const {
 void TablaDeLista::ponerDelante(int columna, int lugar) {
     QHeaderView* cabeza = tabla_->horizontalHeader();
     cabeza->moveSection(cabeza->visualIndex(columna), lugar);
+    acomodo_->acomodar();
 }
 
 QList<int> TablaDeLista::filasElegidas() const {
@@ -338,8 +334,7 @@ void TablaDeLista::ponerBase(Base base) {
     if (columnaDeCifras_ < 0) return;
     const QString larga = base == Base::Binaria ? "0000 0000 0000 0000" : "00000";
     const int hace = fontMetrics().horizontalAdvance(larga) + kMargenDeCelda;
-    if (tabla_->columnWidth(columnaDeCifras_) < hace)
-        tabla_->setColumnWidth(columnaDeCifras_, hace);
+    acomodo_->pedir(columnaDeCifras_, hace);
 }
 
 void TablaDeLista::llenarMenuDeColumnas(QMenu& menu) {
@@ -352,8 +347,10 @@ void TablaDeLista::llenarMenuDeColumnas(QMenu& menu) {
         accion->setChecked(vistas.contains(c));
         // A table without columns could not be given any back by its own menu.
         accion->setEnabled(vistas.size() > 1 || !vistas.contains(c));
-        connect(accion, &QAction::toggled, this,
-                [this, c](bool seVe) { tabla_->setColumnHidden(c, !seVe); });
+        connect(accion, &QAction::toggled, this, [this, c](bool seVe) {
+            acomodo_->ponerArregladas(true);
+            tabla_->setColumnHidden(c, !seVe);
+        });
     }
 }
 
@@ -365,13 +362,17 @@ void TablaDeLista::recordarse() const {
     // Another version may have other columns.
     recordar(clave("cuantas"), modelo_->columnCount());
     recordar(clave("columnas"), tabla_->horizontalHeader()->saveState());
+    recordar(clave("arregladas"), acomodo_->arregladas());
     recordar(clave("filtro"), filtro_->text());
     recordar(clave("base"), static_cast<int>(modelo_->base()));
 }
 
 void TablaDeLista::acordarse() {
-    if (recordado(clave("cuantas")).toInt() == modelo_->columnCount())
+    if (recordado(clave("cuantas")).toInt() == modelo_->columnCount()) {
         tabla_->horizontalHeader()->restoreState(recordado(clave("columnas")).toByteArray());
+        // Those of another screen's width are not what the operator chose.
+        acomodo_->ponerArregladas(recordado(clave("arregladas"), true).toBool());
+    }
     filtro_->setText(recordado(clave("filtro")).toString());
     const int base = recordado(clave("base")).toInt();
     if (base > 0 && base <= static_cast<int>(Base::Binaria)) ponerBase(static_cast<Base>(base));

@@ -16,6 +16,8 @@ class QTableView;
 
 namespace kv {
 
+class AcomodoDeColumnas;
+
 /// A list of the main window: the table, a box that filters it as one types, and how many rows it
 /// shows. The table's name is the list's. Several rows may be chosen, copied and exported. Columns,
 /// order and filter are remembered for the user.
@@ -74,7 +76,7 @@ class TablaDeLista final : public QWidget {
 
   private:
     void armarTabla();
-    void ponerAnchos(const QList<int>& letras);
+    [[nodiscard]] QList<int> enPixeles(QList<int> letras) const;
     void contar();
     void activar(const QModelIndex& celda);
     bool alPulsar(int tecla);
@@ -86,6 +88,7 @@ class TablaDeLista final : public QWidget {
 
     ModeloDeLista* modelo_;
     QTableView* tabla_;
+    AcomodoDeColumnas* acomodo_;
     QLineEdit* filtro_;
     QLabel* cuenta_;
     QString titulo_;

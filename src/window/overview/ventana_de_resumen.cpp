@@ -71,7 +71,9 @@ class DibujoDeFicha final : public QStyledItemDelegate {
         const int alto = como.fontMetrics.lineSpacing();
         QRect renglon(todo.left() + kFranja + kMargen, todo.top() + kMargen - 2,
                       todo.width() - kFranja - 2 * kMargen, alto);
-        senalDeEstado(estado).paint(p, QRect(renglon.left(), renglon.top(), alto, alto));
+        // On light ground of its own: a tile's is near the sign's colour.
+        senalDeEstado(estado).paint(p, QRect(renglon.left(), renglon.top(), alto, alto),
+                                    Qt::AlignCenter, QIcon::Selected);
         QFont negrita = como.font;
         negrita.setBold(true);
         p->setFont(negrita);

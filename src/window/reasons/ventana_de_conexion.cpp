@@ -2,6 +2,7 @@
 #include "window/reasons/ventana_de_conexion.h"
 
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
 #include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/reasons/barra_de_reparto.h"
@@ -13,6 +14,8 @@
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace kv {
 namespace {
@@ -31,9 +34,9 @@ QString tiempos(const Cuentas& c) {
 }
 
 QString hace(const Cuentas& c, const PorQue& porQue) {
-    return c.ultimaRespuestaMs < 0
-               ? VentanaDeConexion::tr("nunca")
-               : VentanaDeConexion::tr("hace %1").arg(enQt(porQue.hace(c.ultimaRespuestaMs)));
+    return c.ultimaRespuestaMs < 0 ? VentanaDeConexion::tr("nunca")
+                                   : VentanaDeConexion::tr("hace %1").arg(
+                                         conSuComa(enQt(porQue.hace(c.ultimaRespuestaMs))));
 }
 
 enum ColumnaDeEstacion {
@@ -132,17 +135,24 @@ VentanaDeConexion::VentanaDeConexion(const Tablas& tablas, const Operador& opera
     estaciones_->verticalHeader()->hide();
     estaciones_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     estaciones_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    estaciones_->setColumnWidth(
-        kTiempos,
-        fontMetrics().horizontalAdvance("última 1000 ms,  mediana 1000 ms,  peor 1000 ms") + 14);
-    estaciones_->setColumnWidth(kUltima, fontMetrics().horizontalAdvance("Última respuesta") + 20);
+    for (int c = 0; c < kColumnas; ++c) {
+        const QString larga =
+            c == kTiempos
+                ? tr("última %1,  mediana %2,  peor %3").arg("1000 ms", "1000 ms", "1000 ms")
+            : c == kUltima ? tr("hace %1").arg("100 min 10 s")
+                           : "1000000";
+        const QString titulo = modelo_->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString();
+        estaciones_->setColumnWidth(c, std::max(fontMetrics().horizontalAdvance(larga),
+                                                fontMetrics().horizontalAdvance(titulo)) +
+                                           14);
+    }
     estaciones_->horizontalHeader()->setStretchLastSection(true);
     auto* todo = hacer<QVBoxLayout>(this);
     todo->addWidget(titulo_);
     todo->addWidget(frase_);
     todo->addLayout(cifras);
     todo->addWidget(estaciones_, 1);
-    acomodar(*this, {880, 560});
+    acomodar(*this, {940, 560});
     volverAlLugar(*this);
     ritmo_->setInterval(kRitmoMs);
     connect(ritmo_, &QTimer::timeout, this, &VentanaDeConexion::refrescar);

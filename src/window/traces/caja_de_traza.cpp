@@ -22,7 +22,7 @@ CajaDeTraza::CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuent
       solo_(boton("btnSolo", QString(), tr("Vuelve a mostrar todo"))) {
     texto_->setReadOnly(true);
     texto_->setUndoRedoEnabled(false);
-    texto_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    texto_->setLineWrapMode(QPlainTextEdit::WidgetWidth); // no end of a line out of sight
     texto_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     texto_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     texto_->setAccessibleName(titulo);
@@ -62,8 +62,6 @@ QToolButton* CajaDeTraza::boton(const char* nombre, const QString& texto, const 
     b->setFocusPolicy(Qt::TabFocus);
     return b;
 }
-
-void CajaDeTraza::partirLineas() { texto_->setLineWrapMode(QPlainTextEdit::WidgetWidth); }
 
 void CajaDeTraza::soloDe(Indice conexion, Indice bloque, const QString& nombre) {
     conexion_ = conexion;

@@ -25,8 +25,6 @@ class CajaDeTraza final : public QWidget {
     /// Always the same, under its name.
     CajaDeTraza(const Traza& traza, const QString& titulo, QWidget* padre);
 
-    /// Lines that are too long go on below, for a box that is narrow.
-    void partirLineas();
     /// Shows the lines of one connection or block only, under that name; kNinguno twice: all.
     void soloDe(Indice conexion, Indice bloque, const QString& nombre);
     /// Shows what has happened since. Costs next to nothing when that is nothing, or when the box

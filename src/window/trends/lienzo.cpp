@@ -56,7 +56,7 @@ LienzoDeTendencias::LienzoDeTendencias(const RegistroDeTendencias& registro, QWi
 QColor LienzoDeTendencias::color(std::size_t serie, const QPalette& paleta) {
     // Apart in brightness too, and none of them red: that is what BAD is.
     static constexpr std::array<QRgb, RegistroDeTendencias::kSeries> kSobreClaro = {
-        0x1F4E79, 0x2E7D32, 0x7B1FA2, 0x00695C, 0x8D4B00, 0x37474F, 0x0277BD, 0x558B2F};
+        0x1F4E79, 0x2E7D32, 0x7B1FA2, 0x00695C, 0x8D4B00, 0x37474F, 0x01579B, 0x33691E};
     static constexpr std::array<QRgb, RegistroDeTendencias::kSeries> kSobreOscuro = {
         0x90CAF9, 0xA5D6A7, 0xCE93D8, 0x80CBC4, 0xFFCC80, 0xCFD8DC, 0x4FC3F7, 0xDCE775};
     return QColor::fromRgb((esOscura(paleta) ? kSobreOscuro : kSobreClaro).at(serie));

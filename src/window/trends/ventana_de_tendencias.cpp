@@ -17,13 +17,10 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <array>
-
 namespace kv {
 namespace {
 
 constexpr int kRitmoMs = 500;
-constexpr std::array<int, 5> kMinutos = {5, 15, 60, 120, 240};
 constexpr const char* kClaveDeLargo = "tendencias/minutos";
 
 } // namespace
@@ -55,7 +52,7 @@ QWidget* VentanaDeTendencias::armarBarra() {
     fila->setContentsMargins(0, 0, 0, 0);
     auto* rotulo = hacer<QLabel>(tr("&Últimos:"), this);
     rotulo->setBuddy(largo_);
-    for (const int m : kMinutos)
+    for (const int m : kMinutosDeTendencias)
         largo_->addItem(m < 60 ? tr("%1 min").arg(m) : tr("%1 h").arg(m / 60), m);
     largo_->setCurrentIndex(std::max(0, largo_->findData(recordado(kClaveDeLargo, 15).toInt())));
     connect(largo_, &QComboBox::currentIndexChanged, this, [this] {
