@@ -20,7 +20,8 @@ bool continuation(std::string_view t, std::size_t at) {
     return at < t.size() && (static_cast<unsigned char>(t[at]) & 0xC0) == 0x80;
 }
 
-constexpr std::size_t longNeedle = 16;
+// From this length on the plain search may take too long over "aaaaaaab" in a long text.
+constexpr std::size_t longNeedle = 8;
 
 std::size_t findLong(std::u16string_view in, std::u16string_view what, std::size_t from) {
     std::vector<std::uint32_t> fail(what.size(), 0);
