@@ -258,7 +258,8 @@ void Compiler::specialize(Instruction& i) const {
 }
 
 Type Compiler::literalType(Operand o) const {
-    const bool literal = body_.literals.count(o) > 0;
+    const auto& literals = body_.literals;
+    const bool literal = std::binary_search(literals.begin(), literals.end(), o);
     return literal ? body_.proc->pool[o & operand::indexMask]->type : Type::Empty;
 }
 

@@ -8,7 +8,6 @@
 #include <optional>
 #include <span>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace vbscript {
@@ -40,7 +39,7 @@ class Compiler {
         const ProcDecl* decl = nullptr;
         std::unordered_map<Atom, Operand> locals;
         std::unordered_map<Atom, Operand> constants;
-        std::unordered_set<Operand> literals; ///< Of the pool, what never changes.
+        std::vector<Operand> literals; ///< Of the pool, what never changes; ascending.
         std::vector<Loop> loops;
         std::vector<Operand> withs;
         std::vector<Operand> locks; ///< Keep the size of arrays with an element passed on.

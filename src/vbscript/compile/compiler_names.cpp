@@ -18,7 +18,7 @@ Operand Compiler::poolOf(Value* v) {
 
 Operand Compiler::constant(const Value& v) {
     const Operand o = poolOf(&unit_->constants.emplace_back(v));
-    body_.literals.insert(o);
+    body_.literals.push_back(o);
     return o;
 }
 

@@ -32,7 +32,7 @@ VBS_HOT void assign(Value& to, const Value& from) {
     if (to.owns())
         to = from;
     else
-        std::construct_at(&to, from);
+        std::construct_at(&to, from); // there is nothing to let go
 }
 
 // The operands of a step, of which the second may be a Number.
@@ -107,6 +107,14 @@ VBS_HOT bool compares(const Value& a, const Second& b, bool& yes) {
     else
         return false;
     return true;
+}
+
+/// The item of a list at a number; null: there is more to find out.
+template <class Index>
+VBS_HOT Value* itemOf(const Value& array, const Index& index) {
+    const bool inside = array.is(Type::Array) && index.isInt() &&
+                        static_cast<std::uint64_t>(index.i) < array.a->line;
+    return inside ? &array.a->items[static_cast<std::size_t>(index.i)] : nullptr;
 }
 
 } // namespace
@@ -203,20 +211,16 @@ VBS_HOT bool Machine::unlessStep(Kind<K>, const Instruction& i) {
     return !yes;
 }
 
-// What lies in the array itself, by a number.
 template <Kinds K>
 VBS_HOT void Machine::elementStep(Kind<K>, const Instruction& i) {
     const Value& array = first<K>(i.b);
     auto&& index = second<K>(i.c);
     Value& to = outcome<K>(i.a);
-    if (array.is(Type::Array) && index.isInt() &&
-        static_cast<std::uint64_t>(index.i) < array.a->line) [[likely]] {
-        const Value& from = array.a->items[static_cast<std::size_t>(index.i)];
-        if (!from.owns() && !to.owns()) [[likely]] {
-            to.type = from.type;
-            to.i = from.i;
-            return;
-        }
+    const Value* const from = itemOf(array, index);
+    if (from && !from->owns() && !to.owns()) [[likely]] {
+        to.type = from->type;
+        to.i = from->i;
+        return;
     }
     auto&& other = valueOf(index);
     element(i, to, array, other);
@@ -224,6 +228,11 @@ VBS_HOT void Machine::elementStep(Kind<K>, const Instruction& i) {
 
 [[gnu::noinline]] void Machine::element(const Instruction& i, Value& to, const Value& array,
                                         Value& index) {
+    const Value* const from = itemOf(array, index);
+    if (from && (i.n == 0 || !from->is(Type::Object))) {
+        to = *from;
+        return;
+    }
     Value v = indexed(array, {&index, 1});
     if (i.n != 0) v = forStore(std::move(v), false);
     to = std::move(v);
@@ -234,15 +243,12 @@ VBS_HOT void Machine::setElementStep(Kind<K>, const Instruction& i) {
     Value& array = first<K>(i.a);
     auto&& index = second<K>(i.b);
     Value& v = at(i.c);
-    if (array.is(Type::Array) && index.isInt() &&
-        static_cast<std::uint64_t>(index.i) < array.a->line && !(i.n & 1) &&
-        array.a->refs - array.a->locks == 1) [[likely]] {
-        Value& to = array.a->items[static_cast<std::size_t>(index.i)];
-        if (!v.owns() && !to.owns()) [[likely]] {
-            to.type = v.type;
-            to.i = v.i;
-            return;
-        }
+    Value* const to = itemOf(array, index);
+    if (to && !(i.n & 1) && array.a->refs - array.a->locks == 1 && !v.owns() && !to->owns())
+        [[likely]] {
+        to->type = v.type;
+        to->i = v.i;
+        return;
     }
     auto&& other = valueOf(index);
     setElement(i, array, other, v);
@@ -250,6 +256,14 @@ VBS_HOT void Machine::setElementStep(Kind<K>, const Instruction& i) {
 
 [[gnu::noinline]] void Machine::setElement(const Instruction& i, Value& array, Value& index,
                                            Value& v) {
+    Value* const to = i.n & 1 ? nullptr : itemOf(array, index);
+    if (to && v.type < Type::Array && array.a->refs - array.a->locks == 1) {
+        if (i.n & emptySecond)
+            *to = std::move(v);
+        else
+            *to = v;
+        return;
+    }
     Value copy(index);
     setIndexed(array, {&copy, 1}, v, (i.n & 1) != 0);
     finished(i, index, v);

@@ -25,6 +25,23 @@ For i = 1 To limite : limite = 10 : n = n + 1 : Next
 Echo n '= 3
 For i = 32766 To 32768 : w = w & TypeName(i) & " " : Next
 Echo w '= Integer Integer Long
+For i = 2147483646 To 2147483647 : Next
+Echo i, TypeName(i) '= 2147483648 Double
+n = 0
+For i = 1 To 5 Step 2 : i = i + 0.5 : n = n + 1 : Next
+Echo n, i '= 2 6
+For i = 1 To 3 : i = CStr(i) : Next
+Echo i, TypeName(i) '= 4 Double
+Sub SinComienzo
+  Dim k, j
+  On Error Resume Next
+  For j = 1 To 2
+    k = 0
+    For k = "x" To 3 : Next
+    Echo Err.Number, k '= 92 0 | 92 0
+  Next
+End Sub
+SinComienzo
 For i = 0 To 1 Step 0.25 : c = c + 1 : Next
 Echo c, i '= 5 1,25
 n = 0

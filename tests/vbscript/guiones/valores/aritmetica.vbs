@@ -31,3 +31,6 @@ Echo True And True, Not True, TypeName(True And 1), TypeName(1.5 And 1), TypeNam
 Echo True Or Null, TypeName(True And Null), TypeName(Null Or False), 2.5 And 255, 3.5 And 255 '= Verdadero Null Null 2 4
 x = 3000000000 And 1 ' error 6
 x = "a" And True ' error 13
+s = "ab" : t = s
+s = s & s & "-" & s : s = s & "," & 7 & s
+Echo s, t '= abab-ab,7abab-ab ab
