@@ -77,7 +77,7 @@ QPalette legible(QPalette paleta) {
 }
 
 void cuidarColores() {
-    QApplication::setStyle(hacer<EstiloConBordes>());
+    QApplication::setStyle(hacer<EstiloConBordes>()); // NOLINT: the application owns it
     qApp->installEventFilter(hacer<CuidadorDeColores>(qApp));
     CuidadorDeColores::cuidar();
 }
