@@ -18,8 +18,9 @@ void Problemas::agregar(std::string_view archivo, std::size_t linea, std::string
 }
 
 std::string textoDeProblema(const Problema& problema) {
-    return rutaLegible(problema.archivo) + ":" + std::to_string(problema.linea) + ": " +
-           problema.que + "; " + problema.consecuencia;
+    const std::string linea = problema.linea == 0 ? "" : ":" + std::to_string(problema.linea);
+    return rutaLegible(problema.archivo) + linea + ": " + problema.que + "; " +
+           problema.consecuencia;
 }
 
 std::string rutaLegible(std::string_view ruta) {

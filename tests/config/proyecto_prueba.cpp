@@ -103,10 +103,10 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
     EXPECT_NE(informeDe(c).find("sis_config.ini:2: PuertoEscucha=\"70000\" no es un número de 1 a "
                                 "65535; se usa 1334\n"),
               std::string::npos);
-    EXPECT_NE(informeDe(c).find("Config.ini:0: no existe el archivo"), std::string::npos);
+    EXPECT_NE(informeDe(c).find("Config.ini: no existe el archivo"), std::string::npos);
     archivos.poner("C:\\Driver\\sis_config.ini", std::string(kMaximoDeArchivo + 1, ' '));
     ajustes.vueltaNueva();
-    EXPECT_NE(informeDe(revisar(ajustes)).find("sis_config.ini:0: el archivo no se puede leer"),
+    EXPECT_NE(informeDe(revisar(ajustes)).find("sis_config.ini: el archivo no se puede leer"),
               std::string::npos);
 }
 
