@@ -65,6 +65,9 @@ TEST_F(Ejecutor, SenalaElError) {
     EXPECT_EQ(r.codigo, 1);
     EXPECT_EQ(r.texto, ruta + "(2, 3): Division by zero\n");
     EXPECT_EQ(correr("--comprobar " + ruta).codigo, 0) << "it is only checked";
+    const std::string otra = guion("x = 1\nExecuteGlobal \"y = 1\" & vbLf & \"z = x / 0\"\n");
+    EXPECT_EQ(correr(otra).texto,
+              otra + "(2, 1): Division by zero, at (2, 1) of the text that is run there: y = 1\n");
 }
 
 TEST_F(Ejecutor, ComprobarNoEjecuta) {

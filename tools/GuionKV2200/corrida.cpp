@@ -11,6 +11,16 @@ constexpr std::size_t erroresDichos = 100;
 constexpr std::size_t largoDeValor = 1000;
 } // namespace
 
+std::string textoDe(const std::string& archivo, const vbscript::ScriptError& e) {
+    const auto lugar = [](int linea, int columna) {
+        return "(" + std::to_string(linea) + ", " + std::to_string(columna) + ")";
+    };
+    const std::string que = archivo + lugar(e.line, e.column) + ": " + e.description;
+    if (e.ranText.empty()) return que;
+    return que + ", at " + lugar(e.ranLine, e.ranColumn) +
+           " of the text that is run there: " + e.ranText;
+}
+
 Corrida::Corrida(vbscript::Engine& motor, Papel& papel, std::string archivo, const Valores* valores)
     : motor_(motor), papel_(papel), archivo_(std::move(archivo)), valores_(valores) {
     for (const auto& v : motor_.variables())
@@ -40,8 +50,7 @@ bool Corrida::una(const std::string& texto) {
     if (motor_.addCode(texto)) return true;
     ++fallas_;
     const vbscript::ScriptError& e = motor_.error();
-    const std::string que = archivo_ + "(" + std::to_string(e.line) + ", " +
-                            std::to_string(e.column) + "): " + e.description;
+    const std::string que = textoDe(archivo_, e);
     if (dichos_.size() < erroresDichos && dichos_.insert(que).second) {
         std::cout.flush();
         std::cerr << que << '\n';

@@ -11,6 +11,9 @@
 #include <set>
 #include <string>
 
+/// An error as the desk tells it: file, place, and the place in a text that the script ran.
+[[nodiscard]] std::string textoDe(const std::string& archivo, const vbscript::ScriptError& e);
+
 /// Runs a script as the driver does, once for each row of values, in one module whose variables
 /// stay.
 class Corrida {

@@ -20,14 +20,6 @@
 
 namespace {
 
-void informar(const std::string& archivo, const vbscript::ScriptError& e) {
-    std::cerr << archivo << '(' << e.line << ", " << e.column << "): " << e.description;
-    if (!e.ranText.empty())
-        std::cerr << ", at (" << e.ranLine << ", " << e.ranColumn
-                  << ") of the text that is run there: " << e.ranText;
-    std::cerr << '\n';
-}
-
 struct Opciones {
     std::string archivo;
     std::string idioma = "es-AR";
@@ -72,7 +64,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& o) {
 
 int comprobar(vbscript::Engine& motor, const Opciones& o, const std::string& texto) {
     if (!motor.check(texto)) {
-        informar(o.archivo, motor.error());
+        std::cerr << textoDe(o.archivo, motor.error()) << '\n';
         return 1;
     }
     avisarDe(o.archivo, texto);
