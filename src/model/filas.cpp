@@ -23,21 +23,16 @@ std::string palabras(FraseDeEstado frase, double estado) {
     return std::string(textoEstado(estado));
 }
 
-const BloqueLectura* suBloque(const Tablas& tablas, const Lista& lista, std::uint32_t fila) {
-    const auto i = static_cast<double>(lista.etiqueta(fila));
-    return tablas.bloques.vive(i) ? &tablas.bloques[static_cast<std::size_t>(i)] : nullptr;
-}
-
 } // namespace
 
-FilasDeVariables::FilasDeVariables(const Tablas& tablas, Lista& lista)
-    : tablas_(tablas), lista_(lista) {
-    lista_.redactarCon(this);
+const BloqueLectura* FilasDeTablas::bloqueDe(std::uint32_t fila) const {
+    const auto i = static_cast<double>(lista_.etiqueta(fila));
+    return tablas_.bloques.vive(i) ? &tablas_.bloques[static_cast<std::size_t>(i)] : nullptr;
 }
 
 std::optional<std::string> FilasDeVariables::texto(std::uint32_t fila, std::size_t columna) const {
     using namespace de_variables;
-    const BloqueLectura* b = suBloque(tablas_, lista_, fila);
+    const BloqueLectura* b = bloqueDe(fila);
     if (b == nullptr) return std::nullopt;
     const bool deBit = fila != b->filaVariable;
     const BitsDeVariable* bits = b->bits.get();
@@ -64,14 +59,9 @@ std::optional<std::string> FilasDeVariables::texto(std::uint32_t fila, std::size
     }
 }
 
-FilasDeBloques::FilasDeBloques(const Tablas& tablas, Lista& lista)
-    : tablas_(tablas), lista_(lista) {
-    lista_.redactarCon(this);
-}
-
 std::optional<std::string> FilasDeBloques::texto(std::uint32_t fila, std::size_t columna) const {
     using namespace de_bloques;
-    const BloqueLectura* b = suBloque(tablas_, lista_, fila);
+    const BloqueLectura* b = bloqueDe(fila);
     if (b == nullptr) return std::nullopt;
     switch (columna) {
     case kDireccion:

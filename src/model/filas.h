@@ -2,42 +2,46 @@
 #pragma once
 
 #include "plant/tablas.h"
-#include "view/vista.h"
+#include "view/lista.h"
 
 #include <optional>
 #include <string>
 
 namespace kv {
 
-/// What the rows of the variables list say: it stands in the tables.
-class FilasDeVariables final : public Redactor {
+/// What the rows of a list say whose tags are blocks: it stands in the tables.
+class FilasDeTablas : public Redactor {
   public:
     /// Both must outlive this.
-    FilasDeVariables(const Tablas& tablas, Lista& lista);
-    ~FilasDeVariables() override { lista_.redactarCon(nullptr); }
-    FilasDeVariables(const FilasDeVariables&) = delete;
-    FilasDeVariables& operator=(const FilasDeVariables&) = delete;
-    [[nodiscard]] std::optional<std::string> texto(std::uint32_t fila,
-                                                   std::size_t columna) const override;
+    FilasDeTablas(const Tablas& tablas, Lista& lista) : tablas_(tablas), lista_(lista) {
+        lista_.redactarCon(this);
+    }
+    ~FilasDeTablas() override { lista_.redactarCon(nullptr); }
+    FilasDeTablas(const FilasDeTablas&) = delete;
+    FilasDeTablas& operator=(const FilasDeTablas&) = delete;
+
+  protected:
+    /// Null where the tag is none.
+    [[nodiscard]] const BloqueLectura* bloqueDe(std::uint32_t fila) const;
 
   private:
     const Tablas& tablas_;
     Lista& lista_;
 };
 
-/// The same of the list of blocks, but for what its blocks' clocks put there.
-class FilasDeBloques final : public Redactor {
+class FilasDeVariables final : public FilasDeTablas {
   public:
-    FilasDeBloques(const Tablas& tablas, Lista& lista);
-    ~FilasDeBloques() override { lista_.redactarCon(nullptr); }
-    FilasDeBloques(const FilasDeBloques&) = delete;
-    FilasDeBloques& operator=(const FilasDeBloques&) = delete;
+    using FilasDeTablas::FilasDeTablas;
     [[nodiscard]] std::optional<std::string> texto(std::uint32_t fila,
                                                    std::size_t columna) const override;
+};
 
-  private:
-    const Tablas& tablas_;
-    Lista& lista_;
+/// But for what the blocks' clocks put there.
+class FilasDeBloques final : public FilasDeTablas {
+  public:
+    using FilasDeTablas::FilasDeTablas;
+    [[nodiscard]] std::optional<std::string> texto(std::uint32_t fila,
+                                                   std::size_t columna) const override;
 };
 
 } // namespace kv
