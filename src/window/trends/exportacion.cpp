@@ -25,7 +25,8 @@ QString csvDe(const RegistroDeTendencias& registro, std::int64_t desdeMs, std::i
     instantes.erase(std::unique(instantes.begin(), instantes.end()), instantes.end());
     // A calendar without changes of the clock: what is added up are hours that went by.
     const QDateTime hasta(QDate(hora.anio, hora.mes, hora.dia),
-                          QTime(hora.hora, hora.minuto, hora.segundo, hora.milisegundo), Qt::UTC);
+                          QTime(hora.hora, hora.minuto, hora.segundo, hora.milisegundo),
+                          QTimeZone::utc());
     QString csv = "Hora";
     for (const Serie& s : registro.series())
         csv += ';' + enQt(s.direccion) + ';' + enQt(s.direccion) + " estado";
