@@ -17,11 +17,12 @@ constexpr int kMargenDeCabeza = 14;
 } // namespace
 
 AcomodoDeColumnas::AcomodoDeColumnas(QTableView& tabla, QList<int> anchos, int laQueMasDice)
-    : QObject(&tabla), tabla_(tabla), anchos_(std::move(anchos)), laQueMasDice_(laQueMasDice) {
+    : QObject(&tabla), tabla_(tabla), titulos_(tabla.horizontalHeader()->viewport()),
+      anchos_(std::move(anchos)), laQueMasDice_(laQueMasDice) {
     for (int c = 0; c < anchos_.size(); ++c)
         anchos_[c] = std::max(anchos_[c], minimo(c));
     tabla.viewport()->installEventFilter(this);
-    tabla.horizontalHeader()->viewport()->installEventFilter(this);
+    titulos_->installEventFilter(this);
     acomodar();
 }
 
@@ -78,7 +79,8 @@ QList<int> AcomodoDeColumnas::disposicion() const {
 }
 
 bool AcomodoDeColumnas::eventFilter(QObject* objeto, QEvent* suceso) {
-    const bool enLosTitulos = objeto != tabla_.viewport();
+    // The table is not asked: what goes on while it is being destroyed comes here, too.
+    const bool enLosTitulos = objeto == titulos_;
     switch (suceso->type()) {
     case QEvent::Resize:
         if (!enLosTitulos) acomodar();

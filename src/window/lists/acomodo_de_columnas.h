@@ -5,6 +5,7 @@
 #include <QObject>
 
 class QTableView;
+class QWidget;
 
 namespace kv {
 
@@ -34,6 +35,7 @@ class AcomodoDeColumnas final : public QObject {
     [[nodiscard]] QList<int> disposicion() const;
 
     QTableView& tabla_;
+    QWidget* titulos_; ///< where they are drawn
     QList<int> anchos_;
     int laQueMasDice_;
     bool arregladas_ = false;
