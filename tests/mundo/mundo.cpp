@@ -188,7 +188,15 @@ void Mundo::recargar(std::uint32_t version) {
     if (version % 5 == 4) texto.resize(texto.size() / 2);
     archivos_.poner(kConfiguracion, texto);
     const std::uint64_t antes = motor_.tablas.edicion();
+    const auto& bloques = motor_.tablas.bloques;
+    std::vector<bool> prendidos;
+    for (std::size_t i = 0; i < bloques.limiteSuperior(); ++i)
+        prendidos.push_back(bloques[i].activoPorDefecto);
     motor_.operador.recargar();
+    // Who is switched by the configuration is read so many times no more.
+    for (Indice i = 0; i < prendidos.size(); ++i) {
+        if (bloques[i].activoPorDefecto != prendidos[i]) actualidad_.forzar(i, 0);
+    }
     r_.recargas += motor_.tablas.edicion() != antes ? 1 : 0;
 }
 
