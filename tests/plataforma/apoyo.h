@@ -56,6 +56,22 @@ void atenderHasta(BucleEpoll& bucle, F listo) {
         esperar(bucle);
 }
 
+/// Puts the cable of such a network into its place or pulls it; it has no other interface than its
+/// loop. False where that is not allowed.
+inline bool mover(bool puesto) {
+    const int d = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq lazo{};
+    lazo.ifr_name[0] = 'l';
+    lazo.ifr_name[1] = 'o';
+    bool bien = ioctl(d, SIOCGIFFLAGS, &lazo) == 0;
+    const int flags = puesto ? lazo.ifr_flags | IFF_UP : lazo.ifr_flags & ~IFF_UP;
+    lazo.ifr_flags = static_cast<short>(flags);
+    bien = bien && ioctl(d, SIOCSIFFLAGS, &lazo) == 0;
+    close(d);
+    return bien;
+}
+inline void cable(bool puesto) { EXPECT_TRUE(mover(puesto)); }
+
 /// Runs `escena` in a process whose network is its own, where a cable can be pulled; it ends within
 /// a minute, and well only without failed expectations.
 inline void enRedPropia(const std::function<void()>& escena) {
@@ -69,25 +85,13 @@ inline void enRedPropia(const std::function<void()>& escena) {
         testing::ExitedWithCode(0), "");
 }
 
+/// Who may have a network of his own may not be allowed to switch it on.
 inline bool hayRedPropia() {
     const pid_t hijo = fork();
-    if (hijo == 0) _exit(unshare(CLONE_NEWNET) == 0 ? 0 : 1);
+    if (hijo == 0) _exit(unshare(CLONE_NEWNET) == 0 && mover(true) ? 0 : 1);
     int estado = 1;
     waitpid(hijo, &estado, 0);
     return estado == 0;
-}
-
-/// Pulls the cable of such a network, which has no other interface than its loop, or puts it back.
-inline void cable(bool puesto) {
-    const int d = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    ifreq lazo{};
-    lazo.ifr_name[0] = 'l';
-    lazo.ifr_name[1] = 'o';
-    EXPECT_EQ(ioctl(d, SIOCGIFFLAGS, &lazo), 0);
-    const int flags = puesto ? lazo.ifr_flags | IFF_UP : lazo.ifr_flags & ~IFF_UP;
-    lazo.ifr_flags = static_cast<short>(flags);
-    EXPECT_EQ(ioctl(d, SIOCSIFFLAGS, &lazo), 0);
-    close(d);
 }
 
 } // namespace kv

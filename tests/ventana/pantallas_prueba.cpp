@@ -77,10 +77,22 @@ class TodasLasVentanas : private AspectoPuesto, public Principal {
                               barra.actionGeometry(menu->menuAction()).center());
             ASSERT_TRUE(llega([&] { return menu->isVisible(); })) << nombre;
             if (mirarMenus) mirarMenus(*menu);
-            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(&accion).center());
+            elegir(*menu, accion);
             return;
         }
         FAIL() << nombre << " is in no menu";
+    }
+    /// A menu does not take a click for a choice before the mouse has moved about in it.
+    void elegir(QMenu& menu, QAction& accion) {
+        bool elegida = false;
+        QObject oido;
+        QObject::connect(&accion, &QAction::triggered, &oido, [&elegida] { elegida = true; });
+        const QPoint donde = menu.actionGeometry(&accion).center();
+        constexpr int kPasos = 10;
+        for (int paso = kPasos; paso >= 0; --paso)
+            QTest::mouseMove(&menu, donde - QPoint(paso, 0), 1);
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, donde);
+        ASSERT_TRUE(llega([&] { return elegida; })) << qPrintable(accion.objectName());
     }
     void ficha(const char* fichas, int cual) {
         QTabBar& barra = *hallar<QTabWidget>(form, fichas).tabBar();
