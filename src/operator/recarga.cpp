@@ -38,7 +38,8 @@ void Recarga::recargar() {
 
 void Recarga::unaVez() {
     std::string mensaje;
-    // Whoever asks has just written it: what was seen earlier in this turn, as at the start, is old.
+    // Whoever asks has just written it: what was seen earlier in this turn, as at the start, is
+    // old.
     p_.ajustes.vueltaNueva();
     ConfiguracionLeida leida = leerConfiguracionUbicada(
         p_.ajustes, [&mensaje](std::string_view texto) { mensaje = texto; });

@@ -53,7 +53,8 @@ TEST(Manual, DiceLoMismoEnLosDosIdiomas) {
     const QStringList en = armazon("operator-manual.md");
     EXPECT_GT(es.size(), 150);
     for (qsizetype i = 0; i < std::min(es.size(), en.size()); ++i)
-        ASSERT_EQ(es[i].toStdString(), en[i].toStdString()) << "the " << i << "th of headings, rows and pictures";
+        ASSERT_EQ(es[i].toStdString(), en[i].toStdString())
+            << "the " << i << "th of headings, rows and pictures";
     EXPECT_EQ(es.size(), en.size());
 }
 

@@ -15,7 +15,7 @@ std::string textoDe(const std::string& archivo, const vbscript::ScriptError& e) 
     const auto lugar = [](int linea, int columna) {
         return "(" + std::to_string(linea) + ", " + std::to_string(columna) + ")";
     };
-    const std::string que = archivo + lugar(e.line, e.column) + ": " + e.description;
+    std::string que = archivo + lugar(e.line, e.column) + ": " + e.description;
     if (e.ranText.empty()) return que;
     return que + ", at " + lugar(e.ranLine, e.ranColumn) +
            " of the text that is run there: " + e.ranText;
