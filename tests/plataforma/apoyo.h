@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <net/if.h>
+#include <netinet/in.h>
 #include <poll.h>
 #include <sched.h>
 #include <string>
@@ -54,6 +55,19 @@ template <class F>
 void atenderHasta(BucleEpoll& bucle, F listo) {
     for (bucle.atender(); !listo(); bucle.atender())
         esperar(bucle);
+}
+
+/// A TCP socket listens on this machine, at a port that the system chooses; gives it.
+inline std::uint16_t escucharEnElLazo(int descriptor) {
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
+    socklen_t largo = sizeof a;
+    EXPECT_EQ(bind(descriptor, generica, sizeof a), 0);
+    EXPECT_EQ(listen(descriptor, 4), 0);
+    EXPECT_EQ(getsockname(descriptor, generica, &largo), 0);
+    return ntohs(a.sin_port);
 }
 
 /// Puts the cable of such a network into its place or pulls it; it has no other interface than its

@@ -35,15 +35,7 @@ constexpr const char* kLejos = "10.77.0.9";
 class QuienReinicia {
   public:
     QuienReinicia() : escucha_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
-        socklen_t largo = sizeof a;
-        EXPECT_EQ(bind(escucha_, generica, sizeof a), 0);
-        EXPECT_EQ(listen(escucha_, 4), 0);
-        EXPECT_EQ(getsockname(escucha_, generica, &largo), 0);
-        puerto = ntohs(a.sin_port);
+        puerto = escucharEnElLazo(escucha_);
     }
     ~QuienReinicia() { close(escucha_); }
     QuienReinicia(const QuienReinicia&) = delete;
