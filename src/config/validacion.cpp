@@ -11,6 +11,7 @@
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
+#include <memory_resource>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -41,8 +42,6 @@ class Validador {
         co_await porciones_.gastar(5 * static_cast<std::int64_t>(listas_.puertos.size()));
         co_await estaciones();
         co_await bloques();
-        co_await vaciar(lineasDeRegistros_, porciones_);
-        co_await vaciar(lineasDeNombres_, porciones_);
     }
 
   private:
@@ -81,10 +80,12 @@ class Validador {
     std::unordered_set<std::uint64_t> indices_; ///< connection and indice
     std::unordered_map<std::uint64_t, Destino> destinos_;
     std::vector<std::string> registros_; ///< of the present block
+    /// Goes as a whole: giving back hundreds of thousands of pieces takes longer than a portion.
+    std::pmr::monotonic_buffer_resource memoria_;
     /// The lines of those that have been built, by station and register, and by name where the
     /// address is no register.
-    std::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_;
-    std::unordered_map<std::string, std::uint32_t> lineasDeNombres_;
+    std::pmr::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_{&memoria_};
+    std::pmr::unordered_map<std::string, std::uint32_t> lineasDeNombres_{&memoria_};
 };
 
 void Validador::puertos() {

@@ -233,7 +233,6 @@ void Modelo::retirarEstacion(Indice conexion, Indice estacion) {
 }
 
 void Modelo::terminarCambios() {
-    tablas_.ordenarNiveles();
     vista_.lblCantidadDePuntos.poner(textoDeNumero(tablas_.cantidadDePuntos));
 }
 

@@ -38,7 +38,8 @@ class Modelo {
     /// `tomarTiempos` follows for its connections.
     bool cambiarPuerto(Indice cual, const Puerto& puerto);
     void tomarTiempos(Indice conexion);
-    /// Tablas::ordenar... and `terminarCambios` after all of these.
+    /// The look-ups of the tables are put in order, and `terminarCambios` called, after all of
+    /// these.
     void cambiarNivel(Indice bloque, double nivel);
     void retirarBloque(Indice bloque);
     /// Its blocks have been retired; a connection without stations goes with its last one.

@@ -16,8 +16,8 @@ namespace {
 using Lugar = Tablas::LugarDeEstacion;
 
 // What it takes to look at a record of the plant, and at one of the lists.
-constexpr std::int64_t kPorRegistro = 2;
-constexpr std::int64_t kPorConfigurado = 4;
+constexpr std::int64_t kPorRegistro = 5;
+constexpr std::int64_t kPorConfigurado = 8;
 
 /// The blocks of a plant by their keys. Equal keys stand in creation order, and each is taken once.
 class BloquesPorClave {

@@ -78,6 +78,7 @@ class Recarga {
     std::unique_ptr<Temporizador> Timer_Porcion_;
     std::optional<Trabajo> trabajo_;
     std::vector<Indice> porOlvidar_;
+    std::vector<char> retazo_;
     bool otraVez_ = false;
 };
 

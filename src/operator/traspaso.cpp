@@ -35,8 +35,8 @@ Trabajo Traspaso::hacer(const ListasDeConfiguracion& listas, const Diferencia& d
         co_await siguiente(p_.tablas.bloques[bloque].idConexion, kPorCambio);
     }
     hecho.cambiadas += d.cambios.size();
+    if (!d.bloquesQueSobran.empty() || !d.cambios.empty()) co_await ordenarNiveles();
     p_.modelo.terminarCambios();
-    co_await porciones_.gastar(costo(kPorOrden, p_.tablas.bloques.limiteSuperior()));
 }
 
 /// A port's place in the table is its number, so they follow the lists as they stand.
@@ -96,6 +96,18 @@ Trabajo Traspaso::retirarEstaciones(const Diferencia& d) {
     if (d.estacionesQueSobran.empty()) co_return;
     p_.tablas.ordenarEstaciones();
     co_await porciones_.gastar(costo(kPorOrden, p_.tablas.conexiones.limiteSuperior()));
+}
+
+Trabajo Traspaso::ordenarNiveles() {
+    std::vector<std::vector<Indice>> niveles(p_.tablas.bloquesPorNivel.size());
+    for (Indice i = 0; i < p_.tablas.bloques.limiteSuperior(); ++i) {
+        const BloqueLectura& b = p_.tablas.bloques[i];
+        const auto nivel = static_cast<std::size_t>(b.nivel);
+        if (nivel >= niveles.size()) niveles.resize(nivel + 1);
+        if (!b.retirado) niveles[nivel].push_back(i);
+        co_await porciones_.gastar(kPorOrden);
+    }
+    p_.tablas.tomarNiveles(std::move(niveles));
 }
 
 Trabajo Traspaso::levantar(const ListasDeConfiguracion& listas, const Diferencia& d, Hecho& hecho) {

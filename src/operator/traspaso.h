@@ -55,6 +55,7 @@ class Traspaso {
     Trabajo puertos(const ListasDeConfiguracion& listas, Hecho& hecho);
     Trabajo retirarBloques(const Diferencia& d);
     Trabajo retirarEstaciones(const Diferencia& d);
+    Trabajo ordenarNiveles();
     Trabajo levantar(const ListasDeConfiguracion& listas, const Diferencia& d, Hecho& hecho);
     [[nodiscard]] bool adoptar(const ConfiguracionDeBloque& pedido, const Diferencia::Nuevo& n,
                                Indice conexion, Indice desde, Hecho& hecho);

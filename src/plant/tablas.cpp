@@ -5,6 +5,7 @@
 #include "text/numeros.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -165,13 +166,9 @@ void Tablas::ordenarEstaciones() {
     estacionesPorOrdenar_ = false;
 }
 
-void Tablas::ordenarNiveles() {
+void Tablas::tomarNiveles(std::vector<std::vector<Indice>> niveles) {
     ++edicion_;
-    for (auto& nivel : bloquesPorNivel)
-        nivel.clear();
-    for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
-        if (!bloques[i].retirado) anotarNivel(i);
-    }
+    bloquesPorNivel = std::move(niveles);
 }
 
 void Tablas::anotarNivel(Indice bloque) {

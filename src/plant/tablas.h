@@ -124,11 +124,12 @@ class Tablas {
     void olvidarBloque(Indice bloque);
     void olvidarEstacion(Indice conexion, Indice estacion);
     void olvidarConexion(Indice conexion);
-    /// After some were, or levels changed: makes the look-ups anew, in creation order. Those of one
-    /// connection's blocks; those of stations; those of levels.
+    /// After some were: makes the look-ups anew, in creation order. Those of one connection's
+    /// blocks; those of stations.
     void ordenar(Indice conexion);
     void ordenarEstaciones();
-    void ordenarNiveles();
+    /// `bloquesPorNivel`, as somebody else has put it in order.
+    void tomarNiveles(std::vector<std::vector<Indice>> niveles);
     /// Another number after every such change.
     [[nodiscard]] std::uint64_t edicion() const { return edicion_; }
 

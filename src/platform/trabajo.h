@@ -110,14 +110,4 @@ class Porciones {
     std::coroutine_handle<> donde_;
 };
 
-/// Empties a container that may hold much, some of it at a time.
-template <class Contenedor>
-Trabajo vaciar(Contenedor& contenedor, Porciones& porciones) {
-    constexpr std::int64_t kPorUno = 1;
-    while (!contenedor.empty()) {
-        contenedor.erase(contenedor.begin());
-        co_await porciones.gastar(kPorUno);
-    }
-}
-
 } // namespace kv
