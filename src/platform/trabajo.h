@@ -48,8 +48,8 @@ struct Trabajo::promise_type {
     struct AlFinal {
         [[nodiscard]] bool await_ready() const noexcept { return false; }
         [[nodiscard]] std::coroutine_handle<> await_suspend(Mango mango) const noexcept {
-            const auto sigue = mango.promise().sigue;
-            return sigue ? sigue : std::noop_coroutine();
+            const auto quien = mango.promise().sigue;
+            return quien ? quien : std::noop_coroutine();
         }
         void await_resume() const noexcept {}
     };
