@@ -513,6 +513,14 @@
         <source>&amp;Manual del operador</source>
         <translation>Operator’s &amp;manual</translation>
     </message>
+    <message>
+        <source>Atencion</source>
+        <translation>Attention</translation>
+    </message>
+    <message>
+        <source>Desea Salir?</source>
+        <translation>Do you want to leave?</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -606,6 +614,22 @@
     <message>
         <source>Binario</source>
         <translation>Binary</translation>
+    </message>
+    <message>
+        <source>Error de numero de Puerto</source>
+        <translation>The port number is wrong</translation>
+    </message>
+    <message>
+        <source>Error de numero de PLC</source>
+        <translation>The PLC number is wrong</translation>
+    </message>
+    <message>
+        <source>Error de numero de Direccion</source>
+        <translation>The address is wrong</translation>
+    </message>
+    <message>
+        <source>Error de valor numerico</source>
+        <translation>The value is wrong</translation>
     </message>
 </context>
 <context>
@@ -1250,6 +1274,46 @@
         <source>No se pudo dar de alta el bloque: %1</source>
         <translation>The block could not be made: %1</translation>
     </message>
+    <message>
+        <source>no se encuentra PLC</source>
+        <translation>there is no such PLC</translation>
+    </message>
+    <message>
+        <source>sin conexion</source>
+        <translation>no connection</translation>
+    </message>
+    <message>
+        <source>direccion no valida</source>
+        <translation>the address is not valid</translation>
+    </message>
+    <message>
+        <source>bit fuera de 0 a 15</source>
+        <translation>the bit is not from 0 to 15</translation>
+    </message>
+    <message>
+        <source>ningun bloque lee ese registro</source>
+        <translation>no block reads that register</translation>
+    </message>
+    <message>
+        <source>direccion o valor fuera de trama</source>
+        <translation>the address or the value does not fit a frame</translation>
+    </message>
+    <message>
+        <source>demasiadas escrituras en espera</source>
+        <translation>too many writes are waiting</translation>
+    </message>
+    <message>
+        <source>solo lectura</source>
+        <translation>read only</translation>
+    </message>
+    <message>
+        <source>demasiadas en un segundo</source>
+        <translation>too many in one second</translation>
+    </message>
+    <message>
+        <source>no puede escribir por la puerta local</source>
+        <translation>not allowed to write by the local door</translation>
+    </message>
 </context>
 <context>
     <name>kv::TablaDeLista</name>
@@ -1639,6 +1703,10 @@
     <message>
         <source>Entran %1 variables; quite alguna antes.</source>
         <translation>There is room for %1 variables; remove one first.</translation>
+    </message>
+    <message>
+        <source>Atencion</source>
+        <translation>Attention</translation>
     </message>
 </context>
 </TS>

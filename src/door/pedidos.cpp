@@ -417,7 +417,7 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const std::string quien = "usuario " + l.nombre;
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
     porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
-                                                       "el " + quien)
+                                                       nombreDe(Ordenante::Usuario, l.nombre))
              : p_.forzado.forzarPoleo(direccion);
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/sesion.h"
 
+#include "plant/ordenantes.h"
 #include "server/cifrado.h"
 #include "text/fecha.h"
 #include "text/numeros.h"
@@ -139,7 +140,7 @@ void Sesion::forzarUna(std::string_view contenido) {
     if (!campos) return;
     const double nivel = numeroDeCampo(campos->first);
     // Without its port: a client that comes again is the same one.
-    const std::string quien = "el cliente " + remoto_.substr(0, remoto_.rfind(':'));
+    const std::string quien = nombreDe(Ordenante::Cliente, remoto_.substr(0, remoto_.rfind(':')));
     ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second), quien);
 }
 
