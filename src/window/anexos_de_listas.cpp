@@ -2,7 +2,6 @@
 #include "window/anexos_de_listas.h"
 
 #include "window/controls/control.h"
-#include "window/controls/idioma.h"
 
 #include <QCoreApplication>
 
@@ -40,7 +39,7 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
          [edad, &porQue](std::uint32_t fila) {
              const Edad e = edad(fila);
              return e.leidaMs < 0 ? QCoreApplication::translate("kv::Form1", "nunca")
-                                  : conSuComa(enQt(porQue.hace(e.leidaMs)));
+                                  : enQt(porQue.hace(e.leidaMs));
          },
          [edad](std::uint32_t fila) { return -static_cast<double>(edad(fila).leidaMs); }});
     anexos.columnas.push_back(

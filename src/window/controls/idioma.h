@@ -13,7 +13,5 @@ namespace kv {
 void ponerIdioma(std::string_view idioma);
 /// Whether the windows speak English: for texts that come to them in both languages.
 [[nodiscard]] bool enIngles();
-/// A duration that the driver wrote ("0,7 s"), with the decimal sign of the windows' language.
-[[nodiscard]] QString conSuComa(QString duracion);
 
 } // namespace kv
