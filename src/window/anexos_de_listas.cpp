@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kLetrasDeEdad = 13;
 constexpr int kLetrasDeHora = 20;
-constexpr int kLetrasDeDescripcion = 30;
+constexpr int kLetrasDeDescripcion = 20; // at least: it gets what is left over
 
 /// The block of a row of the variables or of the blocks.
 Indice bloqueDe(const Vista& vista, const Tablas& tablas, std::uint32_t fila) {

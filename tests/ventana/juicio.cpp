@@ -107,7 +107,11 @@ void juzgarTitulos(const QWidget& c, const std::string& foto) {
             const QString titulo =
                 cabeza->model()->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
             if (cabeza->isSectionHidden(i)) continue;
-            EXPECT_GE(cabeza->sectionSize(i), cabeza->fontMetrics().horizontalAdvance(titulo) + 4)
+            const int comoSeEscribe =
+                cabeza->model()->headerData(i, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+            const QRect sitio(0, 0, cabeza->sectionSize(i) - 4, cabeza->height());
+            const QRect ocupa = cabeza->fontMetrics().boundingRect(sitio, comoSeEscribe, titulo);
+            EXPECT_TRUE(sitio.contains(ocupa))
                 << quienEs(*cabeza->parentWidget(), foto) << " cuts " << deQt(titulo);
         }
     } else if (const auto* fichas = qobject_cast<const QTabBar*>(&c)) {
