@@ -1274,46 +1274,6 @@
         <source>No se pudo dar de alta el bloque: %1</source>
         <translation>The block could not be made: %1</translation>
     </message>
-    <message>
-        <source>no se encuentra PLC</source>
-        <translation>there is no such PLC</translation>
-    </message>
-    <message>
-        <source>sin conexion</source>
-        <translation>no connection</translation>
-    </message>
-    <message>
-        <source>direccion no valida</source>
-        <translation>the address is not valid</translation>
-    </message>
-    <message>
-        <source>bit fuera de 0 a 15</source>
-        <translation>the bit is not from 0 to 15</translation>
-    </message>
-    <message>
-        <source>ningun bloque lee ese registro</source>
-        <translation>no block reads that register</translation>
-    </message>
-    <message>
-        <source>direccion o valor fuera de trama</source>
-        <translation>the address or the value does not fit a frame</translation>
-    </message>
-    <message>
-        <source>demasiadas escrituras en espera</source>
-        <translation>too many writes are waiting</translation>
-    </message>
-    <message>
-        <source>solo lectura</source>
-        <translation>read only</translation>
-    </message>
-    <message>
-        <source>demasiadas en un segundo</source>
-        <translation>too many in one second</translation>
-    </message>
-    <message>
-        <source>no puede escribir por la puerta local</source>
-        <translation>not allowed to write by the local door</translation>
-    </message>
 </context>
 <context>
     <name>kv::TablaDeLista</name>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/sesion.h"
 
+#include "events/rechazo.h"
 #include "plant/ordenantes.h"
 #include "server/cifrado.h"
 #include "text/fecha.h"
@@ -129,7 +130,7 @@ void Sesion::escribirUna(std::string_view contenido) {
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen);
     const std::string_view motivo =
-        puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo";
+        enPalabras(puerta_.soloLectura() ? Rechazo::SoloLectura : Rechazo::DemasiadasEnUnSegundo);
     log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo,
                   Novedad::EscrituraNoAdmitida);
     ordenes_.rechazarEscritura(direccion, valor, origen, motivo);

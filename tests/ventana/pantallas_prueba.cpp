@@ -60,7 +60,9 @@ class TodasLasVentanas : private AspectoPuesto, public Principal {
         arrancar();
         p.motor.operador.activarBloque(3, false);
         avanzar(60'000);
-        p.motor.sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, "1.1.10");
+        for (const char* direccion : {"nada", "9.9.10", "1.2.10", "1.1.FF", "1.1.10.16"})
+            p.motor.operador.escribirDireccion(direccion, 7);
+        p.motor.operador.escribirDireccion("1.1.10", 70'000);
         p.motor.sucesos.decir({.que = Que::Forzado}, "1.1.10");
         variables().setCurrentIndex(variables().model()->index(0, 0));
         conexiones().setCurrentIndex(conexiones().model()->index(0, 0));

@@ -6,6 +6,7 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
 
 #include <QCoreApplication>
 
@@ -131,20 +132,6 @@ const char* fraseFija(const Suceso& s) {
     QT_TRANSLATE_NOOP("kv::Sucesos", "ya no esta configurado"),
 };
 
-/// Why writes are refused, likewise.
-[[maybe_unused]] constexpr std::array kRechazos = {
-    QT_TRANSLATE_NOOP("kv::Sucesos", "no se encuentra PLC"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "sin conexion"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "direccion no valida"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "bit fuera de 0 a 15"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "ningun bloque lee ese registro"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "direccion o valor fuera de trama"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "demasiadas escrituras en espera"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "solo lectura"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "demasiadas en un segundo"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "no puede escribir por la puerta local"),
-};
-
 QString traducida(const char* frase) { return QCoreApplication::translate("kv::Sucesos", frase); }
 
 } // namespace
@@ -231,7 +218,7 @@ QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
         const auto r = TextoDeRechazo::partir(anotacion.texto);
         return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura rechazada: %1 = %2: %3"))
             .arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)),
-                 traducida(std::string(r.motivo).c_str()));
+                 enQt(rechazoEn(enIngles() ? Idioma::Ingles : Idioma::Castellano, r.motivo)));
     }
     case Que::SinPuertoNiPlc:
         return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No existe ese puerto o PLC: %1"))
