@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plant/bloque.h"
+#include "plant/ordenantes.h"
 #include "plant/posiciones.h"
 #include "plant/registros.h"
 #include "plant/tabla.h"
@@ -79,7 +80,7 @@ class Tablas {
     /// In creation order; what was retired, or given another level, is passed over.
     std::vector<std::vector<Indice>> bloquesPorNivel;
     /// Who may have switched a block on or off; the first is the configuration.
-    std::vector<std::string> ordenantes{"la configuracion"};
+    std::vector<std::string> ordenantes{nombreDe(Ordenante::Configuracion)};
     double cantidadDePuntos = 0;
     double cantidadDeEstaciones = 0;
 
@@ -88,7 +89,7 @@ class Tablas {
     void ponerPendiente(Indice bloque, bool pendiente);
     void ponerActivo(Indice bloque, bool activo);
     void habilitar(Indice bloque, bool habilitado);
-    /// The number in `ordenantes` of somebody; of so many at most, the others being "otros".
+    /// The number in `ordenantes` of somebody; of so many at most, the others being one.
     [[nodiscard]] std::uint8_t ordenante(std::string_view quien);
     /// Position in the connection's `bloques` of the block to be polled next, the one polled last
     /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.

@@ -14,6 +14,10 @@ namespace {
 /// A part of a bad address or of a text behind it, for messages.
 constexpr std::size_t kDireccionEnMensaje = 200;
 
+std::invalid_argument rechazada(Rechazo rechazo) {
+    return std::invalid_argument(std::string(enPalabras(rechazo)));
+}
+
 } // namespace
 
 SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
@@ -31,26 +35,26 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
     const std::string_view corta = direccion.substr(0, kDireccionEnMensaje);
     try {
         DireccionPartida d;
-        if (!partirDireccion(direccion, d)) throw std::invalid_argument("direccion no valida");
+        if (!partirDireccion(direccion, d)) throw rechazada(Rechazo::DireccionNoValida);
         // What names no bit must not become a write of the whole register.
-        if (d.bit == kNoEsBit) throw std::invalid_argument("bit fuera de 0 a 15");
+        if (d.bit == kNoEsBit) throw rechazada(Rechazo::BitFueraDeRango);
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
-            return rechazar({corta, "no se encuentra PLC", origen, clave}, valor,
+            return rechazar({corta, enPalabras(Rechazo::SinPlc), origen, clave}, valor,
                             ClaseDeRechazo::SinPlc);
         if (!turnos_.conectada(lugar.conexion))
-            return rechazar({corta, "sin conexion", origen, clave}, valor,
+            return rechazar({corta, enPalabras(Rechazo::SinConexion), origen, clave}, valor,
                             ClaseDeRechazo::SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
-        if (leido == kNinguno) throw std::invalid_argument("ningun bloque lee ese registro");
+        if (leido == kNinguno) throw rechazada(Rechazo::NadieLoLee);
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
-            throw std::length_error("demasiadas escrituras en espera");
+            throw std::length_error(std::string(enPalabras(Rechazo::DemasiadasEnEspera)));
         BloqueEscritura nueva;
         armar(nueva, d, b, valor);
         nueva.origen = origen;
@@ -113,7 +117,8 @@ void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d
     const double palabra = d.bit >= 0 ? 0 : valor;
     const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);
     const auto lectura = armarTramaLectura(d.registro, estacion);
-    if (!escritura || !lectura) throw std::out_of_range("direccion o valor fuera de trama");
+    if (!escritura || !lectura)
+        throw std::out_of_range(std::string(enPalabras(Rechazo::FueraDeTrama)));
     e.tramaSolicitud = *escritura;
     e.tramaLectura = *lectura;
     e.idConexion = leido.idConexion;
