@@ -441,11 +441,14 @@ TEST_P(RecargaEnMedio, OrdenesAQuienSeVaYAQuienLlega) {
     EXPECT_LT(p.motor.solicitudes.escribirDireccion("1.3.30", 5, "ventana"), 0);
     p.motor.operador.activarBloque(bloque("1.1.12"), false);
     p.motor.operador.olvidar(pedido);
+    EXPECT_FALSE(p.bloque(pedido).retirado) << "not while records are being compared";
+    hasta([this] { return decidida(); });
+    // What the comparison could not know of.
     p.motor.forzado.forzarPoleo("1.1.41");
     p.motor.forzado.forzarPoleo("1.2.55");
     ASSERT_NE(bloque("1.1.41"), kNinguno);
-    EXPECT_FALSE(p.bloque(pedido).retirado) << "not while records are being compared";
-    hasta([&] { return p.bloque(bloque("1.1.10")).retirado || bloque("1.1.11") == kNinguno; });
+    ASSERT_NE(bloque("1.2.55"), kNinguno);
+    ASSERT_EQ(bloque("1.1.11"), kNinguno);
     p.motor.forzado.forzarPoleo("1.1.11");
     terminar();
     cadaUnoEntero();
