@@ -29,11 +29,21 @@ double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, dou
 double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                                            std::string_view origen) {
     const std::string_view corta = direccion.substr(0, kDireccionEnMensaje);
+    // Nothing is thrown for what is refused: whoever may write can ask for it without end.
+    const auto negar = [&](const std::exception& falla) {
+        log_.escribir({"DRIVER",
+                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
+                           " - Scan: 3",
+                       std::to_string(numeroDeError(falla)), falla.what(),
+                       Novedad::EscrituraRechazada});
+        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
+    };
     try {
         DireccionPartida d;
-        if (!partirDireccion(direccion, d)) throw std::invalid_argument("direccion no valida");
+        if (!partirDireccion(direccion, d))
+            return negar(std::invalid_argument("direccion no valida"));
         // What names no bit must not become a write of the whole register.
-        if (d.bit == kNoEsBit) throw std::invalid_argument("bit fuera de 0 a 15");
+        if (d.bit == kNoEsBit) return negar(std::invalid_argument("bit fuera de 0 a 15"));
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
@@ -43,16 +53,18 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
             return rechazar({corta, "sin conexion", origen, clave}, valor,
                             ClaseDeRechazo::SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
-        if (leido == kNinguno) throw std::invalid_argument("ningun bloque lee ese registro");
+        if (leido == kNinguno)
+            return negar(std::invalid_argument("ningun bloque lee ese registro"));
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
-            throw std::length_error("demasiadas escrituras en espera");
+            return negar(std::length_error("demasiadas escrituras en espera"));
         BloqueEscritura nueva;
-        armar(nueva, d, b, valor);
+        if (!armar(nueva, d, b, valor))
+            return negar(std::out_of_range("direccion o valor fuera de trama"));
         nueva.origen = origen;
         const Indice n = ejecucion_.tomarLugar(std::move(nueva));
         b.ultimaEscritura = n;
@@ -60,12 +72,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         ejecucion_.pedirReclamo();
         return n;
     } catch (const std::exception& falla) {
-        log_.escribir({"DRIVER",
-                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
-                           " - Scan: 3",
-                       std::to_string(numeroDeError(falla)), falla.what(),
-                       Novedad::EscrituraRechazada});
-        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
+        return negar(falla);
     }
 }
 
@@ -106,14 +113,14 @@ Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const 
                : kNinguno;
 }
 
-void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d,
+bool SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d,
                                    const BloqueLectura& leido, double valor) const {
     const std::string estacion = textoDeNumero(tablas_.estacionDe(leido).indice);
     // A bit's word is made when its register has been read.
     const double palabra = d.bit >= 0 ? 0 : valor;
     const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);
     const auto lectura = armarTramaLectura(d.registro, estacion);
-    if (!escritura || !lectura) throw std::out_of_range("direccion o valor fuera de trama");
+    if (!escritura || !lectura) return false;
     e.tramaSolicitud = *escritura;
     e.tramaLectura = *lectura;
     e.idConexion = leido.idConexion;
@@ -123,6 +130,7 @@ void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d
     e.palabra = palabra;
     e.plazoMs = leido.tiempoFueraMs;
     e.reintentosMax = leido.reintentosMax;
+    return true;
 }
 
 } // namespace kv
