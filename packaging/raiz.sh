@@ -38,6 +38,8 @@ nueva_raiz() {
     raiz=$(mktemp -d "${TMPDIR:-/tmp}/kv-raiz.XXXXXX")
     chmod 755 "$raiz"
     tar xf "$1" -C "$raiz"
+    # The installer writes it, not a package.
+    [ -e "$raiz/etc/hosts" ] || printf '127.0.0.1\tlocalhost\n::1\tlocalhost\n' >"$raiz/etc/hosts"
     echo "$raiz"
 }
 

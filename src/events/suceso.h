@@ -104,8 +104,4 @@ struct Suceso {
     }
 };
 
-/// A calendar time as one number, which keeps its order.
-[[nodiscard]] std::int64_t empaquetar(const FechaHora& f);
-[[nodiscard]] FechaHora desempaquetar(std::int64_t instante);
-
 } // namespace kv

@@ -12,33 +12,6 @@ std::uint64_t bitDe(Que que) { return std::uint64_t{1} << static_cast<unsigned>(
 
 } // namespace
 
-std::int64_t empaquetar(const FechaHora& f) {
-    std::int64_t n = f.anio;
-    n = n * 16 + f.mes;
-    n = n * 32 + f.dia;
-    n = n * 32 + f.hora;
-    n = n * 64 + f.minuto;
-    n = n * 64 + f.segundo;
-    return n * 1024 + f.milisegundo;
-}
-
-FechaHora desempaquetar(std::int64_t instante) {
-    const auto tomar = [&instante](std::int64_t base) {
-        const auto resto = static_cast<int>(instante % base);
-        instante /= base;
-        return resto;
-    };
-    FechaHora f;
-    f.milisegundo = tomar(1024);
-    f.segundo = tomar(64);
-    f.minuto = tomar(64);
-    f.hora = tomar(32);
-    f.dia = tomar(32);
-    f.mes = tomar(16);
-    f.anio = static_cast<int>(instante);
-    return f;
-}
-
 Sucesos::Sucesos(const Reloj& reloj, std::size_t maximo)
     : reloj_(reloj), trozosMaximo_(std::max<std::size_t>(2, (maximo + kTrozo - 1) / kTrozo)) {}
 
@@ -48,11 +21,7 @@ void Sucesos::decir(Suceso suceso, std::string_view texto) {
 }
 
 void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
-    if (const FechaHora ahora = reloj_.ahora(); instante_ == 0 || ahora != ahora_) {
-        ahora_ = ahora;
-        instante_ = empaquetar(ahora);
-    }
-    suceso.instante = instante_;
+    suceso.instante = reloj_.instante();
     const std::size_t lugar = siguiente_ % kTrozo;
     if (lugar == 0) hacerLugar();
     trozos_.back()->sucesos[lugar] = suceso;

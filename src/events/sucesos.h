@@ -69,8 +69,6 @@ class Sucesos {
     void hacerLugar();
 
     const Reloj& reloj_;
-    FechaHora ahora_; ///< of the last event, and as one number
-    std::int64_t instante_ = 0;
     std::size_t trozosMaximo_;
     std::deque<std::unique_ptr<Trozo>> trozos_; ///< full but for the last
     std::uint64_t primero_ = 0;

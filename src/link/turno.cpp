@@ -94,7 +94,7 @@ void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoM
                        c.debidas.limpia() || llegoTodo(conexion));
     c.tramaEnCurso = trama;
     // Armed before the send: an answer that is handled while events run must find it armed.
-    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(plazoMs);
+    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(plazoMs, c.enviadoUs);
     zocalos_[conexion]->enviar(trama);
 }
 
@@ -139,7 +139,9 @@ void Turnos::revisarRetencion(Indice conexion) {
     companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
 }
 
-void Turnos::pausar(Indice conexion) {
+void Turnos::pausar(Indice conexion) { pausar(conexion, bucle_.reloj().monotonicoUs()); }
+
+void Turnos::pausar(Indice conexion, std::int64_t desdeUs) {
     ConexionIP& c = tablas_.conexiones[conexion];
     if (c.turno != EstadoDeTurno::Esperando) return;
     Companeros& timers = companeros_[conexion];
@@ -148,7 +150,7 @@ void Turnos::pausar(Indice conexion) {
     c.turno = EstadoDeTurno::EnPausa;
     c.pausaCumplida = pausaMs_ < 1;
     sucesos_.decir({.que = Que::PausaEmpieza, .conexion = conexion, .numero = pausaMs_});
-    timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
+    timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_), desdeUs);
 }
 
 void Turnos::terminarPausaCumplida(Indice conexion) {

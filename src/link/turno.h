@@ -75,6 +75,8 @@ class Turnos {
     /// The transaction is over, well or badly: time-out off, pause on. Traces the line that
     /// announces it. On a connection that is not waiting it changes nothing.
     void pausar(Indice conexion);
+    /// The same, with a pause that began at a moment just past, on the loop's clock.
+    void pausar(Indice conexion, std::int64_t desdeUs);
     /// The link came up or was lost: nothing is outstanding, both timers are off, the receive
     /// buffer is empty.
     void olvidar(Indice conexion);

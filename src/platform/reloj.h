@@ -16,6 +16,8 @@ class Reloj {
     [[nodiscard]] virtual std::int64_t monotonicoUs() const = 0;
     /// Local calendar time.
     [[nodiscard]] virtual FechaHora ahora() const = 0;
+    /// The same as one number, see empaquetar.
+    [[nodiscard]] virtual std::int64_t instante() const { return empaquetar(ahora()); }
 
     [[nodiscard]] std::int64_t monotonicoMs() const { return monotonicoUs() / 1000; }
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/rueda.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -14,7 +16,7 @@ class ColaDeTemporizadores;
 /// restarts its countdown; enabling a running timer changes nothing; it ticks again and again until
 /// disabled; a late timer ticks once; interval 0 never ticks. May be re-armed, disabled or
 /// destroyed inside its own tick.
-class Temporizador {
+class Temporizador : private EnRueda {
   public:
     /// `alTic` is called from the event loop that owns `cola`, which must outlive the timer.
     Temporizador(ColaDeTemporizadores& cola, std::function<void()> alTic);
@@ -31,32 +33,35 @@ class Temporizador {
     [[nodiscard]] std::int64_t venceMs() const { return venceUs_ / 1000; }
     /// Off, given the interval, on: a fresh countdown whatever the timer was doing.
     void rearmar(std::int64_t ms);
+    /// The same, counted from a moment that is just past, on the loop's clock.
+    void rearmar(std::int64_t ms, std::int64_t desdeUs);
     /// From now on it is off when it ticks.
     void tocarUnaVez() { unaVez_ = true; }
 
   private:
     friend class ColaDeTemporizadores;
+    void anotarIntervalo(std::int64_t ms);
+    [[nodiscard]] bool corre() const { return habilitado_ && intervaloMs_ > 0; }
 
     ColaDeTemporizadores& cola_;
-    std::int64_t venceUs_ = 0;  ///< due time, while it runs
-    std::uint64_t orden_ = 0;   ///< when it was armed, counted in armings
-    std::uint64_t entrada_ = 0; ///< the order of its valid entry in the queue, 0 if none
-    std::int64_t venceEntradaUs_ = 0;
+    std::int64_t venceUs_ = 0; ///< due time, while it runs
+    std::uint64_t orden_ = 0;  ///< when it was armed, counted in armings
     std::uint32_t puesto_ = 0;
     std::int32_t intervaloMs_ = 0;
+    enum class Archivado : std::uint8_t { No, Cerca, Lejos, Vencido } archivado_ = Archivado::No;
     bool habilitado_ = false;
     bool unaVez_ = false;
     std::function<void()> alTic_;
 };
 
-/// All timers of a loop in one heap, by due time and, at the same instant, by the order in which
-/// they were armed. A timer that is switched off or armed for later leaves its entry where it is
-/// until it comes up: most time-outs are answered long before they are due, and moving their
-/// entries about would cost more than everything else about an exchange.
+/// All timers of a loop. They tick by due time and, at the same instant, in the order in which they
+/// were armed. Arming costs the same however many there are: a timer is filed by the moment at
+/// which it is to be looked at. One that is switched off or armed for later stays where it is until
+/// that moment comes: most time-outs are answered long before they are due.
 class ColaDeTemporizadores {
   public:
     using LeerReloj = std::function<std::int64_t()>; ///< monotonic microseconds
-    explicit ColaDeTemporizadores(LeerReloj reloj) : reloj_(std::move(reloj)) {}
+    explicit ColaDeTemporizadores(LeerReloj reloj);
 
     /// Due time of the next tick in microseconds, or -1 when no timer runs. Always a whole
     /// millisecond, rounded up: no timer is ever early.
@@ -76,31 +81,41 @@ class ColaDeTemporizadores {
 
   private:
     friend class Temporizador;
-    struct Entrada {
+    /// Of the same millisecond, or of several that have passed unseen.
+    struct Vencido {
         std::int64_t venceUs;
-        std::uint64_t orden; ///< no two entries have the same
+        std::uint64_t orden; ///< no two have the same
         std::uint32_t puesto;
-        bool operator<(const Entrada& o) const {
+        bool operator<(const Vencido& o) const {
             return venceUs != o.venceUs ? venceUs < o.venceUs : orden < o.orden;
         }
     };
     void anotar(Temporizador& t);
     void borrar(Temporizador& t);
-    void armar(Temporizador& t);
-    void meter(Temporizador& t);
-    void sacarPrimera();
-    void bajarDesde(std::size_t hueco, const Entrada& e);
-    void compactar();
-    [[nodiscard]] Temporizador* duenio(const Entrada& e) const;
-
+    void armar(Temporizador& t) { armar(t, reloj_()); }
+    void armar(Temporizador& t, std::int64_t desdeUs);
+    void archivar(Temporizador& t);
+    void desarchivar(Temporizador& t);
     void tic(Temporizador& t);
+
+    [[nodiscard]] Temporizador* primerVencido();
+    bool pasarHasta(std::int64_t ms);
+    void soltar(Rueda& rueda, std::int64_t ranura);
+    [[nodiscard]] std::int64_t proximoCercano();
+    [[nodiscard]] std::int64_t proximoLejano() const;
 
     LeerReloj reloj_;
     std::function<void(std::uint32_t)> alTicar_;
-    std::vector<Entrada> monticulo_;
     std::vector<Temporizador*> puestos_;
     std::vector<std::uint32_t> libres_;
     std::uint64_t orden_ = 0;
+
+    std::int64_t cursorMs_ = 0; ///< all that was filed for earlier has been looked at
+    Rueda cercanos_;            ///< by milliseconds: this stretch of them and the next
+    Rueda lejanos_;             ///< by stretches, the farthest for all that lies beyond
+    std::vector<Vencido> vencidos_;
+    std::size_t primerVencido_ = 0; ///< those before it have had their turn
+    std::vector<Temporizador*> sueltos_;
 };
 
 } // namespace kv

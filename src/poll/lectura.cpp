@@ -20,7 +20,7 @@ void Lectura::contestada(Indice conexion, const Respuesta& respuesta) {
     Suceso recibida{.que = Que::Recepcion, .conexion = conexion, .bloque = i, .numero = valor};
     recibida.poner(respuesta);
     sucesos_.decir(recibida);
-    turnos_.pausar(conexion);
+    turnos_.pausar(conexion, c.recibidoUs);
     mudas_.alContestar(i);
     publicacion_.valorLeido(i, valor);
 }

@@ -71,7 +71,7 @@ void RelojDeBloques::contestar(Indice bloque) {
     b.reintentos = 0;
     b.sondeo = b.enDuda = false;
     tablas_.ponerPendiente(bloque, false);
-    Timer1_Bloques_[bloque].rearmar(b.scanMs);
+    Timer1_Bloques_[bloque].rearmar(b.scanMs, tablas_.conexiones[b.idConexion].recibidoUs);
     if (b.forzado && b.lecturaForzada) avanzarForzado(b);
 }
 

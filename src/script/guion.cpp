@@ -46,9 +46,12 @@ void Guion::ejectutarScript() {
 
 void Guion::correr() {
     if (alCorrer_) alCorrer_();
-    cargar();
-    if (bucle_.reloj().monotonicoUs() < detenidoHastaUs_) return;
+    const std::int64_t ahoraUs = bucle_.reloj().monotonicoUs();
+    cargar(ahoraUs);
+    if (ahoraUs < detenidoHastaUs_) return;
     detenidoHastaUs_ = -1;
+    // Nothing to run is run once, which clears what the run before it left.
+    if (std::exchange(ocioso_, texto_.empty()) && ocioso_) return;
     // What filled the memory is still in it: without this no run would ever get on again.
     if (std::exchange(lleno_, false)) {
         control_.empezarDeNuevo();
@@ -86,12 +89,11 @@ void Guion::decir(const std::string& que, const std::string& fuente) {
     log_.escribir({"DRIVER", "Guion", que, fuente, Novedad::FallaDelGuion});
 }
 
-void Guion::cargar() {
+void Guion::cargar(std::int64_t ahoraUs) {
     if (ruta_.empty()) return;
     // Answers come in bursts, and a look at the file costs more than a short script.
-    const std::int64_t ahora = bucle_.reloj().monotonicoUs();
-    if (miradoUs_ >= 0 && ahora - miradoUs_ < kEntreMiradasUs) return;
-    miradoUs_ = ahora;
+    if (miradoUs_ >= 0 && ahoraUs - miradoUs_ < kEntreMiradasUs) return;
+    miradoUs_ = ahoraUs;
     const HuellaDeArchivo huella = archivos_.huella(ruta_);
     if (huella == huella_) return;
     const auto bytes = archivos_.leer(ruta_, kMaximoDelGuion);

@@ -52,7 +52,7 @@ class Guion {
 
   private:
     void correr();
-    void cargar();
+    void cargar(std::int64_t ahoraUs);
     void informar(const vbscript::ScriptError& error);
     [[nodiscard]] std::string textoDe(const vbscript::ScriptError& error) const;
     void decir(const std::string& que, const std::string& fuente);
@@ -73,6 +73,7 @@ class Guion {
     std::set<std::string> dichos_; ///< errors of the present file that were told
     std::function<void()> alCorrer_;
     bool detenido_ = false; ///< the last run failed, and it was told
+    bool ocioso_ = false;   ///< the last run was of nothing
     bool lleno_ = false;    ///< the last run was stopped for its memory
     bool corriendo_ = false;
     bool otraVez_ = false;

@@ -24,7 +24,7 @@ void Publicacion::notificar(const BloqueLectura& bloque) {
     if (oyente_ != nullptr) oyente_->alCambiar(bloque.indice);
 }
 
-std::int64_t Publicacion::ahora() const { return empaquetar(sello_.reloj().ahora()); }
+std::int64_t Publicacion::ahora() const { return sello_.reloj().instante(); }
 
 void Publicacion::darDeAlta(BloqueLectura& bloque) {
     std::tie(bloque.ranuraValor, bloque.ranuraEstado) = ranuras(nombreDeScript(bloque.clave));

@@ -119,4 +119,31 @@ std::string textoDeDuracion(long long ms) {
     return dos(kDia, " d", kHora, " h");
 }
 
+std::int64_t empaquetar(const FechaHora& f) {
+    std::int64_t n = f.anio;
+    n = n * 16 + f.mes;
+    n = n * 32 + f.dia;
+    n = n * 32 + f.hora;
+    n = n * 64 + f.minuto;
+    n = n * 64 + f.segundo;
+    return n * 1024 + f.milisegundo;
+}
+
+FechaHora desempaquetar(std::int64_t instante) {
+    const auto tomar = [&instante](std::int64_t base) {
+        const auto resto = static_cast<int>(instante % base);
+        instante /= base;
+        return resto;
+    };
+    FechaHora f;
+    f.milisegundo = tomar(1024);
+    f.segundo = tomar(64);
+    f.minuto = tomar(64);
+    f.hora = tomar(32);
+    f.dia = tomar(32);
+    f.mes = tomar(16);
+    f.anio = static_cast<int>(instante);
+    return f;
+}
+
 } // namespace kv

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kv {
@@ -32,5 +33,9 @@ struct FechaHora {
 [[nodiscard]] long long segundosDesdeFecha(const FechaHora& f);
 /// A duration as people say it: "0,4 s", "12 s", "3 min 20 s", "5 h 2 min", "4 d 3 h".
 [[nodiscard]] std::string textoDeDuracion(long long ms);
+
+/// A calendar time as one number, which keeps its order.
+[[nodiscard]] std::int64_t empaquetar(const FechaHora& f);
+[[nodiscard]] FechaHora desempaquetar(std::int64_t instante);
 
 } // namespace kv

@@ -10,6 +10,12 @@ bool empiezaConRespuesta(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= kLargoRespuesta && verificarTramaRespuesta(bytes.first(kLargoRespuesta));
 }
 
+void hallar(std::span<const std::uint8_t> bytes, bool alPrincipio, Ensamblado& salida) {
+    auto& hallada = salida.respuestas.emplace_back();
+    std::copy_n(bytes.begin(), kLargoRespuesta, hallada.trama.begin());
+    hallada.alPrincipio = alPrincipio;
+}
+
 } // namespace
 
 void ensamblar(std::vector<std::uint8_t>& tenidos, std::span<const std::uint8_t> llegaron,
@@ -20,6 +26,7 @@ void ensamblar(std::vector<std::uint8_t>& tenidos, std::span<const std::uint8_t>
         // An answer that begins where its packet does is one; what was held was noise.
         salida.basura = tenidos.size();
         tenidos.clear();
+        if (llegaron.size() == kLargoRespuesta) return hallar(llegaron, true, salida);
     }
     if (tenidos.size() + llegaron.size() < kLargoRespuesta) {
         tenidos.insert(tenidos.end(), llegaron.begin(), llegaron.end());
@@ -40,9 +47,7 @@ void ensamblar(std::vector<std::uint8_t>& tenidos, std::span<const std::uint8_t>
         alPrincipio = alPrincipio && salto == 0;
         if (resto.size() < kLargoRespuesta) break;
         if (empiezaConRespuesta(resto)) {
-            auto& hallada = salida.respuestas.emplace_back();
-            std::copy_n(resto.begin(), kLargoRespuesta, hallada.trama.begin());
-            hallada.alPrincipio = alPrincipio;
+            hallar(resto, alPrincipio, salida);
             resto = resto.subspan(kLargoRespuesta);
         } else {
             ++salida.basura;

@@ -24,15 +24,14 @@ const Rotulos::Conocido* Rotulos::conocido(Registro registro) const {
 
 /// A byte that never varied repeats nothing: it may stand there anyway.
 bool Rotulos::probado(const Repeticion& r) const {
-    return generaliza_ && r.vario && notadas_ >= 2 * exigencia_ &&
-           std::any_of(r.siempre.begin(), r.siempre.end(), [](bool s) { return s; });
+    return generaliza_ && r.vario && notadas_ >= 2 * exigencia_ && !r.nunca();
 }
 
 std::optional<Rotulos::Juicio> Rotulos::juzgarPor(const Repeticion& r, std::uint8_t byte,
                                                   Rotulo rotulo) const {
     if (!probado(r)) return std::nullopt;
     for (std::size_t k = 0; k < kLugares; ++k) {
-        if (r.siempre[k] && byteDe(rotulo, k) != byte) return Juicio::Ajeno;
+        if (r.siempre(k) && byteDe(rotulo, k) != byte) return Juicio::Ajeno;
     }
     return Juicio::Suyo;
 }
@@ -55,8 +54,7 @@ bool Rotulos::distingue(Registro a, Registro b) const {
 }
 
 void Rotulos::notar(Repeticion& r, std::uint8_t byte, Rotulo rotulo) {
-    for (std::size_t k = 0; k < kLugares; ++k)
-        r.siempre[k] = r.siempre[k] && byteDe(rotulo, k) == byte;
+    r.distintos |= rotulo ^ byte * Rotulo{0x01010101};
     if (!r.primero) r.primero = byte;
     r.vario = r.vario || r.primero != byte;
 }

@@ -57,9 +57,15 @@ class Rotulos {
     };
     /// Of one byte of the request: the places where it has always stood, if it has varied.
     struct Repeticion {
-        std::array<bool, kLugares> siempre{true, true, true, true};
+        Rotulo distintos = 0; ///< a byte that is not 0: another one has stood in its place
         std::optional<std::uint8_t> primero;
         bool vario = false;
+        [[nodiscard]] bool siempre(std::size_t lugar) const {
+            return (distintos >> 8 * (kLugares - 1 - lugar) & 0xFF) == 0;
+        }
+        [[nodiscard]] bool nunca() const {
+            return siempre(0) + siempre(1) + siempre(2) + siempre(3) == 0;
+        }
     };
     [[nodiscard]] const Conocido* conocido(Registro registro) const;
     [[nodiscard]] bool probado(const Repeticion& r) const;
@@ -83,8 +89,8 @@ void Rotulos::recorrer(F&& f) const {
         f(std::min(c.veces, exigencia_));
     }
     for (const Repeticion* r : {&estacion_, &registro_}) {
-        for (const bool s : r->siempre)
-            f(s);
+        for (std::size_t k = 0; k < kLugares; ++k)
+            f(r->siempre(k));
         f(r->vario);
         f(r->primero.value_or(0));
     }

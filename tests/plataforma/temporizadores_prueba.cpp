@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -80,23 +83,86 @@ TEST_F(Temporizadores, PuedeDestruirseEnSuPropioTicYDestruirAOtros) {
     EXPECT_EQ(bucle.temporizadoresEncendidos(), 0U);
 }
 
-TEST_F(Temporizadores, MilesEncendidosYApagadosAlAzarSalenEnOrden) {
+// Beside a list that is searched from end to end. Intervals and waits lie around every length at
+// which the queue files otherwise, and far beyond all of them.
+TEST_F(Temporizadores, MuchosAlAzarSalenComoDeUnaLista) {
+    struct DeLista {
+        std::int64_t vence = 0, orden = 0, intervalo = 0;
+        bool encendido = false;
+    };
+    constexpr std::size_t kCuantos = 60;
     std::mt19937 azar(7);
+    std::vector<DeLista> lista(kCuantos);
     std::vector<std::unique_ptr<Temporizador>> todos;
-    std::int64_t ultimo = 0;
-    int veces = 0;
-    for (int i = 0; i < 2000; ++i) {
-        todos.push_back(bucle.crearTemporizador([&] {
-            EXPECT_LE(ultimo, bucle.reloj().monotonicoUs());
-            ultimo = bucle.reloj().monotonicoUs();
-            ++veces;
-            todos[azar() % todos.size()]->rearmar(1 + azar() % 50);
-            todos[azar() % todos.size()]->habilitar(false);
-        }));
-        todos.back()->rearmar(1 + azar() % 1000);
+    std::vector<std::pair<std::size_t, std::int64_t>> salieron, debian;
+    std::int64_t ahora = 0, orden = 0;
+    std::size_t cuantos = 0;
+    const auto nuevo = [&](std::size_t k) {
+        auto t = bucle.crearTemporizador(
+            [&salieron, this, k] { salieron.emplace_back(k, bucle.reloj().monotonicoMs()); });
+        t->tocarUnaVez(); // a day is many ticks of a short one
+        return t;
+    };
+    const auto armar = [&](DeLista& d) {
+        d.vence = ahora + d.intervalo;
+        d.orden = ++orden;
+    };
+    const auto algunTiempo = [&]() -> std::int64_t {
+        constexpr std::array<std::int64_t, 8> kAlrededor{
+            25, 64, 4096, 8192, 12'288, 3'600'000, 4096 * 4096, 3 * 4096 * 4096};
+        return kAlrededor[azar() % kAlrededor.size()] + static_cast<std::int64_t>(azar() % 48) - 24;
+    };
+    for (std::size_t k = 0; k < kCuantos; ++k)
+        todos.push_back(nuevo(k));
+    ahora = bucle.reloj().monotonicoMs();
+    for (int paso = 0; paso < 6000; ++paso) {
+        const std::size_t k = azar() % kCuantos;
+        DeLista& d = lista[k];
+        switch (azar() % 8) {
+        case 0:
+            todos[k] = nuevo(k);
+            d = {};
+            break;
+        case 1:
+        case 2:
+            todos[k]->habilitar(false);
+            d.encendido = false;
+            break;
+        case 3:
+            if (!d.encendido) armar(d);
+            todos[k]->habilitar(true);
+            d.encendido = true;
+            break;
+        default:
+            d.intervalo = algunTiempo();
+            d.encendido = true;
+            armar(d);
+            todos[k]->rearmar(d.intervalo);
+        }
+        if (azar() % 4 != 0) continue;
+        const std::int64_t hasta = ahora + (azar() % 2 == 0 ? azar() % 60 : algunTiempo());
+        for (;;) {
+            std::size_t primero = kCuantos;
+            for (std::size_t i = 0; i < kCuantos; ++i) {
+                const DeLista& e = lista[i];
+                if (!e.encendido || e.intervalo == 0 || e.vence > hasta) continue;
+                if (primero == kCuantos || std::pair(e.vence, e.orden) <
+                                               std::pair(lista[primero].vence, lista[primero].orden))
+                    primero = i;
+            }
+            if (primero == kCuantos) break;
+            ahora = lista[primero].vence;
+            lista[primero].encendido = false;
+            debian.emplace_back(primero, ahora);
+        }
+        bucle.avanzar(hasta - bucle.reloj().monotonicoMs());
+        ahora = hasta;
+        ASSERT_EQ(salieron, debian) << "step " << paso;
+        cuantos += salieron.size();
+        salieron.clear();
+        debian.clear();
     }
-    bucle.avanzar(2000);
-    EXPECT_GT(veces, 2000);
+    EXPECT_GT(cuantos, 1000U);
 }
 
 } // namespace kv

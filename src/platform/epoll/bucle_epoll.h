@@ -23,6 +23,9 @@ class RelojReal final : public Reloj {
   public:
     [[nodiscard]] std::int64_t monotonicoUs() const override;
     [[nodiscard]] FechaHora ahora() const override;
+    [[nodiscard]] std::int64_t instante() const override;
+    /// What the clock that counts forward said when it was last looked at.
+    [[nodiscard]] std::int64_t vistoUs() const { return vistoUs_; }
 
     /// The calendar is to be read again.
     void caducar() { vigente_ = false; }
@@ -30,6 +33,8 @@ class RelojReal final : public Reloj {
   private:
     mutable bool vigente_ = false;
     mutable FechaHora ahora_;
+    mutable std::int64_t instante_ = 0; ///< the same
+    mutable std::int64_t vistoUs_ = 0;
     mutable std::int64_t minutoEpoca_ = -1; ///< the minute that `minuto_` is the local form of
     mutable FechaHora minuto_;
 };

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QListView>
 #include <QTreeView>
 
 namespace kv {
@@ -22,6 +23,9 @@ void elegirArchivo(QWidget* padre, const QString& titulo, const QString& nombre,
     acomodar(*dialogo, {820, 480});
     if (auto* archivos = dialogo->findChild<QTreeView*>())
         archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    // Beside the files it gets what its places' names take, which may be less than it can be drawn in.
+    if (auto* lugares = dialogo->findChild<QListView*>("sidebar"))
+        lugares->setMinimumWidth(lugares->minimumSizeHint().width());
     QObject::connect(dialogo, &QFileDialog::fileSelected, padre, std::move(elegido));
     dialogo->open();
 }
