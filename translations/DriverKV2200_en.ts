@@ -513,6 +513,14 @@
         <source>&amp;Manual del operador</source>
         <translation>Operator’s &amp;manual</translation>
     </message>
+    <message>
+        <source>Atencion</source>
+        <translation>Attention</translation>
+    </message>
+    <message>
+        <source>Desea Salir?</source>
+        <translation>Do you want to leave?</translation>
+    </message>
 </context>
 <context>
     <name>kv::FrmAbout</name>
@@ -606,6 +614,22 @@
     <message>
         <source>Binario</source>
         <translation>Binary</translation>
+    </message>
+    <message>
+        <source>Error de numero de Puerto</source>
+        <translation>The port number is wrong</translation>
+    </message>
+    <message>
+        <source>Error de numero de PLC</source>
+        <translation>The PLC number is wrong</translation>
+    </message>
+    <message>
+        <source>Error de numero de Direccion</source>
+        <translation>The address is wrong</translation>
+    </message>
+    <message>
+        <source>Error de valor numerico</source>
+        <translation>The value is wrong</translation>
     </message>
 </context>
 <context>
@@ -1639,6 +1663,10 @@
     <message>
         <source>Entran %1 variables; quite alguna antes.</source>
         <translation>There is room for %1 variables; remove one first.</translation>
+    </message>
+    <message>
+        <source>Atencion</source>
+        <translation>Attention</translation>
     </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 
 #include "door/usuarios.h"
 #include "events/nombres.h"
+#include "events/rechazo.h"
 #include "operator/escritura_manual.h"
 #include "text/numeros.h"
 #include "text/texto.h"
@@ -381,7 +382,7 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
         return fallar(l, id, "escribir: direccion es un texto y valor un numero");
     const std::string origen = "usuario " + l.nombre;
     if (!puedeOrdenar(l, id, "escribir", direccion)) {
-        p_.solicitudes.rechazar({direccion, "no puede escribir por la puerta local", origen},
+        p_.solicitudes.rechazar({direccion, enPalabras(Rechazo::UsuarioSinPermiso), origen},
                                 *valor);
         return;
     }
@@ -417,7 +418,7 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const std::string quien = "usuario " + l.nombre;
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
     porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
-                                                       "el " + quien)
+                                                       nombreDe(Ordenante::Usuario, l.nombre))
              : p_.forzado.forzarPoleo(direccion);
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);

@@ -6,11 +6,6 @@
 #include <exception>
 
 namespace kv {
-namespace {
-
-constexpr std::string_view kElGuion = "el guion"; // who switched a block
-
-} // namespace
 
 Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
              const std::string& programa)
@@ -124,15 +119,15 @@ double Motor::hacer(const PedidoDelGuion& p) {
         forzado.forzarBloque_porNivel(a);
         break;
     case OperacionDeMw::forzarBloque_porNivel_NVeces:
-        forzado.forzarBloque_porNivel_NVeces(a, b, kElGuion);
+        forzado.forzarBloque_porNivel_NVeces(a, b, nombreDe(Ordenante::Guion));
         break;
     case Activar_Desactivar_Bloque_Por_Solicitud:
         if (tablas.bloques.vive(a))
             forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(a), b != 0,
-                                                            kElGuion);
+                                                            nombreDe(Ordenante::Guion));
         break;
     case Activar_Dir:
-        forzado.Activar_Dir(p.direccion(), a != 0, kElGuion);
+        forzado.Activar_Dir(p.direccion(), a != 0, nombreDe(Ordenante::Guion));
         break;
     case ModificarScanDeBloque:
         forzado.ModificarScanDeBloque(a, b);

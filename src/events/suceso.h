@@ -2,7 +2,6 @@
 #pragma once
 
 #include "plant/bloque.h"
-#include "text/fecha.h"
 
 #include <algorithm>
 #include <array>

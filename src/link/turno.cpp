@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/turno.h"
 
+#include "platform/motivo_de_enlace.h"
+
 #include <algorithm>
 #include <cmath>
 #include <exception>
@@ -110,7 +112,7 @@ std::int64_t Turnos::descanso(const BloqueLectura& b) const {
 
 void Turnos::abortar(Indice conexion) {
     sucesos_.decir({.que = Que::EnlaceCortado, .conexion = conexion});
-    tablas_.conexiones[conexion].motivo = "la corto el driver con una escritura abandonada";
+    tablas_.conexiones[conexion].motivo = enPalabras(Motivo::EscrituraAbandonada);
     zocalos_[conexion]->abortar();
     olvidar(conexion);
 }
@@ -123,7 +125,7 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     if (desde == ahora) sucesos_.decir({.que = Que::LineaRetenida, .conexion = conexion});
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
         sucesos_.decir({.que = Que::LineaNoCalla, .conexion = conexion});
-        c.motivo = "la corto el driver porque la linea no callaba";
+        c.motivo = enPalabras(Motivo::LineaQueNoCalla);
         zocalos_[conexion]->abortar();
         return olvidar(conexion);
     }

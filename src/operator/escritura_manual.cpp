@@ -57,13 +57,13 @@ bool EscrituraManual::admite(char16_t caracter) {
     return caracter >= u' ' && ValidarIngresoDeNumeros(tecla, false, false) == tecla;
 }
 
-std::string EscrituraManual::BtnOk(OrdenDeEscribir& orden) const {
-    if (recortar(txtPuerto).empty()) return "Error de numero de Puerto";
-    if (recortar(TxtPlc).empty()) return "Error de numero de PLC";
-    if (recortar(TxtDireccion).empty()) return "Error de numero de Direccion";
-    if (recortar(valor_).empty() || !cabe()) return "Error de valor numerico";
+std::optional<EscrituraManual::Campo> EscrituraManual::BtnOk(OrdenDeEscribir& orden) const {
+    if (recortar(txtPuerto).empty()) return Campo::Puerto;
+    if (recortar(TxtPlc).empty()) return Campo::Plc;
+    if (recortar(TxtDireccion).empty()) return Campo::Direccion;
+    if (recortar(valor_).empty() || !cabe()) return Campo::Valor;
     orden.escribirDireccion(direccion(), numero(valor_));
-    return {};
+    return std::nullopt;
 }
 
 } // namespace kv

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,9 +43,9 @@ class EscrituraManual {
     [[nodiscard]] static bool admite(char16_t caracter);
     /// Whether the value fits what it is written to: a word, or a bit.
     [[nodiscard]] bool cabe() const;
-    /// OK: what is wrong with the first bad field, to be shown, or empty when the write was asked
-    /// for.
-    [[nodiscard]] std::string BtnOk(OrdenDeEscribir& orden) const;
+    enum class Campo : std::uint8_t { Puerto, Plc, Direccion, Valor };
+    /// OK: the first bad field, or nothing when the write was asked for.
+    [[nodiscard]] std::optional<Campo> BtnOk(OrdenDeEscribir& orden) const;
 
   private:
     std::string valor_ = "0";

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/operador.h"
 
+#include "operator/dichos_de_operador.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -11,7 +12,6 @@ namespace kv {
 namespace {
 
 constexpr std::string_view kOrigen = "ventana";
-constexpr std::string_view kQuien = "la ventana";
 constexpr std::string_view kPrimeraDireccion = "1.1.40001";
 constexpr std::size_t kPartesConBit = 4;
 constexpr double kBits = 16;
@@ -22,11 +22,6 @@ constexpr std::size_t kEstado = 2;
 constexpr std::size_t kFechaHora = 3;
 
 constexpr std::string_view kVentana = "Form1"; // as the log names it
-
-Aviso errorDeIngreso(const std::string& campo, std::string_view que) {
-    return {("Error de Ingreso\r\n" + campo + ": ").append(que), "", true};
-}
-constexpr std::string_view kNoEsNumero = "no es un número";
 
 std::optional<std::string> registroSiguiente(std::string_view registro) {
     const auto numero = hexadecimal(registro);
@@ -62,6 +57,15 @@ std::optional<std::string> direccionSiguiente(std::string_view direccion) {
     return std::string(direccion.substr(0, punto + 1)) + *siguiente + cola;
 }
 
+std::string Operador::decir(const Frase& frase,
+                            std::initializer_list<std::string_view> partes) const {
+    return kv::decir(frase, idioma_, partes);
+}
+
+Aviso Operador::errorDeIngreso(std::string_view campo, const Frase& que) const {
+    return {decir(dicho::kErrorDeIngreso, {campo, decir(que)}), "", true};
+}
+
 void Operador::hacer(const Orden& orden) {
     if (registro_ == nullptr) return cumplir(orden);
     registro_->empieza(textoDeOrden(orden));
@@ -80,14 +84,15 @@ void Operador::cumplir(const Orden& orden) {
     case Orden::Clase::Forzar:
         return p_.forzado.forzarPoleo(orden.texto);
     case Orden::Clase::ForzarNivel:
-        return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro, kQuien);
+        return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro,
+                                                       nombreDe(Ordenante::Ventana));
     case Orden::Clase::Escribir:
         p_.solicitudes.escribirDireccion(orden.texto, orden.numero, kOrigen);
         return;
     case Orden::Clase::Activar:
         if (p_.tablas.bloques.vive(orden.numero))
-            p_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(static_cast<Indice>(orden.numero),
-                                                               orden.otro != 0, kQuien);
+            p_.forzado.Activar_Desactivar_Bloque_Por_Solicitud(
+                static_cast<Indice>(orden.numero), orden.otro != 0, nombreDe(Ordenante::Ventana));
         return;
     case Orden::Clase::Scan:
         return p_.forzado.ModificarScanDeBloque(orden.numero, orden.otro);
@@ -145,23 +150,22 @@ void Operador::forzarLectura(std::string_view direccion) {
 }
 
 Aviso Operador::forzarPorNivel(std::string_view nivel, std::string_view veces) {
-    const auto queja = [](std::string texto, bool delNivel, bool deVeces) -> Aviso {
-        for (const auto& [mal, campo] : {std::pair{delNivel, "Nivel"}, {deVeces, "Veces"}}) {
-            if (mal) texto.append("\r\n").append(campo);
-        }
-        return {texto, "Atencion", true};
+    const auto queja = [this](const Frase& que, bool delNivel, bool deVeces) -> Aviso {
+        std::string texto = decir(que);
+        if (delNivel) texto += "\r\n" + decir(dicho::kNivel);
+        if (deVeces) texto += "\r\n" + decir(dicho::kVeces);
+        return {texto, decir(dicho::kAtencion), true};
     };
     const bool sinNivel = recortar(nivel).empty();
     const bool sinVeces = recortar(veces).empty();
-    if (sinNivel || sinVeces)
-        return queja("Error de Dato, en Nivel y/o Cantidad de Poleos", sinNivel, sinVeces);
+    if (sinNivel || sinVeces) return queja(dicho::kFaltaNivelOVeces, sinNivel, sinVeces);
     const auto entero16 = [](std::string_view texto) {
         const auto numero = numeroConComa(texto);
         return numero ? enteroCorto(*numero) : std::nullopt;
     };
     const auto n = entero16(nivel);
     const auto v = entero16(veces);
-    if (!n || !v) return queja("Error de Tipo de Dato, en Nivel y/o Cantidad de Poleos", !n, !v);
+    if (!n || !v) return queja(dicho::kNivelOVecesNoSonNumeros, !n, !v);
     hacer({Orden::Clase::ForzarNivel, {}, static_cast<double>(*n), static_cast<double>(*v)});
     return {};
 }
@@ -201,17 +205,17 @@ std::string Operador::loQueSeLee(std::string_view direccion) const {
     if (hallada < 0) return {};
     const auto fila = static_cast<std::uint32_t>(hallada);
     std::string texto(lista.texto(fila, kValor));
-    texto.append("   ").append(lista.texto(fila, kEstado));
-    if (!lista.tildada(fila)) texto.append(" (apagado)");
+    const std::string estado = lista.texto(fila, kEstado);
+    texto += "   " + (lista.tildada(fila) ? estado : decir(dicho::kYApagado, {estado}));
     return texto.append("   ").append(lista.texto(fila, kFechaHora));
 }
 
 Aviso Operador::escribirEn(const std::string& renglon, std::string_view direccion,
                            std::string_view valor) {
     const std::string_view donde = recortar(direccion);
-    if (donde.empty()) return errorDeIngreso("Dirección" + renglon, "falta");
+    if (donde.empty()) return errorDeIngreso(decir(dicho::kDireccion) + renglon, dicho::kFalta);
     const auto numero = numeroConComa(valor);
-    if (!numero) return errorDeIngreso("Valor" + renglon, kNoEsNumero);
+    if (!numero) return errorDeIngreso(decir(dicho::kValor) + renglon, dicho::kNoEsNumero);
     escribirDireccion(std::string(donde), *numero);
     return {};
 }
@@ -225,7 +229,7 @@ Aviso Operador::escribirOtraDireccion(std::string& direccion, std::string_view v
         return escribirValor(direccion, valor); // it says which
     const bool conPunto = direccion.find('.') != std::string::npos;
     const auto siguiente = direccionSiguiente(conPunto ? recortar(direccion) : kPrimeraDireccion);
-    if (!siguiente) return errorDeIngreso("Dirección", "no tiene siguiente");
+    if (!siguiente) return errorDeIngreso(decir(dicho::kDireccion), dicho::kSinSiguiente);
     direccion = *siguiente;
     return escribirValor(direccion, valor);
 }
@@ -286,9 +290,9 @@ AperturaDeEscritura Operador::abrirEscritura(std::uint32_t fila) const {
     AperturaDeEscritura a;
     if (partes.size() < 3 || b == nullptr) return a;
     if (!p_.turnos.conectada(b->idConexion)) {
-        a.aviso.texto = "Imposible. Sin conexion con estacion";
+        a.aviso.texto = decir(dicho::kSinConexion);
     } else if (!b->habilitadoPorRespuestas) {
-        a.aviso.texto = "Imposible. Bloque deshabilitado";
+        a.aviso.texto = decir(dicho::kBloqueDeshabilitado);
     } else {
         a.abrir = true;
         a.puerto = partes[0];
@@ -305,17 +309,15 @@ std::optional<Pregunta> Operador::preguntarScan(std::uint32_t fila) const {
     const BloqueLectura* b = bloque(indice);
     if (b == nullptr) return std::nullopt;
     const std::string actual = textoDeNumero(b->scanSegundos);
-    return Pregunta{"ScanTime",
-                    "Scan Time del Bloque (segundos)\r\n" + b->clave + "/" + actual +
-                        "\r\n0: se lee al conectar y al forzar",
-                    actual, indice};
+    return Pregunta{"ScanTime", decir(dicho::kPreguntaDeScan, {b->clave, actual}), actual, indice};
 }
 
 Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
     if (recortar(respuesta).empty() || bloque(indice) == nullptr) return {};
     const auto segundos = numeroConComa(respuesta);
-    if (!segundos) return errorDeIngreso("Scan", kNoEsNumero);
-    if (!Modelo::esScan(*segundos)) return errorDeIngreso("Scan", "de 0,001 s a un año, o 0");
+    const std::string campo = decir(dicho::kScan);
+    if (!segundos) return errorDeIngreso(campo, dicho::kNoEsNumero);
+    if (!Modelo::esScan(*segundos)) return errorDeIngreso(campo, dicho::kScanFueraDeRango);
     hacer({Orden::Clase::Scan, {}, static_cast<double>(indice), *segundos});
     return {};
 }
@@ -344,7 +346,7 @@ Aviso Operador::guardar(const std::string& ruta, std::string_view texto) {
 
 Aviso Operador::guardarBytes(const std::string& ruta, std::string_view bytes) {
     if (p_.archivos.reemplazar(ruta, bytes)) return {};
-    return {"No se puede escribir " + ruta, "Atencion", true};
+    return {decir(dicho::kNoSePuedeEscribir, {ruta}), decir(dicho::kAtencion), true};
 }
 
 } // namespace kv

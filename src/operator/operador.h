@@ -14,11 +14,13 @@
 #include "platform/archivos.h"
 #include "platform/reloj.h"
 #include "platform/sello.h"
+#include "text/idioma.h"
 #include "view/vista.h"
 #include "write/forzado.h"
 #include "write/solicitudes.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -80,7 +82,13 @@ class Operador final : public OrdenDeEscribir {
         Recarga& recarga;
         const Descripciones& descripciones;
     };
-    explicit Operador(const Partes& partes) : p_(partes) {}
+    explicit Operador(const Partes& partes) : p_(partes), porQue_(partes.porQue) {}
+    /// What is told from here on, and why things are as they are, is told in that language; Spanish
+    /// until then. What others read as well (the boxes, the log) stays as it is.
+    void hablarEn(Idioma idioma) {
+        idioma_ = idioma;
+        porQue_.hablarEn(idioma);
+    }
     /// Null: nobody keeps what is ordered.
     void registrarEn(RegistroDeOrdenes* registro) { registro_ = registro; }
     /// Carries out an order, recorded or not.
@@ -153,7 +161,7 @@ class Operador final : public OrdenDeEscribir {
     [[nodiscard]] bool hayCandado() const;
     [[nodiscard]] FechaHora ahora() const { return p_.reloj.ahora(); }
     /// Why a variable, block, station or connection is as it is.
-    [[nodiscard]] const PorQue& porQue() const { return p_.porQue; }
+    [[nodiscard]] const PorQue& porQue() const { return porQue_; }
     [[nodiscard]] const Contadores& contadores() const { return p_.contadores; }
     struct Cifras {
         std::uint64_t respuestas; ///< of the stations since the start
@@ -171,8 +179,13 @@ class Operador final : public OrdenDeEscribir {
     [[nodiscard]] Aviso escribirEn(const std::string& renglon, std::string_view direccion,
                                    std::string_view valor);
     void mostrarBusqueda(std::string_view direccion);
+    [[nodiscard]] std::string decir(const Frase& frase,
+                                    std::initializer_list<std::string_view> partes = {}) const;
+    [[nodiscard]] Aviso errorDeIngreso(std::string_view campo, const Frase& que) const;
 
     Partes p_;
+    PorQue porQue_; ///< as the operator reads it
+    Idioma idioma_ = Idioma::Castellano;
     RegistroDeOrdenes* registro_ = nullptr;
 };
 

@@ -1,31 +1,47 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/porque.h"
 
+#include "operator/dichos_de_porque.h"
 #include "plant/bases.h"
+#include "plant/ordenantes.h"
+#include "platform/motivo_de_enlace.h"
 #include "text/numeros.h"
 
 #include <algorithm>
-#include <array>
+#include <cctype>
 
 namespace kv {
 namespace {
 
 constexpr std::int64_t kVecesLoEsperado = 3;
 
-std::string contar(std::uint32_t n, std::string_view uno, std::string_view varios) {
-    return std::to_string(n) + " " + std::string(n == 1 ? uno : varios);
-}
-
-/// Whole seconds, none of which is over when they are told.
-std::string dentroDe(std::int64_t ms) {
-    return ms <= 0 ? "ya" : "dentro de " + textoDeDuracion((ms + 999) / 1000 * 1000);
-}
-
 std::string enSegundos(std::int64_t ms) {
     return textoDeNumero(static_cast<double>(ms) / 1000) + " s";
 }
 
+std::string lugarDe(const ConexionIP& c) { return c.ip + ":" + c.puertoTCP; }
+
 } // namespace
+
+std::string PorQue::decir(const Frase& frase, Partes partes) const {
+    return kv::decir(frase, idioma_, partes);
+}
+
+std::string PorQue::contar(const Frase& una, const Frase& varias, std::uint32_t n) const {
+    return n == 1 ? decir(una) : decir(varias, {std::to_string(n)});
+}
+
+std::string PorQue::duracion(std::int64_t ms) const {
+    std::string texto = textoDeDuracion(ms);
+    if (idioma_ == Idioma::Ingles) std::replace(texto.begin(), texto.end(), ',', '.');
+    return texto;
+}
+
+/// Whole seconds, none of which is over when they are told.
+std::string PorQue::dentroDe(std::int64_t ms) const {
+    if (ms <= 0) return decir(dicho::kYa);
+    return decir(dicho::kDentroDe, {duracion((ms + 999) / 1000 * 1000)});
+}
 
 FechaHora PorQue::fecha(std::int64_t ms) const {
     const FechaHora ahora = reloj_.ahora();
@@ -44,7 +60,7 @@ std::string PorQue::hora(std::int64_t ms) const {
 }
 
 std::string PorQue::hace(std::int64_t ms) const {
-    return textoDeDuracion(std::max<std::int64_t>(0, reloj_.monotonicoMs() - ms));
+    return duracion(std::max<std::int64_t>(0, reloj_.monotonicoMs() - ms));
 }
 
 std::int64_t PorQue::turnoDeTodosMs(Indice conexion) const {
@@ -90,14 +106,20 @@ ResumenDeEstacion PorQue::resumen(Indice conexion, Indice estacion) const {
     return r;
 }
 
+std::string PorQue::sinRespuesta(const ResumenDeEstacion& r) const {
+    const std::string desde = r.desdeMs < 0 ? decir(dicho::kSinRespuesta)
+                                            : decir(dicho::kSinRespuestaDesde, {hora(r.desdeMs)});
+    return desde + " (" + std::to_string(r.intentos) + ")";
+}
+
 std::string PorQue::porQueVariable(Indice bloque) const {
     const BloqueLectura& b = tablas_.bloques[bloque];
     const Edad e = edad(bloque);
     const std::string leida =
-        e.leidaMs < 0 ? "nunca leida" : "leida por ultima vez hace " + hace(e.leidaMs);
-    if (!e.ok) return "BAD desde " + hora(e.desdeMs) + ", " + leida + ": " + causa(b) + ".";
-    std::string texto = std::string(e.vieja ? "OK pero vieja" : "OK") + ", " + leida;
-    if (e.vieja) texto += " (se espera a lo sumo cada " + enSegundos(e.esperadaMs) + ")";
+        e.leidaMs < 0 ? decir(dicho::kNuncaLeida) : decir(dicho::kLeidaHace, {hace(e.leidaMs)});
+    if (!e.ok) return decir(dicho::kBad, {hora(e.desdeMs), leida, causa(b)}) + ".";
+    const std::string texto = e.vieja ? decir(dicho::kVieja, {leida, enSegundos(e.esperadaMs)})
+                                      : decir(dicho::kOk, {leida});
     const bool haceFalta = e.vieja || !b.activo || b.fallidos.desde.hay();
     return texto + (haceFalta ? ": " + causa(b) : "") + ".";
 }
@@ -108,15 +130,14 @@ std::string PorQue::porQueBloque(Indice bloque) const {
 }
 
 std::string PorQue::apagado(const BloqueLectura& b) const {
-    if (!b.ordenDesde.hay()) return "el bloque esta apagado por la configuracion";
-    return "el bloque esta apagado desde " + hora(b.ordenDesde.ms()) + " por " +
-           tablas_.ordenantes[b.ordenante];
+    if (!b.ordenDesde.hay()) return decir(dicho::kApagadoPorConfiguracion);
+    return decir(dicho::kApagado,
+                 {hora(b.ordenDesde.ms()), ordenanteEn(idioma_, tablas_.ordenantes[b.ordenante])});
 }
 
 std::string PorQue::causa(const BloqueLectura& b) const {
-    if (b.retirado) return "ya no esta en la configuracion";
-    if (!b.tieneTrama)
-        return "no se puede polear: la direccion o el indice de la estacion no caben en un pedido";
+    if (b.retirado) return decir(dicho::kRetirado);
+    if (!b.tieneTrama) return decir(dicho::kNoSePolea);
     if (!b.activo) return apagado(b);
     if (!turnos_.conectada(b.idConexion)) return sinEnlace(b.idConexion);
     if (!b.habilitadoPorRespuestas) return enDescanso(b);
@@ -125,41 +146,40 @@ std::string PorQue::causa(const BloqueLectura& b) const {
 
 std::string PorQue::desdeCuandoSinEnlace(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
+    const std::string quien = decir(dicho::kConexion, {lugarDe(c)});
     // The supervision has not looked at it since.
     if (c.estadoSupervision == 1)
-        return "se acaba de perder (estaba conectada desde " + hora(c.enlaceDesde.ms()) + ")";
-    if (c.enlaceDesde.hay()) return "esta caida desde " + hora(c.enlaceDesde.ms());
-    return conexiones_.wsSocket(conexion).conexiones() > 0
-               ? "se establece y se pierde antes de usarse"
-               : "no se establecio nunca";
+        return decir(dicho::kAcabaDePerderse, {quien, hora(c.enlaceDesde.ms())});
+    if (c.enlaceDesde.hay()) return decir(dicho::kCaida, {quien, hora(c.enlaceDesde.ms())});
+    const bool huboAlguna = conexiones_.wsSocket(conexion).conexiones() > 0;
+    return decir(huboAlguna ? dicho::kFugaz : dicho::kNuncaEstablecida, {quien});
 }
 
 std::string PorQue::sinEnlace(Indice conexion) const {
-    const ConexionIP& c = tablas_.conexiones[conexion];
-    const std::string quien = "la conexion " + c.ip + ":" + c.puertoTCP + " ";
     const EstadoZocalo estado = conexiones_.wsSocket(conexion).estado();
     if (estado == EstadoZocalo::Conectado)
-        return quien + "acaba de establecerse y se usa desde la proxima supervision";
-    std::string texto = quien + desdeCuandoSinEnlace(conexion);
+        return decir(dicho::kAcabaDeEstablecerse,
+                     {decir(dicho::kConexion, {lugarDe(tablas_.conexiones[conexion])})});
+    std::string texto = desdeCuandoSinEnlace(conexion);
     if (const std::string motivo = conexiones_.porQueNoHayEnlace(conexion); !motivo.empty())
-        texto += ": " + motivo;
-    if (estado == EstadoZocalo::Conectando) return texto + "; se esta intentando ahora";
-    return texto + "; proximo intento " + dentroDe(conexiones_.proximoIntentoMs(conexion));
+        texto += ": " + motivoEn(idioma_, motivo);
+    if (estado == EstadoZocalo::Conectando) return decir(dicho::kSeIntenta, {texto});
+    return decir(dicho::kProximoIntento, {texto, dentroDe(conexiones_.proximoIntentoMs(conexion))});
 }
 
 std::string PorQue::intentos(const Fallidos& f) const {
-    if (!f.desde.hay()) return "no hubo respuesta";
-    const auto& n = f.cuantas;
+    if (!f.desde.hay()) return decir(dicho::kNoHuboRespuesta);
     std::string como;
-    const auto agregar = [&como](std::uint32_t cuantos, std::string_view que) {
+    const auto agregar = [&](FinDeIntento fin, const Frase& que) {
+        const std::uint32_t cuantos = f.cuantas[static_cast<std::size_t>(fin)];
         if (cuantos == 0) return;
-        como += (como.empty() ? "" : ", ") + std::to_string(cuantos) + " " + std::string(que);
+        como += (como.empty() ? "" : ", ") + decir(que, {std::to_string(cuantos)});
     };
-    agregar(n[static_cast<std::size_t>(FinDeIntento::SinNada)], "sin nada");
-    agregar(n[static_cast<std::size_t>(FinDeIntento::Danada)], "con bytes que no son respuesta");
-    agregar(n[static_cast<std::size_t>(FinDeIntento::Dudosa)], "con respuesta dudosa");
-    return "sin respuesta desde " + hora(f.desde.ms()) + " (" +
-           contar(f.total(), "intento", "intentos") + ": " + como + ")";
+    agregar(FinDeIntento::SinNada, dicho::kSinNada);
+    agregar(FinDeIntento::Danada, dicho::kConOtraCosa);
+    agregar(FinDeIntento::Dudosa, dicho::kDudosa);
+    return decir(dicho::kSinRespuestaDesde, {hora(f.desde.ms())}) + " (" +
+           contar(dicho::kUnIntento, dicho::kIntentos, f.total()) + ": " + como + ")";
 }
 
 Indice PorQue::quienSondea(const Estacion& e) const {
@@ -172,33 +192,32 @@ std::string PorQue::enDescanso(const BloqueLectura& b) const {
     const Estacion& e = tablas_.estacionDe(b);
     if (!e.muda) {
         const std::int64_t faltan = bloques_.faltanMs(b.indice);
-        return intentos(b.fallidos) + "; descansa hasta " + hora(reloj_.monotonicoMs() + faltan) +
-               ", proximo intento " + dentroDe(faltan);
+        return decir(dicho::kDescansa, {intentos(b.fallidos), hora(reloj_.monotonicoMs() + faltan),
+                                        dentroDe(faltan)});
     }
     const std::string estacion =
-        "la estacion " + nombreDeEstacion(tablas_, b.indice) + " esta " + intentos(e.fallidos);
+        decir(dicho::kEstacionCallada, {nombreDeEstacion(tablas_, b.indice), intentos(e.fallidos)});
     const Indice quien = quienSondea(e);
-    if (quien == kNinguno) return estacion + "; se esta preguntando por ella";
-    return estacion + "; " +
-           (quien == b.indice ? "este bloque" : "el bloque " + tablas_.bloques[quien].clave) +
-           " pregunta por todos " + dentroDe(bloques_.faltanMs(quien));
+    if (quien == kNinguno) return decir(dicho::kSePregunta, {estacion});
+    const std::string cuando = dentroDe(bloques_.faltanMs(quien));
+    if (quien == b.indice) return decir(dicho::kEsteBloqueSondea, {estacion, cuando});
+    return decir(dicho::kOtroBloqueSondea, {estacion, tablas_.bloques[quien].clave, cuando});
 }
 
 /// What the connection does instead of asking for the block.
 std::string PorQue::queOcupaLaLinea(const BloqueLectura& b) const {
     const ConexionIP& c = tablas_.conexiones[b.idConexion];
-    if (c.retenida) return "la linea espera a que no lleguen respuestas atrasadas";
+    if (c.retenida) return decir(dicho::kLineaRetenida);
     const bool leyendo = c.turno == EstadoDeTurno::Esperando && c.bloqueEnCurso != kNinguno;
     if (leyendo && tablas_.bloques[c.bloqueEnCurso].tramaSolicitud == c.tramaEnCurso) {
-        if (c.bloqueEnCurso == b.indice) return "se le esta preguntando ahora";
+        if (c.bloqueEnCurso == b.indice) return decir(dicho::kSeLePregunta);
         const Estacion& otra = tablas_.estacionDe(tablas_.bloques[c.bloqueEnCurso]);
         if (otra.fallidos.desde.hay())
-            return "espera su turno detras de la estacion " +
-                   nombreDeEstacion(tablas_, c.bloqueEnCurso) + ", " + intentos(otra.fallidos);
+            return decir(dicho::kDetrasDeEstacion,
+                         {nombreDeEstacion(tablas_, c.bloqueEnCurso), intentos(otra.fallidos)});
     }
-    if (c.turno == EstadoDeTurno::Esperando && !leyendo)
-        return "espera su turno detras de una escritura";
-    return "espera su turno, uno de " + contar(c.activos, "bloque", "bloques");
+    if (c.turno == EstadoDeTurno::Esperando && !leyendo) return decir(dicho::kDetrasDeEscritura);
+    return contar(dicho::kEsperaSolo, dicho::kEspera, c.activos);
 }
 
 std::string PorQue::enSuTurno(const BloqueLectura& b) const {
@@ -206,52 +225,50 @@ std::string PorQue::enSuTurno(const BloqueLectura& b) const {
     const std::int64_t faltan = bloques_.faltanMs(b.indice);
     if (b.pendiente) return fallidos + queOcupaLaLinea(b);
     if (faltan >= 0)
-        return fallidos + "se le pregunta cada " + enSegundos(b.scanMs) + ", otra vez " +
-               dentroDe(faltan);
-    if (b.scanMs == 0)
-        return fallidos + "tiene scan 0: se lee solo al conectar y cuando se lo fuerza";
-    return fallidos + "espera que le toque";
+        return fallidos + decir(dicho::kCada, {enSegundos(b.scanMs), dentroDe(faltan)});
+    return fallidos + decir(b.scanMs == 0 ? dicho::kScanCero : dicho::kNoLeToca);
 }
 
 std::string PorQue::porQueEstacion(Indice conexion, Indice estacion) const {
-    const ConexionIP& c = tablas_.conexiones[conexion];
-    const Estacion& e = c.estaciones[estacion];
-    const std::string nombre = "PLC " + std::to_string(e.numero) + ": ";
-    if (!turnos_.conectada(conexion)) return nombre + sinEnlace(conexion) + ".";
+    const Estacion& e = tablas_.conexiones[conexion].estaciones[estacion];
+    return "PLC " + std::to_string(e.numero) + ": " + causaDeEstacion(conexion, estacion) + ".";
+}
+
+std::string PorQue::causaDeEstacion(Indice conexion, Indice estacion) const {
+    if (!turnos_.conectada(conexion)) return sinEnlace(conexion);
+    const Estacion& e = tablas_.conexiones[conexion].estaciones[estacion];
     const Cuentas cuentas = contadores_.deEstacion(conexion, estacion);
     if (callada(e) || (e.fallidos.desde.hay() && cuentas.respuestas == 0)) {
-        std::string texto = nombre + intentos(e.fallidos);
         const Indice quien = e.muda ? quienSondea(e) : kNinguno;
-        if (quien != kNinguno)
-            texto += "; pregunta " + tablas_.bloques[quien].clave + " " +
-                     dentroDe(bloques_.faltanMs(quien));
-        return texto + ".";
+        if (quien == kNinguno) return intentos(e.fallidos);
+        return decir(dicho::kSondeaElBloque, {intentos(e.fallidos), tablas_.bloques[quien].clave,
+                                              dentroDe(bloques_.faltanMs(quien))});
     }
     if (cuentas.respuestas == 0) {
         const bool alguno = std::any_of(e.bloques.begin(), e.bloques.end(), [this](Indice i) {
             return tablas_.bloques[i].activo && tablas_.bloques[i].tieneTrama;
         });
-        return nombre + (alguno ? "todavia no se le pregunto." : "no tiene bloques que se poleen.");
+        return decir(alguno ? dicho::kSinPreguntar : dicho::kSinBloques);
     }
     const std::int64_t decimas = cuentas.ultimoUs / 100;
     std::string tardo = textoDeNumero(static_cast<double>(decimas) / 10);
-    std::replace(tardo.begin(), tardo.end(), '.', ',');
-    return nombre + "contesta; ultima respuesta hace " + hace(cuentas.ultimaRespuestaMs) + ", en " +
-           tardo + " ms.";
+    if (idioma_ == Idioma::Castellano) std::replace(tardo.begin(), tardo.end(), '.', ',');
+    return decir(dicho::kContesta, {hace(cuentas.ultimaRespuestaMs), tardo});
 }
 
 std::string PorQue::porQueConexion(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
     if (!turnos_.conectada(conexion)) {
         std::string texto = sinEnlace(conexion) + ".";
-        texto[0] = 'L';
+        texto[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(texto[0])));
         return texto;
     }
-    std::string texto = "La conexion " + c.ip + ":" + c.puertoTCP + " esta conectada desde " +
-                        hora(c.enlaceDesde.ms());
+    std::string texto = decir(dicho::kConectada, {lugarDe(c), hora(c.enlaceDesde.ms())});
     for (std::size_t k = 0; k < c.estaciones.limiteSuperior(); ++k) {
         const Estacion& e = c.estaciones[k];
-        if (callada(e)) texto += "; PLC " + std::to_string(e.numero) + " " + intentos(e.fallidos);
+        if (callada(e))
+            texto +=
+                decir(dicho::kEstacionDeElla, {std::to_string(e.numero), intentos(e.fallidos)});
     }
     return texto + ".";
 }

@@ -7,9 +7,12 @@
 #include "plant/tablas.h"
 #include "platform/reloj.h"
 #include "poll/reloj_de_bloques.h"
+#include "text/idioma.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace kv {
 
@@ -31,8 +34,9 @@ struct ResumenDeEstacion {
     std::uint32_t intentos = 0; ///< so many
 };
 
-/// Why things are as they are, in one sentence each, in Spanish. Looks at the plant's records when
-/// it is asked and keeps nothing. Indices must be those of records that exist.
+/// Why things are as they are, in one sentence each. Looks at the plant's records when it is asked
+/// and keeps nothing but its language, so that whoever speaks another one has a copy of its own.
+/// Indices must be those of records that exist.
 class PorQue {
   public:
     /// All of them must outlive this.
@@ -40,6 +44,8 @@ class PorQue {
            const RelojDeBloques& relojDeBloques, const Contadores& contadores, const Reloj& reloj)
         : tablas_(tablas), turnos_(turnos), conexiones_(conexiones), bloques_(relojDeBloques),
           contadores_(contadores), reloj_(reloj) {}
+    /// Spanish until then.
+    void hablarEn(Idioma idioma) { idioma_ = idioma; }
 
     /// Of the variable of a block: whether its value counts, since when, and why not.
     [[nodiscard]] std::string porQueVariable(Indice bloque) const;
@@ -50,6 +56,8 @@ class PorQue {
 
     [[nodiscard]] Edad edad(Indice bloque) const;
     [[nodiscard]] ResumenDeEstacion resumen(Indice conexion, Indice estacion) const;
+    /// "sin respuesta desde 03:12:05 (4)", of a station that is silent.
+    [[nodiscard]] std::string sinRespuesta(const ResumenDeEstacion& callada) const;
     /// A station does not answer.
     [[nodiscard]] bool callada(const Estacion& e) const;
     /// How long one turn of all blocks of a connection takes as a rule, ms.
@@ -63,7 +71,13 @@ class PorQue {
     [[nodiscard]] std::string hace(std::int64_t ms) const;
 
   private:
+    using Partes = std::initializer_list<std::string_view>;
+    [[nodiscard]] std::string decir(const Frase& frase, Partes partes = {}) const;
+    [[nodiscard]] std::string contar(const Frase& una, const Frase& varias, std::uint32_t n) const;
+    [[nodiscard]] std::string duracion(std::int64_t ms) const;
+    [[nodiscard]] std::string dentroDe(std::int64_t ms) const;
     [[nodiscard]] std::string causa(const BloqueLectura& b) const;
+    [[nodiscard]] std::string causaDeEstacion(Indice conexion, Indice estacion) const;
     [[nodiscard]] std::string sinEnlace(Indice conexion) const;
     [[nodiscard]] std::string desdeCuandoSinEnlace(Indice conexion) const;
     [[nodiscard]] std::string enDescanso(const BloqueLectura& b) const;
@@ -79,6 +93,7 @@ class PorQue {
     const RelojDeBloques& bloques_;
     const Contadores& contadores_;
     const Reloj& reloj_;
+    Idioma idioma_ = Idioma::Castellano;
 };
 
 } // namespace kv

@@ -43,7 +43,8 @@ std::uint8_t Tablas::ordenante(std::string_view quien) {
     quien = quien.substr(0, kLargo);
     auto i = std::find(ordenantes.begin(), ordenantes.end(), quien);
     if (i == ordenantes.end() && ordenantes.size() <= kMaximo)
-        i = ordenantes.emplace(i, ordenantes.size() < kMaximo ? quien : "otros");
+        i = ordenantes.emplace(i, ordenantes.size() < kMaximo ? std::string(quien)
+                                                              : nombreDe(Ordenante::Otros));
     if (i == ordenantes.end()) --i;
     return static_cast<std::uint8_t>(i - ordenantes.begin());
 }

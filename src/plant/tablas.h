@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plant/bloque.h"
+#include "plant/ordenantes.h"
 #include "plant/posiciones.h"
 #include "plant/registros.h"
 #include "plant/tabla.h"
@@ -76,7 +77,7 @@ class Tablas {
     Tabla<BloqueEscritura> escrituras;
     std::vector<std::vector<Indice>> bloquesPorNivel; ///< in creation order
     /// Who may have switched a block on or off; the first is the configuration.
-    std::vector<std::string> ordenantes{"la configuracion"};
+    std::vector<std::string> ordenantes{nombreDe(Ordenante::Configuracion)};
     double cantidadDePuntos = 0;
     double cantidadDeEstaciones = 0;
 
@@ -85,7 +86,7 @@ class Tablas {
     void ponerPendiente(Indice bloque, bool pendiente);
     void ponerActivo(Indice bloque, bool activo);
     void habilitar(Indice bloque, bool habilitado);
-    /// The number in `ordenantes` of somebody; of so many at most, the others being "otros".
+    /// The number in `ordenantes` of somebody; of so many at most, the others being one.
     [[nodiscard]] std::uint8_t ordenante(std::string_view quien);
     /// Position in the connection's `bloques` of the block to be polled next, the one polled last
     /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/sesion.h"
 
+#include "events/rechazo.h"
+#include "plant/ordenantes.h"
 #include "server/cifrado.h"
 #include "text/fecha.h"
 #include "text/numeros.h"
@@ -214,7 +216,7 @@ void Sesion::escribirUna(std::string_view contenido) {
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen_);
     const std::string_view motivo =
-        puerta_.soloLectura() ? "solo lectura" : "demasiadas en un segundo";
+        enPalabras(puerta_.soloLectura() ? Rechazo::SoloLectura : Rechazo::DemasiadasEnUnSegundo);
     log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo,
                   Novedad::EscrituraNoAdmitida);
     ordenes_.rechazarEscritura(direccion, valor, origen_, motivo);
@@ -225,7 +227,7 @@ void Sesion::forzarUna(std::string_view contenido) {
     if (!campos) return;
     const double nivel = numeroDeCampo(campos->first);
     // Without its port: a client that comes again is the same one.
-    const std::string quien = "el cliente " + remoto_.substr(0, remoto_.rfind(':'));
+    const std::string quien = nombreDe(Ordenante::Cliente, remoto_.substr(0, remoto_.rfind(':')));
     ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second), quien);
 }
 

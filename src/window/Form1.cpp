@@ -274,7 +274,7 @@ void Form1::MnuShutdown() {
 }
 
 void Form1::preguntarSalida() {
-    mensajero_.preguntar("msgSalir", "Atencion", "Desea Salir?", [this] {
+    mensajero_.preguntar("msgSalir", tr("Atencion"), tr("Desea Salir?"), [this] {
         salirPermitido_ = true;
         operador_.MnuShutdown();
         partes_.alApagar();

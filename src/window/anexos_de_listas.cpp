@@ -2,7 +2,6 @@
 #include "window/anexos_de_listas.h"
 
 #include "window/controls/control.h"
-#include "window/controls/idioma.h"
 
 #include <QCoreApplication>
 
@@ -13,7 +12,7 @@ namespace {
 
 constexpr int kLetrasDeEdad = 13;
 constexpr int kLetrasDeHora = 20;
-constexpr int kLetrasDeDescripcion = 30;
+constexpr int kLetrasDeDescripcion = 20; // at least: it gets what is left over
 
 /// The block of a row of the variables or of the blocks.
 Indice bloqueDe(const Vista& vista, const Tablas& tablas, std::uint32_t fila) {
@@ -40,7 +39,7 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
          [edad, &porQue](std::uint32_t fila) {
              const Edad e = edad(fila);
              return e.leidaMs < 0 ? QCoreApplication::translate("kv::Form1", "nunca")
-                                  : conSuComa(enQt(porQue.hace(e.leidaMs)));
+                                  : enQt(porQue.hace(e.leidaMs));
          },
          [edad](std::uint32_t fila) { return -static_cast<double>(edad(fila).leidaMs); }, true});
     anexos.columnas.push_back(

@@ -206,8 +206,8 @@ void Form1::armarMenusDeFilas() {
             const std::int64_t fila = lista->actual();
             const std::int64_t b = fila < 0 ? -1 : filas.etiqueta(static_cast<std::uint32_t>(fila));
             if (operador_.sePuedeOlvidar(b)) return operador_.olvidar(b);
-            mensajero_.avisar(
-                {deQt(tr("Está en la configuración: se apaga con su tilde.")), "Atencion"});
+            mensajero_.avisar({deQt(tr("Está en la configuración: se apaga con su tilde.")),
+                               deQt(tr("Atencion"))});
         });
     sockets_->agregarAccion("accSoloConexion", tr("Trazas: sólo esta conexión"), [this] {
         const std::int64_t fila = sockets_->actual();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/ventanas.h"
 
+#include "window/controls/idioma.h"
 #include "window/controls/ventana.h"
 
 namespace kv {
@@ -21,6 +22,7 @@ Ventanas::Ventanas(const PartesDeVentana& partes)
     : vista_(partes.vista), form1_(partes),
       servidor_(partes.vista.servidor, partes.trazas, partes.operador, partes.mensajero) {
     partes.mensajero.delante(&form1_);
+    partes.operador.hablarEn(enIngles() ? Idioma::Ingles : Idioma::Castellano);
 }
 
 void Ventanas::mirarVisibilidad() {

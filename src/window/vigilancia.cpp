@@ -152,7 +152,7 @@ void Vigilancia::agregarATendencias(const std::vector<std::uint32_t>& filas) {
         partes_.mensajero.avisar(
             {deQt(
                  tr("Entran %1 variables; quite alguna antes.").arg(RegistroDeTendencias::kSeries)),
-             "Atencion"});
+             deQt(tr("Atencion"))});
     recordarTendencias();
     abrirTendencias();
 }

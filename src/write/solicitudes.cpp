@@ -14,6 +14,10 @@ namespace {
 /// A part of a bad address or of a text behind it, for messages.
 constexpr std::size_t kDireccionEnMensaje = 200;
 
+std::invalid_argument rechazada(Rechazo rechazo) {
+    return std::invalid_argument(std::string(enPalabras(rechazo)));
+}
+
 } // namespace
 
 SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
@@ -40,31 +44,29 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
     };
     try {
         DireccionPartida d;
-        if (!partirDireccion(direccion, d))
-            return negar(std::invalid_argument("direccion no valida"));
+        if (!partirDireccion(direccion, d)) return negar(rechazada(Rechazo::DireccionNoValida));
         // What names no bit must not become a write of the whole register.
-        if (d.bit == kNoEsBit) return negar(std::invalid_argument("bit fuera de 0 a 15"));
+        if (d.bit == kNoEsBit) return negar(rechazada(Rechazo::BitFueraDeRango));
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
-            return rechazar({corta, "no se encuentra PLC", origen, clave}, valor,
+            return rechazar({corta, enPalabras(Rechazo::SinPlc), origen, clave}, valor,
                             ClaseDeRechazo::SinPlc);
         if (!turnos_.conectada(lugar.conexion))
-            return rechazar({corta, "sin conexion", origen, clave}, valor,
+            return rechazar({corta, enPalabras(Rechazo::SinConexion), origen, clave}, valor,
                             ClaseDeRechazo::SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
-        if (leido == kNinguno)
-            return negar(std::invalid_argument("ningun bloque lee ese registro"));
+        if (leido == kNinguno) return negar(rechazada(Rechazo::NadieLoLee));
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
-            return negar(std::length_error("demasiadas escrituras en espera"));
+            return negar(std::length_error(std::string(enPalabras(Rechazo::DemasiadasEnEspera))));
         BloqueEscritura nueva;
         if (!armar(nueva, d, b, valor))
-            return negar(std::out_of_range("direccion o valor fuera de trama"));
+            return negar(std::out_of_range(std::string(enPalabras(Rechazo::FueraDeTrama))));
         nueva.origen = origen;
         const Indice n = ejecucion_.tomarLugar(std::move(nueva));
         b.ultimaEscritura = n;

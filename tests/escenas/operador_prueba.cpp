@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <string>
+#include <vector>
+
 namespace kv {
 
 TEST(Operador, LaDireccionSiguienteCuentaEnHexadecimalYPasaDeBitABit) {
@@ -52,6 +56,47 @@ TEST(Operador, UnaTrazaSeGuardaEnLaLetraDelCampoOSeDiceQueNo) {
     p.archivos.negarEscrituras(true);
     EXPECT_EQ(p.motor.operador.guardar("/kv/otra.txt", "x").texto,
               "No se puede escribir /kv/otra.txt");
+}
+
+TEST(Operador, LoQueNoSeAceptaSeDiceEnSuIdioma) {
+    Configuracion config;
+    config.puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "1", false);
+    Planta p(config);
+    p.arrancar();
+    Operador& operador = p.motor.operador;
+    const auto todo = [&] {
+        const std::array pares{Operador::Par{"1.1.10", "1"}, Operador::Par{"1.1.11", "x"}};
+        std::string sinSiguiente = "1.1.XY";
+        p.archivos.negarEscrituras(true);
+        const std::vector<std::string> dicho{
+            operador.escribirValor("", "1").texto,
+            operador.enviarPares(pares).texto,
+            operador.escribirOtraDireccion(sinSiguiente, "1").texto,
+            operador.responderScan(0, "-1").texto,
+            operador.preguntarScan(0)->texto,
+            operador.forzarPorNivel("", "1").texto,
+            operador.forzarPorNivel("1", "x").texto,
+            operador.abrirEscritura(0).aviso.texto,
+            operador.guardar("/kv/x.txt", "").texto,
+            std::string(operador.loQueSeLee("1.1.10").substr(0, 13))};
+        p.archivos.negarEscrituras(false);
+        return dicho;
+    };
+    const auto castellano = todo();
+    operador.hablarEn(Idioma::Ingles);
+    EXPECT_EQ(todo(), (std::vector<std::string>{
+                          "Entry error\r\nAddress: missing", "Entry error\r\nValue 2: not a number",
+                          "Entry error\r\nAddress: there is no next one",
+                          "Entry error\r\nScan: from 0.001 s to a year, or 0",
+                          "Scan time of the block (seconds)\r\n1.1.10/1\r\n0: read on connecting "
+                          "and when forced",
+                          "The level and/or the number of polls is missing\r\nLevel",
+                          "The level and/or the number of polls is not a whole number\r\nTimes",
+                          "Impossible. No connection with the station",
+                          "/kv/x.txt cannot be written", "0   BAD (off)"}));
+    operador.hablarEn(Idioma::Castellano);
+    EXPECT_EQ(todo(), castellano);
+    EXPECT_EQ(castellano.front(), "Error de Ingreso\r\nDirección: falta");
 }
 
 } // namespace kv

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Every way in which a variable can be BAD, made to happen, and what the driver says of it.
 
+#include "apoyo/dos_idiomas.h"
 #include "apoyo/planta.h"
 
 #include <gtest/gtest.h>
@@ -25,10 +26,19 @@ Configuracion dosEstaciones(const PuertoDePrueba& puerto = {"1", "1", "20"}) {
 class PorQueEstaMal : public testing::Test {
   protected:
     explicit PorQueEstaMal(Configuracion c = dosEstaciones()) : p(c) {}
-    [[nodiscard]] std::string variable(Indice i) const { return p.motor.porQue.porQueVariable(i); }
-    [[nodiscard]] std::string conexion() const { return p.motor.porQue.porQueConexion(0); }
+    // Whatever is asked says the same in English.
+    [[nodiscard]] std::string variable(Indice i) const {
+        return enLosDos(p.motor.porQue.porQueVariable(i), ingles.porQueVariable(i));
+    }
+    [[nodiscard]] std::string conexion() const {
+        return enLosDos(p.motor.porQue.porQueConexion(0), ingles.porQueConexion(0));
+    }
     [[nodiscard]] std::string estacion(Indice e) const {
-        return p.motor.porQue.porQueEstacion(0, e);
+        return enLosDos(p.motor.porQue.porQueEstacion(0, e), ingles.porQueEstacion(0, e));
+    }
+    static std::string enLosDos(const std::string& castellano, const std::string& enIngles) {
+        EXPECT_EQ(loQueFallaEnIngles(castellano, enIngles), "");
+        return castellano;
     }
     /// The calendar time `s` seconds after the plant was started.
     [[nodiscard]] static std::string a(int s) {
@@ -40,6 +50,7 @@ class PorQueEstaMal : public testing::Test {
         };
     }
     Planta p;
+    PorQue ingles = enIngles(p.motor.porQue);
 };
 
 } // namespace

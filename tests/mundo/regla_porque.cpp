@@ -79,6 +79,8 @@ bool ReglaDePorQue::pudoSer(Indice n, std::string_view motivo) const {
 
 void ReglaDePorQue::mirarSinEnlace(Indice n) {
     const std::string dice = c_.motor.porQue.porQueConexion(n);
+    c_.exigir(loQueFallaEnIngles(dice, ingles_.porQueConexion(n)).empty(),
+              "the reason is the same in English", n);
     const DeEnlace& e = enlaces_[n];
     if (e.desdeMs >= 0)
         c_.exigir(dice.find((e.arriba ? "se acaba de perder (estaba conectada desde "
@@ -121,6 +123,8 @@ void ReglaDePorQue::mirar(Indice i) {
     const BloqueLectura& b = c_.motor.tablas.bloques[i];
     const PorQue& q = c_.motor.porQue;
     const std::string dice = q.porQueVariable(i);
+    c_.exigir(loQueFallaEnIngles(dice, ingles_.porQueVariable(i)).empty(),
+              "the reason is the same in English", i);
     const auto tiene = [&dice](std::string_view que) {
         return dice.find(que) != std::string::npos;
     };

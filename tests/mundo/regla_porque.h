@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "apoyo/dos_idiomas.h"
 #include "mundo/contexto.h"
 
 #include <string>
@@ -11,7 +12,7 @@ namespace kv::mundo {
 /// What the driver says of a variable is so. What happened is noted here from the events alone.
 class ReglaDePorQue final : public OyenteDeSucesos {
   public:
-    explicit ReglaDePorQue(Contexto& c) : c_(c) {}
+    explicit ReglaDePorQue(Contexto& c) : c_(c), ingles_(enIngles(c.motor.porQue)) {}
     void alSuceder(const kv::Suceso& s, std::string_view texto) override;
     void alPedirEnlace(std::size_t n);
     /// Asks for some variables, others at every sweep, and for all connections that are not up.
@@ -43,6 +44,7 @@ class ReglaDePorQue final : public OyenteDeSucesos {
                                                      std::string_view que);
 
     Contexto& c_;
+    PorQue ingles_; ///< says the same in English
     std::vector<DeBloque> bloques_;
     std::vector<DeEnlace> enlaces_;
     Indice siguiente_ = 0;

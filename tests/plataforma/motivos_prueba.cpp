@@ -4,6 +4,7 @@
 
 #include "plataforma/apoyo.h"
 
+#include "platform/motivo_de_enlace.h"
 #include "platform/simulated/bucle_simulado.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 #include <fstream>
 #include <linux/rtnetlink.h>
 #include <netinet/in.h>
+#include <system_error>
 
 namespace kv {
 namespace {
@@ -191,6 +193,29 @@ TEST(Motivos, DelNucleoQueSeCansaDeIntentar) {
         EXPECT_EQ(enElNucleo(kLejos), cansado);
         EXPECT_EQ(simulado(ETIMEDOUT, 127'000'000), cansado);
     });
+}
+
+/// Whatever a socket has failed with is told to who reads English: all but the system's own words.
+TEST(Motivos, SeDicenEnInglesTodos) {
+    for (int m = 0; m <= static_cast<int>(Motivo::LineaQueNoCalla); ++m) {
+        const std::string es = enPalabras(static_cast<Motivo>(m), "plc.norte");
+        const std::string en = motivoEn(Idioma::Ingles, es);
+        EXPECT_NE(en, es);
+        EXPECT_EQ(motivoEn(Idioma::Castellano, es), es);
+        EXPECT_EQ(es.find("plc.norte") != std::string::npos,
+                  en.find("plc.norte") != std::string::npos);
+    }
+    for (const FaseDeEnlace fase :
+         {FaseDeEnlace::AlConectar, FaseDeEnlace::AlEscuchar, FaseDeEnlace::Establecido}) {
+        for (int error = 1; error < 134; ++error) {
+            const std::string es = motivoDeEnlace(error, fase);
+            EXPECT_EQ(motivoEn(Idioma::Ingles, es) == es,
+                      es == std::generic_category().message(error))
+                << es;
+        }
+    }
+    EXPECT_EQ(motivoEn(Idioma::Ingles, "plc: Name has no usable address"),
+              "plc: Name has no usable address");
 }
 
 } // namespace kv

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <random>
 #include <string>
@@ -19,6 +20,40 @@ class Temporizadores : public testing::Test {
     }
     BucleSimulado bucle;
     std::string tics;
+};
+
+/// Timers that tick once, in a list that is searched from end to end.
+struct Lista {
+    struct Uno {
+        std::int64_t vence = 0, orden = 0, intervalo = 0;
+        bool encendido = false;
+    };
+    std::vector<Uno> todos;
+    std::int64_t ahora = 0, armados = 0;
+
+    void armar(Uno& u) {
+        u.vence = ahora + u.intervalo;
+        u.orden = ++armados;
+    }
+    /// Which, and when.
+    std::vector<std::pair<std::size_t, std::int64_t>> avanzar(std::int64_t hasta) {
+        std::vector<std::pair<std::size_t, std::int64_t>> salen;
+        const auto toca = [&](const Uno& u) {
+            return u.encendido && u.intervalo > 0 && u.vence <= hasta;
+        };
+        const auto antes = [&](const Uno& a, const Uno& b) {
+            if (toca(a) != toca(b)) return toca(a);
+            return std::pair(a.vence, a.orden) < std::pair(b.vence, b.orden);
+        };
+        for (;;) {
+            const auto primero = std::min_element(todos.begin(), todos.end(), antes);
+            if (!toca(*primero)) break;
+            primero->encendido = false;
+            salen.emplace_back(primero - todos.begin(), primero->vence);
+        }
+        ahora = hasta;
+        return salen;
+    }
 };
 
 } // namespace
@@ -83,29 +118,19 @@ TEST_F(Temporizadores, PuedeDestruirseEnSuPropioTicYDestruirAOtros) {
     EXPECT_EQ(bucle.temporizadoresEncendidos(), 0U);
 }
 
-// Beside a list that is searched from end to end. Intervals and waits lie around every length at
-// which the queue files otherwise, and far beyond all of them.
+// Intervals and waits lie around every length at which the queue files otherwise, and far beyond.
 TEST_F(Temporizadores, MuchosAlAzarSalenComoDeUnaLista) {
-    struct DeLista {
-        std::int64_t vence = 0, orden = 0, intervalo = 0;
-        bool encendido = false;
-    };
     constexpr std::size_t kCuantos = 60;
     std::mt19937 azar(7);
-    std::vector<DeLista> lista(kCuantos);
+    Lista lista{.todos = std::vector<Lista::Uno>(kCuantos), .ahora = bucle.reloj().monotonicoMs()};
     std::vector<std::unique_ptr<Temporizador>> todos;
-    std::vector<std::pair<std::size_t, std::int64_t>> salieron, debian;
-    std::int64_t ahora = 0, orden = 0;
+    std::vector<std::pair<std::size_t, std::int64_t>> salieron;
     std::size_t cuantos = 0;
     const auto nuevo = [&](std::size_t k) {
         auto t = bucle.crearTemporizador(
             [&salieron, this, k] { salieron.emplace_back(k, bucle.reloj().monotonicoMs()); });
         t->tocarUnaVez(); // a day is many ticks of a short one
         return t;
-    };
-    const auto armar = [&](DeLista& d) {
-        d.vence = ahora + d.intervalo;
-        d.orden = ++orden;
     };
     const auto algunTiempo = [&]() -> std::int64_t {
         constexpr std::array<std::int64_t, 8> kAlrededor{
@@ -114,53 +139,36 @@ TEST_F(Temporizadores, MuchosAlAzarSalenComoDeUnaLista) {
     };
     for (std::size_t k = 0; k < kCuantos; ++k)
         todos.push_back(nuevo(k));
-    ahora = bucle.reloj().monotonicoMs();
     for (int paso = 0; paso < 6000; ++paso) {
         const std::size_t k = azar() % kCuantos;
-        DeLista& d = lista[k];
+        Lista::Uno& u = lista.todos[k];
         switch (azar() % 8) {
         case 0:
             todos[k] = nuevo(k);
-            d = {};
+            u = {};
             break;
         case 1:
         case 2:
             todos[k]->habilitar(false);
-            d.encendido = false;
+            u.encendido = false;
             break;
         case 3:
-            if (!d.encendido) armar(d);
+            if (!u.encendido) lista.armar(u);
             todos[k]->habilitar(true);
-            d.encendido = true;
+            u.encendido = true;
             break;
         default:
-            d.intervalo = algunTiempo();
-            d.encendido = true;
-            armar(d);
-            todos[k]->rearmar(d.intervalo);
+            u.intervalo = algunTiempo();
+            u.encendido = true;
+            lista.armar(u);
+            todos[k]->rearmar(u.intervalo);
         }
         if (azar() % 4 != 0) continue;
-        const std::int64_t hasta = ahora + (azar() % 2 == 0 ? azar() % 60 : algunTiempo());
-        for (;;) {
-            std::size_t primero = kCuantos;
-            for (std::size_t i = 0; i < kCuantos; ++i) {
-                const DeLista& e = lista[i];
-                if (!e.encendido || e.intervalo == 0 || e.vence > hasta) continue;
-                if (primero == kCuantos || std::pair(e.vence, e.orden) <
-                                               std::pair(lista[primero].vence, lista[primero].orden))
-                    primero = i;
-            }
-            if (primero == kCuantos) break;
-            ahora = lista[primero].vence;
-            lista[primero].encendido = false;
-            debian.emplace_back(primero, ahora);
-        }
-        bucle.avanzar(hasta - bucle.reloj().monotonicoMs());
-        ahora = hasta;
-        ASSERT_EQ(salieron, debian) << "step " << paso;
+        const std::int64_t espera = azar() % 2 == 0 ? azar() % 60 : algunTiempo();
+        bucle.avanzar(espera);
+        ASSERT_EQ(salieron, lista.avanzar(lista.ahora + espera)) << "step " << paso;
         cuantos += salieron.size();
         salieron.clear();
-        debian.clear();
     }
     EXPECT_GT(cuantos, 1000U);
 }

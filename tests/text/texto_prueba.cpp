@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "text/fecha.h"
+#include "text/idioma.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -72,6 +73,16 @@ TEST(Fecha, FormatosYCalendario) {
     EXPECT_EQ(fechaDesdeSegundos(951782399), (FechaHora{2000, 2, 28, 23, 59, 59, 0}));
     EXPECT_EQ(fechaDesdeSegundos(951782400), (FechaHora{2000, 2, 29, 0, 0, 0, 0}));
     EXPECT_EQ(fechaDesdeSegundos(-1), (FechaHora{1969, 12, 31, 23, 59, 59, 0}));
+}
+
+TEST(Frases, LasPartesVanASuLugarYNoSeTomanPorLugares) {
+    constexpr Frase frase{"%1 de %2, 100 %", "of %2 %1, 100 %"};
+    EXPECT_EQ(decir(frase, Idioma::Castellano, {"%2", "b"}), "%2 de b, 100 %");
+    EXPECT_EQ(decir(frase, Idioma::Ingles, {"%2", "b"}), "of b %2, 100 %");
+    constexpr Frase nombre{"el usuario %1", "the user %1"};
+    EXPECT_EQ(pasarA(Idioma::Ingles, nombre, "el usuario el usuario"), "the user el usuario");
+    EXPECT_EQ(pasarA(Idioma::Ingles, nombre, "otro usuario"), std::nullopt);
+    EXPECT_EQ(pasarA(Idioma::Ingles, Frase("otros", "others"), "otros dos"), std::nullopt);
 }
 
 } // namespace kv

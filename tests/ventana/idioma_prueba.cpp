@@ -57,13 +57,13 @@ QString menuDe(QWidget& control) {
     return textos;
 }
 
-class Idioma : public testing::Test {
+class IdiomaDeVentanas : public testing::Test {
   protected:
-    Idioma() {
+    IdiomaDeVentanas() {
         QCoreApplication::installTranslator(&espia);
         ponerIdioma("");
     }
-    ~Idioma() override {
+    ~IdiomaDeVentanas() override {
         for (QTranslator* t : qApp->findChildren<QTranslator*>())
             QCoreApplication::removeTranslator(t);
         QCoreApplication::removeTranslator(&espia);
@@ -76,7 +76,7 @@ class Idioma : public testing::Test {
 
 } // namespace
 
-TEST_F(Idioma, LosMenusDelBotonDerechoSonCastellanos) {
+TEST_F(IdiomaDeVentanas, LosMenusDelBotonDerechoSonCastellanos) {
     QWidget padre;
     QLineEdit linea("uno", &padre);
     QPlainTextEdit texto("dos", &padre);
@@ -95,7 +95,7 @@ TEST_F(Idioma, LosMenusDelBotonDerechoSonCastellanos) {
     EXPECT_EQ(faltan(), "") << qPrintable(faltan());
 }
 
-TEST_F(Idioma, ElDialogoDeArchivosEsCastellano) {
+TEST_F(IdiomaDeVentanas, ElDialogoDeArchivosEsCastellano) {
     const QTemporaryDir carpeta;
     QFile(carpeta.filePath("traza.txt")).open(QIODevice::WriteOnly);
     QDir(carpeta.path()).mkdir("adentro");

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -27,10 +28,13 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <unordered_map>
 
 namespace kv {
 namespace {
+
+constexpr int kFilasQueSeMiran = 12; // of a list
 
 /// What can be scrolled into sight is judged by the room that it has in what is scrolled.
 QRect sitio(const QWidget& control, const QWidget& ventana) {
@@ -103,7 +107,11 @@ void juzgarTitulos(const QWidget& c, const std::string& foto) {
             const QString titulo =
                 cabeza->model()->headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
             if (cabeza->isSectionHidden(i)) continue;
-            EXPECT_GE(cabeza->sectionSize(i), cabeza->fontMetrics().horizontalAdvance(titulo) + 4)
+            const int comoSeEscribe =
+                cabeza->model()->headerData(i, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+            const QRect sitio(0, 0, cabeza->sectionSize(i) - 4, cabeza->height());
+            const QRect ocupa = cabeza->fontMetrics().boundingRect(sitio, comoSeEscribe, titulo);
+            EXPECT_TRUE(sitio.contains(ocupa))
                 << quienEs(*cabeza->parentWidget(), foto) << " cuts " << deQt(titulo);
         }
     } else if (const auto* fichas = qobject_cast<const QTabBar*>(&c)) {
@@ -145,13 +153,29 @@ void juzgarLetras(const QTextDocument& texto, const QPalette& paleta, const std:
 
 void juzgarCeldas(QAbstractItemView& tabla, const std::string& que) {
     const QAbstractItemModel* modelo = tabla.model();
-    constexpr int kFilas = 12;
-    for (int f = 0; f < std::min(modelo->rowCount(), kFilas); ++f) {
+    for (int f = 0; f < std::min(modelo->rowCount(), kFilasQueSeMiran); ++f) {
         for (int c = 0; c < modelo->columnCount(); ++c) {
             const QModelIndex celda = modelo->index(f, c);
             if (celda.data().toString().trimmed().isEmpty()) continue;
             juzgarTrozo(*tabla.viewport(), tabla.visualRect(celda),
                         que + " " + deQt(celda.data().toString()));
+        }
+    }
+}
+
+/// Headings, and the first rows with their tool tips; names of files are the disk's.
+void textosDeLista(const QAbstractItemView& lista,
+                   const std::function<void(const QString&)>& tomar) {
+    const QAbstractItemModel* modelo = lista.model();
+    if (modelo == nullptr) return;
+    const bool conTitulos = qobject_cast<const QTableView*>(&lista) != nullptr;
+    const bool delDisco = qobject_cast<const QFileDialog*>(lista.window()) != nullptr;
+    const int filas = delDisco ? 0 : std::min(modelo->rowCount(), kFilasQueSeMiran);
+    for (int c = 0; c < modelo->columnCount(); ++c) {
+        if (conTitulos) tomar(modelo->headerData(c, Qt::Horizontal).toString());
+        for (int f = 0; f < filas; ++f) {
+            tomar(modelo->index(f, c).data().toString());
+            tomar(modelo->index(f, c).data(Qt::ToolTipRole).toString());
         }
     }
 }
@@ -253,9 +277,8 @@ QMap<QString, QString> textosDe(const QWidget& ventana) {
         } else if (const auto* opciones = qobject_cast<const QComboBox*>(o)) {
             for (int i = 0; i < opciones->count(); ++i)
                 tomar(opciones->itemText(i));
-        } else if (const auto* tabla = qobject_cast<const QTableView*>(o)) {
-            for (int i = 0; i < tabla->model()->columnCount(); ++i)
-                tomar(tabla->model()->headerData(i, Qt::Horizontal).toString());
+        } else if (const auto* lista = qobject_cast<const QAbstractItemView*>(o)) {
+            textosDeLista(*lista, tomar);
         }
     }
     return todos;

@@ -102,6 +102,15 @@ TEST_F(Motivos, UnaEstacionMudaNoPareceSana) {
         << qPrintable(celda(conexiones(), 1, 2));
     EXPECT_EQ(conexiones().model()->index(1, 2).data(Qt::DecorationRole).value<QIcon>().cacheKey(),
               senalDeEstado(EstadoDeFila::Descansa).cacheKey());
+    for (QTableView* lista : {&conexiones(), &variables()}) {
+        for (int c = 0; c < lista->model()->columnCount(); ++c)
+            EXPECT_FALSE(lista->isColumnHidden(c)) << "there is room for all of them";
+        const int ultima = lista->model()->rowCount() - 1;
+        constexpr int kSenal = 26;
+        EXPECT_GE(lista->columnWidth(2),
+                  lista->fontMetrics().horizontalAdvance(celda(*lista, ultima, 2)) + kSenal)
+            << qPrintable(celda(*lista, ultima, 2)) << " is cut";
+    }
     EXPECT_EQ(celda(conexiones(), 0, 2), "Conectado OK");
     EXPECT_TRUE(destaca("lblCalladas"));
     EXPECT_TRUE(rotulo("lblCalladas").contains(" 1 "));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/epoll/resolutor.h"
 
+#include "platform/motivo_de_enlace.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -147,8 +149,8 @@ NombreResuelto resolverConElSistema(const std::string& nombre) {
     addrinfo* lista = nullptr;
     const int error = getaddrinfo(nombre.c_str(), nullptr, &pedido, &lista);
     if (error != 0) {
-        r.motivo = error == EAI_NONAME  ? "nadie conoce el nombre " + nombre
-                   : error == EAI_AGAIN ? "no se pudo averiguar el nombre " + nombre
+        r.motivo = error == EAI_NONAME  ? enPalabras(Motivo::NombreDesconocido, nombre)
+                   : error == EAI_AGAIN ? enPalabras(Motivo::NombreSinAveriguar, nombre)
                                         : nombre + ": " + gai_strerror(error);
         return r;
     }

@@ -193,18 +193,18 @@ void ZocaloEpoll::conectar(const std::string& maquina, std::uint32_t puerto) {
     const std::string texto(recortar(maquina));
     const ClaseDeMaquina clase = claseDeMaquina(texto);
     if (clase == ClaseDeMaquina::Ninguna || puerto == 0 || puerto > 65535)
-        return fallar("direccion no valida");
+        return fallar(enPalabras(Motivo::DireccionNoValida));
     puerto_ = puerto;
     if (clase == ClaseDeMaquina::Nombre) {
         Resolutor* const resolutor = bucle_.resolutor();
         if (resolutor == nullptr || !resolutor->pedir(texto, *this))
-            return fallar("no se pudo preguntar por el nombre " + texto);
+            return fallar(enPalabras(Motivo::NombreSinPreguntar, texto));
         nombre_ = texto;
         estado_ = EstadoZocalo::Conectando;
         return;
     }
     const auto m = maquinaDe(texto);
-    if (!m) return fallar("direccion no valida");
+    if (!m) return fallar(enPalabras(Motivo::DireccionNoValida));
     maquinas_.assign(1, *m);
     probar();
 }
@@ -255,7 +255,7 @@ void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
     const bool vale = direccionDe(ip, puerto, direccion);
     if (vale && volverAEscuchar(lugar)) return;
     cerrar();
-    if (!vale) return fallar("direccion no valida");
+    if (!vale) return fallar(enPalabras(Motivo::DireccionNoValida));
     const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (d < 0) return fallar(alEscuchar(errno));
     const int si = 1;
@@ -354,7 +354,7 @@ bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
         if (tomados == bytes.size()) return true;
     }
     if (enCola() + bytes.size() - tomados > limiteDeCola_) {
-        fallar("el otro extremo no lee lo que se le envia");
+        fallar(enPalabras(Motivo::NoLee));
         return false;
     }
     const auto resto = bytes.subspan(tomados);
@@ -438,7 +438,7 @@ void ZocaloEpoll::terminarConexion() {
     getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &largo);
     const bool mismo = error == 0 && esElMismo(descriptor_);
     if (error != 0 || mismo) {
-        motivo_ = mismo ? "al otro extremo no hay nadie" : alConectar(error);
+        motivo_ = mismo ? enPalabras(Motivo::NoHayNadie) : alConectar(error);
         soltarDescriptor();
         probar();
         if (estado_ == EstadoZocalo::Error) oyente_.alCortarse(indice_);

@@ -274,7 +274,7 @@ void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
         const std::string& ip = nombres_[s.bytes];
         if (!ip.empty()) return llamar(s.enlace, e, ip);
         enlaces_.erase(s.enlace);
-        return zocalo->entregarRechazo("nadie conoce el nombre " + s.bytes);
+        return zocalo->entregarRechazo(enPalabras(Motivo::NombreDesconocido, s.bytes));
     }
     case Tipo::Impaciencia:
         return impacientar(s.enlace, e);

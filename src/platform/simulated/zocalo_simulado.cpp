@@ -101,7 +101,7 @@ bool ZocaloSimulado::enviar(std::span<const std::uint8_t> bytes) {
     if (cola_.size() + bytes.size() > limiteDeCola_) {
         soltar();
         estado_ = EstadoZocalo::Error;
-        motivo_ = "el otro extremo no lee lo que se le envia";
+        motivo_ = enPalabras(Motivo::NoLee);
         return false;
     }
     cola_.append(reinterpret_cast<const char*>(bytes.data()), bytes.size()); // NOLINT

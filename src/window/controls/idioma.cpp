@@ -19,8 +19,6 @@ bool& ingles() {
 
 bool enIngles() { return ingles(); }
 
-QString conSuComa(QString duracion) { return ingles() ? duracion.replace(',', '.') : duracion; }
-
 void ponerIdioma(std::string_view idioma) {
     ingles() = idioma == "en";
     QLocale::setDefault(ingles() ? QLocale(QLocale::English)

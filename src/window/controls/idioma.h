@@ -9,11 +9,9 @@ namespace kv {
 
 /// The language of the windows' own texts and of the toolkit's: "en" for English; anything else is
 /// Spanish, the language of the sources. What the driver writes into lists and traces is Spanish
-/// always. Call before windows are made.
+/// always; what it tells the operator is asked for in this language. Call before windows are made.
 void ponerIdioma(std::string_view idioma);
 /// Whether the windows speak English: for texts that come to them in both languages.
 [[nodiscard]] bool enIngles();
-/// A duration that the driver wrote ("0,7 s"), with the decimal sign of the windows' language.
-[[nodiscard]] QString conSuComa(QString duracion);
 
 } // namespace kv

@@ -196,8 +196,8 @@ void FrmEscritura::BtnOk() {
 }
 
 void FrmEscritura::escribir() {
-    const std::string falta = escritura_.BtnOk(orden_);
-    if (falta.empty()) {
+    const auto mal = escritura_.BtnOk(orden_);
+    if (!mal) {
         close();
         return;
     }
@@ -206,7 +206,9 @@ void FrmEscritura::escribir() {
         c->setFocus();
         break;
     }
-    avisar(this, enQt(falta));
+    const std::array errores{tr("Error de numero de Puerto"), tr("Error de numero de PLC"),
+                             tr("Error de numero de Direccion"), tr("Error de valor numerico")};
+    avisar(this, errores.at(static_cast<std::size_t>(*mal)));
 }
 
 } // namespace kv

@@ -6,6 +6,7 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "window/controls/control.h"
+#include "window/controls/idioma.h"
 
 #include <QCoreApplication>
 
@@ -216,7 +217,8 @@ QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
     case Que::EscrituraRechazada: {
         const auto r = TextoDeRechazo::partir(anotacion.texto);
         return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura rechazada: %1 = %2: %3"))
-            .arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)), enQt(r.motivo));
+            .arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)),
+                 enQt(rechazoEn(enIngles() ? Idioma::Ingles : Idioma::Castellano, r.motivo)));
     }
     case Que::SinPuertoNiPlc:
         return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No existe ese puerto o PLC: %1"))

@@ -14,25 +14,59 @@ constexpr double kParteMinima = 0.85;           // figures and hours are read wh
 constexpr double kParteMinimaDeLaQueDice = 0.6; // the pointer tells the rest
 constexpr int kMargenDeCabeza = 14;
 
+/// How wide a title is that is broken at the blank where that helps most.
+int anchoEnDosLineas(const QString& titulo, const QFontMetrics& letras) {
+    int ancho = letras.horizontalAdvance(titulo);
+    for (auto i = titulo.indexOf(' '); i >= 0; i = titulo.indexOf(' ', i + 1))
+        ancho = std::min(ancho, std::max(letras.horizontalAdvance(titulo.left(i)),
+                                         letras.horizontalAdvance(titulo.mid(i + 1))));
+    return ancho;
+}
+
 } // namespace
 
 AcomodoDeColumnas::AcomodoDeColumnas(QTableView& tabla, QList<int> anchos, int laQueMasDice)
     : QObject(&tabla), tabla_(tabla), titulos_(tabla.horizontalHeader()->viewport()),
       anchos_(std::move(anchos)), laQueMasDice_(laQueMasDice) {
-    for (int c = 0; c < anchos_.size(); ++c)
-        anchos_[c] = std::max(anchos_[c], minimo(c));
     tabla.viewport()->installEventFilter(this);
     titulos_->installEventFilter(this);
     acomodar();
 }
 
-int AcomodoDeColumnas::minimo(int columna) const {
+int AcomodoDeColumnas::minimo(int columna, Titulos titulos) const {
     const QString titulo =
         tabla_.model()->headerData(columna, Qt::Horizontal, Qt::DisplayRole).toString();
     const QFontMetrics letras = tabla_.horizontalHeader()->fontMetrics();
     const double parte = columna == laQueMasDice_ ? kParteMinimaDeLaQueDice : kParteMinima;
-    return std::max(static_cast<int>(anchos_[columna] * parte),
-                    letras.horizontalAdvance(titulo) + kMargenDeCabeza);
+    const int enUna = letras.horizontalAdvance(titulo) + kMargenDeCabeza;
+    const int suyo = titulos == Titulos::EnUnaLinea || enUna <= anchos_[columna]
+                         ? enUna
+                         : anchoEnDosLineas(titulo, letras) + kMargenDeCabeza;
+    return std::max(static_cast<int>(anchos_[columna] * parte), suyo);
+}
+
+QList<int> AcomodoDeColumnas::lasQueEntran(Titulos titulos) const {
+    const QHeaderView& cabeza = *tabla_.horizontalHeader();
+    int queda = tabla_.viewport()->width();
+    QList<int> entran;
+    for (int v = 0; v < cabeza.count(); ++v) {
+        const int c = cabeza.logicalIndex(v);
+        queda -= minimo(c, titulos);
+        // The first is shown whatever room there is.
+        if (!entran.isEmpty() && queda < 0) break;
+        entran << c;
+    }
+    return entran;
+}
+
+void AcomodoDeColumnas::ponerTitulos(Titulos titulos) {
+    QHeaderView& cabeza = *tabla_.horizontalHeader();
+    const int alto = titulos == Titulos::EnUnaLinea
+                         ? 0
+                         : cabeza.sizeHint().height() + cabeza.fontMetrics().lineSpacing();
+    if (cabeza.minimumHeight() == alto) return;
+    cabeza.setMinimumHeight(alto);
+    emit cabeza.geometriesChanged(); // the table gives it the room
 }
 
 void AcomodoDeColumnas::pedir(int columna, int ancho) {
@@ -45,23 +79,23 @@ void AcomodoDeColumnas::pedir(int columna, int ancho) {
 void AcomodoDeColumnas::acomodar() {
     if (arregladas_) return;
     const QHeaderView& cabeza = *tabla_.horizontalHeader();
+    const QList<int> enDos = lasQueEntran(Titulos::EnDos);
+    QList<int> entran = lasQueEntran(Titulos::EnUnaLinea);
+    const Titulos titulos = enDos.size() > entran.size() ? Titulos::EnDos : Titulos::EnUnaLinea;
+    if (titulos == Titulos::EnDos) entran = enDos;
+    ponerTitulos(titulos);
     int queda = tabla_.viewport()->width();
-    QList<int> entran;
-    for (int v = 0; v < cabeza.count(); ++v) {
-        const int c = cabeza.logicalIndex(v);
-        // The first is shown whatever room there is.
-        if (!entran.isEmpty() && queda < minimo(c)) break;
-        queda -= minimo(c);
-        entran << c;
-    }
     for (int c = 0; c < cabeza.count(); ++c)
         tabla_.setColumnHidden(c, !entran.contains(c));
+    for (const int c : entran)
+        queda -= minimo(c, titulos);
     std::stable_partition(entran.begin(), entran.end(),
                           [this](int c) { return c == laQueMasDice_; });
     for (const int c : entran) {
-        const int mas = std::clamp(queda, 0, anchos_[c] - minimo(c));
+        const int suyo = minimo(c, titulos);
+        const int mas = std::clamp(queda, 0, std::max(0, anchos_[c] - suyo));
         queda -= mas;
-        tabla_.setColumnWidth(c, minimo(c) + mas);
+        tabla_.setColumnWidth(c, suyo + mas);
     }
 }
 

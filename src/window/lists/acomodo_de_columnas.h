@@ -11,7 +11,9 @@ namespace kv {
 
 /// Keeps the columns of a table within its width, so that nobody has to scroll sideways: one gives
 /// way, the others a little, and those at the right that have no room even so are left out until
-/// there is. Once the operator has arranged the columns by hand they stay as they are.
+/// there is. Titles that are wider than what stands below them take two lines where that lets more
+/// columns in (their model lets them be wrapped). Once the operator has arranged the columns by
+/// hand they stay as they are.
 class AcomodoDeColumnas final : public QObject {
     Q_OBJECT
   public:
@@ -29,9 +31,13 @@ class AcomodoDeColumnas final : public QObject {
     bool eventFilter(QObject* objeto, QEvent* suceso) override;
 
   private:
+    enum class Titulos { EnUnaLinea, EnDos };
     /// The narrowest that a column may become: part of what it wants, and never less than its
     /// title.
-    [[nodiscard]] int minimo(int columna) const;
+    [[nodiscard]] int minimo(int columna, Titulos titulos) const;
+    /// Those that have room, from the left.
+    [[nodiscard]] QList<int> lasQueEntran(Titulos titulos) const;
+    void ponerTitulos(Titulos titulos);
     [[nodiscard]] QList<int> disposicion() const;
 
     QTableView& tabla_;

@@ -115,6 +115,9 @@ QVariant ModeloDeLista::data(const QModelIndex& celda, int papel) const {
 
 QVariant ModeloDeLista::headerData(int columna, Qt::Orientation orientacion, int papel) const {
     if (orientacion != Qt::Horizontal || columna < 0 || columna >= columnCount()) return {};
+    // Not as the header's own: that one would not take back what it has saved.
+    if (papel == Qt::TextAlignmentRole)
+        return int{Qt::AlignLeft | Qt::AlignVCenter} | int{Qt::TextWordWrap};
     if (papel != Qt::DisplayRole && papel != Qt::ToolTipRole) return {};
     const auto cual = static_cast<std::size_t>(columna);
     const ColumnaPropia* p = propia(cual);

@@ -49,10 +49,7 @@ void Recuento::completar() {
 std::string Recuento::sinRespuesta(Indice conexion) const {
     if (conexion >= primeraCallada_.size() || primeraCallada_[conexion] >= estaciones_.size())
         return {};
-    const ResumenDeEstacion& r = estaciones_[primeraCallada_[conexion]].resumen;
-    std::string texto = "sin respuesta";
-    if (r.desdeMs >= 0) texto += " desde " + porQue_.hora(r.desdeMs);
-    return texto + " (" + std::to_string(r.intentos) + ")";
+    return porQue_.sinRespuesta(estaciones_[primeraCallada_[conexion]].resumen);
 }
 
 } // namespace kv

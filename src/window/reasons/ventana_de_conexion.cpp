@@ -2,7 +2,6 @@
 #include "window/reasons/ventana_de_conexion.h"
 
 #include "window/controls/control.h"
-#include "window/controls/idioma.h"
 #include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/reasons/barra_de_reparto.h"
@@ -34,9 +33,9 @@ QString tiempos(const Cuentas& c) {
 }
 
 QString hace(const Cuentas& c, const PorQue& porQue) {
-    return c.ultimaRespuestaMs < 0 ? VentanaDeConexion::tr("nunca")
-                                   : VentanaDeConexion::tr("hace %1").arg(
-                                         conSuComa(enQt(porQue.hace(c.ultimaRespuestaMs))));
+    return c.ultimaRespuestaMs < 0
+               ? VentanaDeConexion::tr("nunca")
+               : VentanaDeConexion::tr("hace %1").arg(enQt(porQue.hace(c.ultimaRespuestaMs)));
 }
 
 enum ColumnaDeEstacion {
