@@ -12,6 +12,8 @@ namespace {
 
 // Of one tick, for all readers: about a millisecond's worth.
 constexpr std::size_t kPasosPorTic = 1500;
+// And for requests, some of which take as long as a thousand others.
+constexpr std::int64_t kPedidosUs = 1000;
 constexpr std::size_t kTrozo = std::size_t{64} << 10;
 // A reader that has so much before it is told nothing more for now, and after so long is closed.
 constexpr std::size_t kColaLlena = std::size_t{256} << 10;
@@ -145,6 +147,9 @@ void PuertaLocal::tic() {
     if (enTic_) return;
     enTic_ = true;
     timer_->habilitar(false);
+    ticUs_ = p_.bucle.reloj().monotonicoUs();
+    // Who was first goes behind the others: the time may not be enough for all.
+    if (!lectores_.empty()) lectores_.splice(lectores_.end(), lectores_, lectores_.begin());
     std::size_t pasos = kPasosPorTic;
     // Each has its part of the tick, whatever the others ask for.
     const std::size_t parte =
@@ -193,7 +198,9 @@ void PuertaLocal::atender(Lector& l, std::size_t& pasos) {
 /// While its answers wait, so do its requests.
 void PuertaLocal::tomarRenglones(Lector& l, std::size_t& pasos) {
     std::size_t tomados = 0;
-    while (pasos > 0 && l.salida.size() < kTrozo && l.trabajos.size() < kTrabajos && !l.ultimo) {
+    const auto hayTiempo = [this] { return p_.bucle.reloj().monotonicoUs() - ticUs_ < kPedidosUs; };
+    while (pasos > 0 && l.salida.size() < kTrozo && l.trabajos.size() < kTrabajos && !l.ultimo &&
+           hayTiempo()) {
         const std::size_t fin = l.entrada.find('\n', tomados);
         const std::size_t largo = (fin == std::string::npos ? l.entrada.size() : fin) - tomados;
         if (largo > kRenglonMaximo) {

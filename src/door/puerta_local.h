@@ -155,8 +155,9 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     std::unique_ptr<Temporizador> timer_;
     std::list<Lector> lectores_;
     std::size_t ultimo_ = 0;
-    FechaHora desde_;    ///< when it was opened: the start of the driver
-    bool enTic_ = false; ///< events that run meanwhile only leave something to do
+    FechaHora desde_;        ///< when it was opened: the start of the driver
+    std::int64_t ticUs_ = 0; ///< when the present tick began
+    bool enTic_ = false;     ///< events that run meanwhile only leave something to do
     bool oyeSucesos_ = false;
     bool escribiendo_ = false; ///< ends of writes are kept: one of them may be of the present one
     std::vector<std::pair<Indice, std::int16_t>> terminadas_;

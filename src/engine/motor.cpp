@@ -155,6 +155,7 @@ void Motor::rechazarEscritura(std::string_view direccion, double valor, std::str
 }
 
 void Motor::terminar() {
+    servidor.terminar();
     ejecucion.alTerminarElPrograma();
     puertaLocal.cerrar();
     auditoria.cerrar();

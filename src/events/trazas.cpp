@@ -41,32 +41,33 @@ void Traza::agregar(const Suceso& s, std::string& texto) const {
 }
 
 std::string Traza::texto() const {
-    const Sucesos& sucesos = redaccion_->sucesos();
-    std::vector<std::uint64_t> cuales;
-    std::string una;
-    std::size_t bytes = 0;
-    for (std::uint64_t n = sucesos.siguiente(); n > sucesos.primero() && bytes < kMaximo; --n) {
-        if (!tiene(sucesos[n - 1])) continue;
-        una.clear();
-        agregar(sucesos[n - 1], una);
-        bytes += una.size();
-        cuales.push_back(n - 1);
-    }
     std::string texto;
-    texto.reserve(bytes + 2 * cuales.size());
-    std::for_each(cuales.rbegin(), cuales.rend(),
-                  [&](std::uint64_t n) { agregar(sucesos[n], texto); });
+    (void)desde(redaccion_->sucesos().primero(), texto);
     return texto;
 }
 
 bool Traza::seguir(std::uint64_t& visto, std::string& texto) const {
     const Sucesos& sucesos = redaccion_->sucesos();
-    if (visto < sucesos.primero()) return false;
-    for (; visto < sucesos.siguiente(); ++visto) {
-        if (tiene(sucesos[visto])) agregar(sucesos[visto], texto);
-        if (texto.size() > kMaximo) return false;
+    const std::uint64_t primero = std::max(visto, sucesos.primero());
+    const bool todo = desde(primero, texto) && primero == visto;
+    visto = sucesos.siguiente();
+    return todo;
+}
+
+/// Begins with the latest: where there is much, most of it is never looked at.
+bool Traza::desde(std::uint64_t primero, std::string& texto) const {
+    const Sucesos& sucesos = redaccion_->sucesos();
+    std::vector<std::string> partes;
+    std::size_t bytes = 0;
+    std::uint64_t n = sucesos.siguiente();
+    for (; n > primero && bytes < kMaximo; --n) {
+        if (!tiene(sucesos[n - 1])) continue;
+        agregar(sucesos[n - 1], partes.emplace_back());
+        bytes += partes.back().size();
     }
-    return true;
+    texto.reserve(bytes);
+    std::for_each(partes.rbegin(), partes.rend(), [&](const std::string& una) { texto += una; });
+    return n == primero;
 }
 
 TrazaAlMomento::TrazaAlMomento(Sucesos& sucesos, const Tablas& tablas, LectorDeTrazas& destino)

@@ -22,9 +22,8 @@ class Traza {
     [[nodiscard]] Traza soloDe(Indice conexion, Indice bloque) const;
     /// The latest lines, at least `kMaximo` bytes of them if there are so many.
     [[nodiscard]] std::string texto() const;
-    /// Adds the lines of what has happened since `visto`, which moves up to now. False when
-    /// something of it is gone already, or when it is more than anybody is shown: the text has to
-    /// be read anew.
+    /// The lines of what has happened since `visto`, which moves up to now. False when something of
+    /// it is gone already, or when it is more than anybody is shown: then it is what `texto` gives.
     bool seguir(std::uint64_t& visto, std::string& texto) const;
     [[nodiscard]] std::uint64_t hasta() const { return redaccion_->sucesos().siguiente(); }
     [[nodiscard]] std::string_view nombre() const { return nombreDe(caja_); }
@@ -34,6 +33,8 @@ class Traza {
   private:
     [[nodiscard]] bool tiene(const Suceso& s) const;
     void agregar(const Suceso& s, std::string& texto) const;
+    /// The latest lines since an event; false when there are more.
+    [[nodiscard]] bool desde(std::uint64_t primero, std::string& texto) const;
 
     const Redaccion* redaccion_;
     Caja caja_;

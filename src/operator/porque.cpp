@@ -70,11 +70,15 @@ std::int64_t PorQue::turnoDeTodosMs(Indice conexion) const {
 }
 
 Edad PorQue::edad(Indice bloque) const {
+    return edad(bloque, reloj_.monotonicoMs(), turnoDeTodosMs(tablas_.bloques[bloque].idConexion));
+}
+
+Edad PorQue::edad(Indice bloque, std::int64_t ahoraMs, std::int64_t turnoMs) const {
     const BloqueLectura& b = tablas_.bloques[bloque];
     Edad e{.ok = b.estado == kOk, .desdeMs = b.estadoDesde.ms(), .leidaMs = b.leidoMs};
     if (!b.activo || !b.tieneTrama || b.scanMs == 0) return e;
-    e.esperadaMs = kVecesLoEsperado * std::max(b.scanMs, turnoDeTodosMs(b.idConexion));
-    e.vieja = e.ok && reloj_.monotonicoMs() - b.leidoMs > e.esperadaMs;
+    e.esperadaMs = kVecesLoEsperado * std::max(b.scanMs, turnoMs);
+    e.vieja = e.ok && ahoraMs - b.leidoMs > e.esperadaMs;
     return e;
 }
 
@@ -92,9 +96,11 @@ ResumenDeEstacion PorQue::resumen(Indice conexion, Indice estacion) const {
     r.callada = callada(e);
     r.intentos = e.fallidos.total();
     if (e.fallidos.desde.hay()) r.desdeMs = e.fallidos.desde.ms();
+    const std::int64_t ahora = reloj_.monotonicoMs();
+    const std::int64_t turno = turnoDeTodosMs(conexion);
     for (const Indice i : e.bloques) {
         if (!tablas_.bloques[i].activo) continue;
-        const Edad suya = edad(i);
+        const Edad suya = edad(i, ahora, turno);
         ++(!suya.ok ? r.bad : suya.vieja ? r.viejas : r.ok);
     }
     return r;

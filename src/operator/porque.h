@@ -62,6 +62,7 @@ class PorQue {
     [[nodiscard]] bool callada(const Estacion& e) const;
     /// How long one turn of all blocks of a connection takes as a rule, ms.
     [[nodiscard]] std::int64_t turnoDeTodosMs(Indice conexion) const;
+    [[nodiscard]] Edad edad(Indice bloque, std::int64_t ahoraMs, std::int64_t turnoMs) const;
     /// The calendar time of a moment.
     [[nodiscard]] FechaHora fecha(std::int64_t ms) const;
     /// "03:12:05", with its day where that is not today.

@@ -73,7 +73,12 @@ class Zocalo {
     /// state 7.
     virtual bool enviar(std::span<const std::uint8_t> bytes) = 0;
     /// From now on what is sent waits until the end of the loop's turn and leaves in one piece.
+    /// With `false` what waits leaves at once, as far as the link takes it.
     virtual void agruparEnvios(bool agrupar) = 0;
+    /// While it is held nothing that comes is told, neither bytes nor the end of the link: they
+    /// wait outside, where there is so much room and no more, and holds the peer back. What is sent
+    /// in groups waits with them. A link that comes up is not held.
+    virtual void frenar(bool freno) = 0;
     /// Bytes that may wait to be sent; 64 KiB at the start.
     virtual void limitarCola(std::size_t bytes) = 0;
     [[nodiscard]] virtual std::size_t enCola() const = 0;

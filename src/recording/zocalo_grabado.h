@@ -31,6 +31,7 @@ class ZocaloGrabado final : public Zocalo, private OyenteDeZocalo {
     void abortar() override { dentro_->abortar(); }
     bool enviar(std::span<const std::uint8_t> bytes) override;
     void agruparEnvios(bool agrupar) override { dentro_->agruparEnvios(agrupar); }
+    void frenar(bool freno) override { dentro_->frenar(freno); }
     void limitarCola(std::size_t bytes) override { dentro_->limitarCola(bytes); }
     [[nodiscard]] std::size_t enCola() const override;
     [[nodiscard]] std::size_t bytesSinConfirmar() const override;

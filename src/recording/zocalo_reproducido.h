@@ -51,6 +51,7 @@ class ZocaloReproducido final : public Zocalo {
         return podia && estado_ == EstadoZocalo::Conectado;
     }
     void agruparEnvios(bool /*agrupar*/) override {}
+    void frenar(bool /*freno*/) override {}
     void limitarCola(std::size_t /*bytes*/) override {}
     [[nodiscard]] std::size_t enCola() const override {
         return reproductor_.toca(Entrada::EnCola) ? suNumero() : 0;

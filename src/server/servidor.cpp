@@ -146,9 +146,17 @@ void FrmServerTCP::vigilarPlazoDeLogin() {
     });
 }
 
+/// Whatever the client has sent is done, and answered. It may go meanwhile.
+void FrmServerTCP::acabar() {
+    sesion_.acabar();
+    if (sala_.hayCliente()) sala_.primera()->zocalo->agruparEnvios(false);
+}
+
 /// Ends what is done for it, and closes.
 void FrmServerTCP::despedir(std::uint64_t numero) {
     if (sala_.hayCliente()) {
+        acabar();
+        if (sala_.hallar(numero) == nullptr) return;
         sesion_.terminar();
         sucesos_.decir({.que = Que::ClienteSale}, sala_.primera()->remoto);
     }
@@ -184,6 +192,10 @@ void FrmServerTCP::contarKeepAlive(Visita& visita, double maximo, bool toca) {
 void FrmServerTCP::alContestarKeepAlive() {
     tics_ = 0;
     if (Visita* cliente = sala_.primera()) cliente->intentos = 0;
+}
+
+void FrmServerTCP::frenar(bool freno) {
+    if (sala_.hayCliente()) sala_.primera()->zocalo->frenar(freno);
 }
 
 void FrmServerTCP::alPedirConexion(std::size_t /*indice*/, std::string_view remoto) {

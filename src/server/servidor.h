@@ -41,6 +41,8 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void escuchar();
     /// Sends one payload in its envelope if a client is connected. Lets events run.
     void enviarDatos(std::string_view carga) override;
+    /// The program ends: what the client has sent is done.
+    void terminar() { acabar(); }
     /// The read reply for an address on the wire's bytes; empty when there is no such variable.
     [[nodiscard]] std::string obtenerTramaParaENVIAR(std::string_view direccion) {
         return sesion_.obtenerTramaParaENVIAR(direccion);
@@ -58,6 +60,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void mostrarCliente();
     void vigilarPlazoDeLogin();
     void entra(Visita& visita);
+    void acabar();
     void despedir(std::uint64_t numero);
 
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
@@ -67,6 +70,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void enviarSuelto(std::string_view bytes) override;
     void pedirSincronismo() override;
     void alContestarKeepAlive() override;
+    void frenar(bool freno) override;
     [[nodiscard]] const Separadores& separadores() const override { return separadores_; }
 
     [[nodiscard]] bool conectado() const;

@@ -9,7 +9,9 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
+#include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -17,6 +19,10 @@ namespace {
 constexpr std::size_t kLlegadaEnCaja = 4096;     // bytes of one arrival that the box shows
 constexpr std::size_t kLlegadaEnRegistro = 2048; // and a log entry
 constexpr std::size_t kColumnaDeValor = 1;
+
+constexpr std::size_t kTramasPorTanda = 200;
+constexpr std::int64_t kTandaUs = 1000;
+constexpr std::int64_t kSeguirMs = 1;
 
 double numeroDeCampo(std::string_view campo) {
     const auto numero = numeroDeTexto(campo);
@@ -34,24 +40,94 @@ std::string paraMostrar(std::string_view llegada, std::size_t maximo) {
 
 } // namespace
 
+/// As much as is done in one go: about a millisecond's worth.
+class Sesion::Tanda {
+  public:
+    explicit Tanda(const Reloj& reloj) : reloj_(&reloj), desdeUs_(reloj.monotonicoUs()) {}
+    static Tanda sinFin() { return {}; }
+    /// Whether there was enough; counts one more.
+    [[nodiscard]] bool basta() {
+        if (reloj_ == nullptr) return false;
+        return hechas_++ == kTramasPorTanda || reloj_->monotonicoUs() - desdeUs_ >= kTandaUs;
+    }
+
+  private:
+    Tanda() = default;
+    const Reloj* reloj_ = nullptr;
+    std::int64_t desdeUs_ = 0;
+    std::size_t hechas_ = 0;
+};
+
+/// Something is done for as long as it lives, whichever way that ends.
+class Sesion::Trabajo {
+  public:
+    explicit Trabajo(bool& trabajando) : trabajando_(trabajando) { trabajando_ = true; }
+    ~Trabajo() { trabajando_ = false; }
+    Trabajo(const Trabajo&) = delete;
+    Trabajo& operator=(const Trabajo&) = delete;
+
+  private:
+    bool& trabajando_;
+};
+
 Sesion::Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& sucesos, LogAcotado& log,
                Puerta& puerta, OrdenesDelCliente& ordenes, CableDelCliente& cable)
     : bucle_(bucle), tablas_(tablas), vista_(vista), sucesos_(sucesos), log_(log), puerta_(puerta),
-      ordenes_(ordenes), cable_(cable) {}
+      ordenes_(ordenes), cable_(cable),
+      seguir_(bucle.crearTemporizador([this] { trabajar(Tanda(bucle_.reloj())); })) {
+    seguir_->tocarUnaVez();
+}
 
 void Sesion::empezar(std::string_view remoto) {
-    ++numero_;
+    terminar();
     remoto_ = remoto;
+    origen_ = "cliente " + remoto_;
+}
+
+void Sesion::terminar() {
+    ++numero_;
+    freno_ = false;
+    if (trabajando_) return; // what runs finds out
+    llegadas_.clear();
+    seguir_->habilitar(false);
 }
 
 void Sesion::atender(std::string_view llegada) {
-    std::string memoria; // the receive buffer: what was not taken yet
     try {
         anotar(llegada);
-        memoria = llegada;
-        servir(memoria);
+        llegadas_.push_back({numero_, std::string(llegada)});
     } catch (const std::exception& falla) {
-        anotarFalla(falla.what(), memoria);
+        return anotarFalla(falla.what(), llegada);
+    }
+    if (trabajando_) return frenar(true);
+    trabajar(Tanda(bucle_.reloj()));
+}
+
+void Sesion::acabar() { trabajar(Tanda::sinFin()); }
+
+void Sesion::trabajar(Tanda tanda) {
+    if (trabajando_) return;
+    {
+        const Trabajo trabajo(trabajando_);
+        while (!llegadas_.empty() && adelantar(llegadas_.front(), tanda))
+            llegadas_.pop_front();
+    }
+    frenar(!llegadas_.empty());
+    if (!llegadas_.empty()) seguir_->rearmar(kSeguirMs);
+}
+
+void Sesion::frenar(bool freno) {
+    if (std::exchange(freno_, freno) != freno) cable_.frenar(freno);
+}
+
+/// False: there is more of it to do.
+bool Sesion::adelantar(Llegada& llegada, Tanda& tanda) {
+    try {
+        return llegada.de != numero_ || servir(llegada, tanda) || llegada.de != numero_;
+    } catch (const std::exception& falla) {
+        llegada.de = kDeNadie; // even if saying so fails as well
+        anotarFalla(falla.what(), llegada.memoria);
+        return true;
     }
 }
 
@@ -86,37 +162,48 @@ bool Sesion::esClave(std::string_view llegada, std::string_view remoto) {
     return false;
 }
 
-void Sesion::servir(std::string& memoria) {
-    const Numero mia = numero_;
-    if (!porTramas(memoria, kMarcasDeEscritura, [this](std::string_view c) { escribirUna(c); }))
-        return;
-    if (quitarPalabra(memoria, kSincronizar)) cable_.pedirSincronismo();
-    if (!porTramas(memoria, kMarcasDeForzado, [this](std::string_view c) { forzarUna(c); })) return;
-    if (!porTramas(memoria, kMarcasDeLectura, [this](std::string_view c) { leerUna(c); })) return;
-    if (numero_ == mia) contestarKeepAlive(memoria);
+/// What is done with each frame of a kind. The kinds have their turns in this order.
+struct Sesion::Paso {
+    Marcas marcas;
+    void (Sesion::*hacer)(std::string_view contenido);
+};
+const Sesion::Paso Sesion::kPasos[] = {{kMarcasDeEscritura, &Sesion::escribirUna},
+                                       {kMarcasDeForzado, &Sesion::forzarUna},
+                                       {kMarcasDeLectura, &Sesion::leerUna}};
+
+bool Sesion::servir(Llegada& l, Tanda& tanda) {
+    for (; l.paso < std::size(kPasos); ++l.paso) {
+        if (!porTramas(l, kPasos[l.paso], tanda)) return false;
+        if (l.paso == 0 && quitarPalabra(l.memoria, kSincronizar)) cable_.pedirSincronismo();
+    }
+    contestarKeepAlive(l.memoria);
+    return true;
 }
 
-/// Takes the frames out of the buffer and does what they say; false when their client has gone.
-/// One that throws leaves the buffer as it was when that frame, the last one, had been taken.
-template <class F>
-bool Sesion::porTramas(std::string& memoria, const Marcas& marcas, F hacer) {
-    const Numero mia = numero_;
-    Tramas tramas = extraerTramas(memoria, marcas);
-    std::size_t tomadas = 0;
-    if (tramas.repetidas > 0 && marcas.abre == kMarcasDeEscritura.abre)
-        sucesos_.decir(
-            {.que = Que::RepetidasDelCliente, .numero = static_cast<double>(tramas.repetidas)});
+/// Takes the frames out of the buffer and does what they say; false while there are some left, or
+/// when their client has gone. One that throws leaves the buffer as it was when that frame, the
+/// last one, had been taken.
+bool Sesion::porTramas(Llegada& l, const Paso& paso, Tanda& tanda) {
+    if (!l.partida) {
+        l.tramas = extraerTramas(l.memoria, paso.marcas);
+        l.hechas = 0;
+        l.partida = true;
+        if (l.tramas.repetidas > 0 && l.paso == 0)
+            sucesos_.decir({.que = Que::RepetidasDelCliente,
+                            .numero = static_cast<double>(l.tramas.repetidas)});
+    }
     try {
-        for (const std::string& contenido : tramas.contenidos) {
-            ++tomadas;
-            hacer(contenido);
-            if (numero_ != mia) return false;
+        while (l.hechas < l.tramas.contenidos.size()) {
+            if (tanda.basta()) return false;
+            (this->*paso.hacer)(l.tramas.contenidos[l.hechas++]);
+            if (numero_ != l.de) return false;
         }
     } catch (const std::exception&) {
-        memoria = extraerTramas(memoria, marcas, tomadas).resto;
+        l.memoria = extraerTramas(l.memoria, paso.marcas, l.hechas).resto;
         throw;
     }
-    memoria = std::move(tramas.resto);
+    l.memoria = std::move(l.tramas.resto);
+    l.partida = false;
     return true;
 }
 
@@ -126,14 +213,13 @@ void Sesion::escribirUna(std::string_view contenido) {
     if (!campos) return;
     const double valor = numeroDeCampo(campos->second);
     const std::string direccion = utf8DesdeWindows1252(campos->first);
-    const std::string origen = "cliente " + remoto_;
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
-    if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen);
+    if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen_);
     const std::string_view motivo =
         enPalabras(puerta_.soloLectura() ? Rechazo::SoloLectura : Rechazo::DemasiadasEnUnSegundo);
     log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo,
                   Novedad::EscrituraNoAdmitida);
-    ordenes_.rechazarEscritura(direccion, valor, origen, motivo);
+    ordenes_.rechazarEscritura(direccion, valor, origen_, motivo);
 }
 
 void Sesion::forzarUna(std::string_view contenido) {

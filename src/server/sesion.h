@@ -10,7 +10,10 @@
 #include "server/puerta.h"
 #include "view/vista.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -26,11 +29,17 @@ class CableDelCliente {
     virtual void enviarDatos(std::string_view carga) = 0;
     virtual void pedirSincronismo() = 0;
     virtual void alContestarKeepAlive() = 0;
+    /// While the client is held nothing more of it comes, and what is sent to it waits.
+    virtual void frenar(bool freno) = 0;
     [[nodiscard]] virtual const Separadores& separadores() const = 0;
 };
 
 /// The client that is being served: what it asks for. One object serves one client after the other;
 /// while an order lets events run, another arrival, and another client, may come.
+///
+/// An arrival may ask for thousands of things. Some of them are done at once, the others by a
+/// timer, so much at a time, so that no client costs the stations their turn; until all is done the
+/// client is held, and an arrival that comes inside of another waits for its end.
 class Sesion {
   public:
     Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& sucesos, LogAcotado& log,
@@ -41,9 +50,12 @@ class Sesion {
     /// A new client. What is left to do for the one before is dropped.
     void empezar(std::string_view remoto);
     /// The client has gone: what is left to do for it is dropped.
-    void terminar() { ++numero_; }
+    void terminar();
     /// Everything that arrived at once. Nothing of it is kept for the next arrival.
     void atender(std::string_view llegada);
+    /// Does all that has arrived, however long it takes: nobody will come back to it. Inside an
+    /// order it does nothing.
+    void acabar();
 
     /// The record of a variable, with the address as it came (the wire's bytes). Empty when there
     /// is no such variable; the address is then polled.
@@ -52,12 +64,28 @@ class Sesion {
   private:
     /// Number of a client, so that work for one that has gone can be told.
     using Numero = std::uint64_t;
+    struct Llegada {
+        Numero de;
+        std::string memoria; ///< what was not taken yet
+        std::size_t paso = 0;
+        bool partida = false; ///< `tramas` holds the frames of this step
+        Tramas tramas{};
+        std::size_t hechas = 0; ///< of them
+    };
+    static constexpr Numero kDeNadie = static_cast<Numero>(-1);
+    class Tanda;
+    class Trabajo;
+    struct Paso;
+    static const Paso kPasos[];
+
     void anotar(std::string_view llegada);
     void anotarFalla(std::string_view que, std::string_view memoria);
     [[nodiscard]] bool esClave(std::string_view llegada, std::string_view remoto);
-    void servir(std::string& memoria);
-    template <class F>
-    [[nodiscard]] bool porTramas(std::string& memoria, const Marcas& marcas, F hacer);
+    void trabajar(Tanda tanda);
+    [[nodiscard]] bool adelantar(Llegada& llegada, Tanda& tanda);
+    [[nodiscard]] bool servir(Llegada& llegada, Tanda& tanda);
+    [[nodiscard]] bool porTramas(Llegada& llegada, const Paso& paso, Tanda& tanda);
+    void frenar(bool freno);
     void escribirUna(std::string_view contenido);
     void forzarUna(std::string_view contenido);
     void leerUna(std::string_view contenido);
@@ -73,6 +101,11 @@ class Sesion {
     CableDelCliente& cable_;
     Numero numero_ = 0;
     std::string remoto_;
+    std::string origen_;           ///< the same, as who wants a write
+    std::deque<Llegada> llegadas_; ///< in their order; while an order runs, the first is its own
+    bool trabajando_ = false;
+    bool freno_ = false;
+    std::unique_ptr<Temporizador> seguir_;
 };
 
 } // namespace kv

@@ -29,8 +29,8 @@
 namespace kv {
 namespace {
 
-constexpr int kRitmoMs = 100;            // as fast as numbers can be read
-constexpr unsigned kVueltasPorTraza = 3; // whole lines need longer
+constexpr int kRitmoMs = 250;            // as fast as numbers can be read
+constexpr unsigned kVueltasPorTraza = 2; // whole lines need longer
 constexpr QSize kEntera{1480, 920};
 constexpr QSize kCompacta{800, 460};
 constexpr int kAnchoDeOrdenes = 400;

@@ -41,7 +41,7 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
              return e.leidaMs < 0 ? QCoreApplication::translate("kv::Form1", "nunca")
                                   : enQt(porQue.hace(e.leidaMs));
          },
-         [edad](std::uint32_t fila) { return -static_cast<double>(edad(fila).leidaMs); }});
+         [edad](std::uint32_t fila) { return -static_cast<double>(edad(fila).leidaMs); }, true});
     anexos.columnas.push_back(
         {QCoreApplication::translate("kv::Form1", "En este estado desde"), kLetrasDeHora,
          [edad, &porQue](std::uint32_t fila) { return enQt(porQue.hora(edad(fila).desdeMs)); },

@@ -7,6 +7,8 @@
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
+#include <algorithm>
+
 namespace kv {
 namespace {
 
@@ -16,20 +18,23 @@ constexpr std::int64_t kMinutoMs = 60'000;
 constexpr std::int64_t kEntreIntentosMs = 5000;
 
 /// A field as it stands in a line: cut, without control characters and separators.
-std::string campo(std::string_view texto) {
-    std::string salida;
-    for (const char c : texto.substr(0, kMaximoDeCampo)) {
+void agregarCampo(std::string& salida, std::string_view texto) {
+    const auto especial = [](char c) {
         const auto b = static_cast<std::uint8_t>(c);
-        if (b >= 32 && b != 127 && c != ';' && c != '\\') {
-            salida += c;
-            continue;
-        }
+        return b < 32 || b == 127 || c == ';' || c == '\\';
+    };
+    const std::string_view cabe = texto.substr(0, kMaximoDeCampo);
+    for (const auto* c = cabe.begin();; ++c) {
+        const auto* const desde = c;
+        c = std::find_if(c, cabe.end(), especial);
+        salida.append(desde, c);
+        if (c == cabe.end()) break;
+        const auto b = static_cast<std::uint8_t>(*c);
         salida += '\\';
         if (b < 16) salida += '0';
         agregarHexadecimal(salida, b);
     }
     if (texto.size() > kMaximoDeCampo) salida += "...";
-    return salida;
 }
 
 std::string anteriorDe(const BloqueEscritura& e) {
@@ -76,9 +81,13 @@ void Auditoria::anotar(std::string_view origen, std::string_view direccion,
                        const std::string& anterior, double valor, std::string_view fin,
                        std::uint32_t& cuenta, std::uint32_t maximo) {
     pasarElTiempo();
-    std::string cuerpo = campo(origen) + ";" + campo(direccion) + ";" + anterior + ";" +
-                         textoDeNumero(valor) + ";" + campo(fin);
-    if (cuerpo == ultimo_) {
+    cuerpo_.clear();
+    agregarCampo(cuerpo_, origen);
+    agregarCampo(cuerpo_ += ';', direccion);
+    (cuerpo_ += ';').append(anterior) += ';';
+    agregarNumero(cuerpo_, valor);
+    agregarCampo(cuerpo_ += ';', fin);
+    if (cuerpo_ == ultimo_) {
         if (repetidas_++ == 0) repetidasDesdeMs_ = reloj_.monotonicoMs();
         return;
     }
@@ -88,8 +97,8 @@ void Auditoria::anotar(std::string_view origen, std::string_view direccion,
     }
     ++cuenta;
     cerrarRepetidas();
-    agregarLinea(cuerpo);
-    ultimo_ = std::move(cuerpo);
+    agregarLinea(cuerpo_);
+    ultimo_.swap(cuerpo_);
 }
 
 void Auditoria::agregarLinea(std::string_view cuerpo, std::uint64_t cuenta) {

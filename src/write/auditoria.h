@@ -63,6 +63,7 @@ class Auditoria final : public OyenteDeSucesos {
     std::string pendiente_;
     std::uint64_t enPendiente_ = 0; ///< lines, those counted included
     std::string ultimo_;            ///< the last line without its time
+    std::string cuerpo_;            ///< of the line that is being made
     std::uint64_t repetidas_ = 0;
     std::int64_t repetidasDesdeMs_ = 0;
     std::int64_t segundoMs_ = 0;

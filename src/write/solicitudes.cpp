@@ -33,11 +33,20 @@ double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, dou
 double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                                            std::string_view origen) {
     const std::string_view corta = direccion.substr(0, kDireccionEnMensaje);
+    // Nothing is thrown for what is refused: whoever may write can ask for it without end.
+    const auto negar = [&](const std::exception& falla) {
+        log_.escribir({"DRIVER",
+                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
+                           " - Scan: 3",
+                       std::to_string(numeroDeError(falla)), falla.what(),
+                       Novedad::EscrituraRechazada});
+        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
+    };
     try {
         DireccionPartida d;
-        if (!partirDireccion(direccion, d)) throw rechazada(Rechazo::DireccionNoValida);
+        if (!partirDireccion(direccion, d)) return negar(rechazada(Rechazo::DireccionNoValida));
         // What names no bit must not become a write of the whole register.
-        if (d.bit == kNoEsBit) throw rechazada(Rechazo::BitFueraDeRango);
+        if (d.bit == kNoEsBit) return negar(rechazada(Rechazo::BitFueraDeRango));
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
@@ -47,16 +56,17 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
             return rechazar({corta, enPalabras(Rechazo::SinConexion), origen, clave}, valor,
                             ClaseDeRechazo::SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
-        if (leido == kNinguno) throw rechazada(Rechazo::NadieLoLee);
+        if (leido == kNinguno) return negar(rechazada(Rechazo::NadieLoLee));
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
-            throw std::length_error(std::string(enPalabras(Rechazo::DemasiadasEnEspera)));
+            return negar(std::length_error(std::string(enPalabras(Rechazo::DemasiadasEnEspera))));
         BloqueEscritura nueva;
-        armar(nueva, d, b, valor);
+        if (!armar(nueva, d, b, valor))
+            return negar(std::out_of_range(std::string(enPalabras(Rechazo::FueraDeTrama))));
         nueva.origen = origen;
         const Indice n = ejecucion_.tomarLugar(std::move(nueva));
         b.ultimaEscritura = n;
@@ -64,12 +74,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         ejecucion_.pedirReclamo();
         return n;
     } catch (const std::exception& falla) {
-        log_.escribir({"DRIVER",
-                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
-                           " - Scan: 3",
-                       std::to_string(numeroDeError(falla)), falla.what(),
-                       Novedad::EscrituraRechazada});
-        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
+        return negar(falla);
     }
 }
 
@@ -110,15 +115,14 @@ Indice SolicitudesDeEscritura::igualSinEnviar(const BloqueLectura& leido, const 
                : kNinguno;
 }
 
-void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d,
+bool SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d,
                                    const BloqueLectura& leido, double valor) const {
     const std::string estacion = textoDeNumero(tablas_.estacionDe(leido).indice);
     // A bit's word is made when its register has been read.
     const double palabra = d.bit >= 0 ? 0 : valor;
     const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);
     const auto lectura = armarTramaLectura(d.registro, estacion);
-    if (!escritura || !lectura)
-        throw std::out_of_range(std::string(enPalabras(Rechazo::FueraDeTrama)));
+    if (!escritura || !lectura) return false;
     e.tramaSolicitud = *escritura;
     e.tramaLectura = *lectura;
     e.idConexion = leido.idConexion;
@@ -128,6 +132,7 @@ void SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d
     e.palabra = palabra;
     e.plazoMs = leido.tiempoFueraMs;
     e.reintentosMax = leido.reintentosMax;
+    return true;
 }
 
 } // namespace kv

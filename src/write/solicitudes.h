@@ -36,8 +36,9 @@ class SolicitudesDeEscritura {
 
   private:
     void unir(const BloqueEscritura& e, std::string_view origen);
-    void armar(BloqueEscritura& e, const DireccionPartida& d, const BloqueLectura& leido,
-               double valor) const;
+    /// False: it cannot be written as a frame.
+    [[nodiscard]] bool armar(BloqueEscritura& e, const DireccionPartida& d,
+                             const BloqueLectura& leido, double valor) const;
     [[nodiscard]] Indice igualSinEnviar(const BloqueLectura& leido, const DireccionPartida& d,
                                         double valor) const;
 

@@ -32,6 +32,12 @@ TEST_F(Acontecer, LoViejoSeVaYSeSabe) {
     EXPECT_EQ(sucesos[sucesos.primero()].numero, static_cast<double>(sucesos.primero()));
     const Traza& caja = trazas.txtDemandaLecturaEscritura;
     EXPECT_EQ(desde(caja, 0), "perdido");
+    // More than a box shows: what it is told is what it shows.
+    std::uint64_t visto = sucesos.primero() + 1;
+    std::string todo;
+    EXPECT_FALSE(caja.seguir(visto, todo));
+    EXPECT_EQ(visto, 5000U);
+    EXPECT_EQ(todo, caja.texto());
     EXPECT_TRUE(desde(caja, 4999).ends_with(" Ningun bloque tiene el nivel 4999\r\n"));
     EXPECT_EQ(desde(caja, 5000), "");
     EXPECT_GE(caja.texto().size(), Traza::kMaximo) << "the latest, and enough of them";

@@ -126,6 +126,7 @@ struct UnaSesion final : CableDelCliente {
     void enviarDatos(std::string_view carga) override { dicho += carga; }
     void pedirSincronismo() override { dicho += "SINCRONISMO"; }
     void alContestarKeepAlive() override {}
+    void frenar(bool /*freno*/) override {}
     [[nodiscard]] const Separadores& separadores() const override { return separadores_; }
     std::string llegar(std::string_view bytes) {
         dicho.clear();

@@ -53,6 +53,14 @@ std::string dosEstaciones() {
         .texto();
 }
 
+/// More than is done in one turn of the loop.
+std::string milEscrituras() {
+    std::string s = "Read;1.1.10;FinRead;";
+    for (int i = 0; i < 1000; ++i)
+        s += "[Write]1.2.13;" + std::to_string(i) + "[/Write]";
+    return s;
+}
+
 /// Some minutes of a plant in which a good deal happens; what was shown, and the last values.
 std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_t maximo) {
     BucleSimulado bucle;
@@ -96,7 +104,7 @@ std::pair<std::string, std::string> vivir(const std::string& cinta, std::uint64_
     const std::string clave =
         cifrar(textoDeClave(formatoDeHora(bucle.reloj().ahora())), [] { return 0.3; });
     for (const std::string& m : {clave, std::string("SINCRONIZAR[Write]1.2.12;55[/Write]"),
-                                 std::string("Read;1.1.99;Fin")}) {
+                                 std::string("Read;1.1.99;Fin"), milEscrituras()}) {
         bucle.red().enviar(enlace, {reinterpret_cast<const std::uint8_t*>(m.data()), m.size()});
         bucle.avanzar(1500);
     }

@@ -48,6 +48,7 @@ class ZocaloEspia final : public Zocalo {
         return real_->enviar(bytes);
     }
     void agruparEnvios(bool agrupar) override { real_->agruparEnvios(agrupar); }
+    void frenar(bool freno) override { real_->frenar(freno); }
     void limitarCola(std::size_t bytes) override { real_->limitarCola(bytes); }
     [[nodiscard]] std::size_t enCola() const override { return real_->enCola(); }
     [[nodiscard]] std::size_t bytesSinConfirmar() const override {

@@ -49,6 +49,17 @@ class Callado {
             todos += static_cast<std::size_t>(n);
         return todos;
     }
+    /// Sends what the other side's host takes; so many bytes.
+    std::size_t llenar() {
+        const std::string trozo(10'000, 'x');
+        std::size_t todos = 0;
+        ssize_t n = 0;
+        while ((n = send(enlace_, trozo.data(), trozo.size(), MSG_DONTWAIT)) > 0)
+            todos += static_cast<std::size_t>(n);
+        return todos;
+    }
+    /// It sends nothing more.
+    void colgar() { shutdown(enlace_, SHUT_WR); }
     std::uint32_t puerto = 0;
 
   private:
@@ -134,6 +145,45 @@ TEST(Enlaces, LoQueSeAbortaNoSaleMas) {
     conectar(bucle, *z, otro);
     EXPECT_TRUE(z->enviar(bytes("de nuevo")));
     EXPECT_EQ(otro.leer(8), 8U);
+}
+
+TEST(Enlaces, MientrasSeLoFrenaNoSeSabeNadaYDespuesTodoEnOrden) {
+    BucleEpoll bucle;
+    Oyente oyente;
+    Callado otro;
+    const auto z = bucle.crearZocalo(oyente, 0);
+    conectar(bucle, *z, otro);
+    z->agruparEnvios(true);
+    z->frenar(true);
+    z->enviar(bytes("espera"));
+    const std::size_t mandados = otro.llenar();
+    bucle.atender();
+    EXPECT_EQ(oyente.datos, "");
+    EXPECT_EQ(z->enCola(), 6U) << "what is sent in groups waits as well";
+    EXPECT_EQ(otro.llenar(), 0U) << "the far side is held back";
+    otro.colgar();
+    bucle.atender();
+    pollfd p{bucle.descriptor(), POLLIN, 0};
+    EXPECT_EQ(poll(&p, 1, 0), 0) << "a loop with nothing to do sleeps";
+    EXPECT_EQ(oyente.suceso, "conectado;");
+    z->frenar(false);
+    atenderHasta(bucle, [&] { return oyente.suceso == "conectado;cortado;"; });
+    EXPECT_EQ(oyente.datos.size(), mandados);
+    EXPECT_EQ(otro.leer(7), 6U);
+
+    Simulado s;
+    s.z->agruparEnvios(true);
+    s.z->frenar(true);
+    s.z->enviar(bytes("espera"));
+    s.bucle.red().enviar(s.otro.enlace, bytes("uno"));
+    s.bucle.avanzar(5);
+    s.bucle.red().enviar(s.otro.enlace, bytes("dos"));
+    s.bucle.red().cortar(s.otro.enlace);
+    s.bucle.avanzar(5);
+    EXPECT_EQ(s.oyente.datos + s.oyente.suceso + s.otro.datos, "conectado;");
+    s.z->frenar(false);
+    s.bucle.avanzar(5);
+    EXPECT_EQ(s.oyente.datos + s.oyente.suceso, "unodosconectado;cortado;");
 }
 
 TEST(Enlaces, UnCableAfueraRetieneYLoAbortadoNoQuedaEnElNucleo) {

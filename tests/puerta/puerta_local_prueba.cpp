@@ -44,6 +44,37 @@ class PuertaDeLaMaquina : public testing::Test {
 
 } // namespace
 
+TEST_F(PuertaDeLaMaquina, LosPedidosQueTardanNoSeHacenTodosEnElMismoTic) {
+    struct Lento final : OyenteDeSucesos {
+        explicit Lento(BucleSimulado& b) : bucle(b) {}
+        void alSuceder(const Suceso& /*s*/, std::string_view /*texto*/) override {
+            ++veces;
+            bucle.demorar(2);
+        }
+        BucleSimulado& bucle;
+        int veces = 0;
+    } lento(p.bucle);
+    arrancar();
+    Vecino otro(p);
+    otro.conectar();
+    p.motor.sucesos.avisarA(&lento, {Que::EscrituraRechazada});
+    for (int i = 0; i < 20; ++i) {
+        for (Vecino* cual : {&v, &otro})
+            cual->enviar("{\"pedido\":\"escribir\",\"direccion\":\"1.1.10\",\"valor\":1}\n");
+    }
+    int enElMayor = 0;
+    for (int tic = 0; tic < 200; ++tic) {
+        const int antes = lento.veces;
+        p.avanzar(1);
+        enElMayor = std::max(enElMayor, lento.veces - antes);
+        if (tic != 60) continue;
+        EXPECT_FALSE(v.recibido.empty() || otro.recibido.empty()) << "each has its turn";
+    }
+    p.motor.sucesos.dejarDeAvisarA(&lento);
+    EXPECT_EQ(lento.veces, 40);
+    EXPECT_EQ(enElMayor, 1);
+}
+
 TEST_F(PuertaDeLaMaquina, ContestaLoQueSeLePregunta) {
     arrancar();
     auto r = v.pedir(R"({"pedido":"estado","id":"a1"})");

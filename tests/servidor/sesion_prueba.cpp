@@ -76,7 +76,7 @@ TEST(Ordenes, LosBytesDelCampoVanYVuelven) {
     EXPECT_EQ(nuevo, "");
 }
 
-TEST(Ordenes, UnaLlegadaDentroDeOtra) {
+TEST(Ordenes, UnaLlegadaDentroDeOtraEsperaSuFin) {
     PlantaConServidor p(tresBloques());
     p.arrancarConCliente();
     bool primera = true;
@@ -90,9 +90,9 @@ TEST(Ordenes, UnaLlegadaDentroDeOtra) {
         p.planta.bucle.dejarCorrerPendientes();
     };
     p.cliente.enviar("[Write]a;1[/Write][Write]b;1[/Write]Read;1.1.10;FinRead;");
-    p.planta.avanzar(1);
-    EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir dentro 2", "escribir b 1"}));
-    EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK][WRITE_OK][DRI]#1.1.10;0;13;#[/DRI]");
+    p.planta.avanzar(5); // an order that takes long is the last one of its turn
+    EXPECT_EQ(p.ordenes.tomar(), (Textos{"escribir a 1", "escribir b 1", "escribir dentro 2"}));
+    EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK][DRI]#1.1.10;0;13;#[/DRI][WRITE_OK]");
 }
 
 TEST(Ordenes, UnaSesionQueReemplazaAOtraNoHeredaNada) {

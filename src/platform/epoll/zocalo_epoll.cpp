@@ -184,6 +184,7 @@ bool ZocaloEpoll::adoptar(int descriptor, EstadoZocalo estado, std::uint32_t suc
     }
     descriptor_ = descriptor;
     estado_ = estado;
+    freno_ = false;
     return true;
 }
 
@@ -372,6 +373,7 @@ void ZocaloEpoll::pedirEnvioAgrupado() {
         if (*yo == nullptr) return;
         ZocaloEpoll& z = **yo;
         z.agrupado_ = false;
+        if (z.freno_) return;
         if (z.estado_ == EstadoZocalo::Conectado && !z.vaciarCola())
             z.oyente_.alCortarse(z.indice_);
     });
@@ -399,16 +401,35 @@ bool ZocaloEpoll::vaciarCola() {
     const bool faltan = !cola_.empty();
     if (faltan != esperaEscritura_) {
         esperaEscritura_ = faltan;
-        bucle_.cambiar(registro_, descriptor_, faltan ? kRecibir | EPOLLOUT : kRecibir);
+        vigilar();
     }
     return true;
+}
+
+/// The end of a link is always told, so while it is held only once.
+void ZocaloEpoll::vigilar() {
+    std::uint32_t sucesos = kRecibir;
+    if (freno_) sucesos = EPOLLET;
+    if (esperaEscritura_) sucesos |= EPOLLOUT;
+    bucle_.cambiar(registro_, descriptor_, sucesos);
+}
+
+void ZocaloEpoll::agruparEnvios(bool agrupar) {
+    agrupar_ = agrupar;
+    if (!agrupar_ && estado_ == EstadoZocalo::Conectado && !esperaEscritura_) (void)vaciarCola();
+}
+
+void ZocaloEpoll::frenar(bool freno) {
+    if (estado_ != EstadoZocalo::Conectado || std::exchange(freno_, freno) == freno) return;
+    vigilar();
+    if (!freno_ && enCola() > 0 && !esperaEscritura_) pedirEnvioAgrupado();
 }
 
 void ZocaloEpoll::alOcurrir(std::uint32_t sucesos) {
     if (estado_ == EstadoZocalo::Conectando) return terminarConexion();
     if (estado_ == EstadoZocalo::Escuchando) return atenderPedido();
     if ((sucesos & EPOLLOUT) != 0 && !vaciarCola()) return oyente_.alCortarse(indice_);
-    if ((sucesos & ~static_cast<std::uint32_t>(EPOLLOUT)) != 0) recibir();
+    if (!freno_ && (sucesos & ~static_cast<std::uint32_t>(EPOLLOUT)) != 0) recibir();
 }
 
 void ZocaloEpoll::terminarConexion() {

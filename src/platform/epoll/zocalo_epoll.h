@@ -29,7 +29,8 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     void cerrar() override;
     void abortar() override;
     bool enviar(std::span<const std::uint8_t> bytes) override;
-    void agruparEnvios(bool agrupar) override { agrupar_ = agrupar; }
+    void agruparEnvios(bool agrupar) override;
+    void frenar(bool freno) override;
     void limitarCola(std::size_t bytes) override { limiteDeCola_ = bytes; }
     [[nodiscard]] std::size_t enCola() const override { return cola_.size() - enviados_; }
     [[nodiscard]] std::size_t bytesSinConfirmar() const override;
@@ -55,6 +56,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     void soltarReserva();
     [[nodiscard]] bool volverAEscuchar(const Maquina& donde);
     void fallar(std::string motivo);
+    void vigilar();
     [[nodiscard]] bool vaciarCola();
     void pedirEnvioAgrupado();
 
@@ -68,6 +70,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     bool agrupar_ = false;
     bool agrupado_ = false;        ///< the end of the turn will send
     bool esperaEscritura_ = false; ///< the kernel tells when it takes more
+    bool freno_ = false;
     std::uint64_t conexiones_ = 0;
     std::string cola_; ///< [enviados_, size) still to be sent
     std::size_t enviados_ = 0;

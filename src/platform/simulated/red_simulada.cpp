@@ -239,7 +239,20 @@ bool RedSimulada::entregar() {
     return true;
 }
 
+void RedSimulada::frenar(IdEnlace enlace, bool freno) {
+    const auto e = enlaces_.find(enlace);
+    if (e == enlaces_.end()) return;
+    e->second.freno = freno;
+    if (freno) return;
+    for (Suceso& s : e->second.retenidos)
+        sucesos_.push(std::move(s)); // older than all that is still to come
+    e->second.retenidos.clear();
+}
+
 void RedSimulada::aplicar(const Suceso& s, Enlace& e) {
+    if (e.freno &&
+        (s.tipo == Tipo::AlZocalo || s.tipo == Tipo::CorteAlZocalo || s.tipo == Tipo::Rotura))
+        return e.retenidos.push_back(s);
     // Calls may end the link: nothing of `e` is used after one.
     ZocaloSimulado* const zocalo = e.zocalo;
     switch (s.tipo) {

@@ -94,6 +94,8 @@ class RedSimulada {
     /// Bytes from the socket that have not arrived at the far side's host.
     [[nodiscard]] std::size_t sinConfirmar(IdEnlace enlace) const;
     void fijarPaciencia(IdEnlace enlace, std::int64_t us);
+    /// While it is held nothing is told to the socket; all of it comes afterwards, in order.
+    void frenar(IdEnlace enlace, bool freno);
     bool escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo);
     void dejarDeEscuchar(std::uint32_t puerto, const ZocaloSimulado& zocalo);
     void adoptar(IdEnlace enlace, ZocaloSimulado& zocalo);
@@ -132,9 +134,11 @@ class RedSimulada {
         std::size_t sinConfirmar = 0;    ///< bytes
         std::int64_t sinConfirmarUs = 0; ///< since when some are, without progress
         std::int64_t pacienciaUs = 0;    ///< 0: for ever
-        bool seImpacienta = false;       ///< its event is noted
-        int error = 0;                   ///< with which it ends
-        std::uint32_t puerto = 0; ///< of a client's request, or where a name is looked up for
+        bool freno = false;
+        std::vector<Suceso> retenidos; ///< while it was held
+        bool seImpacienta = false;     ///< its event is noted
+        int error = 0;                 ///< with which it ends
+        std::uint32_t puerto = 0;      ///< of a client's request, or where a name is looked up for
         std::size_t ventana = static_cast<std::size_t>(-1);
         std::string remoto;
         std::string guardadoAlZocalo;

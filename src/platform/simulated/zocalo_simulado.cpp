@@ -84,6 +84,7 @@ void ZocaloSimulado::aceptar() {
     red_.adoptar(nuevo, *this);
     red_.fijarPaciencia(nuevo, pacienciaUs_);
     enlace_ = nuevo;
+    freno_ = false;
     estado_ = EstadoZocalo::Conectado;
     ++conexiones_;
 }
@@ -104,17 +105,27 @@ bool ZocaloSimulado::enviar(std::span<const std::uint8_t> bytes) {
         return false;
     }
     cola_.append(reinterpret_cast<const char*>(bytes.data()), bytes.size()); // NOLINT
-    if (!agrupar_) {
+    if (agrupar_) {
+        pedirEnvioAgrupado();
+    } else {
         pasarCola();
-    } else if (!agrupado_) {
-        agrupado_ = true;
-        alFinal_([yo = yo_] {
-            if (*yo == nullptr) return;
-            (*yo)->agrupado_ = false;
-            (*yo)->pasarCola();
-        });
     }
     return true;
+}
+
+void ZocaloSimulado::pedirEnvioAgrupado() {
+    if (std::exchange(agrupado_, true)) return;
+    alFinal_([yo = yo_] {
+        if (*yo == nullptr) return;
+        (*yo)->agrupado_ = false;
+        if (!(*yo)->freno_) (*yo)->pasarCola();
+    });
+}
+
+void ZocaloSimulado::frenar(bool freno) {
+    if (estado_ != EstadoZocalo::Conectado || std::exchange(freno_, freno) == freno) return;
+    red_.frenar(enlace_, freno);
+    if (!freno) pedirEnvioAgrupado();
 }
 
 void ZocaloSimulado::pasarCola() {
@@ -129,6 +140,7 @@ void ZocaloSimulado::pasarCola() {
 
 void ZocaloSimulado::entregarConexion(IdEnlace enlace) {
     enlace_ = enlace;
+    freno_ = false;
     estado_ = EstadoZocalo::Conectado;
     red_.fijarPaciencia(enlace, pacienciaUs_);
     ++conexiones_;

@@ -32,7 +32,11 @@ class ZocaloSimulado final : public Zocalo {
     void cerrar() override;
     void abortar() override;
     bool enviar(std::span<const std::uint8_t> bytes) override;
-    void agruparEnvios(bool agrupar) override { agrupar_ = agrupar; }
+    void agruparEnvios(bool agrupar) override {
+        agrupar_ = agrupar;
+        if (!agrupar_) pasarCola();
+    }
+    void frenar(bool freno) override;
     void limitarCola(std::size_t bytes) override { limiteDeCola_ = bytes; }
     [[nodiscard]] std::size_t enCola() const override { return cola_.size(); }
     [[nodiscard]] std::size_t bytesSinConfirmar() const override;
@@ -54,6 +58,7 @@ class ZocaloSimulado final : public Zocalo {
   private:
     void soltar();
     void pasarCola();
+    void pedirEnvioAgrupado();
 
     RedSimulada& red_;
     OyenteDeZocalo& oyente_;
@@ -66,6 +71,7 @@ class ZocaloSimulado final : public Zocalo {
     bool reservado_ = false; ///< the port is kept
     bool agrupar_ = false;
     bool agrupado_ = false;
+    bool freno_ = false;
     std::uint64_t conexiones_ = 0;
     std::string cola_;
     std::size_t limiteDeCola_ = std::size_t{64} * 1024;

@@ -20,6 +20,7 @@ struct ColumnaPropia {
     std::function<QString(std::uint32_t fila)> texto;
     /// What the column is sorted by; none: by its texts.
     std::function<double(std::uint32_t fila)> orden = {};
+    bool crece = false;     ///< its text becomes another every second
     bool filtrable = false; ///< hardly changes: a filter looks into it
 };
 

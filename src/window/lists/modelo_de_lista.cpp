@@ -261,6 +261,16 @@ void ModeloDeLista::mirar(std::uint32_t fila, bool& entraOSale) {
     f.pasa = pasa;
 }
 
+std::vector<int> ModeloDeLista::columnasQueCrecen() const {
+    std::vector<int> todas;
+    if (anexos_.reparo) todas.push_back(forma_.columnaDeEstado); // a reservation may tell a count
+    for (int c = 0; c < columnCount(); ++c) {
+        const ColumnaPropia* p = propia(static_cast<std::size_t>(c));
+        if (p != nullptr && p->crece) todas.push_back(c);
+    }
+    return todas;
+}
+
 int ModeloDeLista::lugarDe(std::int64_t filaDeLista) const {
     if (filaDeLista < 0 || filaDeLista >= static_cast<std::int64_t>(filas_.size())) return -1;
     return filas_[static_cast<std::size_t>(filaDeLista)].lugar;

@@ -54,6 +54,10 @@ class ModeloDeLista final : public QAbstractTableModel {
     /// out).
     [[nodiscard]] std::uint32_t filaDeLista(int fila) const { return visibles_[fila]; }
     [[nodiscard]] int lugarDe(std::int64_t filaDeLista) const;
+    /// How a row of the table stands, as it is painted.
+    [[nodiscard]] EstadoDeFila estadoEn(int fila) const { return estadoDe(filaDeLista(fila)); }
+    /// Columns whose texts become others although no row changes.
+    [[nodiscard]] std::vector<int> columnasQueCrecen() const;
     [[nodiscard]] std::size_t cuantas(EstadoDeFila estado) const {
         return cuantas_[static_cast<std::size_t>(estado)];
     }

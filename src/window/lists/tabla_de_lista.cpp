@@ -22,13 +22,13 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace kv {
 namespace {
 
-constexpr int kMargenDeCelda = 26; // a check box or a sign
-constexpr unsigned kVueltasPorEdad =
-    10; // of `refrescar`: what grows by the second is painted again
+constexpr int kMargenDeCelda = 26;      // a check box or a sign
+constexpr unsigned kVueltasPorEdad = 4; // of `refrescar`: what grows by the second is painted again
 
 /// Tells of double clicks on a row, but not of those on its check box, which they only toggle.
 class AvisoDeDobleClic final : public QStyledItemDelegate {
@@ -152,12 +152,25 @@ void TablaDeLista::seguir(bool seguir) {
 
 void TablaDeLista::refrescar() {
     const int desde = tabla_->rowAt(0);
-    const int hasta = tabla_->rowAt(tabla_->viewport()->height() - 1);
+    int hasta = tabla_->rowAt(tabla_->viewport()->height() - 1);
     tabla_->setAutoScroll(false); // rows come and go by themselves: what is in sight stays there
-    modelo_->actualizar(desde, hasta < 0 ? modelo_->rowCount() : hasta);
+    if (hasta < 0) hasta = modelo_->rowCount() - 1;
+    modelo_->actualizar(desde, hasta);
     tabla_->setAutoScroll(true);
-    if (conAnexos_ && ++vueltas_ % kVueltasPorEdad == 0) tabla_->viewport()->update();
+    if (conAnexos_ && ++vueltas_ % kVueltasPorEdad == 0) repintarLoQueCrece(desde, hasta);
     contar();
+}
+
+/// Only where something may have become another: painting all that is in sight costs most of what a
+/// window does.
+void TablaDeLista::repintarLoQueCrece(int desde, int hasta) {
+    QWidget& donde = *tabla_->viewport();
+    std::vector<EstadoDeFila> estados;
+    for (int f = std::max(desde, 0); f <= hasta; ++f)
+        estados.push_back(modelo_->estadoEn(f));
+    if (std::exchange(alaVista_, estados) != estados) return donde.update();
+    for (const int c : modelo_->columnasQueCrecen())
+        donde.update(tabla_->columnViewportPosition(c), 0, tabla_->columnWidth(c), donde.height());
 }
 
 void TablaDeLista::elegir(std::uint32_t fila) {

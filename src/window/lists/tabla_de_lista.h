@@ -77,6 +77,7 @@ class TablaDeLista final : public QWidget {
   private:
     void armarTabla();
     [[nodiscard]] QList<int> enPixeles(QList<int> letras) const;
+    void repintarLoQueCrece(int desde, int hasta);
     void contar();
     void activar(const QModelIndex& celda);
     bool alPulsar(int tecla);
@@ -97,6 +98,7 @@ class TablaDeLista final : public QWidget {
     int columnaDeCifras_;
     bool conAnexos_;
     unsigned vueltas_ = 0;
+    std::vector<EstadoDeFila> alaVista_;  ///< how the rows in sight stood when ages were painted
     std::vector<std::uint32_t> elegidas_; ///< rows of the list, while the table is filled anew
     std::int64_t actual_ = -1;            ///< the same
     int columnaActual_ = 0;

@@ -43,7 +43,7 @@ class Recuento {
     [[nodiscard]] std::string sinRespuesta(Indice conexion) const;
 
   private:
-    static constexpr std::size_t kPorVez = 5'000;
+    static constexpr std::size_t kPorVez = 12'500;
 
     const Tablas& tablas_;
     const PorQue& porQue_;

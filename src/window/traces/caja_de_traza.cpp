@@ -105,8 +105,7 @@ void CajaDeTraza::seguir() {
         fin.movePosition(QTextCursor::End);
         fin.insertText(enQt(nuevo));
     } else {
-        visto_ = traza_->hasta();
-        texto_->setPlainText(enQt(traza_->texto()));
+        texto_->setPlainText(enQt(pocos ? traza_->texto() : nuevo));
     }
     texto_->moveCursor(QTextCursor::End);
 }
