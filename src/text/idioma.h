@@ -46,6 +46,9 @@ struct FraseDe {
     Cual cual;
     Frase frase;
 };
+template <class Cual>
+FraseDe(Cual, Frase) -> FraseDe<Cual>; // older compilers deduce no aggregate
+
 template <class Tabla, class Cual>
 constexpr bool enOrden(const Tabla& filas, Cual ultimo) {
     for (std::size_t i = 0; i < filas.size(); ++i) {
