@@ -3,6 +3,7 @@
 
 #include "events/suceso.h"
 #include "plant/bases.h"
+#include "text/fecha.h"
 #include "text/numeros.h"
 #include "view/columnas.h"
 
