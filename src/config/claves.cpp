@@ -90,51 +90,69 @@ void clave(const LineaIni& l, const char* base, Entrada& reciente, SeccionDePuer
     (entrada->esBloque ? seccion.bloques : seccion.esclavos).push_back(d);
 }
 
-void ordenar(std::vector<DatoIni>& datos) {
+Trabajo ordenar(std::vector<DatoIni>& datos, Porciones& porciones) {
     const auto antes = [](const DatoIni& a, const DatoIni& b) { return a.numero < b.numero; };
+    const auto lugar = [&datos](std::size_t n) {
+        return datos.begin() + static_cast<std::ptrdiff_t>(std::min(n, datos.size()));
+    };
     // Written by a program they stand in order; by hand, mostly.
-    if (!std::is_sorted(datos.begin(), datos.end(), antes))
-        std::stable_sort(datos.begin(), datos.end(), antes);
+    if (std::is_sorted(datos.begin(), datos.end(), antes)) co_return;
+    constexpr std::size_t kTramo = 4096;
+    for (std::size_t i = 0; i < datos.size(); i += kTramo) {
+        std::stable_sort(lugar(i), lugar(i + kTramo), antes);
+        co_await porciones.gastar(kTramo);
+    }
+    for (std::size_t tramo = kTramo; tramo < datos.size(); tramo *= 2) {
+        for (std::size_t i = 0; i + tramo < datos.size(); i += 2 * tramo) {
+            std::inplace_merge(lugar(i), lugar(i + tramo), lugar(i + 2 * tramo), antes);
+            co_await porciones.gastar(static_cast<std::int64_t>(tramo));
+        }
+    }
+}
+
+/// The section that a line begins: its ordinal, or 0 when it is none of a port.
+std::uint32_t ordinalDe(const LineaIni& l) {
+    std::string_view resto = l.nombre;
+    if (!quitarPrefijo(resto, kPuerto)) return 0;
+    const auto ordinal = quitarNumero(resto);
+    return ordinal && *ordinal <= kMaximoDePuertos && resto.empty() ? *ordinal : 0;
 }
 
 } // namespace
 
-ClavesDeDriver ClavesDeDriver::de(std::string_view contenido) {
-    ClavesDeDriver claves;
+Trabajo ClavesDeDriver::leer(std::string_view contenido, Porciones& porciones) {
+    constexpr std::int64_t kPorLinea = 2;
     SeccionDePuerto* seccion = nullptr;
     Entrada reciente;
     bool enConfig = false;
     bool huboConfig = false;
     LectorIni lector(contenido);
     while (lector.siguiente()) {
+        co_await porciones.gastar(kPorLinea);
         const LineaIni& l = lector.linea();
         if (l.clase == LineaIni::Clase::Clave) {
             if (seccion != nullptr) {
                 clave(l, contenido.data(), reciente, *seccion);
-            } else if (enConfig && claves.cantPuertos.linea == 0 &&
+            } else if (enConfig && cantPuertos.linea == 0 &&
                        igualSinCaja(l.nombre, "CANT_PUERTOS")) {
-                claves.cantPuertos = dato(l, contenido.data());
+                cantPuertos = dato(l, contenido.data());
             }
         } else if (l.clase == LineaIni::Clase::Seccion) {
             seccion = nullptr;
             enConfig = !huboConfig && igualSinCaja(l.nombre, "CONFIG");
             huboConfig = huboConfig || enConfig;
-            std::string_view resto = l.nombre;
-            if (!quitarPrefijo(resto, kPuerto)) continue;
-            const auto ordinal = quitarNumero(resto);
-            if (!ordinal || *ordinal == 0 || *ordinal > kMaximoDePuertos || !resto.empty())
-                continue;
-            const auto [lugar, nueva] = claves.puertos.try_emplace(*ordinal);
+            const std::uint32_t ordinal = ordinalDe(l);
+            if (ordinal == 0) continue;
+            const auto [lugar, nueva] = puertos.try_emplace(ordinal);
             if (!nueva) continue;
             seccion = &lugar->second;
             seccion->linea = static_cast<std::uint32_t>(l.numero);
         }
     }
-    for (auto& [ordinal, s] : claves.puertos) {
-        ordenar(s.esclavos);
-        ordenar(s.bloques);
+    for (auto& [ordinal, s] : puertos) {
+        co_await ordenar(s.esclavos, porciones);
+        co_await ordenar(s.bloques, porciones);
     }
-    return claves;
 }
 
 } // namespace kv

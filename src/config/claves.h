@@ -2,6 +2,7 @@
 #pragma once
 
 #include "config/ini.h"
+#include "platform/trabajo.h"
 
 #include <array>
 #include <cstdint>
@@ -70,7 +71,8 @@ struct ClavesDeDriver {
     DatoIni cantPuertos;
     std::map<std::uint32_t, SeccionDePuerto> puertos; ///< by ordinal, up to kMaximoDePuertos
 
-    [[nodiscard]] static ClavesDeDriver de(std::string_view contenido);
+    /// Adds those of `contenido`, to which they refer.
+    Trabajo leer(std::string_view contenido, Porciones& porciones);
 };
 
 } // namespace kv

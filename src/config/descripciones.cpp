@@ -61,16 +61,21 @@ void anotarDescripcion(Descripciones& descripciones, const std::string& direccio
     }
 }
 
-void leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
-                       Problemas& problemas) {
-    if (!archivos.existe(ruta)) return;
+Trabajo leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
+                          Problemas& problemas, Porciones& porciones) {
+    constexpr std::int64_t kPorFila = 15;
+    if (!archivos.existe(ruta)) co_return;
     const auto contenido = archivos.leer(ruta, kMaximoDeBytes);
-    if (!contenido)
-        return problemas.agregar(ruta, 0, "no se puede leer, o tiene más de 64 MB",
-                                 "ninguna variable tiene descripción");
+    if (!contenido) {
+        problemas.agregar(ruta, 0, "no se puede leer, o tiene más de 64 MB",
+                          "ninguna variable tiene descripción");
+        co_return;
+    }
     TablaCsv tabla(*contenido, ruta, kColumnas, "sus variables no tienen descripción", problemas);
-    if (!tabla.cabecera({kDireccion, kTexto})) return;
+    co_await porciones.gastar(costoDeLeer(*contenido));
+    if (!tabla.cabecera({kDireccion, kTexto})) co_return;
     while (tabla.siguiente()) {
+        co_await porciones.gastar(kPorFila);
         const std::string direccion = tabla.texto(kDireccion);
         Descripcion d = leerDescripcion(tabla, kTexto, kUnidad);
         if (!d.vacia())

@@ -4,6 +4,7 @@
 #include "config/csv.h"
 #include "plant/descripciones.h"
 #include "platform/archivos.h"
+#include "platform/trabajo.h"
 
 #include <string>
 
@@ -17,9 +18,10 @@ inline constexpr std::string_view kArchivoDeDescripciones = "descripciones.csv";
 [[nodiscard]] std::string rutaDeDescripciones(std::string_view rutaConfiguracion);
 
 /// Adds what the table says. A row with something wrong in it describes nothing and is told; no
-/// file at all is no problem.
-void leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
-                       Problemas& problemas);
+/// file at all is no problem. All of them must outlive it; the file is read whole in the first
+/// portion.
+Trabajo leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
+                          Problemas& problemas, Porciones& porciones);
 /// The bytes of a table that says this.
 [[nodiscard]] std::string tablaDeDescripciones(const Descripciones& descripciones);
 

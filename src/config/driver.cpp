@@ -16,13 +16,17 @@ constexpr double kMaximoDeEntradas = 4294967295.0; // entry numbers are 32 bits 
 template <std::size_t N>
 using Campos = std::array<DatoIni, N>;
 
+// What it takes to read an entry.
+constexpr std::int64_t kPorEntrada = 6;
+
 /// Reads the dispatched keys into records.
 class LectorDeDriver {
   public:
-    LectorDeDriver(std::string_view contenido, ListasDeConfiguracion& listas, Problemas& problemas)
-        : contenido_(contenido), listas_(listas), problemas_(problemas) {}
+    LectorDeDriver(std::string_view contenido, ListasDeConfiguracion& listas, Problemas& problemas,
+                   Porciones& porciones)
+        : contenido_(contenido), listas_(listas), problemas_(problemas), porciones_(porciones) {}
 
-    void leer(const ClavesDeDriver& claves);
+    Trabajo leer(const ClavesDeDriver& claves);
 
   private:
     [[nodiscard]] std::string_view bytes(const DatoIni& d) const {
@@ -37,12 +41,13 @@ class LectorDeDriver {
     [[nodiscard]] std::string texto(const DatoIni& d, std::string_view porDefecto);
     [[nodiscard]] double cantidad(const DatoIni& d, std::string_view nombre);
 
-    void seccion(std::uint32_t ordinal, const SeccionDePuerto& s);
+    Trabajo seccion(std::uint32_t ordinal, const SeccionDePuerto& s);
     void seccionesQueFaltan(std::uint32_t desde, std::uint32_t hasta, std::size_t linea);
     [[nodiscard]] Puerto puerto(std::uint32_t ordinal, const SeccionDePuerto& s);
     template <std::size_t N, class Leer>
-    void entradas(const SeccionDePuerto& s, CampoDePuerto cuenta, const std::vector<DatoIni>& datos,
-                  std::string_view prefijo, double& leidas, Leer leerEntrada);
+    Trabajo entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
+                     const std::vector<DatoIni>& datos, std::string_view prefijo, double& leidas,
+                     Leer leerEntrada);
     void esclavo(std::uint32_t numero, std::uint32_t linea,
                  const Campos<kCamposDeEsclavo.size()>& c);
     void bloque(std::uint32_t numero, std::uint32_t linea, const Campos<kCamposDeBloque.size()>& c);
@@ -50,6 +55,7 @@ class LectorDeDriver {
     std::string_view contenido_;
     ListasDeConfiguracion& listas_;
     Problemas& problemas_;
+    Porciones& porciones_;
     std::int16_t puertoActual_ = 0;
     double esclavosLeidos_ = 0; ///< entries of the sections before this one
     double bloquesLeidos_ = 0;
@@ -76,9 +82,11 @@ double LectorDeDriver::cantidad(const DatoIni& d, std::string_view nombre) {
     return 0;
 }
 
-void LectorDeDriver::leer(const ClavesDeDriver& claves) {
-    if (claves.cantPuertos.linea == 0)
-        return problema(0, "falta CANT_PUERTOS en la sección [CONFIG]", "no se construye nada");
+Trabajo LectorDeDriver::leer(const ClavesDeDriver& claves) {
+    if (claves.cantPuertos.linea == 0) {
+        problema(0, "falta CANT_PUERTOS en la sección [CONFIG]", "no se construye nada");
+        co_return;
+    }
     const double cuenta = cantidad(claves.cantPuertos, "CANT_PUERTOS");
     const auto hasta = static_cast<std::uint32_t>(std::min<double>(cuenta, kMaximoDePuertos));
     const std::size_t linea = claves.cantPuertos.linea;
@@ -92,7 +100,7 @@ void LectorDeDriver::leer(const ClavesDeDriver& claves) {
             continue;
         }
         if (siguiente < ordinal) seccionesQueFaltan(siguiente, ordinal - 1, linea);
-        seccion(ordinal, s);
+        co_await seccion(ordinal, s);
         siguiente = ordinal + 1;
     }
     if (siguiente <= cuenta)
@@ -143,7 +151,7 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
     return p;
 }
 
-void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
+Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
     const Puerto p = puerto(ordinal, s);
     const auto falta = [&s](CampoDePuerto c) {
         return s.propios[static_cast<std::size_t>(c)].linea == 0;
@@ -163,11 +171,11 @@ void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
          lineaDe(CampoDePuerto::Reintentos), lineaDe(CampoDePuerto::SegReconeccion),
          lineaDe(CampoDePuerto::Scan)});
     puertoActual_ = puertoDeRegistros(p.numero);
-    entradas<kCamposDeEsclavo.size()>(
+    co_await entradas<kCamposDeEsclavo.size()>(
         s, CampoDePuerto::CantEsclavos, s.esclavos, "Esclavo", esclavosLeidos_,
         [this](auto n, auto linea, const auto& c) { esclavo(n, linea, c); });
     listas_.bloques.reserve(listas_.bloques.size() + s.bloques.size() / kCamposDeBloque.size());
-    entradas<kCamposDeBloque.size()>(
+    co_await entradas<kCamposDeBloque.size()>(
         s, CampoDePuerto::CantBloques, s.bloques, "Bloque", bloquesLeidos_,
         [this](auto n, auto linea, const auto& c) { bloque(n, linea, c); });
 }
@@ -175,9 +183,9 @@ void LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
 /// Goes through the entries that the file has, by number; those inside the section's range are
 /// read, and what is missing or too many is told once.
 template <std::size_t N, class Leer>
-void LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
-                              const std::vector<DatoIni>& datos, std::string_view prefijo,
-                              double& leidas, Leer leerEntrada) {
+Trabajo LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
+                                 const std::vector<DatoIni>& datos, std::string_view prefijo,
+                                 double& leidas, Leer leerEntrada) {
     const DatoIni& dato = s.propios[static_cast<std::size_t>(cuenta)];
     const std::string_view nombre = kCamposDePuerto[static_cast<std::size_t>(cuenta)];
     const double desde = leidas;
@@ -186,6 +194,7 @@ void LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
     double primeraAusente = desde;
     std::uint32_t lineaDeSobra = 0;
     for (std::size_t i = 0; i < datos.size();) {
+        co_await porciones_.gastar(kPorEntrada);
         const std::uint32_t n = datos[i].numero;
         const std::uint32_t linea = datos[i].linea;
         Campos<N> campos{};
@@ -279,33 +288,58 @@ void LectorDeDriver::bloque(std::uint32_t numero, std::uint32_t linea,
     listas_.lineasDeBloques.push_back(linea);
 }
 
+Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Problemas& problemas,
+                  Porciones& porciones) {
+    if (contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF")) {
+        problemas.agregar(listas.archivo, 1, "el archivo está guardado como UTF-16",
+                          "no se construye nada: debe ser Windows-1252");
+        co_return;
+    }
+    ClavesDeDriver claves;
+    co_await claves.leer(contenido, porciones);
+    LectorDeDriver lector(contenido, listas, problemas, porciones);
+    co_await lector.leer(claves);
+}
+
 } // namespace
 
 void leerDriverDeTexto(std::string_view contenido, const std::string& ruta,
                        ListasDeConfiguracion& listas, Problemas& problemas) {
     listas = {};
     listas.archivo = ruta;
-    if (contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF"))
-        return problemas.agregar(ruta, 1, "el archivo está guardado como UTF-16",
-                                 "no se construye nada: debe ser Windows-1252");
-    LectorDeDriver(contenido, listas, problemas).leer(ClavesDeDriver::de(contenido));
+    Porciones una;
+    Trabajo todo = leerTexto(contenido, listas, problemas, una);
+    una.hacer(todo);
 }
 
 void leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
                                ListasDeConfiguracion& listas, Problemas& problemas) {
+    Porciones una;
+    Trabajo todo = leerConfiguracionDeDriver(archivos, ruta, listas, problemas, una);
+    una.hacer(todo);
+}
+
+Trabajo leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
+                                  ListasDeConfiguracion& listas, Problemas& problemas,
+                                  Porciones& porciones) {
     listas = {};
     listas.archivo = archivos.comoEsta(ruta);
     const HuellaDeArchivo huella = archivos.huella(ruta);
-    if (!huella.existe)
-        return problemas.agregar(listas.archivo, 0, "no existe el archivo de configuración",
-                                 "no se construye nada");
+    if (!huella.existe) {
+        problemas.agregar(listas.archivo, 0, "no existe el archivo de configuración",
+                          "no se construye nada");
+        co_return;
+    }
     const auto contenido = archivos.leer(ruta, kMaximoDeArchivo);
-    if (!contenido)
-        return problemas.agregar(listas.archivo, 0,
-                                 huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
-                                                                 : "el archivo no se puede leer",
-                                 "no se construye nada");
-    leerDriverDeTexto(*contenido, std::string(listas.archivo), listas, problemas);
+    if (!contenido) {
+        problemas.agregar(listas.archivo, 0,
+                          huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
+                                                          : "el archivo no se puede leer",
+                          "no se construye nada");
+        co_return;
+    }
+    co_await porciones.gastar(costoDeLeer(*contenido));
+    co_await leerTexto(*contenido, listas, problemas, porciones);
 }
 
 } // namespace kv

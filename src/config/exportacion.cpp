@@ -129,13 +129,16 @@ class Registro {
     std::array<bool, N> cerrado_{};
 };
 
+// What it takes to read a record.
+constexpr std::int64_t kPorRegistro = 15;
+
 class LectorDeExportacion {
   public:
     LectorDeExportacion(std::string_view contenido, ListasDeConfiguracion& listas,
-                        Problemas& problemas)
-        : contenido_(contenido), listas_(listas), problemas_(problemas) {}
+                        Problemas& problemas, Porciones& porciones)
+        : contenido_(contenido), listas_(listas), problemas_(problemas), porciones_(porciones) {}
 
-    void leer();
+    Trabajo leer();
     [[nodiscard]] std::size_t linea() const { return numeroDeLinea_; }
 
   private:
@@ -151,12 +154,13 @@ class LectorDeExportacion {
     }
     void sinMarcaInicial();
     void puerto();
-    void esclavos();
-    void bloques();
+    Trabajo esclavos();
+    Trabajo bloques();
 
     std::string_view contenido_;
     ListasDeConfiguracion& listas_;
     Problemas& problemas_;
+    Porciones& porciones_;
     std::size_t posicion_ = 0;
     std::size_t numeroDeLinea_ = 0;
     std::string_view linea_;
@@ -188,20 +192,26 @@ std::string LectorDeExportacion::texto(std::string_view bytes) {
     return utf8DesdeWindows1252(bytes);
 }
 
-void LectorDeExportacion::leer() {
-    if (contenido_.empty()) return problema("el archivo está vacío", "no se construye nada");
+Trabajo LectorDeExportacion::leer() {
+    if (contenido_.empty()) {
+        problema("el archivo está vacío", "no se construye nada");
+        co_return;
+    }
     siguiente();
     siguiente();
     siguiente();
-    if (!esMarca(linea_, "puertos:inicio")) return sinMarcaInicial();
+    if (!esMarca(linea_, "puertos:inicio")) {
+        sinMarcaInicial();
+        co_return;
+    }
     while (!alFinal() && !esMarca(linea_, "puertos:fin")) {
         siguiente();
         if (esMarca(linea_, "puertos:fin")) break;
         puerto();
         siguiente();
-        esclavos();
+        co_await esclavos();
         siguiente();
-        bloques();
+        co_await bloques();
     }
     if (!esMarca(linea_, "puertos:fin"))
         problema("el archivo termina sin la marca puertos:fin",
@@ -232,12 +242,15 @@ void LectorDeExportacion::puerto() {
     listas_.lineasDePuertos.push_back({lineaActual()});
 }
 
-void LectorDeExportacion::esclavos() {
-    if (!esMarca(linea_, "esclavos:inicio"))
-        return problema("se esperaba la marca esclavos:inicio", "el puerto queda sin estaciones");
-    if (alFinal()) return;
+Trabajo LectorDeExportacion::esclavos() {
+    if (!esMarca(linea_, "esclavos:inicio")) {
+        problema("se esperaba la marca esclavos:inicio", "el puerto queda sin estaciones");
+        co_return;
+    }
+    if (alFinal()) co_return;
     siguiente();
     while (!alFinal() && !esMarca(linea_, "esclavos:fin")) {
+        co_await porciones_.gastar(kPorRegistro);
         const Registro<kCamposDeEstacionExportada.size()> r(linea_, kCamposDeEstacionExportada);
         Estacion e;
         e.numero = r.corto(CampoDeEsclavo::Numero);
@@ -252,15 +265,16 @@ void LectorDeExportacion::esclavos() {
     }
 }
 
-void LectorDeExportacion::bloques() {
+Trabajo LectorDeExportacion::bloques() {
     if (!esMarca(linea_, "bloques:inicio")) {
         if (!esMarca(linea_, "puertos:fin"))
             problema("se esperaba la marca bloques:inicio", "el puerto queda sin bloques");
-        return;
+        co_return;
     }
-    if (alFinal()) return;
+    if (alFinal()) co_return;
     siguiente();
     while (!alFinal() && !esMarca(linea_, "bloques:fin")) {
+        co_await porciones_.gastar(kPorRegistro);
         const Registro<kCamposDeBloqueExportado.size()> r(linea_, kCamposDeBloqueExportado);
         ConfiguracionDeBloque b;
         static_cast<void>(r.numero(CampoDeBloque::Bloque)); // a name, but a number all the same
@@ -284,6 +298,16 @@ void fallar(std::size_t linea, const std::string& que, ListasDeConfiguracion& li
     problemas.agregar(listas.archivo, linea, que,
                       "la lectura termina aquí y se construye lo leído antes");
     if (mensaje) mensaje("Error al abrir el archivo");
+}
+
+Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Problemas& problemas,
+                  const MensajeDeError& mensaje, Porciones& porciones) {
+    LectorDeExportacion lector(contenido, listas, problemas, porciones);
+    try {
+        co_await lector.leer();
+    } catch (const Falla& f) {
+        fallar(lector.linea(), f.que, listas, problemas, mensaje);
+    }
 }
 
 } // namespace
@@ -316,28 +340,27 @@ void leerProyectoDeTexto(std::string_view contenido, const std::string& ruta,
                          const MensajeDeError& mensaje) {
     listas = {};
     listas.archivo = ruta;
-    LectorDeExportacion lector(contenido, listas, problemas);
-    try {
-        lector.leer();
-    } catch (const Falla& f) {
-        fallar(lector.linea(), f.que, listas, problemas, mensaje);
-    }
+    Porciones una;
+    Trabajo todo = leerTexto(contenido, listas, problemas, mensaje, una);
+    una.hacer(todo);
 }
 
-void leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
-                                 ListasDeConfiguracion& listas, Problemas& problemas,
-                                 const MensajeDeError& mensaje) {
+Trabajo leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
+                                    ListasDeConfiguracion& listas, Problemas& problemas,
+                                    const MensajeDeError& mensaje, Porciones& porciones) {
     listas = {};
     listas.archivo = archivos.comoEsta(rutaExportacion);
     const HuellaDeArchivo huella = archivos.huella(rutaExportacion);
     const auto contenido = archivos.leer(rutaExportacion, kMaximoDeArchivo);
-    if (contenido)
-        return leerProyectoDeTexto(*contenido, std::string(listas.archivo), listas, problemas,
-                                   mensaje);
-    fallar(0,
-           huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
-                                           : "el archivo no se puede leer",
-           listas, problemas, mensaje);
+    if (!contenido) {
+        fallar(0,
+               huella.largo > kMaximoDeArchivo ? "el archivo tiene más de 256 MiB"
+                                               : "el archivo no se puede leer",
+               listas, problemas, mensaje);
+        co_return;
+    }
+    co_await porciones.gastar(costoDeLeer(*contenido));
+    co_await leerTexto(*contenido, listas, problemas, mensaje, porciones);
 }
 
 } // namespace kv

@@ -4,6 +4,7 @@
 #include "config/listas.h"
 #include "config/problema.h"
 #include "platform/archivos.h"
+#include "platform/trabajo.h"
 
 #include <array>
 #include <functional>
@@ -38,10 +39,10 @@ using MensajeDeError = std::function<void(std::string_view texto)>;
 
 /// Reads the supervisory project's export. Replaces what the lists hold. An error ends the reading,
 /// is told to `mensaje` ("Error al abrir el archivo") and in `problemas`; the records before it
-/// stay.
-void leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
-                                 ListasDeConfiguracion& listas, Problemas& problemas,
-                                 const MensajeDeError& mensaje);
+/// stay. All of them must outlive it; the file is read whole in the first portion.
+Trabajo leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
+                                    ListasDeConfiguracion& listas, Problemas& problemas,
+                                    const MensajeDeError& mensaje, Porciones& porciones);
 
 /// The same for content that is already in memory; `ruta` is the name that problems carry.
 void leerProyectoDeTexto(std::string_view contenido, const std::string& ruta,

@@ -48,17 +48,25 @@ Ubicacion ubicarConfiguracion(Ajustes& ajustes, Problemas& problemas) {
 }
 
 ConfiguracionLeida leerConfiguracionUbicada(Ajustes& ajustes, const MensajeDeError& mensaje) {
-    ConfiguracionLeida c;
+    ConfiguracionLeida leida;
+    Porciones una;
+    Trabajo todo = leerConfiguracionUbicada(ajustes, leida, mensaje, una);
+    una.hacer(todo);
+    return leida;
+}
+
+Trabajo leerConfiguracionUbicada(Ajustes& ajustes, ConfiguracionLeida& c,
+                                 const MensajeDeError& mensaje, Porciones& porciones) {
     c.ubicacion = ubicarConfiguracion(ajustes, c.problemas);
     if (c.ubicacion.desdeExportacion)
-        leerConfiguracionDeProyecto(ajustes.archivos(), c.ubicacion.rutaExportacion, c.listas,
-                                    c.problemas, mensaje);
+        co_await leerConfiguracionDeProyecto(ajustes.archivos(), c.ubicacion.rutaExportacion,
+                                             c.listas, c.problemas, mensaje, porciones);
     else
-        leerConfiguracionDeDriver(ajustes.archivos(), c.ubicacion.rutaConfiguracion, c.listas,
-                                  c.problemas);
+        co_await leerConfiguracionDeDriver(ajustes.archivos(), c.ubicacion.rutaConfiguracion,
+                                           c.listas, c.problemas, porciones);
     const std::string ruta = rutaDeDescripciones(c.ubicacion.rutaConfiguracion);
-    leerDescripciones(ajustes.archivos(), ruta, c.listas.descripciones, c.problemas);
-    return c;
+    co_await leerDescripciones(ajustes.archivos(), ruta, c.listas.descripciones, c.problemas,
+                               porciones);
 }
 
 } // namespace kv

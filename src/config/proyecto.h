@@ -5,6 +5,7 @@
 #include "config/exportacion.h"
 #include "config/listas.h"
 #include "config/problema.h"
+#include "platform/trabajo.h"
 
 #include <string>
 
@@ -34,5 +35,8 @@ struct ConfiguracionLeida {
 /// file at the configuration path.
 [[nodiscard]] ConfiguracionLeida leerConfiguracionUbicada(Ajustes& ajustes,
                                                           const MensajeDeError& mensaje);
+/// The same in portions, into `leida`, which is empty. All of them must outlive it.
+Trabajo leerConfiguracionUbicada(Ajustes& ajustes, ConfiguracionLeida& leida,
+                                 const MensajeDeError& mensaje, Porciones& porciones);
 
 } // namespace kv

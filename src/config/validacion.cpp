@@ -11,6 +11,7 @@
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
+#include <memory_resource>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -33,13 +34,14 @@ struct Destino {
 
 class Validador {
   public:
-    Validador(ListasDeConfiguracion& listas, Problemas& problemas)
-        : listas_(listas), problemas_(problemas) {}
-    Validacion validar() {
+    Validador(ListasDeConfiguracion& listas, Problemas& problemas, Validacion& validacion,
+              Porciones& porciones)
+        : listas_(listas), problemas_(problemas), v_(validacion), porciones_(porciones) {}
+    Trabajo validar() {
         puertos();
-        estaciones();
-        bloques();
-        return std::move(v_);
+        co_await porciones_.gastar(5 * static_cast<std::int64_t>(listas_.puertos.size()));
+        co_await estaciones();
+        co_await bloques();
     }
 
   private:
@@ -49,11 +51,11 @@ class Validador {
     void puertos();
     Suerte puerto(const Puerto& p, std::size_t linea);
     void corregirTiempos(Puerto& p, const LineasDePuerto& lineas);
-    void estaciones();
+    Trabajo estaciones();
     Suerte estacion(std::size_t i);
     std::size_t conexionDe(const Estacion& e);
     bool alcanzable(const Estacion& e, std::size_t linea);
-    void bloques();
+    Trabajo bloques();
     /// Sets `registros_`.
     Suerte bloque(std::size_t i);
     void repeticiones(const ConfiguracionDeBloque& b, std::size_t estacion, std::size_t linea);
@@ -70,17 +72,20 @@ class Validador {
 
     ListasDeConfiguracion& listas_;
     Problemas& problemas_;
-    Validacion v_;
+    Validacion& v_;
+    Porciones& porciones_;
     std::size_t puertosConstruidos_ = 0;
     std::unordered_set<double> numerosDePuerto_;
     std::unordered_map<std::string, std::size_t> conexiones_;
     std::unordered_set<std::uint64_t> indices_; ///< connection and indice
     std::unordered_map<std::uint64_t, Destino> destinos_;
     std::vector<std::string> registros_; ///< of the present block
+    /// Goes as a whole: giving back hundreds of thousands of pieces takes longer than a portion.
+    std::pmr::monotonic_buffer_resource memoria_;
     /// The lines of those that have been built, by station and register, and by name where the
     /// address is no register.
-    std::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_;
-    std::unordered_map<std::string, std::uint32_t> lineasDeNombres_;
+    std::pmr::unordered_map<std::uint64_t, std::uint32_t> lineasDeRegistros_{&memoria_};
+    std::pmr::unordered_map<std::string, std::uint32_t> lineasDeNombres_{&memoria_};
 };
 
 void Validador::puertos() {
@@ -138,9 +143,12 @@ void Validador::corregirTiempos(Puerto& p, const LineasDePuerto& lineas) {
              lineas.scanPorDefecto, "DEFAULT_SCAN_TIME", 5);
 }
 
-void Validador::estaciones() {
-    for (std::size_t i = 0; i < listas_.estaciones.size(); ++i)
+Trabajo Validador::estaciones() {
+    constexpr std::int64_t kPorEstacion = 10;
+    for (std::size_t i = 0; i < listas_.estaciones.size(); ++i) {
+        co_await porciones_.gastar(kPorEstacion);
         v_.estaciones.push_back(estacion(i));
+    }
 }
 
 Suerte Validador::estacion(std::size_t i) {
@@ -205,11 +213,16 @@ bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
     return false;
 }
 
-void Validador::bloques() {
+Trabajo Validador::bloques() {
+    constexpr std::int64_t kPorBloque = 5;
+    constexpr std::int64_t kPorRegistro = 2;
     v_.bloques.reserve(listas_.bloques.size());
     v_.estacionDeBloque.resize(listas_.bloques.size());
+    lineasDeRegistros_.reserve(listas_.bloques.size());
     for (std::size_t i = 0; i < listas_.bloques.size(); ++i) {
         const Suerte suerte = bloque(i);
+        co_await porciones_.gastar(kPorBloque +
+                                   kPorRegistro * static_cast<std::int64_t>(registros_.size()));
         const double total = v_.variables + static_cast<double>(registros_.size());
         if (suerte != Suerte::NoConstruir && total > kMaximoDeVariables) {
             problema(listas_.lineasDeBloques[i],
@@ -218,7 +231,7 @@ void Validador::bloques() {
                      "no se construyen este bloque ni los " +
                          std::to_string(listas_.bloques.size() - i - 1) + " siguientes");
             v_.bloques.resize(listas_.bloques.size(), Suerte::NoConstruir);
-            return;
+            co_return;
         }
         v_.bloques.push_back(suerte);
         if (suerte == Suerte::NoConstruir) continue;
@@ -349,7 +362,17 @@ bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std:
 } // namespace
 
 Validacion validar(ListasDeConfiguracion& listas, Problemas& problemas) {
-    return Validador(listas, problemas).validar();
+    Validacion v;
+    Porciones una;
+    Trabajo todo = validar(listas, problemas, v, una);
+    una.hacer(todo);
+    return v;
+}
+
+Trabajo validar(ListasDeConfiguracion& listas, Problemas& problemas, Validacion& validacion,
+                Porciones& porciones) {
+    Validador validador(listas, problemas, validacion, porciones);
+    co_await validador.validar();
 }
 
 bool nombrePublicable(std::string_view nombre) {

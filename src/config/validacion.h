@@ -3,6 +3,7 @@
 
 #include "config/listas.h"
 #include "config/problema.h"
+#include "platform/trabajo.h"
 
 #include <cstdint>
 #include <string>
@@ -48,6 +49,9 @@ struct Validacion {
 /// Times and retries of ports that would stop a timer for ever are brought back to their defaults
 /// in `listas`; everything else stays as it is. Linear in the number of records.
 [[nodiscard]] Validacion validar(ListasDeConfiguracion& listas, Problemas& problemas);
+/// The same in portions, into `validacion`, which is empty. All of them must outlive it.
+Trabajo validar(ListasDeConfiguracion& listas, Problemas& problemas, Validacion& validacion,
+                Porciones& porciones);
 
 /// Whether a name made from configured texts is an identifier of the script language. Only such
 /// names are published.

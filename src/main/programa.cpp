@@ -37,6 +37,7 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     });
     std::signal(SIGHUP, SIG_DFL); // blocked by now; one that is ignored is not told of
     motor.operador.registrarEn(grabacion.registro());
+    motor.recarga.alTerminar([this] { servicio.listo(); });
     bucle.alFinalDeVuelta([this] {
         salida.volcar();
         mirarGrabacion();
@@ -76,7 +77,6 @@ void Programa::arrancar() {
 void Programa::recargar() {
     servicio.recargando();
     motor.operador.recargar();
-    servicio.listo();
 }
 
 /// Says so at once, and then once an hour for as long as it lasts.

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -181,22 +182,22 @@ bool Modelo::cambiarPuerto(Indice cual, const Puerto& puerto) {
     nuevo.leerDespuesDeEscribir = false;
     if (tablas_.puertos[cual] == nuevo) return false;
     tablas_.puertos[cual] = nuevo;
-    for (std::size_t k = 0; k < tablas_.conexiones.limiteSuperior(); ++k) {
-        ConexionIP& c = tablas_.conexiones[k];
-        if (c.puerto != puerto.numero) continue;
-        c.pacienciaMs = 0;
-        for (const Indice i : c.bloques) {
-            BloqueLectura& b = tablas_.bloques[i];
-            copiarDePuerto(b, puerto);
-            if (!b.retirado) anotarPaciencia(c, b);
-        }
-    }
     return true;
+}
+
+void Modelo::tomarTiempos(Indice conexion) {
+    ConexionIP& c = tablas_.conexiones[conexion];
+    c.pacienciaMs = 0;
+    for (const Indice i : c.bloques) {
+        BloqueLectura& b = tablas_.bloques[i];
+        copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(b.puerto) - 1]);
+        if (!b.retirado) anotarPaciencia(c, b);
+    }
 }
 
 void Modelo::cambiarNivel(Indice bloque, double nivel) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    b.nivel = nivel;
+    if (std::exchange(b.nivel, nivel) != nivel) tablas_.anotarNivel(bloque);
     vista_.lstViewEstadoDeBloques.cambio(b.filaBloque);
 }
 
@@ -212,22 +213,26 @@ void Modelo::retirarBloque(Indice bloque) {
     tablas_.cantidadDePuntos -= 1 + static_cast<double>(bits);
     if (b.aPedido) --tablas_.estacionDe(b).aPedido;
     publicacion_.darDeBaja(bloque);
+    tablas_.olvidarBloque(bloque);
     vista_.lstViewEstadoDeBloques.retirar(b.filaBloque);
 }
 
 void Modelo::retirarEstacion(Indice conexion, Indice estacion) {
     ConexionIP& c = tablas_.conexiones[conexion];
     c.estaciones[estacion].retirada = true;
+    tablas_.olvidarEstacion(conexion, estacion);
     std::string quedan;
     for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
         if (!c.estaciones[e].retirada) quedan += rotulo(c.estaciones[e]);
     }
-    if (quedan.empty()) return conexiones_.retirar(conexion);
+    if (quedan.empty()) {
+        tablas_.olvidarConexion(conexion);
+        return conexiones_.retirar(conexion);
+    }
     vista_.lstViewSockets.poner(c.filaLista, de_conexiones::kEstaciones, quedan);
 }
 
 void Modelo::terminarCambios() {
-    tablas_.reordenar();
     vista_.lblCantidadDePuntos.poner(textoDeNumero(tablas_.cantidadDePuntos));
 }
 

@@ -34,9 +34,12 @@ class Modelo {
     /// index that fits no frame gives a block that is listed and published and never polled.
     double levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
                                double cantidad, double scanSegundos, bool activo, double nivel);
-    /// What the configuration says otherwise from now on. `terminarCambios` after all of them.
-    /// False: the port is as it was.
+    /// What the configuration says otherwise from now on. False: the port is as it was; else
+    /// `tomarTiempos` follows for its connections.
     bool cambiarPuerto(Indice cual, const Puerto& puerto);
+    void tomarTiempos(Indice conexion);
+    /// The look-ups of the tables are put in order, and `terminarCambios` called, after all of
+    /// these.
     void cambiarNivel(Indice bloque, double nivel);
     void retirarBloque(Indice bloque);
     /// Its blocks have been retired; a connection without stations goes with its last one.

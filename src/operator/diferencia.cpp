@@ -4,8 +4,9 @@
 #include "plant/bases.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
 #include <string_view>
-#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -14,26 +15,76 @@ namespace {
 
 using Lugar = Tablas::LugarDeEstacion;
 
+// What it takes to look at a record of the plant, and at one of the lists.
+constexpr std::int64_t kPorRegistro = 5;
+constexpr std::int64_t kPorConfigurado = 8;
+
+/// The blocks of a plant by their keys. Equal keys stand in creation order, and each is taken once.
+class BloquesPorClave {
+  public:
+    explicit BloquesPorClave(const Tablas& tablas)
+        : tablas_(tablas), siguiente_(tablas.bloques.limiteSuperior(), kNinguno), toca_(siguiente_),
+          lugares_(std::bit_ceil(2 * siguiente_.size() + 1), kNinguno) {}
+
+    /// Those that there were when this was made.
+    [[nodiscard]] Indice cuantos() const { return static_cast<Indice>(siguiente_.size()); }
+    /// From the last one to the first.
+    void poner(Indice bloque) {
+        siguiente_[bloque] = std::exchange(lugarDe(tablas_.bloques[bloque].clave), bloque);
+        toca_[bloque] = bloque;
+    }
+    /// The first that has not been taken, if it is of that station; else kNinguno.
+    [[nodiscard]] Indice tomar(std::string_view clave, const Lugar& de) {
+        const Indice primero = lugarDe(clave);
+        const Indice este = primero == kNinguno ? kNinguno : toca_[primero];
+        if (este == kNinguno) return kNinguno;
+        const BloqueLectura& b = tablas_.bloques[este];
+        if (b.idConexion != de.conexion || b.idEstacion != de.estacion) return kNinguno;
+        toca_[primero] = siguiente_[este];
+        return este;
+    }
+
+  private:
+    [[nodiscard]] Indice& lugarDe(std::string_view clave) {
+        const std::size_t mascara = lugares_.size() - 1;
+        std::size_t n = std::hash<std::string_view>{}(clave)&mascara;
+        while (lugares_[n] != kNinguno && tablas_.bloques[lugares_[n]].clave != clave)
+            n = (n + 1) & mascara;
+        return lugares_[n];
+    }
+
+    const Tablas& tablas_;
+    std::vector<Indice> siguiente_; ///< of the same key, by block
+    std::vector<Indice> toca_;      ///< which is taken next, by the first of a key
+    std::vector<Indice> lugares_;   ///< open addressing: the first of a key
+};
+
 class Comparacion {
   public:
     Comparacion(const Tablas& tablas, const ListasDeConfiguracion& listas,
-                const Validacion& validacion)
-        : tablas_(tablas), listas_(listas), validacion_(validacion),
-          lugares_(listas.estaciones.size()) {}
+                const Validacion& validacion, Diferencia& d, Porciones& porciones)
+        : tablas_(tablas), listas_(listas), validacion_(validacion), porciones_(porciones),
+          lugares_(listas.estaciones.size()), porClave_(tablas), quedan_(porClave_.cuantos()),
+          d_(d) {}
 
-    Diferencia hacer() {
-        for (const ConexionPrevista& c : validacion_.conexiones)
+    Trabajo hacer() {
+        d_.hasta = porClave_.cuantos();
+        for (const ConexionPrevista& c : validacion_.conexiones) {
             emparejarEstaciones(c);
-        estacionesQueSobran();
-        ordenarLosQueHay();
+            co_await porciones_.gastar(5 * static_cast<std::int64_t>(c.estaciones.size()));
+        }
+        co_await estacionesQueSobran();
+        for (Indice i = porClave_.cuantos(); i-- > 0;) {
+            const BloqueLectura& b = tablas_.bloques[i];
+            if (!b.retirado && queda({b.idConexion, b.idEstacion})) porClave_.poner(i);
+            co_await porciones_.gastar(kPorRegistro);
+        }
         for (std::size_t i = 0; i < listas_.bloques.size(); ++i) {
+            co_await porciones_.gastar(kPorConfigurado);
             if (i < validacion_.bloques.size() && validacion_.bloques[i] != Suerte::NoConstruir)
                 emparejarBloque(i);
         }
-        for (std::size_t n = 0; n < hay_.size(); ++n) {
-            if (!tomados_[n]) d_.bloquesQueSobran.push_back(hay_[n].second);
-        }
-        return std::move(d_);
+        co_await bloquesQueSobran();
     }
 
   private:
@@ -52,40 +103,36 @@ class Comparacion {
                 tablas_.conexiones[k].estaciones[hallada->second].numero ==
                     listas_.estaciones[i].numero) {
                 lugares_[i] = {k, hallada->second};
-                quedan_.push_back(clave(lugares_[i]));
+                estaciones_.push_back(clave(lugares_[i]));
             } else {
                 d_.estacionesNuevas.push_back(i);
             }
         }
     }
 
-    void estacionesQueSobran() {
-        std::sort(quedan_.begin(), quedan_.end());
+    Trabajo estacionesQueSobran() {
+        std::sort(estaciones_.begin(), estaciones_.end());
         for (Indice k = 0; k < tablas_.conexiones.limiteSuperior(); ++k) {
             const auto& estaciones = tablas_.conexiones[k].estaciones;
             for (Indice e = 0; e < estaciones.limiteSuperior(); ++e) {
                 if (!estaciones[e].retirada && !queda({k, e}))
                     d_.estacionesQueSobran.push_back({k, e});
+                co_await porciones_.gastar(kPorRegistro);
             }
         }
     }
 
-    /// Blocks of stations that stay, by key and then in creation order.
-    void ordenarLosQueHay() {
-        for (Indice i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
-            const BloqueLectura& b = tablas_.bloques[i];
-            if (b.retirado) continue;
-            if (queda({b.idConexion, b.idEstacion})) {
-                hay_.emplace_back(b.clave, i);
-            } else {
-                d_.bloquesQueSobran.push_back(i);
+    Trabajo bloquesQueSobran() {
+        for (Indice k = 0; k < tablas_.conexiones.limiteSuperior(); ++k) {
+            const auto& suyos = tablas_.conexiones[k].bloques;
+            // More may be asked for meanwhile, and stay.
+            for (std::size_t n = 0; n < suyos.size() && suyos[n] < quedan_.size(); ++n) {
+                const BloqueLectura& b = tablas_.bloques[suyos[n]];
+                if (!b.retirado && !quedan_[b.indice] &&
+                    !(b.aPedido && queda({b.idConexion, b.idEstacion})))
+                    d_.bloquesQueSobran.push_back(b.indice);
+                co_await porciones_.gastar(kPorRegistro);
             }
-        }
-        std::sort(hay_.begin(), hay_.end());
-        tomados_.resize(hay_.size());
-        for (std::size_t n = 0; n < hay_.size(); ++n) {
-            siguiente_.try_emplace(hay_[n].first, n);
-            tomados_[n] = tablas_.bloques[hay_[n].second].aPedido;
         }
     }
 
@@ -95,12 +142,16 @@ class Comparacion {
         const auto registros = registrosDeBloque(pedido.direccion, pedido.cantidad);
         std::vector<std::string> faltan;
         for (const std::string& registro : registros) {
-            const Indice b = lugar.conexion == kNinguno
-                                 ? kNinguno
-                                 : tomar(claveDeBloque(pedido.puerto, pedido.plc, registro), lugar);
+            const Indice b =
+                lugar.conexion == kNinguno
+                    ? kNinguno
+                    : porClave_.tomar(claveDeBloque(pedido.puerto, pedido.plc, registro), lugar);
             if (b == kNinguno) {
                 faltan.push_back(registro);
-            } else if (esIgual(tablas_.bloques[b], pedido)) {
+                continue;
+            }
+            quedan_[b] = true;
+            if (esIgual(tablas_.bloques[b], pedido)) {
                 ++d_.iguales;
             } else {
                 d_.cambios.push_back({b, i});
@@ -113,17 +164,6 @@ class Comparacion {
             d_.nuevos.push_back({i, std::move(registro), 1});
     }
 
-    [[nodiscard]] Indice tomar(const std::string& clave, const Lugar& lugar) {
-        const auto i = siguiente_.find(clave);
-        if (i == siguiente_.end()) return kNinguno;
-        std::size_t& n = i->second;
-        if (n == hay_.size() || hay_[n].first != clave) return kNinguno;
-        const BloqueLectura& b = tablas_.bloques[hay_[n].second];
-        if (b.idConexion != lugar.conexion || b.idEstacion != lugar.estacion) return kNinguno;
-        tomados_[n] = true;
-        return hay_[n++].second;
-    }
-
     [[nodiscard]] static bool esIgual(const BloqueLectura& b, const ConfiguracionDeBloque& pedido) {
         return !b.aPedido && b.nivel == pedido.nivel && b.scanConfigurado == pedido.scanSegundos &&
                b.activoPorDefecto == pedido.activoPorDefecto;
@@ -133,25 +173,26 @@ class Comparacion {
         return std::uint64_t{l.conexion} << 32 | l.estacion;
     }
     [[nodiscard]] bool queda(const Lugar& l) const {
-        return std::binary_search(quedan_.begin(), quedan_.end(), clave(l));
+        return std::binary_search(estaciones_.begin(), estaciones_.end(), clave(l));
     }
 
     const Tablas& tablas_;
     const ListasDeConfiguracion& listas_;
     const Validacion& validacion_;
-    std::vector<Lugar> lugares_; ///< where the stations of the lists are, if they are
-    std::vector<std::uint64_t> quedan_;
-    std::vector<std::pair<std::string_view, Indice>> hay_;
-    std::vector<bool> tomados_;
-    std::unordered_map<std::string_view, std::size_t> siguiente_; ///< first not taken of a key
-    Diferencia d_;
+    Porciones& porciones_;
+    std::vector<Lugar> lugares_;            ///< where the stations of the lists are, if they are
+    std::vector<std::uint64_t> estaciones_; ///< that stay
+    BloquesPorClave porClave_;              ///< of those stations
+    std::vector<bool> quedan_;              ///< by block
+    Diferencia& d_;
 };
 
 } // namespace
 
-Diferencia comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
-                    const Validacion& validacion) {
-    return Comparacion(tablas, listas, validacion).hacer();
+Trabajo comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
+                 const Validacion& validacion, Diferencia& diferencia, Porciones& porciones) {
+    Comparacion comparacion(tablas, listas, validacion, diferencia, porciones);
+    co_await comparacion.hacer();
 }
 
 } // namespace kv

@@ -4,6 +4,7 @@
 #include "config/listas.h"
 #include "config/validacion.h"
 #include "plant/tablas.h"
+#include "platform/trabajo.h"
 
 #include <cstddef>
 #include <string>
@@ -23,18 +24,21 @@ struct Diferencia {
         Indice bloque;
         std::size_t configurado; ///< level, scan or activity are another
     };
-    std::vector<Indice> bloquesQueSobran; ///< those of stations that go among them
+    /// Connection by connection, those of stations that go among them.
+    std::vector<Indice> bloquesQueSobran;
     std::vector<Tablas::LugarDeEstacion> estacionesQueSobran;
     std::vector<std::size_t> estacionesNuevas;
     std::vector<Nuevo> nuevos;
     std::vector<Cambio> cambios;
     std::size_t iguales = 0; ///< variables
+    Indice hasta = 0;        ///< blocks from here on were made after the comparison began
 };
 
 /// A station is the same when its address, its port's number, its own number and its index on the
 /// wire are; a block when its station and its key are. What was made because somebody asked for it
-/// stays as long as its station does. Linear in the size of both.
-[[nodiscard]] Diferencia comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
-                                  const Validacion& validacion);
+/// stays as long as its station does, and may be made meanwhile. Linear in the size of both. All of
+/// them must outlive the work; `diferencia` is empty.
+Trabajo comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
+                 const Validacion& validacion, Diferencia& diferencia, Porciones& porciones);
 
 } // namespace kv

@@ -2,27 +2,21 @@
 #pragma once
 
 #include "config/ajustes.h"
-#include "config/listas.h"
-#include "config/problema.h"
-#include "link/conexiones.h"
+#include "config/proyecto.h"
 #include "log/archivo_log.h"
-#include "model/modelo.h"
-#include "operator/diferencia.h"
+#include "operator/traspaso.h"
 #include "plant/descripciones.h"
-#include "plant/tablas.h"
-#include "poll/estaciones_mudas.h"
-#include "poll/poleo.h"
-#include "poll/reloj_de_bloques.h"
+#include "platform/bucle.h"
 #include "script/guion.h"
-#include "script/publicacion.h"
 #include "view/vista.h"
-#include "write/ejecucion.h"
-#include "write/forzado.h"
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace kv {
 
@@ -31,55 +25,60 @@ namespace kv {
 /// went is BAD once more for whoever knew it, and gone; what came is asked at once. A file with a
 /// fault that the last one taken over did not have changes nothing. What an operator switched or
 /// set otherwise than configured stays so, unless the configuration of just that changed.
+///
+/// It is done in portions, and everything else goes on between them: with the plant as it was until
+/// the file has been read, checked and compared, and then record by record.
 class Recarga {
   public:
     /// All of them must outlive it.
     struct Partes {
+        Bucle& bucle;
         Ajustes& ajustes;
-        Tablas& tablas;
-        Modelo& modelo;
-        GestorDeConexiones& conexiones;
-        Turnos& turnos;
-        Publicacion& publicacion;
-        RelojDeBloques& reloj;
-        EstacionesMudas& mudas;
-        Poleo& poleo;
-        EjecucionDeEscrituras& ejecucion;
-        Forzado& forzado;
         Guion& guion;
         Vista& vista;
         ArchivoLog& log;
         Descripciones& descripciones;
+        Traspaso::Partes planta;
     };
-    explicit Recarga(const Partes& partes) : p_(partes) {}
+    explicit Recarga(const Partes& partes);
 
     /// The faults of the configuration that the driver started with.
     void conocer(const Problemas& problemas);
     /// Called with the path of each configuration that is taken over.
     void alAdoptar(std::function<void(const std::string&)> tarea) { alAdoptar_ = std::move(tarea); }
+    /// Called when nothing is left to be taken over, or was refused.
+    void alTerminar(std::function<void()> tarea) { alTerminar_ = std::move(tarea); }
     /// Reads the configuration and takes it over; what came of it stands in the log, and a refusal
-    /// is shown to the operator too. Lets events run at its end. Called meanwhile, it is done once
-    /// more.
+    /// is shown to the operator too. The first portion is done at once and may be all. Lets events
+    /// run. Called meanwhile, it is done once more in the end, with the file as it is then.
     void recargar();
-    /// Takes away what was made because somebody asked for the register; nothing else.
+    [[nodiscard]] bool enCurso() const { return trabajo_.has_value(); }
+    /// Takes away what was made because somebody asked for the register; nothing else. Later, when
+    /// a configuration is just being taken over.
     void olvidar(Indice bloque);
+    /// How much is done at a stretch, as `Porciones` count.
+    void fijarPorcion(std::int64_t tamano) { porciones_.fijarTamano(tamano); }
 
   private:
-    void unaVez();
-    [[nodiscard]] std::string queja(const ListasDeConfiguracion& listas,
-                                    const Problemas& problemas) const;
+    void seguir();
+    Trabajo todas();
+    Trabajo unaVez();
+    Trabajo adoptar(ConfiguracionLeida& leida, const Validacion& validacion);
+    Trabajo soltar(ConfiguracionLeida& leida);
+    void contar(const Traspaso::Hecho& hecho);
+    [[nodiscard]] std::string queja(const ConfiguracionLeida& leida) const;
     void rechazar(const std::string& porque);
-    void aplicar(const ListasDeConfiguracion& listas, const Diferencia& d);
-    [[nodiscard]] bool puertos(const ListasDeConfiguracion& listas);
-    void retirar(const Diferencia& d);
-    void levantar(const ListasDeConfiguracion& listas, const Diferencia& d);
-    void empezar(Indice bloque);
-    void cambiar(Indice bloque, const ConfiguracionDeBloque& pedido);
 
     Partes p_;
     std::unordered_set<std::string> conocidos_; ///< faults of the configuration in use
     std::function<void(const std::string&)> alAdoptar_;
-    bool recargando_ = false;
+    std::function<void()> alTerminar_;
+    Porciones porciones_;
+    Traspaso traspaso_;
+    std::unique_ptr<Temporizador> Timer_Porcion_;
+    std::optional<Trabajo> trabajo_;
+    std::vector<Indice> porOlvidar_;
+    std::vector<char> retazo_;
     bool otraVez_ = false;
 };
 

@@ -30,6 +30,13 @@ Descripciones::Resultado Descripciones::poner(std::string_view direccion, Descri
     return Resultado::Puesta;
 }
 
+bool Descripciones::deshacer() {
+    if (filas_.empty()) return false;
+    filas_.pop_back();
+    porClave_.erase(porClave_.begin());
+    return true;
+}
+
 const Descripcion* Descripciones::de(std::string_view direccion) const {
     if (filas_.empty()) return nullptr;
     const auto k = clave(direccion);

@@ -30,6 +30,9 @@ class Descripciones {
     /// Null when there is none. Valid until the next `poner`, or as long as this object.
     [[nodiscard]] const Descripcion* de(std::string_view direccion) const;
     [[nodiscard]] bool ninguna() const { return filas_.empty(); }
+    /// Gives a part of its memory back, before it goes as a whole; until then it is of no use.
+    /// False: nothing is left.
+    bool deshacer();
     /// Each with its address as it was given, in the order in which they came.
     template <class F>
     void recorrer(F tarea) const {

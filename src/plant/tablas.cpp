@@ -5,6 +5,7 @@
 #include "text/numeros.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -63,9 +64,16 @@ std::size_t Tablas::siguientePorPolear(Indice conexion) const {
 Indice Tablas::buscarPorRegistro(Indice conexion, double plc, std::string_view registro) const {
     const auto numero = hexadecimal(registro);
     if (!numero) return kNinguno;
-    const auto& por = conexiones[conexion].porRegistro;
-    const auto i = por.find(claveDeEstacion(plc, 0) | *numero);
-    return i == por.end() ? kNinguno : i->second;
+    const ConexionIP& c = conexiones[conexion];
+    const auto i = c.porRegistro.find(claveDeEstacion(plc, 0) | *numero);
+    if (i != c.porRegistro.end()) return i->second;
+    if (!c.porOrdenar) return kNinguno;
+    // Behind one that was retired another may ask for the same.
+    const auto otro = std::find_if(c.bloques.begin(), c.bloques.end(), [&](Indice k) {
+        const BloqueLectura& b = bloques[k];
+        return !b.retirado && b.plc == plc && hexadecimal(b.direccion) == numero;
+    });
+    return otro != c.bloques.end() ? *otro : kNinguno;
 }
 
 void Tablas::anotarRegistro(Indice bloque) {
@@ -86,11 +94,18 @@ void Tablas::anotarConexion(Indice conexion) {
 }
 
 Tablas::LugarDeEstacion Tablas::buscarEstacion(double puerto, double plc) const {
-    const auto i = porNumero_.find(claveDeEstacion(puerto, plc));
-    return i == porNumero_.end() || !(puerto == conexiones[i->second.conexion].puerto) ||
-                   plc != conexiones[i->second.conexion].estaciones[i->second.estacion].numero
-               ? LugarDeEstacion{}
-               : i->second;
+    const auto es = [&](Indice k, Indice e) {
+        const ConexionIP& c = conexiones[k];
+        return puerto == c.puerto && plc == c.estaciones[e].numero && !c.estaciones[e].retirada;
+    };
+    if (const auto i = porNumero_.find(claveDeEstacion(puerto, plc)); i != porNumero_.end())
+        return es(i->second.conexion, i->second.estacion) ? i->second : LugarDeEstacion{};
+    for (Indice k = 0; estacionesPorOrdenar_ && k < conexiones.limiteSuperior(); ++k) {
+        for (Indice e = 0; e < conexiones[k].estaciones.limiteSuperior(); ++e) {
+            if (es(k, e)) return {k, e};
+        }
+    }
+    return {};
 }
 
 void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
@@ -102,29 +117,59 @@ void Tablas::anotarEstacion(Indice conexion, Indice estacion) {
     if (!nueva && conexion < i->second.conexion) i->second = lugar;
 }
 
-void Tablas::reordenar() {
+void Tablas::olvidarBloque(Indice bloque) {
+    const BloqueLectura& b = bloques[bloque];
+    ConexionIP& c = conexiones[b.idConexion];
+    c.porOrdenar = true;
+    const auto numero = hexadecimal(b.direccion);
+    if (!numero) return;
+    const auto i = c.porRegistro.find(claveDeEstacion(b.plc, 0) | *numero);
+    if (i != c.porRegistro.end() && i->second == bloque) c.porRegistro.erase(i);
+}
+
+void Tablas::olvidarEstacion(Indice conexion, Indice estacion) {
+    const ConexionIP& c = conexiones[conexion];
+    estacionesPorOrdenar_ = true;
+    const auto i = porNumero_.find(claveDeEstacion(c.puerto, c.estaciones[estacion].numero));
+    if (i != porNumero_.end() && i->second.conexion == conexion && i->second.estacion == estacion)
+        porNumero_.erase(i);
+}
+
+void Tablas::olvidarConexion(Indice conexion) {
+    const ConexionIP& c = conexiones[conexion];
+    const auto i = porDireccion_.find(claveDeConexion(c.ip, c.puertoTCP));
+    if (i != porDireccion_.end() && i->second == conexion) porDireccion_.erase(i);
+}
+
+void Tablas::ordenar(Indice conexion) {
     ++edicion_;
-    porDireccion_.clear();
+    ConexionIP& c = conexiones[conexion];
+    for (Indice e = 0; e < c.estaciones.limiteSuperior(); ++e) {
+        Estacion& estacion = c.estaciones[e];
+        if (std::erase_if(estacion.bloques, [this](Indice i) { return bloques[i].retirado; }) > 0)
+            estacion.sondea = 0;
+    }
+    c.porRegistro.clear();
+    for (const Indice i : c.bloques) {
+        if (!bloques[i].retirado) anotarRegistro(i);
+    }
+    c.porOrdenar = false;
+}
+
+void Tablas::ordenarEstaciones() {
+    ++edicion_;
     porNumero_.clear();
-    for (auto& nivel : bloquesPorNivel)
-        nivel.clear();
     for (Indice k = 0; k < conexiones.limiteSuperior(); ++k) {
-        ConexionIP& c = conexiones[k];
-        c.porRegistro.clear();
-        if (!c.retirada) anotarConexion(k);
-        for (Indice e = 0; e < c.estaciones.limiteSuperior(); ++e) {
-            Estacion& estacion = c.estaciones[e];
-            if (std::erase_if(estacion.bloques, [this](Indice i) { return bloques[i].retirado; }) >
-                0)
-                estacion.sondea = 0;
-            if (!estacion.retirada) anotarEstacion(k, e);
+        for (Indice e = 0; e < conexiones[k].estaciones.limiteSuperior(); ++e) {
+            if (!conexiones[k].estaciones[e].retirada) anotarEstacion(k, e);
         }
     }
-    for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
-        if (bloques[i].retirado) continue;
-        anotarNivel(i);
-        anotarRegistro(i);
-    }
+    estacionesPorOrdenar_ = false;
+}
+
+void Tablas::tomarNiveles(std::vector<std::vector<Indice>> niveles) {
+    ++edicion_;
+    bloquesPorNivel = std::move(niveles);
 }
 
 void Tablas::anotarNivel(Indice bloque) {

@@ -32,6 +32,7 @@ struct ConexionIP {
     bool escrituraPendiente = false;
     bool llegoBasura = false;    ///< bytes that make no answer, since the last request
     bool retirada = false;       ///< no longer configured, see Tablas
+    bool porOrdenar = false;     ///< some of its blocks were retired since, see Tablas::ordenar
     bool dichoSinEnlace = false; ///< since it was last up: that it does not come up
     bool enTiempoFuera = false;
     Indice bloqueEnCurso = kNinguno;  ///< none until something was sent
@@ -68,14 +69,16 @@ struct ConexionIP {
 
 /// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
 /// the writes when none is left to do. What is no longer configured is retired: its record stays
-/// for those who hold its number, nobody finds it and nobody asks for it.
+/// for those who hold its number, nobody finds it and nobody asks for it. Until the tables are put
+/// in order again it may still stand in the lists of its level and station.
 class Tablas {
   public:
     Tabla<Puerto> puertos;
     Tabla<ConexionIP> conexiones;
     Tabla<BloqueLectura> bloques;
     Tabla<BloqueEscritura> escrituras;
-    std::vector<std::vector<Indice>> bloquesPorNivel; ///< in creation order
+    /// In creation order; what was retired, or given another level, is passed over.
+    std::vector<std::vector<Indice>> bloquesPorNivel;
     /// Who may have switched a block on or off; the first is the configuration.
     std::vector<std::string> ordenantes{nombreDe(Ordenante::Configuracion)};
     double cantidadDePuntos = 0;
@@ -118,8 +121,16 @@ class Tablas {
     [[nodiscard]] Indice buscarPorRegistro(Indice conexion, double plc,
                                            std::string_view registro) const;
 
-    /// After records were retired, or levels changed: makes every look-up anew, in creation order.
-    void reordenar();
+    /// The record has been retired: nobody finds it any more.
+    void olvidarBloque(Indice bloque);
+    void olvidarEstacion(Indice conexion, Indice estacion);
+    void olvidarConexion(Indice conexion);
+    /// After some were: makes the look-ups anew, in creation order. Those of one connection's
+    /// blocks; those of stations.
+    void ordenar(Indice conexion);
+    void ordenarEstaciones();
+    /// `bloquesPorNivel`, as somebody else has put it in order.
+    void tomarNiveles(std::vector<std::vector<Indice>> niveles);
     /// Another number after every such change.
     [[nodiscard]] std::uint64_t edicion() const { return edicion_; }
 
@@ -134,6 +145,7 @@ class Tablas {
     void actualizarPorPolear(const BloqueLectura& b);
 
     std::uint64_t edicion_ = 0;
+    bool estacionesPorOrdenar_ = false; ///< some were retired since
     std::unordered_map<std::string, Indice> porDireccion_;
     std::unordered_map<std::uint64_t, LugarDeEstacion> porNumero_; ///< port and station number
 };

@@ -5,7 +5,9 @@
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace kv {
 namespace {
@@ -89,12 +91,17 @@ void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puer
 template <class Accion>
 void Forzado::enNivel(double nivel, const Accion& accion) {
     // A copy: a forced read lets events run, and they may add blocks to the level.
-    const bool existe = nivel >= 0 && nivel < static_cast<double>(tablas_.bloquesPorNivel.size());
-    const std::vector<Indice> deNivel =
-        existe ? tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)] : std::vector<Indice>();
+    std::vector<Indice> deNivel;
+    const auto suyo = [&](Indice i) {
+        return !tablas_.bloques[i].retirado && tablas_.bloques[i].nivel == nivel;
+    };
+    if (nivel >= 0 && nivel < static_cast<double>(tablas_.bloquesPorNivel.size()))
+        std::ranges::copy_if(tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)],
+                             std::back_inserter(deNivel), suyo);
     if (deNivel.empty()) return decir(Que::NivelSinBloques, {}, nivel);
-    for (const Indice i : deNivel)
-        accion(i);
+    for (const Indice i : deNivel) {
+        if (suyo(i)) accion(i);
+    }
 }
 
 void Forzado::forzarBloque_porNivel(double nivel) {

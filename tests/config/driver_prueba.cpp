@@ -171,4 +171,20 @@ TEST(Driver, LosProblemasSonContadosYNoTodosGuardados) {
               "Bloque0_PLC=\"x?" + std::string(58, 'y') + "…\" no es un número");
 }
 
+TEST(Driver, MuchasEntradasEnCualquierOrden) {
+    constexpr int kCuantas = 10'000;
+    std::string t = "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nCantBloques=" + std::to_string(kCuantas) +
+                    "\nCantEsclavos=0\n";
+    for (int i = 0; i < kCuantas; ++i) {
+        const int n = (i * 7919 + 13) % kCuantas;
+        t += bloque(n, std::to_string(n).c_str());
+    }
+    t += bloque(77, "1"); // once more: the first one counts
+    const auto [listas, problemas] = leer(t);
+    EXPECT_TRUE(problemas.ninguno());
+    ASSERT_EQ(listas.bloques.size(), static_cast<std::size_t>(kCuantas));
+    for (std::size_t n = 0; n < listas.bloques.size(); ++n)
+        ASSERT_EQ(listas.bloques[n].plc, static_cast<double>(n));
+}
+
 } // namespace kv

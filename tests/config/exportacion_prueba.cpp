@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/exportacion.h"
+#include "platform/simulated/archivos_simulados.h"
 #include "text/texto.h"
 
 #include <gtest/gtest.h>
@@ -168,6 +169,32 @@ TEST(Exportacion, TextosLargosYLineasDeCienMegabytes) {
     EXPECT_EQ(l.cuenta(), "1/1/1");
     EXPECT_EQ(l.listas.estaciones[0].ip.size(), 508U); // 254 characters, in UTF-8
     EXPECT_EQ(l.problemas.lista().size(), 1U);
+}
+
+TEST(Exportacion, EnPorcionesEsLaMisma) {
+    std::string bloques;
+    for (int i = 0; i < 40; ++i)
+        bloques += con(kBloque, "1F", std::to_string(i));
+    const std::string entera = kCabecera + puerto(kEsclavo, bloques) + "|puertos:fin|";
+    for (const std::string& texto : {entera, entera.substr(0, entera.size() / 2), std::string()}) {
+        const Lectura deUnaVez = leer(texto);
+        Lectura l;
+        ArchivosSimulados archivos;
+        archivos.poner("P", conDelimitadores(texto));
+        const MensajeDeError mensaje = [&l](std::string_view) { ++l.mensajes; };
+        Porciones deAUno(1);
+        Trabajo t =
+            leerConfiguracionDeProyecto(archivos, "P", l.listas, l.problemas, mensaje, deAUno);
+        std::size_t veces = 1;
+        while (!deAUno.hacer(t))
+            ++veces;
+        EXPECT_GE(veces, l.listas.bloques.size());
+        EXPECT_EQ(l.cuenta(), deUnaVez.cuenta());
+        ASSERT_EQ(l.problemas.lista().size(), deUnaVez.problemas.lista().size());
+        for (std::size_t i = 0; i < l.problemas.lista().size(); ++i)
+            EXPECT_EQ(textoDeProblema(l.problemas.lista()[i]),
+                      textoDeProblema(deUnaVez.problemas.lista()[i]));
+    }
 }
 
 } // namespace kv

@@ -11,19 +11,29 @@
 namespace kv {
 namespace {
 
-using testing::Test;
-
 constexpr const char* kLog = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
 
-class Recarga : public Test {
+constexpr std::int64_t kPasoAPaso = 1;
+
+/// With the portions of a driver, in which these plants are done at a stretch, and step by step.
+class Recarga : public testing::TestWithParam<std::int64_t> {
   protected:
     Planta& plantaDe(Configuracion c) {
         planta = std::make_unique<Planta>(c);
+        planta->motor.recarga.fijarPorcion(GetParam());
         return *planta;
     }
-    void recargar(Configuracion c) {
+    void pedir(Configuracion c) {
         planta->archivos.poner("/kv/DRIVER_KV2200_Config.ini", c.texto());
         planta->motor.operador.recargar();
+    }
+    void recargar(Configuracion c) {
+        pedir(std::move(c));
+        terminar();
+    }
+    void terminar() {
+        while (planta->motor.recarga.enCurso())
+            planta->avanzar(1);
     }
     /// The live block of a key, as everybody finds it.
     [[nodiscard]] Indice bloque(const std::string& clave) const {
@@ -67,7 +77,7 @@ Configuracion dos() {
         .bloque(1, "11", "3");
 }
 
-TEST_F(Recarga, LoQueNoCambioNoSeToca) {
+TEST_P(Recarga, LoQueNoCambioNoSeToca) {
     auto& p = plantaDe(dos());
     auto& testigo = p.en("10.0.0.1");
     p.arrancarYConectar();
@@ -84,7 +94,9 @@ TEST_F(Recarga, LoQueNoCambioNoSeToca) {
         cual->motor.operador.activarBloque(0, false);
         EXPECT_TRUE(cual->motor.operador.responderScan(1, "1.5").vacio());
     }
+    const double desde = p.ahoraMs();
     recargar(dos());
+    otra.avanzar(p.ahoraMs() - desde);
     p.avanzar(60'000);
     otra.avanzar(60'000);
     EXPECT_EQ(testigo.conexiones, 1);
@@ -94,7 +106,7 @@ TEST_F(Recarga, LoQueNoCambioNoSeToca) {
     EXPECT_EQ(p.bloque(1).scanSegundos, 1.5);
 }
 
-TEST_F(Recarga, LoNuevoSeLeeYLoQuitadoSeVa) {
+TEST_P(Recarga, LoNuevoSeLeeYLoQuitadoSeVa) {
     auto& p = plantaDe(dos());
     auto& uno = p.en("10.0.0.1");
     auto& dosPlc = p.en("10.0.0.2");
@@ -142,7 +154,7 @@ TEST_F(Recarga, LoNuevoSeLeeYLoQuitadoSeVa) {
     EXPECT_EQ(dosPlc.conexiones, conexiones) << "and not asked for again";
 }
 
-TEST_F(Recarga, UnaRespuestaQueLlegaDespuesNoDespiertaANadie) {
+TEST_P(Recarga, UnaRespuestaQueLlegaDespuesNoDespiertaANadie) {
     auto& p = plantaDe(dos());
     p.en("10.0.0.1").demora = [](const Solicitud&) { return 900.0; };
     p.arrancarYConectar();
@@ -158,7 +170,7 @@ TEST_F(Recarga, UnaRespuestaQueLlegaDespuesNoDespiertaANadie) {
     EXPECT_EQ(estado("1.1.10"), 6);
 }
 
-TEST_F(Recarga, CambianScanNivelActividadTiemposYDireccion) {
+TEST_P(Recarga, CambianScanNivelActividadTiemposYDireccion) {
     auto& p = plantaDe(dos());
     auto& vieja = p.en("10.0.0.1");
     auto& nueva = p.en("10.0.0.9");
@@ -203,7 +215,7 @@ TEST_F(Recarga, CambianScanNivelActividadTiemposYDireccion) {
     EXPECT_EQ(nueva.valor(3, 0x10), 5);
 }
 
-TEST_F(Recarga, UnArchivoMaloNoCambiaNada) {
+TEST_P(Recarga, UnArchivoMaloNoCambiaNada) {
     auto c = dos();
     auto& p = plantaDe(c.bloque(1, "ZZ", "1")); // a fault that was there from the start
     auto& plc = p.en("10.0.0.1");
@@ -223,6 +235,7 @@ TEST_F(Recarga, UnArchivoMaloNoCambiaNada) {
     for (const auto& [texto, queja] : malos) {
         p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", texto);
         p.motor.operador.recargar();
+        terminar();
         EXPECT_EQ(estado("1.1.10"), 6) << texto;
         EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 3U) << texto;
         const auto log = p.archivos.contenido(kLog);
@@ -236,7 +249,7 @@ TEST_F(Recarga, UnArchivoMaloNoCambiaNada) {
     EXPECT_EQ(estado("1.1.12"), 6);
 }
 
-TEST_F(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {
+TEST_P(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {
     auto& p = plantaDe(dos());
     auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
@@ -267,7 +280,7 @@ TEST_F(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {
     EXPECT_EQ(bloque("1.1.44"), kNinguno);
 }
 
-TEST_F(Recarga, EnUnaEstacionMuda) {
+TEST_P(Recarga, EnUnaEstacionMuda) {
     auto& p = plantaDe(dos());
     auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
@@ -294,6 +307,233 @@ TEST_F(Recarga, EnUnaEstacionMuda) {
     p.avanzar(60'000);
     EXPECT_EQ(estado("1.1.50"), 6);
     EXPECT_EQ(estado("1.1.11"), 6);
+}
+
+INSTANTIATE_TEST_SUITE_P(Porciones, Recarga, testing::Values(20'000, kPasoAPaso));
+
+class RecargaEnMedio : public Recarga {
+  protected:
+    /// Step by step to the moment when `cuando` holds.
+    template <class Condicion>
+    void hasta(Condicion cuando) {
+        while (planta->motor.recarga.enCurso() && !cuando())
+            planta->avanzar(1);
+        ASSERT_TRUE(planta->motor.recarga.enCurso()) << "it never came to that";
+    }
+    /// Each record is wholly as it was or wholly as it will be, and found by all or by nobody.
+    void cadaUnoEntero() {
+        const Motor& m = planta->motor;
+        for (Indice i = 0; i < m.tablas.bloques.limiteSuperior(); ++i) {
+            const BloqueLectura& b = m.tablas.bloques[i];
+            EXPECT_EQ(m.vista.lstViewVariables.retirada(b.filaVariable), b.retirado) << b.clave;
+            EXPECT_EQ(m.vista.lstViewEstadoDeBloques.retirada(b.filaBloque), b.retirado);
+            const Indice hallado = m.tablas.buscarPorRegistro(b.idConexion, b.plc, b.direccion);
+            EXPECT_EQ(hallado == i, !b.retirado) << b.clave;
+            const auto lugar = m.tablas.buscarEstacion(b.puerto, b.plc);
+            EXPECT_TRUE(b.retirado ? b.estado == 13 : lugar.conexion == b.idConexion) << b.clave;
+        }
+    }
+    [[nodiscard]] bool decidida() const {
+        const auto& bloques = planta->motor.tablas.bloques;
+        for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
+            if (bloques[i].retirado) return true;
+        }
+        return false;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(PasoAPaso, RecargaEnMedio, testing::Values(kPasoAPaso));
+
+Configuracion conVecina() {
+    return dos()
+        .bloque(1, "12", "2", true, 4)
+        .estacion(2, "10.0.0.2", 7)
+        .bloque(2, "20", "1", true, 3);
+}
+Configuracion sinVecina() {
+    return Configuracion()
+        .puerto()
+        .estacion(1, "10.0.0.1", 1)
+        .estacion(3, "10.0.0.3", 2)
+        .bloque(1, "10", "2")
+        .bloque(1, "13", "4")
+        .bloque(1, "40", "1", true, 8)
+        .bloque(3, "30", "1", true, 8);
+}
+
+TEST_P(RecargaEnMedio, ConUnaPlantaGrandeElBucleGira) {
+    const auto grande = [](int desde) {
+        auto c = dos().bloque(1, "12", "1");
+        for (int plc = 2; plc < 22; ++plc) {
+            c.estacion(plc, "10.0.1." + std::to_string(plc), 1);
+            if (plc >= desde) c.bloque(plc, "00", "60", true, 250);
+        }
+        return c;
+    };
+    planta = std::make_unique<Planta>(grande(22).texto());
+    auto& p = *planta;
+    p.en("10.0.0.1");
+    p.arrancarYConectar();
+    const auto deUnGolpe = [&](int desde) {
+        std::size_t mayor = 0;
+        const auto suma = [&p] {
+            std::size_t n = 0;
+            for (Indice i = 0; i < p.motor.tablas.bloques.limiteSuperior(); ++i)
+                n += p.motor.tablas.bloques[i].retirado ? 2 : 1;
+            return n;
+        };
+        std::size_t antes = suma();
+        p.bucle.alTerminarCadaSuceso([&] {
+            mayor = std::max(mayor, suma() - antes);
+            antes = suma();
+        });
+        recargar(grande(desde));
+        EXPECT_EQ(suma(), antes) << "nothing is left for later";
+        p.bucle.alTerminarCadaSuceso({});
+        return mayor;
+    };
+    EXPECT_LE(deUnGolpe(2), 500U) << "of 5,000 new blocks";
+    EXPECT_EQ(p.motor.tablas.bloques.limiteSuperior(), 5003U);
+    EXPECT_LE(deUnGolpe(22), 1000U) << "of 5,000 that go";
+    EXPECT_EQ(p.motor.vista.lblCantidadDePuntos.texto(), "3");
+}
+
+TEST_P(RecargaEnMedio, CadaRegistroEsElDeAntesOElDeDespues) {
+    auto& p = plantaDe(conVecina());
+    p.en("10.0.0.1");
+    p.en("10.0.0.2");
+    p.en("10.0.0.3");
+    p.arrancarYConectar();
+    p.avanzar(10'000);
+    for (const auto& c : {sinVecina(), conVecina(), sinVecina()}) {
+        pedir(c);
+        std::size_t pasos = 0;
+        for (; p.motor.recarga.enCurso(); ++pasos) {
+            cadaUnoEntero();
+            p.avanzar(1);
+        }
+        cadaUnoEntero();
+        EXPECT_GE(pasos, 100U);
+        p.avanzar(30'000);
+    }
+    for (const char* clave : {"1.1.10", "1.1.13", "1.1.40", "1.1.47", "1.3.30", "1.3.37"})
+        EXPECT_EQ(estado(clave), 6) << clave;
+    EXPECT_EQ(p.motor.vista.lblCantidadDePuntos.texto(), "18");
+}
+
+TEST_P(RecargaEnMedio, OrdenesAQuienSeVaYAQuienLlega) {
+    auto& p = plantaDe(conVecina());
+    auto& plc = p.en("10.0.0.1");
+    auto& vecina = p.en("10.0.0.2");
+    p.en("10.0.0.3");
+    p.arrancarYConectar();
+    p.motor.forzado.forzarPoleo("1.1.60");
+    p.avanzar(10'000);
+    const Indice pedido = bloque("1.1.60");
+    plc.demora = [](const Solicitud&) { return 300.0; };
+    pedir(sinVecina());
+    p.avanzar(20);
+    ASSERT_FALSE(decidida());
+    // Until it is decided the plant is the old one, for whoever orders something.
+    while (p.conexion(0).turno == EstadoDeTurno::Libre)
+        p.avanzar(1);
+    EXPECT_GE(p.motor.solicitudes.escribirDireccion("1.1.11", 77, "ventana"), 0);
+    EXPECT_LT(p.motor.solicitudes.escribirDireccion("1.3.30", 5, "ventana"), 0);
+    p.motor.operador.activarBloque(bloque("1.1.12"), false);
+    p.motor.operador.olvidar(pedido);
+    p.motor.forzado.forzarPoleo("1.1.41");
+    p.motor.forzado.forzarPoleo("1.2.55");
+    ASSERT_NE(bloque("1.1.41"), kNinguno);
+    EXPECT_FALSE(p.bloque(pedido).retirado) << "not while records are being compared";
+    hasta([&] { return p.bloque(bloque("1.1.10")).retirado || bloque("1.1.11") == kNinguno; });
+    p.motor.forzado.forzarPoleo("1.1.11");
+    terminar();
+    cadaUnoEntero();
+    EXPECT_TRUE(p.bloque(pedido).retirado);
+    EXPECT_EQ(bloque("1.2.55"), kNinguno) << "it goes with its station";
+    EXPECT_EQ(p.conexion(0).estaciones[0].aPedido, 1U) << "1.1.11, asked for when it had gone";
+    EXPECT_NE(p.motor.trazas.txtDemandaLecturaEscritura.texto().find(
+                  "1.1.11 = 77: ya no esta configurado"),
+              std::string::npos);
+    const double cuando = p.ahoraMs();
+    plc.demora = [](const Solicitud&) { return 0.0; };
+    p.avanzar(20'000);
+    EXPECT_EQ(plc.valor(1, 0x11), 117) << "and it never left";
+    EXPECT_TRUE(pedidos(vecina, 0x55, cuando).empty());
+    std::size_t de41 = 0;
+    for (Indice i = 0; i < p.motor.tablas.bloques.limiteSuperior(); ++i)
+        de41 += p.bloque(i).clave == "1.1.41" ? 1 : 0;
+    EXPECT_EQ(de41, 1U) << "what was asked for is the configured one now";
+    for (const char* clave : {"1.1.10", "1.1.11", "1.1.41", "1.1.47", "1.3.30"})
+        EXPECT_EQ(estado(clave), 6) << clave;
+}
+
+TEST_P(RecargaEnMedio, SeCortaUnEnlace) {
+    for (const int ms : {30, 250, 400, 500, 600}) {
+        auto& p = plantaDe(conVecina());
+        auto& plc = p.en("10.0.0.1");
+        p.en("10.0.0.2");
+        p.en("10.0.0.3");
+        p.arrancarYConectar();
+        p.avanzar(10'000);
+        pedir(sinVecina());
+        p.avanzar(ms);
+        plc.cortar();
+        p.motor.conexiones.estadoConexiones();
+        cadaUnoEntero();
+        terminar();
+        cadaUnoEntero();
+        p.avanzar(60'000);
+        for (const char* clave : {"1.1.10", "1.1.13", "1.1.47", "1.3.37"})
+            EXPECT_EQ(estado(clave), 6) << clave << " " << ms;
+        EXPECT_EQ(bloque("1.1.11"), kNinguno);
+    }
+}
+
+TEST_P(RecargaEnMedio, PedidaOtraVezSeTomaElUltimoArchivo) {
+    auto& p = plantaDe(conVecina());
+    p.en("10.0.0.1");
+    p.en("10.0.0.2");
+    p.en("10.0.0.3");
+    p.arrancarYConectar();
+    p.avanzar(10'000);
+    int terminadas = 0;
+    p.motor.recarga.alTerminar([&terminadas] { ++terminadas; });
+    for (const bool tarde : {false, true}) {
+        pedir(sinVecina());
+        if (tarde) hasta([this] { return decidida(); });
+        pedir(dos());
+        pedir(conVecina());
+        terminar();
+        p.avanzar(15'000);
+        cadaUnoEntero();
+        for (const char* clave : {"1.1.10", "1.1.11", "1.1.15", "1.2.22"})
+            EXPECT_EQ(estado(clave), 6) << clave;
+        EXPECT_EQ(bloque("1.3.30"), kNinguno);
+    }
+    EXPECT_EQ(terminadas, 2);
+    // One that comes while a bad one is read counts just so.
+    p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", "");
+    p.motor.operador.recargar();
+    p.avanzar(5);
+    pedir(dos());
+    terminar();
+    EXPECT_NE(p.archivos.contenido(kLog).find("no se recarga"), std::string::npos);
+    EXPECT_EQ(p.motor.vista.lblCantidadDePuntos.texto(), "2");
+}
+
+TEST_P(RecargaEnMedio, TerminaElPrograma) {
+    for (int ms = 0; ms < 700; ms += 35) {
+        auto& p = plantaDe(conVecina());
+        p.en("10.0.0.1");
+        p.arrancarYConectar();
+        pedir(sinVecina());
+        p.avanzar(ms);
+        p.motor.solicitudes.escribirDireccion("1.1.10", 5, "ventana");
+        p.motor.terminar();
+        EXPECT_EQ(p.motor.ejecucion.enEspera(), 0U);
+        planta.reset();
+    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "text/numeros.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace kv::mundo {
@@ -35,6 +36,8 @@ Mundo::Mundo(const Plan& plan, SalidaDeTraza* trazas)
         lineas_.back()->recibir(Llegada::Entra);
     }
     archivos_.poner(kConfiguracion, plan.configuracion(0));
+    // Some reload at a stretch, some step by step: then they take seconds.
+    motor_.recarga.fijarPorcion(std::array{1, 100, 20'000}[plan.semilla % 3]);
     for (const auto& [clave, valor] :
          {std::pair{"Guion_Pasos_Maximos", std::string("5000")},
           {"Guion_Memoria_Maxima_KiB", std::string("512")},
@@ -66,6 +69,7 @@ void Mundo::levantar() {
     arranque_.arrancar();
     arranque_.abrirServidor();
     motor_.publicacion.avisarA(&valores_);
+    motor_.recarga.alAdoptar([this](const std::string&) { ++r_.recargas; });
     for (std::size_t n = 0; n < c_.conexiones(); ++n) {
         const auto suya = std::find_if(lineas_.begin(), lineas_.end(), [&](const auto& l) {
             return l->plan().ip == c_.conexion(n).ip;
@@ -124,6 +128,7 @@ void Mundo::alTerminarSuceso() {
     turno_.mirar();
     escrituras_.mirar();
     reparto_.mirar();
+    if (std::exchange(recargando_, motor_.recarga.enCurso())) mirarConmutados();
     for (const Suceso* s : std::exchange(enMedio_, {}))
         ocurrir(*s);
 }
@@ -187,17 +192,20 @@ void Mundo::recargar(std::uint32_t version) {
     // Half a file changes nothing.
     if (version % 5 == 4) texto.resize(texto.size() / 2);
     archivos_.poner(kConfiguracion, texto);
-    const std::uint64_t antes = motor_.tablas.edicion();
-    const auto& bloques = motor_.tablas.bloques;
-    std::vector<bool> prendidos;
-    for (std::size_t i = 0; i < bloques.limiteSuperior(); ++i)
-        prendidos.push_back(bloques[i].activoPorDefecto);
+    mirarConmutados();
     motor_.operador.recargar();
-    // Who is switched by the configuration is read so many times no more.
-    for (Indice i = 0; i < prendidos.size(); ++i) {
-        if (bloques[i].activoPorDefecto != prendidos[i]) actualidad_.forzar(i, 0);
+    mirarConmutados();
+}
+
+/// Who is switched by the configuration is read so many times no more.
+void Mundo::mirarConmutados() {
+    const auto& bloques = motor_.tablas.bloques;
+    for (Indice i = 0; i < bloques.limiteSuperior(); ++i) {
+        if (i == prendidos_.size()) prendidos_.push_back(bloques[i].activoPorDefecto);
+        if (prendidos_[i] == bloques[i].activoPorDefecto) continue;
+        prendidos_[i] = bloques[i].activoPorDefecto;
+        actualidad_.forzar(i, 0);
     }
-    r_.recargas += motor_.tablas.edicion() != antes ? 1 : 0;
 }
 
 /// Nothing goes wrong any more. Everything has to be well within the time that the plant's own
@@ -217,6 +225,8 @@ void Mundo::calmar() {
                                          std::to_string(plan_.baseDeSolicitudesMs));
     archivos_.poner("/kv/DRIVER_KV2200_Config.MDrivScrip", guion(0, {}, {}));
     recargar(0);
+    while (c_.fallo.empty() && motor_.recarga.enCurso())
+        avanzarHasta(c_.ahoraUs() + kSegundoUs);
     // A level that is being read so many times would be switched off after them.
     for (std::size_t nivel = 0; nivel < motor_.tablas.bloquesPorNivel.size(); ++nivel)
         forzarNivel(static_cast<std::uint32_t>(nivel), 0);

@@ -47,6 +47,7 @@ class Mundo final : private AlEnviar {
     void enCliente(const Suceso& s);
     void enMaquina(const Suceso& s);
     void recargar(std::uint32_t version);
+    void mirarConmutados();
     void enOperador(const Suceso& s);
     void escribirClientes(const Suceso& s);
     void escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b);
@@ -82,6 +83,8 @@ class Mundo final : private AlEnviar {
     std::multimap<std::int64_t, std::function<void()>> luego_;
     std::vector<const Suceso*> enMedio_; ///< wait for a handler to happen in
     std::vector<std::string> forzables_;
+    std::vector<bool> prendidos_; ///< by block, as configured
+    bool recargando_ = false;
     std::int64_t inicioUs_ = 0;
     std::int64_t proximaBarridaUs_ = 0;
     std::int64_t instanteUs_ = 0;

@@ -23,7 +23,8 @@ void elegirArchivo(QWidget* padre, const QString& titulo, const QString& nombre,
     acomodar(*dialogo, {820, 480});
     if (auto* archivos = dialogo->findChild<QTreeView*>())
         archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    // Beside the files it gets what its places' names take, which may be less than it can be drawn in.
+    // Beside the files it gets what its places' names take, which may be less than it can be drawn
+    // in.
     if (auto* lugares = dialogo->findChild<QListView*>("sidebar"))
         lugares->setMinimumWidth(lugares->minimumSizeHint().width());
     QObject::connect(dialogo, &QFileDialog::fileSelected, padre, std::move(elegido));
