@@ -195,6 +195,32 @@ TEST(BucleEpoll, LaRedNoEsperaPorTodosLosTiemposQueVencenJuntos) {
     EXPECT_LT(ticsAlLlegar, kTimers);
 }
 
+// A long piece of work that yields and never looks at the clock itself.
+TEST(BucleEpoll, QuienCedeSinMirarElRelojDejaPasarLaRedYLosTiempos) {
+    BucleEpoll bucle;
+    Oyente del, delOtro;
+    const auto servidor = bucle.crearZocalo(delOtro, 0);
+    delOtro.alPedir = [&] { servidor->aceptar(); };
+    servidor->escuchar("127.0.0.1", 0);
+    const auto cliente = bucle.crearZocalo(del, 0);
+    cliente->conectar("127.0.0.1", servidor->puertoLocal());
+    atenderHasta(bucle, [&] { return servidor->estado() == EstadoZocalo::Conectado; });
+    bool tico = false;
+    const auto otro = bucle.crearTemporizador([&] { tico = true; });
+    const auto trabajo = bucle.crearTemporizador([&] {
+        otro->rearmar(2);
+        servidor->enviar(bytes("x"));
+        for (int i = 0; i < 20'000'000 && (!tico || del.datos.empty()); ++i)
+            bucle.dejarCorrerPendientes();
+        EXPECT_TRUE(tico);
+        EXPECT_EQ(del.datos, "x");
+        bucle.detener();
+    });
+    trabajo->tocarUnaVez();
+    trabajo->rearmar(1);
+    bucle.correr();
+}
+
 TEST(BucleEpoll, QuienDestruyeAlQueEscuchaEnUnPedidoNoDejaAlOtroColgado) {
     BucleEpoll bucle;
     Oyente del, delOtro;

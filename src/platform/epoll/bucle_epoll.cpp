@@ -14,6 +14,7 @@
 #include <sys/timerfd.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace kv {
 namespace {
@@ -204,6 +205,8 @@ void BucleEpoll::dejarCorrerPendientes() {
     atenderSucesos();
     // Whoever yields has just looked at the clock, as a rule: to look once more at each of the
     // yields of an exchange would cost more than the yields.
+    if (std::exchange(cedidoUs_, reloj_.vistoUs()) == reloj_.vistoUs())
+        cedidoUs_ = reloj_.monotonicoUs();
     if (reloj_.vistoUs() - miradoUs_ >= kEntreMiradasUs) {
         esperar(0);
         atenderSucesos();

@@ -155,6 +155,7 @@ class BucleEpoll final : public Bucle {
     std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
     std::size_t siguiente_ = 0;
     std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
+    std::int64_t cedidoUs_ = 0; ///< what the clock said at the last yield
     std::uint64_t faltaron_ = 0;
     bool detenido_ = false;
     Vuelta vuelta_;
