@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::int64_t kVecesLoEsperado = 3;
 
-std::string enSegundos(std::int64_t ms) {
-    return textoDeNumero(static_cast<double>(ms) / 1000) + " s";
-}
-
 std::string lugarDe(const ConexionIP& c) { return c.ip + ":" + c.puertoTCP; }
 
 } // namespace
@@ -29,6 +25,16 @@ std::string PorQue::decir(const Frase& frase, Partes partes) const {
 
 std::string PorQue::contar(const Frase& una, const Frase& varias, std::uint32_t n) const {
     return n == 1 ? decir(una) : decir(varias, {std::to_string(n)});
+}
+
+std::string PorQue::numero(double valor) const {
+    std::string texto = textoDeNumero(valor);
+    if (idioma_ == Idioma::Castellano) std::replace(texto.begin(), texto.end(), '.', ',');
+    return texto;
+}
+
+std::string PorQue::enSegundos(std::int64_t ms) const {
+    return numero(static_cast<double>(ms) / 1000) + " s";
 }
 
 std::string PorQue::duracion(std::int64_t ms) const {
@@ -251,9 +257,8 @@ std::string PorQue::causaDeEstacion(Indice conexion, Indice estacion) const {
         return decir(alguno ? dicho::kSinPreguntar : dicho::kSinBloques);
     }
     const std::int64_t decimas = cuentas.ultimoUs / 100;
-    std::string tardo = textoDeNumero(static_cast<double>(decimas) / 10);
-    if (idioma_ == Idioma::Castellano) std::replace(tardo.begin(), tardo.end(), '.', ',');
-    return decir(dicho::kContesta, {hace(cuentas.ultimaRespuestaMs), tardo});
+    return decir(dicho::kContesta,
+                 {hace(cuentas.ultimaRespuestaMs), numero(static_cast<double>(decimas) / 10)});
 }
 
 std::string PorQue::porQueConexion(Indice conexion) const {

@@ -74,6 +74,8 @@ class PorQue {
     using Partes = std::initializer_list<std::string_view>;
     [[nodiscard]] std::string decir(const Frase& frase, Partes partes = {}) const;
     [[nodiscard]] std::string contar(const Frase& una, const Frase& varias, std::uint32_t n) const;
+    [[nodiscard]] std::string numero(double valor) const;
+    [[nodiscard]] std::string enSegundos(std::int64_t ms) const;
     [[nodiscard]] std::string duracion(std::int64_t ms) const;
     [[nodiscard]] std::string dentroDe(std::int64_t ms) const;
     [[nodiscard]] std::string causa(const BloqueLectura& b) const;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <regex>
 
 namespace kv {
 namespace {
@@ -370,6 +371,9 @@ TEST_F(PorQueEstaMal, LaEdadDeUnValorSeMideConLoQueSuConexionPuedeDar) {
         if (ahora.vieja) {
             fueVieja = true;
             EXPECT_TRUE(variable(0).starts_with("OK pero vieja, leida por ultima vez hace "))
+                << variable(0);
+            EXPECT_TRUE(std::regex_search(variable(0),
+                                          std::regex(R"(\(se espera a lo sumo cada 7,\d+ s\))")))
                 << variable(0);
         }
     }
