@@ -61,7 +61,7 @@ void anotarDescripcion(Descripciones& descripciones, const std::string& direccio
     }
 }
 
-Trabajo leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
+Trabajo leerDescripciones(Archivos& archivos, std::string ruta, Descripciones& descripciones,
                           Problemas& problemas, Porciones& porciones) {
     constexpr std::int64_t kPorFila = 15;
     if (!archivos.existe(ruta)) co_return;

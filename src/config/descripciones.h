@@ -20,7 +20,7 @@ inline constexpr std::string_view kArchivoDeDescripciones = "descripciones.csv";
 /// Adds what the table says. A row with something wrong in it describes nothing and is told; no
 /// file at all is no problem. All of them must outlive it; the file is read whole in the first
 /// portion.
-Trabajo leerDescripciones(Archivos& archivos, const std::string& ruta, Descripciones& descripciones,
+Trabajo leerDescripciones(Archivos& archivos, std::string ruta, Descripciones& descripciones,
                           Problemas& problemas, Porciones& porciones);
 /// The bytes of a table that says this.
 [[nodiscard]] std::string tablaDeDescripciones(const Descripciones& descripciones);

@@ -319,7 +319,7 @@ void leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
     una.hacer(todo);
 }
 
-Trabajo leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
+Trabajo leerConfiguracionDeDriver(Archivos& archivos, std::string ruta,
                                   ListasDeConfiguracion& listas, Problemas& problemas,
                                   Porciones& porciones) {
     listas = {};

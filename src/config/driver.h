@@ -16,7 +16,7 @@ namespace kv {
 void leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
                                ListasDeConfiguracion& listas, Problemas& problemas);
 /// The same in portions. All of them must outlive it; the file is read whole in the first.
-Trabajo leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
+Trabajo leerConfiguracionDeDriver(Archivos& archivos, std::string ruta,
                                   ListasDeConfiguracion& listas, Problemas& problemas,
                                   Porciones& porciones);
 

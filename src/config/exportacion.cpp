@@ -345,7 +345,7 @@ void leerProyectoDeTexto(std::string_view contenido, const std::string& ruta,
     una.hacer(todo);
 }
 
-Trabajo leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
+Trabajo leerConfiguracionDeProyecto(Archivos& archivos, std::string rutaExportacion,
                                     ListasDeConfiguracion& listas, Problemas& problemas,
                                     const MensajeDeError& mensaje, Porciones& porciones) {
     listas = {};

@@ -40,7 +40,7 @@ using MensajeDeError = std::function<void(std::string_view texto)>;
 /// Reads the supervisory project's export. Replaces what the lists hold. An error ends the reading,
 /// is told to `mensaje` ("Error al abrir el archivo") and in `problemas`; the records before it
 /// stay. All of them must outlive it; the file is read whole in the first portion.
-Trabajo leerConfiguracionDeProyecto(Archivos& archivos, const std::string& rutaExportacion,
+Trabajo leerConfiguracionDeProyecto(Archivos& archivos, std::string rutaExportacion,
                                     ListasDeConfiguracion& listas, Problemas& problemas,
                                     const MensajeDeError& mensaje, Porciones& porciones);
 

@@ -11,7 +11,8 @@ namespace kv {
 
 /// A long work that lays itself down where its portion is used up, and goes on from there: a
 /// coroutine that spends its `Porciones`. It may wait for others like it, which are parts of it.
-/// Whoever destroys it ends it where it is.
+/// What it is given by reference must outlive it, so texts are given by value. Whoever destroys it
+/// ends it where it is.
 class [[nodiscard]] Trabajo {
   public:
     struct promise_type;
