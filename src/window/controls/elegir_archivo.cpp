@@ -23,10 +23,10 @@ void elegirArchivo(QWidget* padre, const QString& titulo, const QString& nombre,
     acomodar(*dialogo, {820, 480});
     if (auto* archivos = dialogo->findChild<QTreeView*>())
         archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    // Beside the files it gets what its places' names take, which may be less than it can be drawn
-    // in.
+    // It is as wide as its longest name of a place: "/", where nobody is at home.
+    constexpr int kLetras = 14;
     if (auto* lugares = dialogo->findChild<QListView*>("sidebar"))
-        lugares->setMinimumWidth(lugares->minimumSizeHint().width());
+        lugares->setMinimumWidth(kLetras * lugares->fontMetrics().averageCharWidth());
     QObject::connect(dialogo, &QFileDialog::fileSelected, padre, std::move(elegido));
     dialogo->open();
 }
