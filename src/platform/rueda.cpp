@@ -5,31 +5,21 @@
 
 namespace kv {
 
-void Rueda::poner(EnRueda& e, std::int64_t ranura) {
+void Rueda::poner(std::uint32_t entrada, std::int64_t ranura) {
     const std::size_t i = indice(ranura);
-    EnRueda*& ultimo = ultimos_[i];
-    e.ranura = ranura;
-    if (ultimo == nullptr) {
-        e.anterior = e.siguiente = &e;
-        ocupadas_[i / 64] |= std::uint64_t{1} << i % 64;
-    } else {
-        e.anterior = ultimo;
-        e.siguiente = ultimo->siguiente;
-        e.siguiente->anterior = ultimo->siguiente = &e;
-    }
-    ultimo = &e;
+    ranuras_[i].push_back(entrada);
+    ocupadas_[i / 64] |= std::uint64_t{1} << i % 64;
 }
 
-void Rueda::sacar(EnRueda& e) {
-    const std::size_t i = indice(e.ranura);
-    if (e.siguiente == &e) {
-        ultimos_[i] = nullptr;
-        ocupadas_[i / 64] &= ~(std::uint64_t{1} << i % 64);
-        return;
-    }
-    e.anterior->siguiente = e.siguiente;
-    e.siguiente->anterior = e.anterior;
-    if (ultimos_[i] == &e) ultimos_[i] = e.anterior;
+void Rueda::sacarUltima(std::int64_t ranura) {
+    ranuras_[indice(ranura)].pop_back();
+    if ((*this)[ranura].empty()) static_cast<void>(vaciar(ranura));
+}
+
+Rueda::Entradas Rueda::vaciar(std::int64_t ranura) {
+    const std::size_t i = indice(ranura);
+    ocupadas_[i / 64] &= ~(std::uint64_t{1} << i % 64);
+    return std::exchange(ranuras_[i], {});
 }
 
 std::int64_t Rueda::ocupada(std::int64_t desde, std::int64_t hasta) const {

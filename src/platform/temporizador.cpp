@@ -3,12 +3,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace kv {
 namespace {
 
 constexpr std::int64_t kTramoMs = 4096; // what the far slots are long; two of them are near
 constexpr std::size_t kTramos = 4096;   // 4.6 hours: a timer for later is looked at once or more
+
+constexpr std::size_t kSobran = 4096; // entries that mean nothing, beside one a timer
 
 std::int64_t tramoDe(std::int64_t ms) { return ms / kTramoMs; }
 
@@ -74,12 +77,11 @@ void ColaDeTemporizadores::armar(Temporizador& t, std::int64_t desdeUs) {
     const std::int64_t exacto = desdeUs + std::int64_t{t.intervaloMs_} * 1000;
     t.venceUs_ = (exacto + 999) / 1000 * 1000;
     t.orden_ = ++orden_;
-    using Archivado = Temporizador::Archivado;
     const std::int64_t ms = t.venceUs_ / 1000;
     // Where it is looked at no later than that it stays: its proper place is found then.
     if (t.archivado_ == Archivado::Vencido ||
-        (t.archivado_ == Archivado::Cerca && t.ranura <= ms) ||
-        (t.archivado_ == Archivado::Lejos && t.ranura <= tramoDe(ms)))
+        (t.archivado_ == Archivado::Cerca && t.ranura_ <= ms) ||
+        (t.archivado_ == Archivado::Lejos && t.ranura_ <= tramoDe(ms)))
         return;
     desarchivar(t);
     archivar(t);
@@ -89,28 +91,48 @@ void ColaDeTemporizadores::archivar(Temporizador& t) {
     const std::int64_t ms = std::max(t.venceUs_ / 1000, cursorMs_);
     const std::int64_t tramo = tramoDe(ms);
     const std::int64_t actual = tramoDe(cursorMs_);
-    if (tramo <= actual + 1) {
-        cercanos_.poner(t, ms);
-        t.archivado_ = Temporizador::Archivado::Cerca;
-    } else {
-        lejanos_.poner(t, std::min(tramo, actual + lejanos_.ranuras() - 1));
-        t.archivado_ = Temporizador::Archivado::Lejos;
-    }
+    const bool cerca = tramo <= actual + 1;
+    t.archivado_ = cerca ? Archivado::Cerca : Archivado::Lejos;
+    t.ranura_ = cerca ? ms : std::min(tramo, actual + lejanos_.ranuras() - 1);
+    (cerca ? cercanos_ : lejanos_).poner(t.puesto_, t.ranura_);
 }
 
 void ColaDeTemporizadores::desarchivar(Temporizador& t) {
-    using Archivado = Temporizador::Archivado;
-    if (t.archivado_ == Archivado::Cerca) cercanos_.sacar(t);
-    if (t.archivado_ == Archivado::Lejos) lejanos_.sacar(t);
+    if (t.archivado_ == Archivado::Cerca || t.archivado_ == Archivado::Lejos) ++sobran_;
     t.archivado_ = Archivado::No;
+    if (sobran_ > kSobran + puestos_.size()) archivarDeNuevo();
+}
+
+/// Everything in its place, and nothing else.
+void ColaDeTemporizadores::archivarDeNuevo() {
+    cercanos_ = Rueda(2 * kTramoMs);
+    lejanos_ = Rueda(kTramos);
+    sobran_ = 0;
+    for (Temporizador* t : puestos_) {
+        if (t == nullptr || t->archivado_ == Archivado::Vencido) continue;
+        if (std::exchange(t->archivado_, Archivado::No) != Archivado::No && t->corre())
+            archivar(*t);
+    }
+}
+
+/// The timer that an entry stands for, null for one that means nothing any more.
+Temporizador* ColaDeTemporizadores::archivadoEn(Archivado rueda, std::int64_t ranura,
+                                                std::uint32_t puesto) const {
+    Temporizador* t = puestos_[puesto];
+    return t != nullptr && t->archivado_ == rueda && t->ranura_ == ranura ? t : nullptr;
 }
 
 /// All that a slot holds, out of it.
-void ColaDeTemporizadores::soltar(Rueda& rueda, std::int64_t ranura) {
-    while (EnRueda* e = rueda.primero(ranura)) {
-        auto& t = static_cast<Temporizador&>(*e);
-        desarchivar(t);
-        sueltos_.push_back(&t);
+void ColaDeTemporizadores::soltar(Archivado rueda, std::int64_t ranura) {
+    const Rueda::Entradas entradas =
+        (rueda == Archivado::Cerca ? cercanos_ : lejanos_).vaciar(ranura);
+    for (std::size_t k = 0; k < entradas.size(); ++k) {
+        if (Temporizador* t = archivadoEn(rueda, ranura, entradas[k])) {
+            t->archivado_ = Archivado::No;
+            sueltos_.push_back(t);
+        } else {
+            --sobran_;
+        }
     }
 }
 
@@ -120,20 +142,20 @@ bool ColaDeTemporizadores::pasarHasta(std::int64_t ms) {
     const std::int64_t antes = tramoDe(cursorMs_);
     const std::int64_t finCercano = std::min(ms + 1, (antes + 2) * kTramoMs);
     for (std::int64_t r = cursorMs_; (r = cercanos_.ocupada(r, finCercano)) >= 0; ++r)
-        soltar(cercanos_, r);
+        soltar(Archivado::Cerca, r);
     cursorMs_ = ms + 1;
     // The stretch that is reached has been near since the one before it was.
     const std::int64_t finLejano =
         std::min(tramoDe(cursorMs_) + 2, antes + 2 + lejanos_.ranuras() - 2);
     for (std::int64_t r = antes + 2; (r = lejanos_.ocupada(r, finLejano)) >= 0; ++r)
-        soltar(lejanos_, r);
+        soltar(Archivado::Lejos, r);
     for (Temporizador* t : sueltos_) {
         if (!t->corre()) continue;
         if (t->venceUs_ / 1000 > ms) {
             archivar(*t);
         } else {
             vencidos_.push_back({t->venceUs_, t->orden_, t->puesto_});
-            t->archivado_ = Temporizador::Archivado::Vencido;
+            t->archivado_ = Archivado::Vencido;
         }
     }
     sueltos_.clear();
@@ -147,9 +169,9 @@ Temporizador* ColaDeTemporizadores::primerVencido() {
     for (; primerVencido_ < vencidos_.size(); ++primerVencido_) {
         const Vencido& v = vencidos_[primerVencido_];
         Temporizador* t = puestos_[v.puesto];
-        if (t == nullptr || t->archivado_ != Temporizador::Archivado::Vencido) continue;
+        if (t == nullptr || t->archivado_ != Archivado::Vencido) continue;
         if (t->corre() && t->orden_ == v.orden) return t;
-        t->archivado_ = Temporizador::Archivado::No;
+        t->archivado_ = Archivado::No;
         if (t->corre()) archivar(*t);
     }
     vencidos_.clear();
@@ -166,10 +188,15 @@ std::int64_t ColaDeTemporizadores::proximo() {
 std::int64_t ColaDeTemporizadores::proximoCercano() {
     const std::int64_t fin = (tramoDe(cursorMs_) + 2) * kTramoMs;
     for (std::int64_t r = cursorMs_; (r = cercanos_.ocupada(r, fin)) >= 0;) {
-        auto& t = static_cast<Temporizador&>(*cercanos_.primero(r));
-        if (t.corre() && t.venceUs_ / 1000 <= r) return t.venceUs_;
-        desarchivar(t);
-        if (t.corre()) archivar(t);
+        Temporizador* t = archivadoEn(Archivado::Cerca, r, cercanos_[r].back());
+        if (t != nullptr && t->corre() && t->venceUs_ / 1000 <= r) return t->venceUs_;
+        cercanos_.sacarUltima(r);
+        if (t == nullptr) {
+            --sobran_;
+            continue;
+        }
+        t->archivado_ = Archivado::No;
+        if (t->corre()) archivar(*t);
     }
     return -1;
 }
@@ -181,13 +208,11 @@ std::int64_t ColaDeTemporizadores::proximoLejano() const {
     // What is filed here may be due in a later stretch, never in an earlier one.
     for (std::int64_t r = actual + 2; (r = lejanos_.ocupada(r, fin)) >= 0; ++r) {
         if (primero >= 0 && r > tramoDe(primero / 1000)) break;
-        const EnRueda* const cabeza = lejanos_.primero(r);
-        const EnRueda* e = cabeza;
-        do {
-            const auto& t = static_cast<const Temporizador&>(*e);
-            if (t.corre() && (primero < 0 || t.venceUs_ < primero)) primero = t.venceUs_;
-            e = e->siguiente;
-        } while (e != cabeza);
+        for (const std::uint32_t puesto : lejanos_[r]) {
+            const Temporizador* t = archivadoEn(Archivado::Lejos, r, puesto);
+            if (t != nullptr && t->corre() && (primero < 0 || t->venceUs_ < primero))
+                primero = t->venceUs_;
+        }
     }
     return primero;
 }

@@ -16,7 +16,7 @@ class ColaDeTemporizadores;
 /// restarts its countdown; enabling a running timer changes nothing; it ticks again and again until
 /// disabled; a late timer ticks once; interval 0 never ticks. May be re-armed, disabled or
 /// destroyed inside its own tick.
-class Temporizador : private EnRueda {
+class Temporizador {
   public:
     /// `alTic` is called from the event loop that owns `cola`, which must outlive the timer.
     Temporizador(ColaDeTemporizadores& cola, std::function<void()> alTic);
@@ -46,6 +46,7 @@ class Temporizador : private EnRueda {
     ColaDeTemporizadores& cola_;
     std::int64_t venceUs_ = 0; ///< due time, while it runs
     std::uint64_t orden_ = 0;  ///< when it was armed, counted in armings
+    std::int64_t ranura_ = 0;  ///< where it is filed, while it is
     std::uint32_t puesto_ = 0;
     std::int32_t intervaloMs_ = 0;
     enum class Archivado : std::uint8_t { No, Cerca, Lejos, Vencido } archivado_ = Archivado::No;
@@ -57,7 +58,8 @@ class Temporizador : private EnRueda {
 /// All timers of a loop. They tick by due time and, at the same instant, in the order in which they
 /// were armed. Arming costs the same however many there are: a timer is filed by the moment at
 /// which it is to be looked at. One that is switched off or armed for later stays where it is until
-/// that moment comes: most time-outs are answered long before they are due.
+/// that moment comes: most time-outs are answered long before they are due. One that is armed for
+/// sooner, or destroyed, leaves its old entry behind, which means nothing when its slot is emptied.
 class ColaDeTemporizadores {
   public:
     using LeerReloj = std::function<std::int64_t()>; ///< monotonic microseconds
@@ -94,13 +96,17 @@ class ColaDeTemporizadores {
     void borrar(Temporizador& t);
     void armar(Temporizador& t) { armar(t, reloj_()); }
     void armar(Temporizador& t, std::int64_t desdeUs);
+    using Archivado = Temporizador::Archivado;
     void archivar(Temporizador& t);
     void desarchivar(Temporizador& t);
+    void archivarDeNuevo();
     void tic(Temporizador& t);
 
     [[nodiscard]] Temporizador* primerVencido();
     bool pasarHasta(std::int64_t ms);
-    void soltar(Rueda& rueda, std::int64_t ranura);
+    [[nodiscard]] Temporizador* archivadoEn(Archivado rueda, std::int64_t ranura,
+                                            std::uint32_t puesto) const;
+    void soltar(Archivado rueda, std::int64_t ranura);
     [[nodiscard]] std::int64_t proximoCercano();
     [[nodiscard]] std::int64_t proximoLejano() const;
 
@@ -113,6 +119,7 @@ class ColaDeTemporizadores {
     std::int64_t cursorMs_ = 0; ///< all that was filed for earlier has been looked at
     Rueda cercanos_;            ///< by milliseconds: this stretch of them and the next
     Rueda lejanos_;             ///< by stretches, the farthest for all that lies beyond
+    std::size_t sobran_ = 0;    ///< entries of both that mean nothing
     std::vector<Vencido> vencidos_;
     std::size_t primerVencido_ = 0; ///< those before it have had their turn
     std::vector<Temporizador*> sueltos_;
