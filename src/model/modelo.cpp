@@ -136,6 +136,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     b.plc = estacion.numero;
     b.direccion = direccion;
     b.clave = claveDeBloque(puerto, b.plc, direccion);
+    tablas_.largoDeClaves += b.clave.size();
     b.scanSegundos = b.scanConfigurado = scanSegundos;
     b.scanMs = milisegundos(scanSegundos);
     copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(puerto) - 1]);

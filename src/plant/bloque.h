@@ -87,6 +87,7 @@ struct BloqueLectura {
     Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
     std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
     std::string clave;
+    Indice primeroDelConfigurado = kNinguno; ///< the first of what one configured block became
     FilaDeLista filaBloque = kSinFila;
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;
@@ -100,7 +101,6 @@ struct BloqueLectura {
     bool activoSinForzar = false;
     std::uint32_t forzadoVeces = 0;
     std::uint32_t forzadoContador = 0;       ///< answers so far
-    Indice primeroDelConfigurado = kNinguno; ///< the first of what one configured block became
     Indice ultimaEscritura = kNinguno;       ///< the write asked for last of this register
 };
 

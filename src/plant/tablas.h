@@ -81,6 +81,7 @@ class Tablas {
     std::vector<std::vector<Indice>> bloquesPorNivel;
     /// Who may have switched a block on or off; the first is the configuration.
     std::vector<std::string> ordenantes{nombreDe(Ordenante::Configuracion)};
+    std::size_t largoDeClaves = 0; ///< of all blocks together
     double cantidadDePuntos = 0;
     double cantidadDeEstaciones = 0;
 

@@ -44,6 +44,8 @@ class OyenteDeZocalo {
 /// A TCP socket that never blocks: client, listener or, after `aceptar`, the accepted link.
 class Zocalo {
   public:
+    static constexpr std::size_t kGrupo = std::size_t{64} * 1024; ///< bytes
+
     virtual ~Zocalo() = default;
     [[nodiscard]] virtual EstadoZocalo estado() const = 0;
     /// Closes what was open and starts connecting: state 6, later 7 or 9. `maquina` is an IPv4 or
@@ -76,8 +78,9 @@ class Zocalo {
     /// more than the queue's limit would wait the link is closed with state 9. False unless
     /// state 7.
     virtual bool enviar(std::span<const std::uint8_t> bytes) = 0;
-    /// From now on what is sent waits until the end of the loop's turn and leaves in one piece.
-    /// With `false` what waits leaves at once, as far as the link takes it.
+    /// From now on what is sent waits until the end of the loop's turn, or until there is a group's
+    /// worth of it, and leaves in one piece. With `false` what waits leaves at once, as far as the
+    /// link takes it.
     virtual void agruparEnvios(bool agrupar) = 0;
     /// While it is held nothing that comes is told, neither bytes nor the end of the link: they
     /// wait outside, where there is so much room and no more, and holds the peer back. What is sent

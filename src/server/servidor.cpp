@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/servidor.h"
 
+#include "platform/acercar.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -18,6 +19,8 @@ constexpr int kCesionesAlFinal = 3;
 // A synchronisation lets events run every so many messages, some microseconds apart: much more
 // often than anything falls due, much more seldom than would cost something.
 constexpr std::size_t kMensajesPorCesion = 16;
+// Records are sent for so many before they are told: a large plant's are not near by themselves.
+constexpr std::size_t kBloquesAntes = 12;
 constexpr std::size_t kColaMinima = 1U << 20;
 constexpr std::size_t kLargoDeValor = 24; // the longest value in a record
 constexpr std::size_t kLargoDeEstado = 2;
@@ -265,14 +268,12 @@ bool FrmServerTCP::puedeSaber() const {
 }
 
 std::size_t FrmServerTCP::limiteDeCola() const {
-    const std::size_t campo = separadores_.campo.size();
-    const std::size_t sobre =
-        kAbreSobre.size() + kCierraSobre.size() + 2 * separadores_.sobre.size();
-    std::size_t sincronismo = kFinDeSincronismo.size();
-    for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
-        const BloqueLectura& b = tablas_.bloques[i];
-        sincronismo += b.clave.size() + kLargoDeValor + kLargoDeEstado + 3 * campo + sobre;
-    }
+    const std::size_t porRegistro = kLargoDeValor + kLargoDeEstado + 3 * separadores_.campo.size() +
+                                    kAbreSobre.size() + kCierraSobre.size() +
+                                    2 * separadores_.sobre.size();
+    const std::size_t sincronismo = tablas_.largoDeClaves +
+                                    tablas_.bloques.limiteSuperior() * porRegistro +
+                                    kFinDeSincronismo.size();
     return kColaMinima + 2 * sincronismo;
 }
 
@@ -351,6 +352,10 @@ bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
                             tablas_.bloques[i].primeroDelConfigurado == configurado;
          ++k, ++i) {
         const BloqueLectura& b = tablas_.bloques[i];
+        if (i + kBloquesAntes < tablas_.bloques.limiteSuperior()) {
+            const BloqueLectura& lejos = tablas_.bloques[i + kBloquesAntes];
+            acercarHasta(lejos, lejos.filaBloque);
+        }
         if (b.retirado) continue;
         agregarRegistro(sobre_, b.clave, b.valor, b.estado, separadores_);
     }

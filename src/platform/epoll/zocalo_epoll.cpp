@@ -359,7 +359,7 @@ bool ZocaloEpoll::enviar(std::span<const std::uint8_t> bytes) {
     }
     const auto resto = bytes.subspan(tomados);
     cola_.append(reinterpret_cast<const char*>(resto.data()), resto.size()); // NOLINT
-    if (agrupar_ && !esperaEscritura_) {
+    if (agrupar_ && !esperaEscritura_ && (freno_ || enCola() < kGrupo)) {
         pedirEnvioAgrupado();
         return true;
     }

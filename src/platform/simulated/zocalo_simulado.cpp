@@ -105,7 +105,7 @@ bool ZocaloSimulado::enviar(std::span<const std::uint8_t> bytes) {
         return false;
     }
     cola_.append(reinterpret_cast<const char*>(bytes.data()), bytes.size()); // NOLINT
-    if (agrupar_) {
+    if (agrupar_ && (freno_ || cola_.size() < kGrupo)) {
         pedirEnvioAgrupado();
     } else {
         pasarCola();
