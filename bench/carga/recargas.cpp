@@ -8,6 +8,7 @@
 
 #include "engine/arranque.h"
 #include "engine/motor.h"
+#include "platform/epoll/sistema.h"
 #include "platform/simulated/archivos_simulados.h"
 #include "platform/simulated/bucle_simulado.h"
 
@@ -132,6 +133,7 @@ class Banco {
 
 int main(int argc, char** argv) {
     using namespace kv::banco;
+    kv::usarPaginasGrandes(argv); // as the driver does
     Banco banco(argc > 1 ? std::max(1, std::atoi(argv[1])) : 100'000);
     for (int vuelta = 0; vuelta < 3; ++vuelta) {
         banco.medir("nothing changed", banco.configuracion(1, "60"));

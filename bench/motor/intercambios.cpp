@@ -12,6 +12,7 @@
 #include "cliente_de_banco.h"
 #include "driver_de_banco.h"
 #include "estaciones_de_banco.h"
+#include "platform/epoll/sistema.h"
 
 #include <CLI/CLI.hpp>
 
@@ -117,6 +118,7 @@ void hostil(int conexiones, double segundos) {
 } // namespace kv::banco
 
 int main(int argc, char** argv) {
+    kv::usarPaginasGrandes(argv); // as the driver does
     CLI::App app{"Exchanges with stations: the driver beside a bare loop"};
     double segundos = 4;
     std::vector<int> conexiones{10, 100, 1000, 5000};

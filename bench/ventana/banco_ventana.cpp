@@ -152,6 +152,7 @@ void todo(QApplication& aplicacion, Driver& driver, double segundos) {
 } // namespace kv::banco
 
 int main(int argc, char** argv) {
+    kv::usarPaginasGrandes(argv); // as the driver does
     setvbuf(stdout, nullptr, _IOLBF, 0);
     CLI::App app{"The main window's cost"};
     double segundos = 2;

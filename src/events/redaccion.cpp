@@ -235,7 +235,7 @@ void Redaccion::lineaDeLectura(const Suceso& s, std::string& a) const {
 
 void Redaccion::queYDonde(const Suceso& s, std::string_view separador, std::string& a) const {
     const BloqueLectura& b = tablas_.bloques[s.bloque];
-    a += b.clave + "[Dir " + b.direccion;
+    a += b.clave + "[Dir " + std::string(b.direccion());
     a += separador;
     agregarNumero(a, s.numero);
     a += "] Envio -> ";
@@ -269,7 +269,7 @@ void Redaccion::lineaDeEscritura(const Suceso& s, std::string& a) const {
         break;
     }
     const BloqueLectura& b = tablas_.bloques[s.bloque];
-    a += " Deshabilitacion de ESCRITURA: " + b.clave + " [" + b.direccion + " Valor: ";
+    a += " Deshabilitacion de ESCRITURA: " + b.clave + " [" + std::string(b.direccion()) + " Valor: ";
     agregarNumero(a, s.numero);
     a += "]";
     const auto fin = static_cast<FinDeEscritura>(s.detalle);

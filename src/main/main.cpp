@@ -216,6 +216,7 @@ int main(int argc, char** argv) {
         if (opciones.comprobar)
             return kv::conSalidaEntera(kv::soloComprobar(opciones), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);
+        kv::usarPaginasGrandes(argv);
         kv::pedirDescriptores();
         const int resultado = kv::correr(opciones);
         if (resultado == kv::kDeNuevo) kv::empezarDeNuevo(argv);

@@ -134,7 +134,6 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     b.idEstacion = lugar.estacion;
     b.puerto = static_cast<std::int16_t>(puerto);
     b.plc = estacion.numero;
-    b.direccion = direccion;
     b.clave = claveDeBloque(puerto, b.plc, direccion);
     tablas_.largoDeClaves += b.clave.size();
     b.scanSegundos = b.scanConfigurado = scanSegundos;

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kv {
@@ -51,58 +52,69 @@ struct BitsDeVariable {
 
 /// A block: one register of one station, which is one `Variable`. A configured block of several
 /// registers becomes as many of these, one behind the other.
-struct BloqueLectura {
-    // What an exchange touches comes first, so that it lies together.
-    bool activo = false;                 ///< enabled; set with Publicacion::ponerActivo
-    bool pendiente = false;              ///< due; set with Tablas::ponerPendiente
-    bool habilitadoPorRespuestas = true; ///< set with Tablas::habilitar
-    bool tieneTrama = false;             ///< the address fits a frame: it can be polled
+struct alignas(64) BloqueLectura {
+    // In four lines of the processor's memory. What the supervisory client is told, and whether the
+    // block may be asked:
+    double valor = 0;
+    double estado = 0; ///< kOk or kBad
+    std::string clave;
+    Indice primeroDelConfigurado = kNinguno; ///< the first of what one configured block became
+    bool retirado = false;                   ///< no longer configured, see Tablas
+    bool activo = false;                     ///< enabled; set with Publicacion::ponerActivo
+    bool pendiente = false;                  ///< due; set with Tablas::ponerPendiente
+    bool habilitadoPorRespuestas = true;     ///< set with Tablas::habilitar
+    bool tieneTrama = false;                 ///< the address fits a frame: it can be polled
     bool sondeo = false;  ///< asked again after a rest, once: its register is known to be silent
     bool enDuda = false;  ///< the last try was answered, and whose answer it was cannot be told
     bool saltado = false; ///< others went before it because their answers could be told
     bool forzado = false; ///< by level, see below
     bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
-    bool retirado = false;       ///< no longer configured, see Tablas
     bool aPedido = false;        ///< not configured: made because somebody asked for the register
     std::uint8_t ordenante = 0;  ///< who switched it last: see Tablas::ordenantes
+
+    // What an exchange touches besides, in two:
     LoMostrado mostrado;
-    Solicitud tramaSolicitud{};
+    std::int64_t leidoMs = -1; ///< when its last answer came, on the clock that never goes back
+    std::int64_t scanMs = 0;   ///< 0: read when the link comes up and when forced
+    std::int64_t tiempoFueraMs = 0;
+    double reintentos = 0; ///< failed tries of the present transaction
+    double reintentosMax = 0;
     Indice indice = kNinguno; ///< in its own table
     Indice idConexion = kNinguno;
     Indice idEstacion = kNinguno;
     Indice posicionEnConexion = 0;
+
+    Fallidos fallidos;
+    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
     Indice ranuraValor = kNinguno; ///< of the script's variable; kNinguno if its name is none
     Indice ranuraEstado = kNinguno;
     FilaDeLista filaVariable = kSinFila;
-    double valor = 0;
-    double estado = 0;     ///< kOk or kBad
-    double reintentos = 0; ///< failed tries of the present transaction
-    double reintentosMax = 0;
-    std::int64_t scanMs = 0; ///< 0: read when the link comes up and when forced
-    std::int64_t tiempoFueraMs = 0;
-    std::int64_t leidoMs = -1; ///< when its last answer came, on the clock that never goes back
-    Fallidos fallidos;
     Momento estadoDesde; ///< since when it is OK or BAD
-
-    Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
-    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
-    std::string clave;
-    Indice primeroDelConfigurado = kNinguno; ///< the first of what one configured block became
+    Solicitud tramaSolicitud{};
+    bool activoPorDefecto = false;
+    std::int16_t puerto = 0;
+    std::int16_t plc = 0; ///< `numero` of the station
     FilaDeLista filaBloque = kSinFila;
+    Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
+
+    // And what is touched when an operator or a misfortune asks for it.
     std::int64_t reconeccionMs = 0;
     double segReconeccion = 0;
     double nivel = 0;
-    double plc = 0; ///< `numero` of the station
     double scanSegundos = 0;
     double scanConfigurado = 0; ///< seconds; an operator may have set another
-    std::string direccion;      ///< as configured; hexadecimal where a frame is built
-    std::int16_t puerto = 0;
-    bool activoPorDefecto = false;
-    bool activoSinForzar = false;
     std::uint32_t forzadoVeces = 0;
-    std::uint32_t forzadoContador = 0;       ///< answers so far
-    Indice ultimaEscritura = kNinguno;       ///< the write asked for last of this register
+    std::uint32_t forzadoContador = 0; ///< answers so far
+    bool activoSinForzar = false;
+    Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
+
+    /// The register as configured, hexadecimal where a frame is built: the end of its key.
+    [[nodiscard]] std::string_view direccion() const {
+        const std::string_view todo = clave;
+        return todo.substr(todo.find('.', todo.find('.') + 1) + 1);
+    }
 };
+static_assert(sizeof(BloqueLectura) == 256);
 
 /// What a write is at. Every step is a transaction of its own on the connection.
 enum class PasoDeEscritura : std::uint8_t {

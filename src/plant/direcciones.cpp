@@ -64,7 +64,7 @@ DireccionesDePlanta direccionesDe(const Tablas& tablas) {
     for (std::size_t i = 0; i < tablas.bloques.limiteSuperior(); ++i) {
         const BloqueLectura& b = tablas.bloques[i];
         if (b.retirado) continue;
-        planta.agregarRegistro(b.puerto, b.plc, b.direccion);
+        planta.agregarRegistro(b.puerto, b.plc, b.direccion());
     }
     return planta;
 }

@@ -71,14 +71,14 @@ Indice Tablas::buscarPorRegistro(Indice conexion, double plc, std::string_view r
     // Behind one that was retired another may ask for the same.
     const auto otro = std::find_if(c.bloques.begin(), c.bloques.end(), [&](Indice k) {
         const BloqueLectura& b = bloques[k];
-        return !b.retirado && b.plc == plc && hexadecimal(b.direccion) == numero;
+        return !b.retirado && b.plc == plc && hexadecimal(b.direccion()) == numero;
     });
     return otro != c.bloques.end() ? *otro : kNinguno;
 }
 
 void Tablas::anotarRegistro(Indice bloque) {
     const BloqueLectura& b = bloques[bloque];
-    if (const auto numero = hexadecimal(b.direccion))
+    if (const auto numero = hexadecimal(b.direccion()))
         conexiones[b.idConexion].porRegistro.try_emplace(claveDeEstacion(b.plc, 0) | *numero,
                                                          bloque);
 }
@@ -121,7 +121,7 @@ void Tablas::olvidarBloque(Indice bloque) {
     const BloqueLectura& b = bloques[bloque];
     ConexionIP& c = conexiones[b.idConexion];
     c.porOrdenar = true;
-    const auto numero = hexadecimal(b.direccion);
+    const auto numero = hexadecimal(b.direccion());
     if (!numero) return;
     const auto i = c.porRegistro.find(claveDeEstacion(b.plc, 0) | *numero);
     if (i != c.porRegistro.end() && i->second == bloque) c.porRegistro.erase(i);

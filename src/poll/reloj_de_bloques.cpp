@@ -26,7 +26,7 @@ void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::s
 void RelojDeBloques::acercarse(Indice bloque) const {
     if (bloque == kNinguno) return;
     const BloqueLectura& b = tablas_.bloques[bloque];
-    acercarHasta(b, b.ordenDesde);
+    acercarHasta(b, b.reconeccionMs);
     acercar(&Timer1_Bloques_[bloque], sizeof(Temporizador));
 }
 

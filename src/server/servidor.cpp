@@ -354,7 +354,7 @@ bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
         const BloqueLectura& b = tablas_.bloques[i];
         if (i + kBloquesAntes < tablas_.bloques.limiteSuperior()) {
             const BloqueLectura& lejos = tablas_.bloques[i + kBloquesAntes];
-            acercarHasta(lejos, lejos.filaBloque);
+            acercarHasta(lejos, lejos.mostrado);
         }
         if (b.retirado) continue;
         agregarRegistro(sobre_, b.clave, b.valor, b.estado, separadores_);

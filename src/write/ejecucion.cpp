@@ -163,7 +163,7 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
 
 void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor) {
     e.palabra = SetearBIT_YDevolverPalabra(static_cast<std::uint16_t>(valor), e.bit, e.pedido != 0);
-    const std::string& registro = tablas_.bloques[e.indiceBloqueLectura].direccion;
+    const std::string_view registro = tablas_.bloques[e.indiceBloqueLectura].direccion();
     const double estacion = tablas_.estacionDe(tablas_.bloques[e.indiceBloqueLectura]).indice;
     // Of the same register as the read's frame, so it fits.
     if (const auto trama = armarTramaEscritura(registro, textoDeNumero(estacion), e.palabra))

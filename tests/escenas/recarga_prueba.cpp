@@ -327,7 +327,7 @@ class RecargaEnMedio : public Recarga {
             const BloqueLectura& b = m.tablas.bloques[i];
             EXPECT_EQ(m.vista.lstViewVariables.retirada(b.filaVariable), b.retirado) << b.clave;
             EXPECT_EQ(m.vista.lstViewEstadoDeBloques.retirada(b.filaBloque), b.retirado);
-            const Indice hallado = m.tablas.buscarPorRegistro(b.idConexion, b.plc, b.direccion);
+            const Indice hallado = m.tablas.buscarPorRegistro(b.idConexion, b.plc, b.direccion());
             EXPECT_EQ(hallado == i, !b.retirado) << b.clave;
             const auto lugar = m.tablas.buscarEstacion(b.puerto, b.plc);
             EXPECT_TRUE(b.retirado ? b.estado == 13 : lugar.conexion == b.idConexion) << b.clave;

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
@@ -312,6 +313,16 @@ void empezarDeNuevo(char** argumentos) {
     if (error) throw std::system_error(error, "/proc/self/exe");
     execv(archivo.c_str(), argumentos);
     throw std::system_error(errno, std::generic_category(), archivo);
+}
+
+void usarPaginasGrandes(char** argumentos) {
+    constexpr const char* kDeLaMemoria = "GLIBC_TUNABLES";
+    if (std::getenv(kDeLaMemoria) != nullptr) return; // NOLINT: there is one thread yet
+    setenv(kDeLaMemoria, "glibc.malloc.hugetlb=1", 1);
+    try {
+        empezarDeNuevo(argumentos);
+    } catch (const std::system_error&) { // small ones will do
+    }
 }
 
 } // namespace kv

@@ -51,4 +51,11 @@ void pedirDescriptores();
 /// number. Throws std::system_error when that cannot be.
 [[noreturn]] void empezarDeNuevo(char** argumentos);
 
+/// Sees to it that memory comes in large pages where the system has them: a large plant lies on
+/// thousands of small ones, and on a virtual machine finding one that has not been touched for a
+/// second costs more than asking a station. That is decided where a program begins, so it is begun
+/// anew; comes back when that has been done, when whoever started it has decided about its memory,
+/// or when it cannot be.
+void usarPaginasGrandes(char** argumentos);
+
 } // namespace kv
