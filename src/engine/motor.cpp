@@ -49,10 +49,6 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
     conexiones.avisarA(this);
     conexiones.recibirCon(&recepcion);
     recepcion.alCompletarse([this] { guion.ejectutarScript(); });
-    recepcion.alAcercarse([this](Indice n, bool lejos) {
-        contadores.acercarse(n, lejos);
-        if (!lejos) relojDeBloques.acercarse(tablas.conexiones[n].bloqueEnCurso);
-    });
     relojDeBloques.alTocarle([this](Indice bloque) {
         try {
             // On a free connection nothing else waits, except writes, which go first.

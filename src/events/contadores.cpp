@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "events/contadores.h"
 
-#include "platform/acercar.h"
-
 #include <algorithm>
 
 namespace kv {
@@ -53,13 +51,6 @@ Contadores::Contadores(Sucesos& sucesos, const Tablas& tablas)
                             Que::Recepcion, Que::TiempoFuera, Que::TiempoFueraDeEscritura,
                             Que::PausaEmpieza, Que::Sobrante, Que::Descarte, Que::LineaRetenida,
                             Que::EnlaceAbajo});
-}
-
-void Contadores::acercarse(Indice conexion, bool lejos) const {
-    if (conexion >= conexiones_.size()) return;
-    const DeConexion& c = conexiones_[conexion];
-    if (lejos) return acercarHasta(c, c.anterior);
-    if (c.estacion < c.estaciones.size()) acercar(&c.estaciones[c.estacion], sizeof(DeEstacion));
 }
 
 void Contadores::alSuceder(const Suceso& s, std::string_view /*texto*/) {

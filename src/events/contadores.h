@@ -57,9 +57,6 @@ class Contadores final : public OyenteDeSucesos {
     /// What an answer of the connection takes as a rule: a mean that forgets.
     [[nodiscard]] std::int64_t respuestaUsualUs(Indice conexion) const;
 
-    /// Sends for what the events of an exchange touch here.
-    void acercarse(Indice conexion, bool lejos) const;
-
     void alSuceder(const Suceso& suceso, std::string_view texto) override;
 
   private:

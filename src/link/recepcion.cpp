@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/recepcion.h"
 
-#include "platform/acercar.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
@@ -43,20 +42,6 @@ void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> 
     }
     if (completa && alCompletarse_) alCompletarse_();
     turnos_.terminarPausaCumplida(n);
-}
-
-void Recepcion::alAcercarse(std::size_t indice, bool lejos) const {
-    const auto n = static_cast<Indice>(indice);
-    const ConexionIP& c = tablas_.conexiones[n];
-    turnos_.acercarse(n, lejos);
-    if (lejos) {
-        acercarHasta(c, c.ip);
-    } else {
-        acercar(c.recepcion.data(), 1);
-        acercar(c.bloques.data(), 1);
-        if (c.estaciones.limiteSuperior() > 0) acercar(&c.estaciones[0], sizeof(Estacion));
-    }
-    if (alAcercarse_) alAcercarse_(n, lejos);
 }
 
 /// True when at least eight bytes were held.

@@ -18,14 +18,10 @@ class Recepcion final : public OyenteDeZocalo {
     Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& sucesos, ArchivoLog& log);
     /// Called when an arrival completed a frame, good or bad, and all that follows from it is done.
     void alCompletarse(std::function<void()> que) { alCompletarse_ = std::move(que); }
-    /// Called with a connection that will be told of soon, from afar and from near, for what others
-    /// will touch then; see OyenteDeZocalo.
-    void alAcercarse(std::function<void(Indice, bool lejos)> que) { alAcercarse_ = std::move(que); }
 
     void alConectar(std::size_t indice) override;
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
     void alCortarse(std::size_t indice) override;
-    void alAcercarse(std::size_t indice, bool lejos) const override;
 
     /// Arrivals with bytes that make no answer, and answers that were not accepted, since the
     /// start.
@@ -45,7 +41,6 @@ class Recepcion final : public OyenteDeZocalo {
     Sucesos& sucesos_;
     ArchivoLog& log_;
     std::function<void()> alCompletarse_;
-    std::function<void(Indice, bool)> alAcercarse_;
     std::vector<std::uint8_t> tenidos_; ///< what was held when the present arrival came
     Ensamblado llego_;                  ///< what it made
     std::string texto_;

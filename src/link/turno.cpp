@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/turno.h"
 
-#include "platform/acercar.h"
 #include "platform/motivo_de_enlace.h"
 
 #include <algorithm>
@@ -202,16 +201,6 @@ void Turnos::olvidar(Indice conexion) {
 void Turnos::anotarFalla(Indice conexion, const char* que) {
     const ConexionIP& c = tablas_.conexiones[conexion];
     log_.escribirLog("DRIVER", "Turno de conexion", c.ip + ":" + c.puertoTCP, que);
-}
-
-void Turnos::acercarse(Indice conexion, bool lejos) const {
-    const Companeros& c = companeros_[conexion];
-    if (lejos) {
-        acercar(&c, sizeof c);
-        return acercar(&zocalos_[conexion], sizeof(Zocalo*));
-    }
-    acercar(c.Timer_TimerPorIPPuerto.get(), sizeof(Temporizador));
-    acercar(c.Timer_IntervaloEntrePoleo.get(), sizeof(Temporizador));
 }
 
 void Turnos::vaciarRecepcion(ConexionIP& c) { c.recepcion.clear(); }

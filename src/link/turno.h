@@ -85,9 +85,6 @@ class Turnos {
     /// Ends a pause of no length. Called where handlers end.
     void terminarPausaCumplida(Indice conexion);
 
-    /// Sends for what an answer touches here; see OyenteDeZocalo.
-    void acercarse(Indice conexion, bool lejos) const;
-
     static void vaciarRecepcion(ConexionIP& c);
 
     /// How many of the connection's two timers run, for whoever checks the rule.

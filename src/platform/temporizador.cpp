@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/temporizador.h"
 
-#include "platform/acercar.h"
-
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -14,7 +12,6 @@ constexpr std::int64_t kTramoMs = 4096; // what the far slots are long; two of t
 constexpr std::size_t kTramos = 4096;   // 4.6 hours: a timer for later is looked at once or more
 
 constexpr std::size_t kSobran = 1024; // entries that mean nothing, beside one a timer
-constexpr std::size_t kAntes = 4;     // timers of a slot that are sent for while one is looked at
 
 std::int64_t tramoDe(std::int64_t ms) { return ms / kTramoMs; }
 
@@ -130,8 +127,6 @@ void ColaDeTemporizadores::soltar(Archivado rueda, std::int64_t ranura) {
     const Rueda::Entradas entradas =
         (rueda == Archivado::Cerca ? cercanos_ : lejanos_).vaciar(ranura);
     for (std::size_t k = 0; k < entradas.size(); ++k) {
-        if (k + kAntes < entradas.size())
-            acercar(puestos_[entradas[k + kAntes]], sizeof(Temporizador));
         if (Temporizador* t = archivadoEn(rueda, ranura, entradas[k])) {
             t->archivado_ = Archivado::No;
             sueltos_.push_back(t);

@@ -35,10 +35,6 @@ class OyenteDeZocalo {
     /// machine "user/process" as numbers. Accept with `aceptar` during the call, or the request is
     /// dropped.
     virtual void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) {}
-    /// Something will be told of it when some others have been told of: of a plant that is larger
-    /// than what the processor keeps near, whatever that will touch can be sent for meanwhile. Told
-    /// twice, from afar and from near, or not at all.
-    virtual void alAcercarse(std::size_t /*indice*/, bool /*lejos*/) const {}
 };
 
 /// A TCP socket that never blocks: client, listener or, after `aceptar`, the accepted link.

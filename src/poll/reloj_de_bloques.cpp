@@ -2,7 +2,6 @@
 #include "poll/reloj_de_bloques.h"
 
 #include "plant/bases.h"
-#include "platform/acercar.h"
 #include "text/numeros.h"
 #include "view/columnas.h"
 
@@ -21,13 +20,6 @@ RelojDeBloques::RelojDeBloques(Bucle& bucle, Tablas& tablas, Publicacion& public
 
 void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::string_view texto) {
     vista_.lstViewEstadoDeBloques.poner(b.filaBloque, columna, texto);
-}
-
-void RelojDeBloques::acercarse(Indice bloque) const {
-    if (bloque == kNinguno) return;
-    const BloqueLectura& b = tablas_.bloques[bloque];
-    acercarHasta(b, b.reconeccionMs);
-    acercar(&Timer1_Bloques_[bloque], sizeof(Temporizador));
 }
 
 void RelojDeBloques::tic(Indice bloque) {

@@ -68,9 +68,6 @@ class RelojDeBloques {
         return Timer1_Bloques_[bloque].habilitado();
     }
 
-    /// Sends for what the answer of a block touches of it and of its clock; kNinguno: nothing.
-    void acercarse(Indice bloque) const;
-
   private:
     void tic(Indice bloque);
     void habilitar(BloqueLectura& b);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/servidor.h"
 
-#include "platform/acercar.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -19,8 +18,6 @@ constexpr int kCesionesAlFinal = 3;
 // A synchronisation lets events run every so many messages, some microseconds apart: much more
 // often than anything falls due, much more seldom than would cost something.
 constexpr std::size_t kMensajesPorCesion = 16;
-// Records are sent for so many before they are told: a large plant's are not near by themselves.
-constexpr std::size_t kBloquesAntes = 12;
 constexpr std::size_t kColaMinima = 1U << 20;
 constexpr std::size_t kLargoDeValor = 24; // the longest value in a record
 constexpr std::size_t kLargoDeEstado = 2;
@@ -352,10 +349,6 @@ bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
                             tablas_.bloques[i].primeroDelConfigurado == configurado;
          ++k, ++i) {
         const BloqueLectura& b = tablas_.bloques[i];
-        if (i + kBloquesAntes < tablas_.bloques.limiteSuperior()) {
-            const BloqueLectura& lejos = tablas_.bloques[i + kBloquesAntes];
-            acercarHasta(lejos, lejos.mostrado);
-        }
         if (b.retirado) continue;
         agregarRegistro(sobre_, b.clave, b.valor, b.estado, separadores_);
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/epoll/bucle_epoll.h"
 
-#include "platform/acercar.h"
 #include "platform/epoll/resolutor.h"
 #include "platform/epoll/zocalo_epoll.h"
 
@@ -27,9 +26,6 @@ constexpr std::int64_t kEntreMiradasUs = 1000; // a yield asks the kernel at mos
 // All blocks of a plant may be due at once: what the network brings does not wait for all of them.
 constexpr std::int64_t kEntreTicsUs = 5000;
 constexpr int kTicsPorMirada = 16; // at the clock, if nobody else looks at it
-// With fewer sockets than this all that they touch stays near by itself.
-constexpr std::size_t kPuestosCerca = 512;
-constexpr std::size_t kAtendidoBytes = 192; // what an arrival touches of a socket
 
 [[noreturn]] void fallar(const char* que) {
     throw std::system_error(errno, std::generic_category(), que);
@@ -233,7 +229,6 @@ void BucleEpoll::esperar(int esperaMs) {
 
 void BucleEpoll::atenderSucesos() {
     while (siguiente_ < listos_.size()) {
-        if (puestos_.size() > kPuestosCerca) acercarProximos();
         const Suceso s = listos_[siguiente_++];
         const auto puesto = static_cast<std::size_t>(s.registro >> 32);
         if (puesto >= puestos_.size()) { // the alarm of an embedded loop
@@ -247,18 +242,6 @@ void BucleEpoll::atenderSucesos() {
         if (p.atendido != nullptr && p.generacion == static_cast<std::uint32_t>(s.registro))
             p.atendido->alOcurrir(s.sucesos);
     }
-}
-
-/// While one event is handled, what those behind it will touch is on its way.
-void BucleEpoll::acercarProximos() const {
-    const auto de = [this](std::size_t antes) -> const Atendido* {
-        if (siguiente_ + antes >= listos_.size()) return nullptr;
-        const auto puesto = static_cast<std::size_t>(listos_[siguiente_ + antes].registro >> 32);
-        return puesto < puestos_.size() ? puestos_[puesto].atendido : nullptr;
-    };
-    if (const Atendido* a = de(6)) acercar(a, kAtendidoBytes);
-    if (const Atendido* a = de(4)) a->alAcercarse(true);
-    if (const Atendido* a = de(2)) a->alAcercarse(false);
 }
 
 void BucleEpoll::ticarVencidos(std::int64_t ahoraUs) {

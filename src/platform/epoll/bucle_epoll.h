@@ -44,8 +44,6 @@ class Atendido {
   public:
     virtual ~Atendido() = default;
     virtual void alOcurrir(std::uint32_t sucesos) = 0;
-    /// See OyenteDeZocalo.
-    virtual void alAcercarse(bool /*lejos*/) const {}
 };
 
 /// An address, whatever its kind; its port is for who uses it.
@@ -139,7 +137,6 @@ class BucleEpoll final : public Bucle {
     void vuelta(int esperaMs);
     void esperar(int esperaMs);
     void atenderSucesos();
-    void acercarProximos() const;
     void ticarVencidos(std::int64_t ahoraUs);
     void crearDespertador();
     void ponerDespertador();

@@ -41,7 +41,6 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
 
   private:
     void alOcurrir(std::uint32_t sucesos) override;
-    void alAcercarse(bool lejos) const override { oyente_.alAcercarse(indice_, lejos); }
     void alResolver(const NombreResuelto& resuelto) override;
     void probar();
     void terminarConexion();
