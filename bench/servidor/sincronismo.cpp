@@ -20,6 +20,7 @@
 #include <filesystem>
 #include <functional>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -74,7 +75,7 @@ class Lector {
         direccion.sin_port = htons(static_cast<std::uint16_t>(puerto));
         direccion.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         std::vector<char> memoria(1U << 20);
-        for (;; usleep(20'000)) {
+        for (;; poll(nullptr, 0, 20)) {
             const int d = socket(AF_INET, SOCK_STREAM, 0);
             if (connect(d, reinterpret_cast<sockaddr*>(&direccion), sizeof direccion) == 0) {
                 while (read(d, memoria.data(), memoria.size()) > 0) {

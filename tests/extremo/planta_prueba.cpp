@@ -4,6 +4,8 @@
 #include "programas.h"
 
 #include <csignal>
+#include <cstdlib>
+#include <fstream>
 #include <regex>
 #include <sys/wait.h>
 
@@ -269,6 +271,31 @@ TEST_F(Planta, LosRegistrosLlevanElNombreDelArchivoDelPrograma) {
     EXPECT_NE(registros.find(" driver ArchivoLog.txt;Log: "), std::string::npos) << registros;
     EXPECT_NE(registros.find(",driver,DRIVER>Ajustes>"), std::string::npos) << registros;
     EXPECT_EQ(registros.find(",DriverKV2200,"), std::string::npos) << registros;
+}
+
+TEST_F(Planta, LaMemoriaVieneEnPaginasGrandesSiElSistemaLasDaYNadieDijoOtraCosa) {
+    std::string modo;
+    std::getline(std::ifstream("/sys/kernel/mm/transparent_hugepage/enabled"), modo);
+    if (modo.find("[madvise]") == std::string::npos) GTEST_SKIP() << "not here: " << modo;
+    const Instalacion casa;
+    // The flags of the heap, of which "hg" is that it has been asked for.
+    const auto banderas = [&] {
+        Proceso driver(casa.correr());
+        EXPECT_NE(driver.lineaCon("txt"), "") << driver.errores();
+        std::ifstream zonas("/proc/" + std::to_string(driver.pid()) + "/smaps");
+        bool monton = false;
+        for (std::string l; std::getline(zonas, l);) {
+            monton = monton || l.ends_with("[heap]");
+            if (monton && l.starts_with("VmFlags:")) return l + ' ';
+        }
+        return std::string();
+    };
+    const std::string pedido = banderas();
+    if (pedido.empty()) GTEST_SKIP() << "this build has a memory of its own";
+    EXPECT_NE(pedido.find(" hg "), std::string::npos) << pedido;
+    setenv("GLIBC_TUNABLES", "glibc.malloc.hugetlb=0", 1);
+    EXPECT_EQ(banderas().find(" hg "), std::string::npos);
+    unsetenv("GLIBC_TUNABLES");
 }
 
 TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {
