@@ -277,11 +277,16 @@ TEST_F(Planta, LaMemoriaVieneEnPaginasGrandesSiElSistemaLasDaYNadieDijoOtraCosa)
     std::string modo;
     std::getline(std::ifstream("/sys/kernel/mm/transparent_hugepage/enabled"), modo);
     if (modo.find("[madvise]") == std::string::npos) GTEST_SKIP() << "not here: " << modo;
-    const Instalacion casa;
+    Simulador estacion({0}, {"--registro", "01.10=261"}, false);
+    const Instalacion casa(Configuracion()
+                               .puerto()
+                               .estacion(1, "127.0.0.1", 1, estacion.puerto(0))
+                               .bloque(1, "10", "0.1")
+                               .texto());
     // The flags of the heap, of which "hg" is that it has been asked for.
     const auto banderas = [&] {
         Proceso driver(casa.correr());
-        EXPECT_NE(driver.lineaCon("txt"), "") << driver.errores();
+        EXPECT_EQ(recibido(driver, "1", "10"), 261);
         std::ifstream zonas("/proc/" + std::to_string(driver.pid()) + "/smaps");
         bool monton = false;
         for (std::string l; std::getline(zonas, l);) {
