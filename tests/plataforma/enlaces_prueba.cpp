@@ -186,6 +186,33 @@ TEST(Enlaces, MientrasSeLoFrenaNoSeSabeNadaYDespuesTodoEnOrden) {
     EXPECT_EQ(s.oyente.datos + s.oyente.suceso, "unodosconectado;cortado;");
 }
 
+TEST(Enlaces, UnGrupoQueCrecioSaleAntesDelFinDeLaVuelta) {
+    const std::string mucho(Zocalo::kGrupo, 'x');
+    BucleEpoll bucle;
+    Oyente oyente;
+    Callado otro;
+    const auto z = bucle.crearZocalo(oyente, 0);
+    conectar(bucle, *z, otro);
+    z->limitarCola(4 * mucho.size());
+    z->agruparEnvios(true);
+    z->enviar(bytes("poco"));
+    EXPECT_EQ(z->enCola(), 4U);
+    z->frenar(true);
+    z->enviar(bytes(mucho));
+    EXPECT_EQ(z->enCola(), mucho.size() + 4) << "held, it waits whatever there is";
+    z->frenar(false);
+    z->enviar(bytes("mas"));
+    EXPECT_LT(z->enCola(), mucho.size()) << "no turn has ended";
+
+    Simulado s;
+    s.z->limitarCola(4 * mucho.size());
+    s.z->agruparEnvios(true);
+    s.z->enviar(bytes("poco"));
+    EXPECT_EQ(s.z->enCola(), 4U);
+    s.z->enviar(bytes(mucho));
+    EXPECT_LT(s.z->enCola(), mucho.size());
+}
+
 TEST(Enlaces, UnCableAfueraRetieneYLoAbortadoNoQuedaEnElNucleo) {
     if (!hayRedPropia()) GTEST_SKIP() << "sin permiso para una red propia";
     enRedPropia([] {

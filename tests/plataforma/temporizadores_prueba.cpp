@@ -173,4 +173,29 @@ TEST_F(Temporizadores, MuchosAlAzarSalenComoDeUnaLista) {
     EXPECT_GT(cuantos, 1000U);
 }
 
+// Each of these leaves its old place behind; all places are made anew in between.
+TEST_F(Temporizadores, ArmarloParaAntesMilesDeVecesNoLeQuitaLugarANadie) {
+    std::string salieron;
+    std::vector<std::unique_ptr<Temporizador>> todos;
+    for (const char letra : {'a', 'b', 'c', 'd'}) {
+        todos.push_back(bucle.crearTemporizador([&salieron, letra] { salieron += letra; }));
+        todos.back()->tocarUnaVez();
+    }
+    todos[0]->rearmar(70);
+    todos[1]->rearmar(5 * 3'600'000);
+    todos[2]->rearmar(9'000'000);
+    todos[2]->habilitar(false);
+    for (int veces = 0; veces < 5000; ++veces) {
+        todos[3]->rearmar(veces % 2 == 0 ? 3'600'000 : 5000);
+        todos[3]->rearmar(50);
+    }
+    EXPECT_EQ(bucle.temporizadoresEncendidos(), 3U);
+    bucle.avanzar(60);
+    EXPECT_EQ(salieron, "d");
+    bucle.avanzar(20);
+    EXPECT_EQ(salieron, "da");
+    bucle.avanzar(5 * 3'600'000);
+    EXPECT_EQ(salieron, "dab");
+}
+
 } // namespace kv
