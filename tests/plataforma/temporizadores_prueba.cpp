@@ -185,10 +185,10 @@ TEST_F(Temporizadores, ArmarloParaAntesMilesDeVecesNoLeQuitaLugarANadie) {
     todos[1]->rearmar(5 * 3'600'000);
     todos[2]->rearmar(9'000'000);
     todos[2]->habilitar(false);
-    for (int veces = 0; veces < 5000; ++veces) {
-        todos[3]->rearmar(veces % 2 == 0 ? 3'600'000 : 5000);
-        todos[3]->rearmar(50);
-    }
+    for (const std::int64_t cadaCuanto : {5000, 1})
+        for (std::int64_t veces = 3000; veces >= 1; --veces)
+            todos[3]->rearmar(50 + veces * cadaCuanto);
+    todos[3]->rearmar(50);
     EXPECT_EQ(bucle.temporizadoresEncendidos(), 3U);
     bucle.avanzar(60);
     EXPECT_EQ(salieron, "d");
