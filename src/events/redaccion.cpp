@@ -269,7 +269,8 @@ void Redaccion::lineaDeEscritura(const Suceso& s, std::string& a) const {
         break;
     }
     const BloqueLectura& b = tablas_.bloques[s.bloque];
-    a += " Deshabilitacion de ESCRITURA: " + b.clave + " [" + std::string(b.direccion()) + " Valor: ";
+    a += " Deshabilitacion de ESCRITURA: " + b.clave + " [" + std::string(b.direccion()) +
+         " Valor: ";
     agregarNumero(a, s.numero);
     a += "]";
     const auto fin = static_cast<FinDeEscritura>(s.detalle);
