@@ -10,8 +10,7 @@ namespace {
 
 constexpr std::int64_t kTramoMs = 4096; // what the far slots are long; two of them are near
 constexpr std::size_t kTramos = 4096;   // 4.6 hours: a timer for later is looked at once or more
-
-constexpr std::size_t kSobran = 1024; // entries that mean nothing, beside one a timer
+constexpr std::size_t kSobran = 1024;   // entries that mean nothing, beside one a timer
 
 std::int64_t tramoDe(std::int64_t ms) { return ms / kTramoMs; }
 
@@ -84,6 +83,8 @@ void ColaDeTemporizadores::armar(Temporizador& t, std::int64_t desdeUs) {
         (t.archivado_ == Archivado::Lejos && t.ranura_ <= tramoDe(ms)))
         return;
     desarchivar(t);
+    // Not where one is destroyed: this wants memory.
+    if (sobran_ > kSobran + puestos_.size()) archivarDeNuevo();
     archivar(t);
 }
 
@@ -100,7 +101,6 @@ void ColaDeTemporizadores::archivar(Temporizador& t) {
 void ColaDeTemporizadores::desarchivar(Temporizador& t) {
     if (t.archivado_ == Archivado::Cerca || t.archivado_ == Archivado::Lejos) ++sobran_;
     t.archivado_ = Archivado::No;
-    if (sobran_ > kSobran + puestos_.size()) archivarDeNuevo();
 }
 
 /// Everything in its place, and nothing else.
@@ -126,8 +126,8 @@ Temporizador* ColaDeTemporizadores::archivadoEn(Archivado rueda, std::int64_t ra
 void ColaDeTemporizadores::soltar(Archivado rueda, std::int64_t ranura) {
     const Rueda::Entradas entradas =
         (rueda == Archivado::Cerca ? cercanos_ : lejanos_).vaciar(ranura);
-    for (std::size_t k = 0; k < entradas.size(); ++k) {
-        if (Temporizador* t = archivadoEn(rueda, ranura, entradas[k])) {
+    for (const std::uint32_t puesto : entradas) {
+        if (Temporizador* t = archivadoEn(rueda, ranura, puesto)) {
             t->archivado_ = Archivado::No;
             sueltos_.push_back(t);
         } else {
