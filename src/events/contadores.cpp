@@ -116,11 +116,10 @@ void Contadores::alContestar(const Suceso& s, DeConexion& c) {
     c.reciente.respuestas += us;
     c.usualUs += (static_cast<float>(us) - c.usualUs) * (c.usualUs > 0 ? kPesoDeUnaRespuesta : 1);
     DeEstacion& e = c.estaciones[c.estacion];
-    ++e.cuentas.respuestas;
     e.cuentas.ultimaRespuestaMs = linea.recibidoUs / 1000;
     e.cuentas.ultimoUs = us;
     e.cuentas.peorUs = std::max(e.cuentas.peorUs, us);
-    e.muestras[e.cuantas++ % kMuestras] =
+    e.muestras[e.cuentas.respuestas++ % kMuestras] =
         static_cast<std::uint32_t>(std::min<std::int64_t>(us, UINT32_MAX));
 }
 
@@ -159,7 +158,8 @@ void Contadores::alDescartar(const Suceso& s, DeConexion& c) {
 }
 
 std::vector<std::uint32_t> Contadores::muestrasDe(const DeEstacion& e) {
-    return {e.muestras.begin(), e.muestras.begin() + std::min<std::size_t>(e.cuantas, kMuestras)};
+    const auto cuantas = std::min<std::size_t>(e.cuentas.respuestas, kMuestras);
+    return {e.muestras.begin(), e.muestras.begin() + static_cast<std::ptrdiff_t>(cuantas)};
 }
 
 void Contadores::poner(Cuentas& destino, std::vector<std::uint32_t> muestras) {

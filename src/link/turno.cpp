@@ -22,37 +22,40 @@ std::int64_t enMs(double ms) { return std::max<std::int64_t>(1, std::llround(ms)
 Turnos::Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log)
     : bucle_(bucle), tablas_(tablas), sucesos_(sucesos), log_(log) {}
 
+Turnos::Companeros::Companeros(Turnos& turnos, Indice conexion)
+    : Timer_TimerPorIPPuerto(turnos.bucle_.temporizadores(),
+                             AlTicar::a<&Turnos::ticTiempoFuera>(turnos, conexion)),
+      Timer_IntervaloEntrePoleo(turnos.bucle_.temporizadores(),
+                                AlTicar::a<&Turnos::ticPausa>(turnos, conexion)) {
+    Timer_IntervaloEntrePoleo.tocarUnaVez();
+}
+
 void Turnos::agregarConexion() {
-    const auto n = static_cast<Indice>(companeros_.size());
-    Companeros c;
-    c.Timer_TimerPorIPPuerto = bucle_.crearTemporizador([this, n] { ticTiempoFuera(n); });
-    c.Timer_IntervaloEntrePoleo = bucle_.crearTemporizador([this, n] { ticPausa(n); });
-    c.Timer_IntervaloEntrePoleo->tocarUnaVez();
-    companeros_.push_back(std::move(c));
-    zocalos_.push_back(nullptr);
+    companeros_.emplace_back(*this, static_cast<Indice>(companeros_.size()));
 }
 
 bool Turnos::conectada(Indice conexion) const {
-    if (conexion >= zocalos_.size() || zocalos_[conexion] == nullptr) return false;
+    if (conexion >= companeros_.size() || companeros_[conexion].zocalo == nullptr) return false;
     const ConexionIP& c = tablas_.conexiones[conexion];
-    const Zocalo& z = *zocalos_[conexion];
+    const Zocalo& z = *companeros_[conexion].zocalo;
     return z.estado() == EstadoZocalo::Conectado && c.estadoSupervision == 1 &&
            c.enlaceSupervisado == z.conexiones();
 }
 
 int Turnos::temporizadoresEncendidos(Indice conexion) const {
     const Companeros& timers = companeros_[conexion];
-    return (timers.Timer_TimerPorIPPuerto->habilitado() ? 1 : 0) +
-           (timers.Timer_IntervaloEntrePoleo->habilitado() ? 1 : 0);
+    return (timers.Timer_TimerPorIPPuerto.habilitado() ? 1 : 0) +
+           (timers.Timer_IntervaloEntrePoleo.habilitado() ? 1 : 0);
 }
 
 bool Turnos::libre(Indice conexion) const {
-    if (conexion >= zocalos_.size()) return false;
+    if (conexion >= companeros_.size()) return false;
     return tablas_.conexiones[conexion].turno == EstadoDeTurno::Libre && conectada(conexion);
 }
 
 bool Turnos::llegoTodo(Indice conexion) const {
-    return zocalos_[conexion] == nullptr || zocalos_[conexion]->bytesSinConfirmar() == 0;
+    const Zocalo* z = companeros_[conexion].zocalo;
+    return z == nullptr || z->bytesSinConfirmar() == 0;
 }
 
 RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
@@ -96,12 +99,12 @@ void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoM
                        c.debidas.limpia() || llegoTodo(conexion));
     c.tramaEnCurso = trama;
     // Armed before the send: an answer that is handled while events run must find it armed.
-    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(plazoMs, c.enviadoUs);
-    zocalos_[conexion]->enviar(trama);
+    companeros_[conexion].Timer_TimerPorIPPuerto.rearmar(plazoMs, c.enviadoUs);
+    companeros_[conexion].zocalo->enviar(trama);
 }
 
 void Turnos::moverTiempoFuera(Indice conexion, std::int64_t ms) {
-    companeros_[conexion].Timer_TimerPorIPPuerto->rearmar(ms);
+    companeros_[conexion].Timer_TimerPorIPPuerto.rearmar(ms);
 }
 
 std::int64_t Turnos::descanso(const BloqueLectura& b) const {
@@ -113,7 +116,7 @@ std::int64_t Turnos::descanso(const BloqueLectura& b) const {
 void Turnos::abortar(Indice conexion) {
     sucesos_.decir({.que = Que::EnlaceCortado, .conexion = conexion});
     tablas_.conexiones[conexion].motivo = enPalabras(Motivo::EscrituraAbandonada);
-    zocalos_[conexion]->abortar();
+    companeros_[conexion].zocalo->abortar();
     olvidar(conexion);
 }
 
@@ -126,19 +129,19 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
         sucesos_.decir({.que = Que::LineaNoCalla, .conexion = conexion});
         c.motivo = enPalabras(Motivo::LineaQueNoCalla);
-        zocalos_[conexion]->abortar();
+        companeros_[conexion].zocalo->abortar();
         return olvidar(conexion);
     }
     c.turno = EstadoDeTurno::EnPausa;
     c.retenida = true;
-    companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(ms);
+    companeros_[conexion].Timer_IntervaloEntrePoleo.rearmar(ms);
 }
 
 void Turnos::revisarRetencion(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
     if (c.turno != EstadoDeTurno::EnPausa || !c.retenida || !c.debidas.limpia()) return;
     c.retenida = false;
-    companeros_[conexion].Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_));
+    companeros_[conexion].Timer_IntervaloEntrePoleo.rearmar(enMs(pausaMs_));
 }
 
 void Turnos::pausar(Indice conexion) { pausar(conexion, bucle_.reloj().monotonicoUs()); }
@@ -147,12 +150,12 @@ void Turnos::pausar(Indice conexion, std::int64_t desdeUs) {
     ConexionIP& c = tablas_.conexiones[conexion];
     if (c.turno != EstadoDeTurno::Esperando) return;
     Companeros& timers = companeros_[conexion];
-    timers.Timer_TimerPorIPPuerto->habilitar(false);
+    timers.Timer_TimerPorIPPuerto.habilitar(false);
     timers.enCurso = nullptr;
     c.turno = EstadoDeTurno::EnPausa;
     c.pausaCumplida = pausaMs_ < 1;
     sucesos_.decir({.que = Que::PausaEmpieza, .conexion = conexion, .numero = pausaMs_});
-    timers.Timer_IntervaloEntrePoleo->rearmar(enMs(pausaMs_), desdeUs);
+    timers.Timer_IntervaloEntrePoleo.rearmar(enMs(pausaMs_), desdeUs);
 }
 
 void Turnos::terminarPausaCumplida(Indice conexion) {
@@ -173,7 +176,7 @@ void Turnos::ticTiempoFuera(Indice conexion) {
 
 void Turnos::ticPausa(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
+    companeros_[conexion].Timer_IntervaloEntrePoleo.habilitar(false);
     c.pausaCumplida = c.retenida = false;
     if (c.turno != EstadoDeTurno::EnPausa) return;
     sucesos_.decir({.que = Que::PausaTermina, .conexion = conexion});
@@ -188,8 +191,8 @@ void Turnos::ticPausa(Indice conexion) {
 
 void Turnos::olvidar(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    companeros_[conexion].Timer_TimerPorIPPuerto->habilitar(false);
-    companeros_[conexion].Timer_IntervaloEntrePoleo->habilitar(false);
+    companeros_[conexion].Timer_TimerPorIPPuerto.habilitar(false);
+    companeros_[conexion].Timer_IntervaloEntrePoleo.habilitar(false);
     c.turno = EstadoDeTurno::Libre;
     c.pausaCumplida = c.retenida = false;
     c.debidas.vaciar();

@@ -8,8 +8,7 @@
 #include "platform/bucle.h"
 
 #include <cstdint>
-#include <memory>
-#include <vector>
+#include <deque>
 
 namespace kv {
 
@@ -30,7 +29,7 @@ class Turnos {
     void avisarA(AlQuedarLibre* destino) { destino_ = destino; }
     /// Makes the socket's companions of connection `k`: call once per connection, in order.
     void agregarConexion();
-    void usarZocalo(Indice conexion, Zocalo* zocalo) { zocalos_[conexion] = zocalo; }
+    void usarZocalo(Indice conexion, Zocalo* zocalo) { companeros_[conexion].zocalo = zocalo; }
 
     /// Pause between two requests, milliseconds; 0 means that the next follows at once.
     void fijarPausa(double ms) { pausaMs_ = ms; }
@@ -92,9 +91,11 @@ class Turnos {
 
   private:
     struct Companeros {
-        std::unique_ptr<Temporizador> Timer_TimerPorIPPuerto;
-        std::unique_ptr<Temporizador> Timer_IntervaloEntrePoleo;
+        Companeros(Turnos& turnos, Indice conexion);
+        Zocalo* zocalo = nullptr;
         Transaccion* enCurso = nullptr;
+        Temporizador Timer_TimerPorIPPuerto;
+        Temporizador Timer_IntervaloEntrePoleo;
     };
     void ticTiempoFuera(Indice conexion);
     void ticPausa(Indice conexion);
@@ -108,8 +109,7 @@ class Turnos {
     ArchivoLog& log_;
     AlQuedarLibre* destino_ = nullptr;
     double pausaMs_ = 800;
-    std::vector<Companeros> companeros_;
-    std::vector<Zocalo*> zocalos_;
+    std::deque<Companeros> companeros_; // timers do not move
 };
 
 /// Command, station byte and address byte of a request: what its answer answers.

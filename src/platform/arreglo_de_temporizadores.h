@@ -15,7 +15,9 @@ class ArregloDeTemporizadores {
     void alTic(std::function<void(std::size_t)> tic) { tic_ = std::move(tic); }
     /// One more timer, off, at the end.
     void agregar() {
-        bucle_.agregarTemporizador(timers_, [this, i = timers_.size()] { tic_(i); });
+        timers_.emplace_back(bucle_.temporizadores(),
+                             AlTicar::a<&ArregloDeTemporizadores::tic>(
+                                 *this, static_cast<std::uint32_t>(timers_.size())));
         timers_.back().tocarUnaVez();
     }
     void acortarA(std::size_t cuantos) {
@@ -27,6 +29,8 @@ class ArregloDeTemporizadores {
     [[nodiscard]] std::size_t cuantos() const { return timers_.size(); }
 
   private:
+    void tic(std::uint32_t cual) { tic_(cual); }
+
     Bucle& bucle_;
     std::function<void(std::size_t)> tic_;
     std::deque<Temporizador> timers_;

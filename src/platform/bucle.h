@@ -20,11 +20,6 @@ class Bucle {
     [[nodiscard]] std::unique_ptr<Temporizador> crearTemporizador(std::function<void()> alTic) {
         return std::make_unique<Temporizador>(temporizadores(), std::move(alTic));
     }
-    /// The same, made at the end of a list.
-    template <class Lista>
-    void agregarTemporizador(Lista& lista, std::function<void()> alTic) {
-        lista.emplace_back(temporizadores(), std::move(alTic));
-    }
     /// `oyente` must outlive the socket, and the socket must not outlive the loop.
     [[nodiscard]] virtual std::unique_ptr<Zocalo> crearZocalo(OyenteDeZocalo& oyente,
                                                               std::size_t indice) = 0;

@@ -19,9 +19,15 @@ std::int64_t tramoDe(std::int64_t ms) { return ms / kTramoMs; }
 ColaDeTemporizadores::ColaDeTemporizadores(LeerReloj reloj)
     : reloj_(std::move(reloj)), cercanos_(2 * kTramoMs), lejanos_(kTramos) {}
 
-Temporizador::Temporizador(ColaDeTemporizadores& cola, std::function<void()> alTic)
-    : cola_(cola), alTic_(std::move(alTic)) {
+Temporizador::Temporizador(ColaDeTemporizadores& cola, AlTicar alTic)
+    : cola_(cola), operacion_(alTic.operacion), de_(alTic.de), cual_(alTic.cual) {
     cola_.anotar(*this);
+}
+
+Temporizador::Temporizador(ColaDeTemporizadores& cola, std::function<void()> alTic)
+    : Temporizador(cola, AlTicar::a<&ColaDeTemporizadores::llamar>(cola, 0)) {
+    cual_ = puesto_;
+    cola_.funciones_[puesto_] = std::move(alTic);
 }
 
 Temporizador::~Temporizador() { cola_.borrar(*this); }
@@ -68,6 +74,7 @@ void ColaDeTemporizadores::anotar(Temporizador& t) {
 void ColaDeTemporizadores::borrar(Temporizador& t) {
     desarchivar(t);
     puestos_[t.puesto_] = nullptr;
+    funciones_.erase(t.puesto_);
     libres_.push_back(t.puesto_);
 }
 
@@ -240,7 +247,11 @@ void ColaDeTemporizadores::tic(Temporizador& t) {
         armar(t); // counted from now: a late timer does not catch up
     }
     if (alTicar_) alTicar_(t.puesto_);
-    const auto alTic = t.alTic_; // the handler may destroy its own timer
+    t.operacion_(t.de_, t.cual_);
+}
+
+void ColaDeTemporizadores::llamar(std::uint32_t puesto) {
+    const auto alTic = funciones_.at(puesto); // the handler may destroy its own timer
     alTic();
 }
 

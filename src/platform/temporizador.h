@@ -6,19 +6,36 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <unordered_map>
 #include <vector>
 
 namespace kv {
 
 class ColaDeTemporizadores;
 
+/// What a tick calls: an operation of somebody, with a number that he knows his timers by.
+struct AlTicar {
+    void (*operacion)(void* de, std::uint32_t cual);
+    void* de;
+    std::uint32_t cual;
+
+    /// AlTicar::a<&Clase::operacion>(objeto, cual); the object must outlive the timer.
+    template <auto kOperacion, class Clase>
+    [[nodiscard]] static AlTicar a(Clase& objeto, std::uint32_t cual) {
+        return {[](void* de, std::uint32_t n) { (static_cast<Clase*>(de)->*kOperacion)(n); },
+                &objeto, cual};
+    }
+};
+
 /// A timer with the rules of a form's timer control: setting the interval of a running timer
 /// restarts its countdown; enabling a running timer changes nothing; it ticks again and again until
 /// disabled; a late timer ticks once; interval 0 never ticks. May be re-armed, disabled or
-/// destroyed inside its own tick.
-class Temporizador {
+/// destroyed inside its own tick. There is one for each block and two for each connection, and an
+/// exchange arms them all: each is one line of the processor's memory.
+class alignas(64) Temporizador {
   public:
     /// `alTic` is called from the event loop that owns `cola`, which must outlive the timer.
+    Temporizador(ColaDeTemporizadores& cola, AlTicar alTic);
     Temporizador(ColaDeTemporizadores& cola, std::function<void()> alTic);
     ~Temporizador();
     Temporizador(const Temporizador&) = delete;
@@ -47,13 +64,16 @@ class Temporizador {
     std::int64_t venceUs_ = 0; ///< due time, while it runs
     std::uint64_t orden_ = 0;  ///< when it was armed, counted in armings
     std::int64_t ranura_ = 0;  ///< where it is filed, while it is
-    std::uint32_t puesto_ = 0;
+    void (*operacion_)(void* de, std::uint32_t cual);
+    void* de_;
+    std::uint32_t cual_;
     std::int32_t intervaloMs_ = 0;
+    std::uint32_t puesto_ = 0;
     enum class Archivado : std::uint8_t { No, Cerca, Lejos, Vencido } archivado_ = Archivado::No;
     bool habilitado_ = false;
     bool unaVez_ = false;
-    std::function<void()> alTic_;
 };
+static_assert(sizeof(Temporizador) == 64);
 
 /// All timers of a loop. They tick by due time and, at the same instant, in the order in which they
 /// were armed. Arming costs the same however many there are: a timer is filed by the moment at
@@ -101,6 +121,7 @@ class ColaDeTemporizadores {
     void desarchivar(Temporizador& t);
     void archivarDeNuevo();
     void tic(Temporizador& t);
+    void llamar(std::uint32_t puesto);
 
     [[nodiscard]] Temporizador* primerVencido();
     bool pasarHasta(std::int64_t ms);
@@ -114,6 +135,7 @@ class ColaDeTemporizadores {
     std::function<void(std::uint32_t)> alTicar_;
     std::vector<Temporizador*> puestos_;
     std::vector<std::uint32_t> libres_;
+    std::unordered_map<std::uint32_t, std::function<void()>> funciones_; ///< of those that have one
     std::uint64_t orden_ = 0;
 
     std::int64_t cursorMs_ = 0; ///< all that was filed for earlier has been looked at

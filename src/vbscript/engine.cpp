@@ -161,7 +161,7 @@ void Engine::setNumber(Slot slot, double number) {
     auto& place = inside_->places[slot];
     place.set = true;
     Global& g = inside_->machine->globals[place.at];
-    if (g.constant || g.host || g.proc || g.cls) return;
+    if (g.constant || g.host || g.definition) return;
     g.value = Value::number(number);
 }
 
@@ -173,7 +173,7 @@ std::optional<Value> Engine::find(std::string_view name) const {
     const Machine& m = *inside_->machine;
     const Atom atom = m.names.known(name);
     const Global* g = atom == 0 ? nullptr : m.globals.find(atom);
-    if (!g || !g->defined || g->host || g->proc || g->cls) return std::nullopt;
+    if (!g || !g->defined || g->host || g->definition) return std::nullopt;
     return g->value;
 }
 
@@ -218,7 +218,7 @@ std::vector<Engine::Variable> Engine::variables() const {
     std::vector<Variable> all;
     for (std::uint32_t k = 0; k < m.globals.size(); ++k) {
         const Global& g = m.globals[k];
-        if (g.defined && !g.constant && !g.host && !g.proc && !g.cls)
+        if (g.defined && !g.constant && !g.host && !g.definition)
             all.push_back({m.names.text(g.name), g.value});
     }
     return all;

@@ -84,9 +84,9 @@ Compiler::Meaning Compiler::globalName(Atom name) {
     const Global* g = context_.globals.find(name);
     if (!g) return m;
     m.index = context_.globals.slot(name);
-    if (g->proc) {
+    if (g->proc()) {
         m.kind = Meaning::Procedure;
-    } else if (g->cls) {
+    } else if (g->cls()) {
         m.kind = Meaning::Class;
     } else if (g->defined) {
         m.kind = g->constant ? Meaning::Constant : Meaning::Variable;

@@ -31,8 +31,8 @@ Machine::Machine(Surroundings& w, Memory& account, Provisions provisions)
 
 Machine::~Machine() {
     closing_ = true;
-    for (std::size_t k = 0; k < globals.size(); ++k)
-        globals[static_cast<std::uint32_t>(k)].value.clear();
+    for (std::uint32_t k = 0; k < globals.size(); ++k)
+        globals[k].value.clear();
     ring_.breakUpAll();
     frames_.clear();
     stack_.clear();
@@ -121,12 +121,12 @@ void Machine::declare(Unit& unit) {
         if (d.constant) {
             g.value = *d.constant;
             g.constant = g.defined = true;
-        } else if (d.proc && g.proc != d.proc) {
-            g.proc = d.proc;
-            retire(std::exchange(g.procOwner, unit.shared_from_this()));
-        } else if (d.cls && g.cls != d.cls) {
-            g.cls = d.cls;
-            retire(std::exchange(g.clsOwner, unit.shared_from_this()));
+        } else if (d.proc && g.proc() != d.proc) {
+            g.define().proc = d.proc;
+            retire(std::exchange(g.define().procOwner, unit.shared_from_this()));
+        } else if (d.cls && g.cls() != d.cls) {
+            g.define().cls = d.cls;
+            retire(std::exchange(g.define().clsOwner, unit.shared_from_this()));
         }
     }
 }
@@ -202,8 +202,8 @@ Value Machine::defaultOf(const Value& object) {
 
 Value Machine::procedureNamed(std::string_view name) {
     const Global* g = globals.find(names.known(name));
-    if (names.known(name) == 0 || !g || !g->proc) throw Fault(5);
-    return Value::object(new ProcedureObject(*this, *g->proc, g->procOwner));
+    if (names.known(name) == 0 || !g || !g->proc()) throw Fault(5);
+    return Value::object(new ProcedureObject(*this, *g->proc(), g->definition->procOwner));
 }
 
 Value Machine::runInside(const std::shared_ptr<Unit>& unit, int frame) {

@@ -366,7 +366,7 @@ VBS_HOT bool Machine::opForNextUp(const Instruction& i) {
 }
 
 VBS_HOT void Machine::opCallGlobal(const Instruction& i) {
-    push(*globals[i.c].proc, r_.fp + i.b, i.n & 0xFF, i.a, Value());
+    push(*globals[i.c].proc(), r_.fp + i.b, i.n & 0xFF, i.a, Value());
 }
 
 // The step that comes next is kept apart from r_, which only says where an error happened. Every

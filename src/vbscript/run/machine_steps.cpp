@@ -198,7 +198,7 @@ Value& Machine::named(Global& g) {
 
 void Machine::opCheckDefined(const Instruction& i) {
     const Global& g = globals[i.c];
-    if (g.defined || g.proc || g.cls || madeHere(g)) return;
+    if (g.defined || g.proc() || g.cls() || madeHere(g)) return;
     Fault f(500);
     f.detail = names.text(g.name);
     throw f;
@@ -206,15 +206,15 @@ void Machine::opCheckDefined(const Instruction& i) {
 
 void Machine::opLoadName(const Instruction& i) {
     Global& g = globals[i.c];
-    if (g.proc)
-        callProc(*g.proc, {i.op, 0, i.a, frames_.back().proc->registers - 1, i.c}, Value());
+    if (g.proc())
+        callProc(*g.proc(), {i.op, 0, i.a, frames_.back().proc->registers - 1, i.c}, Value());
     else
         at(i.a) = named(g);
 }
 
 void Machine::opLoadAuto(const Instruction& i) {
     const Global& g = globals[i.c];
-    if (g.proc || g.defined)
+    if (g.proc() || g.defined)
         opLoadName(i);
     else
         at(i.a) = at(i.b | operand::follow);
@@ -222,7 +222,7 @@ void Machine::opLoadAuto(const Instruction& i) {
 
 void Machine::opRefName(const Instruction& i) {
     Global& g = globals[i.c];
-    if (g.proc)
+    if (g.proc())
         opLoadName(i);
     else
         r_.fp[i.a] = Value::reference(&named(g));
@@ -234,7 +234,7 @@ void Machine::opCallOwn(const Instruction& i) {
 
 void Machine::opCallName(const Instruction& i) {
     Global& g = globals[i.c];
-    if (g.proc) return callProc(*g.proc, i, Value());
+    if (g.proc()) return callProc(*g.proc(), i, Value());
     const auto args = registersFrom(i.b, i.n);
     followReferences(args);
     const Value& called = named(g);
@@ -283,9 +283,9 @@ void Machine::opNew(const Instruction& i) { at(i.a) = newObject(i.c); }
 Value Machine::newObject(std::uint32_t slot) {
     const Global& g = globals[slot];
     if (g.name == atomOf(Word::RegExp)) return library.newRegExp();
-    if (!g.cls) throw Fault(506);
+    if (!g.cls()) throw Fault(506);
     tick();
-    const ClassInfo& cls = *g.cls;
+    const ClassInfo& cls = *g.cls();
     Value v = Value::object(new Instance(*this, cls, ring_));
     workOnItems(static_cast<Instance*>(v.o)->items());
     if (cls.initialize) invoke(*cls.initialize, static_cast<Instance*>(v.o), {});
