@@ -20,7 +20,7 @@ ColaDeTemporizadores::ColaDeTemporizadores(LeerReloj reloj)
     : reloj_(std::move(reloj)), cercanos_(2 * kTramoMs), lejanos_(kTramos) {}
 
 Temporizador::Temporizador(ColaDeTemporizadores& cola, AlTicar alTic)
-    : cola_(cola), operacion_(alTic.operacion), de_(alTic.de), cual_(alTic.cual) {
+    : cola_(cola), operacion_(alTic.operacion), objeto_(alTic.objeto), cual_(alTic.cual) {
     cola_.anotar(*this);
 }
 
@@ -247,7 +247,7 @@ void ColaDeTemporizadores::tic(Temporizador& t) {
         armar(t); // counted from now: a late timer does not catch up
     }
     if (alTicar_) alTicar_(t.puesto_);
-    t.operacion_(t.de_, t.cual_);
+    t.operacion_(t.objeto_, t.cual_);
 }
 
 void ColaDeTemporizadores::llamar(std::uint32_t puesto) {

@@ -15,8 +15,8 @@ class ColaDeTemporizadores;
 
 /// What a tick calls: an operation of somebody, with a number that he knows his timers by.
 struct AlTicar {
-    void (*operacion)(void* de, std::uint32_t cual);
-    void* de;
+    void (*operacion)(void* objeto, std::uint32_t cual);
+    void* objeto;
     std::uint32_t cual;
 
     /// AlTicar::a<&Clase::operacion>(objeto, cual); the object must outlive the timer.
@@ -64,8 +64,8 @@ class alignas(64) Temporizador {
     std::int64_t venceUs_ = 0; ///< due time, while it runs
     std::uint64_t orden_ = 0;  ///< when it was armed, counted in armings
     std::int64_t ranura_ = 0;  ///< where it is filed, while it is
-    void (*operacion_)(void* de, std::uint32_t cual);
-    void* de_;
+    void (*operacion_)(void* objeto, std::uint32_t cual);
+    void* objeto_;
     std::uint32_t cual_;
     std::int32_t intervaloMs_ = 0;
     std::uint32_t puesto_ = 0;
