@@ -14,8 +14,11 @@ namespace kv {
 RelojDeBloques::RelojDeBloques(Bucle& bucle, Tablas& tablas, Publicacion& publicacion,
                                Sucesos& sucesos, Vista& vista, Sello& sello)
     : tablas_(tablas), publicacion_(publicacion), sucesos_(sucesos), vista_(vista), sello_(sello),
-      Timer1_Bloques_(bucle) {
-    Timer1_Bloques_.alTic([this](std::size_t bloque) { tic(static_cast<Indice>(bloque)); });
+      cola_(bucle.temporizadores()) {}
+
+void RelojDeBloques::agregar() {
+    const auto n = static_cast<Indice>(Timer1_Bloques_.size());
+    Timer1_Bloques_.emplace_back(cola_, AlTicar::a<&RelojDeBloques::tic>(*this, n)).tocarUnaVez();
 }
 
 void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::string_view texto) {

@@ -2,12 +2,13 @@
 #pragma once
 
 #include "events/sucesos.h"
-#include "platform/arreglo_de_temporizadores.h"
+#include "platform/bucle.h"
 #include "platform/sello.h"
 #include "script/publicacion.h"
 #include "view/vista.h"
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string_view>
 
@@ -25,7 +26,7 @@ class RelojDeBloques {
     /// What a block that has become due by its clock is told to.
     void alTocarle(std::function<void(Indice)> destino) { destino_ = std::move(destino); }
     /// The clock of one block more, stopped.
-    void agregar() { Timer1_Bloques_.agregar(); }
+    void agregar();
 
     /// A new link: nothing rests, and what is on is due.
     void empezar(Indice bloque);
@@ -79,7 +80,8 @@ class RelojDeBloques {
     Sucesos& sucesos_;
     Vista& vista_;
     Sello& sello_;
-    ArregloDeTemporizadores Timer1_Bloques_;
+    ColaDeTemporizadores& cola_;
+    std::deque<Temporizador> Timer1_Bloques_; // timers do not move
     std::function<void(Indice)> destino_;
 };
 
