@@ -5,6 +5,7 @@
 #include "vbscript/library/object_err.h"
 #include "vbscript/library/standard.h"
 #include "vbscript/run/machine.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 #include <new>
@@ -190,7 +191,8 @@ std::string Engine::text(const Value& value) const {
 bool Engine::addCode(std::string_view text) {
     Inside& in = *inside_;
     if (running()) {
-        in.failed(17, "Can't perform requested operation: a script is running", runtimeSource);
+        in.failed(errors::cannotPerform, "Can't perform requested operation: a script is running",
+                  runtimeSource);
         return false;
     }
     in.machine->err.clear();

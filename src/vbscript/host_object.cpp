@@ -2,6 +2,7 @@
 #include "vbscript/host_object.h"
 
 #include "vbscript/host_adapter.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -57,7 +58,7 @@ bool HostTable::assign(std::string_view member, std::span<const Value> args, con
                        HostValues& values) {
     const auto at = puts_.find(member.empty() ? std::string_view(default_) : member);
     if (at == puts_.end()) return false;
-    if (!args.empty()) throw Fault(450);
+    if (!args.empty()) throw Fault(errors::wrongArguments);
     at->second(v, values);
     return true;
 }
@@ -73,7 +74,7 @@ void HostAdapter::access(Runtime& rt, Atom member, Access how, std::span<Value> 
     } else {
         known = object_->call(name, {args.data(), args.size()}, values, result);
     }
-    if (!known) throw Fault(438);
+    if (!known) throw Fault(errors::noSuchMember);
 }
 
 bool HostAdapter::elements(Runtime&, Value& list) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/compile/compiler_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -75,7 +77,7 @@ void Compiler::declareOnce(Atom name, Position at, bool procedure) {
     const auto known = declared_.find(name);
     if (known == declared_.end()) return;
     // Of two procedures the last wins; anything else clashes.
-    if (!procedure || known->second.kind != Meaning::Procedure) fail(1041, at);
+    if (!procedure || known->second.kind != Meaning::Procedure) fail(errors::nameRedefined, at);
 }
 
 void Compiler::declareClass(const ClassDecl& decl, ClassInfo& info) {
@@ -83,7 +85,7 @@ void Compiler::declareClass(const ClassDecl& decl, ClassInfo& info) {
     info.unit = unit_.get();
     for (const Declared& d : decl.scope.variables) {
         Member& m = info.members[d.name];
-        if (m.variable >= 0) fail(1041, d.at);
+        if (m.variable >= 0) fail(errors::nameRedefined, d.at);
         m.variable = static_cast<int>(info.variables.size());
         m.variablePublic = d.isPublic;
         MemberVariable v{d.name, d.isArray, {}};
@@ -94,7 +96,7 @@ void Compiler::declareClass(const ClassDecl& decl, ClassInfo& info) {
     }
     for (const Declared& d : decl.scope.constants) {
         Member& m = info.members[d.name];
-        if (m.variable >= 0 || m.constant) fail(1041, d.at);
+        if (m.variable >= 0 || m.constant) fail(errors::nameRedefined, d.at);
         m.constant = &unit_->constants.emplace_back(d.value);
     }
     declareMembers(decl, info);
@@ -163,11 +165,12 @@ void Compiler::enterScope(const ProcDecl& decl) {
         body_.locals.emplace(decl.name, body_.proc->result);
     }
     for (const Declared& d : decl.scope.variables) {
-        if (body_.locals.count(d.name) && d.name != decl.name) fail(1041, d.at);
+        if (body_.locals.count(d.name) && d.name != decl.name) fail(errors::nameRedefined, d.at);
         if (!body_.locals.count(d.name)) body_.locals[d.name] = newLocal();
     }
     for (const Declared& d : decl.scope.constants) {
-        if (body_.locals.count(d.name) || body_.constants.count(d.name)) fail(1041, d.at);
+        if (body_.locals.count(d.name) || body_.constants.count(d.name))
+            fail(errors::nameRedefined, d.at);
         body_.constants[d.name] = constant(d.value);
     }
 }

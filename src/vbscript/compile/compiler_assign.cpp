@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/compile/compiler_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -15,7 +17,7 @@ void Compiler::assign(const Stmt& s) {
     case ExprKind::Member:
         return assignMember(s.a->left, s.a->name, {}, s);
     default:
-        emit(Op::Fail, 0, 0, 0, 501);
+        emit(Op::Fail, 0, 0, 0, errors::illegalAssignment);
     }
 }
 
@@ -40,7 +42,7 @@ void Compiler::assignName(const Stmt& s) {
         if (m.own->let || m.own->set) return assignMember(nullptr, s.a->name, {}, s);
         [[fallthrough]];
     default:
-        emit(Op::Fail, 0, 0, 0, 501);
+        emit(Op::Fail, 0, 0, 0, errors::illegalAssignment);
     }
 }
 
@@ -107,7 +109,8 @@ void Compiler::assignIndexed(const Stmt& s) {
     const Meaning m = meaning(callee->name);
     if (m.kind == Meaning::Own) return assignMember(nullptr, callee->name, s.a->args, s);
     if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown) {
-        emit(Op::Fail, 0, 0, 0, m.kind == Meaning::Constant ? 501 : 13);
+        emit(Op::Fail, 0, 0, 0,
+             m.kind == Meaning::Constant ? errors::illegalAssignment : errors::typeMismatch);
         return;
     }
     const Operand array = variable(m);

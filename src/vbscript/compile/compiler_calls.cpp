@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/compile/compiler_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -10,7 +12,7 @@ constexpr std::size_t itemsAtOnce = 100;
 }
 
 std::uint16_t Compiler::count(const std::vector<Expr*>& args, Position at) {
-    if (args.size() > 255) fail(1002, at);
+    if (args.size() > 255) fail(errors::syntax, at);
     return static_cast<std::uint16_t>(args.size());
 }
 
@@ -121,7 +123,7 @@ Operand Compiler::callNamed(const Meaning& m, const Expr* callee, const std::vec
     case Meaning::Function:
         return function(m.index, args, want, callee->at);
     case Meaning::Class:
-        emit(Op::Fail, 0, 0, 0, 13);
+        emit(Op::Fail, 0, 0, 0, errors::typeMismatch);
         return result(want);
     default:
         break;
@@ -136,7 +138,7 @@ Operand Compiler::callNamed(const Meaning& m, const Expr* callee, const std::vec
     const std::uint16_t n = count(args, callee->at);
     if (m.kind == Meaning::Own) {
         const Proc* p = m.own->get;
-        if (!p) emit(Op::Fail, 0, 0, 0, 438);
+        if (!p) emit(Op::Fail, 0, 0, 0, errors::noSuchMember);
         body_.proc->callees.push_back(p);
         emit(Op::CallOwn, r, base, static_cast<std::uint32_t>(body_.proc->callees.size() - 1), n);
     } else {
@@ -146,7 +148,7 @@ Operand Compiler::callNamed(const Meaning& m, const Expr* callee, const std::vec
 }
 
 Operand Compiler::special(Word w, const std::vector<Expr*>& args, Operand want, Position at) {
-    if (args.size() != 1) fail(args.empty() ? 1002 : 1025, at);
+    if (args.size() != 1) fail(args.empty() ? errors::syntax : errors::endOfStatementExpected, at);
     Operand text = operand::none;
     {
         const Mark mark(*this);

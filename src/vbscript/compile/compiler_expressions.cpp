@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/compile/compiler_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -239,7 +241,7 @@ Operand Compiler::unary(const Expr* e, Operand want) {
 void Compiler::objectTo(const Expr* object, Operand to) {
     if (object) return valueTo(object, to);
     if (body_.withs.empty())
-        emit(Op::Fail, 0, 0, 0, 505);
+        emit(Op::Fail, 0, 0, 0, errors::unqualified);
     else
         emit(Op::Copy, to, body_.withs.back());
 }

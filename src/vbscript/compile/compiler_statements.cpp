@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/compile/compiler_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -274,7 +276,8 @@ void Compiler::forStatement(const Stmt& s) {
     beginLeaf(s.at);
     emit(Op::Clear, limit, 3);
     const Meaning m = meaning(s.a->name);
-    if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown) emit(Op::Fail, 0, 0, 0, 501);
+    if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown)
+        emit(Op::Fail, 0, 0, 0, errors::illegalAssignment);
     const Operand v =
         m.kind == Meaning::Variable || m.kind == Meaning::Unknown ? variable(m) : temp();
     valueTo(s.b, ready);
@@ -303,7 +306,8 @@ void Compiler::forEach(const Stmt& s) {
     beginLeaf(s.at);
     emit(Op::Clear, list, 2);
     const Meaning m = meaning(s.a->name);
-    if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown) emit(Op::Fail, 0, 0, 0, 501);
+    if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown)
+        emit(Op::Fail, 0, 0, 0, errors::illegalAssignment);
     const Operand v =
         m.kind == Meaning::Variable || m.kind == Meaning::Unknown ? variable(m) : newLocal();
     emit(Op::EachPrepare, list, value(s.b));
@@ -366,12 +370,12 @@ void Compiler::redim(const Stmt& s) {
     for (const Expr* e : s.list) {
         const Mark mark(*this);
         if (e->left->kind != ExprKind::Name) {
-            emit(Op::Fail, 0, 0, 0, 13);
+            emit(Op::Fail, 0, 0, 0, errors::typeMismatch);
             continue;
         }
         const Meaning m = meaning(e->left->name);
         if (m.kind != Meaning::Variable && m.kind != Meaning::Unknown) {
-            emit(Op::Fail, 0, 0, 0, 501);
+            emit(Op::Fail, 0, 0, 0, errors::illegalAssignment);
             continue;
         }
         const std::uint32_t base = values(e->args);

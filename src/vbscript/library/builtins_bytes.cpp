@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -33,7 +34,7 @@ Value fromBytes(std::string_view bytes) {
 
 std::size_t count(Runtime& rt, const Value& v) {
     const std::int64_t n = toLong(rt, v);
-    if (n < 0) throw Fault(5);
+    if (n < 0) throw Fault(errors::invalidCall);
     return static_cast<std::size_t>(n);
 }
 
@@ -57,7 +58,7 @@ Value rightB(Runtime& rt, Arguments a) {
 Value midB(Runtime& rt, Arguments a) {
     if (a[0].is(Type::Null)) return a[0];
     const std::size_t start = count(rt, a[1]);
-    if (start < 1) throw Fault(5);
+    if (start < 1) throw Fault(errors::invalidCall);
     const std::string all = bytesOf(toText(rt, a[0]).chars());
     if (start > all.size()) return Value::string({});
     return fromBytes(all.substr(start - 1, given(a, 2) ? count(rt, a[2]) : std::string::npos));
@@ -66,7 +67,7 @@ Value midB(Runtime& rt, Arguments a) {
 Value inStrB(Runtime& rt, Arguments a) {
     const std::size_t k = a.size() >= 3 ? 1 : 0;
     const std::int64_t start = k ? toLong(rt, a[0]) : 1;
-    if (start < 1) throw Fault(5);
+    if (start < 1) throw Fault(errors::invalidCall);
     if (a[k].is(Type::Null) || a[k + 1].is(Type::Null)) return Value::null();
     std::u16string hay;
     std::u16string needle;
@@ -81,13 +82,13 @@ Value inStrB(Runtime& rt, Arguments a) {
 
 Value ascB(Runtime& rt, Arguments a) {
     const Value t = toText(rt, a[0]);
-    if (t.chars().empty()) throw Fault(5);
+    if (t.chars().empty()) throw Fault(errors::invalidCall);
     return Value::byte(t.chars()[0] & 0xFF);
 }
 
 Value chrB(Runtime& rt, Arguments a) {
     const std::int64_t n = toLong(rt, a[0]);
-    if (n < 0 || n > 255) throw Fault(5);
+    if (n < 0 || n > 255) throw Fault(errors::invalidCall);
     const auto c = static_cast<char16_t>(n);
     return Value::string({&c, 1});
 }

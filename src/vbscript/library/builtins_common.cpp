@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {
@@ -10,7 +11,7 @@ std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t 
 
 bool textCompareArg(Runtime& rt, Arguments args, std::size_t k, CompareModes modes) {
     const std::int64_t mode = numberArg(rt, args, k, 0);
-    if (mode < 0 || mode > (modes == CompareModes::Two ? 1 : 2)) throw Fault(5);
+    if (mode < 0 || mode > (modes == CompareModes::Two ? 1 : 2)) throw Fault(errors::invalidCall);
     return mode != 0;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -15,7 +16,7 @@ Value cByte(Runtime& rt, Arguments a) {
     Value v = plain(rt, a[0]);
     if (v.is(Type::Boolean)) return Value::byte(v.i ? 255 : 0);
     const std::int64_t n = toLong(rt, v);
-    if (n < 0 || n > 255) throw Fault(6);
+    if (n < 0 || n > 255) throw Fault(errors::overflow);
     return Value::byte(n);
 }
 
@@ -27,7 +28,7 @@ Value cLng(Runtime& rt, Arguments a) { return Value::longint(toLong(rt, a[0])); 
 
 Value cSng(Runtime& rt, Arguments a) {
     const double d = toDouble(rt, a[0]);
-    if (std::fabs(d) > 3.4028234663852886e38) throw Fault(6);
+    if (std::fabs(d) > 3.4028234663852886e38) throw Fault(errors::overflow);
     return Value::single(d);
 }
 
@@ -55,7 +56,7 @@ Value oct(Runtime& rt, Arguments a) { return radix(rt, a[0], 3); }
 
 char16_t firstChar(Runtime& rt, Arguments a) {
     const Value t = toText(rt, a[0]);
-    if (t.chars().empty()) throw Fault(5);
+    if (t.chars().empty()) throw Fault(errors::invalidCall);
     return t.chars()[0];
 }
 
@@ -69,13 +70,13 @@ Value oneChar(char16_t c) { return Value::string({&c, 1}); }
 
 Value chr(Runtime& rt, Arguments a) {
     const std::int64_t n = toLong(rt, a[0]);
-    if (n < 0 || n > 255) throw Fault(5);
+    if (n < 0 || n > 255) throw Fault(errors::invalidCall);
     return oneChar(fromAnsi(static_cast<unsigned char>(n)));
 }
 
 Value chrW(Runtime& rt, Arguments a) {
     const std::int64_t n = toLong(rt, a[0]);
-    if (n < -32768 || n > 65535) throw Fault(5);
+    if (n < -32768 || n > 65535) throw Fault(errors::invalidCall);
     return oneChar(static_cast<char16_t>(n));
 }
 

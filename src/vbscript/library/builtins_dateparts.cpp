@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
@@ -25,17 +26,17 @@ Interval intervalArg(Runtime& rt, const Value& v) {
     for (const auto& [text, interval] : all) {
         if (text == name) return interval;
     }
-    throw Fault(5);
+    throw Fault(errors::invalidCall);
 }
 
 int firstDayArg(Runtime& rt, Arguments a, std::size_t k) {
     const std::int64_t n = numberArg(rt, a, k, 1);
-    if (n < 0 || n > 7) throw Fault(5);
+    if (n < 0 || n > 7) throw Fault(errors::invalidCall);
     return n == 0 ? rt.locale->firstWeekday : static_cast<int>(n);
 }
 
 double inRange(double date) {
-    if (!(date >= firstDate && date < lastDate)) throw Fault(5);
+    if (!(date >= firstDate && date < lastDate)) throw Fault(errors::invalidCall);
     return date;
 }
 
@@ -43,7 +44,8 @@ double inRange(double date) {
 double addMonths(double date, std::int64_t months) {
     const Civil c = civil(date);
     const std::int64_t count = std::int64_t{c.year} * 12 + (c.month - 1) + months;
-    if (count < std::int64_t{100} * 12 || count >= std::int64_t{10000} * 12) throw Fault(5);
+    if (count < std::int64_t{100} * 12 || count >= std::int64_t{10000} * 12)
+        throw Fault(errors::invalidCall);
     const std::int64_t year = count / 12;
     const auto month = static_cast<int>(count % 12) + 1;
     const int day = std::min(c.day, daysInMonth(year, month));
@@ -55,7 +57,7 @@ Value dateAdd(Runtime& rt, Arguments a) {
     const double amount = std::trunc(toDouble(rt, a[1]));
     if (a[2].is(Type::Null)) return a[2];
     const double date = toDate(rt, a[2]);
-    if (!(std::fabs(amount) < 1e12)) throw Fault(5);
+    if (!(std::fabs(amount) < 1e12)) throw Fault(errors::invalidCall);
     const auto n = static_cast<std::int64_t>(amount);
     const std::int64_t days = daysOf(date);
     const std::int64_t seconds = secondsOf(date) % 86400;
@@ -132,7 +134,7 @@ Value dateDiff(Runtime& rt, Arguments a) {
     default:
         break;
     }
-    if (r > 2147483647LL || r < -2147483648LL) throw Fault(6);
+    if (r > 2147483647LL || r < -2147483648LL) throw Fault(errors::overflow);
     return Value::longint(r);
 }
 
@@ -161,7 +163,7 @@ Value datePart(Runtime& rt, Arguments a) {
     const double date = toDate(rt, a[1]);
     const int first = firstDayArg(rt, a, 2);
     const std::int64_t rule = numberArg(rt, a, 3, 1);
-    if (rule < 0 || rule > 3) throw Fault(5);
+    if (rule < 0 || rule > 3) throw Fault(errors::invalidCall);
     const Civil c = civil(date);
     switch (what) {
     case Interval::Year:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
 
@@ -38,7 +39,7 @@ Value partOf(Runtime& rt, Arguments a) {
 
 int firstDay(Runtime& rt, Arguments a, std::size_t k) {
     const std::int64_t n = numberArg(rt, a, k, 1);
-    if (n < 0 || n > 7) throw Fault(5);
+    if (n < 0 || n > 7) throw Fault(errors::invalidCall);
     return n == 0 ? rt.locale->firstWeekday : static_cast<int>(n);
 }
 
@@ -52,7 +53,7 @@ Value weekdayOf(Runtime& rt, Arguments a) {
 Value weekdayName(Runtime& rt, Arguments a) {
     const std::int64_t n = toLong(rt, a[0]);
     const bool abbreviated = given(a, 1) && toBool(rt, a[1]);
-    if (n < 1 || n > 7) throw Fault(5);
+    if (n < 1 || n > 7) throw Fault(errors::invalidCall);
     const auto k = static_cast<std::size_t>((n + firstDay(rt, a, 2) - 2) % 7);
     return Value::string((abbreviated ? rt.locale->daysShort : rt.locale->days)[k]);
 }
@@ -60,7 +61,7 @@ Value weekdayName(Runtime& rt, Arguments a) {
 Value monthName(Runtime& rt, Arguments a) {
     const std::int64_t n = toLong(rt, a[0]);
     const bool abbreviated = given(a, 1) && toBool(rt, a[1]);
-    if (n < 1 || n > 12) throw Fault(5);
+    if (n < 1 || n > 12) throw Fault(errors::invalidCall);
     return Value::string((abbreviated ? rt.locale->monthsShort
                                       : rt.locale->months)[static_cast<std::size_t>(n - 1)]);
 }
@@ -81,10 +82,10 @@ Value timeSerial(Runtime& rt, Arguments a) {
 /// What a person wrote as a date or a time: a number is not that, though CDate takes it.
 double writtenDate(Runtime& rt, Arguments a) {
     const Value v = plain(rt, a[0]);
-    if (v.is(Type::Null)) throw Fault(94);
+    if (v.is(Type::Null)) throw Fault(errors::invalidNull);
     double date = 0;
     if (v.is(Type::Date)) return v.d;
-    if (!dateIn(rt, v, date)) throw Fault(13);
+    if (!dateIn(rt, v, date)) throw Fault(errors::typeMismatch);
     return date;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/number_text.h"
@@ -14,7 +15,7 @@ namespace {
 /// A choice of yes, no or as the country does (-2).
 bool choice(Runtime& rt, Arguments a, std::size_t k, bool usual) {
     const std::int64_t n = numberArg(rt, a, k, -2);
-    if (n < -2 || n > 0) throw Fault(5);
+    if (n < -2 || n > 0) throw Fault(errors::invalidCall);
     return n == -2 ? usual : n == -1;
 }
 
@@ -26,7 +27,7 @@ struct Shape {
 
 Shape shaped(Runtime& rt, Arguments a, double v, bool bracketsUsual) {
     const std::int64_t places = numberArg(rt, a, 1, -1);
-    if (places < -1 || places > 99) throw Fault(5);
+    if (places < -1 || places > 99) throw Fault(errors::invalidCall);
     const bool leading = choice(rt, a, 2, true);
     const bool brackets = choice(rt, a, 3, bracketsUsual);
     const bool grouped = choice(rt, a, 4, true);
@@ -74,7 +75,7 @@ Value formatCurrency(Runtime& rt, Arguments a) {
 Value formatDateTime(Runtime& rt, Arguments a) {
     const double date = toDate(rt, a[0]);
     const std::int64_t format = numberArg(rt, a, 1, 0);
-    if (format < 0 || format > 4) throw Fault(5);
+    if (format < 0 || format > 4) throw Fault(errors::invalidCall);
     return Value::string(dateText(date, *rt.locale, static_cast<DateFormat>(format)));
 }
 
@@ -95,7 +96,7 @@ Value setLocale(Runtime& rt, Arguments a) {
         else
             wanted = localeByLcid(static_cast<int>(toLong(rt, v)));
     }
-    if (!wanted) throw Fault(447);
+    if (!wanted) throw Fault(errors::noSuchLocale);
     rt.locale = wanted;
     return Value::longint(before);
 }

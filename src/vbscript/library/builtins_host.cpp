@@ -3,6 +3,7 @@
 #include "vbscript/library/dictionary.h"
 #include "vbscript/library/files.h"
 #include "vbscript/library/regexp.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -28,15 +29,15 @@ Value createObject(Runtime& rt, Arguments a) {
     if (id == u"scripting.filesystemobject") {
         if (auto disk = rt.world.disk()) return makeFileSystem(std::move(disk));
     }
-    throw Fault(429);
+    throw Fault(errors::cannotCreate);
 }
 
-Value getObject(Runtime&, Arguments) { throw Fault(429); }
-Value loadPicture(Runtime&, Arguments) { throw Fault(481); }
+Value getObject(Runtime&, Arguments) { throw Fault(errors::cannotCreate); }
+Value loadPicture(Runtime&, Arguments) { throw Fault(errors::invalidPicture); }
 
 Value getRef(Runtime& rt, Arguments a) {
     Value v = plain(rt, a[0]);
-    if (!v.is(Type::String)) throw Fault(13);
+    if (!v.is(Type::String)) throw Fault(errors::typeMismatch);
     return rt.procedureNamed(v.utf8());
 }
 
@@ -57,7 +58,7 @@ Value minorVersion(Runtime&, Arguments) { return Value::longint(8); }
 Value buildVersion(Runtime&, Arguments) { return Value::longint(16384); }
 
 // Compiled as steps of their own: here so that the names are known.
-Value compiled(Runtime&, Arguments) { throw Fault(51); }
+Value compiled(Runtime&, Arguments) { throw Fault(errors::internal); }
 
 constexpr Builtin table[] = {
     {"CreateObject", createObject, 1, 2},

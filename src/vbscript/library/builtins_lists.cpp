@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -22,10 +23,11 @@ std::size_t costOf(const Value& v, const Value& text) {
 Value array(Runtime&, Arguments a) { return arrayOf({a.begin(), a.end()}); }
 
 std::size_t dimension(Runtime& rt, Arguments a) {
-    if (a[0].is(Type::Object) && !a[0].o) throw Fault(91);
-    if (!a[0].is(Type::Array)) throw Fault(13);
+    if (a[0].is(Type::Object) && !a[0].o) throw Fault(errors::objectNotSet);
+    if (!a[0].is(Type::Array)) throw Fault(errors::typeMismatch);
     const std::int64_t n = numberArg(rt, a, 1, 1);
-    if (n < 1 || n > static_cast<std::int64_t>(a[0].a->extents.size())) throw Fault(9);
+    if (n < 1 || n > static_cast<std::int64_t>(a[0].a->extents.size()))
+        throw Fault(errors::subscriptOutOfRange);
     return static_cast<std::size_t>(n - 1);
 }
 
@@ -43,7 +45,7 @@ Value split(Runtime& rt, Arguments a) {
     const Value t = toText(rt, a[0]);
     const Value by = given(a, 1) ? toText(rt, a[1]) : Value::text(" ");
     std::int64_t most = numberArg(rt, a, 2, -1);
-    if (most < -1) throw Fault(5);
+    if (most < -1) throw Fault(errors::invalidCall);
     const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     std::vector<Value> parts;
     const auto all = t.chars();
@@ -65,8 +67,8 @@ Value split(Runtime& rt, Arguments a) {
 }
 
 Value join(Runtime& rt, Arguments a) {
-    if (!a[0].is(Type::Array)) throw Fault(13);
-    if (a[0].a->extents.size() > 1) throw Fault(5);
+    if (!a[0].is(Type::Array)) throw Fault(errors::typeMismatch);
+    if (a[0].a->extents.size() > 1) throw Fault(errors::invalidCall);
     const Value by = given(a, 1) ? toText(rt, a[1]) : Value::text(" ");
     Value out = Value::string({});
     bool first = true;
@@ -82,8 +84,8 @@ Value join(Runtime& rt, Arguments a) {
 }
 
 Value filter(Runtime& rt, Arguments a) {
-    if (!a[0].is(Type::Array)) throw Fault(13);
-    if (a[0].a->extents.size() > 1) throw Fault(13);
+    if (!a[0].is(Type::Array)) throw Fault(errors::typeMismatch);
+    if (a[0].a->extents.size() > 1) throw Fault(errors::typeMismatch);
     const Value what = toText(rt, a[1]);
     const bool include = !given(a, 2) || toBool(rt, a[2]);
     const bool asText = textCompareArg(rt, a, 3);

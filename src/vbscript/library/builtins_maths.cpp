@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 #include <cmath>
@@ -9,7 +10,7 @@ namespace vbscript {
 namespace {
 
 Value realOf(double d) {
-    if (!std::isfinite(d)) throw Fault(6);
+    if (!std::isfinite(d)) throw Fault(errors::overflow);
     return Value::real(d);
 }
 
@@ -30,7 +31,7 @@ Value absolute(Runtime& rt, Arguments a) {
     case Type::Single:
         return Value::single(std::fabs(v.d));
     case Type::Currency:
-        if (v.i == INT64_MIN) throw Fault(6);
+        if (v.i == INT64_MIN) throw Fault(errors::overflow);
         return Value::currency(std::abs(v.i));
     case Type::Date:
         return Value::date(std::fabs(v.d));
@@ -47,13 +48,13 @@ Value exponential(Runtime& rt, Arguments a) { return realOf(std::exp(toDouble(rt
 
 Value logarithm(Runtime& rt, Arguments a) {
     const double d = toDouble(rt, a[0]);
-    if (d <= 0) throw Fault(5);
+    if (d <= 0) throw Fault(errors::invalidCall);
     return realOf(std::log(d));
 }
 
 Value squareRoot(Runtime& rt, Arguments a) {
     const double d = toDouble(rt, a[0]);
-    if (d < 0) throw Fault(5);
+    if (d < 0) throw Fault(errors::invalidCall);
     return realOf(std::sqrt(d));
 }
 
@@ -98,7 +99,7 @@ Value sign(Runtime& rt, Arguments a) {
 Value roundTo(Runtime& rt, Arguments a) {
     Value v = plain(rt, a[0]);
     const std::int64_t places = numberArg(rt, a, 1, 0);
-    if (places < 0 || places > 22) throw Fault(5);
+    if (places < 0 || places > 22) throw Fault(errors::invalidCall);
     if (v.is(Type::Null) || v.isInt() || v.is(Type::Byte)) return v;
     if (v.is(Type::Boolean)) return Value::integer(v.i);
     if (v.is(Type::Empty)) return Value::integer(0);
@@ -133,7 +134,7 @@ Value rgb(Runtime& rt, Arguments a) {
     std::int64_t colour = 0;
     for (std::size_t k = 3; k-- > 0;) {
         const std::int64_t part = toLong(rt, a[k]);
-        if (part < 0) throw Fault(5);
+        if (part < 0) throw Fault(errors::invalidCall);
         colour = colour * 256 + std::min<std::int64_t>(part, 255);
     }
     return Value::longint(colour);

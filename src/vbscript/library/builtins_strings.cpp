@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -14,7 +15,7 @@ constexpr std::size_t npos = std::u16string_view::npos;
 
 /// A string of `n` characters to fill in; error 14 before anything is allocated when it is absurd.
 Value blank(std::int64_t n, char16_t fill) {
-    if (n < 0) throw Fault(5);
+    if (n < 0) throw Fault(errors::invalidCall);
     Value v = Value::room(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
     std::fill_n(v.s->chars(), n, fill);
     return v;
@@ -28,7 +29,7 @@ Value part(const Value& text, std::size_t from, std::size_t count) {
 
 std::size_t countArg(Runtime& rt, const Value& v) {
     const std::int64_t n = toLong(rt, v);
-    if (n < 0) throw Fault(5);
+    if (n < 0) throw Fault(errors::invalidCall);
     return static_cast<std::size_t>(n);
 }
 
@@ -55,7 +56,7 @@ Value right(Runtime& rt, Arguments a) {
 Value mid(Runtime& rt, Arguments a) {
     if (a[0].is(Type::Null)) return a[0];
     const std::int64_t start = toLong(rt, a[1]);
-    if (start < 1) throw Fault(5);
+    if (start < 1) throw Fault(errors::invalidCall);
     const std::size_t n = given(a, 2) ? countArg(rt, a[2]) : npos;
     return part(toText(rt, a[0]), static_cast<std::size_t>(start - 1), n);
 }
@@ -73,7 +74,7 @@ Value inStr(Runtime& rt, Arguments a) {
     const Value what = plain(rt, a[k + 1]);
     if (in.is(Type::Null) || what.is(Type::Null)) return Value::null();
     const std::int64_t start = started ? toLong(rt, a[0]) : 1;
-    if (start < 1) throw Fault(5);
+    if (start < 1) throw Fault(errors::invalidCall);
     const bool asText = textCompareArg(rt, a, 3);
     const Value t = toText(rt, in);
     const Value w = toText(rt, what);
@@ -87,9 +88,9 @@ Value inStr(Runtime& rt, Arguments a) {
 Value inStrRev(Runtime& rt, Arguments a) {
     const Value in = plain(rt, a[0]);
     const Value what = plain(rt, a[1]);
-    if (in.is(Type::Null) || what.is(Type::Null)) throw Fault(94);
+    if (in.is(Type::Null) || what.is(Type::Null)) throw Fault(errors::invalidNull);
     const std::int64_t start = numberArg(rt, a, 2, -1);
-    if (start == 0 || start < -1) throw Fault(5);
+    if (start == 0 || start < -1) throw Fault(errors::invalidCall);
     const bool asText = textCompareArg(rt, a, 3, CompareModes::Two);
     const Value tv = toText(rt, in);
     const Value wv = toText(rt, what);
@@ -113,7 +114,7 @@ Value replace(Runtime& rt, Arguments a) {
     const Value with = toText(rt, a[2]);
     const std::int64_t start = numberArg(rt, a, 3, 1);
     const std::int64_t count = numberArg(rt, a, 4, -1);
-    if (start < 1 || count < -1) throw Fault(5);
+    if (start < 1 || count < -1) throw Fault(errors::invalidCall);
     const bool asText = textCompareArg(rt, a, 5);
     const auto from = static_cast<std::size_t>(start - 1);
     if (from >= t.chars().size()) return Value::string({});
@@ -179,7 +180,7 @@ Value stringOf(Runtime& rt, Arguments a) {
     if (!a[1].is(Type::String)) {
         return blank(n, fromAnsi(static_cast<unsigned char>(toLong(rt, a[1]) & 0xFF)));
     }
-    if (a[1].chars().empty()) throw Fault(5);
+    if (a[1].chars().empty()) throw Fault(errors::invalidCall);
     return blank(n, a[1].chars()[0]);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/dictionary.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/linked.h"
 #include "vbscript/values/text.h"
@@ -169,12 +170,12 @@ Value Dictionary::listOf(Runtime& rt, bool keys) const {
 
 void Dictionary::rename(Runtime& rt, std::span<Value> args) {
     rt.spend(entries_.size() * costOfEntry);
-    if (args[0].is(Type::Array)) throw Fault(5);
+    if (args[0].is(Type::Array)) throw Fault(errors::invalidCall);
     const std::uint32_t from = find(args[0], hashOf(args[0]));
-    if (from == free) throw Fault(32811);
+    if (from == free) throw Fault(errors::elementNotFound);
     const std::size_t hash = hashOf(args[1]);
-    if (find(args[1], hash) != free) throw Fault(457);
-    if (args[1].is(Type::Array)) throw Fault(5);
+    if (find(args[1], hash) != free) throw Fault(errors::keyExists);
+    if (args[1].is(Type::Array)) throw Fault(errors::invalidCall);
     entries_[from].key = args[1];
     entries_[from].hash = hash;
     rebuild(slots_.size());
@@ -182,19 +183,19 @@ void Dictionary::rename(Runtime& rt, std::span<Value> args) {
 
 void Dictionary::put(Runtime& rt, Word member, bool isSet, std::span<Value> args) {
     if (member == Word::CompareMode) {
-        if (args.size() != 1) throw Fault(450);
+        if (args.size() != 1) throw Fault(errors::wrongArguments);
         const std::int64_t mode = toLong(rt, args[0]);
-        if (count_ != 0 || mode < 0 || mode > 2) throw Fault(5);
+        if (count_ != 0 || mode < 0 || mode > 2) throw Fault(errors::invalidCall);
         asText_ = mode != 0;
         clear();
         return;
     }
-    if (args.size() != 2) throw Fault(450);
+    if (args.size() != 2) throw Fault(errors::wrongArguments);
     if (member == Word::Key) return rename(rt, args);
-    if (member != Word::Item) throw Fault(438);
+    if (member != Word::Item) throw Fault(errors::noSuchMember);
     Value item = args[1];
     if (!isSet && item.is(Type::Object)) item = rt.defaultOf(item);
-    if (args[0].is(Type::Array)) throw Fault(5);
+    if (args[0].is(Type::Array)) throw Fault(errors::invalidCall);
     const std::size_t hash = hashOf(args[0]);
     const std::uint32_t at = find(args[0], hash);
     Entry& e = at == free ? add(args[0], hash) : entries_[at];
@@ -206,8 +207,8 @@ void Dictionary::get(Runtime& rt, Word member, std::span<Value> args, Value& res
         member == Word::Add                                                        ? 2
         : member == Word::Item || member == Word::Exists || member == Word::Remove ? 1
                                                                                    : 0;
-    if (args.size() != wanted) throw Fault(450);
-    if (wanted > 0 && args[0].is(Type::Array)) throw Fault(5);
+    if (args.size() != wanted) throw Fault(errors::wrongArguments);
+    if (wanted > 0 && args[0].is(Type::Array)) throw Fault(errors::invalidCall);
     const std::size_t hash = wanted > 0 ? hashOf(args[0]) : 0;
     const std::uint32_t at = wanted > 0 ? find(args[0], hash) : free;
     switch (member) {
@@ -233,15 +234,15 @@ void Dictionary::get(Runtime& rt, Word member, std::span<Value> args, Value& res
         clear();
         return;
     case Word::Add:
-        if (at != free) throw Fault(457);
+        if (at != free) throw Fault(errors::keyExists);
         add(args[0], hash).item = args[1];
         return;
     case Word::Remove:
-        if (at == free) throw Fault(32811);
+        if (at == free) throw Fault(errors::elementNotFound);
         remove(at);
         return;
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/builtins.h"
 #include "vbscript/library/files.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/convert.h"
 
@@ -45,7 +46,7 @@ class Entry : public Object {
     [[nodiscard]] const std::string& path() const { return path_; }
     /// Behind "to\" the name stays.
     [[nodiscard]] std::string target(Runtime& rt, std::span<Value> args) const {
-        if (args.empty() || args.size() > 2) throw Fault(450);
+        if (args.empty() || args.size() > 2) throw Fault(errors::wrongArguments);
         const std::string to = toText(rt, args[0]).utf8();
         const bool folder = !to.empty() && (to.back() == '\\' || to.back() == '/');
         return folder ? to + lastPart(path_) : to; // as it is: the disk refuses what leads out
@@ -99,15 +100,17 @@ bool Entry::property(Runtime& rt, Word m, Value& result) {
 
 void Entry::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
     const Word m = member == 0 ? Word::Path : wordOf(member);
-    if (how == Access::Set || (how == Access::Let && m != Word::Name)) throw Fault(438);
+    if (how == Access::Set || (how == Access::Let && m != Word::Name))
+        throw Fault(errors::noSuchMember);
     if (how == Access::Let) {
-        if (args.size() != 1) throw Fault(450);
+        if (args.size() != 1) throw Fault(errors::wrongArguments);
         const std::string name = toText(rt, args[0]).utf8();
-        if (name.empty() || name.find_first_of("\\/") != std::string::npos) throw Fault(5);
+        if (name.empty() || name.find_first_of("\\/") != std::string::npos)
+            throw Fault(errors::invalidCall);
         return moveTo(rt, below(parentPart(path_), name));
     }
     if (!property(rt, m, result)) return act(rt, m, args, result);
-    if (!args.empty()) throw Fault(450);
+    if (!args.empty()) throw Fault(errors::wrongArguments);
 }
 
 class FileObject final : public Entry {
@@ -118,7 +121,7 @@ class FileObject final : public Entry {
   private:
     Value size(Runtime& rt) override {
         const DiskAnswer a = asked(rt, disk(), {What::Look, path()});
-        if (a.kind != Kind::File) throw Fault(53);
+        if (a.kind != Kind::File) throw Fault(errors::fileNotFound);
         return Value::number(static_cast<double>(a.size));
     }
     [[nodiscard]] int attributes() const override { return 32; } // to be archived
@@ -139,16 +142,16 @@ void FileObject::act(Runtime& rt, Word m, std::span<Value> args, Value& result) 
     case Word::Move:
         return moveTo(rt, target(rt, args));
     case Word::Delete:
-        if (args.size() > 1) throw Fault(450);
+        if (args.size() > 1) throw Fault(errors::wrongArguments);
         asked(rt, disk(), {What::RemoveFile, path()});
         return;
     case Word::OpenAsTextStream:
-        if (args.size() > 2) throw Fault(450);
+        if (args.size() > 2) throw Fault(errors::wrongArguments);
         result = openAs(rt, sharedDisk(), path(), numberArg(rt, args, 0, 1), false,
                         numberArg(rt, args, 1, 0) == -1);
         return;
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 
@@ -162,9 +165,9 @@ class Entries final : public Object {
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override {
         const Word m = member == 0 ? Word::Item : wordOf(member);
-        if (how == Access::Let || how == Access::Set) throw Fault(438);
-        if (m != Word::Count && m != Word::Item) throw Fault(438);
-        if (args.size() != (m == Word::Item ? 1U : 0U)) throw Fault(450);
+        if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
+        if (m != Word::Count && m != Word::Item) throw Fault(errors::noSuchMember);
+        if (args.size() != (m == Word::Item ? 1U : 0U)) throw Fault(errors::wrongArguments);
         if (m == Word::Count) {
             result = Value::longint(static_cast<std::int64_t>(all_.a->items.size()));
             return;
@@ -244,27 +247,27 @@ void FolderObject::act(Runtime& rt, Word m, std::span<Value> args, Value& result
         if (!args.empty()) Value(result).o->access(rt, 0, Access::Get, args, result);
         return;
     case Word::IsRootFolder:
-        if (!args.empty()) throw Fault(450);
+        if (!args.empty()) throw Fault(errors::wrongArguments);
         result = Value::boolean(path() == "\\");
         return;
     case Word::Move:
         return moveTo(rt, target(rt, args));
     case Word::Delete:
-        if (args.size() > 1) throw Fault(450);
+        if (args.size() > 1) throw Fault(errors::wrongArguments);
         asked(rt, disk(), {What::RemoveFolder, path()});
         return;
     case Word::CreateTextFile: {
-        if (args.empty() || args.size() > 3) throw Fault(450);
+        if (args.empty() || args.size() > 3) throw Fault(errors::wrongArguments);
         const std::string at = below(path(), toText(rt, args[0]).utf8());
         const bool over = !given(args, 1) || toBool(rt, args[1]);
         const bool there = asked(rt, disk(), {What::Look, at}).kind != Kind::Nothing;
-        if (there && !over) throw Fault(58);
+        if (there && !over) throw Fault(errors::fileExists);
         const bool unicode = given(args, 2) && toBool(rt, args[2]);
         result = openTextStream(rt, sharedDisk(), at, FileMode::Write, unicode, 0);
         return;
     }
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 
@@ -272,13 +275,15 @@ void FolderObject::act(Runtime& rt, Word m, std::span<Value> args, Value& result
 
 Value makeFile(Runtime& rt, std::shared_ptr<Disk> disk, std::string_view path) {
     const std::string at = absolutePath(path);
-    if (asked(rt, *disk, {What::Look, std::string(path)}).kind != Kind::File) throw Fault(53);
+    if (asked(rt, *disk, {What::Look, std::string(path)}).kind != Kind::File)
+        throw Fault(errors::fileNotFound);
     return Value::object(new FileObject(std::move(disk), at));
 }
 
 Value makeFolder(Runtime& rt, std::shared_ptr<Disk> disk, std::string_view path) {
     const std::string at = absolutePath(path);
-    if (asked(rt, *disk, {What::Look, std::string(path)}).kind != Kind::Folder) throw Fault(76);
+    if (asked(rt, *disk, {What::Look, std::string(path)}).kind != Kind::Folder)
+        throw Fault(errors::pathNotFound);
     return Value::object(new FolderObject(std::move(disk), at));
 }
 

@@ -2,6 +2,7 @@
 #include "vbscript/library/files.h"
 
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -36,7 +37,7 @@ class FileSystem : public Object {
 
 bool FileSystem::names(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
     if (m == Word::BuildPath) {
-        if (args.size() != 2) throw Fault(450);
+        if (args.size() != 2) throw Fault(errors::wrongArguments);
         std::string base = toText(rt, args[0]).utf8();
         const std::string name = toText(rt, args[1]).utf8();
         if (!base.empty() && base.back() != '\\' && base.back() != '/') base += '\\';
@@ -47,7 +48,7 @@ bool FileSystem::names(Runtime& rt, Word m, std::span<Value> args, Value& result
                        m == Word::GetBaseName || m == Word::GetExtensionName ||
                        m == Word::GetAbsolutePathName;
     if (!known) return false;
-    if (args.size() != 1) throw Fault(450);
+    if (args.size() != 1) throw Fault(errors::wrongArguments);
     const std::string path = toText(rt, args[0]).utf8();
     const std::string last = lastPart(path);
     const std::size_t dot = last.rfind('.');
@@ -72,7 +73,7 @@ Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
     const std::string path = toText(rt, args[0]).utf8();
     const bool overwrite = !given(args, 1) || toBool(rt, args[1]);
     const bool unicode = given(args, 2) && toBool(rt, args[2]);
-    if (!overwrite && kind(rt, path) != Kind::Nothing) throw Fault(58);
+    if (!overwrite && kind(rt, path) != Kind::Nothing) throw Fault(errors::fileExists);
     return openTextStream(rt, disk_, path, FileMode::Write, unicode, 0);
 }
 
@@ -109,22 +110,23 @@ void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) 
         return;
     case Word::CopyFile:
     case Word::MoveFile: {
-        if (args.size() < 2) throw Fault(450);
+        if (args.size() < 2) throw Fault(errors::wrongArguments);
         const bool over = !given(args, 2) || toBool(rt, args[2]);
         const What what = m == Word::MoveFile ? What::Move : over ? What::CopyOver : What::Copy;
         asked(rt, *disk_, {what, first, toText(rt, args[1]).utf8()});
         return;
     }
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 
 void FileSystem::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                         Value& result) {
-    if (how == Access::Let || how == Access::Set || member == 0) throw Fault(438);
+    if (how == Access::Let || how == Access::Set || member == 0) throw Fault(errors::noSuchMember);
     if (names(rt, wordOf(member), args, result)) return;
-    if (args.empty() || args.size() > 4) throw Fault(member > atomOf(Word::Close) ? 438 : 450);
+    if (args.empty() || args.size() > 4)
+        throw Fault(member > atomOf(Word::Close) ? errors::noSuchMember : errors::wrongArguments);
     act(rt, wordOf(member), args, result);
 }
 
@@ -161,10 +163,10 @@ std::string absolutePath(std::string_view path) {
 
 Value openAs(Runtime& rt, std::shared_ptr<Disk> disk, const std::string& path, std::int64_t mode,
              bool createIt, bool unicode) {
-    if (mode != 1 && mode != 2 && mode != 8) throw Fault(5);
+    if (mode != 1 && mode != 2 && mode != 8) throw Fault(errors::invalidCall);
     const DiskAnswer before = asked(rt, *disk, {What::Look, path});
     const bool isNew = before.kind == Kind::Nothing;
-    if (isNew && !createIt) throw Fault(53);
+    if (isNew && !createIt) throw Fault(errors::fileNotFound);
     const auto how = mode == 1 && isNew ? FileMode::Append : static_cast<FileMode>(mode);
     return openTextStream(rt, std::move(disk), path, how, unicode, before.size);
 }

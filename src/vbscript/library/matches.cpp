@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/matches.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {
@@ -14,17 +15,18 @@ class List : public Object {
     [[nodiscard]] std::string typeName() const override { return name_; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override {
-        if (how == Access::Let || how == Access::Set) throw Fault(438);
+        if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
         const auto& all = items_.a->items;
         if (wordOf(member) == Word::Count) {
             result = Value::longint(static_cast<std::int64_t>(all.size()));
         } else if (member == 0 || wordOf(member) == Word::Item) {
-            if (args.size() != 1) throw Fault(450);
+            if (args.size() != 1) throw Fault(errors::wrongArguments);
             const std::int64_t k = toLong(rt, args[0]);
-            if (k < 0 || k >= static_cast<std::int64_t>(all.size())) throw Fault(5);
+            if (k < 0 || k >= static_cast<std::int64_t>(all.size()))
+                throw Fault(errors::invalidCall);
             result = all[static_cast<std::size_t>(k)];
         } else {
-            throw Fault(438);
+            throw Fault(errors::noSuchMember);
         }
     }
     bool elements(Runtime&, Value& list) override {
@@ -44,12 +46,12 @@ class Match : public Object {
     [[nodiscard]] std::string typeName() const override { return "IMatch2"; }
     void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                 Value& result) override {
-        if (how == Access::Let || how == Access::Set) throw Fault(438);
+        if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
         if (!args.empty() && wordOf(member) == Word::SubMatches) {
             groups_.o->access(rt, 0, how, args, result);
             return;
         }
-        if (!args.empty()) throw Fault(450);
+        if (!args.empty()) throw Fault(errors::wrongArguments);
         switch (member == 0 ? Word::Value : wordOf(member)) {
         case Word::Value:
             result = text_;
@@ -64,7 +66,7 @@ class Match : public Object {
             result = groups_;
             return;
         default:
-            throw Fault(438);
+            throw Fault(errors::noSuchMember);
         }
     }
 

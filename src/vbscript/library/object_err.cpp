@@ -2,6 +2,7 @@
 #include "vbscript/library/object_err.h"
 
 #include "vbscript/library/builtins.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -54,11 +55,11 @@ std::string textFor(Runtime& rt, const Value& v) {
 
 void ErrObject::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
     if (how == Access::Let) {
-        if (args.size() != 1) throw Fault(450);
+        if (args.size() != 1) throw Fault(errors::wrongArguments);
         assign(rt, member, args[0]);
         return;
     }
-    if (how == Access::Set) throw Fault(438);
+    if (how == Access::Set) throw Fault(errors::noSuchMember);
     const ErrState& e = rt.err;
     switch (member == 0 ? Word::Number : wordOf(member)) {
     case Word::Number:
@@ -83,7 +84,7 @@ void ErrObject::access(Runtime& rt, Atom member, Access how, std::span<Value> ar
         raise(rt, args);
         return;
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 
@@ -106,14 +107,14 @@ void ErrObject::assign(Runtime& rt, Atom member, const Value& v) {
         e.helpContext = static_cast<int>(toLong(rt, v));
         return;
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 
 void ErrObject::raise(Runtime& rt, std::span<Value> args) {
-    if (args.empty() || args.size() > 5) throw Fault(450);
+    if (args.empty() || args.size() > 5) throw Fault(errors::wrongArguments);
     const std::int64_t n = numberOfResult(toLong(rt, args[0]));
-    if (n == 0 || n > 65535) throw Fault(5);
+    if (n == 0 || n > 65535) throw Fault(errors::invalidCall);
     Fault f(static_cast<int>(n));
     f.raised = true;
     if (given(args, 1))

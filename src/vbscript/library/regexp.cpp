@@ -3,6 +3,7 @@
 #include "vbscript/library/regexp.h"
 
 #include "vbscript/library/matches.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -43,15 +44,15 @@ struct FreeCompile {
 int faultOf(int error) {
     switch (error) {
     case 106:
-        return 5019; // missing terminating ]
+        return errors::patternBracketExpected; // missing terminating ]
     case 108:
-        return 5021; // range out of order in a class
+        return errors::invalidCharacterRange; // range out of order in a class
     case 109:
-        return 5018; // quantifier does not follow a repeatable item
+        return errors::unexpectedQuantifier; // quantifier does not follow a repeatable item
     case 114:
-        return 5020; // missing closing parenthesis
+        return errors::patternParenExpected; // missing closing parenthesis
     default:
-        return 5017;
+        return errors::patternSyntax;
     }
 }
 
@@ -131,12 +132,12 @@ void RegExp::forget() {
 
 void RegExp::compile(Runtime& rt) {
     if (code_) return;
-    if (pattern_.size() > longestPattern) throw Fault(7);
+    if (pattern_.size() > longestPattern) throw Fault(errors::outOfMemory);
     rt.spend(pattern_.size() * costOfPattern);
     const std::string pattern = translatePattern(pattern_);
     const std::unique_ptr<pcre2_compile_context, FreeCompile> context(
         pcre2_compile_context_create(nullptr));
-    if (!context) throw Fault(7);
+    if (!context) throw Fault(errors::outOfMemory);
     pcre2_set_newline(context.get(), PCRE2_NEWLINE_LF);
     std::uint32_t options = PCRE2_UTF | PCRE2_ALT_BSUX | PCRE2_MATCH_UNSET_BACKREF |
                             PCRE2_ALLOW_EMPTY_CLASS | PCRE2_NEVER_BACKSLASH_C;
@@ -151,7 +152,7 @@ void RegExp::compile(Runtime& rt) {
     context_.reset(pcre2_match_context_create(nullptr));
     if (!data_ || !context_) {
         code_.reset();
-        throw Fault(7);
+        throw Fault(errors::outOfMemory);
     }
     pcre2_set_match_limit(context_.get(), mostSteps);
     pcre2_set_heap_limit(context_.get(), mostHeapKib);
@@ -216,7 +217,7 @@ bool RegExp::match(Runtime& rt, const Subject& subject, std::size_t from) {
     watch.ended();
     if (r >= 0) return true;
     if (r == PCRE2_ERROR_NOMATCH) return false;
-    throw Fault(7, "Out of memory: regular expression too complex");
+    throw Fault(errors::outOfMemory, "Out of memory: regular expression too complex");
 }
 
 Found RegExp::found(const Subject& subject) const {
@@ -285,23 +286,23 @@ void RegExp::assign(Runtime& rt, Word member, const Value& v) {
         multiline_ = toBool(rt, v);
         break;
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
     forget();
 }
 
 void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
     const Word m = wordOf(member);
-    if (how == Access::Set) throw Fault(438);
+    if (how == Access::Set) throw Fault(errors::noSuchMember);
     if (how == Access::Let) {
-        if (args.size() != 1) throw Fault(450);
+        if (args.size() != 1) throw Fault(errors::wrongArguments);
         assign(rt, m, args[0]);
         return;
     }
     const std::size_t wanted = m == Word::Replace                      ? 2
                                : m == Word::Test || m == Word::Execute ? 1
                                                                        : 0;
-    if (args.size() != wanted) throw Fault(450);
+    if (args.size() != wanted) throw Fault(errors::wrongArguments);
     switch (m) {
     case Word::Pattern:
         result = Value::string(pattern_);
@@ -329,7 +330,7 @@ void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
         return;
     }
     default:
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     }
 }
 

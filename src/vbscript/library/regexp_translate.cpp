@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/regexp.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/text.h"
 
@@ -50,8 +51,9 @@ class Translator {
 
     void group() {
         quantified_ = false;
-        if (peek(1) == '*') throw Fault(5018);
-        if (peek(1) == '?' && peek(2) != ':' && peek(2) != '=' && peek(2) != '!') throw Fault(5017);
+        if (peek(1) == '*') throw Fault(errors::unexpectedQuantifier);
+        if (peek(1) == '?' && peek(2) != ':' && peek(2) != '=' && peek(2) != '!')
+            throw Fault(errors::patternSyntax);
         const std::size_t n = peek(1) == '?' ? 3 : 1;
         out_ += in_.substr(at_, n);
         out_ += mark;
@@ -73,7 +75,7 @@ class Translator {
 
     void quantifier(std::size_t length) {
         // A second quantifier would mean "possessive" here and is a mistake there; "?" is lazy.
-        if (quantified_) throw Fault(5018);
+        if (quantified_) throw Fault(errors::unexpectedQuantifier);
         quantified_ = true;
         out_ += in_.substr(at_, length);
         at_ += length;
@@ -84,7 +86,7 @@ class Translator {
     void escape(bool inClass) {
         quantified_ = false;
         const char16_t c = peek(1);
-        if (at_ + 1 >= in_.size()) throw Fault(5017);
+        if (at_ + 1 >= in_.size()) throw Fault(errors::patternSyntax);
         at_ += 2;
         if (!inClass && c >= '1' && c <= '9') out_ += mark;
         if (c == 'v') {
@@ -114,7 +116,7 @@ class Translator {
                 out_ += in_[at_++];
             }
         }
-        if (at_ >= in_.size()) throw Fault(5019);
+        if (at_ >= in_.size()) throw Fault(errors::patternBracketExpected);
         out_ += in_[at_++];
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/files.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -110,7 +111,7 @@ void TextStream::put(Runtime& rt, std::u16string_view text) {
 }
 
 void TextStream::append(Runtime& rt, std::string_view bytes) {
-    if (size_ + bytes.size() > largestFile) throw Fault(61);
+    if (size_ + bytes.size() > largestFile) throw Fault(errors::diskFull);
     asked(rt, *disk_, {What::Append, path_, {}, bytes});
     size_ += bytes.size();
 }
@@ -126,14 +127,14 @@ bool TextStream::read(Runtime& rt, Word m, std::span<Value> args, Value& result)
     }
     const bool counted = m == Word::Read || m == Word::Skip;
     if (!counted && m != Word::ReadLine && m != Word::ReadAll && m != Word::SkipLine) return false;
-    if (args.size() != (counted ? 1U : 0U)) throw Fault(450);
-    if (atEnd()) throw Fault(62);
+    if (args.size() != (counted ? 1U : 0U)) throw Fault(errors::wrongArguments);
+    if (atEnd()) throw Fault(errors::inputPastEnd);
     if (m == Word::ReadAll) {
         result = Value::string(std::u16string_view(text_).substr(at_));
         at_ = text_.size();
     } else if (counted) {
         const std::int64_t n = toLong(rt, args[0]);
-        if (n < 0) throw Fault(5);
+        if (n < 0) throw Fault(errors::invalidCall);
         const auto part = std::u16string_view(text_).substr(at_, static_cast<std::size_t>(n));
         if (m == Word::Read) result = Value::string(part);
         at_ += part.size();
@@ -147,10 +148,11 @@ bool TextStream::read(Runtime& rt, Word m, std::span<Value> args, Value& result)
 
 bool TextStream::write(Runtime& rt, Word m, std::span<Value> args) {
     if (m != Word::Write && m != Word::WriteLine && m != Word::WriteBlankLines) return false;
-    if (args.size() > 1 || (args.empty() && m != Word::WriteLine)) throw Fault(450);
+    if (args.size() > 1 || (args.empty() && m != Word::WriteLine))
+        throw Fault(errors::wrongArguments);
     if (m == Word::WriteBlankLines) {
         const std::int64_t n = toLong(rt, args[0]);
-        if (n < 0 || n > 100000) throw Fault(5);
+        if (n < 0 || n > 100000) throw Fault(errors::invalidCall);
         std::u16string lines;
         for (std::int64_t k = 0; k < n; ++k)
             lines += lineEnd;
@@ -166,24 +168,26 @@ bool TextStream::write(Runtime& rt, Word m, std::span<Value> args) {
 
 void TextStream::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
                         Value& result) {
-    if (how == Access::Let || how == Access::Set) throw Fault(438);
+    if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
     const Word m = wordOf(member);
     if (m == Word::Close) {
         close();
         return;
     }
-    if (!open_) throw Fault(52);
+    if (!open_) throw Fault(errors::badFileName);
     if (m == Word::Line) {
         result = Value::longint(line_);
     } else if (m == Word::Column) {
         result = Value::longint(column_);
     } else if (reading_) {
         if (!read(rt, m, args, result)) {
-            throw Fault(
-                m == Word::Write || m == Word::WriteLine || m == Word::WriteBlankLines ? 54 : 438);
+            throw Fault(m == Word::Write || m == Word::WriteLine || m == Word::WriteBlankLines
+                            ? errors::badFileMode
+                            : errors::noSuchMember);
         }
     } else if (!write(rt, m, args)) {
-        throw Fault(m >= Word::ReadLine && m <= Word::AtEndOfLine ? 54 : 438);
+        throw Fault(m >= Word::ReadLine && m <= Word::AtEndOfLine ? errors::badFileMode
+                                                                  : errors::noSuchMember);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "vbscript/run/instance.h"
 
 #include "vbscript/run/machine.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 
 namespace vbscript {
@@ -30,14 +31,14 @@ std::string Instance::typeName() const { return machine_.names.text(class_.name)
 
 const Member& Instance::find(Atom name, bool inside) const {
     if (name == 0) {
-        if (!class_.defaultMember) throw Fault(438);
+        if (!class_.defaultMember) throw Fault(errors::noSuchMember);
         return *class_.defaultMember;
     }
     const auto at = class_.members.find(name);
-    if (at == class_.members.end()) throw Fault(438);
+    if (at == class_.members.end()) throw Fault(errors::noSuchMember);
     const Member& m = at->second;
     if (!inside && !m.getPublic && !m.letPublic && !m.setPublic && !m.variablePublic)
-        throw Fault(438);
+        throw Fault(errors::noSuchMember);
     return m;
 }
 

@@ -2,6 +2,7 @@
 #include "vbscript/run/machine_calls.h"
 
 #include "vbscript/run/object_procedure.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/syntax/parser.h"
 
 #include <algorithm>
@@ -148,7 +149,7 @@ void Machine::runUnit(const std::shared_ptr<Unit>& unit) {
 }
 
 Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
-    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
+    if (nesting_ >= deepestNesting) throw Fault(errors::outOfStack);
     struct Nest { // everything as it was, however this ends
         Machine& m;
         Registers before;
@@ -159,7 +160,7 @@ Value Machine::invoke(const Proc& proc, Instance* self, std::span<Value> args) {
         }
     } nest(*this);
     Value* fp = freeRegisters();
-    if (!stack_.reach(fp, args.size() + proc.registers)) throw Fault(outOfStack);
+    if (!stack_.reach(fp, args.size() + proc.registers)) throw Fault(errors::outOfStack);
     for (std::size_t k = 0; k < args.size(); ++k)
         fp[k] = args[k];
     const std::size_t base = frames_.size();
@@ -192,26 +193,26 @@ Value Machine::defaultOf(const Value& object) {
     Value v = object;
     for (int k = 0; k < 20; ++k) { // an object's default may be an object again, but not for ever
         if (!v.is(Type::Object)) return v;
-        if (!v.o) throw Fault(91);
+        if (!v.o) throw Fault(errors::objectNotSet);
         Value next;
         v.o->access(*this, 0, Access::Get, {}, next);
         v = std::move(next);
     }
-    throw Fault(438);
+    throw Fault(errors::noSuchMember);
 }
 
 Value Machine::procedureNamed(std::string_view name) {
     const Global* g = globals.find(names.known(name));
-    if (names.known(name) == 0 || !g || !g->proc()) throw Fault(5);
+    if (names.known(name) == 0 || !g || !g->proc()) throw Fault(errors::invalidCall);
     return Value::object(new ProcedureObject(*this, *g->proc(), g->definition->procOwner));
 }
 
 Value Machine::runInside(const std::shared_ptr<Unit>& unit, int frame) {
     declare(*unit);
-    if (nesting_ >= deepestNesting) throw Fault(outOfStack);
+    if (nesting_ >= deepestNesting) throw Fault(errors::outOfStack);
     Value* fp = freeRegisters();
     const Proc& proc = *unit->main;
-    if (!stack_.reach(fp, proc.registers)) throw Fault(outOfStack);
+    if (!stack_.reach(fp, proc.registers)) throw Fault(errors::outOfStack);
     const Registers before = r_;
     const std::size_t base = frames_.size();
     const Value self = frames_[static_cast<std::size_t>(frame)].me;

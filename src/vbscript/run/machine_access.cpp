@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/machine_calls.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {
-
-namespace {
-constexpr int noSuchMember = 438; // also for an index behind one that holds no list
-}
 
 void Machine::followReferences(std::span<Value> args) {
     for (Value& a : args) {
@@ -17,12 +14,13 @@ void Machine::followReferences(std::span<Value> args) {
 }
 
 std::size_t Machine::offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes) {
-    if (indexes.size() != a.extents.size()) throw Fault(9);
+    if (indexes.size() != a.extents.size()) throw Fault(errors::subscriptOutOfRange);
     std::size_t at = 0;
     std::size_t stride = 1;
     for (std::size_t k = 0; k < indexes.size(); ++k) {
         const std::int64_t n = toLong(rt, indexes[k]);
-        if (n < 0 || n >= static_cast<std::int64_t>(a.extents[k])) throw Fault(9);
+        if (n < 0 || n >= static_cast<std::int64_t>(a.extents[k]))
+            throw Fault(errors::subscriptOutOfRange);
         at += static_cast<std::size_t>(n) * stride;
         stride *= a.extents[k];
     }
@@ -41,14 +39,14 @@ Value Machine::indexed(const Value& base, std::span<Value> indexes, int notIndex
 }
 
 Value Machine::forStore(Value v, bool isSet) {
-    if (isSet && !v.is(Type::Object)) throw Fault(424);
+    if (isSet && !v.is(Type::Object)) throw Fault(errors::objectRequired);
     if (!isSet && v.is(Type::Object)) return defaultOf(v);
     return v;
 }
 
 void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool isSet) {
     if (base.is(Type::Object)) {
-        if (!base.o) throw Fault(91);
+        if (!base.o) throw Fault(errors::objectNotSet);
         std::vector<Value> args(indexes.begin(), indexes.end());
         args.push_back(std::move(v));
         Value ignored;
@@ -56,12 +54,12 @@ void Machine::setIndexed(Value& base, std::span<Value> indexes, Value v, bool is
         callOn(held, 0, isSet ? Access::Set : Access::Let, args, ignored);
         return;
     }
-    if (!base.is(Type::Array)) throw Fault(13);
+    if (!base.is(Type::Array)) throw Fault(errors::typeMismatch);
     Value stored = forStore(std::move(v), isSet);
     for (Value& k : indexes) {
         if (k.is(Type::Object)) k = defaultOf(k);
     }
-    if (!base.is(Type::Array)) throw Fault(13);
+    if (!base.is(Type::Array)) throw Fault(errors::typeMismatch);
     const std::size_t at = offset(*this, *base.a, indexes);
     makeOwn(base);
     base.a->items[at] = std::move(stored);
@@ -75,7 +73,8 @@ void Machine::makeOwn(Value& array) {
 void Machine::opIndex(const Instruction& i) {
     const auto args = registersFrom(i.c, i.n);
     const Value base = at(i.b);
-    if (args.empty() && !base.is(Type::Object)) throw Fault(base.is(Type::Array) ? 9 : 13);
+    if (args.empty() && !base.is(Type::Object))
+        throw Fault(base.is(Type::Array) ? errors::subscriptOutOfRange : errors::typeMismatch);
     Value v = indexed(base, args);
     clearAll(args);
     at(i.a) = std::move(v);
@@ -118,8 +117,8 @@ void Machine::opElement(const Instruction& i) {
 
 void Machine::callOn(const Value& object, Atom member, Access how, std::span<Value> args,
                      Value& result) {
-    if (!object.is(Type::Object)) throw Fault(424);
-    if (!object.o) throw Fault(91);
+    if (!object.is(Type::Object)) throw Fault(errors::objectRequired);
+    if (!object.o) throw Fault(errors::objectNotSet);
     followReferences(args);
     for (const Value& a : args)
         workOn(a);
@@ -133,8 +132,8 @@ void Machine::callProc(const Proc& proc, const Instruction& i, Value self) {
 
 void Machine::opGetMember(const Instruction& i) {
     Value& object = r_.fp[i.b];
-    if (!object.is(Type::Object)) throw Fault(424);
-    if (!object.o) throw Fault(91);
+    if (!object.is(Type::Object)) throw Fault(errors::objectRequired);
+    if (!object.o) throw Fault(errors::objectNotSet);
     if (Instance* instance = object.o->instance()) return getInstance(*instance, i);
     const auto args = registersFrom(i.b + 1, i.n & 0xFF);
     tick();
@@ -175,10 +174,10 @@ void Machine::opSetMember(const Instruction& i) { letMember(i, true); }
 
 void Machine::letMember(const Instruction& i, bool isSet) {
     Value& object = r_.fp[i.b];
-    if (!object.is(Type::Object)) throw Fault(424);
-    if (!object.o) throw Fault(91);
+    if (!object.is(Type::Object)) throw Fault(errors::objectRequired);
+    if (!object.o) throw Fault(errors::objectNotSet);
     const auto args = registersFrom(i.b + 1, i.n + std::size_t{1});
-    if (isSet && !args.back().is(Type::Object)) throw Fault(424);
+    if (isSet && !args.back().is(Type::Object)) throw Fault(errors::objectRequired);
     if (Instance* instance = object.o->instance()) return letInstance(*instance, i, isSet);
     tick();
     Value held;
@@ -213,7 +212,8 @@ void Machine::letInstance(Instance& o, const Instruction& i, bool isSet) {
 void Machine::putVariable(Value& v, Access how, std::span<Value> args) {
     const bool isSet = how == Access::Set;
     Value last = args.back();
-    if (args.size() > 1 && !v.is(Type::Array) && !v.is(Type::Object)) throw Fault(noSuchMember);
+    if (args.size() > 1 && !v.is(Type::Array) && !v.is(Type::Object))
+        throw Fault(errors::noSuchMember);
     if (args.size() > 1)
         setIndexed(v, args.first(args.size() - 1), std::move(last), isSet);
     else
@@ -227,14 +227,14 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
     const Member& m = o.find(member, inside);
     const bool reads = how == Access::Get || how == Access::Method;
     if (m.variable >= 0) {
-        if (!inside && !m.variablePublic) throw Fault(438);
+        if (!inside && !m.variablePublic) throw Fault(errors::noSuchMember);
         Value& v = o.variables()[m.variable];
         if (!reads)
             putVariable(v, how, args);
         else if (args.empty())
             result = v;
         else
-            result = indexed(v, args, noSuchMember);
+            result = indexed(v, args, errors::noSuchMember);
         return;
     }
     const Proc* p = reads ? m.get : how == Access::Set ? m.set : m.let;
@@ -245,10 +245,10 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
         return;
     }
     // A property that gives a list or an array, with indexes behind it.
-    if (!getter || args.size() < (reads ? 1U : 2U)) throw Fault(438);
+    if (!getter || args.size() < (reads ? 1U : 2U)) throw Fault(errors::noSuchMember);
     Value list = invoke(*m.get, &o, {});
     if (reads)
-        result = indexed(list, args, noSuchMember);
+        result = indexed(list, args, errors::noSuchMember);
     else
         putVariable(list, how, args);
 }

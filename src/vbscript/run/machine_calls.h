@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/run/machine.h"
+#include "vbscript/surroundings/errors.h"
 
 #include <algorithm>
 
@@ -18,9 +19,9 @@ VBS_HOT Value* Machine::variablesOf(const Value& me) {
 // The arguments lie at `fp` already. Throws before anything has changed.
 VBS_HOT void Machine::push(const Proc& proc, Value* fp, std::size_t args, Operand target,
                            Value self) {
-    if (args != proc.arity) throw Fault(450);
+    if (args != proc.arity) throw Fault(errors::wrongArguments);
     if (frames_.size() >= deepest_ || !stack_.reach(fp, proc.registers)) {
-        throw Fault(outOfStack);
+        throw Fault(errors::outOfStack);
     }
     tick();
     if (!frames_.empty()) frames_.back().pc = r_.pc;

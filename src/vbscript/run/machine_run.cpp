@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/machine_calls.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/arithmetic.h"
 #include "vbscript/values/convert.h"
 
@@ -340,7 +341,7 @@ VBS_HOT void Machine::opLet(const Instruction& i) {
 VBS_HOT bool Machine::opForNext(const Instruction& i) {
     const Value* state = r_.fp + i.b; // limit, step, ready
     Value& v = at(i.a);
-    if (!state[2].is(Type::Ref)) throw Fault(92);
+    if (!state[2].is(Type::Ref)) throw Fault(errors::forNotInitialized);
     tick();
     if (wholes(v, state[0]) && state[1].isInt()) {
         const std::int64_t n = v.i + state[1].i;

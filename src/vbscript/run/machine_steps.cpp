@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/run/machine.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/syntax/parser.h"
 #include "vbscript/values/arithmetic.h"
 #include "vbscript/values/convert.h"
@@ -26,7 +27,7 @@ char16_t* write(std::u16string_view text, char16_t* to) {
 
 void Machine::opSetObject(const Instruction& i) {
     Value& from = at(i.b);
-    if (!from.is(Type::Object)) throw Fault(424);
+    if (!from.is(Type::Object)) throw Fault(errors::objectRequired);
     if (i.n)
         at(i.a) = std::move(from);
     else
@@ -69,7 +70,7 @@ void Machine::opNegate(const Instruction& i) { at(i.a) = negate(*this, at(i.b));
 
 void Machine::opPlus(const Instruction& i) {
     const Value v = plain(*this, at(i.b));
-    if (v.is(Type::Array)) throw Fault(13);
+    if (v.is(Type::Array)) throw Fault(errors::typeMismatch);
     at(i.a) = v;
 }
 
@@ -139,8 +140,9 @@ void Machine::opEachPrepare(const Instruction& i) {
     if (source.is(Type::Array)) {
         list = source.a->locks ? Value::array(ArrayData::copyOf(*source.a)) : source;
     } else {
-        if (source.is(Type::Object) && !source.o) throw Fault(91);
-        if (!source.is(Type::Object) || !source.o->elements(*this, list)) throw Fault(451);
+        if (source.is(Type::Object) && !source.o) throw Fault(errors::objectNotSet);
+        if (!source.is(Type::Object) || !source.o->elements(*this, list))
+            throw Fault(errors::notACollection);
     }
     if (list.a->refs == 1) workOnItems(list.a->items.size()); // made for this
     r_.fp[i.a] = std::move(list);
@@ -150,7 +152,7 @@ void Machine::opEachPrepare(const Instruction& i) {
 bool Machine::opEachNext(const Instruction& i) {
     Value& list = r_.fp[i.b];
     Value& next = r_.fp[i.b + 1];
-    if (!list.is(Type::Array)) throw Fault(92);
+    if (!list.is(Type::Array)) throw Fault(errors::forNotInitialized);
     const auto k = static_cast<std::size_t>(next.i);
     if (k >= list.a->items.size()) return false;
     tick();
@@ -199,7 +201,7 @@ Value& Machine::named(Global& g) {
 void Machine::opCheckDefined(const Instruction& i) {
     const Global& g = globals[i.c];
     if (g.defined || g.proc() || g.cls() || madeHere(g)) return;
-    Fault f(500);
+    Fault f(errors::undefined);
     f.detail = names.text(g.name);
     throw f;
 }
@@ -238,7 +240,7 @@ void Machine::opCallName(const Instruction& i) {
     const auto args = registersFrom(i.b, i.n);
     followReferences(args);
     const Value& called = named(g);
-    if (args.empty() && !called.is(Type::Object)) throw Fault(13);
+    if (args.empty() && !called.is(Type::Object)) throw Fault(errors::typeMismatch);
     Value v = indexed(called, args);
     clearAll(args);
     at(i.a) = std::move(v);
@@ -246,7 +248,7 @@ void Machine::opCallName(const Instruction& i) {
 
 void Machine::opCallValue(const Instruction& i) {
     const Value v = at(i.b);
-    if (!v.is(Type::Object)) throw Fault(13);
+    if (!v.is(Type::Object)) throw Fault(errors::typeMismatch);
     const auto args = registersFrom(i.c, i.n);
     Value result;
     callOn(v, 0, Access::Method, args, result);
@@ -257,7 +259,7 @@ void Machine::opCallValue(const Instruction& i) {
 void Machine::opCallBuiltin(const Instruction& i) {
     const auto args = registersFrom(i.b, i.n);
     const Builtin& f = library.at(i.c);
-    if (args.size() < f.least || args.size() > f.most) throw Fault(450);
+    if (args.size() < f.least || args.size() > f.most) throw Fault(errors::wrongArguments);
     tick();
     for (const Value& a : args)
         workOn(a);
@@ -283,7 +285,7 @@ void Machine::opNew(const Instruction& i) { at(i.a) = newObject(i.c); }
 Value Machine::newObject(std::uint32_t slot) {
     const Global& g = globals[slot];
     if (g.name == atomOf(Word::RegExp)) return library.newRegExp();
-    if (!g.cls()) throw Fault(506);
+    if (!g.cls()) throw Fault(errors::classNotDefined);
     tick();
     const ClassInfo& cls = *g.cls();
     Value v = Value::object(new Instance(*this, cls, ring_));
@@ -294,7 +296,7 @@ Value Machine::newObject(std::uint32_t slot) {
 
 void Machine::opWithObject(const Instruction& i) {
     const Value& v = at(i.b);
-    if (!v.is(Type::Object)) throw Fault(424);
+    if (!v.is(Type::Object)) throw Fault(errors::objectRequired);
     at(i.a) = v;
 }
 
@@ -313,11 +315,11 @@ void Machine::opReDim(const Instruction& i) {
     std::vector<std::uint32_t> extents;
     for (const Value& b : bounds) {
         const std::int64_t n = toLong(*this, b) + 1;
-        if (n < 0) throw Fault(9);
+        if (n < 0) throw Fault(errors::subscriptOutOfRange);
         extents.push_back(static_cast<std::uint32_t>(n));
     }
     Value& v = at(i.a);
-    if (v.is(Type::Array) && (v.a->fixed || v.a->locks != 0)) throw Fault(10);
+    if (v.is(Type::Array) && (v.a->fixed || v.a->locks != 0)) throw Fault(errors::arrayLocked);
     const bool keeps = (i.n & flagBit) && v.is(Type::Array) && !v.a->extents.empty();
     if (!keeps) {
         v = Value::array(ArrayData::make(std::move(extents), false));
@@ -326,7 +328,7 @@ void Machine::opReDim(const Instruction& i) {
     }
     const auto& old = v.a->extents;
     if (old.size() != extents.size() || !std::equal(old.begin(), old.end() - 1, extents.begin()))
-        throw Fault(9);
+        throw Fault(errors::subscriptOutOfRange);
     workOnItems(v.a->items.size());
     makeUnique(v);
     v.a->resizeLast(extents.back());
@@ -334,8 +336,8 @@ void Machine::opReDim(const Instruction& i) {
 
 void Machine::opErase(const Instruction& i) {
     Value& v = at(i.a);
-    if (!v.is(Type::Array)) throw Fault(13);
-    if (v.a->locks != 0) throw Fault(10);
+    if (!v.is(Type::Array)) throw Fault(errors::typeMismatch);
+    if (v.a->locks != 0) throw Fault(errors::arrayLocked);
     workOnItems(v.a->items.size());
     auto extents = v.a->extents;
     if (v.a->fixed)
@@ -347,7 +349,7 @@ void Machine::opErase(const Instruction& i) {
 void Machine::opExecute(const Instruction& i) {
     const Value text = plain(*this, at(i.b));
     if (!text.is(Type::String)) {
-        if (i.n != 2) throw Fault(13);
+        if (i.n != 2) throw Fault(errors::typeMismatch);
         at(i.a) = text;
         return;
     }
@@ -380,7 +382,7 @@ void Machine::opExecute(const Instruction& i) {
             if (!unit->declares.empty() || !unit->classes.empty()) retire(unit);
         }
     } catch (const CompileFault& f) {
-        Fault fault(i.n == 2 ? 1002 : f.number,
+        Fault fault(i.n == 2 ? errors::syntax : f.number,
                     f.description.empty() ? std::string(errorText(f.number)) : f.description);
         fault.source = compileSource;
         fault.at = {0, 0, firstWords(source), f.line, f.column};

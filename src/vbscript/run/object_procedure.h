@@ -2,6 +2,7 @@
 #pragma once
 
 #include "vbscript/run/machine.h"
+#include "vbscript/surroundings/errors.h"
 
 namespace vbscript {
 
@@ -12,7 +13,8 @@ class ProcedureObject : public Object {
         : machine_(machine), proc_(proc), owner_(std::move(owner)) {}
     [[nodiscard]] std::string typeName() const override { return "Object"; }
     void access(Runtime&, Atom member, Access how, std::span<Value> args, Value& result) override {
-        if (member != 0 || how == Access::Let || how == Access::Set) throw Fault(438);
+        if (member != 0 || how == Access::Let || how == Access::Set)
+            throw Fault(errors::noSuchMember);
         result = machine_.invoke(proc_, nullptr, args);
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/surroundings/disk.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
@@ -20,16 +21,18 @@ using What = DiskOrder::What;
 // Links are followed before the check: one that leads out of the folder is as foreign as "..".
 fs::path inside(const std::string& folder, std::string path) {
     std::replace(path.begin(), path.end(), '\\', '/');
-    if (path.find('\0') != std::string::npos || path.size() > 1000) throw Fault(52);
+    if (path.find('\0') != std::string::npos || path.size() > 1000)
+        throw Fault(errors::badFileName);
     if (path.size() >= 2 && path[1] == ':') path.erase(0, 2);
     path.erase(0, std::min(path.find_first_not_of('/'), path.size()));
     std::error_code bad;
     const fs::path root = fs::weakly_canonical(folder, bad);
-    if (bad) throw Fault(76);
+    if (bad) throw Fault(errors::pathNotFound);
     fs::path full = fs::weakly_canonical(root / path, bad);
-    if (bad) throw Fault(52);
+    if (bad) throw Fault(errors::badFileName);
     const auto [end, rest] = std::mismatch(root.begin(), root.end(), full.begin(), full.end());
-    if (end != root.end() && !(end->empty() && std::next(end) == root.end())) throw Fault(70);
+    if (end != root.end() && !(end->empty() && std::next(end) == root.end()))
+        throw Fault(errors::permissionDenied);
     return full;
 }
 
@@ -41,18 +44,18 @@ DiskAnswer look(const fs::path& path) {
     } else if (fs::is_regular_file(path, bad)) {
         a.kind = DiskAnswer::Kind::File;
         a.size = fs::file_size(path, bad);
-        if (bad) throw Fault(70);
+        if (bad) throw Fault(errors::permissionDenied);
     }
     return a;
 }
 
 std::string read(const fs::path& path) {
     std::error_code bad;
-    if (!fs::is_regular_file(path, bad)) throw Fault(53); // a pipe would hold us
+    if (!fs::is_regular_file(path, bad)) throw Fault(errors::fileNotFound); // a pipe would hold us
     std::ifstream in(path, std::ios::binary | std::ios::ate);
-    if (!in) throw Fault(53);
+    if (!in) throw Fault(errors::fileNotFound);
     const auto size = static_cast<std::uint64_t>(std::max<std::streamoff>(in.tellg(), 0));
-    if (size > largestFile) throw Fault(7);
+    if (size > largestFile) throw Fault(errors::outOfMemory);
     std::string bytes(size, '\0');
     in.seekg(0);
     in.read(bytes.data(), static_cast<std::streamsize>(size));
@@ -62,50 +65,50 @@ std::string read(const fs::path& path) {
 
 void write(const fs::path& path, std::string_view bytes, std::ios::openmode how) {
     std::error_code bad;
-    if (fs::exists(path, bad) && !fs::is_regular_file(path, bad)) throw Fault(76);
+    if (fs::exists(path, bad) && !fs::is_regular_file(path, bad)) throw Fault(errors::pathNotFound);
     std::ofstream out(path, std::ios::binary | std::ios::out | how);
-    if (!out) throw Fault(76);
+    if (!out) throw Fault(errors::pathNotFound);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     out.close();
-    if (!out) throw Fault(61);
+    if (!out) throw Fault(errors::diskFull);
 }
 
 void copy(const fs::path& source, fs::path target, What what) {
     std::error_code bad;
-    if (!fs::is_regular_file(source, bad)) throw Fault(53);
+    if (!fs::is_regular_file(source, bad)) throw Fault(errors::fileNotFound);
     if (fs::is_directory(target, bad)) target /= source.filename();
-    if (what != What::CopyOver && fs::exists(target, bad)) throw Fault(58);
-    if (!fs::is_directory(target.parent_path(), bad)) throw Fault(76);
+    if (what != What::CopyOver && fs::exists(target, bad)) throw Fault(errors::fileExists);
+    if (!fs::is_directory(target.parent_path(), bad)) throw Fault(errors::pathNotFound);
     if (what == What::Move)
         fs::rename(source, target, bad);
     else
         fs::copy_file(source, target, fs::copy_options::overwrite_existing, bad);
-    if (bad) throw Fault(70);
+    if (bad) throw Fault(errors::permissionDenied);
 }
 
 void remove(const fs::path& path, const std::string& folder, What what) {
     std::error_code bad;
     if (what == What::RemoveFolder ? !fs::is_directory(path, bad) : !fs::is_regular_file(path, bad))
-        throw Fault(what == What::RemoveFolder ? 76 : 53);
-    if (fs::equivalent(path, folder, bad)) throw Fault(70);
+        throw Fault(what == What::RemoveFolder ? errors::pathNotFound : errors::fileNotFound);
+    if (fs::equivalent(path, folder, bad)) throw Fault(errors::permissionDenied);
     // Only an empty folder: a slip of a script shall not take a year of reports with it.
     fs::remove(path, bad);
-    if (bad) throw Fault(70);
+    if (bad) throw Fault(errors::permissionDenied);
 }
 
 void makeFolder(const fs::path& path) {
     std::error_code bad;
-    if (fs::exists(path, bad)) throw Fault(58);
-    if (!fs::create_directory(path, bad) || bad) throw Fault(76);
+    if (fs::exists(path, bad)) throw Fault(errors::fileExists);
+    if (!fs::create_directory(path, bad) || bad) throw Fault(errors::pathNotFound);
 }
 
 void moveFolder(const fs::path& source, const fs::path& target, const std::string& folder) {
     std::error_code bad;
-    if (!fs::is_directory(source, bad)) throw Fault(76);
-    if (fs::equivalent(source, folder, bad)) throw Fault(70);
-    if (fs::exists(target, bad)) throw Fault(58);
+    if (!fs::is_directory(source, bad)) throw Fault(errors::pathNotFound);
+    if (fs::equivalent(source, folder, bad)) throw Fault(errors::permissionDenied);
+    if (fs::exists(target, bad)) throw Fault(errors::fileExists);
     fs::rename(source, target, bad);
-    if (bad) throw Fault(70);
+    if (bad) throw Fault(errors::permissionDenied);
 }
 
 bool leadsInside(const fs::directory_entry& e, const std::string& folder) {
@@ -119,16 +122,16 @@ bool leadsInside(const fs::directory_entry& e, const std::string& folder) {
 
 std::string list(const fs::path& path, const std::string& folder) {
     std::error_code bad;
-    if (!fs::is_directory(path, bad)) throw Fault(76);
+    if (!fs::is_directory(path, bad)) throw Fault(errors::pathNotFound);
     std::vector<std::pair<std::string, char>> all;
     fs::directory_iterator at(path, bad);
     for (; !bad && at != fs::directory_iterator(); at.increment(bad)) {
         const bool isFolder = at->is_directory(bad);
         if ((!isFolder && !at->is_regular_file(bad)) || !leadsInside(*at, folder)) continue;
         all.emplace_back(at->path().filename().string(), isFolder ? 'd' : 'f');
-        if (all.size() > mostListed) throw Fault(67);
+        if (all.size() > mostListed) throw Fault(errors::tooManyFiles);
     }
-    if (bad) throw Fault(70);
+    if (bad) throw Fault(errors::permissionDenied);
     std::sort(all.begin(), all.end());
     std::string bytes;
     for (const auto& [name, kind] : all) {
@@ -141,9 +144,9 @@ std::string list(const fs::path& path, const std::string& folder) {
 
 std::uint64_t modified(const fs::path& path) {
     struct stat s = {};
-    if (::stat(path.c_str(), &s) != 0) throw Fault(53);
+    if (::stat(path.c_str(), &s) != 0) throw Fault(errors::fileNotFound);
     std::tm local = {};
-    if (::localtime_r(&s.st_mtime, &local) == nullptr) throw Fault(5);
+    if (::localtime_r(&s.st_mtime, &local) == nullptr) throw Fault(errors::invalidCall);
     return static_cast<std::uint64_t>(std::max<std::time_t>(::timegm(&local), 0));
 }
 

@@ -37,12 +37,10 @@ struct CompileFault {
     std::string description; ///< Empty: the classic text of the number.
 };
 
-/// Calls that go too deep are an ordinary error, which a script may handle.
-inline constexpr int outOfStack = 28;
-
 enum class BudgetKind { Time, Steps, Memory };
 
-/// A budget is used up: no handler of the script sees this one.
+/// A budget is used up: no handler of the script sees this one. Calls that go too deep are an
+/// ordinary error, which a script may handle.
 struct BudgetFault {
     explicit BudgetFault(BudgetKind k) : kind(k) {}
     BudgetKind kind;

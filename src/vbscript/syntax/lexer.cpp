@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/lexer.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/literals.h"
@@ -141,7 +142,8 @@ class Lexer {
         std::size_t end = at_ + 1;
         while (end < text_.size() && isBlank(text_[end]))
             ++end;
-        if (end < text_.size() && text_[end] != '\r' && text_[end] != '\n') fail(1032, at_);
+        if (end < text_.size() && text_[end] != '\r' && text_[end] != '\n')
+            fail(errors::invalidCharacter, at_);
         at_ = end;
         if (at_ < text_.size()) skipBreak();
     }
@@ -150,7 +152,7 @@ class Lexer {
         const std::size_t start = at_;
         while (isNamePart(peek()))
             ++at_;
-        if (at_ - start > longestName) fail(1030, start);
+        if (at_ - start > longestName) fail(errors::identifierTooLong, start);
         const Atom atom = names_.of(text_.substr(start, at_ - start));
         const bool member = !list_.tokens.empty() && list_.tokens.back().kind == Tok::Dot;
         if (atom == atomOf(Word::Rem) && !member && atStatementStart()) {
@@ -163,9 +165,10 @@ class Lexer {
     void bracketed() {
         const std::size_t start = at_;
         const std::size_t end = text_.find_first_of("]\r\n", at_);
-        if (end == std::string_view::npos || text_[end] != ']') fail(1007, start);
+        if (end == std::string_view::npos || text_[end] != ']')
+            fail(errors::rightBracketExpected, start);
         at_ = end + 1;
-        if (end - start - 1 > longestName) fail(1030, start);
+        if (end - start - 1 > longestName) fail(errors::identifierTooLong, start);
         // Atom 0 means the default member, so the empty name gets a spelling of its own.
         const auto name = text_.substr(start + 1, end - start - 1);
         Token& t = put(Tok::Name, start);
@@ -178,7 +181,8 @@ class Lexer {
         std::string chars;
         for (;; ++at_) {
             const std::size_t end = text_.find_first_of("\"\r\n", at_);
-            if (end == std::string_view::npos || text_[end] != '"') fail(1033, start);
+            if (end == std::string_view::npos || text_[end] != '"')
+                fail(errors::unterminatedString, start);
             chars.append(text_.substr(at_, end - at_));
             at_ = end + 1;
             if (peek() != '"') break;
@@ -190,10 +194,10 @@ class Lexer {
     void date() {
         const std::size_t start = at_;
         const std::size_t end = text_.find_first_of("#\r\n", at_ + 1);
-        if (end == std::string_view::npos || text_[end] != '#') fail(1002, start);
+        if (end == std::string_view::npos || text_[end] != '#') fail(errors::syntax, start);
         double days = 0;
         const auto inside = utf16(text_.substr(start + 1, end - start - 1));
-        if (inside.size() > 100 || !parseDateLiteral(inside, days)) fail(1002, start);
+        if (inside.size() > 100 || !parseDateLiteral(inside, days)) fail(errors::syntax, start);
         at_ = end + 1;
         putLiteral(Value::date(days), start);
     }
@@ -202,7 +206,7 @@ class Lexer {
         const std::size_t start = at_;
         Value v;
         at_ += scanDecimal(text_.substr(at_), v);
-        if (v.is(Type::Null)) fail(1031, start);
+        if (v.is(Type::Null)) fail(errors::invalidNumber, start);
         putLiteral(std::move(v), start);
     }
 
@@ -217,7 +221,7 @@ class Lexer {
             put(Tok::Ampersand, start);
             return;
         }
-        if (v.is(Type::Null)) fail(1031, start);
+        if (v.is(Type::Null)) fail(errors::invalidNumber, start);
         at_ += used;
         putLiteral(std::move(v), start);
     }
@@ -275,7 +279,7 @@ class Lexer {
             used = kind == Tok::Greater ? 1 : 2;
             break;
         default:
-            fail(1032, start);
+            fail(errors::invalidCharacter, start);
         }
         at_ += used;
         put(kind, start);
@@ -296,7 +300,7 @@ class Lexer {
 } // namespace
 
 TokenList tokenize(std::string_view source, Names& names) {
-    if (source.size() > longestSource) throw CompileFault{1001, 1, 1, {}};
+    if (source.size() > longestSource) throw CompileFault{errors::textTooLarge, 1, 1, {}};
     return Lexer(source, names).run();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/parser_impl.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/syntax/lexer.h"
 
 namespace vbscript {
@@ -14,17 +15,17 @@ Parser::Parser(std::string_view source, Names& names, bool me, Runtime* run, boo
 void Parser::module() {
     block(module_->main.body);
     if (is(Tok::End)) return;
-    if (is(Word::Loop)) fail(1038);
-    if (is(Word::Next)) fail(1055);
-    fail(1002);
+    if (is(Word::Loop)) fail(errors::loopWithoutDo);
+    if (is(Word::Next)) fail(errors::unexpectedNext);
+    fail(errors::syntax);
 }
 
 void Parser::expressionOnly() {
     skipSeparators();
-    if (is(Tok::End)) fail(1002);
+    if (is(Tok::End)) fail(errors::syntax);
     module_->expression = expression();
     skipSeparators();
-    if (!is(Tok::End)) fail(1002);
+    if (!is(Tok::End)) fail(errors::syntax);
 }
 
 bool Parser::is(Word w, std::size_t ahead) const {
@@ -60,12 +61,12 @@ void Parser::failAt(int number, Position p) const {
 
 void Parser::tooDeep() const {
     const Position p = tok().at;
-    throw CompileFault{1001, static_cast<int>(p.line), static_cast<int>(p.column),
+    throw CompileFault{errors::textTooLarge, static_cast<int>(p.line), static_cast<int>(p.column),
                        "Out of memory: nested too deeply"};
 }
 
 Atom Parser::name() {
-    if (!is(Tok::Name)) fail(1010);
+    if (!is(Tok::Name)) fail(errors::identifierExpected);
     return list_.tokens[at_++].atom;
 }
 

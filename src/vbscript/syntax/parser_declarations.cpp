@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/parser_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -34,25 +36,25 @@ void Parser::declaration() {
     case Word::Private:
         break;
     default:
-        fail(1002);
+        fail(errors::syntax);
     }
     ++at_;
     const bool isPublic = t.atom == atomOf(Word::Public);
     if (is(Word::Default) && (is(Word::Sub, 1) || is(Word::Function, 1) || is(Word::Property, 1))) {
-        fail(1048);
+        fail(errors::outsideClass);
     }
     if (accept(Word::Const)) return constList(isPublic);
     if (is(Tok::Keyword) && (is(Word::Sub) || is(Word::Function)))
         return procedure(isPublic, false);
-    if (atProperty()) fail(1048);
-    if (proc_) failAt(1002, t.at);
+    if (atProperty()) fail(errors::outsideClass);
+    if (proc_) failAt(errors::syntax, t.at);
     dimList(isPublic);
 }
 
 void Parser::optionExplicit() {
     ++at_;
-    expect(Word::Explicit, 1002);
-    if (!module_->main.body.empty() || proc_) failAt(1002, tok().at);
+    expect(Word::Explicit, errors::syntax);
+    if (!module_->main.body.empty() || proc_) failAt(errors::syntax, tok().at);
     module_->optionExplicit = true;
 }
 
@@ -71,11 +73,12 @@ Declared Parser::dimItem() {
     d.isArray = true;
     if (accept(Tok::RParen)) return d;
     do {
-        if (!is(Tok::Literal) || !list_.literals[tok().literal].isInt()) fail(1026);
+        if (!is(Tok::Literal) || !list_.literals[tok().literal].isInt())
+            fail(errors::integerExpected);
         d.bounds.push_back(primary());
     } while (accept(Tok::Comma));
-    if (d.bounds.size() > 60) failAt(1002, d.at);
-    expect(Tok::RParen, 1006);
+    if (d.bounds.size() > 60) failAt(errors::syntax, d.at);
+    expect(Tok::RParen, errors::rightParenExpected);
     return d;
 }
 
@@ -85,7 +88,7 @@ void Parser::constList(bool isPublic) {
         d.at = tok().at;
         d.isPublic = isPublic;
         d.name = name();
-        expect(Tok::Equal, 1011);
+        expect(Tok::Equal, errors::equalExpected);
         d.value = constantValue();
         scope_->constants.push_back(std::move(d));
     } while (accept(Tok::Comma));
@@ -103,23 +106,23 @@ Value Parser::constantValue() {
             break;
     }
     const Position at = tok().at;
-    if (!is(Tok::Literal) && !is(Tok::Keyword)) fail(1045);
+    if (!is(Tok::Literal) && !is(Tok::Keyword)) fail(errors::literalExpected);
     Expr* e = is(Tok::Literal) || is(Word::True) || is(Word::False) || is(Word::Empty) ||
                       is(Word::Null) || is(Word::Nothing)
                   ? primary()
                   : nullptr;
-    if (!e || e->kind != ExprKind::Literal) failAt(1045, at);
+    if (!e || e->kind != ExprKind::Literal) failAt(errors::literalExpected, at);
     for (; parens > 0; --parens)
-        expect(Tok::RParen, 1006);
+        expect(Tok::RParen, errors::rightParenExpected);
     Value v = e->literal;
     if (!negative) return v;
     if (v.isInt()) return v.is(Type::Long) ? Value::longint(-v.i) : Value::integer(-v.i);
-    if (!v.is(Type::Double)) failAt(1045, at);
+    if (!v.is(Type::Double)) failAt(errors::literalExpected, at);
     return Value::real(-v.d);
 }
 
 void Parser::procedure(bool isPublic, bool isDefault) {
-    if (proc_) fail(1002);
+    if (proc_) fail(errors::syntax);
     ProcDecl* p = &module_->procDecls.emplace_back();
     p->at = tok().at;
     p->isPublic = isPublic;
@@ -136,7 +139,10 @@ void Parser::procedure(bool isPublic, bool isDefault) {
         class_->procs.push_back(p);
     else
         module_->procs.push_back(p);
-    procedureBody(p, what, what == Word::Sub ? 1016 : what == Word::Function ? 1015 : 1050);
+    procedureBody(p, what,
+                  what == Word::Sub        ? errors::subExpected
+                  : what == Word::Function ? errors::functionExpected
+                                           : errors::propertyExpected);
 }
 
 void Parser::propertyKind(ProcDecl* p) {
@@ -147,7 +153,7 @@ void Parser::propertyKind(ProcDecl* p) {
     else if (accept(Word::Set))
         p->kind = ProcKind::Set;
     else
-        fail(1049);
+        fail(errors::accessorExpected);
 }
 
 void Parser::parameters(ProcDecl* p) {
@@ -160,14 +166,14 @@ void Parser::parameters(ProcDecl* p) {
             accept(Word::ByRef);
         const Position at = tok().at;
         q.name = name();
-        if (accept(Tok::LParen)) expect(Tok::RParen, 1006);
-        if (p->parameters.size() >= mostParameters) failAt(1002, at);
+        if (accept(Tok::LParen)) expect(Tok::RParen, errors::rightParenExpected);
+        if (p->parameters.size() >= mostParameters) failAt(errors::syntax, at);
         const bool twice = std::any_of(p->parameters.begin(), p->parameters.end(),
                                        [&](const Parameter& r) { return r.name == q.name; });
-        if (twice) failAt(1041, at);
+        if (twice) failAt(errors::nameRedefined, at);
         p->parameters.push_back(q);
     } while (accept(Tok::Comma));
-    expect(Tok::RParen, 1006);
+    expect(Tok::RParen, errors::rightParenExpected);
 }
 
 void Parser::procedureBody(ProcDecl* p, Word end, int error) {
@@ -188,7 +194,7 @@ void Parser::procedureBody(ProcDecl* p, Word end, int error) {
 }
 
 void Parser::classDeclaration() {
-    if (class_ || proc_) fail(1002);
+    if (class_ || proc_) fail(errors::syntax);
     ClassDecl* c = &module_->classDecls.emplace_back();
     c->at = tok().at;
     ++at_;
@@ -201,7 +207,7 @@ void Parser::classDeclaration() {
         classMember();
         endOfStatement();
     }
-    closing(Word::Class, 1047);
+    closing(Word::Class, errors::classExpected);
     class_ = nullptr;
     scope_ = outer;
     checkClass(c);
@@ -213,14 +219,14 @@ void Parser::classMember() {
     if (atProperty()) return procedure(true, false);
     if (accept(Word::Dim)) return dimList(true);
     if (is(Tok::Keyword) && accept(Word::Const)) return constList(false);
-    if (is(Word::Default)) fail(1057);
-    if (!is(Word::Public) && !is(Word::Private)) fail(1002);
+    if (is(Word::Default)) fail(errors::defaultNeedsPublic);
+    if (!is(Word::Public) && !is(Word::Private)) fail(errors::syntax);
     const bool isPublic = is(Word::Public);
     ++at_;
     const bool isDefault =
         is(Word::Default) && (is(Word::Sub, 1) || is(Word::Function, 1) || is(Word::Property, 1));
     if (isDefault) {
-        if (!isPublic) fail(1057);
+        if (!isPublic) fail(errors::defaultNeedsPublic);
         ++at_;
     }
     if (is(Tok::Keyword) && (is(Word::Sub) || is(Word::Function)))
@@ -228,7 +234,7 @@ void Parser::classMember() {
     if (atProperty()) return procedure(isPublic, isDefault);
     if (is(Word::Property)) {
         ++at_;
-        fail(1049);
+        fail(errors::accessorExpected);
     }
     if (is(Tok::Keyword) && accept(Word::Const)) return constList(isPublic);
     dimList(isPublic);
@@ -242,16 +248,17 @@ void Parser::checkClass(const ClassDecl* c) const {
     for (const ProcDecl* p : c->procs) {
         const bool birth =
             p->name == atomOf(Word::Class_Initialize) || p->name == atomOf(Word::Class_Terminate);
-        if (birth && p->kind == ProcKind::Sub && !p->parameters.empty()) failAt(1053, p->at);
+        if (birth && p->kind == ProcKind::Sub && !p->parameters.empty())
+            failAt(errors::initializeArguments, p->at);
         if (p->isDefault && (p->kind == ProcKind::Let || p->kind == ProcKind::Set)) {
-            failAt(1058, p->at);
+            failAt(errors::defaultOnGetOnly, p->at);
         }
-        if (p->isDefault && ++defaults > 1) failAt(1052, p->at);
+        if (p->isDefault && ++defaults > 1) failAt(errors::secondDefault, p->at);
         unsigned& known = kinds[p->name];
         const unsigned mine = 1U << static_cast<unsigned>(p->kind);
         constexpr unsigned accessors = 7U << static_cast<unsigned>(ProcKind::Get);
         const bool goesWith = (mine & accessors) && !(known & mine) && !(known & ~accessors);
-        if (known != 0 && !goesWith) failAt(1041, p->at);
+        if (known != 0 && !goesWith) failAt(errors::nameRedefined, p->at);
         known |= mine;
     }
 }
@@ -263,10 +270,10 @@ void Parser::checkAccessors(const ClassDecl* c) const {
     }
     for (const ProcDecl* p : c->procs) {
         if (p->kind != ProcKind::Let && p->kind != ProcKind::Set) continue;
-        if (p->parameters.empty()) failAt(1054, p->at);
+        if (p->parameters.empty()) failAt(errors::setterArguments, p->at);
         const auto getter = getters.find(p->name);
         if (getter != getters.end() && getter->second + 1 != p->parameters.size()) {
-            failAt(1051, p->at);
+            failAt(errors::accessorArguments, p->at);
         }
     }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/parser_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 
 namespace vbscript {
@@ -163,14 +165,15 @@ Expr* Parser::primary() {
     case Tok::LParen: {
         ++at_;
         Expr* e = expression();
-        expect(Tok::RParen, 1006);
+        expect(Tok::RParen, errors::rightParenExpected);
         e->parens = true;
         return suffixes(e);
     }
     case Tok::Keyword:
         return keywordOperand();
     default:
-        fail(t.kind == Tok::End || t.kind == Tok::Newline ? 1002 : 1023);
+        fail(t.kind == Tok::End || t.kind == Tok::Newline ? errors::syntax
+                                                          : errors::expressionExpected);
     }
 }
 
@@ -193,7 +196,7 @@ Expr* Parser::keywordOperand() {
         v = Value::nothing();
         break;
     case Word::Me: {
-        if (!class_ && !me_) fail(1037);
+        if (!class_ && !me_) fail(errors::invalidMe);
         ++at_;
         return suffixes(node(ExprKind::Me, t.at));
     }
@@ -206,7 +209,7 @@ Expr* Parser::keywordOperand() {
     case Word::Not:
         return unary();
     default:
-        fail(1002);
+        fail(errors::syntax);
     }
     ++at_;
     Expr* e = node(ExprKind::Literal, t.at);
@@ -244,7 +247,7 @@ Expr* Parser::callOf(Expr* callee) {
         notePassed(e->args.back());
         raise(e, e->args.back());
         if (accept(Tok::RParen)) return e;
-        expect(Tok::Comma, 1006);
+        expect(Tok::Comma, errors::rightParenExpected);
     }
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/syntax/parser_impl.h"
 
+#include "vbscript/surroundings/errors.h"
+
 namespace vbscript {
 
 Stmt* Parser::node(StmtKind kind) {
@@ -47,8 +49,8 @@ bool Parser::closesOnSameLine() const {
 
 void Parser::endOfStatement() {
     if (is(Tok::End) || accept(Tok::Newline) || accept(Tok::Colon) || closesOnSameLine()) return;
-    if (is(Word::End) && (is(Word::If, 1) || is(Word::Select, 1))) fail(1042);
-    fail(1025);
+    if (is(Word::End) && (is(Word::If, 1) || is(Word::Select, 1))) fail(errors::mustBeginLine);
+    fail(errors::endOfStatementExpected);
 }
 
 void Parser::statement(Block& out) {
@@ -56,11 +58,11 @@ void Parser::statement(Block& out) {
     if (is(Tok::Keyword)) {
         keywordStatement(out);
     } else if (is(Word::Property) && atProperty()) {
-        failAt(1048, tok().at);
+        failAt(errors::outsideClass, tok().at);
     } else if (is(Tok::Name) || is(Tok::Dot)) {
         assignmentOrCall(out);
     } else {
-        fail(is(Tok::Literal) ? 1024 : 1002);
+        fail(is(Tok::Literal) ? errors::statementExpected : errors::syntax);
     }
 }
 
@@ -109,7 +111,7 @@ void Parser::assignmentOrCall(Block& out) {
         e = memberOf(nullptr);
     } else {
         e = node(is(Word::Me) && is(Tok::Keyword) ? ExprKind::Me : ExprKind::Name, tok().at);
-        if (e->kind == ExprKind::Me && !class_ && !me_) fail(1037);
+        if (e->kind == ExprKind::Me && !class_ && !me_) fail(errors::invalidMe);
         e->name = list_.tokens[at_++].atom;
         if (e->name == atomOf(Word::Execute)) scope_->executes = true;
     }
@@ -145,7 +147,7 @@ void Parser::bareCall(Stmt* s, Expr* target, std::size_t parens) {
         return;
     }
     if (!more) {
-        if (target->args.size() > 1) failAt(1044, s->at);
+        if (target->args.size() > 1) failAt(errors::parenthesesOfSub, s->at);
         for (Expr* arg : target->args)
             arg->parens = true;
         s->a = target;
@@ -183,7 +185,8 @@ void Parser::callStatement(Block& out) {
     Stmt* s = node(StmtKind::Call);
     ++at_;
     const bool object = is(Tok::LParen) || (is(Word::New) && is(Tok::Keyword));
-    if (!object && !is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+    if (!object && !is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me))
+        fail(errors::identifierExpected);
     s->a = primary();
     out.push_back(s);
 }
@@ -191,11 +194,11 @@ void Parser::callStatement(Block& out) {
 void Parser::setStatement(Block& out) {
     Stmt* s = node(StmtKind::Set);
     ++at_;
-    if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+    if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(errors::identifierExpected);
     s->a = primary();
-    if (s->a->kind == ExprKind::Me) fail(1002);
+    if (s->a->kind == ExprKind::Me) fail(errors::syntax);
     noteAssigned(s->a);
-    expect(Tok::Equal, 1011);
+    expect(Tok::Equal, errors::equalExpected);
     s->b = expression();
     out.push_back(s);
 }
@@ -207,7 +210,7 @@ void Parser::ifStatement(Block& out) {
     Clause& first = s->clauses.emplace_back();
     first.at = s->at;
     first.condition = expression();
-    expect(Word::Then, 1017);
+    expect(Word::Then, errors::thenExpected);
     const bool colon = is(Tok::Colon) && !endOfLineAhead();
     thenColons_ = thenColons_ || colon;
     if (endOfLineAhead() || (colon && !colonMeansLine_))
@@ -227,16 +230,16 @@ void Parser::blockIf(Stmt* s) {
             Clause& c = s->clauses.emplace_back();
             c.at = at;
             c.condition = expression();
-            expect(Word::Then, 1017);
+            expect(Word::Then, errors::thenExpected);
         } else if (accept(Word::Else)) {
-            if (!s->clauses.back().condition) failAt(1002, at);
+            if (!s->clauses.back().condition) failAt(errors::syntax, at);
             elseLine_ = at.line;
             s->clauses.emplace_back().at = at;
         } else {
             break;
         }
     }
-    closing(Word::If, 1012);
+    closing(Word::If, errors::ifExpected);
     lineIfs_ = lineIfs;
 }
 
@@ -250,7 +253,7 @@ void Parser::lineIf(Stmt* s) {
         ++at_;
         if (chained) {
             c.condition = expression();
-            expect(Word::Then, 1017);
+            expect(Word::Then, errors::thenExpected);
         }
         inlineStatements(c.body);
         if (!chained) break;
@@ -269,12 +272,12 @@ void Parser::inlineStatements(Block& out) {
         if (atBlockEnd()) return;
         statement(out);
         if (is(Tok::Colon) || is(Tok::Newline) || is(Tok::End) || closesOnSameLine()) continue;
-        fail(1025);
+        fail(errors::endOfStatementExpected);
     }
 }
 
 void Parser::closing(Word w, int error) {
-    expect(Word::End, 1014);
+    expect(Word::End, errors::endExpected);
     expect(w, error);
 }
 
@@ -282,21 +285,21 @@ void Parser::selectStatement(Block& out) {
     Stmt* s = node(StmtKind::Select);
     out.push_back(s);
     ++at_;
-    expect(Word::Case, 1021);
+    expect(Word::Case, errors::caseExpected);
     s->a = expression();
-    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(1025);
+    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(errors::endOfStatementExpected);
     skipSeparators();
     const int lineIfs = lineIfs_;
     lineIfs_ = 0;
     while (is(Word::Case))
         caseBlock(s);
-    closing(Word::Select, 1022);
+    closing(Word::Select, errors::selectExpected);
     lineIfs_ = lineIfs;
 }
 
 void Parser::caseBlock(Stmt* s) {
     const bool afterElse = !s->clauses.empty() && s->clauses.back().values.empty();
-    if (afterElse) fail(1002);
+    if (afterElse) fail(errors::syntax);
     Clause& c = s->clauses.emplace_back();
     c.at = tok().at;
     ++at_;
@@ -316,7 +319,7 @@ Stmt* Parser::loopOverName(StmtKind kind, Block& out, Position at) {
     s->a = node(ExprKind::Name, tok().at);
     s->a->name = name();
     noteAssigned(s->a);
-    if (is(Tok::Dot) || is(Tok::LParen)) fail(1040);
+    if (is(Tok::Dot) || is(Tok::LParen)) fail(errors::invalidLoopVariable);
     return s;
 }
 
@@ -325,7 +328,7 @@ void Parser::untilNext(Stmt& s) {
     block(s.body);
     --loopsFor_;
     s.closing = tok().at;
-    expect(Word::Next, 1020);
+    expect(Word::Next, errors::nextExpected);
 }
 
 void Parser::forStatement(Block& out) {
@@ -333,9 +336,9 @@ void Parser::forStatement(Block& out) {
     ++at_;
     if (accept(Word::Each)) return forEach(out, at);
     Stmt* s = loopOverName(StmtKind::For, out, at);
-    expect(Tok::Equal, 1011);
+    expect(Tok::Equal, errors::equalExpected);
     s->b = expression();
-    expect(Word::To, 1013);
+    expect(Word::To, errors::toExpected);
     s->c = expression();
     if (accept(Word::Step)) s->d = expression();
     untilNext(*s);
@@ -343,7 +346,7 @@ void Parser::forStatement(Block& out) {
 
 void Parser::forEach(Block& out, Position at) {
     Stmt* s = loopOverName(StmtKind::ForEach, out, at);
-    expect(Word::In, 1046);
+    expect(Word::In, errors::inExpected);
     s->b = expression();
     untilNext(*s);
 }
@@ -357,12 +360,12 @@ void Parser::doStatement(Block& out) {
         ++at_;
         s->a = expression();
     }
-    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(1028);
+    if (!is(Tok::Newline) && !is(Tok::Colon)) fail(errors::whileUntilOrEndExpected);
     ++loopsDo_;
     block(s->body);
     --loopsDo_;
     s->closing = tok().at;
-    expect(Word::Loop, 1019);
+    expect(Word::Loop, errors::loopExpected);
     if (s->a || (!is(Word::While) && !is(Word::Until))) return;
     s->untilAfter = is(Word::Until);
     ++at_;
@@ -376,7 +379,7 @@ void Parser::whileStatement(Block& out) {
     s->a = expression();
     block(s->body);
     s->closing = tok().at;
-    expect(Word::Wend, 1018);
+    expect(Word::Wend, errors::wendExpected);
 }
 
 void Parser::withStatement(Block& out) {
@@ -387,7 +390,7 @@ void Parser::withStatement(Block& out) {
     ++withs_;
     block(s->body);
     --withs_;
-    closing(Word::With, 1029);
+    closing(Word::With, errors::withExpected);
 }
 
 void Parser::exitStatement(Block& out) {
@@ -409,7 +412,7 @@ void Parser::exitStatement(Block& out) {
     } else if (is(Word::Property)) {
         right = kind == ProcKind::Get || kind == ProcKind::Let || kind == ProcKind::Set;
     }
-    if (!right) failAt(1039, s->at);
+    if (!right) failAt(errors::invalidExit, s->at);
     ++at_;
 }
 
@@ -417,15 +420,15 @@ void Parser::onError(Block& out) {
     Stmt* s = node(StmtKind::ResumeNext);
     out.push_back(s);
     ++at_;
-    expect(Word::Error, 1002);
+    expect(Word::Error, errors::syntax);
     if (accept(Word::Resume)) {
-        expect(Word::Next, 1020);
+        expect(Word::Next, errors::nextExpected);
         return;
     }
-    expect(Word::GoTo, 1002);
+    expect(Word::GoTo, errors::syntax);
     const bool zero = is(Tok::Literal) && list_.literals[tok().literal].is(Type::Integer) &&
                       list_.literals[tok().literal].i == 0;
-    if (!zero) fail(1002);
+    if (!zero) fail(errors::syntax);
     ++at_;
     s->kind = StmtKind::GotoZero;
 }
@@ -448,9 +451,9 @@ void Parser::redimStatement(Block& out) {
         ++at_;
     }
     do {
-        if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(1010);
+        if (!is(Tok::Name) && !is(Tok::Dot) && !is(Word::Me)) fail(errors::identifierExpected);
         Expr* e = primary();
-        if (e->kind != ExprKind::Call || e->args.empty()) failAt(1005, e->at);
+        if (e->kind != ExprKind::Call || e->args.empty()) failAt(errors::leftParenExpected, e->at);
         noteAssigned(e);
         if (e->left->kind == ExprKind::Name) scope_->redimmed.push_back(e->left->name);
         s->list.push_back(e);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/arithmetic.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/convert.h"
 
 #include <algorithm>
@@ -35,9 +36,9 @@ Kind kindOf(const Value& v) {
     case Type::Date:
         return Kind::Date;
     case Type::Null:
-        throw Fault(94);
+        throw Fault(errors::invalidNull);
     default:
-        throw Fault(13);
+        throw Fault(errors::typeMismatch);
     }
 }
 
@@ -63,7 +64,7 @@ Value fit(Kind kind, std::int64_t n) {
 }
 
 Value finite(double d) {
-    if (!std::isfinite(d)) throw Fault(6);
+    if (!std::isfinite(d)) throw Fault(errors::overflow);
     return Value::real(d);
 }
 
@@ -89,7 +90,7 @@ Value money(Op op, std::int64_t a, std::int64_t b) {
         if (rest >= 5000) ++r;
         if (rest <= -5000) --r;
     }
-    if (r > INT64_MAX || r < INT64_MIN) throw Fault(6);
+    if (r > INT64_MAX || r < INT64_MIN) throw Fault(errors::overflow);
     return Value::currency(static_cast<std::int64_t>(r));
 }
 
@@ -126,7 +127,7 @@ Value narrowest(const Value& a, const Value& b, std::int64_t n) {
         return v.is(Type::Byte) || v.is(Type::Integer) || v.is(Type::Boolean) || v.is(Type::Empty);
     };
     if (a.is(Type::Byte) && b.is(Type::Byte)) return fit(Kind::Byte, n);
-    if (n > 2147483647LL) throw Fault(6);
+    if (n > 2147483647LL) throw Fault(errors::overflow);
     return fit(small(a) && small(b) ? Kind::Integer : Kind::Long, n);
 }
 
@@ -152,7 +153,7 @@ Value divide(Runtime& rt, const Value& a, const Value& b) {
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
     const double x = toDouble(rt, a);
     const double y = toDouble(rt, b);
-    if (y == 0) throw Fault(x == 0 ? 6 : 11);
+    if (y == 0) throw Fault(x == 0 ? errors::overflow : errors::divisionByZero);
     if (a.is(Type::Single) && b.is(Type::Single)) return fitSingle(x / y);
     return finite(x / y);
 }
@@ -162,7 +163,7 @@ Value intDivide(Runtime& rt, const Value& a, const Value& b) {
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
     const std::int64_t x = operand(rt, a);
     const std::int64_t y = operand(rt, b);
-    if (y == 0) throw Fault(11);
+    if (y == 0) throw Fault(errors::divisionByZero);
     return narrowest(a, b, x / y);
 }
 
@@ -171,7 +172,7 @@ Value modulo(Runtime& rt, const Value& a, const Value& b) {
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
     const std::int64_t x = operand(rt, a);
     const std::int64_t y = operand(rt, b);
-    if (y == 0) throw Fault(11);
+    if (y == 0) throw Fault(errors::divisionByZero);
     return narrowest(a, b, x % y);
 }
 
@@ -180,7 +181,7 @@ Value power(Runtime& rt, const Value& a, const Value& b) {
     if (a.is(Type::Null) || b.is(Type::Null)) return Value::null();
     const double x = toDouble(rt, a);
     const double y = toDouble(rt, b);
-    if ((x == 0 && y < 0) || (x < 0 && y != std::trunc(y))) throw Fault(5);
+    if ((x == 0 && y < 0) || (x < 0 && y != std::trunc(y))) throw Fault(errors::invalidCall);
     return finite(std::pow(x, y));
 }
 
@@ -211,7 +212,7 @@ Value negate(Runtime& rt, const Value& a) {
     case Type::Single:
         return Value::single(-a.d);
     case Type::Currency:
-        if (a.i == INT64_MIN) throw Fault(6);
+        if (a.i == INT64_MIN) throw Fault(errors::overflow);
         return Value::currency(-a.i);
     case Type::Date:
         return Value::date(checkedDate(-a.d));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/calendar.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/text.h"
 
@@ -73,9 +74,9 @@ double serialDate(std::int64_t year, std::int64_t month, std::int64_t day) {
         m += 12;
         --y;
     }
-    if (y < -10000 || y > 20000) throw Fault(5);
+    if (y < -10000 || y > 20000) throw Fault(errors::invalidCall);
     const auto days = static_cast<double>(dayNumber(y, static_cast<int>(m) + 1, 1) + day - 1);
-    if (days < firstDate || days >= lastDate) throw Fault(5);
+    if (days < firstDate || days >= lastDate) throw Fault(errors::invalidCall);
     return days;
 }
 

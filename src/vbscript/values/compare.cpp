@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/arithmetic.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
@@ -39,7 +40,7 @@ Order order(Runtime& rt, const Value& a, const Value& b, Written left, Written r
     if (a.is(Type::Object) || b.is(Type::Object)) {
         return order(rt, plain(rt, a), plain(rt, b), left, right);
     }
-    if (a.is(Type::Array) || b.is(Type::Array)) throw Fault(13);
+    if (a.is(Type::Array) || b.is(Type::Array)) throw Fault(errors::typeMismatch);
     if (a.is(Type::Null) || b.is(Type::Null)) return Order::Unknown;
     const bool textLeft = a.is(Type::String);
     const bool textRight = b.is(Type::String);
@@ -70,7 +71,7 @@ bool holds(Operator op, Order o) {
 }
 
 bool sameObject(const Value& a, const Value& b) {
-    if (!a.is(Type::Object) || !b.is(Type::Object)) throw Fault(424);
+    if (!a.is(Type::Object) || !b.is(Type::Object)) throw Fault(errors::objectRequired);
     return a.o == b.o;
 }
 

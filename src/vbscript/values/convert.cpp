@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/convert.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/number_text.h"
 #include "vbscript/values/object.h"
@@ -34,9 +35,9 @@ std::u16string textOf(Runtime& rt, const Value& v) {
     case Type::Error:
         return u"Error " + wide(std::to_string(v.i));
     case Type::Null:
-        throw Fault(94);
+        throw Fault(errors::invalidNull);
     default:
-        throw Fault(13);
+        throw Fault(errors::typeMismatch);
     }
 }
 
@@ -71,12 +72,12 @@ double roundEven(double v) { return std::nearbyint(v); }
 
 std::int64_t fitLong(double v) {
     const double r = roundEven(v);
-    if (!(r >= -2147483648.0 && r <= 2147483647.0)) throw Fault(6);
+    if (!(r >= -2147483648.0 && r <= 2147483647.0)) throw Fault(errors::overflow);
     return static_cast<std::int64_t>(r);
 }
 
 double checkedDate(double days) {
-    if (!(days >= firstDate && days < lastDate)) throw Fault(6);
+    if (!(days >= firstDate && days < lastDate)) throw Fault(errors::overflow);
     return days;
 }
 
@@ -115,10 +116,10 @@ double toDouble(Runtime& rt, const Value& v) {
     case Type::Currency:
         return static_cast<double>(v.i) / currencyScale;
     case Type::Null:
-        throw Fault(94);
+        throw Fault(errors::invalidNull);
     case Type::String: {
         double n = 0;
-        if (!parseNumber(v.chars(), *rt.locale, n)) throw Fault(13);
+        if (!parseNumber(v.chars(), *rt.locale, n)) throw Fault(errors::typeMismatch);
         return n;
     }
     case Type::Ref:
@@ -126,7 +127,7 @@ double toDouble(Runtime& rt, const Value& v) {
     case Type::Object:
         return toDouble(rt, rt.defaultOf(v));
     default:
-        throw Fault(13);
+        throw Fault(errors::typeMismatch);
     }
 }
 
@@ -137,14 +138,14 @@ std::int64_t toLong(Runtime& rt, const Value& v) {
 
 std::int64_t toInteger(Runtime& rt, const Value& v) {
     const std::int64_t n = toLong(rt, v);
-    if (n < -32768 || n > 32767) throw Fault(6);
+    if (n < -32768 || n > 32767) throw Fault(errors::overflow);
     return n;
 }
 
 std::int64_t toCurrency(Runtime& rt, const Value& v) {
     if (v.is(Type::Currency)) return v.i;
     const double scaled = roundEven(toDouble(rt, v) * currencyScale);
-    if (!(std::fabs(scaled) < 9.2233720368547e18)) throw Fault(6);
+    if (!(std::fabs(scaled) < 9.2233720368547e18)) throw Fault(errors::overflow);
     return static_cast<std::int64_t>(scaled);
 }
 

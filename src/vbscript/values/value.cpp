@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/value.h"
 
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/object.h"
 #include "vbscript/values/text.h"
@@ -59,7 +60,7 @@ std::size_t roomToGrow(std::size_t length) {
 } // namespace
 
 StringData* StringData::make(std::size_t length, std::size_t capacity) {
-    if (capacity > 0x7FFFFFF0U) throw Fault(14);
+    if (capacity > 0x7FFFFFF0U) throw Fault(errors::outOfStringSpace);
     const std::size_t bytes = sizeof(StringData) + capacity * sizeof(char16_t);
     Charge charge(bytes + overhead, 14);
     auto* s = static_cast<StringData*>(::operator new(bytes));
@@ -80,7 +81,7 @@ std::size_t ArrayData::bytesFor(const std::vector<std::uint32_t>& extents) {
     for (auto e : extents)
         count *= e;
     const double bytes = count * sizeof(Value) + sizeof(ArrayData);
-    if (bytes > 1e15) throw Fault(7);
+    if (bytes > 1e15) throw Fault(errors::outOfMemory);
     return static_cast<std::size_t>(bytes);
 }
 
