@@ -234,6 +234,7 @@ void Machine::accessInstance(Instance& o, Atom member, Access how, std::span<Val
         else if (args.empty())
             result = v;
         else
+            // The same for an index behind one that holds no list.
             result = indexed(v, args, errors::noSuchMember);
         return;
     }
