@@ -197,7 +197,11 @@ void Formas::suceso(std::uint64_t numero, ObjetoJson& o) const {
     bytesDe(s, o);
     std::string texto;
     const Caja caja = cajasDe(s).primera;
-    if (caja != Caja::Ninguna) redaccion_.redactar(s, caja, texto);
+    if (caja != Caja::Ninguna) {
+        redaccion_.redactar(s, caja, texto);
+    } else {
+        texto = redaccion_.sucesos().textoDe(s);
+    }
     if (!texto.empty()) o.texto("texto", recortar(enUnaLinea(texto)));
 }
 

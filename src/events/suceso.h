@@ -72,6 +72,21 @@ enum class Que : std::uint8_t {
     ClienteSale,  ///< the same
     Ultimo        ///< none: how many there are
 };
+static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
+
+/// A set of kinds is a number with a bit for each.
+[[nodiscard]] constexpr std::uint64_t bitDe(Que que) {
+    return std::uint64_t{1} << static_cast<unsigned>(que);
+}
+/// Of all kinds those for which `cumple` holds.
+template <class Condicion>
+[[nodiscard]] std::uint64_t quesCon(const Condicion& cumple) {
+    std::uint64_t ques = 0;
+    for (unsigned k = 0; k < static_cast<unsigned>(Que::Ultimo); ++k) {
+        if (cumple(static_cast<Que>(k))) ques |= bitDe(static_cast<Que>(k));
+    }
+    return ques;
+}
 
 /// A trace line shows so many bytes of one arrival; a station that sends garbage at full speed must
 /// not cost a screen of text for every packet.
@@ -102,5 +117,6 @@ struct Suceso {
         std::copy_n(unos.begin(), cuantos, bytes.begin());
     }
 };
+static_assert(sizeof(Suceso) == 48);
 
 } // namespace kv

@@ -8,7 +8,9 @@ namespace {
 
 constexpr std::int64_t kVidaMs = 24 * 3'600'000LL;
 
-std::uint64_t bitDe(Que que) { return std::uint64_t{1} << static_cast<unsigned>(que); }
+/// The kinds that are kept for longer than the ring does.
+const std::uint64_t kQueSeApartan =
+    quesCon([](Que que) { return apartadoDe(que) != Apartado::Ninguno; });
 
 } // namespace
 
@@ -16,7 +18,9 @@ Sucesos::Sucesos(const Reloj& reloj, std::size_t maximo)
     : reloj_(reloj), trozosMaximo_(std::max<std::size_t>(2, (maximo + kTrozo - 1) / kTrozo)) {}
 
 void Sucesos::decir(Suceso suceso, std::string_view texto) {
-    suceso.texto = textos_[static_cast<std::size_t>(almacenDe(suceso.que))].guardar(texto);
+    // A silent one's is for those who hear of it now: no box will show it.
+    if (!texto.empty() && !suceso.callado)
+        suceso.texto = textos_[static_cast<std::size_t>(almacenDe(suceso.que))].guardar(texto);
     guardar(suceso, texto);
 }
 
@@ -24,18 +28,21 @@ void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
     suceso.instante = reloj_.instante();
     const std::size_t lugar = siguiente_ % kTrozo;
     if (lugar == 0) hacerLugar();
-    trozos_.back()->sucesos[lugar] = suceso;
+    Trozo& trozo = *trozos_.back();
+    trozo.sucesos[lugar] = suceso;
+    const std::uint64_t bit = bitDe(suceso.que);
+    trozo.ques |= bit;
     ++siguiente_;
     for (const Oyente& o : oyentes_) {
-        if ((o.de & bitDe(suceso.que)) != 0) o.quien->alSuceder(suceso, texto);
+        if ((o.de & bit) != 0) o.quien->alSuceder(suceso, texto);
     }
 }
 
 void Sucesos::avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos) {
-    std::uint64_t de = deEstos.size() == 0 ? ~std::uint64_t{0} : 0;
+    std::uint64_t de = 0;
     for (const Que que : deEstos)
         de |= bitDe(que);
-    oyentes_.push_back({oyente, de});
+    avisarA(oyente, de);
 }
 
 /// A new piece for what follows, or the oldest one again: when there are as many as there may be,
@@ -46,11 +53,23 @@ void Sucesos::hacerLugar() {
     if (trozos_.size() < trozosMaximo_ && !vieja) {
         trozos_.push_back(std::make_unique<Trozo>());
     } else {
+        apartar(*trozos_.front());
         trozos_.push_back(std::move(trozos_.front()));
         trozos_.pop_front();
         primero_ += kTrozo;
     }
     trozos_.back()->desdeMs = ahora;
+    trozos_.back()->ques = 0;
+}
+
+void Sucesos::apartar(const Trozo& elMasViejo) {
+    if ((elMasViejo.ques & kQueSeApartan) == 0) return;
+    for (std::size_t k = 0; k < kTrozo; ++k) {
+        const Suceso& s = elMasViejo.sucesos[k];
+        const Apartado donde = apartadoDe(s.que);
+        if (donde != Apartado::Ninguno)
+            apartados_[static_cast<std::size_t>(donde)].guardar(primero_ + k, s);
+    }
 }
 
 std::string_view Sucesos::textoDe(const Suceso& suceso) const {

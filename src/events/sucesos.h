@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "events/apartados.h"
 #include "events/suceso.h"
 #include "events/textos.h"
 #include "platform/reloj.h"
@@ -19,12 +20,13 @@ namespace kv {
 class OyenteDeSucesos {
   public:
     virtual ~OyenteDeSucesos() = default;
-    /// `texto` is the event's own text, valid during the call, empty where there is none.
+    /// `texto` is the event's own text, valid during the call, empty where it has no text.
     virtual void alSuceder(const Suceso& suceso, std::string_view texto) = 0;
 };
 
 /// All that happened, said once and kept for a while: a day of a quiet plant, minutes of a busy
-/// one. Whatever shows, counts or records something reads it here.
+/// one, and for longer what has a box of its own. Whatever shows, counts or records events
+/// reads them here.
 class Sucesos {
   public:
     static constexpr std::size_t kMaximo = std::size_t{1} << 20; ///< events, 48 bytes each
@@ -43,11 +45,27 @@ class Sucesos {
         const std::uint64_t k = numero - primero_;
         return trozos_[k / kTrozo]->sucesos[k % kTrozo];
     }
-    /// Empty when it has none, or when it has been given up for later ones.
+    /// Of the piece of the ring in which an event lies: the kinds that it holds, and the number of
+    /// its first. Whoever looks for few kinds passes over most pieces.
+    struct DeUnTrozo {
+        std::uint64_t primero;
+        std::uint64_t ques; ///< see bitDe
+    };
+    [[nodiscard]] DeUnTrozo trozoDe(std::uint64_t numero) const {
+        return {numero - numero % kTrozo, trozos_[(numero - primero_) / kTrozo]->ques};
+    }
+    /// What of a sort is older than the ring.
+    [[nodiscard]] const Apartados& masViejos(Apartado deEstos) const {
+        return apartados_[static_cast<std::size_t>(deEstos)];
+    }
+    /// Empty when it has no text, or when the text has been given up for later ones.
     [[nodiscard]] std::string_view textoDe(const Suceso& suceso) const;
 
-    /// Of these kinds, or of all where none is named. It must outlive this or be taken off.
-    void avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos = {});
+    /// Of these kinds (see bitDe), or of all. It must outlive this or be taken off.
+    void avisarA(OyenteDeSucesos* oyente, std::uint64_t deEstos = ~std::uint64_t{0}) {
+        oyentes_.push_back({oyente, deEstos});
+    }
+    void avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos);
     void dejarDeAvisarA(const OyenteDeSucesos* oyente) {
         std::erase_if(oyentes_, [oyente](const Oyente& o) { return o.quien == oyente; });
     }
@@ -56,6 +74,7 @@ class Sucesos {
     static constexpr std::size_t kTrozo = 1024;
     struct Trozo {
         std::int64_t desdeMs = 0; ///< when the first was said, on the clock that never goes back
+        std::uint64_t ques = 0;   ///< the kinds of its events, see bitDe
         std::array<Suceso, kTrozo> sucesos;
     };
 
@@ -63,10 +82,10 @@ class Sucesos {
         OyenteDeSucesos* quien;
         std::uint64_t de; ///< a bit for each kind that it hears of
     };
-    static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
 
     void guardar(Suceso& suceso, std::string_view texto);
     void hacerLugar();
+    void apartar(const Trozo& elMasViejo);
 
     const Reloj& reloj_;
     std::size_t trozosMaximo_;
@@ -74,6 +93,7 @@ class Sucesos {
     std::uint64_t primero_ = 0;
     std::uint64_t siguiente_ = 0;
     std::array<TextosDeSucesos, kAlmacenes> textos_;
+    std::array<Apartados, kApartados> apartados_;
     std::vector<Oyente> oyentes_;
 };
 

@@ -3,11 +3,17 @@
 
 namespace kv {
 
+namespace {
+
+std::size_t loQueOcupa(const std::string& texto) { return sizeof(std::string) + texto.size(); }
+
+} // namespace
+
 std::uint32_t TextosDeSucesos::guardar(std::string_view texto) {
-    guardados_.emplace_back(texto.substr(0, kMaximo));
-    bytes_ += guardados_.back().size();
+    guardados_.emplace_back(texto.substr(0, kMaximo - sizeof(std::string)));
+    bytes_ += loQueOcupa(guardados_.back());
     while (bytes_ > kMaximo) {
-        bytes_ -= guardados_.front().size();
+        bytes_ -= loQueOcupa(guardados_.front());
         guardados_.pop_front();
     }
     if (++ultimo_ == 0) ultimo_ = 1;
@@ -15,7 +21,8 @@ std::uint32_t TextosDeSucesos::guardar(std::string_view texto) {
 }
 
 std::string_view TextosDeSucesos::ver(std::uint32_t numero) const {
-    const std::uint32_t desdeElFinal = ultimo_ - numero;
+    // Numbers begin anew at 1.
+    const std::uint32_t desdeElFinal = ultimo_ - numero - (numero > ultimo_ ? 1 : 0);
     if (numero == 0 || desdeElFinal >= guardados_.size()) return {};
     return guardados_[guardados_.size() - 1 - desdeElFinal];
 }

@@ -13,12 +13,14 @@ namespace kv {
 /// The latest texts of one kind of events, as many as fit. A number stands for each.
 class TextosDeSucesos {
   public:
-    static constexpr std::size_t kMaximo = std::size_t{256} << 10; ///< bytes of all together
+    /// Bytes of all together, with what it takes to keep each.
+    static constexpr std::size_t kMaximo = std::size_t{384} << 10;
 
     /// Never 0. A text that is too long for all is cut.
     std::uint32_t guardar(std::string_view texto);
     /// Empty when it has had to go.
     [[nodiscard]] std::string_view ver(std::uint32_t numero) const;
+    [[nodiscard]] std::size_t cuantos() const { return guardados_.size(); }
 
   private:
     std::deque<std::string> guardados_;

@@ -13,7 +13,61 @@ Caja deOtra(const Suceso& s) {
     return paso ? cajasDe(s).primera : Caja::Ninguna;
 }
 
+bool esDe(Caja caja, const Suceso& s) {
+    if (caja == Caja::txtTimerEscritura) return deOtra(s) != Caja::Ninguna;
+    const SusCajas cajas = cajasDe(s);
+    return cajas.primera == caja || cajas.segunda == caja;
+}
+
+/// As a box shows them: an end of a line is one.
+std::size_t caracteresDe(std::string_view utf8) {
+    return static_cast<std::size_t>(std::ranges::count_if(utf8, [](char c) {
+        return c != '\r' && (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+    }));
+}
+
+Apartado apartadoDe(Caja caja) {
+    switch (caja) {
+    case Caja::txtTramasDescartadas:
+        return Apartado::Descartes;
+    case Caja::txtDemandaLecturaEscritura:
+        return Apartado::Ordenes;
+    case Caja::txtTimerEscritura:
+        return Apartado::PasosDeEscritura;
+    case Caja::Text1:
+        return Apartado::AlCliente;
+    case Caja::Text2:
+        return Apartado::DelCliente;
+    default:
+        return Apartado::Ninguno;
+    }
+}
+
 } // namespace
+
+/// The last lines of a text. It is made from its end: where there is much, most is never looked at.
+class Traza::Final {
+  public:
+    explicit Final(const Traza& traza) : traza_(traza) {}
+    void tomar(const Suceso& s) {
+        if (!traza_.tiene(s)) return;
+        traza_.agregar(s, lineas_.emplace_back());
+        caracteres_ += caracteresDe(lineas_.back());
+    }
+    [[nodiscard]] bool basta() const { return caracteres_ >= kMaximo; }
+    void volcar(std::string& texto) const {
+        std::for_each(lineas_.rbegin(), lineas_.rend(), [&](const auto& una) { texto += una; });
+    }
+
+  private:
+    const Traza& traza_;
+    std::vector<std::string> lineas_; ///< latest first
+    std::size_t caracteres_ = 0;
+};
+
+Traza::Traza(const Redaccion& redaccion, Caja caja, std::int64_t indice)
+    : redaccion_(&redaccion), caja_(caja), indice_(indice),
+      ques_(quesCon([caja](Que que) { return esDe(caja, {.que = que}); })) {}
 
 Traza Traza::soloDe(Indice conexion, Indice bloque) const {
     Traza t = *this;
@@ -26,10 +80,7 @@ bool Traza::tiene(const Suceso& s) const {
     if ((conexion_ != kNinguno && s.conexion != conexion_) ||
         (bloque_ != kNinguno && s.bloque != bloque_))
         return false;
-    if (caja_ == Caja::txtTimerEscritura) return deOtra(s) != Caja::Ninguna;
-    const SusCajas cajas = cajasDe(s);
-    return (cajas.primera == caja_ || cajas.segunda == caja_) &&
-           (indice_ < 0 || Redaccion::indiceEn(s, caja_) == indice_);
+    return esDe(caja_, s) && (indice_ < 0 || Redaccion::indiceEn(s, caja_) == indice_);
 }
 
 void Traza::agregar(const Suceso& s, std::string& texto) const {
@@ -42,32 +93,47 @@ void Traza::agregar(const Suceso& s, std::string& texto) const {
 
 std::string Traza::texto() const {
     std::string texto;
-    (void)desde(redaccion_->sucesos().primero(), texto);
+    (void)desde(0, texto);
     return texto;
 }
 
 bool Traza::seguir(std::uint64_t& visto, std::string& texto) const {
-    const Sucesos& sucesos = redaccion_->sucesos();
-    const std::uint64_t primero = std::max(visto, sucesos.primero());
-    const bool todo = desde(primero, texto) && primero == visto;
-    visto = sucesos.siguiente();
+    const bool todo = desde(visto, texto);
+    visto = hasta();
     return todo;
 }
 
-/// Begins with the latest: where there is much, most of it is never looked at.
 bool Traza::desde(std::uint64_t primero, std::string& texto) const {
+    Final lineas(*this);
+    bool todo = desdeElAnillo(primero, lineas);
+    if (todo && primero < redaccion_->sucesos().primero()) todo = desdeLoApartado(primero, lineas);
+    lineas.volcar(texto);
+    return todo;
+}
+
+bool Traza::desdeElAnillo(std::uint64_t primero, Final& lineas) const {
     const Sucesos& sucesos = redaccion_->sucesos();
-    std::vector<std::string> partes;
-    std::size_t bytes = 0;
+    const std::uint64_t fin = std::max(primero, sucesos.primero());
     std::uint64_t n = sucesos.siguiente();
-    for (; n > primero && bytes < kMaximo; --n) {
-        if (!tiene(sucesos[n - 1])) continue;
-        agregar(sucesos[n - 1], partes.emplace_back());
-        bytes += partes.back().size();
+    while (n > fin && !lineas.basta()) {
+        const Sucesos::DeUnTrozo trozo = sucesos.trozoDe(n - 1);
+        const std::uint64_t hasta = std::max(fin, trozo.primero);
+        if ((trozo.ques & ques_) == 0) n = hasta;
+        for (; n > hasta && !lineas.basta(); --n)
+            lineas.tomar(sucesos[n - 1]);
     }
-    texto.reserve(bytes);
-    std::for_each(partes.rbegin(), partes.rend(), [&](const std::string& una) { texto += una; });
-    return n == primero;
+    return n <= fin;
+}
+
+bool Traza::desdeLoApartado(std::uint64_t primero, Final& lineas) const {
+    const Apartado deEstos = apartadoDe(caja_);
+    if (deEstos == Apartado::Ninguno) return false;
+    const Apartados& viejos = redaccion_->sucesos().masViejos(deEstos);
+    const auto& todos = viejos.todos();
+    auto i = todos.rbegin();
+    for (; i != todos.rend() && i->numero >= primero && !lineas.basta(); ++i)
+        lineas.tomar(i->suceso);
+    return i == todos.rend() ? viejos.completosDesde() <= primero : i->numero < primero;
 }
 
 TrazaAlMomento::TrazaAlMomento(Sucesos& sucesos, const Tablas& tablas, LectorDeTrazas& destino)

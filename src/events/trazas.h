@@ -15,15 +15,14 @@ class Traza {
     static constexpr std::size_t kMaximo = 40000; ///< characters of the latest that are shown
 
     /// `indice`: the number of the box where boxes are numbered, else -1.
-    Traza(const Redaccion& redaccion, Caja caja, std::int64_t indice = -1)
-        : redaccion_(&redaccion), caja_(caja), indice_(indice) {}
+    Traza(const Redaccion& redaccion, Caja caja, std::int64_t indice = -1);
 
     /// Of these lines those of one connection, or of one block; kNinguno: of any.
     [[nodiscard]] Traza soloDe(Indice conexion, Indice bloque) const;
-    /// The latest lines, at least `kMaximo` bytes of them if there are so many.
+    /// The latest lines, at least `kMaximo` characters of them if there are so many.
     [[nodiscard]] std::string texto() const;
-    /// The lines of what has happened since `visto`, which moves up to now. False when something of
-    /// it is gone already, or when it is more than anybody is shown: then it is what `texto` gives.
+    /// The lines of what has happened since `visto`, which moves up to now. False when a part of it
+    /// is gone already, or when it is more than a box shows: then it is what `texto` gives.
     bool seguir(std::uint64_t& visto, std::string& texto) const;
     [[nodiscard]] std::uint64_t hasta() const { return redaccion_->sucesos().siguiente(); }
     [[nodiscard]] std::string_view nombre() const { return nombreDe(caja_); }
@@ -31,14 +30,18 @@ class Traza {
     friend bool operator==(const Traza&, const Traza&) = default;
 
   private:
+    class Final;
     [[nodiscard]] bool tiene(const Suceso& s) const;
     void agregar(const Suceso& s, std::string& texto) const;
+    [[nodiscard]] bool desdeElAnillo(std::uint64_t primero, Final& lineas) const;
+    [[nodiscard]] bool desdeLoApartado(std::uint64_t primero, Final& lineas) const;
     /// The latest lines since an event; false when there are more.
     [[nodiscard]] bool desde(std::uint64_t primero, std::string& texto) const;
 
     const Redaccion* redaccion_;
     Caja caja_;
     std::int64_t indice_;
+    std::uint64_t ques_; ///< the kinds that may have a line in it, see bitDe
     Indice conexion_ = kNinguno;
     Indice bloque_ = kNinguno;
 };

@@ -87,8 +87,48 @@ TEST_F(UnaTraza, SigueLoQuePasaYDejaQuietoLoQueUnoLee) {
     EXPECT_EQ(visto(), todo + "mas\n");
     for (int i = 0; i < 60'000; ++i)
         decir("renglon\r\n");
-    EXPECT_GE(visto().size(), int{Traza::kMaximo} * 8 / 9) << "line ends are shorter on the screen";
-    EXPECT_LE(texto.toPlainText().size(), int{Traza::kMaximo});
+    EXPECT_GE(visto().size(), int{Traza::kMaximo});
+    EXPECT_LT(texto.toPlainText().size(), int{Traza::kMaximo} + 8);
+}
+
+TEST_F(UnaTraza, CreceYSeAcortaSinQuedarseCorta) {
+    int lineas = 0;
+    for (int vez = 0; vez < 60; ++vez) {
+        for (int i = 0; i < 1000; ++i)
+            decir("renglon\r\n");
+        lineas += 1000;
+        const auto cuanto = visto().size();
+        EXPECT_GE(cuanto, std::min(lineas * 8, int{Traza::kMaximo}) - 8);
+        EXPECT_LE(cuanto, 4 * int{Traza::kMaximo} + 8000);
+        EXPECT_TRUE(texto.textCursor().atEnd());
+    }
+}
+
+TEST_F(UnaTraza, LoQueYaNoEstaSeMarcaYLoLeidoQueda) {
+    decir("uno\r\n");
+    EXPECT_EQ(visto(), "uno\n");
+    caja.hide();
+    for (std::size_t i = 0; i < Apartados::kMaximo + 1; ++i)
+        decir("");
+    // So much traffic that the ring has forgotten all of these.
+    for (std::size_t i = 0; i < Sucesos::kMaximo + 1024; ++i)
+        sucesos.decir({.que = Que::PausaEmpieza, .conexion = 0});
+    decir("dos\r\n");
+    caja.show();
+    EXPECT_TRUE(visto().startsWith("uno\n[...]\n\n"));
+    EXPECT_TRUE(texto.toPlainText().endsWith("\ndos\n"));
+}
+
+TEST_F(UnaTraza, LoElegidoParaCopiarQuedaElegido) {
+    decir("uno\r\n");
+    decir("dos\r\n");
+    visto();
+    QTextCursor eleccion(texto.document());
+    eleccion.select(QTextCursor::LineUnderCursor);
+    texto.setTextCursor(eleccion);
+    decir("tres\r\n");
+    EXPECT_EQ(visto(), "uno\ndos\ntres\n");
+    EXPECT_EQ(texto.textCursor().selectedText(), "uno");
 }
 
 TEST_F(UnaTraza, SePausaSeCopiaYSeGuardaLoQueSeVe) {

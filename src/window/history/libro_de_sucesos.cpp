@@ -136,7 +136,12 @@ QString traducida(const char* frase) { return QCoreApplication::translate("kv::S
 
 } // namespace
 
-LibroDeSucesos::LibroDeSucesos(Sucesos& sucesos) : sucesos_(sucesos) { sucesos_.avisarA(this); }
+LibroDeSucesos::LibroDeSucesos(Sucesos& sucesos) : sucesos_(sucesos) {
+    const auto fallida = static_cast<std::int16_t>(FinDeEscritura::SinRespuesta);
+    sucesos_.avisarA(this, quesCon([fallida](Que que) {
+                         return gravedadDe({.que = que, .detalle = fallida}).has_value();
+                     }));
+}
 
 LibroDeSucesos::~LibroDeSucesos() { sucesos_.dejarDeAvisarA(this); }
 

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -94,20 +95,38 @@ bool CajaDeTraza::alFinal() const {
     return barra->value() + kCasi >= barra->maximum();
 }
 
-/// What came since is continued; where that is much, only the latest of it is shown.
+/// What came since is continued. Where some of it is gone already, a mark stands for it, and what
+/// was on the screen stays.
 void CajaDeTraza::seguir() {
-    constexpr int kLargo = 4 * static_cast<int>(Traza::kMaximo);
     std::string nuevo;
-    const bool pocos = traza_->seguir(visto_, nuevo);
-    if (pocos && nuevo.empty()) return;
-    if (pocos && texto_->document()->characterCount() < kLargo) {
-        QTextCursor fin(texto_->document());
-        fin.movePosition(QTextCursor::End);
-        fin.insertText(enQt(nuevo));
+    const bool todo = traza_->seguir(visto_, nuevo);
+    if (todo && nuevo.empty()) return;
+    QString lineas = enQt(nuevo);
+    if (static_cast<std::size_t>(lineas.size()) >= Traza::kMaximo) {
+        texto_->setPlainText(lineas);
     } else {
-        texto_->setPlainText(enQt(pocos ? traza_->texto() : nuevo));
+        if (!todo) lineas.prepend("[...]\n");
+        agregar(lineas);
     }
-    texto_->moveCursor(QTextCursor::End);
+    if (texto_->textCursor().hasSelection()) { // it is about to be copied
+        texto_->verticalScrollBar()->setValue(texto_->verticalScrollBar()->maximum());
+    } else {
+        texto_->moveCursor(QTextCursor::End);
+    }
+}
+
+void CajaDeTraza::agregar(const QString& lineas) {
+    constexpr int kMaximo = Traza::kMaximo;
+    constexpr int kLargo = 4 * kMaximo; // to cut costs more than to add
+    QTextDocument& documento = *texto_->document();
+    QTextCursor cursor(&documento);
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(lineas);
+    if (documento.characterCount() < kLargo) return;
+    const int desde = documento.findBlock(documento.characterCount() - kMaximo).position();
+    cursor.setPosition(0);
+    cursor.setPosition(desde, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
 }
 
 void CajaDeTraza::showEvent(QShowEvent* suceso) {

@@ -15,11 +15,11 @@ class QToolButton;
 namespace kv {
 
 /// A trace box on the screen: follows what happens with its caret at the end, unless it is paused
-/// or somebody reads further up; its text can be copied and saved.
+/// or its end is not in sight; its text can be copied and saved.
 class CajaDeTraza final : public QWidget {
     Q_OBJECT
   public:
-    /// Gives the trace to be shown, or none. Asked again at every refresh.
+    /// Gives the trace to be shown, or nothing. Asked again at every refresh.
     using Fuente = std::function<std::optional<Traza>()>;
     CajaDeTraza(const char* nombre, const QString& titulo, Fuente fuente, QWidget* padre);
     /// Always the same, under its name.
@@ -43,6 +43,7 @@ class CajaDeTraza final : public QWidget {
   private:
     QToolButton* boton(const char* nombre, const QString& texto, const QString& ayuda);
     void seguir();
+    void agregar(const QString& lineas);
     [[nodiscard]] bool alFinal() const;
     void copiar();
     void guardarLoQueSeVe();

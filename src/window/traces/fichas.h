@@ -49,7 +49,7 @@ class Fichas final : public QWidget {
   public:
     Fichas(FuenteDeFichas fuente, const QString& titulo, QWidget* padre);
     void refrescar();
-    /// Number of the box in front, -1 when there is none to be seen.
+    /// Number of the box in front, -1 when no box is to be seen.
     [[nodiscard]] int alFrente() const { return alFrente_; }
 
   signals:
