@@ -12,8 +12,7 @@ namespace {
 constexpr std::size_t kMaximoDeCopias = 8;
 
 bool esTexto(std::string_view contenido) {
-    return !contenido.starts_with("\xFF\xFE") && !contenido.starts_with("\xFE\xFF") &&
-           contenido.find('\0') == std::string_view::npos;
+    return !empiezaComoUtf16(contenido) && contenido.find('\0') == std::string_view::npos;
 }
 
 /// Whether a last line without an end is one that nobody leaves so: a name without a value, half a
@@ -78,9 +77,7 @@ const Ajustes::Copia& Ajustes::copia(const std::string& ruta) {
     c.huella = huella;
     c.valida = true;
     c.leida = false; // until all of it has been
-    auto contenido = huella.existe
-                         ? archivos_.leer(archivo, propios ? kMaximoDeAjustes : kMaximoDeArchivo)
-                         : std::string();
+    auto contenido = huella.existe ? archivos_.leer(archivo, kMaximoDeAjustes) : std::string();
     const bool leida = contenido.has_value();
     if (propios) {
         adoptar(c, std::move(contenido));
@@ -168,7 +165,7 @@ bool Ajustes::intentarEscribir(const std::string& archivo, std::string_view secc
     std::string contenido;
     if (hay) {
         // Read afresh: what others wrote since the last look must not be undone.
-        auto leido = archivos_.leer(archivo, kMaximoDeArchivo);
+        auto leido = archivos_.leer(archivo, kMaximoDeAjustes);
         if (!leido || !esTexto(*leido)) return false;
         if (propios && !defectoDeAjustes(*leido, vista.ini.contenido()).empty()) return false;
         // Half a file that we end properly would pass for a whole one.

@@ -15,7 +15,7 @@
 namespace kv {
 
 inline constexpr std::string_view kArchivoDeAjustes = "sis_config.ini";
-/// A larger settings file is none.
+/// A larger file is not taken for one of settings.
 inline constexpr std::size_t kMaximoDeAjustes = std::size_t{4} << 20;
 /// So long a settings file must have stayed the same before what it lacks counts as taken out: it
 /// may be half copied.

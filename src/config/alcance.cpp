@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/alcance.h"
 
-#include "config/direccion.h"
 #include "plant/bases.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"

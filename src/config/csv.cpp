@@ -28,8 +28,7 @@ TablaCsv::TablaCsv(std::string_view contenido, const std::string& ruta,
                    std::span<const std::string_view> columnas, std::string_view consecuencia,
                    Problemas& problemas)
     : resto_(contenido), ruta_(ruta), columnas_(columnas), consecuencia_(consecuencia),
-      problemas_(problemas), donde_(columnas.size(), kSin),
-      esUtf16_(contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF")) {
+      problemas_(problemas), donde_(columnas.size(), kSin), esUtf16_(empiezaComoUtf16(contenido)) {
     if (resto_.starts_with(kMarcaUtf8)) resto_.remove_prefix(kMarcaUtf8.size());
     if (!pareceUtf8(resto_)) resto_ = enUtf8_ = utf8DesdeWindows1252(resto_);
 }

@@ -2,6 +2,7 @@
 #include "config/driver.h"
 
 #include "config/claves.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -142,12 +143,12 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
     Puerto p;
     // A number that cannot be read is no port: the default could be the number of another one.
     p.numero = numero(CampoDePuerto::Numero, ordinal - 1, false);
-    p.scanPorDefecto = numero(CampoDePuerto::Scan, 5);
+    p.scanPorDefecto = numero(CampoDePuerto::Scan, de_puerto::kScan);
     p.leerDespuesDeEscribir = bytes(dato(CampoDePuerto::LeerDespues), "1") == "1";
-    p.reintentosMax = numero(CampoDePuerto::Reintentos, 3);
-    p.tiempoFuera = numero(CampoDePuerto::TiempoFuera, 5);
-    p.tipoPlcPorDefecto = numero(CampoDePuerto::Tipo, 5);
-    p.segReconeccion = numero(CampoDePuerto::SegReconeccion, 30);
+    p.reintentosMax = numero(CampoDePuerto::Reintentos, de_puerto::kReintentos);
+    p.tiempoFuera = numero(CampoDePuerto::TiempoFuera, de_puerto::kTiempoFuera);
+    p.tipoPlcPorDefecto = numero(CampoDePuerto::Tipo, de_puerto::kTipoPlc);
+    p.segReconeccion = numero(CampoDePuerto::SegReconeccion, de_puerto::kReconeccion);
     return p;
 }
 
@@ -290,7 +291,7 @@ void LectorDeDriver::bloque(std::uint32_t numero, std::uint32_t linea,
 
 Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Problemas& problemas,
                   Porciones& porciones) {
-    if (contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF")) {
+    if (empiezaComoUtf16(contenido)) {
         problemas.agregar(listas.archivo, 1, "el archivo está guardado como UTF-16",
                           "no se construye nada: debe ser Windows-1252");
         co_return;

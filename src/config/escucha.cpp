@@ -3,9 +3,9 @@
 
 #include "config/ajustes.h"
 #include "config/desconocidas.h"
-#include "config/direccion.h"
 #include "config/ini.h"
 #include "config/problema.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"

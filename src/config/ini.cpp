@@ -3,15 +3,13 @@
 
 #include "text/texto.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace kv {
 namespace {
 
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF"; // what some editors put before the text
-constexpr std::size_t kMaximoDeEntradas = 1 << 20;
-constexpr std::size_t kMaximoDeRecordados = 256;
-constexpr std::size_t kMaximoDePasos = 256; // of a look-up, so that no choice of keys is slow
 
 constexpr bool esBlanco(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
@@ -27,15 +25,6 @@ std::string_view valorLimpio(std::string_view t) {
     t = sinBlancos(t);
     if (t.size() >= 2 && t.front() == '"' && t.back() == '"') t = t.substr(1, t.size() - 2);
     return t.substr(0, kMaximoDeValor);
-}
-
-std::uint32_t dispersar(std::uint32_t seccion, std::string_view nombre) {
-    std::uint32_t h = 2166136261U ^ (seccion * 2654435761U);
-    for (const char c : nombre) {
-        const char minuscula = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-        h = (h ^ static_cast<std::uint8_t>(minuscula)) * 16777619U;
-    }
-    return h ^ (h >> 15);
 }
 
 } // namespace
@@ -78,108 +67,46 @@ bool LectorIni::siguiente() {
     return true;
 }
 
-Ini::Ini(std::string contenido) : contenido_(std::move(contenido)) { indexar(); }
-
-void Ini::indexar() {
-    std::uint32_t seccion = kNinguna; // keys before the first section, or in a repeated one
+Ini::Ini(std::string contenido) : contenido_(std::move(contenido)) {
+    std::uint32_t seccion = kNinguna;
     LectorIni lector(contenido_);
     while (lector.siguiente()) {
         const LineaIni& l = lector.linea();
-        if (l.clase == LineaIni::Clase::Otra) continue;
         const bool esSeccion = l.clase == LineaIni::Clase::Seccion;
-        if (!esSeccion && seccion == kNinguna) continue;
-        bool nueva = false;
-        const std::uint32_t n = anotar(esSeccion ? kNinguna : seccion, l, nueva);
-        if (n == kNinguna) {
-            completo_ = false;
-            return;
-        }
-        if (esSeccion) seccion = nueva ? n : kNinguna;
+        // Keys before the first section are nobody's.
+        if (!esSeccion && (l.clase != LineaIni::Clase::Clave || seccion == kNinguna)) continue;
+        const auto linea = static_cast<std::uint32_t>(l.numero);
+        entradas_.push_back({esSeccion ? kNinguna : seccion,
+                             static_cast<std::uint32_t>(l.nombre.data() - contenido_.data()),
+                             static_cast<std::uint32_t>(l.nombre.size()), linea});
+        if (esSeccion) seccion = linea;
     }
+    // Of equal names the first stands first, and is the one that is found: a section that is
+    // repeated has another number, which nobody looks for.
+    std::ranges::sort(entradas_, [this](const Entrada& a, const Entrada& b) {
+        if (a.seccion != b.seccion) return a.seccion < b.seccion;
+        const int orden = compararSinCaja(nombreDe(a), nombreDe(b));
+        return orden != 0 ? orden < 0 : a.inicio < b.inicio;
+    });
 }
 
-LineaIni Ini::lineaDe(const Entrada& e) const {
-    LectorIni lector(contenido_, e.inicio, e.linea - 1);
-    lector.siguiente();
-    return lector.linea();
-}
-
-std::uint32_t Ini::encontrar(std::uint32_t seccion, std::string_view nombre) const {
-    if (lugares_.empty()) return kNinguna;
-    const std::uint32_t h = dispersar(seccion, nombre);
-    const std::size_t mascara = lugares_.size() - 1;
-    for (std::size_t i = h & mascara; lugares_[i] != kNinguna; i = (i + 1) & mascara) {
-        const Entrada& e = entradas_[lugares_[i]];
-        if (e.dispersion == h && e.seccion == seccion && igualSinCaja(lineaDe(e).nombre, nombre))
-            return lugares_[i];
-    }
-    return kNinguna;
-}
-
-bool Ini::crecer() {
-    if (entradas_.size() >= kMaximoDeEntradas) return false;
-    if (entradas_.size() * 2 < lugares_.size()) return true;
-    lugares_.assign(lugares_.empty() ? 64 : lugares_.size() * 2, kNinguna);
-    const std::size_t mascara = lugares_.size() - 1;
-    for (std::uint32_t n = 0; n < entradas_.size(); ++n) {
-        std::size_t i = entradas_[n].dispersion & mascara;
-        while (lugares_[i] != kNinguna)
-            i = (i + 1) & mascara;
-        lugares_[i] = n;
-    }
-    return true;
-}
-
-std::uint32_t Ini::anotar(std::uint32_t seccion, const LineaIni& linea, bool& nueva) {
-    if (!crecer()) return kNinguna;
-    const std::uint32_t h = dispersar(seccion, linea.nombre);
-    const std::size_t mascara = lugares_.size() - 1;
-    std::size_t i = h & mascara;
-    for (std::size_t pasos = 0; lugares_[i] != kNinguna; i = (i + 1) & mascara, ++pasos) {
-        if (pasos == kMaximoDePasos) return kNinguna;
-        const Entrada& e = entradas_[lugares_[i]];
-        if (e.dispersion == h && e.seccion == seccion &&
-            igualSinCaja(lineaDe(e).nombre, linea.nombre))
-            return lugares_[i];
-    }
-    nueva = true;
-    lugares_[i] = static_cast<std::uint32_t>(entradas_.size());
-    entradas_.push_back({h, seccion, static_cast<std::uint32_t>(linea.inicio),
-                         static_cast<std::uint32_t>(linea.numero)});
-    return lugares_[i];
+const Ini::Entrada* Ini::encontrar(std::uint32_t seccion, std::string_view nombre) const {
+    const auto lugar = std::ranges::partition_point(entradas_, [&](const Entrada& e) {
+        return e.seccion != seccion ? e.seccion < seccion
+                                    : compararSinCaja(nombreDe(e), nombre) < 0;
+    });
+    const bool esta = lugar != entradas_.end() && lugar->seccion == seccion &&
+                      igualSinCaja(nombreDe(*lugar), nombre);
+    return esta ? &*lugar : nullptr;
 }
 
 std::optional<Ini::Hallazgo> Ini::buscar(std::string_view seccion, std::string_view clave) const {
-    const std::uint32_t s = encontrar(kNinguna, seccion);
-    const std::uint32_t n = s == kNinguna ? kNinguna : encontrar(s, clave);
-    if (n != kNinguna) {
-        const LineaIni l = lineaDe(entradas_[n]);
-        return Hallazgo{l.valor, l.numero};
-    }
-    return completo_ ? std::nullopt : recordar(seccion, clave);
-}
-
-std::optional<Ini::Hallazgo> Ini::recordar(std::string_view seccion, std::string_view clave) const {
-    std::string llave = minusculas(seccion).append("=").append(minusculas(clave));
-    const auto lugar = recordados_.find(llave);
-    if (lugar != recordados_.end()) return lugar->second;
-    if (recordados_.size() == kMaximoDeRecordados) recordados_.clear();
-    return recordados_.emplace(std::move(llave), recorrer(seccion, clave)).first->second;
-}
-
-std::optional<Ini::Hallazgo> Ini::recorrer(std::string_view seccion, std::string_view clave) const {
-    bool dentro = false;
-    LectorIni lector(contenido_);
-    while (lector.siguiente()) {
-        const LineaIni& l = lector.linea();
-        if (l.clase == LineaIni::Clase::Seccion) {
-            if (dentro) break;
-            dentro = igualSinCaja(l.nombre, seccion);
-        } else if (dentro && l.clase == LineaIni::Clase::Clave && igualSinCaja(l.nombre, clave)) {
-            return Hallazgo{l.valor, l.numero};
-        }
-    }
-    return std::nullopt;
+    const Entrada* s = encontrar(kNinguna, seccion);
+    const Entrada* e = s == nullptr ? nullptr : encontrar(s->linea, clave);
+    if (e == nullptr) return std::nullopt;
+    LectorIni lector(contenido_, e->inicio, e->linea - 1);
+    lector.siguiente();
+    return Hallazgo{lector.linea().valor, e->linea};
 }
 
 namespace {

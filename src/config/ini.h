@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,7 +12,7 @@ namespace kv {
 /// A value is never longer than this; what follows is cut off (characters of Windows-1252, which
 /// are bytes of the file).
 inline constexpr std::size_t kMaximoDeValor = 254;
-/// A larger file is not read at all.
+/// A larger configuration is not read at all.
 inline constexpr std::size_t kMaximoDeArchivo = 256UL * 1024 * 1024;
 
 /// A line of an INI file. All texts are views into the file's bytes.
@@ -44,7 +43,7 @@ class LectorIni {
 };
 
 /// A parsed INI file. Sections and keys are found whatever their letter case; the first section of
-/// a name and the first key in it win. Memory beside the content is bounded whatever the file says.
+/// a name and the first key in it win. Beside the content it takes 16 bytes a key.
 class Ini {
   public:
     struct Hallazgo {
@@ -65,33 +64,23 @@ class Ini {
     [[nodiscard]] const std::string& contenido() const { return contenido_; }
 
   private:
-    /// A section (`seccion` is then kNinguna) or a key of the section with that number.
+    /// A section (`seccion` is then kNinguna, and its own number `linea`), or a key of one.
     struct Entrada {
-        std::uint32_t dispersion;
         std::uint32_t seccion;
-        std::uint32_t inicio; ///< of its line
+        std::uint32_t inicio; ///< of its name
+        std::uint32_t largo;  ///< of its name
         std::uint32_t linea;
     };
     static constexpr std::uint32_t kNinguna = 0xFFFFFFFF;
 
-    void indexar();
-    bool crecer();
-    [[nodiscard]] std::uint32_t encontrar(std::uint32_t seccion, std::string_view nombre) const;
-    /// The entry's number, the new one's or that of the one that was there before; kNinguna when
-    /// the index takes no more.
-    std::uint32_t anotar(std::uint32_t seccion, const LineaIni& linea, bool& nueva);
-    [[nodiscard]] LineaIni lineaDe(const Entrada& e) const;
-    [[nodiscard]] std::optional<Hallazgo> recorrer(std::string_view seccion,
-                                                   std::string_view clave) const;
-    [[nodiscard]] std::optional<Hallazgo> recordar(std::string_view seccion,
-                                                   std::string_view clave) const;
+    [[nodiscard]] std::string_view nombreDe(const Entrada& e) const {
+        return std::string_view(contenido_).substr(e.inicio, e.largo);
+    }
+    /// Null when there is none.
+    [[nodiscard]] const Entrada* encontrar(std::uint32_t seccion, std::string_view nombre) const;
 
     std::string contenido_;
-    std::vector<Entrada> entradas_;
-    std::vector<std::uint32_t> lugares_; ///< open addressing: numbers of entries
-    bool completo_ = true;               ///< the index covers the whole file
-    /// What was looked for beyond the index: once through the file for every key, not every time.
-    mutable std::map<std::string, std::optional<Hallazgo>> recordados_;
+    std::vector<Entrada> entradas_; ///< sorted by section, name, place
 };
 
 /// The content with the key set: an existing key is replaced in place, a new one goes to the end of

@@ -7,6 +7,7 @@
 #include "config/ini.h"
 #include "plant/bases.h"
 #include "plant/direcciones.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -154,12 +155,12 @@ class LectorDePlanilla {
     void puerto() {
         Puerto p;
         p.numero = numero(Columna::Puerto);
-        p.scanPorDefecto = numero(Columna::ScanPorDefecto, 5);
+        p.scanPorDefecto = numero(Columna::ScanPorDefecto, de_puerto::kScan);
         p.leerDespuesDeEscribir = bandera(Columna::LeerDespues);
-        p.reintentosMax = numero(Columna::Reintentos, 3);
-        p.tiempoFuera = numero(Columna::TiempoFuera, 5);
-        p.tipoPlcPorDefecto = numero(Columna::TipoPlc, 5);
-        p.segReconeccion = numero(Columna::SegReconeccion, 30);
+        p.reintentosMax = numero(Columna::Reintentos, de_puerto::kReintentos);
+        p.tiempoFuera = numero(Columna::TiempoFuera, de_puerto::kTiempoFuera);
+        p.tipoPlcPorDefecto = numero(Columna::TipoPlc, de_puerto::kTipoPlc);
+        p.segReconeccion = numero(Columna::SegReconeccion, de_puerto::kReconeccion);
         if (!puertos_.insert(p.numero).second)
             mal(Columna::Puerto, textoDeNumero(p.numero) + " está repetido");
         listas_.puertos.push_back(p);

@@ -45,7 +45,7 @@ constexpr std::array<Explicacion, kCamposDeEsclavo.size()> kDeEsclavo = {{
      "Puerto TCP. Estaciones con la misma Ip y el mismo Puerto comparten una "
      "conexión."},
     {"0", "0 a 99", "Byte de la estación en la trama; distinto en cada una de una conexión."},
-    {"0", "-32768 a 32767", "Se muestra; no cambia nada."},
+    {"0", "-32768 a 32767", "Se lee; no cambia nada."},
 }};
 constexpr std::array<Explicacion, kCamposDeBloque.size()> kDeBloque = {{
     {"vacío", "texto", "Nombre; se lee y no cambia nada."},

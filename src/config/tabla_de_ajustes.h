@@ -38,11 +38,11 @@ struct AjusteDeTexto {
 
 inline constexpr AjusteNumerico kTiempoEntrePoleo{
     "Tiempo_Entre_poleo", 800, 0, 3'600'000,
-    "Pausa entre dos pedidos de una misma conexión, en milisegundos. Se lee al arrancar."};
+    "Pausa entre dos pedidos de una misma conexión, en milisegundos."};
 inline constexpr AjusteNumerico kBaseSolicitarConexiones{
     "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000,
-    "Cada cuántos milisegundos se supervisan las conexiones; es el intervalo de las tres claves "
-    "que siguen."};
+    "Milisegundos de un intervalo de conexión: cada uno se mira si toca intentar conectar. De él son "
+    "las tres claves que siguen."};
 inline constexpr AjusteNumerico kIntervalosConectando{
     "Cantidad_Intervalos_En_Estado_Conectando", 3, 0, 1'000'000,
     "Intervalos que una conexión puede estar conectando antes de cerrarla."};

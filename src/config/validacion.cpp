@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/validacion.h"
 
-#include "config/direccion.h"
 #include "plant/bases.h"
 #include "plant/direcciones.h"
+#include "plant/limites.h"
 #include "platform/maquina.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -18,8 +19,6 @@
 namespace kv {
 namespace {
 
-constexpr double kAnioEnSegundos = 31'536'000;
-constexpr double kMinimoDeTimer = 0.001; // seconds: a timer's shortest interval
 constexpr std::size_t kMaximoDeNombre = 255 - std::string_view("_STATUS").size();
 
 bool entero(double n) { return n == std::floor(n); }
@@ -130,17 +129,16 @@ void Validador::corregirTiempos(Puerto& p, const LineasDePuerto& lineas) {
                  "se usa " + textoDeNumero(porDefecto));
         valor = porDefecto;
     };
-    const auto duracion = [](double s, double maximo) {
-        return s >= kMinimoDeTimer && s <= maximo;
-    };
-    corregir(p.tiempoFuera, duracion(p.tiempoFuera, 3600), lineas.tiempoFuera, "TIME_OUT", 5);
+    corregir(p.tiempoFuera, esTiempo(p.tiempoFuera, limite::kTiempoFuera), lineas.tiempoFuera,
+             "TIME_OUT", de_puerto::kTiempoFuera);
     corregir(p.reintentosMax,
-             p.reintentosMax >= 0 && p.reintentosMax <= 1000 && entero(p.reintentosMax),
-             lineas.reintentosMax, "REINTENTOS_MAX", 3);
-    corregir(p.segReconeccion, duracion(p.segReconeccion, kAnioEnSegundos), lineas.segReconeccion,
-             "segundos de reconexión", 30);
-    corregir(p.scanPorDefecto, p.scanPorDefecto == 0 || duracion(p.scanPorDefecto, kAnioEnSegundos),
-             lineas.scanPorDefecto, "DEFAULT_SCAN_TIME", 5);
+             p.reintentosMax >= 0 && p.reintentosMax <= limite::kReintentos &&
+                 entero(p.reintentosMax),
+             lineas.reintentosMax, "REINTENTOS_MAX", de_puerto::kReintentos);
+    corregir(p.segReconeccion, esTiempo(p.segReconeccion), lineas.segReconeccion,
+             "segundos de reconexión", de_puerto::kReconeccion);
+    corregir(p.scanPorDefecto, esScan(p.scanPorDefecto), lineas.scanPorDefecto, "DEFAULT_SCAN_TIME",
+             de_puerto::kScan);
 }
 
 Trabajo Validador::estaciones() {
@@ -248,18 +246,21 @@ Trabajo Validador::bloques() {
 }
 
 bool Validador::cantidades(const ConfiguracionDeBloque& b, std::size_t linea) {
-    const auto rechazar = [&](const char* que, double valor, const char* pide) {
+    const auto rechazar = [&](const char* que, double valor, const std::string& pide) {
         problema(linea, std::string("el bloque tiene ") + que + " " + textoDeNumero(valor) + pide,
                  "no se crea el bloque");
         return false;
     };
-    if (!(b.cantidad >= 1 && b.cantidad <= kMaximoDeCantidad) || !entero(b.cantidad))
-        return rechazar("cantidad", b.cantidad, " y debe ser un entero de 1 a 10000");
-    if (!(b.nivel >= 0 && b.nivel <= kMaximoDeNivel) || !entero(b.nivel))
-        return rechazar("nivel", b.nivel, " y debe ser un entero de 0 a 10000");
-    if (b.scanSegundos == 0) return true;
-    if (!(b.scanSegundos >= kMinimoDeTimer && b.scanSegundos <= kAnioEnSegundos))
-        return rechazar("ScanTime", b.scanSegundos, " y debe ser 0, o de 0.001 a 31536000 s");
+    if (!(b.cantidad >= 1 && b.cantidad <= limite::kCantidad) || !entero(b.cantidad))
+        return rechazar("cantidad", b.cantidad,
+                        " y debe ser un entero de 1 a " + textoDeNumero(limite::kCantidad));
+    if (!(b.nivel >= 0 && b.nivel <= limite::kNivel) || !entero(b.nivel))
+        return rechazar("nivel", b.nivel,
+                        " y debe ser un entero de 0 a " + textoDeNumero(limite::kNivel));
+    if (!esScan(b.scanSegundos))
+        return rechazar("ScanTime", b.scanSegundos,
+                        " y debe ser 0, o de " + textoDeNumero(limite::kTiempoMinimo) + " a " +
+                            textoDeNumero(limite::kTiempo) + " s");
     return true;
 }
 

@@ -12,8 +12,6 @@
 
 namespace kv {
 
-inline constexpr double kMaximoDeNivel = 10'000;
-inline constexpr double kMaximoDeCantidad = 10'000;     ///< registers of one block
 inline constexpr double kMaximoDeVariables = 1'000'000; ///< of the whole plant, one a register
 
 /// What becomes of a configuration record.

@@ -175,8 +175,7 @@ std::optional<PuertaLocal::Lugar> PuertaLocal::lugarDe(std::string_view direccio
     if (!p_.tablas.bloques.vive(static_cast<double>(bloque))) return std::nullopt;
     const auto i = static_cast<Indice>(bloque);
     if (p_.tablas.bloques[i].clave == direccion) return Lugar{i, -1};
-    const auto bit = numeroDeTexto(direccion.substr(direccion.rfind('.') + 1)).value_or(0);
-    return Lugar{i, static_cast<int>(bit)};
+    return Lugar{i, bitDeTexto(direccion.substr(direccion.rfind('.') + 1))};
 }
 
 /// The variables that a request names, if it names any. False: one of them does not exist.

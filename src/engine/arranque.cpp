@@ -25,15 +25,11 @@ void levantarConfiguracion(Modelo& modelo, const ListasDeConfiguracion& listas,
     };
     // A port's place in the table is its number, so the ports are raised as they stand.
     for (const Puerto& p : listas.puertos) {
-        if (p.numero > 0)
-            modelo.levantarPuerto(p.numero, p.tiempoFuera, p.scanPorDefecto, p.reintentosMax,
-                                  p.segReconeccion, p.tipoPlcPorDefecto, p.leerDespuesDeEscribir);
+        if (p.numero > 0) modelo.levantarPuerto(p);
     }
     for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
         const Estacion& e = listas.estaciones[i];
-        if (e.puerto > 0 && sirve(validacion.estaciones, i))
-            modelo.levantarEstacion(e.puerto, std::string(recortar(e.ip)), e.puertoTCP, e.numero,
-                                    e.digitos, e.indice);
+        if (e.puerto > 0 && sirve(validacion.estaciones, i)) modelo.levantarEstacion(e);
     }
     for (std::size_t i = 0; i < listas.bloques.size(); ++i) {
         const ConfiguracionDeBloque& b = listas.bloques[i];

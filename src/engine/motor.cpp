@@ -13,18 +13,20 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       sello(bucle_.reloj()), log(archivos_, bucle_.reloj(), carpeta, programa),
       sucesos(bucle_.reloj()), contadores(sucesos, tablas),
       bitacora(sucesos, tablas, bucle_.reloj(), log), trazas(sucesos, tablas),
-      scriptControl(bucle_.reloj(), vista),
+      scriptControl(bucle_.reloj(), vista, *this),
       guion(bucle_, archivos_, scriptControl, vista, sucesos, log),
       logDelGuion(log, bucle_.reloj()), publicacion(tablas, scriptControl, vista, sello),
-      relojDeBloques(bucle_, tablas, publicacion, sucesos, vista, sello),
-      turnos(bucle_, tablas, sucesos, log), recepcion(tablas, turnos, bucle_, sucesos, log),
-      conexiones(bucle_, tablas, turnos, sucesos, vista, *this),
+      relojDeBloques(bucle_, tablas, publicacion, sucesos, vista, sello,
+                     [this](Indice bloque) { alTocarleA(bloque); }),
+      turnos(bucle_, tablas, sucesos, log, *this),
+      recepcion(tablas, turnos, bucle_, sucesos, log, [this] { guion.ejectutarScript(); }),
+      conexiones(bucle_, tablas, turnos, recepcion, sucesos, vista, *this, *this),
       modelo(tablas, conexiones, publicacion, relojDeBloques, vista),
       mudas(tablas, turnos, publicacion, relojDeBloques, sucesos),
       lectura(bucle_, tablas, turnos, publicacion, mudas, relojDeBloques, sucesos),
-      poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, sucesos),
       auditoria(sucesos, tablas, archivos_, bucle_.reloj(), carpeta, programa),
       ejecucion(bucle_, tablas, turnos, publicacion, mudas, sucesos),
+      poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, ejecucion, sucesos),
       solicitudes(tablas, turnos, ejecucion, sucesos, log),
       forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
               log),
@@ -43,20 +45,6 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       puertaLocal({bucle_, archivos_, ajustes, tablas, sucesos, publicacion, vista, solicitudes,
                    ejecucion, forzado, porQue, log},
                   Formas(tablas, turnos, conexiones, relojDeBloques, sucesos, contadores, porQue)) {
-    poleo.escribirCon(&ejecucion);
-    scriptControl.obedecerA(this);
-    turnos.avisarA(&poleo);
-    conexiones.avisarA(this);
-    conexiones.recibirCon(&recepcion);
-    recepcion.alCompletarse([this] { guion.ejectutarScript(); });
-    relojDeBloques.alTocarle([this](Indice bloque) {
-        try {
-            // On a free connection nothing else waits, except writes, which go first.
-            poleo.buscoSiguienteAPolear(tablas.bloques[bloque].idConexion);
-        } catch (const std::exception& falla) {
-            log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
-        }
-    });
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
         bitacora.alPasarElTiempo();
@@ -95,6 +83,17 @@ void Motor::aplicarAjustes() {
                       {},
                       Novedad::AjusteNoValido});
 }
+
+void Motor::alTocarleA(Indice bloque) {
+    try {
+        // On a free connection nothing else waits, except writes, which go first.
+        poleo.buscoSiguienteAPolear(tablas.bloques[bloque].idConexion);
+    } catch (const std::exception& falla) {
+        log.escribirLog("DRIVER", "TimerDeBloque", tablas.bloques[bloque].clave, falla.what());
+    }
+}
+
+void Motor::alQuedarLibre(Indice conexion) { poleo.alQuedarLibre(conexion); }
 
 void Motor::activarPoling_En_Socket(Indice conexion) { poleo.activarPoling_En_Socket(conexion); }
 

@@ -44,6 +44,7 @@ inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
 /// The engine: every part of the driver that needs no window, made once and joined. It decides
 /// nothing; it is the one place that knows who answers to whom.
 class Motor final : private AlCambiarConexion,
+                    private AlQuedarLibre,
                     private AjustesDeConexion,
                     private OrdenesDelGuion,
                     private OrdenesDelCliente {
@@ -89,9 +90,9 @@ class Motor final : private AlCambiarConexion,
     Modelo modelo;
     EstacionesMudas mudas;
     Lectura lectura;
-    Poleo poleo;
     Auditoria auditoria;
     EjecucionDeEscrituras ejecucion;
+    Poleo poleo;
     SolicitudesDeEscritura solicitudes;
     Forzado forzado;
     FrmServerTCP servidor;
@@ -103,9 +104,11 @@ class Motor final : private AlCambiarConexion,
   private:
     std::string idioma_;
 
+    void alTocarleA(Indice bloque);
     void activarPoling_En_Socket(Indice conexion) override;
     void desActivarPoling_En_Socket(Indice conexion) override;
     void establecerBAD_En_Socket(Indice conexion) override;
+    void alQuedarLibre(Indice conexion) override;
     double tiempoEntrePoleo() override;
     double baseDeSolicitudes() override;
     double intervalosEnEstadoConectando() override;

@@ -31,9 +31,11 @@ std::string deTantos(double cuantos, double maximo) {
 } // namespace
 
 GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos,
-                                       Sucesos& sucesos, Vista& vista, AjustesDeConexion& ajustes)
-    : bucle_(bucle), tablas_(tablas), turnos_(turnos), sucesos_(sucesos), vista_(vista),
-      ajustes_(ajustes), TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
+                                       OyenteDeZocalo& recepcion, Sucesos& sucesos, Vista& vista,
+                                       AjustesDeConexion& ajustes, AlCambiarConexion& destino)
+    : bucle_(bucle), tablas_(tablas), turnos_(turnos), recepcion_(recepcion), sucesos_(sucesos),
+      vista_(vista), ajustes_(ajustes), destino_(destino),
+      TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
       timer_SolicitarConexion_(bucle.crearTemporizador([this] { ticSolicitarConexion(); })) {
     TimerConexiones_->fijarIntervalo(kSupervisionMs);
     timer_SolicitarConexion_->fijarIntervalo(kSolicitudesMs);
@@ -41,9 +43,8 @@ GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& tur
 
 void GestorDeConexiones::levantarZocalo() {
     const auto i = static_cast<Indice>(wsSocket_.size());
-    wsSocket_.push_back(bucle_.crearZocalo(*recepcion_, i));
-    turnos_.agregarConexion();
-    turnos_.usarZocalo(i, wsSocket_.back().get());
+    wsSocket_.push_back(bucle_.crearZocalo(recepcion_, i));
+    turnos_.agregarConexion(*wsSocket_.back());
 }
 
 void GestorDeConexiones::retirar(Indice n) {
@@ -74,7 +75,7 @@ void GestorDeConexiones::supervisar(Indice n, bool& hacenFaltaSolicitudes) {
     const bool conectada = estado == EstadoZocalo::Conectado;
     const bool conectando = estado == EstadoZocalo::Cerrado || estado == EstadoZocalo::Conectando;
     vista_.lstViewSockets.poner(c.filaLista, kEstado,
-                                conectada    ? "Conectado OK"
+                                conectada    ? kConectado
                                 : conectando ? "Conectando..."
                                              : "NO Conectado");
     if (!conectada) hacenFaltaSolicitudes = true;
@@ -101,10 +102,9 @@ void GestorDeConexiones::pasarA(Indice n, bool conectada) {
     if (conectada) c.motivo.clear();
     c.dichoSinEnlace = !conectada;
     sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo, .conexion = n});
-    if (destino_ == nullptr) return;
-    if (conectada) return destino_->activarPoling_En_Socket(n);
-    destino_->desActivarPoling_En_Socket(n);
-    destino_->establecerBAD_En_Socket(n);
+    if (conectada) return destino_.activarPoling_En_Socket(n);
+    destino_.desActivarPoling_En_Socket(n);
+    destino_.establecerBAD_En_Socket(n);
 }
 
 void GestorDeConexiones::ticSolicitarConexion() {

@@ -36,10 +36,9 @@ class AlCambiarConexion {
 /// and again.
 class GestorDeConexiones {
   public:
-    GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, Sucesos& sucesos, Vista& vista,
-                       AjustesDeConexion& ajustes);
-    void avisarA(AlCambiarConexion* destino) { destino_ = destino; }
-    void recibirCon(OyenteDeZocalo* recepcion) { recepcion_ = recepcion; }
+    GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& turnos, OyenteDeZocalo& recepcion,
+                       Sucesos& sucesos, Vista& vista, AjustesDeConexion& ajustes,
+                       AlCambiarConexion& destino);
 
     /// The socket of one connection more, which has the connection's number.
     void levantarZocalo();
@@ -56,7 +55,6 @@ class GestorDeConexiones {
     [[nodiscard]] std::int64_t proximoIntentoMs(Indice n) const;
     [[nodiscard]] Zocalo& wsSocket(Indice i) { return *wsSocket_[i]; }
     [[nodiscard]] const Zocalo& wsSocket(Indice i) const { return *wsSocket_[i]; }
-    [[nodiscard]] std::size_t cuantosZocalos() const { return wsSocket_.size(); }
 
   private:
     void supervisar(Indice n, bool& hacenFaltaSolicitudes);
@@ -70,11 +68,11 @@ class GestorDeConexiones {
     Bucle& bucle_;
     Tablas& tablas_;
     Turnos& turnos_;
+    OyenteDeZocalo& recepcion_;
     Sucesos& sucesos_;
     Vista& vista_;
     AjustesDeConexion& ajustes_;
-    AlCambiarConexion* destino_ = nullptr;
-    OyenteDeZocalo* recepcion_ = nullptr;
+    AlCambiarConexion& destino_;
     std::vector<std::unique_ptr<Zocalo>> wsSocket_;
     std::unique_ptr<Temporizador> TimerConexiones_;
     std::unique_ptr<Temporizador> timer_SolicitarConexion_;

@@ -19,8 +19,9 @@ RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
 } // namespace
 
 Recepcion::Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& sucesos,
-                     ArchivoLog& log)
-    : tablas_(tablas), turnos_(turnos), bucle_(bucle), sucesos_(sucesos), log_(log) {}
+                     ArchivoLog& log, std::function<void()> alCompletarse)
+    : tablas_(tablas), turnos_(turnos), bucle_(bucle), sucesos_(sucesos), log_(log),
+      alCompletarse_(std::move(alCompletarse)) {}
 
 void Recepcion::alConectar(std::size_t indice) { turnos_.olvidar(static_cast<Indice>(indice)); }
 
@@ -40,7 +41,7 @@ void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> 
                          falla.what());
         completa = true;
     }
-    if (completa && alCompletarse_) alCompletarse_();
+    if (completa) alCompletarse_();
     turnos_.terminarPausaCumplida(n);
 }
 
@@ -62,7 +63,6 @@ bool Recepcion::recibir(Indice n, std::span<const std::uint8_t> bytes) {
         return eco;
     });
     if (llego_.basura > 0) {
-        ++descartadas_;
         c.llegoBasura = true;
         decirLlegada(Que::Descarte, n, bytes, static_cast<double>(llego_.basura));
     }
@@ -87,7 +87,6 @@ void Recepcion::entregar(Indice n) {
         c.debidas.alSobrar(vistas_, ahora);
     }
     const bool acepta = veredicto.de == De::LoPedido;
-    sobrantes_ += llego_.respuestas.size() - (acepta ? 1 : 0);
     for (std::size_t k = 0; k < std::min(llego_.respuestas.size(), kSobrantesEnTraza); ++k) {
         if (acepta && k == veredicto.cual) continue;
         Suceso sobra{.que = Que::Sobrante, .conexion = n};

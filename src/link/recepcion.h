@@ -15,18 +15,16 @@ namespace kv {
 /// whoever asked; late ones and what is no answer are traced and thrown away.
 class Recepcion final : public OyenteDeZocalo {
   public:
-    Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& sucesos, ArchivoLog& log);
-    /// Called when an arrival completed a frame, good or bad, and all that follows from it is done.
-    void alCompletarse(std::function<void()> que) { alCompletarse_ = std::move(que); }
+    /// `alCompletarse` is called when an arrival completed a frame, good or bad, and all that
+    /// follows from it is done.
+    Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& sucesos, ArchivoLog& log,
+              std::function<void()> alCompletarse);
 
     void alConectar(std::size_t indice) override;
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
     void alCortarse(std::size_t indice) override;
 
-    /// Arrivals with bytes that make no answer, and answers that were not accepted, since the
-    /// start.
-    [[nodiscard]] std::uint64_t descartadas() const { return descartadas_; }
-    [[nodiscard]] std::uint64_t sobrantes() const { return sobrantes_; }
+    /// Answers that were accepted, of all connections, since the start.
     [[nodiscard]] std::uint64_t respuestas() const { return respuestas_; }
 
   private:
@@ -45,8 +43,6 @@ class Recepcion final : public OyenteDeZocalo {
     Ensamblado llego_;                  ///< what it made
     std::string texto_;
     std::vector<RespuestasDebidas::Respuesta> vistas_;
-    std::uint64_t descartadas_ = 0;
-    std::uint64_t sobrantes_ = 0;
     std::uint64_t respuestas_ = 0;
 };
 

@@ -20,6 +20,9 @@ class Transaccion {
     virtual void vencida(Indice conexion) = 0;
     /// The link is gone, and its answer with it.
     virtual void perdida(Indice conexion) = 0;
+    /// The block that is being read, for those who explain what a connection does; kNinguno where
+    /// it is a write that is being carried out.
+    [[nodiscard]] virtual Indice bloqueQueLee(Indice conexion) const = 0;
 };
 
 } // namespace kv

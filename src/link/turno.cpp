@@ -19,25 +19,26 @@ std::int64_t enMs(double ms) { return std::max<std::int64_t>(1, std::llround(ms)
 
 } // namespace
 
-Turnos::Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log)
-    : bucle_(bucle), tablas_(tablas), sucesos_(sucesos), log_(log) {}
+Turnos::Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log,
+               AlQuedarLibre& destino)
+    : bucle_(bucle), tablas_(tablas), sucesos_(sucesos), log_(log), destino_(destino) {}
 
-Turnos::Companeros::Companeros(Turnos& turnos, Indice conexion)
-    : Timer_TimerPorIPPuerto(turnos.bucle_.temporizadores(),
-                             AlTicar::a<&Turnos::ticTiempoFuera>(turnos, conexion)),
+Turnos::Companeros::Companeros(Turnos& turnos, Zocalo& suyo, Indice conexion)
+    : zocalo(suyo), Timer_TimerPorIPPuerto(turnos.bucle_.temporizadores(),
+                                           AlTicar::a<&Turnos::ticTiempoFuera>(turnos, conexion)),
       Timer_IntervaloEntrePoleo(turnos.bucle_.temporizadores(),
                                 AlTicar::a<&Turnos::ticPausa>(turnos, conexion)) {
     Timer_IntervaloEntrePoleo.tocarUnaVez();
 }
 
-void Turnos::agregarConexion() {
-    companeros_.emplace_back(*this, static_cast<Indice>(companeros_.size()));
+void Turnos::agregarConexion(Zocalo& zocalo) {
+    companeros_.emplace_back(*this, zocalo, static_cast<Indice>(companeros_.size()));
 }
 
 bool Turnos::conectada(Indice conexion) const {
-    if (conexion >= companeros_.size() || companeros_[conexion].zocalo == nullptr) return false;
+    if (conexion >= companeros_.size()) return false;
     const ConexionIP& c = tablas_.conexiones[conexion];
-    const Zocalo& z = *companeros_[conexion].zocalo;
+    const Zocalo& z = companeros_[conexion].zocalo;
     return z.estado() == EstadoZocalo::Conectado && c.estadoSupervision == 1 &&
            c.enlaceSupervisado == z.conexiones();
 }
@@ -54,8 +55,7 @@ bool Turnos::libre(Indice conexion) const {
 }
 
 bool Turnos::llegoTodo(Indice conexion) const {
-    const Zocalo* z = companeros_[conexion].zocalo;
-    return z == nullptr || z->bytesSinConfirmar() == 0;
+    return companeros_[conexion].zocalo.bytesSinConfirmar() == 0;
 }
 
 RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
@@ -100,7 +100,7 @@ void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoM
     c.tramaEnCurso = trama;
     // Armed before the send: an answer that is handled while events run must find it armed.
     companeros_[conexion].Timer_TimerPorIPPuerto.rearmar(plazoMs, c.enviadoUs);
-    companeros_[conexion].zocalo->enviar(trama);
+    companeros_[conexion].zocalo.enviar(trama);
 }
 
 void Turnos::moverTiempoFuera(Indice conexion, std::int64_t ms) {
@@ -116,7 +116,7 @@ std::int64_t Turnos::descanso(const BloqueLectura& b) const {
 void Turnos::abortar(Indice conexion) {
     sucesos_.decir({.que = Que::EnlaceCortado, .conexion = conexion});
     tablas_.conexiones[conexion].motivo = enPalabras(Motivo::EscrituraAbandonada);
-    companeros_[conexion].zocalo->abortar();
+    companeros_[conexion].zocalo.abortar();
     olvidar(conexion);
 }
 
@@ -129,7 +129,7 @@ void Turnos::retener(Indice conexion, std::int64_t ms) {
     if (ahora - desde > kTiemposRetenida * c.debidas.paciencia()) {
         sucesos_.decir({.que = Que::LineaNoCalla, .conexion = conexion});
         c.motivo = enPalabras(Motivo::LineaQueNoCalla);
-        companeros_[conexion].zocalo->abortar();
+        companeros_[conexion].zocalo.abortar();
         return olvidar(conexion);
     }
     c.turno = EstadoDeTurno::EnPausa;
@@ -181,9 +181,8 @@ void Turnos::ticPausa(Indice conexion) {
     if (c.turno != EstadoDeTurno::EnPausa) return;
     sucesos_.decir({.que = Que::PausaTermina, .conexion = conexion});
     c.turno = EstadoDeTurno::Libre;
-    if (destino_ == nullptr) return;
     try {
-        destino_->alQuedarLibre(conexion);
+        destino_.alQuedarLibre(conexion);
     } catch (const std::exception& falla) {
         anotarFalla(conexion, falla.what());
     }

@@ -25,11 +25,10 @@ class AlQuedarLibre {
 /// station but through here.
 class Turnos {
   public:
-    Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log);
-    void avisarA(AlQuedarLibre* destino) { destino_ = destino; }
-    /// Makes the socket's companions of connection `k`: call once per connection, in order.
-    void agregarConexion();
-    void usarZocalo(Indice conexion, Zocalo* zocalo) { companeros_[conexion].zocalo = zocalo; }
+    Turnos(Bucle& bucle, Tablas& tablas, Sucesos& sucesos, ArchivoLog& log, AlQuedarLibre& destino);
+    /// Adds the timers of one more connection, in the order of the connections. The socket must
+    /// outlive this.
+    void agregarConexion(Zocalo& zocalo);
 
     /// Pause between two requests, milliseconds; 0 means that the next follows at once.
     void fijarPausa(double ms) { pausaMs_ = ms; }
@@ -71,8 +70,8 @@ class Turnos {
     void abortar(Indice conexion);
     /// The other end has acknowledged all that was sent.
     [[nodiscard]] bool llegoTodo(Indice conexion) const;
-    /// The transaction is over, well or badly: time-out off, pause on. Traces the line that
-    /// announces it. On a connection that is not waiting it changes nothing.
+    /// The transaction is over, well or badly: time-out off, pause on, which an event says. On a
+    /// connection that is not waiting it changes nothing.
     void pausar(Indice conexion);
     /// The same, with a pause that began at a moment just past, on the loop's clock.
     void pausar(Indice conexion, std::int64_t desdeUs);
@@ -91,8 +90,8 @@ class Turnos {
 
   private:
     struct Companeros {
-        Companeros(Turnos& turnos, Indice conexion);
-        Zocalo* zocalo = nullptr;
+        Companeros(Turnos& turnos, Zocalo& suyo, Indice conexion);
+        Zocalo& zocalo;
         Transaccion* enCurso = nullptr;
         Temporizador Timer_TimerPorIPPuerto;
         Temporizador Timer_IntervaloEntrePoleo;
@@ -107,7 +106,7 @@ class Turnos {
     Tablas& tablas_;
     Sucesos& sucesos_;
     ArchivoLog& log_;
-    AlQuedarLibre* destino_ = nullptr;
+    AlQuedarLibre& destino_;
     double pausaMs_ = 800;
     std::deque<Companeros> companeros_; // timers do not move
 };

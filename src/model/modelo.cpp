@@ -2,6 +2,8 @@
 #include "model/modelo.h"
 
 #include "plant/bases.h"
+#include "plant/limites.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "view/columnas.h"
@@ -9,17 +11,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace kv {
 namespace {
 
 // A time-out or rest of no length would spin a timer or stop it for ever.
-constexpr double kTiempoFueraPorDefecto = 5;
-constexpr double kReconeccionPorDefecto = 30;
-
-double segundosUtiles(double segundos, double porDefecto) {
-    return segundos > 0 && segundos <= Modelo::kScanMaximo ? segundos : porDefecto;
+double util(double segundos, double maximo, double porDefecto) {
+    return esTiempo(segundos, maximo) ? segundos : porDefecto;
 }
 
 } // namespace
@@ -30,32 +30,18 @@ Modelo::Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publ
       vista_(vista), filasDeVariables_(tablas, vista.lstViewVariables),
       filasDeBloques_(tablas, vista.lstViewEstadoDeBloques) {}
 
-void Modelo::levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
-                            double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
-                            bool /*leerDespuesDeEscribir*/) {
-    tablas_.puertos.agregar({numero, tiempoFuera, scanPorDefecto, reintentosMax, segReconeccion,
-                             tipoPlcPorDefecto, false});
-}
-
-void Modelo::levantarEstacion(double puerto, const std::string& conBlancos,
-                              const std::string& puertoConBlancos, double numero, double digitos,
-                              double indice) {
-    const std::string ip(recortar(conBlancos));
-    const std::string puertoTCP(recortar(puertoConBlancos));
-    const auto numeroCorto = enteroCorto(numero);
-    const auto digitosCortos = enteroCorto(digitos);
-    const auto indiceCorto = enteroCorto(indice);
-    if (!numeroCorto || !digitosCortos || !indiceCorto) return;
+void Modelo::levantarEstacion(const Estacion& configurada) {
+    const std::string ip(recortar(configurada.ip));
+    const std::string puertoTCP(recortar(configurada.puertoTCP));
     Indice k = tablas_.buscarConexion(ip, puertoTCP);
-    if (k == kNinguno) k = levantarConexion(puerto, ip, puertoTCP);
+    if (k == kNinguno) k = levantarConexion(configurada.puerto, ip, puertoTCP);
     ConexionIP& c = tablas_.conexiones[k];
     for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
-        if (!c.estaciones[e].retirada && c.estaciones[e].indice == *indiceCorto) return;
+        if (!c.estaciones[e].retirada && c.estaciones[e].indice == configurada.indice) return;
     }
     Estacion estacion;
-    estacion.numero = *numeroCorto;
-    estacion.digitos = *digitosCortos;
-    estacion.indice = *indiceCorto;
+    estacion.numero = configurada.numero;
+    estacion.indice = configurada.indice;
     estacion.numeroDeEstacion = tablas_.cantidadDeEstaciones += 1;
     const auto e = static_cast<Indice>(c.estaciones.agregar(estacion));
     tablas_.anotarEstacion(k, e);
@@ -74,28 +60,27 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
     nueva.ip = ip;
     nueva.puertoTCP = puertoTCP;
     nueva.puerto = puerto;
-    const auto numero = entero(numeroDeTexto(puertoTCP).value_or(0)).value_or(0);
-    nueva.numeroDePuertoTCP =
-        numero >= 1 && numero <= 65535 ? static_cast<std::uint32_t>(numero) : 0;
+    nueva.numeroDePuertoTCP = puertoTcpDeTexto(puertoTCP).value_or(0);
     conexiones_.levantarZocalo();
     nueva.filaLista = vista_.lstViewSockets.agregar(textoDeNumero(puerto));
-    vista_.lstViewSockets.poner(nueva.filaLista, 1, ip + ":" + puertoTCP);
+    vista_.lstViewSockets.poner(nueva.filaLista, de_conexiones::kDireccion, ip + ":" + puertoTCP);
     const auto k = static_cast<Indice>(tablas_.conexiones.agregar(std::move(nueva)));
     tablas_.anotarConexion(k);
     return k;
 }
 
 void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) {
-    b.tiempoFueraMs = milisegundos(segundosUtiles(puerto.tiempoFuera, kTiempoFueraPorDefecto));
-    b.segReconeccion = segundosUtiles(puerto.segReconeccion, kReconeccionPorDefecto);
+    b.tiempoFueraMs =
+        milisegundos(util(puerto.tiempoFuera, limite::kTiempoFuera, de_puerto::kTiempoFuera));
+    b.segReconeccion = util(puerto.segReconeccion, limite::kTiempo, de_puerto::kReconeccion);
     b.reconeccionMs = milisegundos(b.segReconeccion);
     b.reintentosMax = puerto.reintentosMax;
 }
 
 void Modelo::anotarPaciencia(ConexionIP& c, const BloqueLectura& b) {
+    const double intentos = std::clamp(b.reintentosMax, 0.0, limite::kReintentos) + 1;
     c.pacienciaMs = std::max<std::int64_t>(
-        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) *
-                                    (std::clamp(b.reintentosMax, 0.0, 100.0) + 1)));
+        c.pacienciaMs, std::llround(static_cast<double>(b.tiempoFueraMs) * intentos));
 }
 
 double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
@@ -106,7 +91,7 @@ double Modelo::levantarBloquePoleo(double puerto, double plc, const std::string&
     };
     const auto lugar = tablas_.buscarEstacion(puerto, plc);
     if (lugar.conexion == kNinguno || !tablas_.puertos.vive(puerto - 1) ||
-        !enRango(cantidad, 1, kCantidadMaxima) || !enRango(nivel, 0, kNivelMaximo) ||
+        !enRango(cantidad, 1, limite::kCantidad) || !enRango(nivel, 0, limite::kNivel) ||
         !esScan(scanSegundos))
         return -1;
     Indice primero = kNinguno;
@@ -126,8 +111,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     const auto k = static_cast<Indice>(tablas_.bloques.agregar({}));
     BloqueLectura& b = tablas_.bloques[k];
     b.nivel = nivel;
-    b.activo = b.activoPorDefecto = activo;
-    b.habilitadoPorRespuestas = !estacion.muda;
+    b.activoPorDefecto = activo;
     b.indice = k;
     b.primeroDelConfigurado = primero == kNinguno ? k : primero;
     b.idConexion = lugar.conexion;
@@ -136,8 +120,7 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     b.plc = estacion.numero;
     b.clave = claveDeBloque(puerto, b.plc, direccion);
     tablas_.largoDeClaves += b.clave.size();
-    b.scanSegundos = b.scanConfigurado = scanSegundos;
-    b.scanMs = milisegundos(scanSegundos);
+    reloj_.agregar(k, scanSegundos);
     copiarDePuerto(b, tablas_.puertos[static_cast<std::size_t>(puerto) - 1]);
     anotarPaciencia(c, b);
     tablas_.anotarNivel(k);
@@ -146,12 +129,12 @@ Indice Modelo::levantarRegistro(const Tablas::LugarDeEstacion& lugar, double pue
     const auto trama = armarTramaLectura(direccion, textoDeNumero(estacion.indice));
     b.tieneTrama = trama.has_value();
     if (trama) b.tramaSolicitud = *trama;
-    if (trama && activo) ++c.activos;
     b.posicionEnConexion = static_cast<Indice>(c.bloques.size());
     c.bloques.push_back(k);
     estacion.bloques.push_back(k);
     tablas_.anotarRegistro(k);
     levantarControles(b);
+    publicacion_.ponerActivo(k, activo);
     return k;
 }
 
@@ -160,7 +143,6 @@ void Modelo::levantarVariable(BloqueLectura& b) {
     tablas_.cantidadDePuntos += 1;
     Lista& lista = vista_.lstViewVariables;
     b.filaVariable = lista.agregar(b.clave, b.indice);
-    lista.tildar(b.filaVariable, b.activo);
     publicacion_.darDeAlta(b);
 }
 
@@ -168,21 +150,22 @@ void Modelo::levantarControles(const BloqueLectura& b) {
     Lista& lista = vista_.lstViewEstadoDeBloques;
     const FilaDeLista fila = lista.agregar(b.clave, b.indice);
     tablas_.bloques[b.indice].filaBloque = fila;
-    lista.poner(fila, 3, "SI");
+    using namespace de_bloques;
+    lista.poner(fila, kHabilitado, "SI");
     if (!b.tieneTrama)
-        lista.poner(fila, 4, "NO SE POLEA: direccion o indice fuera de trama");
+        lista.poner(fila, kNota, "NO SE POLEA: direccion o indice fuera de trama");
     else if (b.scanMs == 0)
-        lista.poner(fila, 4, "SCAN 0: se lee al conectar y al forzar");
-    lista.tildar(fila, b.activo);
-    reloj_.agregar();
+        lista.poner(fila, kNota, "SCAN 0: se lee al conectar y al forzar");
 }
 
 bool Modelo::cambiarPuerto(Indice cual, const Puerto& puerto) {
-    Puerto nuevo = puerto;
-    nuevo.leerDespuesDeEscribir = false;
-    if (tablas_.puertos[cual] == nuevo) return false;
-    tablas_.puertos[cual] = nuevo;
-    return true;
+    const auto loQueRige = [](const Puerto& p) {
+        return std::tie(p.tiempoFuera, p.scanPorDefecto, p.reintentosMax, p.segReconeccion);
+    };
+    Puerto& suyo = tablas_.puertos[cual];
+    const bool cambia = loQueRige(suyo) != loQueRige(puerto);
+    suyo = puerto;
+    return cambia;
 }
 
 void Modelo::tomarTiempos(Indice conexion) {
@@ -203,10 +186,7 @@ void Modelo::cambiarNivel(Indice bloque, double nivel) {
 
 void Modelo::retirarBloque(Indice bloque) {
     BloqueLectura& b = tablas_.bloques[bloque];
-    reloj_.encender(bloque, false, 0);
-    reloj_.parar(bloque);
-    tablas_.habilitar(bloque, true);
-    tablas_.ponerPendiente(bloque, false);
+    reloj_.retirar(bloque);
     b.activoPorDefecto = false;
     const auto bits =
         b.bits ? std::count(b.bits->bitDefinido.begin(), b.bits->bitDefinido.end(), true) : 0;
@@ -248,7 +228,6 @@ void Modelo::levantarBitDeDireccion(Indice bloque, std::size_t bit) {
     Lista& lista = vista_.lstViewVariables;
     const FilaDeLista fila = lista.agregar(clave, b.indice);
     b.bits->bitFilas[bit] = fila;
-    lista.tildar(fila, b.activo);
     publicacion_.darDeAltaBit(b, bit);
 }
 

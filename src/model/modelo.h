@@ -13,21 +13,17 @@
 namespace kv {
 
 /// Builds runtime records: ports, stations with their connections, read blocks with their
-/// variables, bits. Each record is complete when its operation returns: its rows, boxes, tabs,
-/// timers and published variables exist.
+/// variables, bits. Each record is complete when its operation returns: its rows, timers and
+/// published variables exist.
 class Modelo {
   public:
     Modelo(Tablas& tablas, GestorDeConexiones& conexiones, Publicacion& publicacion,
            RelojDeBloques& reloj, Vista& vista);
 
-    /// Seconds where times are meant. `leerDespuesDeEscribir` is accepted and not kept.
-    void levantarPuerto(double numero, double tiempoFuera, double scanPorDefecto,
-                        double reintentosMax, double segReconeccion, double tipoPlcPorDefecto,
-                        bool leerDespuesDeEscribir);
-    /// A station that its connection already has (same `indice`) changes nothing; nor does one
-    /// whose numbers do not fit 16 bits.
-    void levantarEstacion(double puerto, const std::string& ip, const std::string& puertoTCP,
-                          double numero, double digitos, double indice);
+    void levantarPuerto(const Puerto& puerto) { tablas_.puertos.agregar(puerto); }
+    /// A station as configured. One that its connection already has (same `indice`) changes
+    /// nothing.
+    void levantarEstacion(const Estacion& configurada);
     /// A frame asks for one register, so a quantity of n becomes n blocks of one register each, as
     /// far as the addresses go. Index of the first, or -1 when the port or station does not exist,
     /// or the quantity, level or scan time is none that a block can have. An address or station
@@ -47,15 +43,6 @@ class Modelo {
     void terminarCambios();
     /// The bit variable `bit` (0 to 15) of a block's register; nothing if it exists.
     void levantarBitDeDireccion(Indice bloque, std::size_t bit);
-
-    static constexpr double kCantidadMaxima = 10'000; ///< registers of a configured block
-    static constexpr double kNivelMaximo = 10'000;
-    static constexpr double kScanMaximo = 86400.0 * 365; ///< seconds
-    static constexpr double kScanMinimo = 0.001;         ///< seconds, for one that is not 0
-    /// 0, or within the two above.
-    [[nodiscard]] static bool esScan(double segundos) {
-        return segundos == 0 || (segundos >= kScanMinimo && segundos <= kScanMaximo);
-    }
 
   private:
     [[nodiscard]] static std::string rotulo(const Estacion& e);

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/escritura_manual.h"
 
+#include "plant/direcciones.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "write/palabra.h"
 
 namespace kv {
 namespace {
-
-constexpr int kBits = 16;
-constexpr double kPalabraMaxima = 65535;
 
 double numero(const std::string& texto) { return numeroDeTexto(texto).value_or(0); }
 
@@ -18,8 +17,8 @@ double numero(const std::string& texto) { return numeroDeTexto(texto).value_or(0
 int EscrituraManual::bit() const {
     const auto punto = TxtDireccion.rfind('.');
     if (punto == std::string::npos) return -1;
-    const auto n = numeroDeTexto(std::string_view(TxtDireccion).substr(punto + 1));
-    return n && *n >= 0 && *n < kBits ? static_cast<int>(*n) : -1;
+    const int n = bitDeTexto(std::string_view(TxtDireccion).substr(punto + 1));
+    return n == kNoEsBit ? -1 : n;
 }
 
 std::string EscrituraManual::direccion() const {
@@ -40,7 +39,7 @@ bool EscrituraManual::CheckBin(int cual) const {
 std::string EscrituraManual::LblBinario() const {
     if (bit() >= 0) return "Bit " + std::to_string(bit()) + ": " + (CheckBin(bit()) ? '1' : '0');
     std::string bits;
-    for (int b = kBits - 1; b >= 0; --b)
+    for (int b = limite::kBits - 1; b >= 0; --b)
         bits += CheckBin(b) ? '1' : '0';
     return "Binario: " + bits;
 }
@@ -50,7 +49,9 @@ void EscrituraManual::marcar(int cual, bool marcado) {
     ponerValor(textoDeNumero(SetearBIT_YDevolverPalabra(numero(valor_), cual, marcado)));
 }
 
-bool EscrituraManual::cabe() const { return numero(valor_) <= (bit() >= 0 ? 1 : kPalabraMaxima); }
+bool EscrituraManual::cabe() const {
+    return numero(valor_) <= (bit() >= 0 ? 1 : limite::kRegistro);
+}
 
 bool EscrituraManual::admite(char16_t caracter) {
     const auto tecla = static_cast<std::int16_t>(caracter);

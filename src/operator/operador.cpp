@@ -2,9 +2,12 @@
 #include "operator/operador.h"
 
 #include "operator/dichos_de_operador.h"
+#include "plant/direcciones.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
+#include "view/columnas.h"
 
 #include <algorithm>
 
@@ -13,13 +16,6 @@ namespace {
 
 constexpr std::string_view kOrigen = "ventana";
 constexpr std::string_view kPrimeraDireccion = "1.1.40001";
-constexpr std::size_t kPartesConBit = 4;
-constexpr double kBits = 16;
-constexpr double kPalabraMaxima = 65535;
-// Columns of the variables list.
-constexpr std::size_t kValor = 1;
-constexpr std::size_t kEstado = 2;
-constexpr std::size_t kFechaHora = 3;
 
 constexpr std::string_view kVentana = "Form1"; // as the log names it
 
@@ -33,10 +29,6 @@ std::optional<std::string> registroSiguiente(std::string_view registro) {
     return digitos;
 }
 
-bool esDeBit(std::string_view direccion) {
-    return std::count(direccion.begin(), direccion.end(), '.') + 1 == kPartesConBit;
-}
-
 } // namespace
 
 std::optional<std::string> direccionSiguiente(std::string_view direccion) {
@@ -44,10 +36,10 @@ std::optional<std::string> direccionSiguiente(std::string_view direccion) {
     if (punto == std::string_view::npos) return std::nullopt;
     std::string cola;
     if (esDeBit(direccion)) {
-        const auto bit = numeroDeTexto(direccion.substr(punto + 1));
-        if (!bit || *bit < 0) return std::nullopt;
-        if (*bit + 1 < kBits)
-            return std::string(direccion.substr(0, punto + 1)) + textoDeNumero(*bit + 1);
+        const int bit = bitDeTexto(direccion.substr(punto + 1));
+        if (bit == kNoEsBit) return std::nullopt;
+        if (bit + 1 < limite::kBits)
+            return std::string(direccion.substr(0, punto + 1)) + std::to_string(bit + 1);
         direccion = direccion.substr(0, punto);
         punto = direccion.rfind('.');
         cola = ".0";
@@ -176,22 +168,21 @@ std::int64_t Operador::buscarDireccion(std::string_view direccion) {
 }
 
 void Operador::mostrarBusqueda(std::string_view direccion) {
-    Lista& lista = p_.vista.lstViewVariables;
+    const Lista& lista = p_.vista.lstViewVariables;
     const std::int64_t hallada = lista.buscar(direccion);
     if (hallada < 0) {
         p_.vista.lblResultadoBusqueda.poner(p_.sello.ahora() + "\r\nNo existe");
         return;
     }
     const auto fila = static_cast<std::uint32_t>(hallada);
-    lista.seleccionar(fila);
     std::string texto;
     const auto renglon = [&](std::string_view nombre, std::size_t columna) {
         texto.append(nombre).append(lista.texto(fila, columna)).append("\r\n");
     };
-    renglon(" Direccion: ", 0);
-    renglon("  Valor: ", kValor);
-    renglon("  Estado: ", kEstado);
-    renglon("  Validez: ", kFechaHora);
+    renglon(" Direccion: ", de_variables::kDireccion);
+    renglon("  Valor: ", de_variables::kValor);
+    renglon("  Estado: ", de_variables::kEstado);
+    renglon("  Validez: ", de_variables::kFechaHora);
     p_.vista.lblResultadoBusqueda.poner(texto);
 }
 
@@ -204,10 +195,10 @@ std::string Operador::loQueSeLee(std::string_view direccion) const {
     const std::int64_t hallada = lista.buscar(recortar(direccion));
     if (hallada < 0) return {};
     const auto fila = static_cast<std::uint32_t>(hallada);
-    std::string texto(lista.texto(fila, kValor));
-    const std::string estado = lista.texto(fila, kEstado);
+    std::string texto(lista.texto(fila, de_variables::kValor));
+    const std::string estado = lista.texto(fila, de_variables::kEstado);
     texto += "   " + (lista.tildada(fila) ? estado : decir(dicho::kYApagado, {estado}));
-    return texto.append("   ").append(lista.texto(fila, kFechaHora));
+    return texto.append("   ").append(lista.texto(fila, de_variables::kFechaHora));
 }
 
 Aviso Operador::escribirEn(const std::string& renglon, std::string_view direccion,
@@ -240,7 +231,7 @@ Aviso Operador::escribirOtroValor(std::string_view direccion, std::string& valor
     if (esDeBit(direccion)) {
         valor = *numero == 0 ? "1" : "0";
     } else {
-        valor = *numero >= kPalabraMaxima ? "0" : textoDeNumero(*numero + 1);
+        valor = *numero >= limite::kRegistro ? "0" : textoDeNumero(*numero + 1);
     }
     return escribirValor(direccion, valor);
 }
@@ -284,7 +275,7 @@ void Operador::activarBloque(std::int64_t indice, bool estado) {
 
 AperturaDeEscritura Operador::abrirEscritura(std::uint32_t fila) const {
     const Lista& lista = p_.vista.lstViewVariables;
-    const std::string direccion = lista.texto(fila, 0);
+    const std::string direccion = lista.texto(fila, de_variables::kDireccion);
     const auto partes = partir(direccion, '.');
     const BloqueLectura* b = bloque(lista.etiqueta(fila));
     AperturaDeEscritura a;
@@ -299,7 +290,7 @@ AperturaDeEscritura Operador::abrirEscritura(std::uint32_t fila) const {
         a.plc = partes[1];
         a.direccion =
             direccion.substr(static_cast<std::size_t>(partes[2].data() - direccion.data()));
-        a.valor = numeroDeTexto(lista.texto(fila, kValor)).value_or(0);
+        a.valor = numeroDeTexto(lista.texto(fila, de_variables::kValor)).value_or(0);
     }
     return a;
 }
@@ -317,7 +308,7 @@ Aviso Operador::responderScan(std::int64_t indice, std::string_view respuesta) {
     const auto segundos = numeroConComa(respuesta);
     const std::string campo = decir(dicho::kScan);
     if (!segundos) return errorDeIngreso(campo, dicho::kNoEsNumero);
-    if (!Modelo::esScan(*segundos)) return errorDeIngreso(campo, dicho::kScanFueraDeRango);
+    if (!esScan(*segundos)) return errorDeIngreso(campo, dicho::kScanFueraDeRango);
     hacer({Orden::Clase::Scan, {}, static_cast<double>(indice), *segundos});
     return {};
 }

@@ -214,15 +214,15 @@ std::string PorQue::enDescanso(const BloqueLectura& b) const {
 std::string PorQue::queOcupaLaLinea(const BloqueLectura& b) const {
     const ConexionIP& c = tablas_.conexiones[b.idConexion];
     if (c.retenida) return decir(dicho::kLineaRetenida);
-    const bool leyendo = c.turno == EstadoDeTurno::Esperando && c.bloqueEnCurso != kNinguno;
-    if (leyendo && tablas_.bloques[c.bloqueEnCurso].tramaSolicitud == c.tramaEnCurso) {
-        if (c.bloqueEnCurso == b.indice) return decir(dicho::kSeLePregunta);
-        const Estacion& otra = tablas_.estacionDe(tablas_.bloques[c.bloqueEnCurso]);
+    if (const Transaccion* enCurso = turnos_.enCurso(b.idConexion)) {
+        const Indice leido = enCurso->bloqueQueLee(b.idConexion);
+        if (leido == kNinguno) return decir(dicho::kDetrasDeEscritura);
+        if (leido == b.indice) return decir(dicho::kSeLePregunta);
+        const Estacion& otra = tablas_.estacionDe(tablas_.bloques[leido]);
         if (otra.fallidos.desde.hay())
             return decir(dicho::kDetrasDeEstacion,
-                         {nombreDeEstacion(tablas_, c.bloqueEnCurso), intentos(otra.fallidos)});
+                         {nombreDeEstacion(tablas_, leido), intentos(otra.fallidos)});
     }
-    if (c.turno == EstadoDeTurno::Esperando && !leyendo) return decir(dicho::kDetrasDeEscritura);
     return contar(dicho::kEsperaSolo, dicho::kEspera, c.activos);
 }
 

@@ -47,9 +47,7 @@ Trabajo Traspaso::puertos(const ListasDeConfiguracion& listas, Hecho& hecho) {
         if (p.numero <= 0) continue;
         const std::size_t cual = n++;
         if (cual >= cambiados.size()) {
-            p_.modelo.levantarPuerto(p.numero, p.tiempoFuera, p.scanPorDefecto, p.reintentosMax,
-                                     p.segReconeccion, p.tipoPlcPorDefecto,
-                                     p.leerDespuesDeEscribir);
+            p_.modelo.levantarPuerto(p);
         } else if (p_.modelo.cambiarPuerto(static_cast<Indice>(cual), p)) {
             hecho.puertos = cambiados[cual] = true;
         }
@@ -112,8 +110,7 @@ Trabajo Traspaso::ordenarNiveles() {
 
 Trabajo Traspaso::levantar(const ListasDeConfiguracion& listas, const Diferencia& d, Hecho& hecho) {
     for (const std::size_t i : d.estacionesNuevas) {
-        const Estacion& e = listas.estaciones[i];
-        p_.modelo.levantarEstacion(e.puerto, e.ip, e.puertoTCP, e.numero, e.digitos, e.indice);
+        p_.modelo.levantarEstacion(listas.estaciones[i]);
         co_await porciones_.gastar(kPorEstacion);
     }
     for (const Diferencia::Nuevo& n : d.nuevos) {

@@ -9,16 +9,12 @@
 namespace kv {
 
 std::optional<std::string> Descripciones::clave(std::string_view direccion) {
-    constexpr double kBits = 16;
     DireccionPartida partes;
-    if (!partirDireccion(direccion, partes)) return std::nullopt;
-    std::string clave = claveDeBloque(partes.puerto, partes.plc,
-                                      std::to_string(*hexadecimal(recortar(partes.registro))));
-    const auto trozos = partir(direccion, '.');
-    if (trozos.size() < 4) return clave;
-    const auto bit = numeroDeTexto(trozos[3]);
-    if (!bit || !(*bit >= 0 && *bit < kBits) || *bit != static_cast<int>(*bit)) return std::nullopt;
-    return clave + "." + textoDeNumero(*bit);
+    if (!partirDireccion(direccion, partes) || partes.bit == kNoEsBit) return std::nullopt;
+    const auto registro = hexadecimal(partes.registro);
+    if (!registro) return std::nullopt;
+    std::string clave = claveDeBloque(partes.puerto, partes.plc, std::to_string(*registro));
+    return partes.bit < 0 ? clave : clave + "." + std::to_string(partes.bit);
 }
 
 Descripciones::Resultado Descripciones::poner(std::string_view direccion, Descripcion descripcion) {

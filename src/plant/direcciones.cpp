@@ -2,17 +2,18 @@
 #include "plant/direcciones.h"
 
 #include "plant/bases.h"
+#include "plant/limites.h"
 #include "plant/tablas.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kv {
 namespace {
 
 constexpr std::string_view kEstado = "_status";
-constexpr double kBits = 16;
 
 std::string lugar(double puerto, double plc) {
     return textoDeNumero(puerto) + "." + textoDeNumero(plc);
@@ -49,8 +50,7 @@ bool DireccionesDePlanta::publica(std::string_view nombre) const {
     if (n.ends_with(kEstado)) n.resize(n.size() - kEstado.size());
     const auto corte = n.rfind('_');
     if (corte == std::string::npos) return false;
-    const auto bit = numeroDeTexto(std::string_view(n).substr(corte + 1));
-    if (!bit || !(*bit >= 0 && *bit < kBits)) return false;
+    if (bitDeTexto(std::string_view(n).substr(corte + 1)) == kNoEsBit) return false;
     return publicados_.contains(n.substr(0, corte));
 }
 
@@ -82,10 +82,16 @@ bool partirDireccion(std::string_view texto, DireccionPartida& partes) {
     if (!puerto || !plc) return false;
     partes = {*puerto, *plc, recortar(trozos[2])};
     if (trozos.size() == 3) return true;
-    const auto bit = numeroDeTexto(trozos[3]);
-    const bool sirve = bit && *bit >= 0 && *bit <= 15 && *bit == std::floor(*bit);
-    partes.bit = sirve ? static_cast<int>(*bit) : kNoEsBit;
+    partes.bit = bitDeTexto(trozos[3]);
     return true;
 }
+
+int bitDeTexto(std::string_view texto) {
+    const auto bit = numeroDeTexto(texto);
+    const bool sirve = bit && *bit >= 0 && *bit < limite::kBits && *bit == std::floor(*bit);
+    return sirve ? static_cast<int>(*bit) : kNoEsBit;
+}
+
+bool esDeBit(std::string_view direccion) { return std::ranges::count(direccion, '.') == 3; }
 
 } // namespace kv

@@ -51,6 +51,10 @@ struct DireccionPartida {
     int bit = -1;              ///< 0 to 15; -1: the whole register; kNoEsBit: a text that is none
 };
 inline constexpr int kNoEsBit = -2;
+/// The number of a bit, 0 to 15; kNoEsBit for any other text.
+[[nodiscard]] int bitDeTexto(std::string_view texto);
+/// The address has four parts: it is that of a bit.
+[[nodiscard]] bool esDeBit(std::string_view direccion);
 /// False: the text is no such address. The register may be any text.
 [[nodiscard]] bool partirDireccion(std::string_view texto, DireccionPartida& partes);
 

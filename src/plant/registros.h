@@ -20,16 +20,14 @@ struct Puerto {
     double tiempoFuera = 0;    ///< seconds
     double scanPorDefecto = 0; ///< seconds
     double reintentosMax = 0;
-    double segReconeccion = 0; ///< seconds
-    double tipoPlcPorDefecto = 0;
+    double segReconeccion = 0;          ///< seconds
+    double tipoPlcPorDefecto = 0;       ///< configuration only
     bool leerDespuesDeEscribir = false; ///< configuration only
-    bool operator==(const Puerto&) const = default;
 };
 
 /// A PLC reached over TCP.
 struct Estacion {
     std::int16_t numero = 0;
-    std::int16_t digitos = 0;
     std::int16_t indice = 0; ///< the station byte on the wire
     double numeroDeEstacion = 0;
     std::vector<std::uint32_t> bloques; ///< its read blocks in creation order
@@ -41,6 +39,7 @@ struct Estacion {
     Fallidos fallidos;        ///< of all its blocks
     // Configuration only:
     std::int16_t puerto = 0;
+    std::int16_t digitos = 0;
     std::string ip;
     std::string puertoTCP;
 };

@@ -27,9 +27,8 @@ enum class EstadoDeTurno : std::uint8_t {
 struct ConexionIP {
     // What an exchange touches comes first, so that it lies together.
     EstadoDeTurno turno = EstadoDeTurno::Libre;
-    bool pausaCumplida = false; ///< a pause of no length: over when the present handler is
-    bool retenida = false;      ///< the pause waits for the line to fall silent
-    bool escrituraPendiente = false;
+    bool pausaCumplida = false;  ///< a pause of no length: over when the present handler is
+    bool retenida = false;       ///< the pause waits for the line to fall silent
     bool llegoBasura = false;    ///< bytes that make no answer, since the last request
     bool retirada = false;       ///< no longer configured, see Tablas
     bool porOrdenar = false;     ///< some of its blocks were retired since, see Tablas::ordenar

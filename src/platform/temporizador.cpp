@@ -2,7 +2,6 @@
 #include "platform/temporizador.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace kv {
@@ -33,8 +32,9 @@ Temporizador::Temporizador(ColaDeTemporizadores& cola, std::function<void()> alT
 Temporizador::~Temporizador() { cola_.borrar(*this); }
 
 void Temporizador::anotarIntervalo(std::int64_t ms) {
-    intervaloMs_ = static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(ms, 0, std::numeric_limits<std::int32_t>::max()));
+    constexpr std::int64_t kMaximo = (std::int64_t{1} << 40) - 1;
+    // The mask changes nothing; it tells the compiler that the number fits.
+    intervaloMs_ = static_cast<std::uint64_t>(std::clamp<std::int64_t>(ms, 0, kMaximo)) & kMaximo;
 }
 
 void Temporizador::fijarIntervalo(std::int64_t ms) {
@@ -80,7 +80,7 @@ void ColaDeTemporizadores::borrar(Temporizador& t) {
 
 void ColaDeTemporizadores::armar(Temporizador& t, std::int64_t desdeUs) {
     if (t.intervaloMs_ == 0) return;
-    const std::int64_t exacto = desdeUs + std::int64_t{t.intervaloMs_} * 1000;
+    const std::int64_t exacto = desdeUs + t.intervalo() * 1000;
     t.venceUs_ = (exacto + 999) / 1000 * 1000;
     t.orden_ = ++orden_;
     const std::int64_t ms = t.venceUs_ / 1000;

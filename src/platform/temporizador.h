@@ -41,9 +41,11 @@ class alignas(64) Temporizador {
     Temporizador(const Temporizador&) = delete;
     Temporizador& operator=(const Temporizador&) = delete;
 
-    /// Milliseconds, 0 to 2^31 - 1; values outside are brought to the nearest end.
+    /// Milliseconds, 0 to 2^40 - 1 (35 years); values outside are brought to the nearest end.
     void fijarIntervalo(std::int64_t ms);
-    [[nodiscard]] std::int64_t intervalo() const { return intervaloMs_; }
+    [[nodiscard]] std::int64_t intervalo() const {
+        return static_cast<std::int64_t>(intervaloMs_);
+    }
     void habilitar(bool encendido);
     [[nodiscard]] bool habilitado() const { return habilitado_; }
     /// When it is due, on the loop's clock, while it runs.
@@ -67,9 +69,11 @@ class alignas(64) Temporizador {
     void (*operacion_)(void* objeto, std::uint32_t cual);
     void* objeto_;
     std::uint32_t cual_;
-    std::int32_t intervaloMs_ = 0;
     std::uint32_t puesto_ = 0;
-    enum class Archivado : std::uint8_t { No, Cerca, Lejos, Vencido } archivado_ = Archivado::No;
+    enum class Archivado : std::uint8_t { No, Cerca, Lejos, Vencido };
+    // In eight bytes together.
+    std::uint64_t intervaloMs_ : 40 = 0;
+    Archivado archivado_ = Archivado::No;
     bool habilitado_ = false;
     bool unaVez_ = false;
 };

@@ -55,6 +55,7 @@ void EstacionesMudas::turnarSondeo(Estacion& e) {
 void EstacionesMudas::alContestar(Indice bloque) {
     Estacion& e = tablas_.estacionDe(tablas_.bloques[bloque]);
     e.agotados = 0;
+    reloj_.olvidarFallidos(bloque);
     reloj_.volver(bloque); // also when it was a write that was answered
     if (!e.muda) return;
     e.muda = false;

@@ -21,6 +21,9 @@ class Lectura final : public Transaccion {
     void dudosa(Indice conexion) override;
     void vencida(Indice conexion) override;
     void perdida(Indice conexion) override;
+    [[nodiscard]] Indice bloqueQueLee(Indice conexion) const override {
+        return tablas_.conexiones[conexion].bloqueEnCurso;
+    }
 
   private:
     void reintentarBloque(Indice bloque);

@@ -15,9 +15,9 @@ constexpr int kMiradas = 16;
 } // namespace
 
 Poleo::Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Lectura& lectura, EstacionesMudas& mudas,
-             RelojDeBloques& reloj, Sucesos& sucesos)
+             RelojDeBloques& reloj, TurnoDeEscrituras& escrituras, Sucesos& sucesos)
     : bucle_(bucle), tablas_(tablas), turnos_(turnos), lectura_(lectura), mudas_(mudas),
-      reloj_(reloj), sucesos_(sucesos) {}
+      reloj_(reloj), escrituras_(escrituras), sucesos_(sucesos) {}
 
 void Poleo::activarPoling_En_Socket(Indice conexion) {
     turnos_.olvidar(conexion);
@@ -36,15 +36,15 @@ void Poleo::desActivarPoling_En_Socket(Indice conexion) {
 }
 
 bool Poleo::tocaEscribir(const ConexionIP& c, Indice conexion) const {
-    if (escrituras_ == nullptr || !c.escrituraPendiente) return false;
-    return c.escriturasSeguidas < kEscriturasSeguidas || escrituras_->aMedias(conexion) ||
+    if (c.escrituras.empty()) return false;
+    return c.escriturasSeguidas < kEscriturasSeguidas || escrituras_.aMedias(conexion) ||
            tablas_.siguientePorPolear(conexion) == ConjuntoDePosiciones::kNinguna;
 }
 
 void Poleo::buscoSiguienteAPolear(Indice conexion) {
     if (!turnos_.libre(conexion)) return;
     ConexionIP& c = tablas_.conexiones[conexion];
-    if (tocaEscribir(c, conexion) && escrituras_->enviarSiguiente(conexion)) {
+    if (tocaEscribir(c, conexion) && escrituras_.enviarSiguiente(conexion)) {
         ++c.escriturasSeguidas;
         return;
     }

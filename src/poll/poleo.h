@@ -21,11 +21,10 @@ class TurnoDeEscrituras {
 
 /// The polling scheduler: block clocks mark blocks due; a free connection gets its next request,
 /// writes first, then due blocks in turn.
-class Poleo final : public AlQuedarLibre {
+class Poleo final {
   public:
     Poleo(Bucle& bucle, Tablas& tablas, Turnos& turnos, Lectura& lectura, EstacionesMudas& mudas,
-          RelojDeBloques& reloj, Sucesos& sucesos);
-    void escribirCon(TurnoDeEscrituras* escrituras) { escrituras_ = escrituras; }
+          RelojDeBloques& reloj, TurnoDeEscrituras& escrituras, Sucesos& sucesos);
 
     /// The connection came up: its enabled blocks become due and the first request leaves.
     void activarPoling_En_Socket(Indice conexion);
@@ -35,7 +34,7 @@ class Poleo final : public AlQuedarLibre {
     void buscoSiguienteAPolear(Indice conexion);
     /// The end of a connection's pause: its own next request, and that of one other connection in
     /// turn, so that one whose events were lost is found again.
-    void alQuedarLibre(Indice conexion) override;
+    void alQuedarLibre(Indice conexion);
 
   private:
     [[nodiscard]] Indice elegir(Indice conexion);
@@ -48,8 +47,8 @@ class Poleo final : public AlQuedarLibre {
     Lectura& lectura_;
     EstacionesMudas& mudas_;
     RelojDeBloques& reloj_;
+    TurnoDeEscrituras& escrituras_;
     Sucesos& sucesos_;
-    TurnoDeEscrituras* escrituras_ = nullptr;
     Indice cursorConexiones_ = 0;
 };
 

@@ -12,13 +12,25 @@
 namespace kv {
 
 RelojDeBloques::RelojDeBloques(Bucle& bucle, Tablas& tablas, Publicacion& publicacion,
-                               Sucesos& sucesos, Vista& vista, Sello& sello)
+                               Sucesos& sucesos, Vista& vista, Sello& sello,
+                               std::function<void(Indice)> alTocarle)
     : tablas_(tablas), publicacion_(publicacion), sucesos_(sucesos), vista_(vista), sello_(sello),
-      cola_(bucle.temporizadores()) {}
+      cola_(bucle.temporizadores()), alTocarle_(std::move(alTocarle)) {}
 
-void RelojDeBloques::agregar() {
-    const auto n = static_cast<Indice>(Timer1_Bloques_.size());
-    Timer1_Bloques_.emplace_back(cola_, AlTicar::a<&RelojDeBloques::tic>(*this, n)).tocarUnaVez();
+void RelojDeBloques::agregar(Indice bloque, double scanSegundos) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    b.scanSegundos = b.scanConfigurado = scanSegundos;
+    b.scanMs = milisegundos(scanSegundos);
+    b.habilitadoPorRespuestas = !tablas_.estacionDe(b).muda;
+    Timer1_Bloques_.emplace_back(cola_, AlTicar::a<&RelojDeBloques::tic>(*this, bloque))
+        .tocarUnaVez();
+}
+
+void RelojDeBloques::retirar(Indice bloque) {
+    encender(bloque, false, 0);
+    parar(bloque);
+    tablas_.habilitar(bloque, true);
+    tablas_.ponerPendiente(bloque, false);
 }
 
 void RelojDeBloques::mostrar(const BloqueLectura& b, std::size_t columna, std::string_view texto) {
@@ -36,7 +48,7 @@ void RelojDeBloques::tic(Indice bloque) {
     if (!b.activo) return;
     b.sondeo = descansaba; // after a rest it is asked once
     tablas_.ponerPendiente(bloque, true);
-    destino_(bloque);
+    alTocarle_(bloque);
 }
 
 void RelojDeBloques::habilitar(BloqueLectura& b) {
@@ -98,6 +110,12 @@ void RelojDeBloques::fallar(Indice bloque, FinDeIntento como) {
     const std::int64_t ahora = sello_.reloj().monotonicoMs();
     b.fallidos.sumar(como, ahora);
     tablas_.estacionDe(b).fallidos.sumar(como, ahora);
+}
+
+void RelojDeBloques::olvidarFallidos(Indice bloque) {
+    BloqueLectura& b = tablas_.bloques[bloque];
+    if (b.fallidos.desde.hay()) b.fallidos = {};
+    if (Estacion& e = tablas_.estacionDe(b); e.fallidos.desde.hay()) e.fallidos = {};
 }
 
 std::int64_t RelojDeBloques::faltanMs(Indice bloque) const {

@@ -21,12 +21,13 @@ namespace kv {
 /// register gave no answer, or it is off. One that is due does not tick.
 class RelojDeBloques {
   public:
+    /// `alTocarle` is called with a block that has become due by its clock.
     RelojDeBloques(Bucle& bucle, Tablas& tablas, Publicacion& publicacion, Sucesos& sucesos,
-                   Vista& vista, Sello& sello);
-    /// What a block that has become due by its clock is told to.
-    void alTocarle(std::function<void(Indice)> destino) { destino_ = std::move(destino); }
-    /// The clock of one block more, stopped.
-    void agregar();
+                   Vista& vista, Sello& sello, std::function<void(Indice)> alTocarle);
+    /// The clock of one block more, stopped; the blocks in their order.
+    void agregar(Indice bloque, double scanSegundos);
+    /// The block is no longer configured: off, and at rest for ever.
+    void retirar(Indice bloque);
 
     /// A new link: nothing rests, and what is on is due.
     void empezar(Indice bloque);
@@ -40,6 +41,8 @@ class RelojDeBloques {
     void contestar(Indice bloque);
     /// A try failed, and how.
     void fallar(Indice bloque, FinDeIntento como);
+    /// An answer came, if only to a write: what failed before is over, for its station as well.
+    void olvidarFallidos(Indice bloque);
     /// A try whose answer could not be told; true for the second in a row and on, which counts as
     /// failed.
     [[nodiscard]] bool dudar(Indice bloque);
@@ -82,7 +85,7 @@ class RelojDeBloques {
     Sello& sello_;
     ColaDeTemporizadores& cola_;
     std::deque<Temporizador> Timer1_Bloques_; // timers do not move
-    std::function<void(Indice)> destino_;
+    std::function<void(Indice)> alTocarle_;
 };
 
 } // namespace kv

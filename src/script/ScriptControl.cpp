@@ -15,8 +15,8 @@ constexpr std::size_t kLargoVisible = 200; // bytes of a text: what a look takes
 
 } // namespace
 
-ScriptControl::ScriptControl(const Reloj& reloj, Vista& vista)
-    : reloj_(reloj), vista_(vista), motor_(*this) {
+ScriptControl::ScriptControl(const Reloj& reloj, Vista& vista, OrdenesDelGuion& ordenes)
+    : reloj_(reloj), vista_(vista), ordenes_(ordenes), motor_(*this) {
     agregarMw(motor_, [this](const PedidoDelGuion& p) { return pedir(p); });
     agregarLabel(motor_, label_, [this](std::string_view, const std::string&) { mostrarLabel(); });
 }
@@ -24,12 +24,11 @@ ScriptControl::ScriptControl(const Reloj& reloj, Vista& vista)
 ScriptControl::~ScriptControl() = default;
 
 vbscript::Value ScriptControl::pedir(const PedidoDelGuion& pedido) {
-    if (ordenes_ == nullptr) return {};
     double indice = -1;
     try {
-        indice = ordenes_->hacer(pedido);
+        indice = ordenes_.hacer(pedido);
     } catch (const std::exception& falla) {
-        ordenes_->alFallar(pedido.miembro.nombre, falla.what());
+        ordenes_.alFallar(pedido.miembro.nombre, falla.what());
     }
     if (pedido.miembro.operacion != OperacionDeMw::escribirDireccion) return {};
     return vbscript::Value::number(indice);

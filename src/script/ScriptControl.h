@@ -36,13 +36,12 @@ struct PresupuestoDelGuion {
 /// variables are globals and the objects "mw" and "Label" are known.
 class ScriptControl final : private vbscript::Surroundings {
   public:
-    ScriptControl(const Reloj& reloj, Vista& vista);
+    /// All must outlive this; `ordenes` is asked for what scripts ask of "mw".
+    ScriptControl(const Reloj& reloj, Vista& vista, OrdenesDelGuion& ordenes);
     ~ScriptControl() override;
     ScriptControl(const ScriptControl&) = delete;
     ScriptControl& operator=(const ScriptControl&) = delete;
 
-    /// Null: "mw" knows its operations and they do nothing.
-    void obedecerA(OrdenesDelGuion* ordenes) { ordenes_ = ordenes; }
     void fijarPresupuesto(const PresupuestoDelGuion& presupuesto);
     /// "es-AR" or "en-US"; anything else changes nothing and gives false.
     bool fijarIdioma(std::string_view idioma) { return motor_.setLocale(idioma); }
@@ -92,7 +91,7 @@ class ScriptControl final : private vbscript::Surroundings {
 
     const Reloj& reloj_;
     Vista& vista_;
-    OrdenesDelGuion* ordenes_ = nullptr;
+    OrdenesDelGuion& ordenes_;
     std::shared_ptr<LabelDelGuion> label_ = std::make_shared<LabelDelGuion>();
     std::function<std::shared_ptr<vbscript::Disk>()> disco_;
     std::optional<Medida> ultima_;

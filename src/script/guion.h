@@ -31,10 +31,9 @@ class Guion {
           ArchivoLog& log);
     void fijarRuta(std::string ruta) { ruta_ = std::move(ruta); }
     [[nodiscard]] const std::string& ruta() const { return ruta_; }
-    /// What the last run of the file's content with that mark failed with; null after a good run,
     /// What the last run failed with; null when it did not.
     [[nodiscard]] const vbscript::ScriptError* falla() const { return falla_ ? &*falla_ : nullptr; }
-    /// before any, and when the last run was of another content.
+    /// The same of the file's content with that mark; null also when the last run was of another.
     [[nodiscard]] const vbscript::ScriptError* falla(const HuellaDeArchivo& de) const {
         return falla_ && de == huella_ ? &*falla_ : nullptr;
     }

@@ -37,6 +37,7 @@ void Publicacion::darDeAlta(BloqueLectura& bloque) {
 void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
     BitsDeVariable& bits = *bloque.bits;
     std::tie(bits.ranuraValor[b], bits.ranuraEstado[b]) = ranuras(bits.bitNombres[b]);
+    vista_.lstViewVariables.tildar(bits.bitFilas[b], bloque.activo);
     ponerBit(bloque, b, {ahora(), FraseDeEstado::SegunEstado});
 }
 
@@ -72,8 +73,6 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
     BloqueLectura& b = tablas_.bloques[bloque];
     if (b.retirado) return;
     b.leidoMs = tablas_.conexiones[b.idConexion].recibidoUs / 1000;
-    if (b.fallidos.desde.hay()) b.fallidos = {};
-    if (Estacion& e = tablas_.estacionDe(b); e.fallidos.desde.hay()) e.fallidos = {};
     if (b.valor == valor && b.estado == kOk) return;
     b.valor = valor;
     ponerEstado(b, kOk);

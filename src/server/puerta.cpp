@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/puerta.h"
 
-#include "config/direccion.h"
 #include "config/problema.h"
+#include "text/direccion_de_red.h"
 
 #include <algorithm>
 #include <utility>

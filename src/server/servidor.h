@@ -36,7 +36,6 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     /// first client that comes.
     void Form_Load();
     /// Only hides: the client is served on.
-    void BtnOcultar_Click() { vista_.FrmServerTCPVisible = false; }
     /// Listens, unless it does already.
     void escuchar();
     /// Sends one payload in its envelope if a client is connected. Lets events run.

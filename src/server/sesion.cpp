@@ -8,6 +8,7 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
+#include "view/columnas.h"
 
 #include <iterator>
 #include <stdexcept>
@@ -18,7 +19,6 @@ namespace {
 
 constexpr std::size_t kLlegadaEnCaja = 4096;     // bytes of one arrival that the box shows
 constexpr std::size_t kLlegadaEnRegistro = 2048; // and a log entry
-constexpr std::size_t kColumnaDeValor = 1;
 
 constexpr std::size_t kTramasPorTanda = 200;
 constexpr std::int64_t kTandaUs = 1000;
@@ -244,20 +244,19 @@ void Sesion::contestarKeepAlive(std::string& memoria) {
 
 std::string Sesion::obtenerTramaParaENVIAR(std::string_view direccion) {
     const std::string buscada = utf8DesdeWindows1252(direccion);
-    Lista& lista = vista_.lstViewVariables;
+    const Lista& lista = vista_.lstViewVariables;
     const std::int64_t fila = lista.buscar(buscada);
     if (fila < 0) {
         ordenes_.forzarPoleo(buscada);
         return {};
     }
     const auto f = static_cast<FilaDeLista>(fila);
-    lista.seleccionar(f);
     const std::int64_t bloque = lista.etiqueta(f);
     if (!tablas_.bloques.vive(static_cast<double>(bloque))) return {};
     const std::string& separador = cable_.separadores().campo;
     std::string carga(direccion);
     carga.append(separador);
-    agregarAlCable(carga, lista.texto(f, kColumnaDeValor));
+    agregarAlCable(carga, lista.texto(f, de_variables::kValor));
     carga.append(separador);
     agregarNumero(carga, tablas_.bloques[static_cast<std::size_t>(bloque)].estado);
     return carga.append(separador);

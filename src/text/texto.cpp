@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "text/texto.h"
 
+#include <algorithm>
+
 namespace kv {
 namespace {
 
@@ -28,6 +30,16 @@ bool igualSinCaja(std::string_view a, std::string_view b) {
         if (minuscula(a[i]) != minuscula(b[i])) return false;
     }
     return true;
+}
+
+int compararSinCaja(std::string_view a, std::string_view b) {
+    const auto [x, y] =
+        std::ranges::mismatch(a, b, [](char p, char q) { return minuscula(p) == minuscula(q); });
+    if (x != a.end() && y != b.end()) {
+        const auto byte = [](char c) { return static_cast<unsigned char>(minuscula(c)); };
+        return byte(*x) < byte(*y) ? -1 : 1;
+    }
+    return x != a.end() ? 1 : y != b.end() ? -1 : 0;
 }
 
 std::size_t buscarSinCaja(std::string_view texto, std::string_view parte, std::size_t desde) {

@@ -13,6 +13,8 @@ namespace kv {
 /// Letter case is that of ASCII: tags, keys and file names of the field use nothing else.
 [[nodiscard]] std::string minusculas(std::string_view texto);
 [[nodiscard]] bool igualSinCaja(std::string_view a, std::string_view b);
+/// Below 0, 0 or above 0, as the first stands before, with or behind the second.
+[[nodiscard]] int compararSinCaja(std::string_view a, std::string_view b);
 
 /// Position of the first `parte` at or after `desde` whatever its letter case, or npos. An empty
 /// `parte` is found nowhere. Linear in the text for the short patterns it is used with.

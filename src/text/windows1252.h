@@ -19,4 +19,9 @@ namespace kv {
 /// file that was saved in the wrong encoding.
 [[nodiscard]] bool pareceUtf8(std::string_view texto);
 
+/// Whether a file begins as editors begin one that they save as UTF-16.
+[[nodiscard]] inline bool empiezaComoUtf16(std::string_view bytes) {
+    return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+}
+
 } // namespace kv

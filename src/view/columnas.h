@@ -15,6 +15,7 @@ inline constexpr std::size_t kDireccion = 0, kNivel = 1, kScan = 2, kHabilitado 
 namespace de_conexiones {
 inline constexpr std::size_t kPuerto = 0, kDireccion = 1, kEstado = 2, kEstaciones = 3,
                              kBaseDeTiempo = 4, kIntervalos = 5, kSolicitudes = 6, kTiempoFuera = 7;
-}
+inline constexpr const char* kConectado = "Conectado OK"; ///< the state of a link that is up
+} // namespace de_conexiones
 
 } // namespace kv

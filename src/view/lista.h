@@ -66,8 +66,6 @@ class Lista {
     /// First row whose text equals `texto`, or -1. Does not depend on how many other rows there
     /// are.
     [[nodiscard]] std::int64_t buscar(std::string_view texto) const;
-    void seleccionar(std::uint32_t fila) { seleccionada_ = fila; }
-    [[nodiscard]] std::int64_t seleccionada() const { return seleccionada_; }
 
     /// The rows that changed since the last call. A window asks at its own pace.
     [[nodiscard]] std::vector<std::uint32_t> cambiadas();
@@ -98,7 +96,6 @@ class Lista {
     std::deque<Fila> filas_;
     /// Hash of column 0 to the rows of that text: many may share one.
     std::unordered_multimap<std::size_t, std::uint32_t> porTexto_;
-    std::int64_t seleccionada_ = -1;
     bool sigue_ = false;
     std::vector<std::uint32_t> cambiadas_;
     std::vector<OyenteDeFilas*> oyentes_;

@@ -116,11 +116,9 @@ RespuestasDebidas::Veredicto RespuestasDebidas::alRecibir(std::span<const Respue
             nombrada = k;
             break;
         case De::Debida:
-            ++atrasadas_;
             pasar(respuestas[k].rotulo, ahora);
             break;
         case De::Nadie:
-            ++atrasadas_;
             negada_ = true;
             break;
         case De::NoSeSabe:
@@ -142,7 +140,6 @@ RespuestasDebidas::Veredicto RespuestasDebidas::alRecibir(std::span<const Respue
 /// None but `cuantas` answers of which nothing is known.
 RespuestasDebidas::Veredicto RespuestasDebidas::contar(std::span<const Respuesta> respuestas,
                                                        std::size_t primera, std::size_t cuantas) {
-    if (debidas_.size() > 1) ++atrasadas_;
     if (!soloDebe(enCurso_) || sospecha_ || cuantas > debidas_.size()) {
         duda_ = true;
         if (cuantas > debidas_.size()) {
@@ -188,7 +185,6 @@ void RespuestasDebidas::alSobrar(std::span<const Respuesta> respuestas, std::int
     prueba_ = true;
     for (std::size_t k = 0; k < respuestas.size(); ++k) {
         const Respuesta& r = respuestas[k];
-        ++atrasadas_;
         if (repetida(respuestas, k)) {
             if (recelo_ > 0) {
                 recelo_ = kRecelo;

@@ -74,8 +74,6 @@ class RespuestasDebidas {
     [[nodiscard]] bool limpia() const { return debidas_.empty() && !sospecha_; }
     /// The stations tell their registers apart by themselves.
     [[nodiscard]] bool dicen() const { return rotulos_.dicen(); }
-    /// Answers that came late, or that nobody had asked for, since the link came up.
-    [[nodiscard]] std::uint64_t atrasadas() const { return atrasadas_; }
     /// The line has been held back since then without falling silent, or -1.
     [[nodiscard]] std::int64_t retenidaDesde() const { return retenidaDesde_; }
     [[nodiscard]] std::int64_t paciencia() const { return tiempoFueraMs_; }
@@ -132,7 +130,6 @@ class RespuestasDebidas {
     std::int64_t movimiento_ = 0; ///< last request or answer
     std::int64_t tiempoFueraMs_ = 0; ///< the longest of those owed
     std::int64_t retenidaDesde_ = -1;
-    std::uint64_t atrasadas_ = 0;
 };
 
 template <class F>

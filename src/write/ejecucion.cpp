@@ -53,7 +53,6 @@ Indice EjecucionDeEscrituras::tomarLugar(BloqueEscritura nueva) {
         tablas_.escrituras.agregar(std::move(nueva));
     }
     c.escrituras.push_back(n);
-    c.escrituraPendiente = true;
     ++enEspera_;
     return n;
 }
@@ -258,7 +257,6 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
     } else {
         c.escrituras.remove(i);
     }
-    c.escrituraPendiente = !c.escrituras.empty();
     --enEspera_;
     terminadas_.push_back(i);
     sucesos_.decir({.que = Que::EscrituraTerminada,
@@ -318,9 +316,7 @@ void EjecucionDeEscrituras::buscarEscriturasRealizadas() {
     if (enEspera_ > 0) vencerViejas();
     if (enEspera_ > 0) return;
     for (std::size_t n = 0; n < tablas_.conexiones.limiteSuperior(); ++n) {
-        ConexionIP& c = tablas_.conexiones[n];
-        c.escrituraPendiente = false;
-        c.escrituraEnCurso = kNinguno;
+        tablas_.conexiones[n].escrituraEnCurso = kNinguno;
     }
     tablas_.escrituras.vaciar();
     terminadas_.clear();

@@ -40,13 +40,14 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     void dudosa(Indice conexion) override;
     void vencida(Indice conexion) override;
     void perdida(Indice conexion) override;
+    [[nodiscard]] Indice bloqueQueLee(Indice /*conexion*/) const override { return kNinguno; }
     /// The connection is lost: all its writes end.
     void alPerderConexion(Indice conexion);
     /// A register is no longer configured: its writes that have not left end.
     void alRetirar(Indice bloque);
     /// The program ends: what waits or is under way does so too, and does not leave any more.
     void alTerminarElPrograma();
-    /// Takes the table back to a single spare record when no write is left to do.
+    /// Empties the table when no write is left to do.
     void buscarEscriturasRealizadas();
     /// Starts the reclaim timer if it is off.
     void pedirReclamo() { TimerEscriturasEnDesuso_->habilitar(true); }

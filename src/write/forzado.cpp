@@ -2,6 +2,7 @@
 #include "write/forzado.h"
 
 #include "plant/direcciones.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
@@ -10,12 +11,6 @@
 #include <iterator>
 
 namespace kv {
-namespace {
-
-constexpr std::size_t kDireccionEnMensaje = 200;
-
-} // namespace
-
 Forzado::Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
                  EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos,
                  Sello& sello, ArchivoLog& log)
@@ -36,7 +31,7 @@ void Forzado::forzarBloque_porID(Indice bloque) {
 }
 
 void Forzado::forzarPoleo(const std::string& direccion) {
-    const std::string corta = direccion.substr(0, kDireccionEnMensaje);
+    const std::string corta = direccion.substr(0, limite::kDireccionEnMensaje);
     DireccionPartida pedida;
     const bool hayPuerto = partirDireccion(direccion, pedida) && pedida.bit != kNoEsBit &&
                            tablas_.puertos.vive(pedida.puerto - 1);
@@ -67,7 +62,7 @@ void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bi
     if (!turnos_.conectada(b.idConexion)) return imposible(Que::ForzarSinConexion);
     if (!b.habilitadoPorRespuestas) return imposible(Que::ForzarEnDescanso);
     forzarBloque_porID(bloque);
-    decir(Que::Forzado, direccion);
+    sucesos_.decir({.que = Que::Forzado, .conexion = b.idConexion, .bloque = bloque}, direccion);
 }
 
 void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
@@ -84,8 +79,13 @@ void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puer
     if (nuevo < 0) return decir(Que::AltaSinPuerto, direccion);
     ++estacion.aPedido;
     tablas_.bloques[static_cast<Indice>(nuevo)].aPedido = true;
-    decir(Que::BloqueDadoDeAlta, direccion, puerto.scanPorDefecto);
-    forzarConocido(static_cast<Indice>(nuevo), direccion, bit, true);
+    const auto bloque = static_cast<Indice>(nuevo);
+    sucesos_.decir({.que = Que::BloqueDadoDeAlta,
+                    .conexion = lugar.conexion,
+                    .bloque = bloque,
+                    .numero = puerto.scanPorDefecto},
+                   direccion);
+    forzarConocido(bloque, direccion, bit, true);
 }
 
 template <class Accion>
@@ -152,7 +152,7 @@ void Forzado::Activar_Dir(std::string_view clave, bool estado, std::string_view 
 }
 
 void Forzado::ModificarScanDeBloque(double bloque, double segundos) {
-    if (!tablas_.bloques.vive(bloque) || !Modelo::esScan(segundos)) return;
+    if (!tablas_.bloques.vive(bloque) || !esScan(segundos)) return;
     const auto i = static_cast<Indice>(bloque);
     reloj_.cambiarScan(i, segundos);
     forzarBloque_porID(i);

@@ -2,6 +2,7 @@
 #include "write/solicitudes.h"
 
 #include "plant/bases.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
@@ -10,9 +11,6 @@
 
 namespace kv {
 namespace {
-
-/// A part of a bad address or of a text behind it, for messages.
-constexpr std::size_t kDireccionEnMensaje = 200;
 
 std::invalid_argument rechazada(Rechazo rechazo) {
     return std::invalid_argument(std::string(enPalabras(rechazo)));
@@ -32,7 +30,7 @@ double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, dou
 
 double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                                            std::string_view origen) {
-    const std::string_view corta = direccion.substr(0, kDireccionEnMensaje);
+    const std::string_view corta = direccion.substr(0, limite::kDireccionEnMensaje);
     // Nothing is thrown for what is refused: whoever may write can ask for it without end.
     const auto negar = [&](const std::exception& falla) {
         log_.escribir({"DRIVER",
@@ -80,7 +78,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
 
 double SolicitudesDeEscritura::rechazar(TextoDeRechazo texto, double valor, ClaseDeRechazo clase,
                                         Indice conexion) {
-    texto.direccion = texto.direccion.substr(0, kDireccionEnMensaje);
+    texto.direccion = texto.direccion.substr(0, limite::kDireccionEnMensaje);
     sucesos_.decir({.que = Que::EscrituraRechazada,
                     .detalle = static_cast<std::int16_t>(clase),
                     .conexion = conexion,

@@ -82,12 +82,14 @@ TEST_F(ComprobacionPrueba, LasDescripcionesYLoQueTienenMal) {
     archivos.poner("P\\descripciones.csv",
                    windows1252DesdeUtf8("unidad\tdescripcion\tdireccion\n°C\tTemperatura\t1.1.10\n"
                                         "\tAlarma\t1.1.010.15\n\tNadie\t1.1.11\n\tx\tcaldera\n"
-                                        "\t\t\n\t\"dos\nrenglones\"\t1.1.10.1\n\tOtra\t1.1.10\n"));
+                                        "\t\t\n\t\"dos\nrenglones\"\t1.1.10.1\n\tOtra\t1.1.10\n"
+                                        "\tNo hex\t1.1.zz\n"));
     const Revision r = con("[DRIVER_KV2200]\r\n");
     EXPECT_EQ(que(r),
               (Lineas{"5: columna direccion: \"caldera\" no es puerto.PLC.registro, ni con bit",
                       "7: columna descripcion: tiene más de un renglón",
                       "8: columna direccion: \"1.1.10\" ya tiene descripción",
+                      "9: columna direccion: \"1.1.zz\" no es puerto.PLC.registro, ni con bit",
                       "4: ningún bloque lee \"1.1.11\""}));
     const Descripciones& d = r.configuracion.listas.descripciones;
     ASSERT_NE(d.de("1.1.10"), nullptr);

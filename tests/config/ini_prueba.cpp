@@ -40,7 +40,7 @@ TEST(Ini, UnValorSeCortaA254Caracteres) {
     EXPECT_EQ(valor(Ini("[s]\nc=\"" + largo + "\""), "s", "c"), largo.substr(0, 254));
 }
 
-TEST(Ini, MasClavesDeLasQueSeIndexan) {
+TEST(Ini, UnMillonDeClaves) {
     std::string contenido = "[s]\n";
     for (int i = 0; i < 1'100'000; ++i)
         contenido += "k" + std::to_string(i) + "=" + std::to_string(i % 7) + "\n";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "config/direccion.h"
 #include "config/validacion.h"
+#include "text/direccion_de_red.h"
 
 #include <gtest/gtest.h>
 

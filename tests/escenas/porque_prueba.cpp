@@ -380,6 +380,25 @@ TEST_F(PorQueEstaMal, LaEdadDeUnValorSeMideConLoQueSuConexionPuedeDar) {
     EXPECT_TRUE(fueVieja);
 }
 
+TEST_F(PorQueEstaMal, QuienEsperaDetrasDeUnaEscrituraNoPasaPorPreguntado) {
+    p.arrancarYConectar();
+    p.avanzar(5000); // reads have gone by
+    callar(1);
+    const auto espera = [&](Indice bloque) {
+        for (int i = 0; i < 30 && p.motor.turnos.enCurso(0) == nullptr; ++i)
+            p.avanzar(100);
+        p.motor.relojDeBloques.pedir(bloque);
+        return variable(bloque);
+    };
+    p.motor.solicitudes.escribirDireccion("1.1.11", 5, "ventana");
+    EXPECT_NE(espera(0).find("espera su turno detras de una escritura"), std::string::npos);
+    p.avanzar(10'000);
+    // The first read of a bit's register has that block's own frame.
+    p.motor.solicitudes.escribirDireccion("1.1.11.3", 1, "ventana");
+    EXPECT_NE(espera(1).find("espera su turno detras de una escritura"), std::string::npos)
+        << variable(1);
+}
+
 TEST_F(PorQueEstaMal, LosContadoresDicenLoQueLaPlantaHizo) {
     auto& plc = p.en("10.0.0.1");
     plc.demora = [](const Solicitud& s) { return std::optional<double>(s[1] == 1 ? 20 : 50); };

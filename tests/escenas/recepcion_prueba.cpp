@@ -69,7 +69,7 @@ TEST_F(Recibe, UnaTramaMalaSeDescartaElGuionCorreYSeSigueEsperando) {
     EXPECT_NE(p.motor.trazas.txtTramasDescartadas.texto().find("  *Descarte* <- [7][1]"),
               std::string::npos);
     EXPECT_EQ(p.conexion(0).turno, EstadoDeTurno::Esperando);
-    EXPECT_EQ(p.motor.recepcion.descartadas(), 1U);
+    EXPECT_EQ(p.motor.contadores.deConexion(0).descartes, 1U);
     llega(bytes(respuestaCon(10)));
     EXPECT_EQ(p.valor(0), 10) << "the real answer still counts";
 }
@@ -85,7 +85,7 @@ TEST_F(Recibe, LoQueNadieEsperaNoSeGuarda) {
     llega(bytes(respuestaCon(5)));
     llega(bytes(respuestaCon(6))); // during the pause
     EXPECT_EQ(p.valor(0), 5);
-    EXPECT_EQ(p.motor.recepcion.sobrantes(), 1U);
+    EXPECT_EQ(p.motor.contadores.deConexion(0).sobrantes, 1U);
     EXPECT_TRUE(corrioElGuion());
     EXPECT_TRUE(p.conexion(0).recepcion.empty());
 }

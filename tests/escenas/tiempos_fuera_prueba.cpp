@@ -109,7 +109,7 @@ TEST(TiemposFuera, UnBloqueApagadoMientrasSeLoEsperaLiberaLaConexionSinReintento
     callar(plc);
     p.arrancarYConectar();
     p.avanzar(10);
-    p.motor.tablas.ponerActivo(0, false);
+    p.motor.publicacion.ponerActivo(0, false);
     hablar(plc);
     p.avanzar(25'000);
     EXPECT_EQ(plc.pedidos[1].trama[3], 0x11) << "the next request is another block's";

@@ -53,7 +53,7 @@ class ReglaDeTurno {
     void nueva(std::size_t n, Seguida& s, const Solicitud& t);
     void turnos(std::size_t n, Seguida& s, const Solicitud& t);
     [[nodiscard]] bool conTrabajo(const ConexionIP& c) const {
-        return c.escrituraPendiente || c.porPolear.siguiente(0) != ConjuntoDePosiciones::kNinguna;
+        return !c.escrituras.empty() || c.porPolear.siguiente(0) != ConjuntoDePosiciones::kNinguna;
     }
 
     Contexto& c_;

@@ -79,6 +79,16 @@ TEST_F(Temporizadores, ReglasDelControl) {
     EXPECT_EQ(tics, "aa");
 }
 
+TEST_F(Temporizadores, UnAnioDuraUnAnio) {
+    constexpr std::int64_t kAnioMs = 365 * 86'400'000LL;
+    const auto t = crear('a');
+    t->rearmar(kAnioMs);
+    bucle.avanzar(kAnioMs - 1);
+    EXPECT_EQ(tics, "");
+    bucle.avanzar(1);
+    EXPECT_EQ(tics, "a");
+}
+
 TEST_F(Temporizadores, UnoAtrasadoTicaUnaSolaVezYSigueDesdeAhi) {
     const auto t = crear('a');
     t->rearmar(100);

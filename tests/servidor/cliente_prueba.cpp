@@ -27,8 +27,11 @@ struct Corrida {
 class Cliente : public ::testing::Test {
   protected:
     Cliente() : motor_(bucle_, archivos_, "/kv") {
-        motor_.modelo.levantarPuerto(1, 5, 2, 3, 30, 0, false);
-        motor_.modelo.levantarEstacion(1, "127.0.0.1", "9", 1, 5, 1);
+        motor_.modelo.levantarPuerto({1, 5, 2, 3, 30});
+        Estacion estacion;
+        estacion.numero = estacion.indice = estacion.puerto = 1;
+        estacion.ip = "127.0.0.1", estacion.puertoTCP = "9";
+        motor_.modelo.levantarEstacion(estacion);
         motor_.modelo.levantarBloquePoleo(1, 1, "10", 1, 2, true, 1);
         motor_.modelo.levantarBloquePoleo(1, 1, "40", 12, 2, true, 1);
         motor_.ajustes.escribirConfiguracion("PuertoEscucha", std::to_string(kPuerto));

@@ -3,7 +3,7 @@
 
 #include "ClienteKV2200/salida.h"
 #include "cli/castellano.h"
-#include "config/direccion.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 

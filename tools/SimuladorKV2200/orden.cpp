@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SimuladorKV2200/orden.h"
 
-#include "config/direccion.h"
 #include "config/driver.h"
 #include "plant/direcciones.h"
 #include "platform/epoll/sistema.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 

@@ -2,7 +2,7 @@
 #include "SimuladorKV2200/orden.h"
 
 #include "cli/castellano.h"
-#include "config/direccion.h"
+#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 
 #include <CLI/CLI.hpp>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SimuladorKV2200/simulador.h"
 
-#include "config/direccion.h"
 #include "plant/direcciones.h"
+#include "text/direccion_de_red.h"
 
 #include <ostream>
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/text.h"
 
+#include "text/tabla_1252.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -9,12 +11,6 @@
 namespace vbscript {
 
 namespace {
-
-// The 0x80..0x9F block of Windows-1252; the five undefined bytes stand for themselves.
-constexpr char16_t ansiHigh[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
-                                   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 bool continuation(std::string_view t, std::size_t at) {
     return at < t.size() && (static_cast<unsigned char>(t[at]) & 0xC0) == 0x80;
@@ -116,12 +112,14 @@ std::string utf8(std::u16string_view t) {
 
 unsigned char ansiOf(char16_t c) {
     if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<unsigned char>(c);
-    const auto* at = std::find(std::begin(ansiHigh), std::end(ansiHigh), c);
-    return at == std::end(ansiHigh) ? '?' : static_cast<unsigned char>(0x80 + (at - ansiHigh));
+    const auto at = std::ranges::find(kv::kAltosDe1252, c);
+    return at == kv::kAltosDe1252.end()
+               ? '?'
+               : static_cast<unsigned char>(0x80 + (at - kv::kAltosDe1252.begin()));
 }
 
 char16_t fromAnsi(unsigned char byte) {
-    return byte >= 0x80 && byte < 0xA0 ? ansiHigh[byte - 0x80] : byte;
+    return byte >= 0x80 && byte < 0xA0 ? kv::kAltosDe1252[byte - 0x80] : byte;
 }
 
 char16_t upper(char16_t c) {

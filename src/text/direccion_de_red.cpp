@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "config/direccion.h"
+#include "text/direccion_de_red.h"
 
 #include "text/numeros.h"
 #include "text/texto.h"
