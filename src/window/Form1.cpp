@@ -47,7 +47,7 @@ Form1::Form1(const PartesDeVentana& partes)
       variables_(hacer<TablaDeLista>(vista_.lstViewVariables, formaDeVariables(), tr("Variables"),
                                      anexosDeVariables(partes), this)),
       bloques_(hacer<TablaDeLista>(vista_.lstViewEstadoDeBloques, formaDeBloques(), tr("Bloques"),
-                                   Anexos{}, this)),
+                                   anexosDeBloques(partes), this)),
       trazas_(hacer<PanelDeTrazas>(partes.trazas, vista_, this)),
       estado_(hacer<BarraDeEstado>(this)) {
     setObjectName("Form1");

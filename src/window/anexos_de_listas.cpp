@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/anexos_de_listas.h"
 
+#include "view/columnas.h"
 #include "window/controls/control.h"
 
 #include <QCoreApplication>
@@ -14,7 +15,7 @@ constexpr int kLetrasDeEdad = 13;
 constexpr int kLetrasDeHora = 20;
 constexpr int kLetrasDeDescripcion = 20; // at least: it gets what is left over
 
-/// The block of a row of the variables or of the blocks.
+/// The block of a row of the variables.
 Indice bloqueDe(const Vista& vista, const Tablas& tablas, std::uint32_t fila) {
     const std::int64_t indice = vista.lstViewVariables.etiqueta(fila);
     return indice >= 0 && tablas.bloques.vive(static_cast<double>(indice))
@@ -51,8 +52,8 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
          .ancho = kLetrasDeDescripcion,
          .texto =
              [&vista = partes.vista, &operador = partes.operador](std::uint32_t fila) {
-                 const Descripcion* d =
-                     operador.descripcionDe(vista.lstViewVariables.texto(fila, 0));
+                 const Descripcion* d = operador.descripcionDe(
+                     vista.lstViewVariables.texto(fila, de_variables::kDireccion));
                  if (d == nullptr) return QString();
                  return enQt(d->unidad.empty() ? d->texto : d->texto + " [" + d->unidad + "]");
              },
@@ -66,6 +67,19 @@ Anexos anexosDeVariables(const PartesDeVentana& partes) {
     anexos.ayuda = [bloque, &porQue](std::uint32_t fila) {
         const Indice b = bloque(fila);
         return b == kNinguno ? QString() : enQt(porQue.porQueVariable(b));
+    };
+    return anexos;
+}
+
+Anexos anexosDeBloques(const PartesDeVentana& partes) {
+    Anexos anexos;
+    anexos.reparo = [&vista = partes.vista,
+                     &tablas = partes.tablas](std::uint32_t fila) -> std::optional<Reparo> {
+        const std::int64_t indice = vista.lstViewEstadoDeBloques.etiqueta(fila);
+        if (indice < 0 || !tablas.bloques.vive(static_cast<double>(indice)) ||
+            tablas.bloques[static_cast<std::size_t>(indice)].habilitadoPorRespuestas)
+            return std::nullopt;
+        return Reparo{EstadoDeFila::Descansa, {}}; // the row's own text says why
     };
     return anexos;
 }

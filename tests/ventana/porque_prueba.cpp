@@ -122,6 +122,21 @@ TEST_F(Motivos, UnaEstacionMudaNoPareceSana) {
     fotografiar(form, "form1_muda_oscura");
 }
 
+TEST_F(Motivos, NingunBloqueDeUnaEstacionMudaPareceSano) {
+    arrancar();
+    callar(plc);
+    pasan(60);
+    ASSERT_TRUE(p.motor.tablas.estacionDe(p.bloque(0)).muda);
+    const QTableView& lista = bloques();
+    const auto signo = [&lista](int fila) {
+        return lista.model()->index(fila, 3).data(Qt::DecorationRole).value<QIcon>().cacheKey();
+    };
+    for (int fila = 0; fila < 4; ++fila)
+        EXPECT_EQ(signo(fila), senalDeEstado(EstadoDeFila::Descansa).cacheKey())
+            << qPrintable(celda(lista, fila, 3));
+    EXPECT_EQ(signo(4), senalDeEstado(EstadoDeFila::Bien).cacheKey());
+}
+
 TEST_F(Motivos, LaBarraDiceSiElSupervisorEstaYElGuionAnda) {
     arrancar();
     EXPECT_TRUE(rotulo("lblSupervisor").contains("ninguno"));

@@ -17,7 +17,6 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTableView>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -31,23 +30,19 @@ constexpr int kRitmoMs = 500;
 } // namespace
 
 VentanaDeSucesos::VentanaDeSucesos(LibroDeSucesos& libro, const Tablas& tablas, QWidget* padre)
-    : QWidget(padre, Qt::Window), libro_(libro),
+    : VentanaAlDia("FrmSucesos", kRitmoMs, padre), libro_(libro),
       modelo_(hacer<ModeloDeSucesos>(libro, tablas, this)),
       filtro_(control<QLineEdit>("txtFiltroDeSucesos", this)),
       graves_(control<QCheckBox>("chkGraves", tr("&Sólo avisos y alarmas"), this)),
       sinReconocer_(control<QCheckBox>("chkSinReconocer", tr("Sólo sin &reconocer"), this)),
-      tabla_(armarTabla()), ritmo_(hacer<QTimer>(this)) {
-    setObjectName("FrmSucesos");
+      tabla_(armarTabla()) {
     setWindowTitle(tr("Sucesos"));
-    setWindowIcon(iconoDelPrograma());
     auto* todo = hacer<QVBoxLayout>(this);
     todo->addWidget(armarFiltro());
     todo->addWidget(tabla_, 1);
     todo->addWidget(armarBotones());
     acomodar(*this, {980, 520});
     volverAlLugar(*this);
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaDeSucesos::refrescar);
     prepararVentana(*this);
 }
 
@@ -171,18 +166,6 @@ void VentanaDeSucesos::exportar() {
     elegirArchivo(this, tr("Exportar los sucesos"), "sucesos.csv",
                   [this, texto = textoDeFilas(*modelo_, filas, columnas, ';')](
                       const QString& ruta) { emit guardar(ruta, texto); });
-}
-
-void VentanaDeSucesos::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaDeSucesos::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    ritmo_->stop();
-    recordarLugar(*this);
 }
 
 } // namespace kv

@@ -1,33 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "window/controls/ventana_al_dia.h"
 #include "window/history/modelo_de_sucesos.h"
-
-#include <QWidget>
 
 class QCheckBox;
 class QLineEdit;
 class QTableView;
-class QTimer;
 
 namespace kv {
 
 /// What happened, the latest first: filtered, acknowledged, copied, exported.
-class VentanaDeSucesos final : public QWidget {
+class VentanaDeSucesos final : public VentanaAlDia {
     Q_OBJECT
   public:
     VentanaDeSucesos(LibroDeSucesos& libro, const Tablas& tablas, QWidget* padre);
-    void refrescar();
+    void refrescar() override;
 
   signals:
     /// A line was double-clicked: its block, or its connection; kNinguno for what it has not.
     void irA(quint32 bloque, quint32 conexion);
     void guardar(const QString& ruta, const QString& texto);
     void reconocidos();
-
-  protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
 
   private:
     QWidget* armarFiltro();
@@ -45,7 +39,6 @@ class VentanaDeSucesos final : public QWidget {
     QCheckBox* graves_;
     QCheckBox* sinReconocer_;
     QTableView* tabla_;
-    QTimer* ritmo_;
 };
 
 } // namespace kv

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/lists/estado_de_fila.h"
 
+#include "view/columnas.h"
 #include "window/controls/colores.h"
 #include "window/controls/control.h"
 
@@ -65,22 +66,20 @@ QPixmap dibujar(EstadoDeFila estado, int lado, bool elegida) {
 }
 
 EstadoDeFila deConexion(const Lista& lista, std::uint32_t fila) {
-    const std::string texto = lista.texto(fila, 2);
+    const std::string texto = lista.texto(fila, de_conexiones::kEstado);
     if (texto.empty()) return EstadoDeFila::Ninguno;
-    return texto == "Conectado OK" ? EstadoDeFila::Bien : EstadoDeFila::Desconectada;
+    return texto == de_conexiones::kConectado ? EstadoDeFila::Bien : EstadoDeFila::Desconectada;
 }
 
 EstadoDeFila deVariable(const Lista& lista, std::uint32_t fila) {
     if (!lista.tildada(fila)) return EstadoDeFila::Apagada;
-    const std::string texto = lista.texto(fila, 2);
+    const std::string texto = lista.texto(fila, de_variables::kEstado);
     if (texto == "OK") return EstadoDeFila::Bien;
     return texto == "BAD" ? EstadoDeFila::Mal : EstadoDeFila::Descansa;
 }
 
 EstadoDeFila deBloque(const Lista& lista, std::uint32_t fila) {
-    if (!lista.tildada(fila)) return EstadoDeFila::Apagada;
-    return lista.texto(fila, 3).starts_with("Deshabilitado") ? EstadoDeFila::Descansa
-                                                             : EstadoDeFila::Bien;
+    return lista.tildada(fila) ? EstadoDeFila::Bien : EstadoDeFila::Apagada;
 }
 
 std::string tal(const Lista& lista, std::uint32_t fila, std::size_t columna) {
@@ -96,14 +95,16 @@ std::string conApagado(const Lista& lista, std::uint32_t fila, std::size_t colum
 }
 
 std::string textoDeVariable(const Lista& lista, std::uint32_t fila, std::size_t columna) {
-    return columna == 2 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+    return columna == de_variables::kEstado ? conApagado(lista, fila, columna)
+                                            : tal(lista, fila, columna);
 }
 
 /// A scan of 0 is no pace: it says when the block is read all the same.
 std::string textoDeBloque(const Lista& lista, std::uint32_t fila, std::size_t columna) {
-    if (columna == 2 && lista.texto(fila, columna) == "0")
+    if (columna == de_bloques::kScan && lista.texto(fila, columna) == "0")
         return deQt(QCoreApplication::translate("kv::Form1", "0: al conectar y al forzar"));
-    return columna == 3 ? conApagado(lista, fila, columna) : tal(lista, fila, columna);
+    return columna == de_bloques::kHabilitado ? conApagado(lista, fila, columna)
+                                              : tal(lista, fila, columna);
 }
 
 } // namespace
@@ -141,42 +142,45 @@ QColor colorDeEstado(EstadoDeFila estado, const QPalette& paleta) {
 }
 
 const FormaDeLista& formaDeSockets() {
-    static const FormaDeLista forma{.conTildes = false,
-                                    .columnaDeEstado = 2,
-                                    .columnaDeCifras = -1,
-                                    .estado = deConexion,
-                                    .texto = tal,
-                                    .especies = {Especie::Numero, Especie::Texto, Especie::Texto,
-                                                 Especie::Texto, Especie::Numero, Especie::Texto,
-                                                 Especie::Texto, Especie::Texto},
-                                    .filtrables = {0, 1, 2, 3},
-                                    .anchos = {2, 17, 58, 26, 2, 2, 2, 2}};
+    static const FormaDeLista forma{
+        .conTildes = false,
+        .columnaDeEstado = de_conexiones::kEstado,
+        .columnaDeCifras = -1,
+        .estado = deConexion,
+        .texto = tal,
+        .especies = {Especie::Numero, Especie::Texto, Especie::Texto, Especie::Texto,
+                     Especie::Numero, Especie::Texto, Especie::Texto, Especie::Texto},
+        .filtrables = {de_conexiones::kPuerto, de_conexiones::kDireccion, de_conexiones::kEstado,
+                       de_conexiones::kEstaciones},
+        .anchos = {2, 17, 58, 26, 2, 2, 2, 2}};
     return forma;
 }
 
 const FormaDeLista& formaDeVariables() {
-    static const FormaDeLista forma{.conTildes = true,
-                                    .columnaDeEstado = 2,
-                                    .columnaDeCifras = 1,
-                                    .estado = deVariable,
-                                    .texto = textoDeVariable,
-                                    .especies = {Especie::Direccion, Especie::Numero,
-                                                 Especie::Texto, Especie::Fecha, Especie::Texto},
-                                    .filtrables = {0, 2, 4},
-                                    .anchos = {14, 8, 38, 24, 22}};
+    static const FormaDeLista forma{
+        .conTildes = true,
+        .columnaDeEstado = de_variables::kEstado,
+        .columnaDeCifras = de_variables::kValor,
+        .estado = deVariable,
+        .texto = textoDeVariable,
+        .especies = {Especie::Direccion, Especie::Numero, Especie::Texto, Especie::Fecha,
+                     Especie::Texto},
+        .filtrables = {de_variables::kDireccion, de_variables::kEstado, de_variables::kNombre},
+        .anchos = {14, 8, 38, 24, 22}};
     return forma;
 }
 
 const FormaDeLista& formaDeBloques() {
-    static const FormaDeLista forma{.conTildes = true,
-                                    .columnaDeEstado = 3,
-                                    .columnaDeCifras = -1,
-                                    .estado = deBloque,
-                                    .texto = textoDeBloque,
-                                    .especies = {Especie::Direccion, Especie::Numero,
-                                                 Especie::Numero, Especie::Texto, Especie::Texto},
-                                    .filtrables = {0, 1, 3},
-                                    .anchos = {14, 5, 5, 60, 30}};
+    static const FormaDeLista forma{
+        .conTildes = true,
+        .columnaDeEstado = de_bloques::kHabilitado,
+        .columnaDeCifras = -1,
+        .estado = deBloque,
+        .texto = textoDeBloque,
+        .especies = {Especie::Direccion, Especie::Numero, Especie::Numero, Especie::Texto,
+                     Especie::Texto},
+        .filtrables = {de_bloques::kDireccion, de_bloques::kNivel, de_bloques::kHabilitado},
+        .anchos = {14, 5, 5, 60, 30}};
     return forma;
 }
 

@@ -13,7 +13,6 @@
 #include <QListView>
 #include <QPainter>
 #include <QStyledItemDelegate>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -148,14 +147,12 @@ void ModeloDeResumen::actualizar() {
 
 VentanaDeResumen::VentanaDeResumen(const Recuento& recuento, const Tablas& tablas,
                                    const PorQue& porQue, QWidget* padre)
-    : QWidget(padre, Qt::Window), recuento_(recuento),
+    : VentanaAlDia("FrmResumen", kRitmoMs, padre), recuento_(recuento),
       modelo_(hacer<ModeloDeResumen>(recuento, tablas, porQue, this)),
       fichas_(control<QListView>("lstResumen", this)),
       solo_(control<QCheckBox>("chkSoloConProblemas", tr("&Sólo con problemas"), this)),
-      total_(rotulo("lblResumen", this)), ritmo_(hacer<QTimer>(this)) {
-    setObjectName("FrmResumen");
+      total_(rotulo("lblResumen", this)) {
     setWindowTitle(tr("Resumen de estaciones"));
-    setWindowIcon(iconoDelPrograma());
     fichas_->setModel(modelo_);
     fichas_->setItemDelegate(hacer<DibujoDeFicha>(*modelo_, fichas_));
     fichas_->setViewMode(QListView::IconMode);
@@ -178,8 +175,6 @@ VentanaDeResumen::VentanaDeResumen(const Recuento& recuento, const Tablas& tabla
     todo->addWidget(fichas_, 1);
     acomodar(*this, {860, 480});
     volverAlLugar(*this);
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaDeResumen::refrescar);
     prepararVentana(*this);
 }
 
@@ -193,18 +188,6 @@ void VentanaDeResumen::refrescar() {
                         .arg(t.viejas)
                         .arg(t.bad));
     fichas_->viewport()->update(); // only what is in sight is drawn
-}
-
-void VentanaDeResumen::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaDeResumen::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    ritmo_->stop();
-    recordarLugar(*this);
 }
 
 } // namespace kv

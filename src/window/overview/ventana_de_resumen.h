@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "window/controls/ventana_al_dia.h"
 #include "window/overview/recuento.h"
 
 #include <QAbstractListModel>
-#include <QWidget>
 
 #include <vector>
 
 class QCheckBox;
 class QLabel;
 class QListView;
-class QTimer;
 
 namespace kv {
 
@@ -19,7 +18,6 @@ namespace kv {
 class ModeloDeResumen final : public QAbstractListModel {
     Q_OBJECT
   public:
-    enum Papel { kContada = Qt::UserRole };
     ModeloDeResumen(const Recuento& recuento, const Tablas& tablas, const PorQue& porQue,
                     QObject* padre);
     [[nodiscard]] int rowCount(const QModelIndex& padre = {}) const override;
@@ -44,19 +42,15 @@ class ModeloDeResumen final : public QAbstractListModel {
 
 /// A tile for each station: how many of its variables are OK, old and BAD. A click shows them in
 /// the lists of the main window.
-class VentanaDeResumen final : public QWidget {
+class VentanaDeResumen final : public VentanaAlDia {
     Q_OBJECT
   public:
     VentanaDeResumen(const Recuento& recuento, const Tablas& tablas, const PorQue& porQue,
                      QWidget* padre);
-    void refrescar();
+    void refrescar() override;
 
   signals:
     void elegida(quint32 conexion, quint32 estacion);
-
-  protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
 
   private:
     const Recuento& recuento_;
@@ -64,7 +58,6 @@ class VentanaDeResumen final : public QWidget {
     QListView* fichas_;
     QCheckBox* solo_;
     QLabel* total_;
-    QTimer* ritmo_;
 };
 
 } // namespace kv

@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QLocale>
 #include <QTableView>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -103,14 +102,12 @@ QVariant ModeloDeEstaciones::headerData(int columna, Qt::Orientation orientacion
 }
 
 VentanaDeConexion::VentanaDeConexion(const Tablas& tablas, const Operador& operador, QWidget* padre)
-    : QWidget(padre, Qt::Window), tablas_(tablas), operador_(operador),
+    : VentanaAlDia("FrmConexion", kRitmoMs, padre), tablas_(tablas), operador_(operador),
       modelo_(hacer<ModeloDeEstaciones>(tablas, operador, this)),
       titulo_(rotulo("lblConexion", this)), frase_(rotulo("lblFraseDeConexion", this)),
       reparto_(control<BarraDeReparto>("barraDeReparto", this)),
-      estaciones_(control<QTableView>("lstEstaciones", this)), ritmo_(hacer<QTimer>(this)) {
-    setObjectName("FrmConexion");
+      estaciones_(control<QTableView>("lstEstaciones", this)) {
     setWindowTitle(tr("Detalle de la conexión"));
-    setWindowIcon(iconoDelPrograma());
     QFont grande = font();
     grande.setBold(true);
     grande.setPointSizeF(grande.pointSizeF() * 1.3);
@@ -153,8 +150,6 @@ VentanaDeConexion::VentanaDeConexion(const Tablas& tablas, const Operador& opera
     todo->addWidget(estaciones_, 1);
     acomodar(*this, {940, 560});
     volverAlLugar(*this);
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaDeConexion::refrescar);
     prepararVentana(*this);
 }
 
@@ -219,18 +214,6 @@ void VentanaDeConexion::refrescar() {
     scans_->setText(scansQueNoSeCumplen());
     reparto_->poner(cuentas.reparto);
     estaciones_->viewport()->update(); // only what is in sight is asked for
-}
-
-void VentanaDeConexion::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaDeConexion::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    ritmo_->stop();
-    recordarLugar(*this);
 }
 
 } // namespace kv

@@ -2,14 +2,13 @@
 #pragma once
 
 #include "operator/operador.h"
+#include "window/controls/ventana_al_dia.h"
 
 #include <QAbstractTableModel>
-#include <QWidget>
 
 class QFormLayout;
 class QLabel;
 class QTableView;
-class QTimer;
 
 namespace kv {
 
@@ -35,16 +34,12 @@ class ModeloDeEstaciones final : public QAbstractTableModel {
 
 /// A connection and its figures since the start: how its stations answer, what goes wrong, what its
 /// line is busy with, and which scans it cannot keep.
-class VentanaDeConexion final : public QWidget {
+class VentanaDeConexion final : public VentanaAlDia {
     Q_OBJECT
   public:
     VentanaDeConexion(const Tablas& tablas, const Operador& operador, QWidget* padre);
     void mostrarPara(Indice conexion);
-    void refrescar();
-
-  protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
+    void refrescar() override;
 
   private:
     QLabel* cifra(const char* nombre, const QString& titulo, QFormLayout& donde);
@@ -65,7 +60,6 @@ class VentanaDeConexion final : public QWidget {
     QLabel* scans_ = nullptr;
     BarraDeReparto* reparto_;
     QTableView* estaciones_;
-    QTimer* ritmo_;
 };
 
 } // namespace kv

@@ -11,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -22,11 +21,9 @@ constexpr int kRitmoMs = 1000;
 } // namespace
 
 VentanaPorQue::VentanaPorQue(const Tablas& tablas, const PorQue& porQue, QWidget* padre)
-    : QWidget(padre, Qt::Window), tablas_(tablas), porQue_(porQue),
-      titulo_(rotulo("lblPorQue", this)), ritmo_(hacer<QTimer>(this)) {
-    setObjectName("FrmPorQue");
+    : VentanaAlDia("FrmPorQue", kRitmoMs, padre), tablas_(tablas), porQue_(porQue),
+      titulo_(rotulo("lblPorQue", this)) {
     setWindowTitle(tr("Por qué"));
-    setWindowIcon(iconoDelPrograma());
     QFont grande = font();
     grande.setBold(true);
     grande.setPointSizeF(grande.pointSizeF() * 1.3);
@@ -56,8 +53,6 @@ VentanaPorQue::VentanaPorQue(const Tablas& tablas, const PorQue& porQue, QWidget
     todo->addLayout(botones);
     acomodar(*this, {640, 300});
     volverAlLugar(*this);
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaPorQue::refrescar);
     prepararVentana(*this);
 }
 
@@ -102,18 +97,6 @@ void VentanaPorQue::copiar() {
     for (const QLabel* frase : frases_)
         lineas << frase->text();
     QGuiApplication::clipboard()->setText(lineas.join('\n') + '\n');
-}
-
-void VentanaPorQue::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaPorQue::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    ritmo_->stop();
-    recordarLugar(*this);
 }
 
 } // namespace kv

@@ -2,32 +2,26 @@
 #pragma once
 
 #include "operator/operador.h"
-
-#include <QWidget>
+#include "window/controls/ventana_al_dia.h"
 
 #include <array>
 
 class QGridLayout;
 class QLabel;
-class QTimer;
 
 namespace kv {
 
 /// Why a variable is as it is: what its block, its station and its connection say, each in one
 /// sentence that is true now. Follows the row that is chosen in the lists.
-class VentanaPorQue final : public QWidget {
+class VentanaPorQue final : public VentanaAlDia {
     Q_OBJECT
   public:
     VentanaPorQue(const Tablas& tablas, const PorQue& porQue, QWidget* padre);
     void mostrarPara(Indice bloque);
-    void refrescar();
+    void refrescar() override;
 
   signals:
     void verConexion(quint32 conexion);
-
-  protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
 
   private:
     QLabel* renglon(const char* nombre, const QString& titulo, QGridLayout& donde);
@@ -38,7 +32,6 @@ class VentanaPorQue final : public QWidget {
     Indice bloque_ = kNinguno;
     QLabel* titulo_;
     std::array<QLabel*, 4> frases_{}; ///< variable, block, station, connection
-    QTimer* ritmo_;
 };
 
 } // namespace kv

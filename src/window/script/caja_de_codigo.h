@@ -75,7 +75,6 @@ class CajaDeCodigo final : public QPlainTextEdit {
     [[nodiscard]] const Senal& senal(Marca cual) const {
         return senales_.at(static_cast<std::size_t>(cual));
     }
-    [[nodiscard]] int anchoDelMargen() const;
     void acomodarMargen();
     void resaltarLineas();
     void sangrarSeleccion(bool afuera);

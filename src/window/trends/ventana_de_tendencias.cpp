@@ -14,7 +14,6 @@
 #include <QMenu>
 #include <QPixmap>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace kv {
@@ -27,22 +26,18 @@ constexpr const char* kClaveDeLargo = "tendencias/minutos";
 
 VentanaDeTendencias::VentanaDeTendencias(RegistroDeTendencias& registro, Operador& operador,
                                          QWidget* padre)
-    : QWidget(padre, Qt::Window), registro_(registro), operador_(operador),
+    : VentanaAlDia("FrmTendencias", kRitmoMs, padre), registro_(registro), operador_(operador),
       lienzo_(control<LienzoDeTendencias>("lienzo", registro, this)),
       largo_(control<QComboBox>("cmbLargo", this)),
       pausa_(control<QPushButton>("BtnPausaDeTendencias", tr("&Pausa"), this)),
-      quitar_(control<QMenu>("MnuQuitar", this)), ritmo_(hacer<QTimer>(this)) {
-    setObjectName("FrmTendencias");
+      quitar_(control<QMenu>("MnuQuitar", this)) {
     setWindowTitle(tr("Tendencias"));
-    setWindowIcon(iconoDelPrograma());
     lienzo_->setAccessibleName(tr("Tendencias"));
     auto* todo = hacer<QVBoxLayout>(this);
     todo->addWidget(armarBarra());
     todo->addWidget(lienzo_, 1);
     acomodar(*this, {980, 560});
     volverAlLugar(*this);
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaDeTendencias::refrescar);
     prepararVentana(*this);
 }
 
@@ -115,18 +110,6 @@ void VentanaDeTendencias::guardarTabla() {
                   [this, csv](const QString& ruta) {
                       emit avisar(operador_.guardar(deQt(ruta), deQt(csv)));
                   });
-}
-
-void VentanaDeTendencias::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaDeTendencias::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    ritmo_->stop();
-    recordarLugar(*this);
 }
 
 } // namespace kv

@@ -2,36 +2,30 @@
 #pragma once
 
 #include "operator/operador.h"
+#include "window/controls/ventana_al_dia.h"
 #include "window/trends/lienzo.h"
 #include "window/trends/registro.h"
-
-#include <QWidget>
 
 class QComboBox;
 class QMenu;
 class QPushButton;
-class QTimer;
 
 namespace kv {
 
 /// The chosen variables over time, followed or held still, saved as a picture and as a table. What
 /// they are is noted whether this window is shown or not.
-class VentanaDeTendencias final : public QWidget {
+class VentanaDeTendencias final : public VentanaAlDia {
     Q_OBJECT
   public:
     /// All must outlive the window.
     VentanaDeTendencias(RegistroDeTendencias& registro, Operador& operador, QWidget* padre);
     /// Draws up to now, unless it is held.
-    void refrescar();
+    void refrescar() override;
 
   signals:
     void avisar(const kv::Aviso& aviso);
     /// The chosen variables are others.
     void cambiaron();
-
-  protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
 
   private:
     QWidget* armarBarra();
@@ -45,7 +39,6 @@ class VentanaDeTendencias final : public QWidget {
     QComboBox* largo_;
     QPushButton* pausa_;
     QMenu* quitar_;
-    QTimer* ritmo_;
     FechaHora hora_; ///< up to which is drawn
 };
 
