@@ -381,22 +381,23 @@ TEST_F(PorQueEstaMal, LaEdadDeUnValorSeMideConLoQueSuConexionPuedeDar) {
 }
 
 TEST_F(PorQueEstaMal, QuienEsperaDetrasDeUnaEscrituraNoPasaPorPreguntado) {
+    auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
     p.avanzar(5000); // reads have gone by
-    callar(1);
-    const auto espera = [&](Indice bloque) {
-        for (int i = 0; i < 30 && p.motor.turnos.enCurso(0) == nullptr; ++i)
-            p.avanzar(100);
-        p.motor.relojDeBloques.pedir(bloque);
-        return variable(bloque);
+    const auto bloque = [this] {
+        return enLosDos(p.motor.porQue.porQueBloque(1), ingles.porQueBloque(1));
     };
-    p.motor.solicitudes.escribirDireccion("1.1.11", 5, "ventana");
-    EXPECT_NE(espera(0).find("espera su turno detras de una escritura"), std::string::npos);
-    p.avanzar(10'000);
-    // The first read of a bit's register has that block's own frame.
-    p.motor.solicitudes.escribirDireccion("1.1.11.3", 1, "ventana");
-    EXPECT_NE(espera(1).find("espera su turno detras de una escritura"), std::string::npos)
-        << variable(1);
+    // The first read of a bit's register has the frame of that register's block.
+    for (const char* direccion : {"1.1.11", "1.1.11.3"}) {
+        plc.demora = [](const Solicitud&) { return std::optional<double>(500); };
+        p.motor.solicitudes.escribirDireccion(direccion, 1, "ventana");
+        for (int i = 0; i < 1000 && p.motor.turnos.enCurso(0) != &p.motor.ejecucion; ++i)
+            p.avanzar(10);
+        p.motor.relojDeBloques.pedir(1);
+        EXPECT_NE(bloque().find("espera su turno detras de una escritura"), std::string::npos)
+            << direccion << ": " << bloque();
+        p.avanzar(10'000);
+    }
 }
 
 TEST_F(PorQueEstaMal, LosContadoresDicenLoQueLaPlantaHizo) {
