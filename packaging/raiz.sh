@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Sourced by the scripts beside it: bare roots of a Debian release, in which packages are built and
 # tried. Wants root; installs mmdebstrap and systemd-container. Roots are kept as archives, so that a
 # second one of a kind takes seconds; KV_RAICES names where (build/raices).

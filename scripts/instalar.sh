@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Sourced by ./run, ./test and .ci/run: installs the Debian packages that are missing.
 # Usage: instalar PACKAGE...
 

@@ -1,5 +1,6 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
+<!-- SPDX-License-Identifier: Apache-2.0 -->
 <TS version="2.1" language="es_AR" sourcelanguage="en">
 <context>
     <name>QFileDialog</name>

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 ' Scripts that try to hold the plant up, one behind every line of '#. Each asks for far more than a
 ' second of work; banco_hostiles tells by how much it gets it.
 '# regexp_referencia_atras

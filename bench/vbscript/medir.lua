@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 -- Usage: lua5.4 medir.lua PROGRAM.lua ... ; prints "name seconds" of the best of several runs.
 local function mejor(f, veces)
     local menor = math.huge

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Completion of the driver's programs for bash. Options are asked of the program itself, so that they
 # are always those that it has.
 _driverkv2200() {

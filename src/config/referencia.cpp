@@ -162,7 +162,7 @@ std::string referenciaDeClaves() {
          "letras no cuentan.");
     fila(doc, "descripcion", "vacía", "hasta 200 caracteres", "Nombre para quien la mira.");
     fila(doc, "unidad", "vacía", "hasta 20 caracteres", "En qué se mide: `m³/h`, `°C`, `%`.");
-    return doc;
+    return doc + "\n<!-- SPDX-License-Identifier: Apache-2.0 -->\n";
 }
 
 } // namespace kv

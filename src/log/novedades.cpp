@@ -73,7 +73,7 @@ std::string referenciaDeNovedades() {
         doc += "*" + std::string(f.en.titulo) + ". " + std::string(f.en.causa) +
                " Check: " + std::string(f.en.mirar) + " Remedy: " + std::string(f.en.hacer) + "*\n";
     }
-    return doc;
+    return doc + "\n<!-- SPDX-License-Identifier: Apache-2.0 -->\n";
 }
 
 } // namespace kv

@@ -10,12 +10,6 @@ namespace kv::arquitectura {
 namespace fs = std::filesystem;
 namespace {
 
-std::string contenidoDe(const fs::path& ruta) {
-    std::ostringstream todo;
-    todo << std::ifstream(ruta, std::ios::binary).rdbuf();
-    return todo.str();
-}
-
 std::size_t saltos(std::string_view texto) {
     return static_cast<std::size_t>(std::count(texto.begin(), texto.end(), '\n'));
 }
@@ -62,16 +56,33 @@ std::size_t Fuente::lineaDe(std::size_t posicion) const {
     return saltos(std::string_view(codigo).substr(0, posicion)) + 1;
 }
 
+std::string contenidoDe(const fs::path& ruta) {
+    std::ostringstream todo;
+    todo << std::ifstream(ruta, std::ios::binary).rdbuf();
+    return todo.str();
+}
+
+std::vector<std::string> archivosDe(const fs::path& raiz) {
+    static const std::set<std::string> ajenos = {
+        ".git", "build", ".cache", "__pycache__", "compile_commands.json", "CMakeUserPresets.json"};
+    std::vector<std::string> todos;
+    for (fs::recursive_directory_iterator i(raiz), fin; i != fin; ++i) {
+        if (ajenos.contains(i->path().filename().string())) {
+            i.disable_recursion_pending();
+        } else if (i->is_regular_file()) {
+            todos.push_back(i->path().lexically_relative(raiz).string());
+        }
+    }
+    return todos;
+}
+
 std::vector<Fuente> leerFuentes(const fs::path& raiz) {
     std::vector<Fuente> todas;
-    for (const char* carpeta : {"src", "tools", "tests", "bench", "fuzz"}) {
-        for (const auto& e : fs::recursive_directory_iterator(raiz / carpeta)) {
-            if (e.path().extension() != ".cpp" && e.path().extension() != ".h") continue;
-            std::string texto = contenidoDe(e.path());
-            std::string codigo = sinComentariosNiLiterales(texto);
-            todas.push_back(
-                {e.path().lexically_relative(raiz).string(), std::move(texto), std::move(codigo)});
-        }
+    for (const std::string& r : archivosDe(raiz)) {
+        if (!r.ends_with(".cpp") && !r.ends_with(".h")) continue;
+        std::string texto = contenidoDe(raiz / r);
+        std::string codigo = sinComentariosNiLiterales(texto);
+        todas.push_back({r, std::move(texto), std::move(codigo)});
     }
     return todas;
 }

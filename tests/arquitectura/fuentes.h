@@ -19,6 +19,11 @@ struct Fuente {
     [[nodiscard]] std::size_t lineaDe(std::size_t posicion) const;
 };
 
+/// All files of the tree, from its root, but for what is built and what a developer keeps beside.
+[[nodiscard]] std::vector<std::string> archivosDe(const std::filesystem::path& raiz);
+
+[[nodiscard]] std::string contenidoDe(const std::filesystem::path& ruta);
+
 /// All .cpp and .h files of the tree.
 [[nodiscard]] std::vector<Fuente> leerFuentes(const std::filesystem::path& raiz);
 

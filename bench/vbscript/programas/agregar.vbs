@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Function Correr
     Dim s, i
     s = ""

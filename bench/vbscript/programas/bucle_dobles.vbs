@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Function Bucle
     Dim i, s
     s = 0.5

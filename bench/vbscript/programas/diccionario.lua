@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 return function()
     local d, t = {}, 0
     for i = 1, 100000 do d["clave" .. i] = i end

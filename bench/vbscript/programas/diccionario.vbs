@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Function Correr
     Dim d, i, t
     Set d = CreateObject("Scripting.Dictionary")

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 local function fib(n)
     if n < 2 then return n end
     return fib(n - 1) + fib(n - 2)

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Function Fib(n)
     If n < 2 Then
         Fib = n

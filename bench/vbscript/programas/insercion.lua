@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 return function()
     local a, x = {}, 12345
     for i = 0, 1999 do

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Function Correr
     Dim a(1999), i, j, x
     x = 12345

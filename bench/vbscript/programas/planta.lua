@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 -- Values of a line, gathered after every answer.
 total = total or 0
 lecturas = lecturas or 0

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 ' Values of a line, gathered after every answer.
 Dim total, lecturas, maximo, minimo, promedio, alarma, turno, estado, texto, detalle
 Dim presion(9), caudal(9)

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: Apache-2.0
 local function ordenar(a, izq, der)
     local i, j = izq, der
     local p = a[(izq + der) // 2]

@@ -1,3 +1,4 @@
+' SPDX-License-Identifier: Apache-2.0
 Sub Ordenar(a, izq, der)
     Dim i, j, p, t
     i = izq
