@@ -26,4 +26,4 @@ instalar() {
 # What the driver and its tools are built with, and what the tests want beside that.
 PAQUETES_PROGRAMA=(g++ cmake ninja-build libcli11-dev libpcre2-dev pkg-config libsystemd-dev
                    qt6-base-dev qt6-l10n-tools liborcus-dev)
-PAQUETES_PRUEBAS=(libgtest-dev libbenchmark-dev python3 xvfb xauth fonts-dejavu-core)
+PAQUETES_PRUEBAS=(libgtest-dev python3 xvfb xauth fonts-dejavu-core)
