@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/alcance.h"
 
-#include "plant/bases.h"
+#include "plant/duraciones.h"
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"

@@ -3,7 +3,7 @@
 
 #include "config/desconocidas.h"
 #include "config/descripciones.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/configurados.h"
 #include "plant/descripciones.h"
-#include "plant/registros.h"
 
 #include <cmath>
 #include <cstdint>

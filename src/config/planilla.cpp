@@ -5,7 +5,7 @@
 #include "config/desconocidas.h"
 #include "config/descripciones.h"
 #include "config/ini.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "plant/direcciones.h"
 #include "plant/limites.h"
 #include "text/numeros.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/presupuesto.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 

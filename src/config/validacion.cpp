@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/validacion.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "plant/direcciones.h"
 #include "plant/limites.h"
 #include "platform/maquina.h"

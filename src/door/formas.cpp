@@ -2,7 +2,7 @@
 #include "door/formas.h"
 
 #include "events/nombres.h"
-#include "plant/bases.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 

@@ -2,7 +2,8 @@
 #include "model/filas.h"
 
 #include "events/suceso.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
+#include "plant/valor_y_estado.h"
 #include "text/fecha.h"
 #include "text/numeros.h"
 #include "view/columnas.h"

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/modelo.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
+#include "plant/duraciones.h"
 #include "plant/limites.h"
+#include "plant/valor_y_estado.h"
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/diferencia.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 
 #include <algorithm>
 #include <bit>

@@ -10,9 +10,18 @@
 namespace kv {
 namespace {
 
+constexpr std::int16_t kBorrar = 8;
+constexpr std::int16_t kNada = 16;
+
 double numero(const std::string& texto) { return numeroDeTexto(texto).value_or(0); }
 
 } // namespace
+
+std::int16_t ValidarIngresoDeNumeros(std::int16_t tecla, bool menos, bool punto) {
+    const bool pasa = (tecla >= '0' && tecla <= '9') || tecla == kBorrar ||
+                      (punto && tecla == '.') || (menos && tecla == '-');
+    return pasa ? tecla : kNada;
+}
 
 int EscrituraManual::bit() const {
     const auto punto = TxtDireccion.rfind('.');

@@ -10,6 +10,10 @@ namespace kv {
 
 inline constexpr int kDireccionMaxima = 200; ///< characters that a box takes of an address
 
+/// Key filter of boxes that take whole numbers: a digit or backspace (8) passes, any other key
+/// becomes code 16, but for "." and "-" where they are allowed.
+[[nodiscard]] std::int16_t ValidarIngresoDeNumeros(std::int16_t tecla, bool menos, bool punto);
+
 /// Takes writes that were asked for by hand; how each ends is told in the operator's box.
 class OrdenDeEscribir {
   public:

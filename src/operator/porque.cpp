@@ -2,8 +2,8 @@
 #include "operator/porque.h"
 
 #include "operator/dichos_de_porque.h"
-#include "plant/bases.h"
 #include "plant/ordenantes.h"
+#include "plant/valor_y_estado.h"
 #include "platform/motivo_de_enlace.h"
 #include "text/numeros.h"
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/configurados.h"
 #include "plant/fallidos.h"
-#include "plant/registros.h"
+#include "plant/momento.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "plant/direcciones.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "plant/limites.h"
 #include "plant/tablas.h"
 #include "text/numeros.h"

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "plant/bloque.h"
+#include "plant/configurados.h"
 #include "plant/ordenantes.h"
 #include "plant/posiciones.h"
-#include "plant/registros.h"
 #include "plant/tabla.h"
 #include "wire/respuestas_debidas.h"
 

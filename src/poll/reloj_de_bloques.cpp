@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "poll/reloj_de_bloques.h"
 
-#include "plant/bases.h"
+#include "plant/duraciones.h"
 #include "text/numeros.h"
 #include "view/columnas.h"
 

@@ -2,7 +2,8 @@
 #include "script/publicacion.h"
 
 #include "events/suceso.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
+#include "plant/valor_y_estado.h"
 
 namespace kv {
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/Form1.h"
 
-#include "window/anexos_de_listas.h"
 #include "window/barra_de_estado.h"
 #include "window/cabeza_de_Form1.h"
 #include "window/controls/control.h"
@@ -11,6 +10,7 @@
 #include "window/dialogs/FrmEscritura.h"
 #include "window/dialogs/FrmPuertos.h"
 #include "window/help/ventana_de_manual.h"
+#include "window/listas_de_Form1.h"
 #include "window/lists/tabla_de_lista.h"
 #include "window/mensajero.h"
 #include "window/panel_de_ordenes.h"

@@ -2,10 +2,10 @@
 // The menus of the main window.
 
 #include "window/Form1.h"
-#include "window/anexos_de_listas.h"
 #include "window/controls/control.h"
 #include "window/controls/elegir_archivo.h"
 #include "window/help/ventana_de_manual.h"
+#include "window/listas_de_Form1.h"
 #include "window/lists/tabla_de_lista.h"
 #include "window/mensajero.h"
 #include "window/panel_de_ordenes.h"

@@ -2,6 +2,7 @@
 #include "write/ejecucion.h"
 
 #include "events/rechazo.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 #include "write/palabra.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "link/turno.h"
-#include "plant/bases.h"
+#include "plant/duraciones.h"
 #include "poll/estaciones_mudas.h"
 #include "poll/poleo.h"
 #include "script/publicacion.h"

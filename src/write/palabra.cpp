@@ -3,11 +3,10 @@
 
 #include "text/numeros.h"
 
+#include <cstdint>
+
 namespace kv {
 namespace {
-
-constexpr std::int16_t kBorrar = 8;
-constexpr std::int16_t kNada = 16;
 
 std::int32_t comoEntero(double palabra) { return entero(palabra).value_or(0); }
 
@@ -19,11 +18,5 @@ double SetearBIT_YDevolverPalabra(double palabra, int bit, bool marcado) {
 }
 
 int wordbit(double palabra, int bit) { return comoEntero(palabra) >> (bit & 15) & 1; }
-
-std::int16_t ValidarIngresoDeNumeros(std::int16_t tecla, bool menos, bool punto) {
-    const bool pasa = (tecla >= '0' && tecla <= '9') || tecla == kBorrar ||
-                      (punto && tecla == '.') || (menos && tecla == '-');
-    return pasa ? tecla : kNada;
-}
 
 } // namespace kv

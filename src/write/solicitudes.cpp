@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "write/solicitudes.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 #include "plant/limites.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"

@@ -199,6 +199,12 @@ TEST(Arquitectura, CadaArchivoDiceSuLicencia) {
             << s << " is not there any more";
 }
 
+TEST(Arquitectura, UnArchivoDePruebasSeLlamaAsiYSoloEl) {
+    static const std::regex prueba(R"(\n(TEST|TEST_F|TEST_P)\()");
+    for (const Fuente& f : fuentes())
+        EXPECT_EQ(f.ruta.ends_with("_prueba.cpp"), std::regex_search(f.codigo, prueba)) << f.ruta;
+}
+
 TEST(Arquitectura, FuncionesYArchivosCabenEnLaVista) {
     std::size_t vistas = 0;
     for (const Fuente& f : fuentes()) {

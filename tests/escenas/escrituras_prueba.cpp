@@ -2,6 +2,7 @@
 // What happens to a write, from the request to its confirmation or its end.
 
 #include "apoyo/planta.h"
+#include "operator/escritura_manual.h"
 #include "text/texto.h"
 #include "write/palabra.h"
 
@@ -388,6 +389,9 @@ TEST(Palabra, BitsDeUnaPalabra) {
     EXPECT_EQ(SetearBIT_YDevolverPalabra(0, 15, true), 32768);
     EXPECT_EQ(wordbit(5, 0) * 100 + wordbit(5, 1) * 10 + wordbit(5, 2), 101);
     EXPECT_EQ(wordbit(-1, 15), 1);
+}
+
+TEST(EscrituraManual, CajasDeNumeros) {
     EXPECT_EQ(ValidarIngresoDeNumeros('7', false, false), '7');
     EXPECT_EQ(ValidarIngresoDeNumeros(8, false, false), 8);
     EXPECT_EQ(ValidarIngresoDeNumeros('.', false, false), 16);

@@ -3,6 +3,7 @@
 // is forgotten.
 
 #include "apoyo/planta.h"
+#include "plant/valor_y_estado.h"
 
 #include <gtest/gtest.h>
 

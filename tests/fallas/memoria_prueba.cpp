@@ -12,7 +12,7 @@
 #include "vbscript/compile/compiler.h"
 #include "vbscript/compile/globals.h"
 #include "vbscript/engine.h"
-#include "vbscript/entorno_prueba.h"
+#include "vbscript/entorno.h"
 #include "vbscript/library/standard.h"
 #include "vbscript/syntax/parser.h"
 

@@ -26,7 +26,7 @@ struct Resultado {
 
 /// Lives the plant through the history and the calm after it. `trazas` is told what the driver
 /// shows.
-[[nodiscard]] Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia,
+[[nodiscard]] Resultado vivir(const Plan& plan, const std::vector<Episodio>& historia,
                               SalidaDeTraza* trazas = nullptr);
 
 } // namespace kv::mundo

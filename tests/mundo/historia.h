@@ -9,8 +9,8 @@
 
 namespace kv::mundo {
 
-/// What may happen to a plant. `a`, `b`, `c` and `ms` of an event are meant as said here.
-enum class Que : std::uint8_t {
+/// What may happen to a plant. `a`, `b`, `c` and `ms` of an episode are meant as said here.
+enum class Acto : std::uint8_t {
     // Links and stations: `a` is the connection.
     Cortar,     ///< the far side closes or, odd `c`, resets
     Retener,    ///< nothing passes for `ms`, then all of it comes
@@ -59,10 +59,10 @@ enum class Que : std::uint8_t {
     Cuantas
 };
 
-struct Suceso {
+struct Episodio {
     std::uint32_t numero = 0; ///< its place in the history drawn
     std::int64_t us = 0;      ///< when, after the start
-    Que que = Que::Cortar;
+    Acto que = Acto::Cortar;
     std::uint32_t a = 0, b = 0, c = 0;
     std::int64_t ms = 0;
     bool enMedio = false; ///< at the next event, inside whatever handler is running
@@ -70,8 +70,8 @@ struct Suceso {
 
 /// All that will happen to a plant, in order of time. Drawn as a whole beforehand, so that any part
 /// of it can be played again.
-[[nodiscard]] std::vector<Suceso> historiaDe(const Plan& plan);
+[[nodiscard]] std::vector<Episodio> historiaDe(const Plan& plan);
 
-[[nodiscard]] std::string textoDe(const Suceso& suceso);
+[[nodiscard]] std::string textoDe(const Episodio& episodio);
 
 } // namespace kv::mundo

@@ -38,34 +38,34 @@ void vigilar(std::uint64_t semilla, double segundos) {
 
 double cpu() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
-std::vector<Suceso> parteDe(const std::vector<Suceso>& todo,
-                            const std::vector<std::uint32_t>& numeros) {
-    std::vector<Suceso> parte;
-    for (const Suceso& s : todo) {
+std::vector<Episodio> parteDe(const std::vector<Episodio>& todo,
+                              const std::vector<std::uint32_t>& numeros) {
+    std::vector<Episodio> parte;
+    for (const Episodio& s : todo) {
         if (std::find(numeros.begin(), numeros.end(), s.numero) != numeros.end())
             parte.push_back(s);
     }
     return parte;
 }
 
-void contarFallo(const Plan& plan, const Resultado& r, const std::vector<Suceso>& historia,
+void contarFallo(const Plan& plan, const Resultado& r, const std::vector<Episodio>& historia,
                  const Opciones& o) {
     std::printf("seed %llu: %s\n  %s\n", static_cast<unsigned long long>(plan.semilla),
                 r.fallo.c_str(), plan.resumen().c_str());
-    std::vector<Suceso> corta = historia;
+    std::vector<Episodio> corta = historia;
     if (o.reducir) {
         vigilar(plan.semilla, 20 * o.cuelgueSegundos);
         const auto regla = [](const Resultado& x) { return x.fallo.substr(0, x.fallo.find(" (")); };
         // What came after it broke broke nothing.
-        std::erase_if(corta, [&r](const Suceso& s) { return s.us / 1000 > r.simuladoMs; });
-        corta = reducir(corta, [&](const std::vector<Suceso>& parte) {
+        std::erase_if(corta, [&r](const Episodio& s) { return s.us / 1000 > r.simuladoMs; });
+        corta = reducir(corta, [&](const std::vector<Episodio>& parte) {
             return regla(vivir(plan, parte)) == regla(r);
         });
     }
     std::printf("  shortest history found, %zu of %zu events: %s\n", corta.size(), historia.size(),
                 vivir(plan, corta).fallo.c_str());
     std::string numeros;
-    for (const Suceso& s : corta) {
+    for (const Episodio& s : corta) {
         if (corta.size() <= 60) std::printf("    %s\n", textoDe(s).c_str());
         numeros += (numeros.empty() ? "" : ",") + std::to_string(s.numero);
     }
@@ -85,7 +85,7 @@ int correr(const Opciones& o) {
     for (std::uint64_t s = o.desde; s <= o.hasta; ++s) {
         vigilar(s, o.cuelgueSegundos);
         const Plan plan(s, o.tamano);
-        std::vector<Suceso> historia = historiaDe(plan);
+        std::vector<Episodio> historia = historiaDe(plan);
         if (o.solo) historia = parteDe(historia, *o.solo);
         SalidaDeTraza trazas(true);
         const Resultado r = vivir(plan, historia, o.trazas ? &trazas : nullptr);

@@ -2,7 +2,7 @@
 #include "mundo/mundo.h"
 
 #include "mundo/guiones.h"
-#include "plant/bases.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -129,7 +129,7 @@ void Mundo::alTerminarSuceso() {
     escrituras_.mirar();
     reparto_.mirar();
     if (std::exchange(recargando_, motor_.recarga.enCurso())) mirarConmutados();
-    for (const Suceso* s : std::exchange(enMedio_, {}))
+    for (const Episodio* s : std::exchange(enMedio_, {}))
         ocurrir(*s);
 }
 
@@ -165,8 +165,8 @@ void Mundo::barrer() {
     otro_.paso();
 }
 
-Resultado Mundo::vivir(const std::vector<Suceso>& historia) {
-    for (const Suceso& s : historia) {
+Resultado Mundo::vivir(const std::vector<Episodio>& historia) {
+    for (const Episodio& s : historia) {
         avanzarHasta(inicioUs_ + s.us);
         if (!c_.fallo.empty()) break;
         ++r_.faltas;
@@ -291,7 +291,7 @@ std::int64_t Mundo::plazoDeCalmaUs() const {
     return (peorMs + 40 * plan_.baseDeSolicitudesMs + 120'000) * 1000;
 }
 
-Resultado vivir(const Plan& plan, const std::vector<Suceso>& historia, SalidaDeTraza* trazas) {
+Resultado vivir(const Plan& plan, const std::vector<Episodio>& historia, SalidaDeTraza* trazas) {
     return Mundo(plan, trazas).vivir(historia);
 }
 

@@ -24,7 +24,7 @@ namespace kv::mundo {
 class Mundo final : private AlEnviar {
   public:
     explicit Mundo(const Plan& plan, SalidaDeTraza* trazas = nullptr);
-    [[nodiscard]] Resultado vivir(const std::vector<Suceso>& historia);
+    [[nodiscard]] Resultado vivir(const std::vector<Episodio>& historia);
 
   private:
     using Indices = std::vector<std::size_t>;
@@ -41,18 +41,18 @@ class Mundo final : private AlEnviar {
     [[nodiscard]] bool enCalma();
     [[nodiscard]] std::int64_t plazoDeCalmaUs() const;
 
-    // What happens (sucesos.cpp).
-    void ocurrir(const Suceso& s);
-    void enLinea(const Suceso& s, Linea& linea);
-    void enCliente(const Suceso& s);
-    void enMaquina(const Suceso& s);
+    // What happens (episodios.cpp).
+    void ocurrir(const Episodio& s);
+    void enLinea(const Episodio& s, Linea& linea);
+    void enCliente(const Episodio& s);
+    void enMaquina(const Episodio& s);
     void recargar(std::uint32_t version);
     void mirarConmutados();
-    void enOperador(const Suceso& s);
-    void escribirClientes(const Suceso& s);
+    void enOperador(const Episodio& s);
+    void escribirClientes(const Episodio& s);
     void escribir(ReglaDeEscrituras::Escritor& e, std::uint32_t b);
     void ajustar(std::uint32_t cual, std::uint32_t texto);
-    void forzar(const Suceso& s);
+    void forzar(const Episodio& s);
     void forzarNivel(std::uint32_t nivel, int veces);
     void encender(Indice bloque, bool encendido);
     /// Later, unless the calm comes first: then at once.
@@ -81,7 +81,7 @@ class Mundo final : private AlEnviar {
     Cliente otro_;
     Resultado r_;
     std::multimap<std::int64_t, std::function<void()>> luego_;
-    std::vector<const Suceso*> enMedio_; ///< wait for a handler to happen in
+    std::vector<const Episodio*> enMedio_; ///< wait for a handler to happen in
     std::vector<std::string> forzables_;
     std::vector<bool> prendidos_; ///< by block, as configured
     bool recargando_ = false;

@@ -11,9 +11,9 @@
 namespace kv::mundo {
 namespace {
 
-bool tiene(const std::vector<Suceso>& parte, std::uint32_t numero) {
+bool tiene(const std::vector<Episodio>& parte, std::uint32_t numero) {
     return std::any_of(parte.begin(), parte.end(),
-                       [numero](const Suceso& s) { return s.numero == numero; });
+                       [numero](const Episodio& s) { return s.numero == numero; });
 }
 
 } // namespace
@@ -32,10 +32,10 @@ TEST(Mundo, LaMismaSemillaViveLaMismaVida) {
 }
 
 TEST(Mundo, UnaHistoriaSeReduceALoQueFalla) {
-    std::vector<Suceso> historia(500);
+    std::vector<Episodio> historia(500);
     for (std::uint32_t k = 0; k < historia.size(); ++k)
         historia[k].numero = k;
-    const auto corta = reducir(historia, [](const std::vector<Suceso>& parte) {
+    const auto corta = reducir(historia, [](const std::vector<Episodio>& parte) {
         return tiene(parte, 7) && tiene(parte, 300) && tiene(parte, 301);
     });
     ASSERT_EQ(corta.size(), 3U);

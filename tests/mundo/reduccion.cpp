@@ -5,13 +5,13 @@
 
 namespace kv::mundo {
 
-std::vector<Suceso> reducir(std::vector<Suceso> historia,
-                            const std::function<bool(const std::vector<Suceso>&)>& falla,
-                            int pruebas) {
+std::vector<Episodio> reducir(std::vector<Episodio> historia,
+                              const std::function<bool(const std::vector<Episodio>&)>& falla,
+                              int pruebas) {
     for (std::size_t trozo = (historia.size() + 1) / 2; trozo > 0;) {
         bool quito = false;
         for (std::size_t i = 0; i < historia.size() && pruebas > 0; --pruebas) {
-            std::vector<Suceso> resto = historia;
+            std::vector<Episodio> resto = historia;
             const auto desde = resto.begin() + static_cast<std::ptrdiff_t>(i);
             resto.erase(desde,
                         desde + static_cast<std::ptrdiff_t>(std::min(trozo, resto.size() - i)));

@@ -4,7 +4,7 @@
 #include "events/rechazo.h"
 #include "events/redaccion.h"
 
-#include "plant/bases.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mundo/regla_porque.h"
 
-#include "plant/bases.h"
+#include "plant/valor_y_estado.h"
 
 #include <algorithm>
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mundo/regla_valores.h"
 
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 
 namespace kv::mundo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The client's program beside a server on real sockets; its parser on a stream cut anywhere.
 
-#include "ClienteKV2200/orden.h"
+#include "ClienteKV2200/linea_de_orden.h"
 #include "ClienteKV2200/salida.h"
 #include "apoyo.h"
 #include "platform/epoll/bucle_epoll.h"

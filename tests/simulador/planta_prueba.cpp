@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "SimuladorKV2200/orden.h"
+#include "SimuladorKV2200/linea_de_orden.h"
 #include "SimuladorKV2200/planta.h"
 #include "SimuladorKV2200/solicitudes.h"
 

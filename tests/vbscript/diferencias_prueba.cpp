@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "vbscript/entorno_prueba.h"
-#include "vbscript/expresion_prueba.h"
+#include "vbscript/entorno.h"
+#include "vbscript/expresion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "vbscript/guion_prueba.h"
+#include "vbscript/lector_de_guiones.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -3,7 +3,7 @@
 
 #include "ClienteKV2200/enlace.h"
 #include "ClienteKV2200/lector.h"
-#include "ClienteKV2200/orden.h"
+#include "ClienteKV2200/linea_de_orden.h"
 #include "ClienteKV2200/salida.h"
 #include "platform/epoll/bucle_epoll.h"
 

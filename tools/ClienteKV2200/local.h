@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "ClienteKV2200/orden.h"
+#include "ClienteKV2200/linea_de_orden.h"
 
 #include <iosfwd>
 

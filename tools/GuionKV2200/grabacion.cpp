@@ -2,7 +2,7 @@
 #include "grabacion.h"
 
 #include "engine/reproduccion.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 
 #include <iostream>
 

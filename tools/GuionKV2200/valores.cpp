@@ -5,7 +5,8 @@
 #include "grabacion.h"
 
 #include "config/validacion.h"
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
+#include "plant/valor_y_estado.h"
 #include "recording/cinta.h"
 #include "text/numeros.h"
 #include "text/texto.h"

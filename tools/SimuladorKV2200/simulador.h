@@ -3,7 +3,7 @@
 
 #include "SimuladorKV2200/enlace.h"
 #include "SimuladorKV2200/escucha.h"
-#include "SimuladorKV2200/orden.h"
+#include "SimuladorKV2200/linea_de_orden.h"
 
 #include <iosfwd>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "vbscript/guion_prueba.h"
+#include "vbscript/lector_de_guiones.h"
 
-#include "vbscript/entorno_prueba.h"
+#include "vbscript/entorno.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 
 #include <gtest/gtest.h>
 

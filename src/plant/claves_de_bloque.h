@@ -1,27 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "plant/registros.h"
-
-#include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kv {
-
-inline constexpr double kOk = 6;
-inline constexpr double kBad = 13;
-
-/// "OK" for 6, "BAD" for 13, nothing for any other code.
-[[nodiscard]] std::string_view textoEstado(double codigo);
-
-/// Bit `b` (0 to 15) of a register's value: 0 or 1.
-[[nodiscard]] double bitDe(double valor, std::size_t b);
-
-/// A duration as timers take it: whole milliseconds, at least 1 for any that is above 0.
-[[nodiscard]] std::int64_t milisegundos(double segundos);
 
 /// Port, station and start address joined by points: "1.1.10".
 [[nodiscard]] std::string claveDeBloque(double puerto, double plc, std::string_view direccion);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "window/anexos_de_listas.h"
+#include "window/listas_de_Form1.h"
 
 #include "view/columnas.h"
 #include "window/controls/control.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "ClienteKV2200/orden.h"
+#include "ClienteKV2200/linea_de_orden.h"
 
 #include "ClienteKV2200/salida.h"
 #include "cli/castellano.h"

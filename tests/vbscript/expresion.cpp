@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "vbscript/expresion_prueba.h"
+#include "vbscript/expresion.h"
 
 #include <algorithm>
 #include <array>

@@ -1,26 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "plant/bases.h"
+#include "plant/claves_de_bloque.h"
 
 #include "text/numeros.h"
 #include "text/texto.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstdint>
 
 namespace kv {
-
-double bitDe(double valor, std::size_t b) {
-    return static_cast<std::uint32_t>(entero(valor).value_or(0)) >> b & 1;
-}
-
-std::string_view textoEstado(double codigo) {
-    if (codigo == kOk) return "OK";
-    return codigo == kBad ? "BAD" : "";
-}
-
-std::int64_t milisegundos(double segundos) {
-    return segundos > 0 ? std::max<std::int64_t>(1, std::llround(segundos * 1000)) : 0;
-}
 
 std::string claveDeBloque(double puerto, double plc, std::string_view direccion) {
     std::string clave;

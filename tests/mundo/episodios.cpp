@@ -28,30 +28,30 @@ void Mundo::luego(std::int64_t ms, std::function<void()> accion) {
     luego_.emplace(c_.ahoraUs() + ms * 1000, std::move(accion));
 }
 
-void Mundo::ocurrir(const Suceso& s) {
-    if (s.que < Que::Entrar) return enLinea(s, *lineas_[s.a]);
-    if (s.que < Que::Guion) return enCliente(s);
-    if (s.que < Que::Forzar) return enMaquina(s);
+void Mundo::ocurrir(const Episodio& s) {
+    if (s.que < Acto::Entrar) return enLinea(s, *lineas_[s.a]);
+    if (s.que < Acto::Guion) return enCliente(s);
+    if (s.que < Acto::Forzar) return enMaquina(s);
     enOperador(s);
 }
 
-void Mundo::enLinea(const Suceso& s, Linea& linea) {
+void Mundo::enLinea(const Episodio& s, Linea& linea) {
     const PlanDeConexion& p = linea.plan();
     const IdEnlace enlace = linea.enlace();
     switch (s.que) {
-    case Que::Cortar:
+    case Acto::Cortar:
         return s.c % 2 == 0 ? linea.cortar() : linea.cortarDeGolpe();
-    case Que::Retener:
+    case Acto::Retener:
         if (!linea.interrumpir()) return;
         return luego(s.ms, [&linea, enlace] { linea.reanudar(enlace); });
-    case Que::MedioAbrir:
+    case Acto::MedioAbrir:
         if (!linea.interrumpir()) return;
         return luego(s.ms, [&linea, enlace] { linea.soltar(enlace); });
-    case Que::Rechazar:
+    case Acto::Rechazar:
         linea.recibir(maneraDeRechazar(s.c));
         linea.cortar();
         return luego(s.ms, [&linea] { linea.recibir(Llegada::Entra); });
-    case Que::Enmudecer:
+    case Acto::Enmudecer:
         linea.recibir(Llegada::Entra);
         if (!linea.interrumpir()) return;
         linea.recibir(Llegada::Muda);
@@ -59,25 +59,25 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
             linea.soltar(enlace);
             linea.recibir(Llegada::Entra);
         });
-    case Que::Perder:
+    case Acto::Perder:
         return linea.perder(s.b);
-    case Que::Callar:
+    case Acto::Callar:
         return linea.callar(linea.estacion(s.b), c_.ahoraUs() + s.ms * 1000);
-    case Que::Demorar:
+    case Acto::Demorar:
         return linea.demorar(s.b, p.tiempoFueraMs * s.c);
-    case Que::Partir:
+    case Acto::Partir:
         return linea.partir(s.b, s.c);
-    case Que::Danar:
+    case Acto::Danar:
         return linea.danar(s.b, s.c);
-    case Que::Duplicar:
+    case Acto::Duplicar:
         return linea.duplicar(s.b, s.c % 2 == 1);
-    case Que::Trocar:
+    case Acto::Trocar:
         return linea.trocar();
-    case Que::Reiniciar:
+    case Acto::Reiniciar:
         return linea.reiniciar();
-    case Que::Habituar:
+    case Acto::Habituar:
         return linea.cambiarHabito(static_cast<Habito>(s.b));
-    case Que::Mentir:
+    case Acto::Mentir:
         return linea.mentirPronto();
     default:
         break;
@@ -90,30 +90,30 @@ void Mundo::enLinea(const Suceso& s, Linea& linea) {
     linea.mandarSuelto(basura);
 }
 
-void Mundo::enCliente(const Suceso& s) {
+void Mundo::enCliente(const Episodio& s) {
     const std::int64_t hasta = c_.ahoraUs() + s.ms * 1000;
     switch (s.que) {
-    case Que::Entrar:
+    case Acto::Entrar:
         return cliente_.entrar();
-    case Que::Salir:
+    case Acto::Salir:
         return cliente_.salir();
-    case Que::Desaparecer:
+    case Acto::Desaparecer:
         return cliente_.desaparecer();
-    case Que::NoLeer:
+    case Acto::NoLeer:
         return cliente_.noLeer(s.b * 100, hasta);
-    case Que::Ignorar:
+    case Acto::Ignorar:
         return cliente_.ignorarHasta(hasta);
-    case Que::Sincronizar:
+    case Acto::Sincronizar:
         return cliente_.enviar("SINCRONIZAR");
-    case Que::Escribir:
+    case Acto::Escribir:
         return escribirClientes(s);
-    case Que::PedirLectura:
+    case Acto::PedirLectura:
         return cliente_.enviar("Read;" + plan_.bloques[s.b].direccion() + ";FinRead;");
-    case Que::PedirForzado:
+    case Acto::PedirForzado:
         // Levels 1 and 2 are the operators': how often their blocks are read is counted.
         return cliente_.enviar("[FORZNIV]" + std::to_string(s.b % 3 == 0 ? 0 : 2 + s.b % 3) + ";" +
                                std::to_string(static_cast<int>(s.c % 5) - 1) + "[/FORZNIV]");
-    case Que::Hostil:
+    case Acto::Hostil:
         if (s.b % 4 == 0) return cliente_.leerNada();
         return cliente_.enviar(groseria(s.b, s.c));
     default:
@@ -124,7 +124,7 @@ void Mundo::enCliente(const Suceso& s) {
     otro_.enviar(groseria(s.b, s.c));
 }
 
-void Mundo::escribirClientes(const Suceso& s) {
+void Mundo::escribirClientes(const Episodio& s) {
     const auto& suyos = escrituras_.de(Fuente::Cliente);
     if (suyos.empty() || !cliente_.logueado()) return;
     std::string todas;
@@ -158,16 +158,16 @@ void Mundo::ajustar(std::uint32_t cual, std::uint32_t texto) {
     motor_.ajustes.escribirConfiguracion(kClaves[clave], t);
 }
 
-void Mundo::enMaquina(const Suceso& s) {
+void Mundo::enMaquina(const Episodio& s) {
     switch (s.que) {
-    case Que::Guion: {
+    case Acto::Guion: {
         if (s.b % 4 == 3) return recargar(s.c % 3 == 0 ? 0 : s.c);
         const std::string texto = guion(s.b, escrituras_.de(Fuente::Guion), forzables_);
         return texto.empty() ? archivos_.borrar(kGuion) : archivos_.poner(kGuion, texto);
     }
-    case Que::Ajuste:
+    case Acto::Ajuste:
         return ajustar(s.b, s.c);
-    case Que::SinAjustes: {
+    case Acto::SinAjustes: {
         c_.ajustesPerdidos = true;
         const std::string texto = archivos_.contenido(kAjustes);
         // The budgets stand first and stay: without them a script would hold up the world for ever.
@@ -176,12 +176,12 @@ void Mundo::enMaquina(const Suceso& s) {
         return archivos_.poner(kAjustes, texto.substr(0, std::max(texto.find("Tiempo_Entre_poleo"),
                                                                   texto.rfind('\n', mitad) + 1)));
     }
-    case Que::Reloj:
+    case Acto::Reloj:
         auditoria_.leer();
         return bucle_.relojSimulado().ponerFecha(bucle_.relojSimulado().segundos() + s.ms / 1000);
-    case Que::Parada:
+    case Acto::Parada:
         return bucle_.demorar(s.ms);
-    case Que::DiscoLleno:
+    case Acto::DiscoLleno:
         archivos_.negarEscrituras(true);
         break;
     default:
@@ -202,23 +202,23 @@ ReglaDeEscrituras::Escritor* Mundo::escritor(Fuente fuente, std::size_t cual) {
     return suyos.empty() ? nullptr : suyos[cual % suyos.size()];
 }
 
-void Mundo::enOperador(const Suceso& s) {
+void Mundo::enOperador(const Episodio& s) {
     Forzado& forzado = motor_.forzado;
     const auto i = static_cast<Indice>(s.a % motor_.tablas.bloques.limiteSuperior());
     switch (s.que) {
-    case Que::Forzar:
+    case Acto::Forzar:
         return forzar(s);
-    case Que::Nivel:
+    case Acto::Nivel:
         return forzarNivel(1 + s.b % 2, static_cast<int>(s.c % 6) - 1);
-    case Que::Encender:
+    case Acto::Encender:
         encender(i, false);
         return luego(s.ms, [this, i] { encender(i, true); });
-    case Que::Scan: {
+    case Acto::Scan: {
         const double antes = motor_.tablas.bloques[i].scanSegundos;
         forzado.ModificarScanDeBloque(i, static_cast<double>(s.ms) / 1000);
         return luego(10 * s.ms, [&forzado, i, antes] { forzado.ModificarScanDeBloque(i, antes); });
     }
-    case Que::EscribirAMano: {
+    case Acto::EscribirAMano: {
         const bool tormenta = s.c % 16 == 0;
         for (std::uint32_t k = 0; k < (tormenta ? 60 : s.b); ++k) {
             if (auto* e = escritor(Fuente::Operador, tormenta ? s.a + k : s.a)) escribir(*e, 0);
@@ -255,7 +255,7 @@ void Mundo::encender(Indice bloque, bool encendido) {
 }
 
 /// A forced read is answered or refused, and either is said.
-void Mundo::forzar(const Suceso& s) {
+void Mundo::forzar(const Episodio& s) {
     static constexpr std::array<std::string_view, 6> kMalas = {"",      "1.1",      "7.7.7",
                                                                "1.1.X", "1.1.1000", "....."};
     const bool mala = s.c % 5 == 0;

@@ -8,7 +8,7 @@
 
 namespace kv {
 
-TEST(Puerta, SoloEntranLosPermitidos) {
+TEST(Permitidos, SoloEntranLosPermitidos) {
     PlantaConServidor p(tresBloques());
     p.planta.ajuste("Escucha_Clientes_Permitidos", "10.0.0.8, 10.0.0.10/32;todos");
     p.arrancar();
@@ -28,7 +28,7 @@ TEST(Puerta, SoloEntranLosPermitidos) {
     EXPECT_TRUE(p.otro.conectado);
 }
 
-TEST(Puerta, AjustesQueNuncaFueronEnterosNoDejanEntrarANadie) {
+TEST(Permitidos, AjustesQueNuncaFueronEnterosNoDejanEntrarANadie) {
     const std::string enorme = "[DRIVER_KV2200]\r\n" + std::string(5U << 20, ';');
     const std::string utf16("\xFF\xFE[\0D\0R\0", 8);
     for (const std::string& malo : {std::string(), enorme, utf16,
@@ -64,7 +64,7 @@ const std::string kCerrada = "[DRIVER_KV2200]\r\nPuertoEscucha=1334\r\n"
 
 /// With an allow-list, read-only and login first, nothing that befalls the settings file lets a
 /// stranger in or a write through.
-TEST(Puerta, UnaVezCerradaQuedaCerrada) {
+TEST(Permitidos, UnaVezCerradaQuedaCerrada) {
     PlantaConServidor p(tresBloques());
     p.planta.archivos.poner("/kv/sis_config.ini", kCerrada);
     p.arrancar();
@@ -102,7 +102,7 @@ TEST(Puerta, UnaVezCerradaQuedaCerrada) {
     EXPECT_GE(veces(p.log(), "quedan como estaban"), 4U) << p.log();
 }
 
-TEST(Puerta, UnaClaveQueDesapareceCuentaALaSegundaMirada) {
+TEST(Permitidos, UnaClaveQueDesapareceCuentaALaSegundaMirada) {
     PlantaConServidor p(tresBloques());
     p.planta.archivos.poner("/kv/sis_config.ini", kCerrada);
     p.arrancar();
@@ -136,7 +136,7 @@ TEST(Puerta, UnaClaveQueDesapareceCuentaALaSegundaMirada) {
     EXPECT_TRUE(entra());
 }
 
-TEST(Puerta, LoQueNoSignificaNadaLaCierraYSeDiceAlArrancar) {
+TEST(Permitidos, LoQueNoSignificaNadaLaCierraYSeDiceAlArrancar) {
     struct Oye : Observador {
         void alCambiarEtiqueta(std::string_view, std::string_view) override {}
         void alCambiarColor(std::string_view, Color) override {}
@@ -171,7 +171,7 @@ TEST(Puerta, LoQueNoSignificaNadaLaCierraYSeDiceAlArrancar) {
     }
 }
 
-TEST(Puerta, Redes) {
+TEST(Permitidos, Redes) {
     EXPECT_TRUE(redDeTexto("10.0.0.9"));
     EXPECT_EQ(redDeTexto("10.1.2.3/8")->direccion, 0x0A000000U);
     EXPECT_EQ(redDeTexto("10.1.2.3/0")->mascara, 0U);
@@ -180,7 +180,7 @@ TEST(Puerta, Redes) {
         EXPECT_FALSE(redDeTexto(mala)) << mala;
 }
 
-TEST(Puerta, NadaSeDiceAntesDelLoginSiAsiSeQuiere) {
+TEST(Permitidos, NadaSeDiceAntesDelLoginSiAsiSeQuiere) {
     PlantaConServidor p(tresBloques());
     p.planta.ajuste("Escucha_Login_Antes_De_Todo", "1");
     p.planta.ajuste("Escucha_Plazo_De_Login_Segundos", "20");
@@ -203,7 +203,7 @@ TEST(Puerta, NadaSeDiceAntesDelLoginSiAsiSeQuiere) {
     EXPECT_EQ(p.estado(), EstadoZocalo::Escuchando);
 }
 
-TEST(Puerta, EscriturasContadasYSoloLectura) {
+TEST(Permitidos, EscriturasContadasYSoloLectura) {
     PlantaConServidor p(tresBloques());
     p.planta.ajuste("Escucha_Escrituras_Por_Segundo", "2");
     p.arrancarConCliente();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "vbscript/entorno_prueba.h"
+#include "vbscript/entorno.h"
 
 namespace vbscript {
 
