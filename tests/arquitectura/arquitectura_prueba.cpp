@@ -43,6 +43,10 @@ const std::vector<Fila>& tabla() {
     return leida;
 }
 
+bool esDePruebas(const std::string& carpeta) {
+    return carpeta == "tests" || carpeta == "bench" || carpeta == "fuzz";
+}
+
 /// The row that a file belongs to: the longest folder that it lies in; null if there is none.
 const Fila* filaDe(const std::string& ruta) {
     const std::string r = ruta.starts_with("src/") ? ruta.substr(4) : ruta;
@@ -98,14 +102,15 @@ TEST(Arquitectura, LaTablaVaDeAbajoHaciaArriba) {
             EXPECT_TRUE(conocidas.contains(otra))
                 << f.carpeta << " names " << otra << ", which has no row above it";
         EXPECT_TRUE(conocidas.insert(f.carpeta).second) << f.carpeta << " has two rows";
-        const bool prueba = f.carpeta == "tests" || f.carpeta == "bench" || f.carpeta == "fuzz";
-        EXPECT_TRUE(prueba || !f.incluye.contains("platform/simulated")) << f.carpeta;
+        EXPECT_TRUE(esDePruebas(f.carpeta) || !f.incluye.contains("platform/simulated"))
+            << f.carpeta;
     }
 }
 
 TEST(Arquitectura, CadaCarpetaIncluyeSoloLoQueLaTablaLeDeja) {
     static const std::regex include(R"re((?:^|\n)[ \t]*#[ \t]*include[ \t]*"([^"]+)")re");
     std::size_t vistos = 0;
+    std::set<std::pair<std::string, std::string>> usados;
     for (const Fuente& f : fuentes()) {
         const Fila* fila = filaDe(f.ruta);
         ASSERT_NE(fila, nullptr) << f.ruta << " lies in a folder without a row";
@@ -117,9 +122,16 @@ TEST(Arquitectura, CadaCarpetaIncluyeSoloLoQueLaTablaLeDeja) {
             EXPECT_TRUE(otra == fila || fila->incluye.contains(otra->carpeta))
                 << f.ruta << " includes " << destino << "; " << fila->carpeta << " may not include "
                 << otra->carpeta;
+            usados.emplace(fila->carpeta, otra->carpeta);
         }
     }
     EXPECT_GT(vistos, 100U);
+    for (const Fila& f : tabla()) {
+        if (esDePruebas(f.carpeta)) continue;
+        for (const std::string& otra : f.incluye)
+            EXPECT_TRUE(usados.contains({f.carpeta, otra}))
+                << f.carpeta << " may include " << otra << " and does not";
+    }
 }
 
 TEST(Arquitectura, LoQueSeIncluyeSeUsa) {
