@@ -3,7 +3,6 @@
 
 #include "server/cifrado.h"
 #include "server/mensajes.h"
-#include "text/fecha.h"
 
 #include <csignal>
 #include <ctime>

@@ -9,7 +9,6 @@
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 #include "server/servidor.h"
-#include "text/numeros.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

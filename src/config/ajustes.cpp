@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/ajustes.h"
 
+#include "config/ini.h"
 #include "platform/ruta.h"
 #include "text/numeros.h"
 #include "text/texto.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/claves.h"
 
+#include "config/ini.h"
 #include "text/texto.h"
 
 #include <algorithm>

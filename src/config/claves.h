@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "config/ini.h"
 #include "platform/trabajo.h"
 
 #include <array>

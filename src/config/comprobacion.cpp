@@ -3,6 +3,7 @@
 
 #include "config/desconocidas.h"
 #include "config/descripciones.h"
+#include "config/ini.h"
 #include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/texto.h"

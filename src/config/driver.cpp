@@ -2,6 +2,7 @@
 #include "config/driver.h"
 
 #include "config/claves.h"
+#include "config/ini.h"
 #include "plant/limites.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"

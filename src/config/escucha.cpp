@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/escucha.h"
 
-#include "config/ajustes.h"
 #include "config/desconocidas.h"
 #include "config/ini.h"
 #include "config/problema.h"
+#include "config/tabla_de_ajustes.h"
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"

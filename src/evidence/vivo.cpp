@@ -5,7 +5,6 @@
 #include "platform/epoll/cable_local.h"
 #include "text/json.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/filas.h"
 
-#include "events/suceso.h"
 #include "plant/claves_de_bloque.h"
 #include "plant/valor_y_estado.h"
 #include "text/fecha.h"

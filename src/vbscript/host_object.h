@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "vbscript/surroundings/fault.h"
 #include "vbscript/values/value.h"
 
 #include <functional>

@@ -160,28 +160,75 @@ std::set<std::string> hallados(const std::string& codigo, const char* expresion)
     return todos;
 }
 
-std::string sinIncludes(const std::string& codigo) {
-    return std::regex_replace(codigo, std::regex(R"(#[ \t]*include[^\n]*)"), "");
+std::string sinDirectivas(const std::string& codigo) {
+    return std::regex_replace(codigo, std::regex(R"(#(\\\n|[^\n])*)"), "");
+}
+
+/// What is declared outside of classes and functions, with empty bodies; enumerators that need no
+/// name before them stand beside their type.
+std::vector<std::string> declaraciones(const std::string& codigo) {
+    static const std::regex espacio(R"(\bnamespace\b[\w:\s]*$)");
+    static const std::regex enumerado(R"(^\s*enum\s+(?!class\b))");
+    std::vector<std::string> todas(1);
+    for (std::size_t i = 0; i < codigo.size(); ++i) {
+        std::string& esta = todas.back();
+        if (codigo[i] == '{' && std::regex_search(esta, espacio)) {
+            esta.clear();
+        } else if (codigo[i] == '{') {
+            const std::size_t cierra = llaveQueCierra(codigo, i);
+            const bool deFuncion = encabeza(esta);
+            esta += "{}";
+            if (std::regex_search(esta, enumerado)) {
+                std::istringstream dentro(codigo.substr(i + 1, cierra - i - 1));
+                for (std::string uno; std::getline(dentro, uno, ',');)
+                    todas.push_back(uno);
+            }
+            if (deFuncion) todas.emplace_back();
+            i = cierra;
+        } else if (codigo[i] == ';') {
+            todas.emplace_back();
+        } else if (codigo[i] != '}') {
+            esta += codigo[i];
+        }
+    }
+    return todas;
+}
+
+/// The names that a declaration gives; none if it only announces a type.
+std::set<std::string> nombresDe(std::string declaracion) {
+    static const std::regex sobra(R"(\[\[[^\]]*\]\]|<[^<>]*>|\btemplate\b)");
+    static const std::regex anuncio(R"(^\s*(class|struct|union|enum)\b[^{]*$)");
+    static const char* const tipo =
+        R"(^\s*(?:class|struct|union|enum(?:\s+class)?|using|concept)\s+(\w+))";
+    for (std::string antes; antes != declaracion;) {
+        antes = declaracion;
+        declaracion = std::regex_replace(antes, sobra, "");
+    }
+    if (std::regex_search(declaracion, anuncio)) return {};
+    if (auto suyo = hallados(declaracion, tipo); !suyo.empty()) return suyo;
+    const auto parentesis = declaracion.find('(');
+    if (declaracion.find('=') < parentesis) return hallados(declaracion, R"((\w+)\s*=)");
+    return hallados(declaracion.substr(0, parentesis), R"((\w+)\s*(?:\{\}|\[[^\]]*\])?\s*$)");
 }
 
 } // namespace
 
 std::set<std::string> identificadores(const std::string& codigo) {
-    return hallados(sinIncludes(codigo), R"(\b([A-Za-z_]\w*))");
+    return hallados(std::regex_replace(codigo, std::regex(R"(#[ \t]*include[^\n]*)"), ""),
+                    R"(\b([A-Za-z_]\w*))");
 }
 
 std::set<std::string> declarados(const std::string& codigo) {
-    std::set<std::string> todos;
-    const std::string limpio = sinIncludes(codigo);
-    for (const char* forma :
-         {R"(\b(?:class|struct|enum|using|concept|define)\s+(?:class\s+)?([A-Za-z_]\w*))",
-          R"(\b([A-Za-z_]\w*)\s*[({=])", R"(\b(k[A-Z]\w*))"})
-        todos.merge(hallados(limpio, forma));
-    for (const char* comun :
-         {"kv", "vbscript", "if", "for", "while", "return", "switch", "noexcept", "operator",
-          "sizeof", "size", "begin", "end", "string", "function", "std", "const", "override"})
-        todos.erase(comun);
+    std::set<std::string> todos = hallados(codigo, R"(#[ \t]*define\s+(\w+))");
+    for (const std::string& d : declaraciones(sinDirectivas(codigo)))
+        todos.merge(nombresDe(d));
+    todos.erase("operator");
+    todos.erase("static_assert");
     return todos;
+}
+
+std::set<std::string> anunciados(const std::string& codigo) {
+    return hallados(codigo, R"(\b(?:class|struct)\s+(\w+)\s*;)");
 }
 
 } // namespace kv::arquitectura

@@ -46,7 +46,10 @@ struct Fila {
 
 /// The identifiers of code without comments and includes.
 [[nodiscard]] std::set<std::string> identificadores(const std::string& codigo);
-/// Those that code of a header gives to whoever includes it, and some that it only uses.
+/// The names that code of a header gives to whoever includes it: of types, functions, constants,
+/// enumerators and macros.
 [[nodiscard]] std::set<std::string> declarados(const std::string& codigo);
+/// The types that it only says to be types.
+[[nodiscard]] std::set<std::string> anunciados(const std::string& codigo);
 
 } // namespace kv::arquitectura

@@ -3,6 +3,7 @@
 
 #include "programas.h"
 
+#include "apoyo/configuracion.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "server/cifrado.h"
 

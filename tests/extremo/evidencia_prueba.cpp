@@ -2,6 +2,7 @@
 // The bundle of evidence: of a plant that runs, unpacked and its capture read by the analyser that
 // it is for; and of one that stands still.
 
+#include "apoyo/configuracion.h"
 #include "extremo/programas.h"
 
 #include <gtest/gtest.h>

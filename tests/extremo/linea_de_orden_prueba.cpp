@@ -3,6 +3,8 @@
 
 #include "programas.h"
 
+#include "apoyo/configuracion.h"
+
 #include <filesystem>
 #include <fstream>
 #include <map>

@@ -3,6 +3,8 @@
 
 #include "programas.h"
 
+#include "apoyo/configuracion.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <fstream>

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "apoyo/carpeta.h"
-#include "apoyo/configuracion.h"
 #include "apoyo/proceso.h"
 
 #include <gtest/gtest.h>

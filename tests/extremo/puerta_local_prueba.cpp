@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The real programs: one asks the other by its socket file, while a client has its place.
 
+#include "apoyo/configuracion.h"
 #include "extremo/programas.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "extremo/programas.h"
+#include "apoyo/proceso.h"
 
+#include "apoyo/carpeta.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "server/cifrado.h"
 

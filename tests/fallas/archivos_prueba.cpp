@@ -3,6 +3,9 @@
 
 #include "apoyo.h"
 
+#include "apoyo/configuracion.h"
+#include "extremo/programas.h"
+
 #include <array>
 #include <csignal>
 #include <iostream>

@@ -3,6 +3,9 @@
 
 #include "apoyo.h"
 
+#include "apoyo/configuracion.h"
+#include "extremo/programas.h"
+
 #include <sys/resource.h>
 
 namespace kv::fallas {

@@ -4,6 +4,9 @@
 
 #include "apoyo.h"
 
+#include "apoyo/configuracion.h"
+#include "extremo/programas.h"
+
 #include <sys/un.h>
 #include <sys/wait.h>
 

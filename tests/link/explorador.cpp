@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "link/explorador.h"
 
+#include "wire/ensamblado.h"
+
 #include <algorithm>
 #include <array>
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "wire/ensamblado.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 #include "wire/respuestas_debidas.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 

@@ -3,6 +3,7 @@
 // that breaks a rule is printed with the shortest history that still breaks it.
 
 #include "main/salida_de_traza.h"
+#include "mundo/corrida.h"
 #include "mundo/opciones.h"
 #include "mundo/reduccion.h"
 

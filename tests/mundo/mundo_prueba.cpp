@@ -2,6 +2,7 @@
 // What the world relies on itself: the same seed lives the same life, and a history that fails is
 // cut down to what makes it fail.
 
+#include "mundo/corrida.h"
 #include "mundo/reduccion.h"
 
 #include <gtest/gtest.h>

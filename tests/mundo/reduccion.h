@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "mundo/corrida.h"
+#include "mundo/historia.h"
 
 #include <functional>
 

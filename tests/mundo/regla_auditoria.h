@@ -3,7 +3,6 @@
 
 #include "mundo/contexto.h"
 #include "platform/simulated/archivos_simulados.h"
-#include "write/auditoria.h"
 
 #include <deque>
 #include <string>

@@ -3,7 +3,6 @@
 
 #include "mundo/contexto.h"
 #include "mundo/regla_auditoria.h"
-#include "write/ejecucion.h"
 
 #include <array>
 #include <deque>

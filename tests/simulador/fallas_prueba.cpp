@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SimuladorKV2200/fallas.h"
-#include "SimuladorKV2200/linea_de_orden.h"
 #include "SimuladorKV2200/salida.h"
 
 #include <gtest/gtest.h>

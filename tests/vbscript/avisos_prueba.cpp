@@ -2,6 +2,7 @@
 // What a look over a text finds that compiles and is hardly meant.
 
 #include "vbscript/checking.h"
+#include "vbscript/engine.h"
 #include "vbscript/entorno.h"
 
 #include <algorithm>

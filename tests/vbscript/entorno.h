@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "vbscript/engine.h"
+#include "vbscript/surroundings/disk.h"
+#include "vbscript/surroundings/surroundings.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/lector_de_guiones.h"
 
+#include "vbscript/engine.h"
 #include "vbscript/entorno.h"
 
 #include <filesystem>

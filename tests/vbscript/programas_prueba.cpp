@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "vbscript/engine.h"
 #include "vbscript/entorno.h"
 
 #include <array>

@@ -4,7 +4,6 @@
 #include "operator/escritura_manual.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
-#include "window/controls/ventana.h"
 #include "window/dialogs/FrmAbout.h"
 #include "window/dialogs/FrmEscritura.h"
 

@@ -4,7 +4,6 @@
 #include "platform/simulated/bucle_simulado.h"
 #include "ventana/manos.h"
 #include "ventana/pantalla.h"
-#include "view/vista.h"
 #include "window/controls/idioma.h"
 #include "window/traces/caja_de_traza.h"
 

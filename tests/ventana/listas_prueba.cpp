@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What an operator does with rows: choose several, take them elsewhere, look at them otherwise.
 
-#include "ventana/pantalla.h"
 #include "ventana/principal.h"
-#include "window/lists/tabla_de_lista.h"
 #include "window/lists/texto_de_filas.h"
 
 #include <QClipboard>

@@ -3,10 +3,8 @@
 
 #include "platform/simulated/bucle_simulado.h"
 #include "ventana/manos.h"
-#include "ventana/pantalla.h"
 #include "view/clave_de_orden.h"
 #include "view/lista.h"
-#include "window/controls/control.h"
 #include "window/traces/caja_de_traza.h"
 #include "window/traces/fichas.h"
 

@@ -6,7 +6,6 @@
 #include "window/help/ventana_de_manual.h"
 #include "window/history/recuerdo_de_sucesos.h"
 #include "window/history/ventana_de_sucesos.h"
-#include "window/trends/exportacion.h"
 #include "window/trends/ventana_de_tendencias.h"
 
 #include <QCheckBox>

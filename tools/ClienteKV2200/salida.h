@@ -2,7 +2,6 @@
 #pragma once
 
 #include "ClienteKV2200/lector.h"
-#include "text/fecha.h"
 
 #include <iosfwd>
 #include <map>

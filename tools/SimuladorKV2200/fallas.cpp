@@ -2,7 +2,6 @@
 #include "SimuladorKV2200/fallas.h"
 
 #include "text/numeros.h"
-#include "text/texto.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,6 @@
 #include "SimuladorKV2200/linea_de_orden.h"
 
 #include "cli/castellano.h"
-#include "text/direccion_de_red.h"
 #include "text/numeros.h"
 
 #include <CLI/CLI.hpp>

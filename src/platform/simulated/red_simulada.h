@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/reloj.h"
-#include "platform/zocalo.h"
 
 #include <cstdint>
 #include <map>

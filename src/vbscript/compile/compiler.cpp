@@ -2,6 +2,7 @@
 #include "vbscript/compile/compiler_impl.h"
 
 #include "vbscript/surroundings/errors.h"
+#include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
 

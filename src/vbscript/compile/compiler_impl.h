@@ -2,7 +2,6 @@
 #pragma once
 
 #include "vbscript/compile/compiler.h"
-#include "vbscript/surroundings/fault.h"
 #include "vbscript/values/arithmetic.h"
 
 #include <optional>

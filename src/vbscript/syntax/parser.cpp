@@ -2,7 +2,9 @@
 #include "vbscript/syntax/parser_impl.h"
 
 #include "vbscript/surroundings/errors.h"
+#include "vbscript/surroundings/fault.h"
 #include "vbscript/syntax/lexer.h"
+#include "vbscript/syntax/parser.h"
 
 namespace vbscript {
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "vbscript/surroundings/fault.h"
-#include "vbscript/syntax/parser.h"
+#include "vbscript/syntax/ast.h"
+#include "vbscript/values/names.h"
+#include "vbscript/values/runtime.h"
+
+#include <memory>
+#include <string_view>
 
 namespace vbscript {
 

@@ -2,6 +2,7 @@
 #include "window/history/libro_de_sucesos.h"
 
 #include "events/rechazo.h"
+#include "events/redaccion.h"
 #include "text/fecha.h"
 #include "text/numeros.h"
 #include "text/texto.h"

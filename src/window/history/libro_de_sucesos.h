@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "events/redaccion.h"
 #include "events/sucesos.h"
 
 #include <QString>
@@ -13,6 +12,8 @@
 #include <unordered_map>
 
 namespace kv {
+
+class Tablas;
 
 /// How much an operator has to care.
 enum class Gravedad : std::uint8_t { Nota, Aviso, Alarma };

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "view/lista.h"
-
 #include <QString>
 #include <QStringList>
 

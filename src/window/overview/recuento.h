@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "operator/operador.h"
+#include "operator/porque.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "operator/operador.h"
+#include "operator/porque.h"
 #include "window/controls/ventana_al_dia.h"
 
 #include <array>
