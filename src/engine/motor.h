@@ -29,6 +29,7 @@
 #include "script/log_de_guion.h"
 #include "script/publicacion.h"
 #include "server/servidor.h"
+#include "text/nombre_del_programa.h"
 #include "view/vista.h"
 #include "write/auditoria.h"
 #include "write/ejecucion.h"
@@ -38,8 +39,6 @@
 #include <string>
 
 namespace kv {
-
-inline constexpr std::string_view kNombreDelPrograma = "DriverKV2200";
 
 /// The engine: every part of the driver that needs no window, made once and joined. It decides
 /// nothing; it is the one place that knows who answers to whom.

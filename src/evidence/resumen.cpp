@@ -3,6 +3,7 @@
 
 #include "cli/version.h"
 #include "evidence/hora.h"
+#include "text/nombre_del_programa.h"
 #include "text/texto.h"
 
 #include <algorithm>
@@ -61,7 +62,7 @@ void decirLoVivo(Renglones& r, const Vivo& v) {
 
 std::string resumenDe(const DatosDelResumen& d, const Vivo& v) {
     Renglones r;
-    r.uno("Evidencia", conVersion("DriverKV2200") + ", " + formatoGeneral(d.hecha) + ", zona " +
+    r.uno("Evidencia", conVersion(kNombreDelPrograma) + ", " + formatoGeneral(d.hecha) + ", zona " +
                            zonaDe(d.hecha));
     r.uno("Planta", d.carpeta + (campo(v.estado, "proyecto").empty()
                                      ? std::string()

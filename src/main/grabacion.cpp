@@ -4,6 +4,7 @@
 #include "cli/version.h"
 #include "engine/reproduccion.h"
 #include "main/salida_de_traza.h"
+#include "text/nombre_del_programa.h"
 
 #include <filesystem>
 #include <fstream>

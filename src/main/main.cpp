@@ -8,6 +8,7 @@
 #include "main/planilla.h"
 #include "main/programa.h"
 #include "operator/revision_de_guion.h"
+#include "text/nombre_del_programa.h"
 #ifdef KV_VENTANA
 #include "main/con_ventana.h"
 #endif

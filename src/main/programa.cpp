@@ -2,6 +2,7 @@
 #include "main/programa.h"
 
 #include "cli/version.h"
+#include "text/nombre_del_programa.h"
 
 #include <array>
 #include <csignal>

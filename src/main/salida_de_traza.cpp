@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "main/salida_de_traza.h"
 
+#include "text/nombre_del_programa.h"
+
 #include <cerrno>
 #include <iostream>
 #include <poll.h>
@@ -84,7 +86,7 @@ void SalidaDeTraza::alVestirEtiqueta(std::string_view etiqueta, const AspectoDeE
 }
 
 void SalidaDeTraza::alMostrarMensaje(std::string_view titulo, std::string_view texto) {
-    std::cerr << (titulo.empty() ? "DriverKV2200" : titulo) << ": " << texto << std::endl;
+    std::cerr << (titulo.empty() ? kNombreDelPrograma : titulo) << ": " << texto << std::endl;
 }
 
 void SalidaDeTraza::volcar() {

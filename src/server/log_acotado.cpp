@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/log_acotado.h"
 
+#include "text/nombre_del_programa.h"
+
 namespace kv {
 namespace {
 
-constexpr std::string_view kModulo = "DriverKV2200";
+constexpr std::string_view kModulo = kNombreDelPrograma;
 constexpr std::int64_t kMinutoMs = 60'000;
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "plant/ordenantes.h"
 #include "server/cifrado.h"
 #include "text/fecha.h"
+#include "text/nombre_del_programa.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -136,7 +137,7 @@ void Sesion::anotar(std::string_view llegada) {
 }
 
 void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
-    log_.escribir("arriba datos", "DriverKV2200",
+    log_.escribir("arriba datos", kNombreDelPrograma,
                   std::string(que) + " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
 }
 

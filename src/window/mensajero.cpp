@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/mensajero.h"
 
+#include "text/nombre_del_programa.h"
 #include "window/controls/control.h"
 #include "window/controls/ventana.h"
 
@@ -16,7 +17,6 @@ namespace {
 constexpr int kAbiertosMaximo = 8;
 constexpr qsizetype kLargoMaximo = 2000; // characters; more would not fit a screen
 constexpr int kLineasMaximas = 20;       // neither would these
-constexpr const char* kPrograma = "DriverKV2200";
 
 QString loQueEntra(const QString& texto) {
     QStringList lineas = texto.left(kLargoMaximo).split('\n');
@@ -35,7 +35,7 @@ QMessageBox* Mensajero::caja(const QString& titulo, const QString& texto) {
     QWidget* sobre = ventana_ != nullptr && ventana_->isVisible() ? ventana_.data() : nullptr;
     auto* m = control<QMessageBox>("msgAviso", sobre);
     m->setAttribute(Qt::WA_DeleteOnClose);
-    m->setWindowTitle(titulo.isEmpty() ? QString(kPrograma) : titulo);
+    m->setWindowTitle(titulo.isEmpty() ? enQt(kNombreDelPrograma) : titulo);
     m->setTextFormat(Qt::PlainText); // what it says may come from a file or from the wire
     m->setText(texto);
     prepararVentana(*m);

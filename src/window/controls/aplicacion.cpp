@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/controls/aplicacion.h"
 
+#include "text/nombre_del_programa.h"
 #include "window/controls/paleta.h"
 
 #include <QAbstractEventDispatcher>
@@ -14,6 +15,7 @@
 #include <exception>
 #include <fcntl.h>
 #include <langinfo.h>
+#include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,7 +26,7 @@ namespace {
 /// The arguments that the toolkit sees: the program's own options are none of its business.
 struct Argumentos {
     int cuantos = 1;
-    std::array<char, 16> nombre{"DriverKV2200"};
+    std::string nombre{kNombreDelPrograma};
     std::array<char*, 2> valores{nombre.data(), nullptr};
 };
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/controls/memoria.h"
 
+#include "text/nombre_del_programa.h"
+#include "window/controls/control.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,7 +17,8 @@ namespace kv {
 namespace {
 
 QSettings& archivo() {
-    static QSettings unico(QSettings::IniFormat, QSettings::UserScope, "DriverKV2200", "ventana");
+    static QSettings unico(QSettings::IniFormat, QSettings::UserScope, enQt(kNombreDelPrograma),
+                           "ventana");
     return unico;
 }
 

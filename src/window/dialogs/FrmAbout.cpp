@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/dialogs/FrmAbout.h"
 
+#include "text/nombre_del_programa.h"
 #include "window/controls/control.h"
 #include "window/controls/ventana.h"
 
@@ -69,7 +70,7 @@ FrmAbout::FrmAbout(QWidget* padre, const QString& version) : QDialog(padre) {
     icono->setPixmap(iconoDe(padre, *style()).pixmap(QSize(kLadoDelIcono, kLadoDelIcono)));
     icono->setAccessibleName(tr("Icono del programa"));
     rejilla->addWidget(icono, 0, 0, 2, 1, Qt::AlignTop);
-    auto* nombre = control<QLabel>("Label1_1", "<h2>DriverKV2200</h2>", this);
+    auto* nombre = control<QLabel>("Label1_1", "<h2>" + enQt(kNombreDelPrograma) + "</h2>", this);
     rejilla->addWidget(nombre, 0, 1);
     auto* numero = control<QLabel>("Label_ControlDeVercion", tr("Versión %1").arg(version), this);
     numero->setTextInteractionFlags(Qt::TextSelectableByMouse);
