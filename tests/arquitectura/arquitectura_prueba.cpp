@@ -9,12 +9,14 @@
 #include <algorithm>
 #include <map>
 #include <regex>
+#include <sstream>
 
 namespace kv::arquitectura {
 namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kLineasDeFuncion = 60;
+constexpr std::size_t kLineasDeLaMitad = 6;
 constexpr std::size_t kLineasDePrueba = 70;
 constexpr std::size_t kLineasDeArchivo = 600;
 
@@ -245,6 +247,33 @@ TEST(Arquitectura, FuncionesYArchivosCabenEnLaVista) {
         }
     }
     EXPECT_GT(vistas, 500U);
+}
+
+TEST(Arquitectura, LaMitadDeLasFuncionesSonCortas) {
+    std::vector<std::size_t> largos;
+    for (const Fuente& f : fuentes()) {
+        if (!f.ruta.starts_with("src/")) continue;
+        for (const Funcion& g : funcionesDe(f.codigo))
+            largos.push_back(g.lineas);
+    }
+    const auto medio = largos.begin() + static_cast<std::ptrdiff_t>(largos.size() / 2);
+    std::nth_element(largos.begin(), medio, largos.end());
+    EXPECT_LE(*medio, kLineasDeLaMitad);
+}
+
+TEST(Arquitectura, LasPruebasSonDeUnCuartoAUnTercio) {
+    std::size_t todas = 0;
+    std::size_t dePruebas = 0;
+    for (const Fuente& f : fuentes()) {
+        std::istringstream codigo(f.codigo);
+        std::size_t suyas = 0;
+        for (std::string l; std::getline(codigo, l);)
+            suyas += l.find_first_not_of(" \t") == std::string::npos ? 0 : 1;
+        todas += suyas;
+        if (f.ruta.starts_with("tests/") || f.ruta.starts_with("fuzz/")) dePruebas += suyas;
+    }
+    EXPECT_GE(dePruebas * 100, todas * 25) << dePruebas << " of " << todas;
+    EXPECT_LE(dePruebas * 100, todas * 33) << dePruebas << " of " << todas;
 }
 
 TEST(Arquitectura, TodoSeCompila) {

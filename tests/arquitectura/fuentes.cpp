@@ -77,9 +77,10 @@ std::vector<std::string> archivosDe(const fs::path& raiz) {
 }
 
 std::vector<Fuente> leerFuentes(const fs::path& raiz) {
+    static const std::regex fuente(R"((src|tools|tests|bench|fuzz)/.*\.(cpp|h))");
     std::vector<Fuente> todas;
     for (const std::string& r : archivosDe(raiz)) {
-        if (!r.ends_with(".cpp") && !r.ends_with(".h")) continue;
+        if (!std::regex_match(r, fuente)) continue;
         std::string texto = contenidoDe(raiz / r);
         std::string codigo = sinComentariosNiLiterales(texto);
         todas.push_back({r, std::move(texto), std::move(codigo)});
