@@ -16,8 +16,8 @@ bool esTexto(std::string_view contenido) {
     return !empiezaComoUtf16(contenido) && contenido.find('\0') == std::string_view::npos;
 }
 
-/// Whether a last line without an end is one that nobody leaves so: a name without a value, half a
-/// title, or a key of the door that says nothing.
+/// Whether a last line without an end looks cut off: a name without a value, half a title, or a key
+/// of the door without a value.
 bool esFragmento(const LineaIni& l, std::string_view contenido) {
     const std::string_view texto = recortar(contenido.substr(l.inicio, l.finDeTexto - l.inicio));
     if (l.clase == LineaIni::Clase::Seccion) return texto.find(']') == std::string_view::npos;
@@ -91,7 +91,7 @@ const Ajustes::Copia& Ajustes::copia(const std::string& ruta) {
     return c;
 }
 
-/// The settings file has another content than at the last look, or none.
+/// The settings file has another content than at the last look, or is missing now.
 void Ajustes::adoptar(Copia& c, std::optional<std::string> contenido) {
     const bool primera = saber_ == Saber::Nada;
     if (!c.huella.existe && saber_ != Saber::Hubo) {

@@ -21,7 +21,8 @@ inline constexpr std::size_t kMaximoDeAjustes = std::size_t{4} << 20;
 /// may be half copied.
 inline constexpr std::int64_t kSegundaMiradaMs = 5000;
 
-/// Told once for every bad text of a setting: which setting, the text, and the number used instead.
+/// Called once for every bad text of a setting: with the setting, the text, and the number used
+/// instead.
 using AvisoDeAjuste =
     std::function<void(std::string_view clave, const std::string& texto, double usado)>;
 
@@ -60,18 +61,18 @@ class Ajustes {
     [[nodiscard]] bool existeArchivo(const std::string& ruta);
 
     /// The setting's number. A text that is no number or lies outside the range gives the last good
-    /// number, else the default, and is told to `avisar`, which may be empty, once.
+    /// number, else the default, and `avisar`, which may be empty, is called once for it.
     [[nodiscard]] double leerTiempo(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar);
 
-    /// Line of a value, 0 when there is none.
+    /// Line of a value, 0 if it is missing.
     [[nodiscard]] std::size_t lineaDe(const std::string& archivo, std::string_view seccion,
                                       std::string_view clave);
 
     /// What is wrong with the settings file as a whole, as it is now; empty if nothing is, or if it
     /// has been missing from the start.
     [[nodiscard]] std::string_view defecto();
-    /// Whether it is known what the settings are: a whole file was read, or there was none when
-    /// the program began.
+    /// Whether it is known what the settings are: a whole file was read, or the file has been
+    /// missing since the program began.
     [[nodiscard]] bool conocidos();
     /// Whether what the file lacks may count as taken out of it.
     [[nodiscard]] bool asentados();
@@ -99,7 +100,7 @@ class Ajustes {
     enum class Saber : std::uint8_t { Nada, NuncaHubo, Hubo };
     struct Numero {
         double ultimoBueno = 0;
-        std::string malo; ///< the bad text that was told last
+        std::string malo; ///< the bad text that was reported last
     };
 
     [[nodiscard]] const Copia& copia(const std::string& archivo);

@@ -14,7 +14,7 @@ namespace kv {
 /// What became of asking a station once.
 struct AlcanceDeEstacion {
     std::size_t estacion = 0; ///< index into the lists
-    std::string registro;     ///< that was asked for; empty: it has none that can be
+    std::string registro;     ///< that was asked for; empty: the station has no usable one
     bool responde = false;
     int valor = 0; ///< of its answer
     std::int64_t ms = 0;
@@ -29,7 +29,7 @@ struct AlcanceDeConexion {
 /// Connects to every address that would be built and asks every station there once, for its first
 /// register, one after the other with the pause between them. Many addresses at a time, each with
 /// the patience of its port. A link on which an answer is missing is made anew, so that a late one
-/// counts for nobody.
+/// counts for no station.
 class SondeoDeAlcance {
   public:
     /// All must outlive this object.
@@ -53,7 +53,7 @@ class SondeoDeAlcance {
     const ListasDeConfiguracion& listas_;
     const Validacion& v_;
     double pausaMs_;
-    std::vector<std::vector<std::string>> registros_; ///< to ask each station for; one or none
+    std::vector<std::vector<std::string>> registros_; ///< to ask each station for; at most one
     std::vector<AlcanceDeConexion> resultados_;
     std::vector<std::unique_ptr<Sonda>> sondas_;
     std::size_t corriendo_ = 0;

@@ -111,7 +111,7 @@ Trabajo ordenar(std::vector<DatoIni>& datos, Porciones& porciones) {
     }
 }
 
-/// The section that a line begins: its ordinal, or 0 when it is none of a port.
+/// The section that a line begins: its ordinal, or 0 when it is not a port's.
 std::uint32_t ordinalDe(const LineaIni& l) {
     std::string_view resto = l.nombre;
     if (!quitarPrefijo(resto, kPuerto)) return 0;

@@ -79,7 +79,7 @@ bool TablaCsv::siguiente() {
 void TablaCsv::quitarFila() {
     celdas_.assign(1, {});
     bool entreComillas = false;
-    bool empezada = false; // something other than blanks, or a quotation, stands in the cell
+    bool empezada = false; // the cell holds more than blanks, or a quotation
     bool citada = false;
     bool sobra = false; // beyond the cells of a row
     std::size_t i = 0;

@@ -12,17 +12,17 @@
 
 namespace kv {
 
-/// A table as a spreadsheet saves it, read row by row with what is wrong told by row, as a line of
-/// its file, and column. Separated by semicolons, commas or tabs, in UTF-8 or Windows-1252; its
-/// first row names its columns, whatever their order and letter case. Memory beside the content is
-/// bounded, time linear.
+/// A table as a spreadsheet saves it, read row by row. What is wrong in it is reported with its
+/// row, as a line of the file, and its column. Separated by semicolons, commas or tabs, in UTF-8 or
+/// Windows-1252; its first row names its columns, whatever their order and letter case. Memory
+/// beside the content is bounded, time linear.
 class TablaCsv {
   public:
     static constexpr std::size_t kMaximoDeCeldas = 256; ///< of a row; others count as empty
 
-    /// `columnas` are the names that mean something; a column's number is its place among them.
-    /// `consecuencia`: what becomes of a row with something wrong in it. All of them, and the
-    /// content, must outlive the table.
+    /// `columnas` are the names that have a meaning; a column's number is its place among them.
+    /// `consecuencia`: what becomes of a row with a fault in it. All of them, and the content, must
+    /// outlive the table.
     TablaCsv(std::string_view contenido, const std::string& ruta,
              std::span<const std::string_view> columnas, std::string_view consecuencia,
              Problemas& problemas);
@@ -33,8 +33,8 @@ class TablaCsv {
     bool siguiente();
     [[nodiscard]] std::uint32_t fila() const { return fila_; }
     [[nodiscard]] bool tiene(std::size_t columna) const { return donde_[columna] != kSin; }
-    /// What stands in the row's cell, in UTF-8; empty where the table has no such column. More than
-    /// one line is told.
+    /// What stands in the row's cell, in UTF-8; empty where the table has no such column. A text of
+    /// more than one line is reported.
     [[nodiscard]] std::string texto(std::size_t columna);
 
     void mal(std::string que);

@@ -118,8 +118,8 @@ bool esComentario(std::string_view contenido, const LineaIni& l) {
     return texto.empty() || texto.front() == ';';
 }
 
-/// Goes through an INI file: `clave` is told every key with its section, and whether a section is
-/// known is for `conocida` to say.
+/// Goes through an INI file: `clave` is called with every key and its section, as far as `conocida`
+/// says that the section is a known one.
 template <class Conocida, class Clave>
 void recorrer(std::string_view contenido, Desconocidas& d, Nombres secciones, Conocida conocida,
               Clave clave) {

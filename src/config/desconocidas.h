@@ -13,8 +13,8 @@ namespace kv {
 /// The keys of the driver's own section of the settings file.
 [[nodiscard]] std::vector<std::string_view> clavesDeAjustes();
 
-/// What a misspelt name may have been meant to be, as a question to be put behind it; empty when
-/// none is near.
+/// What a misspelt name may have been meant to be, as a question to be put behind it; empty when no
+/// name is near.
 [[nodiscard]] std::string talVez(std::string_view texto, std::span<const std::string_view> nombres);
 
 // Each tells every section, key and field of a file that means nothing, once for a name however

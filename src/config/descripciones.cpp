@@ -26,7 +26,7 @@ std::string celdaDeTexto(TablaCsv& tabla, std::size_t columna, std::size_t maxim
         return {};
     }
     if (std::any_of(t.begin(), t.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; })) {
-        if (t.find_first_of("\r\n") == std::string::npos) // else it has been told
+        if (t.find_first_of("\r\n") == std::string::npos) // else it has been reported
             tabla.mal(columna, "tiene caracteres de control");
         return {};
     }

@@ -183,7 +183,7 @@ Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s)
 }
 
 /// Goes through the entries that the file has, by number; those inside the section's range are
-/// read, and what is missing or too many is told once.
+/// read. The first that is missing, and the first outside the range, are reported for all of them.
 template <std::size_t N, class Leer>
 Trabajo LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
                                  const std::vector<DatoIni>& datos, std::string_view prefijo,

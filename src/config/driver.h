@@ -11,7 +11,7 @@
 namespace kv {
 
 /// Reads the driver configuration, an INI file, in one pass over its bytes. Replaces what the lists
-/// hold. Never fails: what cannot be used is skipped and told in `problemas`, the rest is read.
+/// hold. Never fails: what cannot be used is skipped and reported in `problemas`, the rest is read.
 /// Memory is bounded by the size of the file, not by the quantities that it declares.
 void leerConfiguracionDeDriver(Archivos& archivos, const std::string& ruta,
                                ListasDeConfiguracion& listas, Problemas& problemas);

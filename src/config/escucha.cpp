@@ -89,7 +89,7 @@ class Interprete {
     }
 
   private:
-    /// The key if it is there and says something.
+    /// The key if it is there and has a value.
     [[nodiscard]] const ClavesDeEscucha::Clave* clave(std::string_view nombre) const {
         const auto c = leidas_.claves.find(minusculas(nombre));
         return c == leidas_.claves.end() || recortar(c->second.valor).empty() ? nullptr

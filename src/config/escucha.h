@@ -23,7 +23,7 @@ struct RedPermitida {
 /// The address of a text that `esIPv4`.
 [[nodiscard]] std::uint32_t numeroDeIp(std::string_view ip);
 
-/// Something about the door that makes no sense, where it stands and what comes of it.
+/// A setting of the door that makes no sense, where it stands and what comes of it.
 struct QuejaDeEscucha {
     std::size_t linea = 0;
     std::string que;
@@ -40,7 +40,7 @@ struct ClavesDeEscucha {
         bool terminada = true;
     };
     std::map<std::string, Clave, std::less<>> claves; ///< by name in lower case
-    /// Lines that want to be keys of the door and are none, a bounded number of them.
+    /// Lines that look like keys of the door and are not; a bounded number of them is kept.
     std::vector<QuejaDeEscucha> quejas;
 };
 [[nodiscard]] ClavesDeEscucha clavesDeEscucha(std::string_view contenido);

@@ -27,7 +27,7 @@ inline constexpr std::array<std::string_view, 5> kCamposDeEstacionExportada = {
 inline constexpr std::array<std::string_view, 7> kCamposDeBloqueExportado = {
     "Bloque", "plc", "Quantity", "ScanTime", "StarAdrees", "nivel", "activo_Si_o_No_X_defecto"};
 
-/// Told once when an export cannot be read to its end.
+/// Called once when an export cannot be read to its end.
 using MensajeDeError = std::function<void(std::string_view texto)>;
 
 /// What stands between the delimiters of a line: the word of a marker, or "key:value".
@@ -37,9 +37,9 @@ using MensajeDeError = std::function<void(std::string_view texto)>;
 /// such field; nothing when the field lacks its closing delimiter. Letter case does not matter.
 [[nodiscard]] std::optional<std::string_view> campo(std::string_view linea, std::string_view clave);
 
-/// Reads the supervisory project's export. Replaces what the lists hold. An error ends the reading,
-/// is told to `mensaje` ("Error al abrir el archivo") and in `problemas`; the records before it
-/// stay. All of them must outlive it; the file is read whole in the first portion.
+/// Reads the supervisory project's export. Replaces what the lists hold. An error ends the reading
+/// and is reported to `mensaje` ("Error al abrir el archivo") and in `problemas`; the records
+/// before it stay. All of them must outlive it; the file is read whole in the first portion.
 Trabajo leerConfiguracionDeProyecto(Archivos& archivos, std::string rutaExportacion,
                                     ListasDeConfiguracion& listas, Problemas& problemas,
                                     const MensajeDeError& mensaje, Porciones& porciones);

@@ -32,7 +32,7 @@ struct ListasDeConfiguracion {
     std::vector<std::uint32_t> lineasDeEstaciones;
     std::vector<std::uint32_t> lineasDeBloques;
     Descripciones descripciones;   ///< of a table beside the configuration
-    bool hayDescripciones = false; ///< there is something that says which, or that there are none
+    bool hayDescripciones = false; ///< whether the table that was read has a column for them
 };
 
 /// The number by which stations and blocks name their port: a whole number from 1 to 32767, or 0

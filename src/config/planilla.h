@@ -15,8 +15,8 @@ namespace kv {
 [[nodiscard]] std::string planillaDe(const ListasDeConfiguracion& listas);
 
 /// The way back. Also takes commas or tabs for separators, decimal points, Windows-1252 and columns
-/// in any order. What is wrong is told with its row, as a line of `ruta`, and its column; then the
-/// lists are not to be used. Lines of the lists are rows.
+/// in any order. What is wrong is reported with its row, as a line of `ruta`, and its column; then
+/// the lists are not to be used. Lines of the lists are rows.
 void leerPlanilla(std::string_view contenido, const std::string& ruta,
                   ListasDeConfiguracion& listas, Problemas& problemas);
 

@@ -23,7 +23,8 @@ struct Presupuesto {
 /// One for each connection of `v`, for a pause in milliseconds.
 [[nodiscard]] std::vector<Presupuesto> presupuestos(const ListasDeConfiguracion& listas,
                                                     const Validacion& v, double pausaMs);
-/// "0,5": as people read it, with one decimal below ten and none that says more than is so.
+/// "0,5": as people read it, with one decimal below ten, and rounded down, so that it never says
+/// more than is so.
 [[nodiscard]] std::string porSegundo(double lecturas);
 /// "16 bloques a 0,2 s piden 80 lecturas/s; la pausa de 800 ms permite 1,2".
 [[nodiscard]] std::string textoDePresupuesto(const Presupuesto& p, double pausaMs);

@@ -8,8 +8,8 @@
 
 namespace kv {
 
-/// Something wrong in a file of the field, told to the engineer who will mend it: where it is, what
-/// it is and what happens because of it. Texts are Spanish, in UTF-8.
+/// A fault in a file of the field, for the engineer who will mend it: where it is, what it is and
+/// what happens because of it. Texts are Spanish, in UTF-8.
 struct Problema {
     std::string archivo;
     std::size_t linea = 0; ///< counted from 1; 0 when the whole file is meant

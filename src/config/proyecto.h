@@ -13,7 +13,7 @@ namespace kv {
 
 /// Which configuration the driver reads, derived from the settings file.
 struct Ubicacion {
-    std::string rutaProyecto; ///< as the settings say; empty when they name none
+    std::string rutaProyecto; ///< as the settings say; empty when they name no project
     std::string rutaConfiguracion;
     std::string nombreProyecto; ///< what the main window shows
     std::string rutaExportacion;

@@ -26,7 +26,7 @@ struct AjusteNumerico {
     std::string_view que;
 };
 
-/// A setting that is a text. `valores` are those that mean something, separated by "|"; empty where
+/// A setting that is a text. `valores` are those that have a meaning, separated by "|"; empty where
 /// it may be any text.
 struct AjusteDeTexto {
     std::string_view clave;

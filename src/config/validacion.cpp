@@ -153,7 +153,7 @@ Suerte Validador::estacion(std::size_t i) {
     const Estacion& e = listas_.estaciones[i];
     const std::size_t linea = listas_.lineasDeEstaciones[i];
     const std::string nombre = "la estación PLC " + std::to_string(e.numero);
-    if (e.puerto <= 0) return Suerte::NoConstruir; // told with its port
+    if (e.puerto <= 0) return Suerte::NoConstruir; // reported with its port
     if (!numerosDePuerto_.contains(e.puerto))
         problema(linea,
                  nombre + " nombra el puerto " + std::to_string(e.puerto) + ", que no existe",
@@ -295,7 +295,7 @@ Suerte Validador::bloque(std::size_t i) {
     const ConfiguracionDeBloque& b = listas_.bloques[i];
     const std::size_t linea = listas_.lineasDeBloques[i];
     registros_.clear();
-    if (b.puerto <= 0) return Suerte::NoConstruir; // told with its port
+    if (b.puerto <= 0) return Suerte::NoConstruir; // reported with its port
     const Destino* d = destinoDe(b, linea);
     if (d == nullptr || !cantidades(b, linea)) return Suerte::NoConstruir;
     registros_ = registrosDeBloque(b.direccion, b.cantidad);

@@ -33,13 +33,13 @@ struct SusCajas {
 };
 [[nodiscard]] SusCajas cajasDe(const Suceso& s);
 
-/// How a write is told to have ended: "confirmada", "sin respuesta" and so on.
+/// The word for how a write ended: "confirmada", "sin respuesta" and so on.
 [[nodiscard]] std::string_view palabras(FinDeEscritura fin);
 /// "1.1.10", or "1.1.10.3" for a bit: what an event of a write is about.
 [[nodiscard]] std::string direccionEscrita(const Tablas& tablas, const Suceso& s);
 
-/// The words for what happened: every line of every trace box, and nothing else makes one. Text
-/// exists only where somebody looks.
+/// The words for what happened: every line of every trace box is made here and nowhere else. Text
+/// is only made where it is looked at.
 class Redaccion {
   public:
     /// Both must outlive this.

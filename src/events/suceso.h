@@ -24,8 +24,8 @@ enum class Que : std::uint8_t {
     // `cuantos` were held from earlier arrivals.
     LlegaronBytes, ///< `numero`: how many the buffer holds
     Descarte,      ///< no answer; `numero`: of how many bytes
-    Sobrante,      ///< an answer that was not waited for, or could not be told from a late one
-    Recepcion,     ///< the answer that was waited for
+    Sobrante,  ///< an answer that was not waited for, or could not be told apart from a late one
+    Recepcion, ///< the answer that was waited for
     // Reads.
     Envio,     ///< `bytes`: the request
     Reintento, ///< the same, `detalle` the number of the retry
@@ -70,7 +70,7 @@ enum class Que : std::uint8_t {
     GuionSigue,
     ClienteEntra, ///< text: "address:port"
     ClienteSale,  ///< the same
-    Ultimo        ///< none: how many there are
+    Ultimo        ///< not an event: their number
 };
 static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
 
@@ -92,8 +92,8 @@ template <class Condicion>
 /// not cost a screen of text for every packet.
 inline constexpr std::size_t kBytesEnTraza = 512;
 
-/// One thing that happened: of a fixed size, so that saying it costs next to nothing whether
-/// somebody looks or not.
+/// One event: of a fixed size, so that recording it costs next to nothing, whether it is read or
+/// not.
 struct Suceso {
     Que que = Que::Ultimo;
     std::uint8_t cuantos = 0; ///< of `bytes`
@@ -101,7 +101,7 @@ struct Suceso {
     Indice conexion = kNinguno;
     Indice bloque = kNinguno;
     Indice escritura = kNinguno;
-    std::uint32_t texto = 0; ///< of a text that is kept beside; 0: none
+    std::uint32_t texto = 0; ///< of a text that is kept beside; 0: without a text
     std::array<std::uint8_t, 8> bytes{};
     std::int8_t bit = -1; ///< of a write; -1: the whole register
     bool callado = false; ///< not for the operator's box: a script writes by the thousand

@@ -180,7 +180,7 @@ std::int64_t GestorDeConexiones::proximoIntentoMs(Indice n) const {
     const Temporizador& proximo = corre ? *timer_SolicitarConexion_ : *TimerConexiones_;
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
     const std::int64_t primero = std::max<std::int64_t>(0, proximo.venceMs() - ahora);
-    // So many ticks do something else first; see `solicitar`.
+    // So many ticks pass before the one that tries again; see `solicitar`.
     double antes = 0;
     if (c.enTiempoFuera) {
         antes = std::max(0.0, intervalosTiempoFuera_ - c.contadorTiempoFuera) + 1;

@@ -12,7 +12,7 @@
 namespace kv {
 
 /// Bytes from the stations become frames. The one that answers the outstanding request is handed to
-/// whoever asked; late ones and what is no answer are traced and thrown away.
+/// whoever asked; late ones and what is no answer are said in an event and thrown away.
 class Recepcion final : public OyenteDeZocalo {
   public:
     /// `alCompletarse` is called when an arrival completed a frame, good or bad, and all that

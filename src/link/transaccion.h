@@ -13,7 +13,7 @@ class Transaccion {
     virtual ~Transaccion() = default;
     /// The answer came; it is for what was asked.
     virtual void contestada(Indice conexion, const Respuesta& respuesta) = 0;
-    /// A valid answer came that cannot be told from the late answer to something else: the try has
+    /// A valid answer came that may as well be the late answer to another request: the try has
     /// failed.
     virtual void dudosa(Indice conexion) = 0;
     /// Its time-out ticked.

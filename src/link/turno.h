@@ -12,7 +12,7 @@
 
 namespace kv {
 
-/// Who is told that a connection is free: its next request may be chosen.
+/// Called when a connection is free: its next request may be chosen.
 class AlQuedarLibre {
   public:
     virtual ~AlQuedarLibre() = default;

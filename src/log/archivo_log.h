@@ -13,8 +13,8 @@
 namespace kv {
 
 /// The number by which an entry names a failure, beside its description: those that scripts know, 5
-/// for an argument that is none, 6 for a value that does not fit, 7 for want of memory or room, 51
-/// for any other.
+/// for a malformed argument, 6 for a value that does not fit, 7 for want of memory or room, 51 for
+/// any other.
 [[nodiscard]] int numeroDeError(const std::exception& falla);
 
 /// One entry. Its texts are UTF-8; those below the description are known to the system's journal
@@ -53,7 +53,7 @@ class ArchivoLog {
                      bool tambienGlobal = true) {
         escribir({origen, procedimiento, mensaje, descripcionError}, tambienGlobal);
     }
-    /// The same; an entry about something that has a number ends with it.
+    /// The same; an entry whose `novedad` has a code ends with that code.
     void escribir(const EntradaDeLog& entrada, bool tambienGlobal = true);
     /// From now on the system's journal gets each entry that is written, too.
     void avisarA(DiarioDelSistema* diario) { diario_ = diario; }

@@ -21,7 +21,7 @@ class FilasDeTablas : public Redactor {
     FilasDeTablas& operator=(const FilasDeTablas&) = delete;
 
   protected:
-    /// Null where the tag is none.
+    /// Null where the row's tag is not a block.
     [[nodiscard]] const BloqueLectura* bloqueDe(std::uint32_t fila) const;
 
   private:

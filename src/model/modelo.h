@@ -26,8 +26,8 @@ class Modelo {
     void levantarEstacion(const Estacion& configurada);
     /// A frame asks for one register, so a quantity of n becomes n blocks of one register each, as
     /// far as the addresses go. Index of the first, or -1 when the port or station does not exist,
-    /// or the quantity, level or scan time is none that a block can have. An address or station
-    /// index that fits no frame gives a block that is listed and published and never polled.
+    /// or the quantity, level or scan time is out of a block's range. An address or station index
+    /// that fits no frame gives a block that is listed and published and never polled.
     double levantarBloquePoleo(double puerto, double plc, const std::string& direccion,
                                double cantidad, double scanSegundos, bool activo, double nivel);
     /// What the configuration says otherwise from now on. False: the port is as it was; else

@@ -54,8 +54,8 @@ struct BitsDeVariable {
 /// A block: one register of one station, which is one `Variable`. A configured block of several
 /// registers becomes as many of these, one behind the other.
 struct alignas(64) BloqueLectura {
-    // In four lines of the processor's memory. What the supervisory client is told, and whether the
-    // block may be asked:
+    // In four lines of the processor's memory. What the supervisory client gets to know, and
+    // whether the block may be asked:
     double valor = 0;
     double estado = 0; ///< kOk or kBad
     std::string clave;
@@ -66,11 +66,11 @@ struct alignas(64) BloqueLectura {
     bool habilitadoPorRespuestas = true;     ///< set with Tablas::habilitar
     bool tieneTrama = false;                 ///< the address fits a frame: it can be polled
     bool sondeo = false;  ///< asked again after a rest, once: its register is known to be silent
-    bool enDuda = false;  ///< the last try was answered, and whose answer it was cannot be told
-    bool saltado = false; ///< others went before it because their answers could be told
+    bool enDuda = false;  ///< the last try was answered, but perhaps with another register's answer
+    bool saltado = false; ///< others went before it because their answers could be told apart
     bool forzado = false; ///< by level, see below
     bool lecturaForzada = false; ///< the outstanding request left after the force was asked for
-    bool aPedido = false;        ///< not configured: made because somebody asked for the register
+    bool aPedido = false;        ///< not configured: made because its register was asked for
     std::uint8_t ordenante = 0;  ///< who switched it last: see Tablas::ordenantes
 
     // What an exchange touches besides, in two:
@@ -86,8 +86,8 @@ struct alignas(64) BloqueLectura {
     Indice posicionEnConexion = 0;
 
     Fallidos fallidos;
-    std::unique_ptr<BitsDeVariable> bits; ///< none until one is asked for
-    Indice ranuraValor = kNinguno; ///< of the script's variable; kNinguno if its name is none
+    std::unique_ptr<BitsDeVariable> bits; ///< null until a bit is asked for
+    Indice ranuraValor = kNinguno;        ///< of the script's variable; kNinguno: no name for one
     Indice ranuraEstado = kNinguno;
     FilaDeLista filaVariable = kSinFila;
     Momento estadoDesde; ///< since when it is OK or BAD
@@ -96,7 +96,7 @@ struct alignas(64) BloqueLectura {
     std::int16_t puerto = 0;
     std::int16_t plc = 0; ///< `numero` of the station
     FilaDeLista filaBloque = kSinFila;
-    Momento ordenDesde; ///< when it was switched on or off; none: as it was configured
+    Momento ordenDesde; ///< when it was switched on or off; empty: as it was configured
 
     // And what is touched when an operator or a misfortune asks for it.
     std::int64_t reconeccionMs = 0;

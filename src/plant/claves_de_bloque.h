@@ -14,8 +14,8 @@ namespace kv {
 
 /// The registers of a configured block of `cantidad` registers: its start as it is written, then
 /// the following ones in hexadecimal, with the start's number of digits and its case of letters
-/// (upper where it has none), as far as they fit 00 to FF. A start that is no register gives itself
-/// alone.
+/// (upper where it has no letter), as far as they fit 00 to FF. A start that is no register gives
+/// itself alone.
 [[nodiscard]] std::vector<std::string> registrosDeBloque(std::string_view direccion,
                                                          double cantidad);
 

@@ -31,7 +31,7 @@ struct Estacion {
     std::int16_t indice = 0; ///< the station byte on the wire
     double numeroDeEstacion = 0;
     std::vector<std::uint32_t> bloques; ///< its read blocks in creation order
-    std::uint32_t aPedido = 0;          ///< of those, made because somebody asked for the register
+    std::uint32_t aPedido = 0;          ///< of those, made because their register was asked for
     std::uint32_t agotados = 0;         ///< blocks in a row that gave no answer to all their tries
     bool retirada = false;              ///< no longer configured, see Tablas
     bool muda = false;        ///< known to be silent: one block asks for all, once after each rest

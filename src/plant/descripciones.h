@@ -27,7 +27,8 @@ class Descripciones {
     enum class Resultado : unsigned char { Puesta, NoEsDireccion, Repetida, Demasiadas };
     /// `direccion` is port.PLC.register[.bit], a description there stays as it is.
     Resultado poner(std::string_view direccion, Descripcion descripcion);
-    /// Null when there is none. Valid until the next `poner`, or as long as this object.
+    /// Null for an address without a description. Valid until the next `poner`, or as long as this
+    /// object.
     [[nodiscard]] const Descripcion* de(std::string_view direccion) const;
     [[nodiscard]] bool ninguna() const { return filas_.empty(); }
     /// Gives a part of its memory back, before it goes as a whole; until then it is of no use.

@@ -40,7 +40,7 @@ class DireccionesDePlanta {
 [[nodiscard]] std::string claveDeConexion(std::string_view ip, std::string_view puertoTCP);
 
 class Tablas;
-/// Those of a driver that runs: also what was made because somebody asked for it.
+/// Those of a driver that runs: also those that were made because their register was asked for.
 [[nodiscard]] DireccionesDePlanta direccionesDe(const Tablas& tablas);
 
 /// An address port.PLC.register[.bit].
@@ -48,7 +48,7 @@ struct DireccionPartida {
     double puerto = 0;
     double plc = 0;
     std::string_view registro; ///< of the text that was taken apart, without blanks around it
-    int bit = -1;              ///< 0 to 15; -1: the whole register; kNoEsBit: a text that is none
+    int bit = -1;              ///< 0 to 15; -1: the whole register; kNoEsBit: the text is not a bit
 };
 inline constexpr int kNoEsBit = -2;
 /// The number of a bit, 0 to 15; kNoEsBit for any other text.

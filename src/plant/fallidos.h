@@ -18,7 +18,7 @@ enum class FinDeIntento : std::uint8_t {
 
 /// The tries in a row that failed, since the last accepted answer.
 struct Fallidos {
-    Momento desde;                          ///< none: the last try was answered, or there was none
+    Momento desde; ///< empty: the last try was answered, or no try was made
     std::array<std::uint32_t, 3> cuantas{}; ///< by FinDeIntento
     void sumar(FinDeIntento cual, std::int64_t ahoraMs) {
         if (!desde.hay()) desde = Momento(ahoraMs);

@@ -34,8 +34,8 @@ struct ConexionIP {
     bool porOrdenar = false;     ///< some of its blocks were retired since, see Tablas::ordenar
     bool dichoSinEnlace = false; ///< since it was last up: that it does not come up
     bool enTiempoFuera = false;
-    Indice bloqueEnCurso = kNinguno;  ///< none until something was sent
-    Indice cursorBloques = kNinguno;  ///< position of the block polled last; none at first
+    Indice bloqueEnCurso = kNinguno;  ///< kNinguno until a read is sent on the link
+    Indice cursorBloques = kNinguno;  ///< position of the block polled last; kNinguno at first
     Indice bloqueDePrueba = kNinguno; ///< asked on trial: has the next turn whose answer counts
     Indice escrituraEnCurso = kNinguno;
     RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
@@ -61,15 +61,15 @@ struct ConexionIP {
     std::unordered_map<std::uint64_t, Indice> porRegistro; ///< first block of a station's register
     std::list<Indice> escrituras; ///< the writes still to be done, oldest first
     FilaDeLista filaLista = kSinFila;
-    Momento enlaceDesde; ///< since when it is up, or lost; none: never was up
-    std::string motivo;  ///< why it is not up, as far as the last attempt told
+    Momento enlaceDesde; ///< since when it is up, or lost; empty: it never was up
+    std::string motivo;  ///< why it is not up, as the last attempt gave it
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;
 };
 
-/// The runtime tables. Records refer to each other by their numbers; none is ever removed, but for
-/// the writes when none is left to do. What is no longer configured is retired: its record stays
-/// for those who hold its number, nobody finds it and nobody asks for it. Until the tables are put
-/// in order again it may still stand in the lists of its level and station.
+/// The runtime tables. Records refer to each other by their numbers; records are never removed, but
+/// for the writes, when no write is left to do. What is no longer configured is retired: its record
+/// stays for those who hold its number, nobody finds it and nobody asks for it. Until the tables
+/// are put in order again it may still stand in the lists of its level and station.
 class Tablas {
   public:
     Tabla<Puerto> puertos;
@@ -89,10 +89,10 @@ class Tablas {
     void ponerPendiente(Indice bloque, bool pendiente);
     void ponerActivo(Indice bloque, bool activo);
     void habilitar(Indice bloque, bool habilitado);
-    /// The number in `ordenantes` of somebody; of so many at most, the others being one.
+    /// The number in `ordenantes` of who gives an order; beyond the limit all others share one.
     [[nodiscard]] std::uint8_t ordenante(std::string_view quien);
     /// Position in the connection's `bloques` of the block to be polled next, the one polled last
-    /// being tried last; ConjuntoDePosiciones::kNinguna when none waits.
+    /// being tried last; ConjuntoDePosiciones::kNinguna when no block waits.
     [[nodiscard]] std::size_t siguientePorPolear(Indice conexion) const;
     /// The one after `posicion` in that order, which may be `posicion` itself.
     [[nodiscard]] std::size_t siguientePorPolear(Indice conexion, std::size_t posicion) const {
@@ -106,10 +106,10 @@ class Tablas {
     }
 
     /// The live connection of an address: IP without regard to case, port as a number. kNinguno if
-    /// there is none.
+    /// no connection has it.
     [[nodiscard]] Indice buscarConexion(const std::string& ip, const std::string& puertoTCP) const;
-    /// The station `plc` of a port: connection and place in it; connection kNinguno if there is
-    /// none.
+    /// The station `plc` of a port: connection and place in it; connection kNinguno if the port has
+    /// no such station.
     struct LugarDeEstacion {
         Indice conexion = kNinguno;
         Indice estacion = kNinguno;
@@ -117,7 +117,7 @@ class Tablas {
     [[nodiscard]] LugarDeEstacion buscarEstacion(double puerto, double plc) const;
 
     /// The first read block of a connection that polls a station's register, both addresses read as
-    /// hexadecimal numbers; kNinguno if there is none or `registro` is no such number.
+    /// hexadecimal numbers; kNinguno if no block does, or `registro` is no such number.
     [[nodiscard]] Indice buscarPorRegistro(Indice conexion, double plc,
                                            std::string_view registro) const;
 
@@ -129,7 +129,7 @@ class Tablas {
     /// blocks; those of stations.
     void ordenar(Indice conexion);
     void ordenarEstaciones();
-    /// `bloquesPorNivel`, as somebody else has put it in order.
+    /// `bloquesPorNivel`, put in order by the caller.
     void tomarNiveles(std::vector<std::vector<Indice>> niveles);
     /// Another number after every such change.
     [[nodiscard]] std::uint64_t edicion() const { return edicion_; }

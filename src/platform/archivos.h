@@ -18,12 +18,12 @@ struct HuellaDeArchivo {
 };
 
 /// Files, by paths in which both "\" and "/" separate and the case of letters does not matter where
-/// the exact name does not exist. No operation throws; failures are told by the result. File names
-/// are UTF-8, contents are bytes.
+/// the exact name does not exist. No operation throws; failures are in the result. File names are
+/// UTF-8, contents are bytes.
 class Archivos {
   public:
     virtual ~Archivos() = default;
-    /// The path as the system writes it, for a message by which somebody is to find the file.
+    /// The path as the system writes it, for a message by which a person finds the file.
     [[nodiscard]] virtual std::string comoEsta(const std::string& ruta) { return ruta; }
     /// True for anything whose attributes can be read, a folder and a link to nothing too.
     [[nodiscard]] virtual bool existe(const std::string& ruta) = 0;

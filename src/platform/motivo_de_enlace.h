@@ -9,7 +9,8 @@
 
 namespace kv {
 
-/// What a link was at when it failed: one error of the system means different things.
+/// What a link was at when it failed: the same error of the system means another fault in each
+/// phase.
 enum class FaseDeEnlace : std::uint8_t { AlConectar, AlEscuchar, Establecido };
 
 /// Why a link is not up, or nobody listens.
@@ -44,7 +45,7 @@ enum class Motivo : std::uint8_t {
 /// As whoever has to mend the link reads it, in Spanish whatever the language of the machine: what
 /// sockets keep, recordings hold and the log tells. `nombre`: of a machine.
 [[nodiscard]] std::string enPalabras(Motivo motivo, std::string_view nombre = {});
-/// The same of an error of the system. One that is not foreseen is told in the system's own words.
+/// The same of an error of the system. One that is not foreseen keeps the system's own words.
 [[nodiscard]] std::string motivoDeEnlace(int error, FaseDeEnlace fase);
 /// One of those texts in a language; the system's own words stay.
 [[nodiscard]] std::string motivoEn(Idioma idioma, std::string_view texto);

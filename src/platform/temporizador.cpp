@@ -143,7 +143,7 @@ void ColaDeTemporizadores::soltar(Archivado rueda, std::int64_t ranura) {
     }
 }
 
-/// Looks at all that is filed up to `ms`. False if none of it is due.
+/// Looks at all that is filed up to `ms`. False if nothing is due.
 bool ColaDeTemporizadores::pasarHasta(std::int64_t ms) {
     if (ms < cursorMs_) return false;
     const std::int64_t antes = tramoDe(cursorMs_);
@@ -171,7 +171,7 @@ bool ColaDeTemporizadores::pasarHasta(std::int64_t ms) {
     return !vencidos_.empty();
 }
 
-/// Those that were destroyed, switched off or armed anew meanwhile are none.
+/// Entries of timers that were destroyed, switched off or armed anew meanwhile no longer count.
 Temporizador* ColaDeTemporizadores::primerVencido() {
     for (; primerVencido_ < vencidos_.size(); ++primerVencido_) {
         const Vencido& v = vencidos_[primerVencido_];

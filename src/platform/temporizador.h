@@ -13,7 +13,8 @@ namespace kv {
 
 class ColaDeTemporizadores;
 
-/// What a tick calls: an operation of somebody, with a number that he knows his timers by.
+/// What a tick calls: an operation of the timer's owner, with the number that tells its timers
+/// apart.
 struct AlTicar {
     void (*operacion)(void* objeto, std::uint32_t cual);
     void* objeto;
@@ -92,15 +93,15 @@ class ColaDeTemporizadores {
     /// Due time of the next tick in microseconds, or -1 when no timer runs. Always a whole
     /// millisecond, rounded up: no timer is ever early.
     [[nodiscard]] std::int64_t proximo();
-    /// Ticks the first timer if it is due at `ahoraUs`; false if none is. A timer that its own tick
-    /// leaves running is due later than that.
+    /// Ticks the first timer if it is due at `ahoraUs`; false if it is not. A timer that its own
+    /// tick leaves running is due later than that.
     bool ticar(std::int64_t ahoraUs);
     /// Called before every tick with the timer's place, which depends on nothing but the order in
     /// which timers were made and destroyed; empty: not any more.
     void vigilar(std::function<void(std::uint32_t puesto)> alTicar) {
         alTicar_ = std::move(alTicar);
     }
-    /// Ticks the timer of a place whatever the time is; false if none runs there.
+    /// Ticks the timer of a place whatever the time is; false if no timer runs there.
     bool ticarPuesto(std::uint32_t puesto);
     /// Timers that run and will tick.
     [[nodiscard]] std::size_t encendidos() const;

@@ -29,8 +29,8 @@ class Vuelta {
 
     void alFinalSiempre(std::function<void()> tarea) { siempre_.push_back(std::move(tarea)); }
     void alFinalUnaVez(std::function<void()> tarea) { unaVez_.push_back(std::move(tarea)); }
-    /// Runs the tasks: those that wait for this once, then the others as they were registered. One
-    /// that throws takes none of those behind it away; what they ask for comes next time.
+    /// Runs the tasks: those that wait for this once, then the others as they were registered. When
+    /// one throws, those behind it are not lost. What tasks ask for comes next time.
     void terminar() {
         for (std::size_t n = unaVez_.size(); n > 0; --n) {
             const auto tarea = std::move(unaVez_.front());

@@ -31,7 +31,7 @@ class OyenteDeZocalo {
     virtual void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) = 0;
     /// The link ended from the other side or failed: the state is 8 or 9.
     virtual void alCortarse(std::size_t /*indice*/) {}
-    /// Somebody wants to connect to a listening socket; `remoto` is "address:port", or on this
+    /// A peer wants to connect to a listening socket; `remoto` is "address:port", or on this
     /// machine "user/process" as numbers. Accept with `aceptar` during the call, or the request is
     /// dropped.
     virtual void alPedirConexion(std::size_t /*indice*/, std::string_view /*remoto*/) {}
@@ -78,9 +78,9 @@ class Zocalo {
     /// worth of it, and leaves in one piece. With `false` what waits leaves at once, as far as the
     /// link takes it.
     virtual void agruparEnvios(bool agrupar) = 0;
-    /// While it is held nothing that comes is told, neither bytes nor the end of the link: they
-    /// wait outside, where there is so much room and no more, and holds the peer back. What is sent
-    /// in groups waits with them. A link that comes up is not held.
+    /// While it is held nothing that comes is delivered, neither bytes nor the end of the link:
+    /// they wait in the system, whose room is limited, so that in the end the peer is held back.
+    /// What is sent in groups waits with them. A link that comes up is not held.
     virtual void frenar(bool freno) = 0;
     /// Bytes that may wait to be sent; 64 KiB at the start.
     virtual void limitarCola(std::size_t bytes) = 0;
@@ -89,16 +89,16 @@ class Zocalo {
     /// them. A host acknowledges what it has, whatever its program does about it, though it may
     /// take some tenths of a second; 0 unless state 7.
     [[nodiscard]] virtual std::size_t bytesSinConfirmar() const = 0;
-    /// A link on which nothing is acknowledged for so long although something is sent fails: state
-    /// 9. For this link and those to come; 0, as at the start, leaves it to the system, which takes
-    /// a quarter of an hour.
+    /// A link on which nothing is acknowledged for so long although bytes were sent fails: state 9.
+    /// For this link and those to come; 0, as at the start, leaves it to the system, which takes a
+    /// quarter of an hour.
     virtual void fijarPaciencia(std::int64_t ms) = 0;
     /// Counts the connections that came up on this socket: a link that was lost and came back
     /// shows.
     [[nodiscard]] virtual std::uint64_t conexiones() const = 0;
     /// Why the state is 9, in words; empty otherwise.
     [[nodiscard]] virtual const std::string& motivo() const = 0;
-    /// Local port in use, 0 if none.
+    /// Local port in use, 0 without one.
     [[nodiscard]] virtual std::uint32_t puertoLocal() const = 0;
 };
 

@@ -72,7 +72,7 @@ void EstacionesMudas::alCambiarActivo(Indice bloque) {
     Estacion& e = tablas_.estacionDe(b);
     if (!e.muda) return;
     if (b.activo && b.habilitadoPorRespuestas && !b.sondeo) callar(bloque);
-    // Whoever asked for all may have been switched off, or nobody could until now.
+    // The block that asked for all may have been switched off, or no block could ask until now.
     const bool alguien = std::any_of(e.bloques.begin(), e.bloques.end(), [&](Indice i) {
         return tablas_.bloques[i].activo &&
                (reloj_.enMarcha(i) || tablas_.bloques[i].habilitadoPorRespuestas);

@@ -13,7 +13,7 @@ namespace kv {
 ///
 /// A station is known to be silent when `limite` of its blocks in a row have used up their tries
 /// without any accepted answer from it in between, and then one that was still OK, if there is one,
-/// has done so too: two bad registers side by side condemn nobody.
+/// has done so too: two bad registers side by side do not condemn a station.
 class EstacionesMudas {
   public:
     EstacionesMudas(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, RelojDeBloques& reloj,
@@ -32,7 +32,7 @@ class EstacionesMudas {
 
   private:
     void enmudecer(Estacion& e, Indice salvo);
-    /// Lets the next active block of the station rest for all; none if no block is active.
+    /// Lets the next active block of the station rest for all; does nothing if no block is active.
     void turnarSondeo(Estacion& e);
     void callar(Indice bloque);
 

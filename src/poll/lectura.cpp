@@ -14,7 +14,7 @@ void Lectura::contestada(Indice conexion, const Respuesta& respuesta) {
     ConexionIP& c = tablas_.conexiones[conexion];
     const Indice i = c.bloqueEnCurso;
     const double valor = valorDeRespuesta(respuesta);
-    // Everything is settled before anybody is told: those who are told may let events run.
+    // The value is published last: whoever hears of it finds the block and its connection settled.
     if (c.bloqueDePrueba == i) c.bloqueDePrueba = kNinguno;
     reloj_.contestar(i);
     Suceso recibida{.que = Que::Recepcion, .conexion = conexion, .bloque = i, .numero = valor};

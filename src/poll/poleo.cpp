@@ -9,7 +9,8 @@ namespace {
 // So many writes in a row, then a due read has its turn: a script that writes after every answer
 // must not freeze the values it reads.
 constexpr std::uint32_t kEscriturasSeguidas = 4;
-// So many waiting blocks are looked at for one whose answer can be told while another's cannot.
+// So many waiting blocks are looked at for one whose answer could be told apart from late ones,
+// before the first in turn is asked all the same.
 constexpr int kMiradas = 16;
 
 } // namespace
@@ -52,8 +53,9 @@ void Poleo::buscoSiguienteAPolear(Indice conexion) {
     if (bloque != kNinguno) polearBloque(bloque);
 }
 
-/// The next waiting block in turn. While the line is in doubt, one whose answer can be told goes
-/// before those for which the line would have to be quiet, but before none of them twice.
+/// The next waiting block in turn. While late answers may still come, a block whose answer can be
+/// told apart from them goes before those for which the line would have to be quiet first. A block
+/// is passed over in this way only once.
 Indice Poleo::elegir(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
     if (c.bloqueDePrueba != kNinguno) {

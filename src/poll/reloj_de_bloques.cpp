@@ -93,7 +93,7 @@ void RelojDeBloques::contestar(Indice bloque) {
 void RelojDeBloques::avanzarForzado(BloqueLectura& b) {
     ++b.forzadoContador;
     if (b.forzadoContador < b.forzadoVeces) {
-        // The first answer is told of as the second of its count, as it always was.
+        // The text counts the first answer as the second, as it always did.
         mostrar(b, de_bloques::kNota,
                 "FORZADO POR NIVEL: Recepcion " + textoDeNumero(b.forzadoContador + 1) + " de " +
                     textoDeNumero(b.forzadoVeces));

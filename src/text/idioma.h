@@ -64,8 +64,8 @@ constexpr bool enOrden(const Tabla& filas, Cual ultimo) {
 /// for one that was not.
 [[nodiscard]] std::optional<std::string> pasarA(Idioma idioma, const Frase& frase,
                                                 std::string_view castellano);
-/// The same for one that was made of any phrase of a table. What was made of none stays as it is:
-/// the system's own words, somebody's name.
+/// The same for one that was made of any phrase of a table. A text that was made of no phrase stays
+/// as it is: the system's own words, a person's name.
 template <class Tabla>
 [[nodiscard]] std::string pasarA(Idioma idioma, const Tabla& filas, std::string_view castellano) {
     for (const auto& fila : filas) {

@@ -12,7 +12,7 @@ namespace kv {
 /// A text in UTF-8 as JSON has it, quotes and all. A byte that is no UTF-8, as in a file's name, is
 /// taken for Windows-1252.
 [[nodiscard]] std::string enJson(std::string_view texto);
-/// A number; null for one that is none or has no end.
+/// A number; null for NaN and infinities.
 [[nodiscard]] std::string enJson(double numero);
 
 /// An object, member by member. `fin` ends it.

@@ -20,9 +20,9 @@ class Json {
     [[nodiscard]] std::optional<double> numero() const;
     /// Null where it is no text, UTF-8 where it is.
     [[nodiscard]] const std::string* texto() const;
-    /// The elements of a list, or the values of an object; none of anything else.
+    /// The elements of a list, or the values of an object; empty for any other value.
     [[nodiscard]] const std::vector<Json>& elementos() const { return elementos_; }
-    /// The value of an object's member; null if there is none.
+    /// The value of an object's member; null if it has no such member.
     [[nodiscard]] const Json* miembro(std::string_view nombre) const;
     /// The names of an object's members, in the order of `elementos`.
     [[nodiscard]] const std::vector<std::string>& nombres() const { return nombres_; }

@@ -44,8 +44,8 @@ RespuestasDebidas::Permiso RespuestasDebidas::permiso(Registro registro, std::in
 void RespuestasDebidas::alEnviar(Registro registro, std::int64_t ahora, std::int64_t tiempoFueraMs,
                                  bool llego) {
     if (prueba_ && llego && faltaParaSilencio(ahora) <= 0) saldar();
-    // The last request got no answer but one that was dropped as nobody's. It may well have been
-    // its own: the stations no longer say what they used to.
+    // The last request got no answer but one that was dropped as no request's. It may well have
+    // been its own: the stations no longer say what they used to.
     if (negada_) rotulos_.olvidar();
     negada_ = hayUltima_ = prueba_ = false;
     if (limpia()) tiempoFueraMs_ = tiempoFueraMs;
@@ -137,7 +137,8 @@ RespuestasDebidas::Veredicto RespuestasDebidas::alRecibir(std::span<const Respue
     return contar(respuestas, primera, sinNombre);
 }
 
-/// None but `cuantas` answers of which nothing is known.
+/// Judges an arrival by its `cuantas` answers of which it is not known whose they are; the first of
+/// them is number `primera`.
 RespuestasDebidas::Veredicto RespuestasDebidas::contar(std::span<const Respuesta> respuestas,
                                                        std::size_t primera, std::size_t cuantas) {
     if (!soloDebe(enCurso_) || sospecha_ || cuantas > debidas_.size()) {
@@ -195,7 +196,7 @@ void RespuestasDebidas::alSobrar(std::span<const Respuesta> respuestas, std::int
         pasar(r.rotulo, ahora);
         if (!limpia()) {
             duda_ = true;
-        } else if (!rotulos_.dicen()) { // else nobody will take it for his own
+        } else if (!rotulos_.dicen()) { // else no request will take it for its answer
             sospecha_ = true;
             recelo_ = kRecelo;
         }

@@ -40,7 +40,7 @@ class RespuestasDebidas {
     struct Veredicto {
         enum class De : std::uint8_t {
             LoPedido, ///< number `cual` answers the outstanding request
-            Otro,     ///< none does for certain: its time-out runs on
+            Otro,     ///< it is certain that no answer is its own: its time-out runs on
             NoSeSabe  ///< the try has failed: it may have been answered or not
         } de = De::Otro;
         std::size_t cual = 0;
@@ -89,7 +89,7 @@ class RespuestasDebidas {
     /// A station may be up to three times slower than its time-out before its answers are taken for
     /// lost.
     static constexpr std::int64_t kTiemposDeEspera = 3;
-    /// So many requests are told apart; a station that answers none of more than these is let be.
+    /// So many requests are told apart; a station that leaves more than these unanswered is let be.
     static constexpr std::size_t kDebidasMaximo = 64;
     /// After an answer that nobody had asked for, so many more are not trusted to be the last.
     static constexpr std::uint32_t kRecelo = 8;
@@ -119,15 +119,15 @@ class RespuestasDebidas {
     Rotulos rotulos_;
     std::vector<Debida> debidas_; ///< requests that may still be answered, oldest first
     bool desbordada_ = false;     ///< there are more of them than are remembered
-    bool duda_ = false;           ///< more than one may be answered: none is known to be paid
-    bool sospecha_ = false;       ///< something came that nobody was owed
+    bool duda_ = false;           ///< more than one may be answered: it is not known which was
+    bool sospecha_ = false;       ///< an answer came that no request had asked for
     bool prueba_ = false;         ///< an answer came after the last request: the network carries
     std::uint32_t recelo_ = 0;
     Respuesta ultima_; ///< the last that was believed, while nothing was sent since
     bool hayUltima_ = false;
     Registro enCurso_ = 0;
-    bool negada_ = false;         ///< an answer of nobody was dropped while this one was waited for
-    std::int64_t movimiento_ = 0; ///< last request or answer
+    bool negada_ = false; ///< an answer of no request was dropped while this one was waited for
+    std::int64_t movimiento_ = 0;    ///< last request or answer
     std::int64_t tiempoFueraMs_ = 0; ///< the longest of those owed
     std::int64_t retenidaDesde_ = -1;
 };

@@ -10,7 +10,7 @@
 namespace kv {
 
 /// What the stations of one connection put into the four bytes of an answer that are theirs to
-/// fill. Many repeat something of the request there, and then an answer can be told from another
+/// fill. Many repeat a part of the request there, and then an answer can be told apart from another
 /// register's; others put nothing useful, or what changes every time. Nobody says which, so it is
 /// learned from answers whose register is certain for another reason.
 ///

@@ -114,7 +114,7 @@ void Auditoria::cerrarRepetidas() {
     repetidas_ = 0;
 }
 
-/// What is to be told when a second, a minute or a day is over.
+/// Writes the counts that are due when a second, a minute or a day is over.
 void Auditoria::pasarElTiempo() {
     const std::int64_t ahora = reloj_.monotonicoMs();
     if (ahora - segundoMs_ >= kSegundoMs) {
@@ -136,8 +136,8 @@ void Auditoria::pasarElTiempo() {
 
 void Auditoria::volcar() {
     if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
-    // What the disk did not take is told when it takes something again, whether or not there is
-    // more.
+    // The count of what the disk did not take is written as soon as it takes lines again, whether
+    // or not there are new ones.
     const bool probar =
         sinDisco_ > 0 && reloj_.monotonicoMs() - ultimoIntentoMs_ >= kEntreIntentosMs;
     if (!pendiente_.empty() || probar) escribirPendiente();

@@ -20,8 +20,9 @@ namespace kv {
 ///
 /// Lines are gathered and appended once per turn of the loop. What comes from outside is cut and
 /// its control characters and separators are escaped, so a line is always one line of six fields. A
-/// line that only repeats the one before is counted, and the count told at the latest after a
-/// minute. What a second has too many of, and what a full disk did not take, is counted and told.
+/// line that only repeats the one before is counted, and the count written at the latest after a
+/// minute. What a second has too many of, and what a full disk did not take, is counted and
+/// written.
 class Auditoria final : public OyenteDeSucesos {
   public:
     /// All must outlive it.

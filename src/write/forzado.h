@@ -28,7 +28,7 @@ class Forzado {
     void forzarBloque_porNivel(double nivel);
     /// `veces` above 0: reads every block of the level so often, on its own scan, and leaves it as
     /// it found it; 0 switches the level on, -1 off.
-    /// `quien` is who is told to have switched it so, here and in what follows.
+    /// `quien` is recorded as having switched it, here and in what follows.
     void forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien);
     /// Also ends a force by level that is running.
     void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,

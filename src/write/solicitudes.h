@@ -27,7 +27,7 @@ class SolicitudesDeEscritura {
     double levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                        std::string_view origen);
 
-    /// A request that somebody else refuses; gives -1. Its address is cut.
+    /// Records a request that another part refuses; gives -1. Its address is cut.
     double rechazar(TextoDeRechazo texto, double valor, ClaseDeRechazo clase = ClaseDeRechazo::Otra,
                     Indice conexion = kNinguno);
 

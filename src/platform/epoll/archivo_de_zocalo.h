@@ -15,11 +15,12 @@ class ArchivoDeZocalo {
     ArchivoDeZocalo(const ArchivoDeZocalo&) = delete;
     ArchivoDeZocalo& operator=(const ArchivoDeZocalo&) = delete;
 
-    /// Takes a socket file away that was left there; false when something else is there.
+    /// Takes a socket file away that was left there; false when it cannot, or when another kind of
+    /// file is there.
     [[nodiscard]] bool liberar() const;
     /// Makes the file, its owner's alone.
     [[nodiscard]] bool atar(int descriptor);
-    /// Of a group too; true also where none is meant, below 0.
+    /// Gives the file to a group too; below 0 no group is meant, which succeeds.
     [[nodiscard]] bool darAlGrupo(std::int64_t grupo) const;
     /// Connects; as the system's call does, without blocking where the socket does not.
     [[nodiscard]] bool conectar(int descriptor);

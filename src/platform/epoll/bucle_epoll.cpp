@@ -238,7 +238,8 @@ void BucleEpoll::atenderSucesos() {
             continue;
         }
         const Puesto& p = puestos_[puesto];
-        // A slot may have changed hands since the kernel told: then the news is for nobody.
+        // A slot may have changed hands since the kernel's report: then the event has no owner any
+        // more.
         if (p.atendido != nullptr && p.generacion == static_cast<std::uint32_t>(s.registro))
             p.atendido->alOcurrir(s.sucesos);
     }

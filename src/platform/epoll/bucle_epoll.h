@@ -39,7 +39,7 @@ class RelojReal final : public Reloj {
     mutable FechaHora minuto_;
 };
 
-/// Something with a descriptor that the loop watches.
+/// The owner of a descriptor that the loop watches.
 class Atendido {
   public:
     virtual ~Atendido() = default;
@@ -49,7 +49,8 @@ class Atendido {
 /// An address, whatever its kind; its port is for who uses it.
 using Maquina = sockaddr_storage;
 
-/// What became of a name: addresses, the one to be tried first in front, or none and why.
+/// What became of a name: addresses, the one to be tried first in front, or the reason why there
+/// are not any.
 struct NombreResuelto {
     std::vector<Maquina> maquinas;
     std::string motivo;
@@ -110,7 +111,7 @@ class BucleEpoll final : public Bucle {
     /// Whether a descriptor that the system gave may be used for a station. The last ones are kept
     /// for clients, logs and settings, without which nobody would come to know.
     [[nodiscard]] static bool alcanzaParaEstaciones(int descriptor);
-    /// Somebody had to do without a descriptor, if that is what the error says.
+    /// A socket had to do without a descriptor, if that is what the error says.
     void falto(int error) { faltaron_ += error == EMFILE || error == ENFILE ? 1U : 0U; }
     /// How often that was.
     [[nodiscard]] std::uint64_t faltaronDescriptores() const { return faltaron_; }
@@ -141,7 +142,7 @@ class BucleEpoll final : public Bucle {
     void crearDespertador();
     void ponerDespertador();
     [[nodiscard]] int esperaHastaElProximo();
-    /// Due time of the next timer of either queue, -1 if none runs.
+    /// Due time of the next timer of either queue, -1 if no timer runs.
     [[nodiscard]] std::int64_t proximoVencimiento();
 
     RelojReal reloj_;
@@ -152,7 +153,7 @@ class BucleEpoll final : public Bucle {
     std::int64_t despertadorUs_ = -1;
     std::vector<Puesto> puestos_;
     std::vector<std::uint32_t> libres_;
-    std::vector<Suceso> listos_; ///< told by the kernel and not yet handled: [siguiente_, size)
+    std::vector<Suceso> listos_; ///< reported by the kernel and not yet handled: [siguiente_, size)
     std::size_t siguiente_ = 0;
     std::int64_t miradoUs_ = 0; ///< when the kernel was last asked
     std::int64_t cedidoUs_ = 0; ///< what the clock said at the last yield

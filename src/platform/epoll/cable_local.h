@@ -21,7 +21,8 @@ class CableLocal {
     CableLocal& operator=(const CableLocal&) = delete;
 
     void enviar(std::string renglon) const;
-    /// The next line; false when none came in time, which below 0 never ends.
+    /// The next line; false when no line came in time. With `segundos` below 0 it is waited for
+    /// without end.
     [[nodiscard]] bool renglon(std::string& destino, double segundos);
 
   private:

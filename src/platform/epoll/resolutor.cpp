@@ -76,7 +76,7 @@ void Resolutor::olvidar(const std::string& nombre, const AlResolver& quien) {
     }
 }
 
-/// One more, if there may be more. False when there is none at all. Holds the lock.
+/// Starts one more thread, if there may be more. False when not a single one runs. Holds the lock.
 bool Resolutor::empezarHilo() {
     if (comun_->hilos == kHilos) return true;
     sigset_t todas;
@@ -128,7 +128,7 @@ void Resolutor::alOcurrir(std::uint32_t /*sucesos*/) {
     repartir();
 }
 
-/// Whoever is told may ask again, go, or let events run, which brings the next ones here.
+/// Whoever is called may ask again, go away, or let events run, which brings the next ones here.
 void Resolutor::repartir() {
     try {
         while (!porAvisar_.empty()) {

@@ -14,8 +14,8 @@ namespace kv {
 
 /// Names of machines become addresses. The system is asked in threads of their own, because it may
 /// take half a minute to answer; what they find comes back through the loop, and nothing else of
-/// the program is known to them. At most kHilos of them run, and none when nothing is asked.
-/// Whoever ends does not wait for one that is still asking.
+/// the program is known to them. At most kHilos of them run, and only while names are asked for.
+/// The program's end does not wait for one that is still asking.
 class Resolutor final : private Atendido {
   public:
     static constexpr int kHilos = 8;
@@ -28,8 +28,8 @@ class Resolutor final : private Atendido {
     Resolutor(const Resolutor&) = delete;
     Resolutor& operator=(const Resolutor&) = delete;
 
-    /// Asks for a name that `quien` is told about later; who asks for a name that is being asked
-    /// for shares the answer. False when too many wait or no thread can be had.
+    /// Asks for a name; `quien` is called with the answer later. Requests for a name that is being
+    /// asked for already share its answer. False when too many wait or no thread can be had.
     [[nodiscard]] bool pedir(const std::string& nombre, AlResolver& quien);
     /// `quien` does not want to know any more.
     void olvidar(const std::string& nombre, const AlResolver& quien);

@@ -137,7 +137,7 @@ bool reescribir(const std::string& ruta, std::string_view contenido) {
     return false;
 }
 
-/// Whether the last line has no end: somebody ended, or the disk was full, in the middle of it.
+/// Whether the last line has no end: its writer died, or the disk was full, in the middle of it.
 bool quedoSinTerminar(int descriptor) {
     struct stat s {};
     char ultimo = '\n';
@@ -153,8 +153,8 @@ bool ArchivosReales::existe(const std::string& ruta) { return huella(ruta).exist
 
 HuellaDeArchivo ArchivosReales::huella(const std::string& ruta) {
     struct stat s {};
-    // A link whose file has gone, with a disk that was not mounted perhaps, is something all the
-    // same.
+    // A link whose file has gone, with a disk that was not mounted perhaps, counts as existing all
+    // the same.
     if (stat(conBarras(ruta).c_str(), &s) != 0 && stat(resolver(ruta).c_str(), &s) != 0 &&
         lstat(conBarras(ruta).c_str(), &s) != 0)
         return {};

@@ -49,7 +49,7 @@ std::string textoDe(const sockaddr_in& direccion) {
     return std::string(texto) + ":" + std::to_string(ntohs(direccion.sin_port));
 }
 
-/// An address in figures, of either kind; nothing is asked of anybody for it.
+/// An address in figures, of either kind; no name server is asked for it.
 std::optional<Maquina> maquinaDe(const std::string& texto) {
     addrinfo pedido{};
     pedido.ai_socktype = SOCK_STREAM;
@@ -73,8 +73,8 @@ socklen_t conPuerto(Maquina& m, std::uint32_t puerto) {
     return sizeof(sockaddr_in);
 }
 
-/// A machine that connects to one of its own ports may come out at that very port: nobody is at the
-/// other end but itself.
+/// A machine that connects to one of its own ports may come out at that very port: then it has only
+/// itself at the other end.
 bool esElMismo(int descriptor) {
     Maquina propia{};
     Maquina otra{};
@@ -94,7 +94,8 @@ std::string quienLlama(int descriptor) {
 }
 
 void sinDemora(int descriptor) {
-    // A request is seven bytes that somebody waits for: never held back to be sent with others.
+    // A request is seven bytes and its answer is waited for: it is never held back to be sent with
+    // others.
     const int si = 1;
     setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &si, sizeof si);
 }
@@ -222,7 +223,7 @@ void ZocaloEpoll::alResolver(const NombreResuelto& resuelto) {
     if (estado_ == EstadoZocalo::Error) oyente_.alCortarse(indice_);
 }
 
-/// Begins with the next address to be tried; state 9 when none is left.
+/// Begins with the next address to be tried; state 9 when no address is left.
 void ZocaloEpoll::probar() {
     std::string motivo = std::exchange(motivo_, {});
     while (probadas_ < maquinas_.size()) {
@@ -305,7 +306,7 @@ void ZocaloEpoll::escucharLocal(const std::string& ruta, std::int64_t grupo) {
     if (!archivo.liberar()) return fallar("ya hay un archivo que no es un zocalo en " + ruta);
     const int d = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (d < 0) return fallar(deArchivo(errno));
-    // Nobody can connect before it listens, and by then it is whose it shall be.
+    // No program can connect before it listens, and by then the file is its owner's alone.
     if (!archivo.atar(d) || listen(d, kEnEspera) != 0) {
         const int error = errno;
         close(d);
@@ -406,7 +407,7 @@ bool ZocaloEpoll::vaciarCola() {
     return true;
 }
 
-/// The end of a link is always told, so while it is held only once.
+/// The kernel always reports the end of a link; while the link is held, only once.
 void ZocaloEpoll::vigilar() {
     std::uint32_t sucesos = kRecibir;
     if (freno_) sucesos = EPOLLET;

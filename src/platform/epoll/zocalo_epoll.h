@@ -76,7 +76,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     std::size_t enviados_ = 0;
     std::size_t limiteDeCola_ = std::size_t{64} * 1024;
 
-    std::string nombre_; ///< being looked up; empty: none
+    std::string nombre_; ///< being looked up; empty: no look-up under way
     std::uint32_t puerto_ = 0;
     std::vector<Maquina> maquinas_; ///< to be tried; [0, probadas_) were
     std::size_t probadas_ = 0;
@@ -84,7 +84,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     int pedido_ = -1;       ///< a link waiting for `aceptar`, during `alPedirConexion` only
     int reservado_ = -1;    ///< bound where it has listened
     Maquina lugar_{};       ///< there
-    std::string rutaLocal_; ///< the socket file that it listens on; empty: none
+    std::string rutaLocal_; ///< the socket file that it listens on; empty: not on a file
     std::int64_t pacienciaMs_ = 0;
     std::string motivo_;
     std::unique_ptr<Temporizador> descanso_; ///< made when it is first wanted

@@ -43,7 +43,7 @@ class BucleSimulado : public Bucle {
 
     [[nodiscard]] RelojSimulado& relojSimulado() { return reloj_; }
     [[nodiscard]] RedSimulada& red() { return red_; }
-    /// Lets the plant live for so long. Ends early only if something called `detener`.
+    /// Lets the plant live for so long. Ends early only if a handler called `detener`.
     void avanzarUs(std::int64_t us);
     void avanzar(std::int64_t ms) { avanzarUs(ms * 1000); }
     /// Time passes and nobody handles anything: a stalled machine, or a handler that takes long.

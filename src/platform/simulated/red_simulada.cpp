@@ -166,7 +166,8 @@ void RedSimulada::fijarPaciencia(IdEnlace enlace, std::int64_t us) {
     esperarConfirmacion(enlace, e->second);
 }
 
-/// Each link has at most one event for its patience, which looks again how things are.
+/// Each link has at most one event for its patience, which looks again at what has been
+/// acknowledged.
 void RedSimulada::esperarConfirmacion(IdEnlace id, Enlace& e) {
     if (e.pacienciaUs == 0 || e.sinConfirmar == 0 || std::exchange(e.seImpacienta, true)) return;
     anotar(std::max(e.sinConfirmarUs + e.pacienciaUs, reloj_.monotonicoUs()), Tipo::Impaciencia,

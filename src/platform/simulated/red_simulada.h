@@ -47,8 +47,9 @@ class RedSimulada {
     /// (ETIMEDOUT). With no time at all in between, as where the kernel itself knows no way
     /// (ENETUNREACH), they fail in the call and no event comes.
     void negar(const std::string& ip, std::uint32_t puerto, int error, std::int64_t demoraUs);
-    /// From now on a name leads to the machine, or with an empty one to nobody; it is looked up at
-    /// each attempt, as long as `demorarNombres` says. A text that is no name is its own machine.
+    /// From now on a name leads to the machine, or with an empty one to no machine; it is looked up
+    /// at each attempt, as long as `demorarNombres` says. A text that is no name is its own
+    /// machine.
     void nombrar(const std::string& nombre, const std::string& ip) { nombres_[nombre] = ip; }
     /// How long looking up takes from now on; for ever: below 0.
     void demorarNombres(std::int64_t us) { nombresUs_ = us; }
@@ -69,7 +70,7 @@ class RedSimulada {
     /// A client connects to a port on which the driver listens.
     IdEnlace conectarCliente(std::uint32_t puerto, ExtremoSimulado& extremo,
                              const std::string& remoto = "10.0.0.9:50000");
-    /// Where to connect to a socket file: a port that no other thing has.
+    /// Where to connect to a socket file: a port that nothing else has.
     [[nodiscard]] std::uint32_t puertoDeRuta(const std::string& ruta);
     /// From now on a socket file can be given to no group.
     void negarGrupos() { niegaGrupos_ = true; }
@@ -82,7 +83,7 @@ class RedSimulada {
 
     // The loop's side.
     [[nodiscard]] std::int64_t proximo() const { return sucesos_.empty() ? -1 : sucesos_.top().us; }
-    /// Delivers the first event if it is due; false if none is.
+    /// Delivers the first event if it is due; false if it is not, or the queue is empty.
     bool entregar();
 
     // The sockets' side.
@@ -93,7 +94,7 @@ class RedSimulada {
     /// Bytes from the socket that have not arrived at the far side's host.
     [[nodiscard]] std::size_t sinConfirmar(IdEnlace enlace) const;
     void fijarPaciencia(IdEnlace enlace, std::int64_t us);
-    /// While it is held nothing is told to the socket; all of it comes afterwards, in order.
+    /// While it is held nothing is delivered to the socket; all of it comes afterwards, in order.
     void frenar(IdEnlace enlace, bool freno);
     bool escuchar(std::uint32_t puerto, ZocaloSimulado& zocalo);
     void dejarDeEscuchar(std::uint32_t puerto, const ZocaloSimulado& zocalo);
