@@ -169,7 +169,7 @@ void Formas::bytesDe(const Suceso& s, ObjetoJson& o) const {
                                        ? redaccion_.sucesos().textoDe(s)
                                        : std::string_view();
     if (largo.empty() && (s.cuantos == 0 || s.texto != 0))
-        return; // none, or given up for later ones
+        return; // it had no bytes, or they were given up for later ones
     std::string hexadecimales;
     const auto agregar = [&hexadecimales](std::uint8_t b) {
         constexpr std::string_view kDigitos = "0123456789ABCDEF";

@@ -15,7 +15,7 @@
 
 namespace kv {
 
-/// What the local door tells of each kind of thing: the members of an object of its own.
+/// The JSON of each kind of record that the local door gives: the members of an object of its own.
 class Formas {
   public:
     /// All of them must outlive this.
@@ -54,7 +54,7 @@ class Formas {
 /// "2026-11-16T07:05:09.012", local.
 [[nodiscard]] std::string enIso(const FechaHora& f);
 /// The same read back, from the year to the second at least, or "07:05" of the day of `hoy`;
-/// nothing when it is none.
+/// nothing when the text is no such time.
 [[nodiscard]] std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& hoy);
 
 } // namespace kv

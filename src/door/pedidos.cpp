@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kLargoDeId = 64;
 
-/// A member that is a text; empty where there is none.
+/// A member that is a text; empty where it is missing or no text.
 std::string_view textoEn(const Json& p, std::string_view nombre) {
     const Json* j = p.miembro(nombre);
     return j != nullptr && j->texto() != nullptr ? std::string_view(*j->texto())
@@ -99,7 +99,8 @@ void PuertaLocal::encolar(Lector& l, const std::string& id, Trabajo trabajo) {
     l.trabajos.push_back(std::move(trabajo));
 }
 
-/// A line for each of `cuantos` records for which `uno` has something to tell, and how many.
+/// A line for each of `cuantos` records of which `uno` writes one, and in the end how many they
+/// were.
 template <class F>
 void PuertaLocal::encolarTodos(Lector& l, const std::string& id, std::size_t cuantos, F uno) {
     encolar(l, id,
@@ -352,7 +353,7 @@ void PuertaLocal::vigilar(Lector& l, const Json& p, const std::string& id) {
     cerrarRenglon(o, l.salida);
 }
 
-/// Whoever may not is told, and so are the records.
+/// A user who may not order gets a refusal, which the log records.
 bool PuertaLocal::puedeOrdenar(Lector& l, const std::string& id, std::string_view que,
                                std::string_view sobre) {
     const std::string lista =

@@ -15,7 +15,7 @@ constexpr std::size_t kPasosPorTic = 1500;
 // And for requests, some of which take as long as a thousand others.
 constexpr std::int64_t kPedidosUs = 1000;
 constexpr std::size_t kTrozo = std::size_t{64} << 10;
-// A reader that has so much before it is told nothing more for now, and after so long is closed.
+// A reader that has so much still to read gets nothing more for now, and after so long is closed.
 constexpr std::size_t kColaLlena = std::size_t{256} << 10;
 constexpr std::size_t kColaMaxima = std::size_t{2} << 20;
 constexpr std::int64_t kPacienciaMs = 30'000;
@@ -124,7 +124,8 @@ void PuertaLocal::alSuceder(const Suceso& s, std::string_view /*texto*/) {
     despertar(kYaMs);
 }
 
-/// Whoever has nobody to tell does not listen.
+/// Listens to values and ends of writes only while a reader waits for them, as listening costs
+/// time.
 void PuertaLocal::escucharLoNecesario() {
     const auto alguno = [this](auto que) {
         return std::any_of(lectores_.begin(), lectores_.end(), que);
@@ -156,7 +157,7 @@ void PuertaLocal::tic() {
         std::max<std::size_t>(1, pasos / std::max<std::size_t>(1, lectores_.size()));
     bool trabajo = false;
     bool atento = false;
-    for (Lector& l : lectores_) { // orders let events run, in which readers come but none goes
+    for (Lector& l : lectores_) { // orders let events run, in which readers come but do not go
         std::size_t suyos = parte;
         try {
             atender(l, suyos);
@@ -271,7 +272,7 @@ void PuertaLocal::vigilarQueLea(Lector& l) {
     }
 }
 
-/// The last that it is told.
+/// A last line for the reader, which is closed when it has left.
 void PuertaLocal::despedir(Lector& l, std::string_view porque) {
     fallar(l, {}, porque);
     log_.escribir("Puerta local", l.nombre + ": " + std::string(porque) + ", se cierra");

@@ -33,8 +33,8 @@ namespace kv {
 /// may write and force, and what they do is recorded with their name.
 ///
 /// Nothing is done where it arrives: a timer takes up what is to be done, so much at a time, so
-/// that no reader costs the stations their turn. A reader that does not read is told less, then
-/// closed.
+/// that no reader costs the stations their turn. A reader that does not keep up gets less, and is
+/// closed in the end.
 class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, private OyenteDeSucesos {
   public:
     static constexpr std::size_t kLectores = 32;
@@ -83,14 +83,14 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
         std::string salida;  ///< what leaves at the end of this tick
         std::deque<Trabajo> trabajos;
         std::vector<EscrituraEnCurso> escrituras;
-        bool ultimo = false; ///< to be closed when what it is told has left
+        bool ultimo = false; ///< to be closed when its answers have left
         std::int64_t noLeeDesdeMs = -1;
 
         bool sigueValores = false;
         bool todos = true; ///< of the values; else `elegidos`
         std::set<Indice> elegidos;
         ConjuntoDePosiciones cambiados;
-        std::uint64_t saltados = 0; ///< values that came between two that were told
+        std::uint64_t saltados = 0; ///< values that came between two that were sent
 
         bool sigueSucesos = false;
         std::set<Que> clases; ///< empty: all
@@ -157,7 +157,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     std::size_t ultimo_ = 0;
     FechaHora desde_;        ///< when it was opened: the start of the driver
     std::int64_t ticUs_ = 0; ///< when the present tick began
-    bool enTic_ = false;     ///< events that run meanwhile only leave something to do
+    bool enTic_ = false;     ///< events that run meanwhile only leave work behind
     bool oyeSucesos_ = false;
     bool escribiendo_ = false; ///< ends of writes are kept: one of them may be of the present one
     std::vector<std::pair<Indice, std::int16_t>> terminadas_;

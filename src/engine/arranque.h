@@ -22,7 +22,7 @@ class Arranque {
     Arranque(Motor& motor, Procesos& procesos);
 
     /// False when a driver runs already in this folder: the message was shown and VER=1 written,
-    /// nothing else. Drivers of other folders are none of its business.
+    /// nothing else. Drivers of other folders do not count.
     [[nodiscard]] bool soyElUnico();
     /// The whole sequence, from the configuration to the supervision of the connections.
     void arrancar();

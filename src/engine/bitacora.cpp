@@ -211,8 +211,8 @@ bool Bitacora::cerrar(std::uint64_t clave, Ventana& v, std::int64_t ahora) {
         log_.escribir(e);
     }
     if (quieta) return true;
-    // It goes on: counted from the start now, and told more seldom. Where nothing was counted the
-    // next ones are worth an entry again.
+    // It goes on: it is counted from the start now, and reported more seldom. Where nothing was
+    // counted the next ones are worth an entry again.
     v.desdeMs = ahora;
     v.largoMs = v.calladas > 0 ? std::min(v.largoMs * 2, kVentanaMayorMs) : kVentanaMs;
     v.sueltas = v.calladas > 0 ? kSueltas : 0;

@@ -124,7 +124,7 @@ class Motor final : private AlCambiarConexion,
 };
 
 /// The folder in which scripts may use files, below the program's, made if need be; a setting names
-/// it. Empty when the setting names none that could be below.
+/// it. Empty when what the setting names could not lie below.
 [[nodiscard]] std::string carpetaDelGuion(Motor& motor, Archivos& archivos);
 
 } // namespace kv

@@ -15,8 +15,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::uint32_t kIpDelDriver = 0xC0000201; // 192.0.2.1, which is nobody's
-constexpr std::uint32_t kIpDeNombres = 0xC6120000; // 198.18.0.0/15, nobody's either
+constexpr std::uint32_t kIpDelDriver = 0xC0000201; // 192.0.2.1, which belongs to no machine
+constexpr std::uint32_t kIpDeNombres = 0xC6120000; // 198.18.0.0/15, as little
 constexpr std::uint16_t kPrimerPuerto = 40000;
 constexpr std::uint16_t kPuertos = 20000;
 constexpr std::size_t kLargoIp = 20;
@@ -84,8 +84,8 @@ bool esPedido(std::string_view que) {
     return std::find(kPedidos.begin(), kPedidos.end(), que) != kPedidos.end();
 }
 
-/// Of the bytes that an arrival is told with those that it brought. Long ones say how many were
-/// held before; short ones begin with what was held, unless that has been given up.
+/// Of the bytes that an arrival is listed with, those that it brought. A long list says how many
+/// were held before; a short one begins with what was held, unless that has been given up.
 std::span<const std::uint8_t> nuevos(const Json& suceso, const Bytes& bytes, Bytes& tenidos) {
     std::size_t antes = 0;
     if (const Json* n = suceso.miembro("tenidos")) {

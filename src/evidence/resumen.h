@@ -16,7 +16,7 @@ struct DatosDelResumen {
     FechaHora hecha; ///< when the bundle is made
     std::string carpeta;
     std::string configuracion;            ///< its path and how much it has
-    std::string guion;                    ///< the script's path; empty: there is none
+    std::string guion;                    ///< the script's path; empty: the plant has no script
     std::string arranque;                 ///< the log's last entry of a start
     std::vector<std::string> avisos;      ///< the log's last errors and warnings, oldest first
     std::vector<std::string> grabaciones; ///< those in the bundle, and those too large for it

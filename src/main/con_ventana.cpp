@@ -33,7 +33,8 @@ int correrConVentana(const Opciones& opciones) {
         [&motor](const std::string& control, const char* que) {
             motor.log.escribirLog("DRIVER", "Ventana", control, que);
         });
-    // What the window wants to know is none of the engine's questions, which may be recorded.
+    // The window reads settings of its own: questions of the engine may be recorded, and this is
+    // not one.
     Ajustes ajustes(programa.archivos, opciones.carpeta);
     ponerIdioma(
         ajustes.leerIni(ajustes.archivoDeAjustes(), kSeccionDeAjustes, kIdiomaVentana.clave, ""));

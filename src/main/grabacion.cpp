@@ -20,7 +20,8 @@ constexpr int kNoReproducida = 2;
 
 std::string programa() { return conVersion(kNombreDelPrograma); }
 
-/// What was recorded before is somebody's only trace of what went wrong. False: it is in the way.
+/// Moves an earlier recording aside, as it may be the only trace of a fault. False: it is still in
+/// the way.
 bool apartar(const std::string& archivo) {
     namespace fs = std::filesystem;
     std::error_code error;

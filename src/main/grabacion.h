@@ -43,10 +43,10 @@ class Grabacion final : private RegistroDeOrdenes {
     void empezar();
     /// The driver's start ends.
     void empezada();
-    /// Who wants to know of the operator's orders, null if nobody.
+    /// Who has to hear of the operator's orders; null while nothing is recorded.
     [[nodiscard]] RegistroDeOrdenes* registro() { return grabador_ ? this : nullptr; }
-    /// Why nothing is recorded any more, once; empty: it is, or that was told. A plant wants its
-    /// driver also without a recording.
+    /// Why nothing is recorded any more, once; empty: it goes on, was not asked for, or the reason
+    /// was given already. A plant wants its driver also without a recording.
     [[nodiscard]] std::string novedad();
     /// It is full, and is to go on in another file when the driver starts anew.
     [[nodiscard]] bool pideOtra() const;
@@ -66,7 +66,7 @@ class Grabacion final : private RegistroDeOrdenes {
 };
 
 /// Runs the driver again on what a recording holds and prints every line of its traces. The exit
-/// code: 0, or 2 with a message when the recording is none or leads elsewhere than it did.
+/// code: 0, or 2 with a message when the file is not a recording or leads elsewhere than it did.
 [[nodiscard]] int reproducir(const std::string& archivo, std::ostream& errores);
 
 } // namespace kv

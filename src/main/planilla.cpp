@@ -54,7 +54,7 @@ std::string lugarDeDescripciones(Archivos& archivos, const std::string& rutaConf
 }
 
 /// The table that is to be imported, of a workbook its first sheet; nothing when it cannot be read,
-/// which has been told.
+/// which has been reported.
 std::optional<std::string> leerTabla(Archivos& archivos, const std::string& archivo,
                                      std::ostream& errores) {
     constexpr std::string_view kComienzoDeLibro = "PK\x03\x04";

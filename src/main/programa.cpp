@@ -36,7 +36,7 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
         resultado_ = kOrdenado;
         terminar_();
     });
-    std::signal(SIGHUP, SIG_DFL); // blocked by now; one that is ignored is not told of
+    std::signal(SIGHUP, SIG_DFL); // blocked by now; an ignored one is not delivered
     motor.operador.registrarEn(grabacion.registro());
     motor.recarga.alTerminar([this] { servicio.listo(); });
     bucle.alFinalDeVuelta([this] {

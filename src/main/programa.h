@@ -29,10 +29,10 @@ struct Opciones {
     bool comprobar = false;
     bool alcanzar = false; ///< with `comprobar`, as the next
     bool json = false;
-    std::string exportar;     ///< table to write, empty: none
-    std::string importar;     ///< table to read, empty: none
-    std::string explicar;     ///< number of an entry, empty: none
-    std::string evidencia;    ///< archive to make of the plant, empty: none
+    std::string exportar;     ///< table to write, empty: do not export
+    std::string importar;     ///< table to read, empty: do not import
+    std::string explicar;     ///< number of an entry, empty: not asked for
+    std::string evidencia;    ///< archive to make of the plant, empty: do not gather
     std::string conGrabacion; ///< with `evidencia`: a recording that goes into it
     ComoGrabar grabar;
     std::string reproducir; ///< recording to play, empty: the driver runs
@@ -41,8 +41,8 @@ struct Opciones {
 /// The driver on the real platform, with everything but windows.
 class Programa {
   public:
-    /// `terminar` is called in the loop when the program is told to end by a signal. Threads that
-    /// are started afterwards leave those signals to the loop.
+    /// `terminar` is called in the loop when a signal asks the program to end. Threads that are
+    /// started afterwards leave those signals to the loop.
     Programa(const Opciones& opciones, std::function<void()> terminar);
     ~Programa();
     Programa(const Programa&) = delete;
@@ -74,7 +74,7 @@ class Programa {
     std::function<void()> terminar_;
     /// For what the platform has to say. Apart from the engine's, whose every look may be recorded.
     ArchivoLog log_;
-    std::uint64_t faltaronDescriptores_ = 0; ///< told of
+    std::uint64_t faltaronDescriptores_ = 0; ///< already reported
     std::int64_t faltaronMs_ = 0;            ///< when
     std::optional<int> resultado_;
 };

@@ -29,7 +29,7 @@ class SalidaDeTraza final : public Observador, public LectorDeTrazas {
     void volcar();
     /// Writes everything, waiting for a reader that still reads.
     void volcarTodo();
-    /// Whether something could not be written, or was left out for a reader that did not keep up.
+    /// Whether a part could not be written, or was left out for a reader that did not keep up.
     [[nodiscard]] bool fallo() const { return fallo_; }
 
   private:

@@ -15,7 +15,7 @@ inline constexpr Frase kVieja{"OK pero vieja, %1 (se espera a lo sumo cada %2)",
 inline constexpr Frase kNuncaLeida{"nunca leida", "never read"};
 inline constexpr Frase kLeidaHace{"leida por ultima vez hace %1", "last read %1 ago"};
 
-// What nobody asks for.
+// A block that is not polled.
 inline constexpr Frase kRetirado{"ya no esta en la configuracion",
                                  "it is no longer in the configuration"};
 inline constexpr Frase kNoSePolea{
@@ -40,7 +40,7 @@ inline constexpr Frase kNuncaEstablecida{"%1 no se establecio nunca", "%1 never 
 inline constexpr Frase kSeIntenta{"%1; se esta intentando ahora", "%1; it is being tried now"};
 inline constexpr Frase kProximoIntento{"%1; proximo intento %2", "%1; next attempt %2"};
 
-// When something is to happen.
+// When an attempt or a request is due.
 inline constexpr Frase kYa{"ya", "now"};
 inline constexpr Frase kDentroDe{"dentro de %1", "in %1"};
 

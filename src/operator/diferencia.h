@@ -35,9 +35,9 @@ struct Diferencia {
 };
 
 /// A station is the same when its address, its port's number, its own number and its index on the
-/// wire are; a block when its station and its key are. What was made because somebody asked for it
-/// stays as long as its station does, and may be made meanwhile. Linear in the size of both. All of
-/// them must outlive the work; `diferencia` is empty.
+/// wire are; a block when its station and its key are. What was made because its register was asked
+/// for stays as long as its station does, and may be made meanwhile. Linear in the size of both.
+/// All of them must outlive the work; `diferencia` is empty.
 Trabajo comparar(const Tablas& tablas, const ListasDeConfiguracion& listas,
                  const Validacion& validacion, Diferencia& diferencia, Porciones& porciones);
 

@@ -46,7 +46,7 @@ class EditorDeGuion {
     /// Replaces the file's content with `texto` and a CR LF. Unless the answer is `Hecho`, the file
     /// is as it was.
     [[nodiscard]] Guardado guardar(std::string_view texto);
-    /// Whether somebody else changed the file since it was read or saved here.
+    /// Whether another program changed the file since it was read or saved here.
     [[nodiscard]] bool cambioAfuera() const;
     /// What others have written so far is known, and not wanted.
     void pasarPorAltoElCambio() { conocida_ = archivos_.huella(ruta()); }

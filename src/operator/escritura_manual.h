@@ -32,7 +32,7 @@ class EscrituraManual {
     std::string TxtPlc;
     std::string TxtDireccion; ///< a register, or a register and its bit
 
-    /// The bit that the address names, -1 for none.
+    /// The bit that the address names, -1 if it names a whole register.
     [[nodiscard]] int bit() const;
     [[nodiscard]] std::string direccion() const;
     /// The value's text, brought in line with what a word can be: "0" when empty or no number.

@@ -108,7 +108,7 @@ void Operador::cumplir(const Orden& orden) {
     }
 }
 
-/// Whoever finds a block switched off must be able to learn that somebody did it. Writes have a
+/// Whoever finds a block switched off must be able to learn that an operator did it. Writes have a
 /// record of their own.
 void Operador::anotar(const Orden& orden) {
     const auto decir = [this](std::string_view que, const std::string& cual) {

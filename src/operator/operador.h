@@ -29,7 +29,7 @@
 
 namespace kv {
 
-/// What the operator is to be told in a message box; nothing when there is no text.
+/// What a message box has to say to the operator; no box when there is no text.
 struct Aviso {
     std::string texto;
     std::string titulo;
@@ -38,7 +38,7 @@ struct Aviso {
 };
 
 /// What the manual write dialog begins with, or why it does not open (nothing at all when the row
-/// is none that can be written).
+/// is not one that can be written).
 struct AperturaDeEscritura {
     Aviso aviso;
     bool abrir = false;
@@ -58,10 +58,10 @@ struct Pregunta {
 };
 
 /// All that the operator can ask for in the main window, one call a click. Outcomes of writes and
-/// forced reads are told in the operator's box, as for every other source of them; what comes back
+/// forced reads are shown in the operator's box, as for every other source of them; what comes back
 /// here is what a message box has to say: an entry that is refused names its field. Numbers may be
 /// typed with a decimal comma. What changes the polling or ends the program leaves an entry in the
-/// log. No call waits for anything; each may let events run.
+/// log. No call waits for a station; each may let events run.
 class Operador final : public OrdenDeEscribir {
   public:
     /// All of them must outlive the operator.
@@ -83,13 +83,13 @@ class Operador final : public OrdenDeEscribir {
         const Descripciones& descripciones;
     };
     explicit Operador(const Partes& partes) : p_(partes), porQue_(partes.porQue) {}
-    /// What is told from here on, and why things are as they are, is told in that language; Spanish
+    /// Messages from here on, and the sentences that give reasons, are in that language; Spanish
     /// until then. What others read as well (the boxes, the log) stays as it is.
     void hablarEn(Idioma idioma) {
         idioma_ = idioma;
         porQue_.hablarEn(idioma);
     }
-    /// Null: nobody keeps what is ordered.
+    /// Null: orders are not recorded.
     void registrarEn(RegistroDeOrdenes* registro) { registro_ = registro; }
     /// Carries out an order, recorded or not.
     void hacer(const Orden& orden);
@@ -141,8 +141,8 @@ class Operador final : public OrdenDeEscribir {
     };
     [[nodiscard]] std::vector<FilaDePuerto> puertos() const;
 
-    /// Whether a block was made because somebody asked for its register, so that it may be
-    /// forgotten; and forgets it.
+    /// Whether a block was made because its register was asked for, so that it may be forgotten;
+    /// and forgets it.
     [[nodiscard]] bool sePuedeOlvidar(std::int64_t bloque) const;
     void olvidar(std::int64_t bloque);
     /// Reads the configuration anew and takes over what changed in it.

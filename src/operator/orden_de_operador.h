@@ -8,8 +8,7 @@
 
 namespace kv {
 
-/// One thing that the operator makes the engine do, as a value: what a recording keeps and gives
-/// again.
+/// An order of the operator to the engine, as a value: what a recording keeps and gives again.
 struct Orden {
     enum class Clase : std::uint8_t {
         Forzar,      ///< texto: address
@@ -31,10 +30,10 @@ struct Orden {
 };
 
 [[nodiscard]] std::string textoDeOrden(const Orden& orden);
-/// Nothing for a text that is none.
+/// Nothing for a text that is not an order.
 [[nodiscard]] std::optional<Orden> ordenDeTexto(std::string_view texto);
 
-/// Told of every order right before it is carried out, and right after, also when it failed.
+/// Called right before every order is carried out, and right after, also when it failed.
 class RegistroDeOrdenes {
   public:
     virtual ~RegistroDeOrdenes() = default;

@@ -43,7 +43,7 @@ std::string PorQue::duracion(std::int64_t ms) const {
     return texto;
 }
 
-/// Whole seconds, none of which is over when they are told.
+/// Whole seconds, rounded up: a wait is never said to be shorter than it is.
 std::string PorQue::dentroDe(std::int64_t ms) const {
     if (ms <= 0) return decir(dicho::kYa);
     return decir(dicho::kDentroDe, {duracion((ms + 999) / 1000 * 1000)});

@@ -30,13 +30,13 @@ struct Edad {
 struct ResumenDeEstacion {
     std::uint32_t ok = 0, bad = 0, viejas = 0; ///< variables that are polled
     bool callada = false;                      ///< it does not answer
-    std::int64_t desdeMs = -1;  ///< when the first of the tries in a row failed; -1: none did
+    std::int64_t desdeMs = -1;  ///< when the first of its failures in a row was; -1: no failure
     std::uint32_t intentos = 0; ///< so many
 };
 
-/// Why things are as they are, in one sentence each. Looks at the plant's records when it is asked
-/// and keeps nothing but its language, so that whoever speaks another one has a copy of its own.
-/// Indices must be those of records that exist.
+/// Why a variable, block, station or connection is as it is, in one sentence each. Looks at the
+/// plant's records when it is asked and keeps nothing but its language, so that whoever speaks
+/// another one has a copy of its own. Indices must be those of records that exist.
 class PorQue {
   public:
     /// All of them must outlive this.

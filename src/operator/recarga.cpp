@@ -14,7 +14,7 @@ constexpr std::int64_t kPorcion = 20'000;
 constexpr std::int64_t kEntrePorcionesMs = 1;
 constexpr std::size_t kRetazoGrande = 4096;
 
-/// A fault without its line: those of a file move when something is put before them.
+/// A fault without its line: lines move when others are put before them.
 std::string sinLinea(const Problema& p) { return p.archivo + ": " + p.que; }
 
 std::string cuantos(std::size_t n) { return textoDeNumero(static_cast<double>(n)); }
@@ -116,7 +116,7 @@ std::string Recarga::queja(const ConfiguracionLeida& leida) const {
     for (const Problema& p : leida.problemas.lista()) {
         if (!conocidos_.contains(sinLinea(p))) return textoDeProblema(p);
     }
-    // Of those that were not kept none can be told from the others.
+    // Those beyond the limit were not kept, so whether one of them is new cannot be known.
     return leida.problemas.demas() > 0 ? leida.listas.archivo + ": demasiados problemas"
                                        : std::string();
 }

@@ -53,8 +53,8 @@ class Recarga {
     /// run. Called meanwhile, it is done once more in the end, with the file as it is then.
     void recargar();
     [[nodiscard]] bool enCurso() const { return trabajo_.has_value(); }
-    /// Takes away what was made because somebody asked for the register; nothing else. Later, when
-    /// a configuration is just being taken over.
+    /// Takes a block away that was made because its register was asked for; never a configured one.
+    /// Later, when a configuration is just being taken over.
     void olvidar(Indice bloque);
     /// How much is done at a stretch, as `Porciones` count.
     void fijarPorcion(std::int64_t tamano) { porciones_.fijarTamano(tamano); }

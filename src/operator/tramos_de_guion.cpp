@@ -21,7 +21,7 @@ std::string minuscula(std::u16string_view palabra) {
 
 bool esReservada(const std::string& palabra) {
 #define KV_PALABRA(p) minuscula(u## #p),
-    // Some names mean something to the language only where they stand; they are coloured anyway.
+    // Some names belong to the language only in certain places; they are coloured everywhere.
     static const std::unordered_set<std::string> todas = {VBS_KEYWORDS(KV_PALABRA) "default",
                                                           "error",
                                                           "explicit",

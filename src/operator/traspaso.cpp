@@ -126,7 +126,7 @@ Trabajo Traspaso::levantar(const ListasDeConfiguracion& listas, const Diferencia
 }
 
 /// A register may have been asked for since the comparison: then its block is the configured one
-/// from now on, and the others are raised one by one. False: none of them was.
+/// from now on, and the others are raised one by one. False: no register of it was.
 bool Traspaso::adoptar(const ConfiguracionDeBloque& pedido, const Diferencia::Nuevo& n,
                        Indice conexion, Indice desde, Hecho& hecho) {
     std::vector<std::string> faltan;

@@ -20,7 +20,7 @@ namespace kv {
 
 /// Makes a running plant what a configuration asks for, record by record: between two portions
 /// each is wholly as it was or wholly as it will be, and whatever may happen to a plant may happen.
-/// What went is told as BAD and not found any more, what came is told and due at once.
+/// What went is published as BAD and found no more; what came is published and due at once.
 class Traspaso {
   public:
     /// All of them must outlive it.

@@ -17,7 +17,7 @@ bool mira(const DiskOrder& orden) {
            orden.what == What::Modified;
 }
 
-/// What the tape says was asked, to notice a script that asks something else.
+/// What the tape says was asked, to notice a script that asks for another file or act.
 std::string comoTexto(const DiskOrder& orden) {
     return std::to_string(static_cast<int>(orden.what)) + ' ' + orden.path +
            (orden.to.empty() ? "" : " > " + orden.to);

@@ -11,8 +11,8 @@ namespace kv {
 namespace {
 
 constexpr std::int64_t kSegundoUs = 1'000'000;
-/// The calendar is read once per look at the kernel and may lag by a handler; what is told runs
-/// along with the clock as long as it is nearer than this.
+/// The calendar is read once per look at the kernel and may lag by a handler; the calendar that the
+/// driver gets runs along with the clock as long as the real one is nearer than this.
 constexpr std::int64_t kToleranciaUs = 150'000;
 
 } // namespace

@@ -43,7 +43,7 @@ class Grabador final : public Bucle {
     /// The driver is at work from now on, until `terminarTramo` or the end of a turn: its start.
     void empezarTramo() { trabaja_ = true; }
     void terminarTramo() { trabaja_ = false; }
-    /// The same, for something that the operator asks for.
+    /// The same, for an order of the operator.
     void empezarOrden(std::string_view orden);
 
     // For what is wrapped:
@@ -51,8 +51,8 @@ class Grabador final : public Bucle {
     CintaEscrita& llamada(Entrada e);
     /// The number that a socket which is made now has in the recording.
     [[nodiscard]] std::uint64_t numerarZocalo() { return zocalos_++; }
-    /// Counts a question, the entry of whose answer is begun by `respuesta`; false when it is none
-    /// of the driver's.
+    /// Counts a question, the entry of whose answer is begun by `respuesta`; false when it is not a
+    /// question of the driver.
     bool preguntar() {
         preguntas_ += trabaja_ ? 1U : 0U;
         return trabaja_;
@@ -78,7 +78,7 @@ class Grabador final : public Bucle {
     Bucle& bucle_;
     CintaEscrita& cinta_;
     RelojGrabado reloj_{*this};
-    std::int64_t us_;             ///< the clock as it was last told
+    std::int64_t us_;             ///< the clock as the driver last saw it
     std::int64_t adelantoUs_ = 0; ///< of the calendar over the clock
     std::uint64_t preguntas_ = 0; ///< since the entry before
     std::uint64_t zocalos_ = 0;

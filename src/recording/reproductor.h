@@ -23,7 +23,7 @@ class ZocaloReproducido;
 class Reproductor final : public Bucle {
   public:
     /// The recording must outlive this. Throws CintaMala, as does everything below, when the
-    /// recording makes no sense or the driver asks something else than it did.
+    /// recording makes no sense or the driver's next question is not the one it recorded.
     explicit Reproductor(CintaLeida& cinta);
 
     [[nodiscard]] const Reloj& reloj() const override { return reloj_; }
@@ -48,7 +48,7 @@ class Reproductor final : public Bucle {
     /// Whether the next answer is for this question; then its parts follow on the tape.
     [[nodiscard]] bool toca(Entrada e);
     [[nodiscard]] CintaLeida& cinta() { return cinta_; }
-    /// Throws CintaMala: the driver does something else than what was recorded.
+    /// Throws CintaMala: the driver does not do what was recorded.
     [[noreturn]] void noCorresponde(const std::string& que) const;
     void olvidar(std::uint64_t zocalo) { zocalos_.erase(zocalo); }
 

@@ -4,7 +4,7 @@
 namespace kv {
 
 void ZocaloGrabado::comprobar(EstadoZocalo esperado) {
-    // One that listens may have something to say of how.
+    // One that listens may have a reason to give although it does listen: a group that was refused.
     if (!grabador_.preguntar() || (dentro_->estado() == esperado && dentro_->motivo().empty()))
         return;
     grabador_.respuesta(Entrada::Estado)

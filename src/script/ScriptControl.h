@@ -45,7 +45,8 @@ class ScriptControl final : private vbscript::Surroundings {
     void fijarPresupuesto(const PresupuestoDelGuion& presupuesto);
     /// "es-AR" or "en-US"; anything else changes nothing and gives false.
     bool fijarIdioma(std::string_view idioma) { return motor_.setLocale(idioma); }
-    /// Gives the files that scripts may use, whenever one wants to; null, and at first: none.
+    /// Gives the files that scripts may use, whenever one wants to; null, and at first: scripts may
+    /// use no files.
     void fijarDisco(std::function<std::shared_ptr<vbscript::Disk>()> disco) {
         disco_ = std::move(disco);
     }
@@ -57,10 +58,10 @@ class ScriptControl final : private vbscript::Surroundings {
     }
     /// What the statement name=value does, without a statement to parse.
     void publicar(Indice ranura, double valor) { motor_.setNumber(ranura, valor); }
-    /// The number that a global variable holds; nothing if it holds none.
+    /// The number that a global variable holds; nothing if it does not hold a number.
     [[nodiscard]] std::optional<double> valorDe(std::string_view nombre);
 
-    /// What a global variable holds, for people; nothing where there is none of the name.
+    /// What a global variable holds, for people; nothing where no variable has the name.
     [[nodiscard]] std::optional<std::string> valorVisibleDe(std::string_view nombre) const;
 
     /// Adds code to the global module and runs its statements at once.

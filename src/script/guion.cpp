@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int64_t kEntreMiradasUs = 1000;
 constexpr int kSinMemoria = 7;
-constexpr std::size_t kErroresDichos = 100; // distinct errors told of one content of the file
+constexpr std::size_t kErroresDichos = 100; // distinct errors reported of one content of the file
 
 } // namespace
 

@@ -69,9 +69,9 @@ class Guion {
     std::int64_t reintentoUs_ = 60'000'000;
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
     std::optional<vbscript::ScriptError> falla_;
-    std::set<std::string> dichos_; ///< errors of the present file that were told
+    std::set<std::string> dichos_; ///< errors of the present file that were reported
     std::function<void()> alCorrer_;
-    bool detenido_ = false; ///< the last run failed, and it was told
+    bool detenido_ = false; ///< the last run failed, and it was reported
     bool ocioso_ = false;   ///< the last run was of nothing
     bool lleno_ = false;    ///< the last run was stopped for its memory
     bool corriendo_ = false;

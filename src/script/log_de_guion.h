@@ -21,7 +21,7 @@ class LogDeGuion {
   private:
     ArchivoLog& log_;
     const Reloj& reloj_;
-    std::int64_t minutoMs_ = -1; ///< when the present minute began; -1: none yet
+    std::int64_t minutoMs_ = -1; ///< when the present minute began; -1: not begun
     int anotadas_ = 0;           ///< in it
 };
 

@@ -37,8 +37,8 @@ struct LabelDelGuion {
     static constexpr std::int32_t kDeTexto = -2147483630;   ///< and 18
 };
 
-/// Makes "Label" known to a script. `cambio` is told the property that was assigned, with its new
-/// value as a text.
+/// Makes "Label" known to a script. `cambio` is called with the property that was assigned and its
+/// new value as a text.
 void agregarLabel(
     vbscript::Engine& motor, const std::shared_ptr<LabelDelGuion>& label,
     const std::function<void(std::string_view propiedad, const std::string& valor)>& cambio);

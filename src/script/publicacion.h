@@ -15,11 +15,11 @@ class AvisoAlCliente {
   public:
     virtual ~AvisoAlCliente() = default;
     /// `direccion` is a block key; the value and status are those of its register. Does not let
-    /// events run: whole connections are told of in one go.
+    /// events run: the variables of whole connections are passed on in one go.
     virtual void notificarVariable(std::string_view direccion, double valor, double estado) = 0;
 };
 
-/// Somebody else who wants to know that a variable's value or status is another one.
+/// Another listener for changes of a variable's value or status.
 class OyenteDeValores {
   public:
     virtual ~OyenteDeValores() = default;
@@ -34,7 +34,7 @@ class Publicacion {
     Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sello& sello);
     /// Null while no client is served.
     void avisarA(AvisoAlCliente* cliente) { cliente_ = cliente; }
-    /// Null: nobody else listens.
+    /// Null: no other listener.
     void avisarTambienA(OyenteDeValores* oyente) { oyente_ = oyente; }
 
     /// Makes the script variables of a new block and publishes them: value 0, status BAD.
@@ -42,7 +42,7 @@ class Publicacion {
     /// Tells the client of a block that it cannot know yet.
     void presentar(Indice bloque) { notificar(tablas_.bloques[bloque]); }
     /// The block is no longer configured: it and its bits become BAD for everybody once more, and
-    /// nothing that may still come of it is told to anybody. Its names stay known to the script.
+    /// what may still come of it is not published. Its names stay known to the script.
     void darDeBaja(Indice bloque);
     /// Makes and publishes the script variables of bit `b`, which at once has what its register
     /// has.

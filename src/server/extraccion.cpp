@@ -29,7 +29,7 @@ class Hechas {
         hecha.numeros.push_back(++cuantas_);
         maximo_ = std::max(maximo_, trama.size());
     }
-    /// The first frame later than number `desde` with this text, 0 if none.
+    /// The first frame later than number `desde` with this text, 0 if no later one has it.
     [[nodiscard]] std::uint32_t despuesDe(std::uint32_t desde, std::uint64_t huellaDeTrama,
                                           std::string_view trama) const {
         const auto h = porHuella_.find(huellaDeTrama);
@@ -68,8 +68,8 @@ class Hechas {
 
 /// The arrival goes by once; `texto_` holds what has gone by and was not taken out. A frame that is
 /// carried out takes its equals further on with it, but those are only looked for when they come
-/// by: so a seam, where something was taken out, remembers after which frame it closed up, and a
-/// text across it can only have gone with a frame later than that.
+/// by: so a seam, where a frame was taken out, remembers after which frame it closed up, and a text
+/// across it can only have gone with a frame later than that.
 class Extractor {
   public:
     Extractor(const Marcas& marcas, std::size_t maximo)

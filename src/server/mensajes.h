@@ -45,7 +45,8 @@ struct Tramas {
 [[nodiscard]] Tramas extraerTramas(std::string_view llegada, const Marcas& marcas,
                                    std::size_t maximo = static_cast<std::size_t>(-1));
 
-/// Takes every `palabra` out of `texto`, whatever its letter case; false when there was none.
+/// Takes every `palabra` out of `texto`, whatever its letter case; false when the word was not
+/// there.
 bool quitarPalabra(std::string& texto, std::string_view palabra);
 
 /// The address in the content of a read frame: up to the ";" that precedes the closing mark.

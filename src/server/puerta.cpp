@@ -25,7 +25,7 @@ void Puerta::releer() {
     decirDefecto(defecto);
     if (!defecto.empty() || !ajustes_.conocidos()) return;
     const bool asentados = ajustes_.asentados();
-    // What comes after a file that was none may still be the half of one.
+    // What comes after a file that could not be used may still be only half copied.
     if (leido_ ? !falta_ && *leido_ == ajustes_.cambios() : !asentados) return;
     ClavesDeEscucha nuevas = clavesDeEscucha(ajustes_.contenido());
     for (const auto& [nombre, clave] : claves_.claves) {

@@ -17,11 +17,11 @@ namespace kv {
 
 /// Who may come in, and what a client may do: settings that are read and never written, each with a
 /// default that changes nothing for a client that behaves. What once closed the door keeps it
-/// closed: a settings file that is no whole one leaves things as they were, and admits nobody if it
-/// never was one; a key that is gone counts as gone when the file has stayed so for seconds.
+/// closed: a settings file that is not whole leaves the settings in force, and admits nobody if it
+/// never was whole; a key that is gone counts as gone when the file has stayed so for seconds.
 class Puerta {
   public:
-    /// Told once for everything that makes no sense.
+    /// Called once for every setting that makes no sense.
     using Queja = std::function<void(const std::string&)>;
     Puerta(Ajustes& ajustes, const Reloj& reloj, Queja queja);
 
@@ -31,7 +31,7 @@ class Puerta {
     /// Where to listen; empty: nowhere, as nobody would be let in.
     [[nodiscard]] std::string_view direccionDeEscucha() const;
     [[nodiscard]] bool puedeEntrar(std::string_view ip) const;
-    /// Whether a client is told nothing before its password was right.
+    /// Whether a client is sent nothing before its password was right.
     [[nodiscard]] bool exigeLogin() const { return escucha_.exigeLogin; }
     /// Seconds that a client has for its password; 0: any time.
     [[nodiscard]] double plazoDeLogin() const { return escucha_.plazoDeLogin; }
@@ -56,7 +56,7 @@ class Puerta {
     Ajustes& ajustes_;
     const Reloj& reloj_;
     Queja queja_;
-    std::string_view defecto_;           ///< of the settings file, as it was told last
+    std::string_view defecto_;           ///< of the settings file, as it was reported last
     std::set<std::string> quejas_;       ///< about the keys in force
     std::optional<std::uint64_t> leido_; ///< the settings' content that was read last
     bool falta_ = false;                 ///< what it lacks may still come to count

@@ -23,8 +23,8 @@ struct Visita {
     [[nodiscard]] bool conectada() const { return zocalo->estado() == EstadoZocalo::Conectado; }
 };
 
-/// Who waits to be known by its password, and who is. A newcomer always finds a place: where there
-/// is none, the one that has waited longest leaves, of its own address if that has as many as one
+/// Who waits to be known by its password, and who is. A newcomer always finds a place: where all
+/// are taken, the one that has waited longest leaves, of its own address if that has as many as one
 /// may have, else of the address that has most. So nobody is kept out by others who say nothing.
 /// Once there is a client, nobody else is here.
 class Sala {
@@ -32,8 +32,8 @@ class Sala {
     static constexpr std::size_t kLugares = 16;
     static constexpr std::size_t kPorDireccion = 8;
 
-    /// Inside `alPedirConexion` of `escucha`: lets the peer in. What it sends is told to `oyente`
-    /// with its number. The peer that had to leave for it, if any, is told in `salio`.
+    /// Inside `alPedirConexion` of `escucha`: lets the peer in. What it sends goes to `oyente` with
+    /// its number. The peer that had to leave for it, if any, is named in `salio`.
     Visita& recibir(Zocalo& escucha, OyenteDeZocalo& oyente, std::string_view remoto,
                     std::int64_t ahoraMs, std::string& salio);
     /// Null for one that has left.

@@ -16,7 +16,7 @@ constexpr std::size_t kRegistrosPorSobre = 10;
 constexpr int kCesionesPorMensaje = 4;
 constexpr int kCesionesAlFinal = 3;
 // A synchronisation lets events run every so many messages, some microseconds apart: much more
-// often than anything falls due, much more seldom than would cost something.
+// often than timers fall due, and seldom enough to cost next to nothing.
 constexpr std::size_t kMensajesPorCesion = 16;
 constexpr std::size_t kColaMinima = 1U << 20;
 constexpr std::size_t kLargoDeValor = 24; // the longest value in a record
@@ -64,7 +64,7 @@ void FrmServerTCP::Form_Load() {
     timer_keep_Alive_->habilitar(true);
 }
 
-/// Whoever starts the driver is told as well.
+/// While the driver starts, whoever starts it sees the complaint as well.
 void FrmServerTCP::quejarse(const std::string& queja) {
     log_.escribir("Ajustes", queja, Novedad::AjusteNoValido);
     if (empezando_) vista_.mostrarMensaje(queja, "Ajustes");
@@ -340,7 +340,7 @@ bool FrmServerTCP::sincronizar(std::uint64_t numero) {
 }
 
 /// One message: the records of a configured block from `i` on, which becomes the first that has not
-/// been told. False when the client went meanwhile.
+/// been sent. False when the client went meanwhile.
 bool FrmServerTCP::sincronizarDesde(std::size_t& i, std::uint64_t numero) {
     if (tablas_.bloques[i].retirado) return ++i, true;
     abrirSobre(sobre_, separadores_);

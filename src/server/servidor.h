@@ -20,8 +20,8 @@
 namespace kv {
 
 /// The supervisory client's window, without the window: one client at a time is listened for,
-/// served, kept alive and told the news. Several may wait to be known by their password; until one
-/// is, the first of them is told what a client is told, if the door lets it. What goes to the
+/// served, kept alive and sent what changes. Several may wait to be known by their password; until
+/// one is, the first of them is sent what a client is sent, if the door lets it. What goes to the
 /// client in one turn of the loop leaves in one piece; a client that does not read two whole
 /// synchronisations is closed.
 class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, private CableDelCliente {
@@ -47,7 +47,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
         return sesion_.obtenerTramaParaENVIAR(direccion);
     }
     void notificarVariable(std::string_view direccion, double valor, double estado) override;
-    /// The link to whom is told the news, else the one that listens.
+    /// The link that gets what changes, else the one that listens.
     [[nodiscard]] const Zocalo& zocalo() const;
 
   private:
@@ -105,7 +105,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     double tics_ = 0;            ///< of the keep-alive timer since the client last answered
     bool sincronizando_ = false; ///< a synchronisation is letting events run
     bool pedidoNuevo_ = false;   ///< and one more was asked for meanwhile
-    /// Who was told the last synchronisation without having logged in, 0: nobody.
+    /// Who was sent the last synchronisation without having logged in, 0: nobody.
     std::uint64_t sincronizado_ = 0;
     bool empezando_ = true; ///< the settings are looked at for the first time
     std::size_t mensajesSinCeder_ = 0;

@@ -59,7 +59,7 @@ class Sesion::Tanda {
     std::size_t hechas_ = 0;
 };
 
-/// Something is done for as long as it lives, whichever way that ends.
+/// Marks the session as busy for as long as it lives, whichever way that ends.
 class Sesion::Trabajo {
   public:
     explicit Trabajo(bool& trabajando) : trabajando_(trabajando) { trabajando_ = true; }

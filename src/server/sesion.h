@@ -37,9 +37,9 @@ class CableDelCliente {
 /// The client that is being served: what it asks for. One object serves one client after the other;
 /// while an order lets events run, another arrival, and another client, may come.
 ///
-/// An arrival may ask for thousands of things. Some of them are done at once, the others by a
-/// timer, so much at a time, so that no client costs the stations their turn; until all is done the
-/// client is held, and an arrival that comes inside of another waits for its end.
+/// An arrival may hold thousands of orders. Some are done at once, the others by a timer, so much
+/// at a time, so that no client costs the stations their turn; until all is done the client is
+/// held, and an arrival that comes inside of another waits for its end.
 class Sesion {
   public:
     Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& sucesos, LogAcotado& log,
@@ -62,7 +62,7 @@ class Sesion {
     [[nodiscard]] std::string obtenerTramaParaENVIAR(std::string_view direccion);
 
   private:
-    /// Number of a client, so that work for one that has gone can be told.
+    /// Number of a client, by which work for one that has gone is recognised.
     using Numero = std::uint64_t;
     struct Llegada {
         Numero de;

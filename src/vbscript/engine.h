@@ -42,8 +42,8 @@ class Engine {
     /// would have failed.
     void setNumber(Slot slot, double number);
     [[nodiscard]] Value value(Slot slot) const;
-    /// The value of a global variable or constant; nothing where there is none of the name, which
-    /// is not made either.
+    /// The value of a global variable or constant; nothing where no variable or constant has the
+    /// name, which is not made either.
     [[nodiscard]] std::optional<Value> find(std::string_view name) const;
     /// Text of a value as CStr gives it; "" where CStr would fail.
     [[nodiscard]] std::string text(const Value& value) const;
@@ -71,9 +71,9 @@ class Engine {
     };
     /// The module's variables as they are now; no constants, procedures or objects of the host.
     [[nodiscard]] std::vector<Variable> variables() const;
-    /// `sink`, which must outlive its use, is told the lines of the texts that are compiled from
-    /// now on, when they run; null: of none. Texts that were compiled before, and those that a
-    /// text runs itself, stay silent and cost nothing.
+    /// `sink`, which must outlive its use, is called with the lines of the texts that are compiled
+    /// from now on, when they run; null: no text reports its lines. Texts that were compiled
+    /// before, and those that a text runs itself, stay silent and cost nothing.
     void tellLinesTo(LineSink* sink);
 
   private:

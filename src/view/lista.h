@@ -20,7 +20,7 @@ class OyenteDeFilas {
     virtual void alCambiarFila(std::uint32_t fila) = 0;
 };
 
-/// Who knows what the rows of a list say, so that their texts are made when somebody looks.
+/// Knows what the rows of a list say, so that texts are made when they are read.
 class Redactor {
   public:
     virtual ~Redactor() = default;
@@ -53,11 +53,11 @@ class Lista {
     void poner(std::uint32_t fila, std::size_t columna, std::string_view texto);
     void agregarA(std::uint32_t fila, std::size_t columna, std::string_view texto);
     [[nodiscard]] std::string texto(std::uint32_t fila, std::size_t columna) const;
-    /// What the redactor says of a row is another thing now.
+    /// What the redactor says of a row has changed.
     void cambio(std::uint32_t fila) {
         if (fila < filas_.size()) anotar(fila);
     }
-    /// Number that the row carries for the program (a block's index), -1 if none.
+    /// Number that the row carries for the program (a block's index), -1 without one.
     [[nodiscard]] std::int64_t etiqueta(std::uint32_t fila) const;
     void tildar(std::uint32_t fila, bool tildada);
     [[nodiscard]] bool tildada(std::uint32_t fila) const;
@@ -69,7 +69,7 @@ class Lista {
 
     /// The rows that changed since the last call. A window asks at its own pace.
     [[nodiscard]] std::vector<std::uint32_t> cambiadas();
-    /// Rows are noted for `cambiadas` only while somebody wants them.
+    /// Rows are noted for `cambiadas` only while they are wanted.
     void seguirCambios(bool seguir);
     /// For the few rows of which no change may be missed. The listener must outlive the list or be
     /// taken off; it hears of all rows that anybody watches.

@@ -8,8 +8,8 @@ namespace kv {
 
 enum class Color : std::uint8_t { Ninguno, Rojo, Verde };
 
-/// How a label looks where somebody wants it to look otherwise. Colours hold red in their lowest
-/// byte, then green, then blue; those outside of 0 to 0xFFFFFF are the window's own.
+/// How a label looks where the default is not wanted. Colours hold red in their lowest byte, then
+/// green, then blue; those outside of 0 to 0xFFFFFF are the window's own.
 struct AspectoDeEtiqueta {
     std::int32_t fondo = -1;
     std::int32_t tinta = -1;
@@ -20,7 +20,7 @@ struct AspectoDeEtiqueta {
     friend bool operator==(const AspectoDeEtiqueta&, const AspectoDeEtiqueta&) = default;
 };
 
-/// Sees the labels and messages that the operator is shown, as they are shown. What it is told is
+/// Sees the labels and messages that the operator is shown, as they are shown. What it is given is
 /// valid during the call only, and it changes nothing of the view.
 class Observador {
   public:

@@ -34,9 +34,8 @@ class Etiqueta {
 
 /// Who is served as the supervisory client, on the clock that never goes back.
 struct ClienteVisto {
-    std::string direccion; ///< "address:port"; empty while there is nobody
-    std::int64_t desdeMs =
-        -1; ///< when it came; without one, when the last one left, -1: nobody ever
+    std::string direccion;     ///< "address:port"; empty without a client
+    std::int64_t desdeMs = -1; ///< when it came, or the last one left; -1: no client ever
     bool identificado = false; ///< it gave the password
 };
 

@@ -295,8 +295,8 @@ void Form1::abrirEscritura(std::uint32_t fila) {
                             apertura.valor);
 }
 
-/// An address that was asked for here and is none of the station's would be asked for again and
-/// again until the next start.
+/// Offers to forget an address that was asked for here and that its station does not have: it would
+/// be asked for again and again until the next start.
 void Form1::mirarForzados() {
     std::erase_if(forzados_, [this](Indice i) {
         const BloqueLectura& b = partes_.tablas.bloques[i];

@@ -98,7 +98,7 @@ void BarraDeEstado::poner(Cifra& cifra, const QString& entera, const QString& br
     donde.setPalette(paleta);
 }
 
-/// That none has come yet is no fault: a plant may be commissioned without.
+/// That no client has come yet is no fault: a plant may be commissioned without one.
 void BarraDeEstado::ponerCliente(const ClienteVisto& cliente, const PorQue& porQue) {
     const QString desde = enQt(porQue.hora(std::max<std::int64_t>(cliente.desdeMs, 0)));
     if (!cliente.direccion.empty())

@@ -15,7 +15,7 @@ namespace kv {
 /// A link that is up says of whom nothing comes.
 [[nodiscard]] Anexos anexosDeConexiones(const PartesDeVentana& partes, const Recuento& recuento);
 
-/// The connection in a row of the connections list; kNinguno for a row of none.
+/// The connection in a row of the connections list; kNinguno for a row that is not a connection's.
 [[nodiscard]] Indice conexionDeFila(const Tablas& tablas, std::uint32_t fila);
 
 } // namespace kv

@@ -15,8 +15,8 @@ class QMessageBox;
 namespace kv {
 
 /// Shows messages and questions in boxes that nobody waits for: polling goes on behind them. At
-/// most eight are open at a time, and none twice: a script may have a lot to say. As the view's
-/// observer it passes on all that it is told.
+/// most eight are open at a time, and no message twice: a script may have a lot to say. As the
+/// view's observer it passes on all that it hears.
 class Mensajero final : public QObject, public Observador {
     Q_OBJECT
   public:

@@ -162,8 +162,8 @@ void Form1::armarMenuDeVigilancia() {
     });
 }
 
-/// F1 is that of every window of the program, and opens the manual where the one in front is told
-/// of.
+/// F1 works in every window of the program, and opens the manual where it describes the one in
+/// front.
 void Form1::armarMenuDeAyuda() {
     auto* menu = control<QMenu>("MnuAyuda", tr("A&yuda"), this);
     menuBar()->addMenu(menu);

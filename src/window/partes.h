@@ -27,7 +27,7 @@ struct PartesDeVentana {
     std::string version;
     std::function<void()> alApagar; ///< called once, when the operator has confirmed the shutdown
     /// A program and its arguments, which gets a file's name behind them and makes a bundle of
-    /// evidence there: beside the engine, which must not wait for it. Empty: there is none.
+    /// evidence there: beside the engine, which must not wait for it. Empty: no bundle is made.
     std::vector<std::string> ordenDeEvidencia = {};
 };
 

@@ -73,7 +73,7 @@ Findings Checker::run() {
     std::unordered_map<const ProcDecl*, std::unordered_set<Atom>> told;
     for (const Found& f : found_) {
         if (findings_.warnings.size() == mostWarnings) break;
-        // A name that is told once in a procedure is known to be wrong there.
+        // One warning for a name is enough in a procedure: the reader looks for the others himself.
         const bool again =
             f.kind == Warning::Kind::NeverAssigned && !told[f.proc].insert(f.name).second;
         if (!again) findings_.warnings.push_back(finished(f));

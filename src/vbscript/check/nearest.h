@@ -13,7 +13,7 @@ class Nearest {
     explicit Nearest(std::string_view name);
     /// Of equally near ones the first stays.
     void offer(std::string_view candidate);
-    /// Empty: none looks like it.
+    /// Empty: no candidate looks like it.
     [[nodiscard]] const std::string& best() const { return best_; }
     /// How many candidates were near enough in length to be looked at, which is what costs.
     [[nodiscard]] std::size_t compared() const { return compared_; }

@@ -20,7 +20,7 @@ class Walk {
   public:
     explicit Walk(const Visitor& visitor) : visitor_(visitor) {}
     void block(const Block& block);
-    /// The object of the With that the present expression stands in; null: none.
+    /// The object of the With that the present expression stands in; null outside of any With.
     [[nodiscard]] const Expr* with() const { return withs_.empty() ? nullptr : withs_.back(); }
 
   private:

@@ -22,7 +22,7 @@ struct Warning {
     int column = 0;
     std::string name;
     std::string object;
-    std::string nearest; ///< the known name that it looks like; empty if none does
+    std::string nearest; ///< the known name that it looks like; empty if no name does
     int firstLine = 0;
 };
 

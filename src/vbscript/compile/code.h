@@ -19,8 +19,8 @@ namespace vbscript {
 // same of c (b): it is emptied. It is never the register of the result.
 // A step that loops and formulas are made of, and the same for operands of known kinds, so that there
 // is little to find out: the first is a register, which may hold a reference, the second a register
-// that holds none (R), a Double of the pool (D), or an Integer that stands in the step itself (I).
-// The result, if there is one, goes to a register then.
+// without a reference (R), a Double of the pool (D), or an Integer that stands in the step itself
+// (I). The result, if there is one, goes to a register then.
 #define VBS_KINDS(X, name) X(name) X(name##R) X(name##D) X(name##I)
 
 #define VBS_PLAIN_OPS(X)                                                                           \
@@ -71,7 +71,7 @@ namespace vbscript {
     X(BindAuto)         /* local a follows global c when there is one by now */                    \
     X(CheckDefined)     /* global c, under Option Explicit */                                      \
     X(Fail)             /* error n */                                                              \
-    X(Line)             /* line c begins; only where somebody wants to know */                     \
+    X(Line)             /* line c begins; only where lines are reported */                         \
     X(Execute)          /* a = b run as text; n: 0 here, 1 in the module, 2 an expression */       \
     X(WithObject)       /* a = b for With */
 

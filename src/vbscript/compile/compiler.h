@@ -15,7 +15,7 @@ struct CompileContext {
     Names& names;
     Globals& globals;
     const Library& builtins;
-    Runtime* run = nullptr; ///< In whose time it is compiled; null: in nobody's.
+    Runtime* run = nullptr; ///< The run that the time is charged to; null outside of any run.
     bool lines = false;     ///< steps say which line they are of
 };
 

@@ -43,7 +43,7 @@ class Compiler {
         std::vector<Operand> withs;
         std::vector<Operand> locks; ///< Keep the size of arrays with an element passed on.
         std::size_t locksUsed = 0;
-        std::vector<Operand> dirty; ///< Registers in between that keep something alive.
+        std::vector<Operand> dirty; ///< Registers in between that keep a value alive.
         std::uint32_t temps = 0, mostTemps = 0;
     };
     // Frees the registers in between that were taken while it lived.
@@ -71,7 +71,7 @@ class Compiler {
     void finish();
     void moveTemporaries(Instruction& i) const;
     void specialize(Instruction& i) const;
-    [[nodiscard]] Type literalType(Operand o) const; ///< Empty: it is none.
+    [[nodiscard]] Type literalType(Operand o) const; ///< Empty: not a literal.
     std::uint32_t shape(const Declared& d);
     [[noreturn]] static void fail(int number, Position at);
 

@@ -26,8 +26,8 @@ class Instance : public Object, public Linked {
     void breakUp() override;
 
     [[nodiscard]] const ClassInfo& info() const { return class_; }
-    /// The member for `name` (0: the default one) as seen from `from`; Fault 438 when there is none
-    /// or it is private.
+    /// The member for `name` (0: the default one), private ones only from `inside` the class; else
+    /// Fault 438.
     const Member& find(Atom name, bool inside) const;
     [[nodiscard]] Value* variables() { return variables_.data(); }
     /// How many values it was made with, those of its arrays counted.

@@ -18,7 +18,7 @@ constexpr int stepsPerLook = 1000;     // between two looks at the clock
 constexpr std::size_t unitsKept = 16;
 
 std::size_t registersFor(int maxDepth) {
-    constexpr int atLeast = 64; // a limit of few calls is none to the variables of a procedure
+    constexpr int atLeast = 64; // a limit of few calls must not limit a procedure's variables
     const int calls = std::clamp(maxDepth, atLeast, mostRegisters / registersPerCall);
     return static_cast<std::size_t>(calls) * registersPerCall;
 }

@@ -33,9 +33,9 @@ struct Number {
 /// By which a text is known in a report: its first line, not too much of it.
 [[nodiscard]] std::string firstWords(std::string_view source);
 
-/// Executes compiled code. Calls between procedures of scripts take a frame here and none of the
-/// C++ stack; only code that runs on behalf of something else (a default member, Class_Terminate,
-/// Execute) nests, to a small depth.
+/// Executes compiled code. Calls between procedures of scripts take a frame here and no C++ stack;
+/// only code that a step runs on its way (a default member, Class_Terminate, Execute) nests, to a
+/// small depth.
 class Machine : public Runtime {
     // Last of all to go: what the others hold is given back to it.
     struct Account {
@@ -57,7 +57,7 @@ class Machine : public Runtime {
     /// Itself while a script runs, which what it asks for is to be charged to.
     [[nodiscard]] Runtime* inRun() { return running() ? this : nullptr; }
     void setLimits(const Limits& l);
-    /// Of the texts that are compiled from now on; null: of none.
+    /// Of the texts that are compiled from now on; null: they do not report lines.
     void tellLinesTo(LineSink* sink) { lines_ = sink; }
 
     /// Declares what the unit declares and runs its top-level statements. Throws Fault,

@@ -71,7 +71,7 @@ void Machine::locate(Place& p) const {
     }
 }
 
-// Looks for a frame that goes on after the error; false when there is none down to `base`.
+// Looks for a frame that goes on after the error; false when no frame down to `base` does.
 bool Machine::handle(Fault& f, std::size_t base) {
     locate(f.at);
     while (frames_.size() > base) {

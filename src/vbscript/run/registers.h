@@ -18,7 +18,7 @@ class RegisterStack {
     RegisterStack(const RegisterStack&) = delete;
     RegisterStack& operator=(const RegisterStack&) = delete;
 
-    /// Room for `most` registers from now on; none may be in use.
+    /// Room for `most` registers from now on; no register may be in use.
     void setRoom(std::size_t most) {
         if (most == most_) return;
         clear();

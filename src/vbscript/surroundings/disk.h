@@ -16,7 +16,7 @@ struct DiskOrder {
         Write, ///< replaces what is there
         Append,
         Copy,
-        CopyOver, ///< also where something is there already
+        CopyOver, ///< also over what is there already
         Move,
         RemoveFile,
         RemoveFolder,

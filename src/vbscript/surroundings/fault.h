@@ -7,12 +7,12 @@
 
 namespace vbscript {
 
-/// Where something went wrong, counted from 1; line 0: not known yet. Where the fault lies in a
-/// text that the script itself ran or added, line and column are those of the statement that set it
-/// going, and the rest says where in that text.
+/// The place of a fault, counted from 1; line 0: not known yet. Where the fault lies in a text that
+/// the script itself ran or added, line and column are those of the statement that set it going,
+/// and the rest says where in that text.
 struct Place {
     int line = 0, column = 0;
-    std::string text; ///< Its first words; empty: none such.
+    std::string text; ///< Its first words; empty: not in a text that was run.
     int textLine = 0, textColumn = 0;
 };
 

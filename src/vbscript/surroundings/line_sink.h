@@ -3,7 +3,7 @@
 
 namespace vbscript {
 
-/// Told of each step that a text takes from line to line, before it is taken.
+/// Called before each step that a text takes from line to line.
 class LineSink {
   public:
     virtual ~LineSink() = default;

@@ -13,7 +13,7 @@ namespace vbscript {
 
 /// What went wrong in a text or in a run. Line and column count from 1; 0: unknown. They are those
 /// of the host's text; where a text that this one ran (Execute, ExecuteGlobal, Eval) is at fault,
-/// its first words and the place in it are told, too.
+/// its first words and the place in it are given, too.
 struct ScriptError {
     int number = 0;
     std::string description;

@@ -41,7 +41,7 @@ struct Declared {
     Position at;
     bool isArray = false;
     bool isPublic = true;
-    std::vector<Expr*> bounds; ///< Of a Dim: literals; none with isArray: a dynamic array.
+    std::vector<Expr*> bounds; ///< Of a Dim: literals; empty with isArray: a dynamic array.
     Value value;               ///< Of a Const.
 };
 

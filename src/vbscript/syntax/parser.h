@@ -11,7 +11,8 @@
 namespace vbscript {
 
 /// Both throw CompileFault with the place of the mistake.
-/// `me`: the text will run where Me has a meaning. `run`: in whose time it is read; null: nobody's.
+/// `me`: the text will run where Me has a meaning. `run`: what the time is charged to; null outside
+/// of any run.
 std::unique_ptr<Module> parseModule(std::string_view source, Names& names, bool me = false,
                                     Runtime* run = nullptr);
 /// The text of an Eval: one expression, in which "=" compares.

@@ -139,7 +139,7 @@ bool Parser::dotOfArgument() const {
 }
 
 // "S a, b", "S (a)", "S (a) * 3, b": whether the parentheses belong to the call or to the first
-// argument shows only behind them. `parens` is where they open, 0 when there are none.
+// argument shows only behind them. `parens` is where they open, 0 without any.
 void Parser::bareCall(Stmt* s, Expr* target, std::size_t parens) {
     const bool more = atOperand();
     if (parens == 0) {

@@ -18,7 +18,7 @@ Order turned(Order o) {
     return o == Order::Less ? Order::Greater : o == Order::Greater ? Order::Less : o;
 }
 
-/// A text on the left, something that is none on the right.
+/// A text on the left, another type on the right.
 Order textWith(Runtime& rt, const Value& text, const Value& other, Written textAs,
                Written otherAs) {
     if (other.is(Type::Empty)) return orderOf(compare(text.chars(), {}, false));

@@ -17,7 +17,7 @@ class Names {
   public:
     Names();
     Atom of(std::string_view name);
-    /// The number of a name that somebody used before; 0 when nobody did.
+    /// The number of a name that was used before; 0 otherwise.
     [[nodiscard]] Atom known(std::string_view name) const;
     /// As it was first written.
     [[nodiscard]] const std::string& text(Atom a) const { return texts_[a]; }

@@ -50,7 +50,7 @@ class Runtime {
     ErrState err;
     Chance chance;
 
-    /// The default member's value. Throws Fault 91 for Nothing, 438 when there is none.
+    /// The default member's value. Throws Fault 91 for Nothing, 438 without a default member.
     virtual Value defaultOf(const Value& object) = 0;
     /// A callable for GetRef. Throws Fault 5 when there is no such procedure.
     virtual Value procedureNamed(std::string_view name) = 0;

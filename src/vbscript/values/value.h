@@ -16,9 +16,9 @@ namespace vbscript {
 class Object;
 struct ArrayData;
 
-/// The subtypes of a value, plus the ones that never leave the engine (Ref, Lock). From String on
-/// a value owns a share of something on the heap. The three that formulas are mostly made of come
-/// first, 3 is none, so that the bits of two tell at once whether both are among them.
+/// The subtypes of a value, plus the ones that never leave the engine (Ref, Lock). From String on a
+/// value owns a share of what lies on the heap. The three that formulas are mostly made of come
+/// first and 3 is unused, so that the bits of two types show at once whether both are among them.
 enum class Type : std::uint8_t {
     Integer,
     Long,
@@ -163,7 +163,7 @@ struct ArrayData {
     std::uint32_t locks = 0;
     bool fixed = false;
     Memory* account = nullptr;
-    std::vector<std::uint32_t> extents; ///< Elements per dimension; none: not dimensioned yet.
+    std::vector<std::uint32_t> extents; ///< Elements per dimension; empty: not dimensioned yet.
     std::vector<Value> items;
     std::size_t line = 0; ///< How many items, when there is one dimension; else 0.
 

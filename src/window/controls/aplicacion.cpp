@@ -23,7 +23,7 @@
 namespace kv {
 namespace {
 
-/// The arguments that the toolkit sees: the program's own options are none of its business.
+/// The arguments that the toolkit sees: the program's own options do not concern it.
 struct Argumentos {
     int cuantos = 1;
     std::string nombre{kNombreDelPrograma};
@@ -51,7 +51,7 @@ void asegurarUtf8() {
     if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) setenv("LC_ALL", "C.UTF-8", 1);
 }
 
-/// An exception must not travel through the toolkit: it is told, and the driver goes on.
+/// An exception must not travel through the toolkit: it is reported, and the driver goes on.
 class AplicacionQueSigue final : public QApplication {
   public:
     AplicacionQueSigue(Argumentos& argumentos, Aplicacion::AlFallar alFallar)

@@ -15,7 +15,8 @@ namespace kv {
 /// inside it, in one thread. One per process, made before any window.
 class Aplicacion {
   public:
-    /// Told of an exception that a handler of a window let out: which control, and what.
+    /// Called for an exception that a handler of a window let out: with the control, and what it
+    /// says.
     using AlFallar = std::function<void(const std::string& control, const char* que)>;
     /// `atender` is called before every sleep of the toolkit's loop, which `descriptor` wakes.
     Aplicacion(int descriptor, std::function<void()> atender, AlFallar alFallar);

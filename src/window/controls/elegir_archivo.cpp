@@ -23,7 +23,7 @@ void elegirArchivo(QWidget* padre, const QString& titulo, const QString& nombre,
     acomodar(*dialogo, {820, 480});
     if (auto* archivos = dialogo->findChild<QTreeView*>())
         archivos->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    // It is as wide as its longest name of a place: "/", where nobody is at home.
+    // Left alone, the list of places is as wide as its longest name, which may be just "/".
     constexpr int kLetras = 14;
     if (auto* lugares = dialogo->findChild<QListView*>("sidebar"))
         lugares->setMinimumWidth(kLetras * lugares->fontMetrics().averageCharWidth());

@@ -32,7 +32,7 @@ class FrmEscritura final : public QDialog {
     void mostrarPara(const QString& puerto, const QString& plc, const QString& direccion,
                      double valor);
     void recibirValorMW(double valor);
-    /// OK asks through this: what is to be done, and what does it. None: it is done.
+    /// OK asks through this: what is to be done, and what does it. Empty: OK writes without asking.
     using Confirmar = std::function<void(const QString& que, const std::function<void()>& hacer)>;
     void confirmarCon(Confirmar confirmar) { confirmar_ = std::move(confirmar); }
     /// Brings the check boxes, `LblBinario` and what OK may do in line with `TxtValor`.

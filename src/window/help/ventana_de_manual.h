@@ -11,8 +11,8 @@ class TextoDelManual final : public QTextBrowser {
     Q_OBJECT
   public:
     explicit TextoDelManual(QWidget* padre);
-    /// Scrolls to a heading by its words, or by the anchor that they make; to the top if there is
-    /// none of them.
+    /// Scrolls to a heading by its words, or by the anchor that they make; to the top if no heading
+    /// fits.
     void irA(const QString& titulo);
 
   protected:

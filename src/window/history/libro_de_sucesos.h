@@ -24,7 +24,7 @@ struct DeAntes {
     std::string que;
 };
 
-/// One line of the history: something that happened, once or many times within a while.
+/// One line of the history: an event that happened, once or many times within a while.
 struct Anotacion {
     Suceso suceso;            ///< the latest
     std::int64_t primero = 0; ///< when it happened first: local calendar time, see empaquetar

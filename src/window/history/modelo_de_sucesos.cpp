@@ -62,7 +62,7 @@ QString ModeloDeSucesos::texto(const Anotacion& a, int columna) const {
 QVariant ModeloDeSucesos::data(const QModelIndex& celda, int papel) const {
     if (!celda.isValid() || celda.row() >= rowCount()) return {};
     const std::uint64_t linea = lineaDe(celda.row());
-    if (linea < libro_.primera()) return {}; // gone, and the table not yet told
+    if (linea < libro_.primera()) return {}; // gone, and the table does not know yet
     const Anotacion& a = libro_[linea];
     switch (papel) {
     case Qt::DisplayRole:
@@ -150,7 +150,7 @@ void ModeloDeSucesos::actualizar() {
         visibles_.insert(visibles_.end(), nuevas.begin(), nuevas.end());
         endInsertRows();
     }
-    // What was told again has another time, and what was seen is seen to be.
+    // Lines that happened again have another time, and those that were seen show it.
     if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, kColumnas - 1));
 }
 

@@ -79,7 +79,8 @@ QTableView* VentanaDeSucesos::armarTabla() {
     QHeaderView* cabeza = tabla->horizontalHeader();
     cabeza->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     cabeza->setHighlightSections(false);
-    // Why something failed stands at the end of what is said of it.
+    // The reason of a failure stands at the end of the line's text, which is why the middle is left
+    // out.
     tabla->setTextElideMode(Qt::ElideMiddle);
     constexpr int kMargenDeCelda = 14;
     for (const auto& [columna, larga] :

@@ -18,7 +18,7 @@ struct ColumnaPropia {
     QString titulo;
     int ancho; ///< characters
     std::function<QString(std::uint32_t fila)> texto;
-    /// What the column is sorted by; none: by its texts.
+    /// What the column is sorted by; empty: by its texts.
     std::function<double(std::uint32_t fila)> orden = {};
     bool crece = false;     ///< its text becomes another every second
     bool filtrable = false; ///< hardly changes: a filter looks into it

@@ -37,7 +37,7 @@ inline constexpr std::size_t kEstadosDeFila = 7;
 struct FormaDeLista {
     bool conTildes;
     int columnaDeEstado; ///< where the sign stands
-    int columnaDeCifras; ///< set flush right, -1 for none
+    int columnaDeCifras; ///< set flush right, -1 without one
     EstadoDeFila (*estado)(const Lista& lista, std::uint32_t fila);
     /// The text of a cell on the screen.
     std::string (*texto)(const Lista& lista, std::uint32_t fila, std::size_t columna);

@@ -230,7 +230,7 @@ void ModeloDeLista::actualizar(int desde, int hasta) {
         mirar(f, cambia);
         const int lugar = filas_[f].lugar;
         if (lugar < desde || lugar > hasta || lugar < 0) continue;
-        // Cell by cell: a view repaints all it shows when it is told of more than one.
+        // Cell by cell: a view repaints all it shows when a change spans more than one.
         for (int c = 0; c < columnCount(); ++c)
             emit dataChanged(index(lugar, c), index(lugar, c));
     }

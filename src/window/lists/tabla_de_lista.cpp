@@ -161,8 +161,8 @@ void TablaDeLista::refrescar() {
     contar();
 }
 
-/// Only where something may have become another: painting all that is in sight costs most of what a
-/// window does.
+/// Only the cells that may have changed: painting all that is in sight costs most of what a window
+/// does.
 void TablaDeLista::repintarLoQueCrece(int desde, int hasta) {
     QWidget& donde = *tabla_->viewport();
     std::vector<EstadoDeFila> estados;
@@ -269,7 +269,7 @@ void TablaDeLista::activar(const QModelIndex& celda) {
 bool TablaDeLista::eventFilter(QObject* objeto, QEvent* suceso) {
     if (objeto != tabla_ || suceso->type() != QEvent::KeyPress)
         return QWidget::eventFilter(objeto, suceso);
-    const auto* tecla = static_cast<QKeyEvent*>(suceso); // NOLINT: told by its type
+    const auto* tecla = static_cast<QKeyEvent*>(suceso); // NOLINT: its type says so
     if (tecla->matches(QKeySequence::Copy)) {
         copiar();
         return true;

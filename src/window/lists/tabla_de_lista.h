@@ -35,7 +35,7 @@ class TablaDeLista final : public QWidget {
     void elegir(std::uint32_t fila);
     /// The chosen rows of the list, from the top of the table.
     [[nodiscard]] std::vector<std::uint32_t> elegidas() const;
-    /// The row of the list in which the keyboard is; -1: none.
+    /// The row of the list in which the keyboard is; -1: in no row.
     [[nodiscard]] std::int64_t actual() const;
     void filtrar(const QString& texto);
     void enfocar();

@@ -28,7 +28,7 @@ class Recuento {
     Recuento(const Tablas& tablas, const PorQue& porQue) : tablas_(tablas), porQue_(porQue) {}
 
     /// Looks at the next stations, `kPorVez` variables of theirs or so. True when that was the last
-    /// of a round, whose figures are the ones told from now on.
+    /// of a round, whose figures are the ones given from now on.
     bool avanzar();
     /// Looks at what is left of a round, or at all.
     void completar();

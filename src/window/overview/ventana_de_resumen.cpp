@@ -133,7 +133,7 @@ void ModeloDeResumen::soloLasQueHayQueMirar(bool solo) {
     actualizar();
 }
 
-/// Tiles stay where they are while none comes or goes.
+/// Tiles stay where they are while no tile comes or goes.
 void ModeloDeResumen::actualizar() {
     std::vector<std::size_t> ahora;
     for (std::size_t i = 0; i < recuento_.estaciones().size(); ++i) {

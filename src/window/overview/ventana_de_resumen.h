@@ -14,7 +14,7 @@ class QListView;
 
 namespace kv {
 
-/// The stations as tiles, those with something to look at or all.
+/// The stations as tiles: all, or only those that have to be looked at.
 class ModeloDeResumen final : public QAbstractListModel {
     Q_OBJECT
   public:

@@ -168,7 +168,7 @@ void VentanaDeConexion::mostrarPara(Indice conexion) {
     refrescar();
 }
 
-/// A line whose blocks want more answers in a second than it can give keeps none of its fastest
+/// A line whose blocks want more answers in a second than it can give cannot keep their fastest
 /// scans: then all are asked for in turn, and a turn of all is the best that any can have.
 QString VentanaDeConexion::scansQueNoSeCumplen() const {
     const ConexionIP& c = tablas_.conexiones[conexion_];

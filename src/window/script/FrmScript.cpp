@@ -198,7 +198,7 @@ void FrmScript::guardarY(std::function<void()> luego) {
     QMessageBox* caja =
         pregunta(this, tr("Otro programa cambió el archivo desde que se abrió. ¿Guardar encima?"));
     QPushButton* si = caja->addButton(tr("&Guardar encima"), QMessageBox::AcceptRole);
-    // What somebody else wrote is lost by nobody's mistake.
+    // Another program's change must not be lost by accident.
     caja->setDefaultButton(caja->addButton(tr("&No guardar"), QMessageBox::RejectRole));
     connect(caja, &QDialog::finished, this, [this, caja, si, luego = std::move(luego)] {
         if (caja->clickedButton() == si && guardar()) luego();

@@ -68,7 +68,7 @@ class FrmScript final : public QWidget {
     QLabel* lugar_;
     QLabel* mensaje_;
     QLabel* medida_;
-    QLabel* guardado_; ///< stays until something is typed, whatever a run has to tell
+    QLabel* guardado_; ///< stays until the operator types, whatever a run has to say
     QPushButton* BtnOk_;
     QTimer mirada_;
     std::optional<FallaDeGuion> falla_;

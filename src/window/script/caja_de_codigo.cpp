@@ -135,7 +135,7 @@ QString CajaDeCodigo::mensajeDe(int linea) const {
 
 QString CajaDeCodigo::ayudaEn(const QPoint& lugar) const {
     QTextCursor cursor = cursorForPosition(lugar);
-    // Beside the text the nearest place is meant by nobody.
+    // Beside the text, the nearest place in it is not what the mouse points at.
     if (!cursorRect(cursor)
              .adjusted(-fontMetrics().averageCharWidth(), 0, fontMetrics().averageCharWidth(), 0)
              .contains(lugar))

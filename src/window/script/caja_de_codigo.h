@@ -15,8 +15,8 @@ namespace kv {
 class MargenDeCodigo;
 class ResaltadoDeGuion;
 
-/// A text box for scripts: colours, line numbers, the current line, marks on lines that have
-/// something wrong, and indentation that follows what is typed.
+/// A text box for scripts: colours, line numbers, the current line, marks on lines with a fault,
+/// and indentation that follows what is typed.
 class CajaDeCodigo final : public QPlainTextEdit {
     Q_OBJECT
   public:

@@ -54,7 +54,7 @@ LienzoDeTendencias::LienzoDeTendencias(const RegistroDeTendencias& registro, QWi
 }
 
 QColor LienzoDeTendencias::color(std::size_t serie, const QPalette& paleta) {
-    // Apart in brightness too, and none of them red: that is what BAD is.
+    // Apart in brightness too, and red is not among them: that is the colour of BAD.
     static constexpr std::array<QRgb, RegistroDeTendencias::kSeries> kSobreClaro = {
         0x1F4E79, 0x2E7D32, 0x7B1FA2, 0x00695C, 0x8D4B00, 0x37474F, 0x01579B, 0x33691E};
     static constexpr std::array<QRgb, RegistroDeTendencias::kSeries> kSobreOscuro = {
@@ -221,7 +221,7 @@ QString LienzoDeTendencias::valoresEn(const QPoint& lugar) const {
 
 bool LienzoDeTendencias::event(QEvent* suceso) {
     if (suceso->type() != QEvent::ToolTip) return QWidget::event(suceso);
-    const auto* ayuda = static_cast<QHelpEvent*>(suceso); // NOLINT: told by its type
+    const auto* ayuda = static_cast<QHelpEvent*>(suceso); // NOLINT: its type says so
     QToolTip::showText(ayuda->globalPos(), ayudaSinMarcas(valoresEn(ayuda->pos())), this);
     return true;
 }

@@ -14,7 +14,7 @@ constexpr std::int64_t kMsPorMinuto = 60'000;
 constexpr std::size_t kSinApretar = 8'192; ///< fewer samples than that are not worth a look
 constexpr std::size_t kDeUnPixel = 5;
 
-/// How long a pixel lasts in the finest drawing in which something of that age can still be seen.
+/// How long a pixel lasts in the finest drawing in which a sample of that age can still be seen.
 std::int64_t anchoDePixel(std::int64_t edadMs) {
     std::int64_t largoMs = RegistroDeTendencias::kVidaMs;
     for (auto m = kMinutosDeTendencias.rbegin(); m != kMinutosDeTendencias.rend(); ++m) {
@@ -81,8 +81,8 @@ void RegistroDeTendencias::alCambiarFila(std::uint32_t fila) {
 void RegistroDeTendencias::mirar() {
     const std::int64_t ahora = reloj_();
     for (Serie& s : series_) {
-        // The configuration may have been read anew: the same register is in another row, or in
-        // none.
+        // The configuration may have been read anew: the same register is in another row, or in no
+        // row.
         const std::int64_t otra =
             variables_.retirada(s.fila) ? variables_.buscar(s.direccion) : std::int64_t{-1};
         if (otra >= 0) {
@@ -90,7 +90,8 @@ void RegistroDeTendencias::mirar() {
             variables_.vigilar(s.fila);
         }
         mirar(s);
-        // The last one from before stays: it says how things were when what is kept begins.
+        // The last sample from before stays: it says what the value was where the ones that are
+        // kept begin.
         while (s.muestras.size() > 1 && s.muestras[1].ms < ahora - kVidaMs)
             s.muestras.pop_front();
     }
