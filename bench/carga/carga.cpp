@@ -104,7 +104,7 @@ Medida medir(int conexiones, int estacionesDeCada, int bloques) {
     return m;
 }
 
-/// The best of some: what the machine did beside is none of the plant's.
+/// The best of some: what the machine did beside does not count for the plant.
 Medida mejorDe(int veces, int conexiones, int estacionesDeCada, int bloques) {
     Medida mejor = medir(conexiones, estacionesDeCada, bloques);
     for (int i = 1; i < veces; ++i) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What taking over a changed configuration costs, and for how long it keeps the loop from all else:
 // 100,000 blocks on 400 stations, of which the first half answers and the other cannot be reached,
-// on the simulated network. What is told for each change is the processor's time for the whole and
-// the longest single handler in it, those of the polling beside it among them.
+// on the simulated network. Printed for each change are the processor's time for the whole and the
+// longest single handler in it, those of the polling beside it among them.
 //
 //     recargas [blocks]
 
@@ -27,7 +27,7 @@ namespace {
 constexpr int kEstaciones = 400;
 constexpr const char* kArchivo = "/kv/DRIVER_KV2200_Config.ini";
 
-/// The processor's time: what others do on the machine is none of the driver's.
+/// The processor's time: what others do on the machine does not count for the driver.
 double ahoraMs() {
     timespec t{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);

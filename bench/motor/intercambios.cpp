@@ -5,7 +5,7 @@
 //     intercambios [--segundos S] [--conexiones N ...] [--guion FILE] [--cliente]
 //                  [--pausado [--pausa MS] [--bloques N] | --saturado | --hostil]
 //
-// With --cliente a supervisory client in a process of its own is told of every value. --hostil says
+// With --cliente a supervisory client in a process of its own is sent every value. --hostil says
 // how late the driver's requests are with no client, and with each kind of client that means harm.
 
 #include "bucle_pelado.h"

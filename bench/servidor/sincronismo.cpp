@@ -29,7 +29,7 @@ namespace kv::banco {
 namespace {
 
 constexpr int kVeces = 7;
-constexpr int kReposoMs = 900; // a plant does other things before somebody asks for everything
+constexpr int kReposoMs = 900; // a plant has lived a while before a client asks for everything
 constexpr std::uint32_t kPuerto = 21334;
 
 double procesadorMs() {

@@ -43,7 +43,7 @@ void correr(benchmark::State& estado, const std::string& texto) {
     if (motor.compilations() > 1) estado.SkipWithError("compiled more than once");
 }
 
-// Each text differs in its last comment, so that none is found among those compiled before.
+// Each text differs in its last comment, so that no text is found among those compiled before.
 void compilar(benchmark::State& estado, const std::string& texto) {
     Mundo mundo;
     vbscript::Engine motor(mundo);

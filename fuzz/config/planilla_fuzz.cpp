@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     if (!problemas.ninguno()) return 0;
     for (const kv::Puerto& p : listas.puertos) {
         if (kv::puertoDeRegistros(p.numero) == 0)
-            return 0; // told by the check; its blocks are nobody's
+            return 0; // the check reports it; its blocks belong to no port
     }
     // Rows may stand in any order; in the file each port has its own together.
     kv::ListasDeConfiguracion vueltas;

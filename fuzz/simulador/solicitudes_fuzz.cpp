@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// A client's bytes in arrivals of any length: each byte is part of a request or told as skipped, in
-// order, less than a request stays behind, and the split changes nothing.
+// A client's bytes in arrivals of any length: each byte is part of a request or reported as
+// skipped, in order, less than a request stays behind, and the split changes nothing.
 
 #include "SimuladorKV2200/solicitudes.h"
 

@@ -26,7 +26,7 @@ const vbscript::Known known{{"MW_1"}, {}, {{"mw", {"writeMW"}}}};
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // The names of the language are half of the work of a short text, and change with none.
+    // The names of the language are half of the work of a short text, and no text changes them.
     static auto words = std::make_unique<Words>();
     if (words->names.count() > 1000) words = std::make_unique<Words>();
     vbscript::Globals globals;

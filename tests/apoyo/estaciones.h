@@ -37,7 +37,7 @@ inline Respuesta respuestaCon(int valor, std::uint8_t estacion = 1, std::uint8_t
 }
 
 /// The stations behind one address of the simulated network, with a memory of what they were asked.
-/// They answer at once unless told otherwise.
+/// They answer at once unless `demora` says otherwise.
 class Estaciones final : public ExtremoSimulado {
   public:
     struct Pedido {
@@ -72,7 +72,8 @@ class Estaciones final : public ExtremoSimulado {
     void cortar() { red_.cortar(enlace_); }
     [[nodiscard]] IdEnlace enlace() const { return enlace_; }
 
-    /// Delay of an answer in ms, or nothing for none; asked for every request.
+    /// Delay of an answer in ms, or nothing where there is to be no answer; asked for every
+    /// request.
     std::function<std::optional<double>(const Solicitud&)> demora = [](const Solicitud&) {
         return std::optional<double>(0);
     };

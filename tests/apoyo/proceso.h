@@ -21,8 +21,8 @@ namespace kv {
 /// never to fail another. Killed at the end if it still runs, also when the test itself dies.
 ///
 /// No test that runs one can go on for ever, whatever it waits for: the test program is ended by an
-/// alarm when it has started none for kLimite and still has some, and a program that prints without
-/// end is killed.
+/// alarm when it has started no program for kLimite and still has some, and a program that prints
+/// without end is killed.
 class Proceso {
   public:
     static constexpr std::chrono::seconds kPlazo{120};
@@ -75,7 +75,8 @@ class Proceso {
         leido.erase(0, fin + 1);
         return l;
     }
-    /// The next line that has `parte` in it, those before it being dropped; empty when none comes.
+    /// The next line that has `parte` in it, those before it being dropped; empty when no such line
+    /// comes.
     std::string lineaCon(std::string_view parte) {
         const Momento hasta = Reloj::now() + kPlazo;
         while (Reloj::now() < hasta) {
@@ -97,8 +98,8 @@ class Proceso {
     /// What it has printed on standard error until now; after `resto` or `terminar`, all of it.
     [[nodiscard]] const std::string& errores() const { return lados_[1].leido; }
 
-    /// Sends the signal (0: none) and waits for the end. The exit code; -1 when a signal ended it,
-    /// kNoTermino when it had to be killed.
+    /// Sends the signal, if it is not 0, and waits for the end. The exit code; -1 when a signal
+    /// ended it, kNoTermino when it had to be killed.
     int terminar(int senal = 0) {
         kill(pid_, senal);
         // Both pipes are closed by the end of the program; until then its output must be taken.

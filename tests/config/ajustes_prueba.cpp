@@ -54,8 +54,8 @@ TEST_F(AjustesPrueba, LoQueOtroProgramaEscribeSeVeEnLaVueltaSiguiente) {
     EXPECT_EQ(archivos.contenido(ruta), "[DRIVER_KV2200]\r\nVER=2\r\nNota=otra\r\n");
 }
 
-/// What a settings file said still counts while there is none that could be a whole one, and
-/// nothing is written over what is there.
+/// What a settings file said still counts while what is there cannot be a whole one, and nothing is
+/// written over what is there.
 TEST_F(AjustesPrueba, UnArchivoQueSeRompeDiceLoQueDeciaYNadieLoPisa) {
     BucleSimulado bucle;
     Ajustes conReloj(archivos, "C:\\Driver", &bucle.reloj());

@@ -94,7 +94,7 @@ TEST(Planilla, LlevaYTraeLasDescripciones) {
         EXPECT_EQ(d->texto, texto);
         EXPECT_EQ(d->unidad, unidad);
     }
-    // A table without the column does not say that there are none.
+    // A table without the column does not say that there are no descriptions.
     leerPlanilla("tipo;puerto\npuerto;1\n", "p.csv", vueltas, problemas);
     EXPECT_FALSE(vueltas.hayDescripciones);
     EXPECT_EQ(malas("tipo;puerto;PLC;StarAdrees;descripcion;unidad\n"

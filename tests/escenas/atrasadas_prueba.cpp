@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Late answers carry no name. None may be stored under another register's.
+// Late answers carry no name. No answer may be stored under another register's.
 
 #include "apoyo/planta.h"
 

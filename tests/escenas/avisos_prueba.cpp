@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a plant engineer is told of a script before it runs: addresses against the configuration.
+// The warnings that a plant engineer gets of a script before it runs: addresses against the
+// configuration.
 
 #include "apoyo/configuracion.h"
 #include "config/comprobacion.h"

@@ -58,7 +58,7 @@ TEST_F(BitacoraPrueba, UnEnlaceQueVaYVieneSeCuenta) {
     EXPECT_EQ(lineas("KV201") + lineas("KV202"), 2) << log();
     EXPECT_GE(lineas("KV204"), 3);
     EXPECT_LE(lineas("KV204"), 6) << "ever more seldom\n" << log();
-    // When it is quiet again, how it stands is told, and the next loss is news.
+    // When it is quiet again the log says how it stands, and the next loss is news.
     const int antes = lineas("KV204");
     p->avanzar(2 * kMinuto);
     EXPECT_EQ(lineas("KV204"), antes + 1);

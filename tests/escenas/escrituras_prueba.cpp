@@ -422,7 +422,8 @@ TEST_F(Escribe, ElRegistroCuentaLoQueNoAnotaYNoCallaNada) {
     p->avanzar(5000);
     EXPECT_NE(registro().find(";;;;;2 lineas sin anotar: el disco no las tomo"), std::string::npos)
         << registro().substr(registro().size() - 300);
-    // Repeats are told within a minute; what waits when the program ends has its line.
+    // The number of repeats is written within a minute; what waits when the program ends has its
+    // line.
     for (int i = 0; i < 7; ++i)
         escribir("9.9.9", 1);
     p->avanzar(1000);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every way in which a variable can be BAD, made to happen, as it is told to who reads English.
+// Every way in which a variable can be BAD, made to happen, as it is given to a reader of English.
 
 #include "apoyo/dos_idiomas.h"
 #include "apoyo/planta.h"
@@ -26,7 +26,7 @@ Configuracion dosEstaciones() {
 }
 
 /// A way to be BAD: how the plant gets there, and what is said of a variable. "H" stands for a time
-/// of the day, "D" for how long something takes, "N" for how often.
+/// of the day, "D" for a length of time, "N" for how often.
 struct Manera {
     const char* nombre;
     std::function<void(Planta&)> llegar;
@@ -83,7 +83,7 @@ std::function<void(Planta&)> perdida(const std::function<void(Planta&)>& como) {
         hastaQueSeaMala(p);
     };
 }
-/// Switched off by somebody, and its link lost meanwhile.
+/// Switched off by `quien`, and its link lost meanwhile.
 std::function<void(Planta&)> apagadaPor(const std::string& quien) {
     return [quien](Planta& p) {
         leida(p);

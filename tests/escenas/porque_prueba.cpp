@@ -137,7 +137,8 @@ TEST_F(PorQueEstaMal, CadaManeraDeNoTenerEnlaceDiceLaSuya) {
     }
 }
 
-/// How it was lost is told until the supervision has looked, whatever comes of the attempts before.
+/// How it was lost is the reason given until the supervision has looked, whatever comes of the
+/// attempts before.
 TEST(PorQueSeRompio, UnEnlaceQueSeRompeDiceComoAunqueYaSeHayaIntentadoOtraVez) {
     Configuracion c;
     c.puerto()
@@ -158,7 +159,7 @@ TEST(PorQueSeRompio, UnEnlaceQueSeRompeDiceComoAunqueYaSeHayaIntentadoOtraVez) {
     };
     for (const auto& [error, dice] : {std::pair{ECONNRESET, "la corto el otro extremo de golpe"},
                                       std::pair{EHOSTUNREACH, "no hay ruta hasta esa direccion"}}) {
-        p.avanzar(3'600'000); // what flaps is counted, not told
+        p.avanzar(3'600'000); // what flaps is counted, not logged
         ASSERT_TRUE(p.ok(0)) << q.porQueVariable(0);
         const std::int64_t arriba = p.conexion(0).enlaceDesde.ms();
         p.bucle.red().romper(plc.enlace(), error);
@@ -318,7 +319,7 @@ TEST_F(PorQueEstaMal, UnaEstacionMudaYSusVecinasQueEsperan) {
     EXPECT_NE(estacion(0).find("(" + std::to_string(r.intentos) + " intentos: "),
               std::string::npos);
     EXPECT_NE(conexion().find("; PLC 1 sin respuesta desde "), std::string::npos) << conexion();
-    // The neighbour that waits while the silent one is asked is told behind whom.
+    // Of the neighbour that waits while the silent one is asked, the sentence says behind whom.
     bool dicho = false;
     for (int k = 0; k < 600 && !dicho; ++k) {
         p.avanzar(100);

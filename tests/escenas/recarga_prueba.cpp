@@ -434,7 +434,7 @@ TEST_P(RecargaEnMedio, OrdenesAQuienSeVaYAQuienLlega) {
     pedir(sinVecina());
     p.avanzar(20);
     ASSERT_FALSE(decidida());
-    // Until it is decided the plant is the old one, for whoever orders something.
+    // Until it is decided the plant is the old one, for whoever gives an order.
     while (p.conexion(0).turno == EstadoDeTurno::Libre)
         p.avanzar(1);
     EXPECT_GE(p.motor.solicitudes.escribirDireccion("1.1.11", 77, "ventana"), 0);

@@ -34,7 +34,7 @@ TEST_F(Acontecer, LoViejoSeVaYSeSabe) {
     EXPECT_EQ(sucesos[sucesos.primero()].numero, static_cast<double>(sucesos.primero()));
     const Traza& caja = trazas.txtDemandaLecturaEscritura;
     EXPECT_EQ(desde(caja, 0), "perdido");
-    // More than a box shows: what it is told is what it shows.
+    // More than a box shows: what is gathered for it is what it shows.
     std::uint64_t visto = sucesos.primero() + 1;
     std::string todo;
     EXPECT_FALSE(caja.seguir(visto, todo));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The client's protocol byte by byte on a real socket, as somebody else's client speaks it.
+// The client's protocol byte by byte on a real socket, as a client of another maker speaks it.
 
 #include "programas.h"
 

@@ -71,7 +71,7 @@ class Instalacion : public Carpeta {
   public:
     explicit Instalacion(const std::string& configuracion = {}) {
         std::filesystem::copy_file(kDriver, programa());
-        // Fast, so that nobody waits: what these tests are about is not how long things take.
+        // Fast, so that nobody waits: these tests are not about how long a plant takes.
         escribir("sis_config.ini", "[DRIVER_KV2200]\r\nVER=0\r\nTiempo_Entre_poleo=20\r\n"
                                    "Base_Tiempo_Solicitar_Conexiones_Milisegundos=100\r\n"
                                    "PuertoEscucha=" +
@@ -99,7 +99,7 @@ class Instalacion : public Carpeta {
 };
 
 /// The value that the driver traces for the next answer of a station's register. Ends the test when
-/// none comes: whoever waits for a certain value would wait for ever.
+/// no value comes: whoever waits for a certain value would wait for ever.
 inline int recibido(Proceso& driver, const std::string& estacion, const std::string& registro) {
     const std::string l =
         driver.lineaCon("  Recepcion <- [7][" + estacion + "][0][" + registro + "][0][");

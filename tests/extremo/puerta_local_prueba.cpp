@@ -72,7 +72,7 @@ TEST(PuertaLocal, ElClienteDeEstaMaquinaPreguntaYEscribeSinOcuparElLugarDelOtro)
     EXPECT_TRUE(tiene(nadie.errores, "no corre un driver")) << nadie.errores;
 }
 
-/// What a link lacks, made to happen by the kernel, told by the door and in the log.
+/// What a link lacks, made to happen by the kernel, given by the door and in the log.
 TEST(PuertaLocal, CadaEnlaceQueFaltaDicePorQue) {
     const int escucha = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in a{};

@@ -49,7 +49,7 @@ TEST(Ventana, ConVERSeMuestraPoleaYTerminaConLaSenal) {
     EXPECT_NE(driver.lineaCon("lblCantidadDePuntos: 1"), "") << driver.errores();
     recibido(driver, "1", "10");
     // A second start shows the window of the first and says why it does not stay. Its own message
-    // box has to be closed by somebody; a signal will do.
+    // box waits for an operator to close it; a signal will do.
     Proceso segunda(conVentana(casa, true));
     while (casa.leer("sis_config.ini").find("VER=1") == std::string::npos)
         recibido(driver, "1", "10");

@@ -6,8 +6,8 @@
 //     KV_FALLAS=write:ENOSPC:3:0:1      from the 3rd write to a file on (to the last: 0) every one
 //     KV_FALLAS=recv:EINTR:1:0:2,...    every second one; "corto" instead of an error lets one byte
 //                                       through
-//     KV_CUENTA=file                    told at an orderly end: steps of writing, a blank, and how
-//                                       often somebody was asked for who wants to connect
+//     KV_CUENTA=file                    written at an orderly end: steps of writing, a blank, and
+//                                       how often the program asked for a peer to accept
 //
 // A step of writing is an open for writing, a write (two steps: before it, and with half of it
 // done), and a close, rename, unlink, mkdir or change of mode or length. Every call goes

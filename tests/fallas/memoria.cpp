@@ -10,7 +10,7 @@ namespace kv::fallas {
 namespace {
 
 struct Cuenta {
-    long mala = 0; ///< the allocation to fail, 0 none
+    long mala = 0; ///< the allocation to fail, 0: let all succeed
     bool siempre = false;
     long pedidas = 0, falladas = 0, vivas = 0, bytes = 0;
 };

@@ -32,7 +32,7 @@ using Acto = std::function<std::string()>;
 
 struct Escenario {
     const char* nombre;
-    std::function<Acto()> preparar; ///< an act on things of its own
+    std::function<Acto()> preparar; ///< an act on objects of its own
 };
 
 std::string leerArchivo(const std::string& ruta) {
@@ -114,7 +114,7 @@ Acto actoDeMotor(const std::string& texto) {
     };
 }
 
-/// A session of a client that has identified itself, and what the plant was told to do.
+/// A session of a client that has identified itself, and what the plant was ordered to do.
 struct UnaSesion final : CableDelCliente {
     UnaSesion() {
         sesion.empezar("10.0.0.9:50000");
@@ -224,7 +224,7 @@ std::vector<Escenario> escenarios() {
     };
 }
 
-/// One failure on things of their own; true when it was one.
+/// One failure on objects of their own; true when an allocation did fail.
 bool fallarUnaVez(const Escenario& e, long n, bool siempre, const std::string& debido) {
     const std::string donde = std::string(e.nombre) + ", allocation " + std::to_string(n) +
                               (siempre ? " and all after it" : "");

@@ -37,7 +37,7 @@ class Gerente {
         toda.insert(toda.end(), driver.begin(), driver.end());
         return toda;
     }
-    /// The next word, empty when none comes in time.
+    /// The next word, empty when no word comes in time.
     [[nodiscard]] std::string aviso(int plazoMs) const {
         pollfd p{descriptor_, POLLIN, 0};
         if (poll(&p, 1, plazoMs) <= 0) return {};

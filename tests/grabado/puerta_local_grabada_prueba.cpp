@@ -16,7 +16,7 @@
 namespace kv {
 namespace {
 
-/// A program at the door, which takes what it is told.
+/// A program at the door, which takes what it is sent.
 class Lector final : public ExtremoSimulado {
   public:
     Lector(BucleSimulado& b, const std::string& quien)

@@ -40,7 +40,7 @@ class Oido {
     ~Oido() { close(zocalo_); }
     Oido(const Oido&) = delete;
     Oido& operator=(const Oido&) = delete;
-    /// The next datagram; empty when there is none.
+    /// The next datagram; empty when no datagram waits.
     [[nodiscard]] std::string tomar() const {
         std::string d(65536, '\0');
         const ssize_t n = recv(zocalo_, d.data(), d.size(), MSG_DONTWAIT);

@@ -10,7 +10,7 @@
 
 namespace kv::mundo {
 
-/// A supervisory client: logs in, keeps a table of what it is told, and is sometimes rude.
+/// A supervisory client: logs in, keeps a table of what it is sent, and is sometimes rude.
 class Cliente final : public ExtremoSimulado {
   public:
     Cliente(Contexto& c, ReglaDeValores& valores, std::string remoto)
@@ -25,7 +25,7 @@ class Cliente final : public ExtremoSimulado {
     void noLeer(std::size_t bytes, std::int64_t hastaUs);
     void ignorarHasta(std::int64_t us) { ignoraHastaUs_ = us; }
     void enviar(std::string_view bytes);
-    /// A read frame without an address, and behind it something that must be answered.
+    /// A read frame without an address, and behind it one that must be answered.
     void leerNada();
     /// Once in a while: comes back, tries its password again, reads again.
     void paso();
@@ -34,7 +34,8 @@ class Cliente final : public ExtremoSimulado {
 
     [[nodiscard]] bool logueado() const { return logueado_; }
     [[nodiscard]] bool sincronizado() const { return sincronizado_; }
-    /// Whether its table says what the driver's says, for what is told of unmistakably.
+    /// Whether its table says what the driver's says, for the addresses that name one variable
+    /// only.
     void comparar();
 
   private:
@@ -62,7 +63,7 @@ class Cliente final : public ExtremoSimulado {
     std::vector<Sabido> tabla_; ///< by block of the driver
 };
 
-/// Something that no client should send, of kind `cual`.
+/// Bytes that no client should send, of kind `cual`.
 [[nodiscard]] std::string groseria(std::uint32_t cual, std::uint32_t semilla);
 
 } // namespace kv::mundo

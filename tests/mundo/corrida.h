@@ -13,7 +13,7 @@ namespace kv::mundo {
 
 /// What came of one life of a plant.
 struct Resultado {
-    std::string fallo; ///< the rule that broke; empty: none did
+    std::string fallo; ///< the rule that broke; empty: all held
     std::int64_t simuladoMs = 0;
     std::uint64_t sucesos = 0;      ///< events handled by the driver
     std::uint64_t faltas = 0;       ///< events of the history that took effect

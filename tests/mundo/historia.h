@@ -38,7 +38,7 @@ enum class Acto : std::uint8_t {
     Escribir,     ///< writes `b` registers in one arrival
     PedirLectura, ///< reads block `b`
     PedirForzado, ///< forces level `b` `c` times
-    Hostil,       ///< sends something of kind `b` that is no message of the protocol
+    Hostil,       ///< sends bytes of kind `b` that are no message of the protocol
     OtroCliente,  ///< a second one knocks; kind `b` as above
     // The script's file.
     Guion, ///< becomes text number `b`
@@ -50,7 +50,7 @@ enum class Acto : std::uint8_t {
     DiscoLleno, ///< nothing can be written for `ms`
     SinLogs,    ///< the folder of logs is read-only for `ms`
     // Operators.
-    Forzar,        ///< block `a`, or an address of kind `b` that is none
+    Forzar,        ///< block `a`, or a malformed address of kind `b`
     Nivel,         ///< level `b`, `c` times; 0 and -1 switch it
     Encender,      ///< block `a` off and, `ms` later, on
     Scan,          ///< block `a` gets scan `ms`, and its own back later

@@ -56,7 +56,7 @@ void Linea::alCortarse(IdEnlace enlace) {
     if (enlace == enlace_) enlace_ = 0;
 }
 
-/// Whoever sent it, and whatever became of its link: a station does what it is told.
+/// Whoever sent it, and whatever became of its link: a station does what it is asked.
 void Linea::alRecibir(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
     std::vector<std::uint8_t>& entrada = entradas_[enlace];
     entrada.insert(entrada.end(), bytes.begin(), bytes.end());
@@ -285,7 +285,7 @@ bool Linea::pudoLlegar(std::uint8_t estacion, std::uint8_t direccion, std::int16
     const auto este = std::find_if(enviados.begin(), enviados.end(),
                                    [valor](const auto& e) { return e.valor == valor; });
     if (este == enviados.end()) return false;
-    enviados.erase(enviados.begin(), este); // it stays: a repetition of it may be told of again
+    enviados.erase(enviados.begin(), este); // it stays: a repetition of it may come again
     return true;
 }
 

@@ -56,10 +56,10 @@ enum class Llegada : std::uint8_t {
 };
 
 /// All stations behind one address, and what goes wrong with them. Everything they do follows from
-/// what they are asked and from the faults they are told; they draw nothing.
+/// what they are asked and from the faults they are given; they draw nothing.
 ///
-/// An answer leaves within 2.9 time-outs of its request or never: later ones cannot be told from
-/// others by any receiver.
+/// An answer leaves within 2.9 time-outs of its request or never: no receiver could tell later ones
+/// apart from others.
 class Linea final : public ExtremoSimulado {
   public:
     Linea(RedSimulada& red, const Reloj& reloj, const PlanDeConexion& plan)
@@ -105,7 +105,7 @@ class Linea final : public ExtremoSimulado {
     void danar(std::uint32_t cuantas, std::uint32_t bit) { danarProximas_ = cuantas, bit_ = bit; }
     void trocar() { trocar_ = true; }
     void mandarSuelto(std::span<const std::uint8_t> bytes);
-    /// From now on its stations put something else into the free bytes; once in a life.
+    /// From now on its stations fill the free bytes in another way; once in a life.
     void cambiarHabito(Habito a);
     /// The next answer in time has the free bytes of another register; once in a life.
     void mentirPronto() { miente_ = !mintio_; }
@@ -173,7 +173,7 @@ class Linea final : public ExtremoSimulado {
     std::uint32_t contador_ = 0; ///< of answers
     struct Guardada {
         Respuesta trama;
-        Registro* de = nullptr; ///< null: none waits
+        Registro* de = nullptr; ///< null: no request waits
         std::int64_t us = 0;
     };
     Guardada guardada_;               ///< an answer that waits to be swapped with the next

@@ -57,7 +57,7 @@ class Mundo final : private AlEnviar {
     void encender(Indice bloque, bool encendido);
     /// Later, unless the calm comes first: then at once.
     void luego(std::int64_t ms, std::function<void()> accion);
-    /// One of those of a source, whatever the number; null if it has none.
+    /// One of those of a source, whatever the number; null if the source writes no register.
     [[nodiscard]] ReglaDeEscrituras::Escritor* escritor(Fuente fuente, std::size_t cual);
 
     const Plan& plan_;

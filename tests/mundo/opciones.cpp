@@ -29,7 +29,7 @@ bool semillas(std::string_view texto, Opciones& o) {
 
 bool eventos(std::string_view texto, Opciones& o) {
     o.solo.emplace();
-    if (texto == "-") return true; // none at all
+    if (texto == "-") return true; // no event at all
     for (const std::string_view parte : partir(texto, ',')) {
         const auto n = entero(parte);
         if (!n || *n > std::numeric_limits<std::uint32_t>::max()) return false;

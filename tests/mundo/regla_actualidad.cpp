@@ -45,7 +45,7 @@ void ReglaDeActualidad::forzar(Indice bloque, std::uint32_t veces) {
 /// Only a read that left after it was asked for counts.
 void ReglaDeActualidad::contarForzada(const BloqueLectura& b) {
     Visto& v = visto(b.indice);
-    // Without a pause a repetition cannot be told from a new request.
+    // Without a pause a repetition and a new request look the same.
     if (c_.motor.turnos.pausa() < 1 || b.retirado) v.forzadas = 0;
     if (v.forzadas == 0 || turno_.pedido(b.idConexion) <= v.forzadaTras) return;
     --v.forzadas;

@@ -21,7 +21,7 @@ class ReglaDeActualidad final : public OyenteDeSucesos {
     void alSuceder(const kv::Suceso& suceso, std::string_view texto) override;
     /// The block was answered, by whatever transaction.
     void anotar(Indice bloque);
-    /// Somebody reads the block so many times from now on; 0: not any more, or so many are not
+    /// The block is read so many times by force from now on; 0: not any more, or how many is not
     /// known.
     void forzar(Indice bloque, std::uint32_t veces);
     /// A write of the connection has ended.

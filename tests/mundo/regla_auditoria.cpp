@@ -69,7 +69,7 @@ void ReglaDeAuditoria::linea(std::string_view l, std::string_view dia) {
     c_.exigir(std::count(l.begin(), l.end(), ';') == 5, "a line of the record has six fields", 0);
     const std::string_view cuerpo = l.substr(std::min(l.find(';'), l.size() - 1) + 1);
     if (!cuerpo.starts_with(";;;;")) {
-        // A count lies with what it counts, even when it is told later.
+        // A count lies with what it counts, even when it is written later.
         c_.exigir(diaDe(l) == dia, "a line lies in the file of its day", 0);
         c_.exigir(consumir(cuerpo), "the record holds what happened, in its order", 0);
         return;

@@ -16,13 +16,13 @@
 namespace kv::mundo {
 
 /// Every write asked for is refused or merged at once, or waits in its connection's line: those of
-/// a connection leave and end in the order in which they were asked for, each ends once, and none
-/// leaves after its end, or over a link that came up after it was asked for, or too old. What was
-/// given up reaches no station. Only one that has not left is merged with. A bit's register is read
-/// before, and no other bit is changed. All of it stands in the record.
+/// a connection leave and end in the order in which they were asked for, each ends once, and no
+/// write leaves after its end, or over a link that came up after it was asked for, or too old. What
+/// was given up reaches no station. Only one that has not left is merged with. A bit's register is
+/// read before, and no other bit is changed. All of it stands in the record.
 class ReglaDeEscrituras final : public OyenteDeSucesos {
   public:
-    /// A register that somebody writes.
+    /// A register that an operator, a client or the script writes.
     struct Escritor {
         std::uint16_t base = 0, mascara = 0;
         Fuente fuente = Fuente::Nadie;

@@ -28,8 +28,8 @@ void ReglaDePorQue::alSuceder(const kv::Suceso& s, std::string_view /*texto*/) {
     e.arriba = s.que == Que::EnlaceArriba;
 }
 
-/// Those that nobody can be told of any more are forgotten: a reason stands until the supervision
-/// has seen the loss, and then until the next attempt.
+/// Those that can no longer be given as a reason are forgotten: a reason stands until the
+/// supervision has seen the loss, and then until the next attempt.
 void ReglaDePorQue::alPedirEnlace(std::size_t n) {
     constexpr std::size_t kIntentos = 3;
     if (n >= enlaces_.size()) enlaces_.resize(n + 1);

@@ -10,8 +10,8 @@
 
 namespace kv::mundo {
 
-/// Every value that is told of was held by its register and answered on this link; the table, the
-/// script's variables and the rows say what was told last; a variable's status is the outcome of
+/// Every value that is sent was held by its register and answered on this link; the table, the
+/// script's variables and the rows say what was sent last; a variable's status is the outcome of
 /// its block's last transaction.
 class ReglaDeValores final : public AvisoAlCliente {
   public:
@@ -21,11 +21,11 @@ class ReglaDeValores final : public AvisoAlCliente {
     void alTerminarLectura(Indice bloque);
     void barrer();
 
-    /// A block of one variable whose key no other block has: what is told of the key is told of it.
+    /// A block of one variable whose key no other block has: what is sent of the key is about it.
     [[nodiscard]] bool unico(std::size_t bloque) const { return unico_[bloque] != 0; }
     /// Learns of blocks that came since.
     void conocerBloques();
-    /// The block of a key, kNinguno if there is none.
+    /// The block of a key, kNinguno if no block has it.
     [[nodiscard]] Indice bloqueDe(std::string_view clave) const;
     [[nodiscard]] std::int64_t ultimoAvisoUs() const { return ultimoAvisoUs_; }
 

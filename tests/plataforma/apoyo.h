@@ -20,7 +20,7 @@
 
 namespace kv {
 
-/// Gathers what a socket tells, and can be told what to do about it.
+/// Gathers what a socket reports, and does what a test wants done at an arrival or a request.
 class Oyente final : public OyenteDeZocalo {
   public:
     void alConectar(std::size_t /*indice*/) override { suceso += "conectado;"; }

@@ -195,7 +195,7 @@ TEST(Motivos, DelNucleoQueSeCansaDeIntentar) {
     });
 }
 
-/// Whatever a socket has failed with is told to who reads English: all but the system's own words.
+/// Whatever a socket has failed with can be said in English: all but the system's own words.
 TEST(Motivos, SeDicenEnInglesTodos) {
     for (int m = 0; m <= static_cast<int>(Motivo::LineaQueNoCalla); ++m) {
         const std::string es = enPalabras(static_cast<Motivo>(m), "plc.norte");

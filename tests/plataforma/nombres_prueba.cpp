@@ -203,7 +203,7 @@ TEST(Nombres, QuienTardaEnContestarNoDetieneANadie) {
     const auto t = bucle.crearTemporizador([&] { ++tics; });
     t->rearmar(1);
     atenderHasta(bucle, [&] { return tics == 20; });
-    // One gives up and one goes; the other one that wanted the same is told.
+    // One gives up and one goes; the other one that wanted the same gets the answer.
     zocalos[1]->cerrar();
     zocalos[8].reset(); // plc7
     marcas->abrir.set_value();

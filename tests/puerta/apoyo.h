@@ -60,7 +60,7 @@ class Vecino final : public ExtremoSimulado {
     std::string quien_;
 };
 
-/// What a member says, as text; "-" where there is none.
+/// What a member says, as text; "-" where it is missing.
 inline std::string dice(const Json& j, std::string_view nombre) {
     const Json* m = j.miembro(nombre);
     if (m == nullptr) return "-";

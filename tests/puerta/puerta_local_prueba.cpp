@@ -253,7 +253,7 @@ TEST_F(PuertaDeLaMaquina, LosLectoresTienenUnLimiteYUnoQuePideSinLeerSeCierra) {
     EXPECT_EQ(p.motor.puertaLocal.lectores(), PuertaLocal::kLectores);
     EXPECT_FALSE(todos.back()->conectado);
     EXPECT_NE(registro("ArchivoLog").find("ya hay 32 lectores"), std::string::npos);
-    // One that reads nothing is told no more than fits, and goes after a while; the others are
+    // One that reads nothing is sent no more than fits, and goes after a while; the others are
     // served meanwhile.
     p.bucle.red().fijarVentana(v.enlace, 1000);
     std::string muchos;

@@ -21,7 +21,7 @@ class ClienteSimulado final : public ExtremoSimulado {
         pedir(puerto);
         bucle_.avanzar(1);
     }
-    /// The same from inside a handler, where time is somebody else's to move.
+    /// The same from inside a handler, where the loop alone moves the time.
     void pedir(std::uint32_t puerto = 1334) {
         enlace_ = bucle_.red().conectarCliente(puerto, *this, remoto_);
     }
@@ -71,7 +71,7 @@ class ClienteSimulado final : public ExtremoSimulado {
     std::string recibido_;
 };
 
-/// Writes down what the plant was told to do.
+/// Writes down what the plant was ordered to do.
 class OrdenesDePrueba final : public OrdenesDelCliente {
   public:
     void escribirDireccion(std::string_view direccion, double valor,

@@ -91,7 +91,7 @@ class Cliente : public ::testing::Test {
         for (ssize_t n = 0; (n = read(tubo, trozo, sizeof trozo)) > 0;)
             destino.append(trozo, static_cast<std::size_t>(n));
     }
-    /// Once, when the plant has been told to do `orden`.
+    /// Once, when the plant has been ordered to do `orden`.
     Tic alHacerse(const std::string& orden, const std::function<void()>& hacer) {
         return [this, orden, hacer, hecho = false](const std::string&) mutable {
             if (hecho || ordenes_.hechas.empty() || ordenes_.hechas.front() != orden) return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A client that asks for thousands of things at once: they are done some at a time, all of them, in
+// A client that sends thousands of orders at once: they are done some at a time, all of them, in
 // their order, whatever happens meanwhile.
 
 #include "apoyo.h"

@@ -30,7 +30,7 @@ class Expresion {
     /// Nothing where a number on the way is beyond 32 bits or divided by zero.
     [[nodiscard]] std::optional<Valor> valor() const;
 
-    /// What a script has to have run for the names in it to mean something.
+    /// What a script has to have run for the names in it to have a meaning.
     static const char* preparacion();
 
   private:

@@ -15,7 +15,7 @@ namespace kv {
 /// stroke's.
 [[nodiscard]] double contrasteDe(const QImage& dibujo);
 
-/// Fails for what is cut, crushed, off the screen or lies over something else.
+/// Fails for what is cut, crushed, off the screen or lies over another control.
 void juzgarLugares(QWidget& ventana, const std::string& foto);
 /// Fails for what can hardly be read, as it is drawn: labels, buttons, tabs, headings, cells, the
 /// letters of texts. What is disabled is passed over.

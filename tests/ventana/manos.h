@@ -27,7 +27,7 @@ inline void clic(QWidget& ventana, const char* boton) {
     QTest::mouseClick(&hallar<QPushButton>(ventana, boton), Qt::LeftButton);
 }
 
-/// Lets events run until something is so; false when it is not within five seconds.
+/// Lets events run until the condition holds; false when it does not within five seconds.
 template <class F>
 [[nodiscard]] bool llega(F condicion) {
     return QTest::qWaitFor(condicion, 5000);

@@ -16,7 +16,7 @@ namespace kv::cliente {
 
 /// One order carried out with a driver: connects (again and again for a while, because a driver
 /// listens a moment after its last client only), logs in, asks, tells what came, and ends the loop.
-/// To watch never ends by itself: a driver that cannot be reached is told of, and tried again.
+/// To watch never ends by itself: a driver that cannot be reached is reported, and tried again.
 class Conversacion final : private OyenteDeZocalo {
   public:
     /// `terminal`: `salida` is one, on which a table may be redrawn. All must outlive this.
@@ -85,9 +85,9 @@ class Conversacion final : private OyenteDeZocalo {
     int claves_ = 0;               ///< passwords sent on this link
     std::size_t leyendo_ = 0;      ///< address that is being read
     bool esperaValor_ = false;     ///< the driver did not know the address and asks its station now
-    Variable ultima_;              ///< what was last told of it, not what is waited for
+    Variable ultima_;              ///< what the driver last sent of it, not what is waited for
     std::string aviso_;            ///< why there is no driver just now
-    std::set<std::string> dichos_; ///< reasons that were told since there was one
+    std::set<std::string> dichos_; ///< reasons that were printed since there was a driver
     bool sucia_ = false;           ///< the table changed since it was drawn
     bool terminada_ = false;
     int codigo_ = kHecho;

@@ -37,7 +37,7 @@ std::string tramaDeLectura(const std::string& direccion) {
 
 bool estaOk(const Variable& v) { return v.estado == "6"; }
 
-/// The register of "1.1.10.3", and its bit; a register's own address has none.
+/// The register of "1.1.10.3", and its bit; -1 for a register's own address.
 std::pair<std::string, int> registroYBit(const std::string& direccion) {
     const auto punto = direccion.rfind('.');
     const auto bit = numeroDeTexto(direccion.substr(punto + 1));
@@ -118,7 +118,7 @@ std::string Conversacion::leida() const {
     return escrita_ ? registroYBit(direccion).first : direccion;
 }
 
-/// The echo comes after the value, or alone when there is none.
+/// The echo comes after the value, or alone when the driver does not know the address.
 void Conversacion::preguntar() {
     enviar(tramaDeLectura(leida()) + std::string(kKeepAliveDelCliente));
 }
@@ -145,8 +145,8 @@ void Conversacion::alLeer(const Variable& v) {
     if (esperaValor_) terminarLectura();
 }
 
-/// An address that the driver does not know it asks of its station, and tells of the answer. What
-/// has hexadecimal letters it may know with others: "1.1.0A" as "1.1.0a".
+/// An address that the driver does not know it asks of its station, and sends the answer. What has
+/// hexadecimal letters it may know with others: "1.1.0A" as "1.1.0a".
 void Conversacion::alEco() {
     if (orden_.accion == Accion::Forzar) return terminar(kHecho);
     if (orden_.direcciones.empty() || esperaValor_) return;
@@ -160,7 +160,7 @@ void Conversacion::alEco() {
     }
 }
 
-/// The register that was written, as it is told of now.
+/// The register that was written, as the driver sends it now.
 void Conversacion::alConfirmar(const Variable& v) {
     ultima_ = v;
     const int bit = registroYBit(pedida().direccion).second;
@@ -246,7 +246,7 @@ void Conversacion::atenderDatos(const Mensaje& m) {
     }
 }
 
-/// Something is told of the address that is being read.
+/// The driver sends a value or status of the address that is being read.
 void Conversacion::alSaber(const Variable& v) {
     if (esperaValor_ && !estaOk(v))
         ultima_ = v;

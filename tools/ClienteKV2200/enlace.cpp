@@ -198,7 +198,7 @@ void Enlace::recibir() {
     oyente_.alCortarse(0);
 }
 
-/// What fails here is told by the next look at the descriptor.
+/// What fails here shows at the next look at the descriptor.
 void Enlace::enviar(std::string_view bytes) {
     if (estado_ != Estado::Conectado) return;
     const ssize_t n = ::send(descriptor_, bytes.data(), bytes.size(), MSG_NOSIGNAL);

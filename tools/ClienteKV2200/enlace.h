@@ -20,8 +20,8 @@ struct Servidor {
 };
 
 /// The link to a driver. A name is looked up anew at every attempt, beside the loop, which goes on
-/// meanwhile; its addresses are tried one after the other. Tells `oyente` when it is up, what
-/// arrives, and when it ended or could not be made; the index told is 0.
+/// meanwhile; its addresses are tried one after the other. Calls `oyente`, always with index 0,
+/// when it is up, for what arrives, and when it ended or could not be made.
 class Enlace final : private Atendido {
   public:
     Enlace(BucleEpoll& bucle, OyenteDeZocalo& oyente);

@@ -23,7 +23,7 @@ struct Textos {
     std::string espera = "5";
     std::string durante;
     std::string direccion; ///< to be written
-    std::string cual;      ///< to be told why
+    std::string cual;      ///< whose reason is asked for
     std::string campo = ";";
     std::string sobre = "#";
 };
@@ -174,7 +174,7 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
         error = enCastellano(e);
     }
     if (error.empty()) return std::nullopt;
-    // A line that could not be read to its end may not have told yet how it wants its errors.
+    // A line that could not be read to its end may not have come to how it wants its errors.
     const bool json = std::any_of(argv + 1, argv + argc,
                                   [](const char* a) { return std::string_view(a) == "--json"; });
     errores << lineaDeError(error, json) << '\n';

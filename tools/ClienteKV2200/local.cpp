@@ -29,7 +29,7 @@ std::string campo(const Json& j, std::string_view nombre) {
 
 std::string conBlanco(const std::string& t) { return t.empty() ? t : " " + t; }
 
-/// Lists in one another are told line by line, each behind the name of its place.
+/// Lists in one another are printed line by line, each behind the name of its place.
 void todosLosCampos(const Json& j, const std::string& margen, std::string& texto) {
     for (std::size_t i = 0; i < j.nombres().size(); ++i) {
         const Json& v = j.elementos()[i];

@@ -19,8 +19,8 @@ namespace kv::cliente {
 /// empty.
 [[nodiscard]] std::string lineaDeError(const std::string& texto, bool json, const Variable& v = {});
 
-/// The variables that the driver tells of, in the order in which it told of them first. Several
-/// variables of a block share its address; they are told apart by their place in a synchronisation.
+/// The variables that the driver sends, in the order in which it sent them first. Several variables
+/// of a block share its address; they are told apart by their place in a synchronisation.
 class Tabla {
   public:
     struct Fila {

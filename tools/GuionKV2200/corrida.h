@@ -18,10 +18,11 @@
 /// stay.
 class Corrida {
   public:
-    /// All must outlive it. `archivo` is what errors are told with; `valores` null: none.
+    /// All must outlive it. `archivo` is what errors are reported with; `valores` null: the script
+    /// runs without given values.
     Corrida(vbscript::Engine& motor, Papel& papel, std::string archivo, const Valores* valores);
     /// Every row, `veces` times over; stops where a budget stopped the script. After each run
-    /// `trasCadaUna` is called. False: some run failed; the errors are told, each once.
+    /// `trasCadaUna` is called. False: some run failed; the errors are reported, each once.
     template <class F>
     bool correr(const std::string& texto, std::uint64_t veces, F trasCadaUna) {
         const std::size_t filas = valores_ != nullptr ? valores_->filas.size() : 1;
@@ -50,7 +51,7 @@ class Corrida {
     Papel& papel_;
     std::string archivo_;
     const Valores* valores_;
-    std::vector<std::optional<vbscript::Engine::Slot>> ranuras_; ///< none: no name of the language
+    std::vector<std::optional<vbscript::Engine::Slot>> ranuras_; ///< empty: no name of the language
     std::map<std::string, std::string> antes_; ///< what the globals were, or were given last
     std::set<std::string> dichos_;
     std::uint64_t corridas_ = 0;

@@ -115,6 +115,6 @@ int correr(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failure that is told
+    std::signal(SIGPIPE, SIG_IGN); // a reader that went away is a failure that is reported
     return kv::conSalidaEntera(correr(argc, argv), "GuionKV2200", std::cout, std::cerr);
 }

@@ -9,7 +9,7 @@
 /// first of each where there are several rows.
 class Papel {
   public:
-    /// From now on lines belong to this run; an empty heading is none.
+    /// From now on lines belong to this run; an empty heading is not printed.
     void titular(std::string titulo) {
         titulo_ = std::move(titulo);
         dicho_ = false;

@@ -26,6 +26,6 @@ class Perfil final : public vbscript::LineSink {
     void cerrar();
 
     std::vector<Linea> lineas_;
-    std::size_t actual_ = 0; ///< 0: none
+    std::size_t actual_ = 0; ///< 0: no line runs
     Reloj::time_point desde_;
 };

@@ -26,7 +26,7 @@ struct Renglon {
     std::string_view texto;
 };
 
-/// The lines that say something; a line that begins with ' # or ; is a remark.
+/// The lines that hold values; a line that begins with ' # or ; is a remark.
 std::vector<Renglon> renglonesDe(std::string_view contenido) {
     std::vector<Renglon> todos;
     std::size_t numero = 0;

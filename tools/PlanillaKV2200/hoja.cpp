@@ -117,8 +117,8 @@ class Hoja final : public hoja::iface::import_sheet, public hoja::iface::import_
     hoja::col_t columna_ = 0;
 };
 
-/// "B3", "Hoja1!$A$1" and "A1:C5", as a workbook writes where something stands; which sheet it is
-/// does not matter.
+/// "B3", "Hoja1!$A$1" and "A1:C5", as a workbook writes the place of a cell; which sheet it is does
+/// not matter.
 class Referencias final : public hoja::iface::import_reference_resolver {
   public:
     hoja::src_address_t resolve_address(std::string_view texto) override {

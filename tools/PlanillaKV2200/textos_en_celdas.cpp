@@ -146,7 +146,7 @@ std::vector<TextoEnCelda> textosEnCeldas(std::string_view libro) {
     zip.load();
     const std::string principal =
         alSeguir("", leer<Relaciones>(zip, "_rels/.rels").destinos["officeDocument"]);
-    const std::size_t barra = principal.rfind('/') + 1; // 0 where there is none
+    const std::size_t barra = principal.rfind('/') + 1; // 0 without a slash
     const std::string carpeta = principal.substr(0, barra);
     const std::string relacion = leer<PrimeraHoja>(zip, principal).relacion;
     auto destinos =

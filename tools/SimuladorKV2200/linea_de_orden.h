@@ -39,7 +39,7 @@ inline constexpr int kOrdenMala = 2;
 /// "IP:PORT"; a port of 0 is allowed.
 [[nodiscard]] std::optional<Escuchada> escuchadaDeTexto(std::string_view texto);
 /// "[IP:PORT/]STATION.REG=VALUE|rampa|seno|azar"; "*" stands for every station or register. Sets
-/// `error` when the text is none.
+/// `error` when the text is not of that form.
 [[nodiscard]] DefinicionDeRegistro registroDeTexto(std::string_view texto, std::string& error);
 /// "IP:PORT[/STATION],option=value,..." or "STATION,option=value,...".
 [[nodiscard]] DefinicionDeFallas fallasDeTexto(std::string_view texto, std::string& error);

@@ -16,7 +16,7 @@
 
 namespace kv::simulador {
 
-/// Which stations something is meant for; what is left out means all.
+/// Which stations an order is meant for; what is left out means all.
 struct Lugar {
     std::string direccion; ///< "IP:PORT" as `claveDeConexion` writes it
     std::optional<std::uint8_t> estacion;

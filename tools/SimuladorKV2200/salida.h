@@ -19,7 +19,7 @@ class Salida {
     void agregar(std::vector<Trozo> trozos, std::int64_t ahoraMs);
     /// The next piece that is due.
     [[nodiscard]] std::optional<std::string> tomar(std::int64_t ahoraMs);
-    /// When the next piece is due; nothing when none waits.
+    /// When the next piece is due; nothing when no piece waits.
     [[nodiscard]] std::optional<std::int64_t> proximo() const;
     [[nodiscard]] std::size_t enEspera() const { return pendientes_.size(); }
 
