@@ -95,13 +95,15 @@ bool salva(const Salvo& salvo, const std::string& ruta) {
                        [&](const std::string& s) { return ruta.starts_with(s); });
 }
 
-void nadieUsa(const char* que, const char* expresion, const Salvo& salvo) {
+void nadieUsa(const char* que, const char* expresion, const Salvo& salvo,
+              std::string Fuente::*donde = &Fuente::codigo) {
     const std::regex mala(expresion);
     for (const Fuente& f : fuentes()) {
         if (salva(salvo, f.ruta)) continue;
-        for (std::sregex_iterator i(f.codigo.begin(), f.codigo.end(), mala), fin; i != fin; ++i)
+        const std::string& texto = f.*donde;
+        for (std::sregex_iterator i(texto.begin(), texto.end(), mala), fin; i != fin; ++i)
             ADD_FAILURE_AT(f.ruta.c_str(),
-                           static_cast<int>(f.lineaDe(static_cast<std::size_t>(i->position()))))
+                           static_cast<int>(1 + std::count(texto.begin(), (*i)[0].first, '\n')))
                 << que << ": " << i->str();
     }
 }
@@ -210,6 +212,13 @@ TEST(Arquitectura, NadaQuedaAMedioHacerNiImprimeParaDepurar) {
              {"tools/", "bench/", "src/main/main.cpp", "src/main/salida_de_traza.cpp",
               "fuzz/repetir.cpp", "tests/fallas/",
               "tests/mundo/main.cpp"}); // the last tell how much they have tried
+}
+
+TEST(Arquitectura, LosComentariosNombranDeQuienHablan) {
+    // A sentence may go on in the next line, behind its slashes.
+    nadieUsa("no noun",
+             R"((\b[Ss]ome(body|one)|\b[Tt]old(?![\s/<]+apart\b)|(\bis|\bare|:)[\s/<]+none)\b)",
+             {"tests/", "bench/", "fuzz/"}, &Fuente::comentarios);
 }
 
 TEST(Arquitectura, CadaArchivoDiceSuLicencia) {

@@ -88,7 +88,9 @@ std::vector<Fuente> leerFuentes(const fs::path& raiz) {
     return todas;
 }
 
-std::string sinComentariosNiLiterales(std::string_view t) {
+std::string sinComentariosNiLiterales(std::string_view t, std::string* comentarios) {
+    std::string sobrantes;
+    std::string& aparte = comentarios != nullptr ? *comentarios : sobrantes;
     std::string codigo;
     for (std::size_t i = 0; i < t.size();) {
         std::size_t fin = i;
@@ -97,10 +99,13 @@ std::string sinComentariosNiLiterales(std::string_view t) {
         if (t.substr(i, 2) == "/*") fin = std::min(t.find("*/", i), t.size() - 2) + 2;
         if (t[i] == '"' || (t[i] == '\'' && !deDigitos)) fin = finDeLiteral(t, i);
         if (fin == i) {
+            if (t[i] == '\n') aparte += '\n';
             codigo += t[i++];
             continue;
         }
-        codigo.append(saltos(t.substr(i, fin - i)), '\n');
+        const std::string lineas(saltos(t.substr(i, fin - i)), '\n');
+        codigo += lineas;
+        aparte += t[i] == '/' ? t.substr(i, fin - i) : lineas;
         if (t[i] != '/') codigo += t[i];
         i = fin;
     }

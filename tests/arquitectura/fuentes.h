@@ -11,11 +11,12 @@
 namespace kv::arquitectura {
 
 /// A source file: its path from the root of the tree, and its text, also without comments and with
-/// empty literals, line for line.
+/// empty literals, and the comments alone; each line for line.
 struct Fuente {
     std::string ruta;
     std::string texto;
     std::string codigo;
+    std::string comentarios;
     [[nodiscard]] std::size_t lineaDe(std::size_t posicion) const;
 };
 
@@ -27,7 +28,9 @@ struct Fuente {
 /// All .cpp and .h files of the tree.
 [[nodiscard]] std::vector<Fuente> leerFuentes(const std::filesystem::path& raiz);
 
-[[nodiscard]] std::string sinComentariosNiLiterales(std::string_view texto);
+/// `comentarios`, where given, gets what is left out as a comment.
+[[nodiscard]] std::string sinComentariosNiLiterales(std::string_view texto,
+                                                    std::string* comentarios = nullptr);
 
 /// The bodies of functions: where each begins in `codigo`, and how many lines it has, brace to
 /// brace.
