@@ -6,6 +6,7 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
+#include "vbscript/surroundings/errors.h"
 
 #include <utility>
 
@@ -13,7 +14,6 @@ namespace kv {
 namespace {
 
 constexpr std::int64_t kEntreMiradasUs = 1000;
-constexpr int kSinMemoria = 7;
 constexpr std::size_t kErroresDichos = 100; // distinct errors reported of one content of the file
 
 } // namespace
@@ -66,7 +66,7 @@ void Guion::correr() {
         if (std::exchange(detenido_, false)) sucesos_.decir({.que = Que::GuionSigue});
         return;
     }
-    lleno_ = error.budget && error.number == kSinMemoria;
+    lleno_ = error.budget && error.number == vbscript::errors::outOfMemory;
     if (error.budget) detenidoHastaUs_ = bucle_.reloj().monotonicoUs() + reintentoUs_;
     informar(error);
     if (!std::exchange(detenido_, true))

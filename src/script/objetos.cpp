@@ -3,6 +3,7 @@
 
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 
 #include <algorithm>
@@ -17,11 +18,7 @@ using vbscript::HostValues;
 using vbscript::Value;
 using Argumentos = std::span<const Value>;
 
-constexpr int kDesborde = 6;
-constexpr int kNumeroDeArgumentos = 450;
-
 PedidoDelGuion pedido(const MiembroDeMw& miembro, Argumentos args, HostValues& valores) {
-    if (args.size() != miembro.argumentos.size()) throw Fault(kNumeroDeArgumentos);
     PedidoDelGuion p{miembro, {}, {}};
     std::size_t numeros = 0;
     for (std::size_t i = 0; i < args.size(); ++i) {
@@ -37,7 +34,7 @@ PedidoDelGuion pedido(const MiembroDeMw& miembro, Argumentos args, HostValues& v
 
 std::int32_t color(const Value& v, HostValues& valores) {
     const auto n = entero(valores.number(v));
-    if (!n) throw Fault(kDesborde);
+    if (!n) throw Fault(vbscript::errors::overflow);
     return *n;
 }
 
@@ -54,9 +51,12 @@ std::string PedidoDelGuion::direccion() const { return direccionDeNombre(texto);
 void agregarMw(vbscript::Engine& motor, const std::function<Value(const PedidoDelGuion&)>& hacer) {
     const auto mw = std::make_shared<HostTable>();
     for (const MiembroDeMw& m : miembrosDeMw()) {
-        mw->method(m.nombre, [&m, hacer](Argumentos args, HostValues& valores) {
-            return hacer(pedido(m, args, valores));
-        });
+        const auto cuantos = static_cast<std::uint8_t>(m.argumentos.size());
+        mw->method(m.nombre,
+                   [&m, hacer](Argumentos args, HostValues& valores) {
+                       return hacer(pedido(m, args, valores));
+                   },
+                   {cuantos, cuantos});
     }
     motor.addObject("mw", mw);
 }

@@ -35,7 +35,7 @@ struct Engine::Inside {
 
     void placeErr() {
         const MemoryScope scope(machine->memory());
-        place("Err", Value::object(new ErrObject));
+        place("Err", makeErr());
     }
     void place(const HostName& o) {
         const MemoryScope scope(machine->memory());

@@ -30,14 +30,13 @@ class Values : public HostValues {
 
 } // namespace
 
-HostTable& HostTable::method(std::string_view name, Call f) {
-    calls_[lowerName(name)] = std::move(f);
+HostTable& HostTable::method(std::string_view name, Call f, Takes takes) {
+    members_[lowerName(name)] = {std::move(f), {}, takes};
     return *this;
 }
 
 HostTable& HostTable::property(std::string_view name, Call read, Put write) {
-    if (read) calls_[lowerName(name)] = std::move(read);
-    if (write) puts_[lowerName(name)] = std::move(write);
+    members_[lowerName(name)] = {std::move(read), std::move(write), {}};
     return *this;
 }
 
@@ -46,20 +45,25 @@ HostTable& HostTable::defaultProperty(std::string_view name) {
     return *this;
 }
 
+const HostTable::Member& HostTable::find(std::string_view name) const {
+    static const Member none;
+    const auto at = members_.find(name.empty() ? std::string_view(default_) : name);
+    return at == members_.end() ? none : at->second;
+}
+
 bool HostTable::call(std::string_view member, std::span<const Value> args, HostValues& values,
                      Value& result) {
-    const auto at = calls_.find(member.empty() ? std::string_view(default_) : member);
-    if (at == calls_.end()) return false;
-    result = at->second(args, values);
+    const Member& m = find(member);
+    admit(m.read != nullptr, m.takes, args.size());
+    result = m.read(args, values);
     return true;
 }
 
 bool HostTable::assign(std::string_view member, std::span<const Value> args, const Value& v,
                        HostValues& values) {
-    const auto at = puts_.find(member.empty() ? std::string_view(default_) : member);
-    if (at == puts_.end()) return false;
-    if (!args.empty()) throw Fault(errors::wrongArguments);
-    at->second(v, values);
+    const Member& m = find(member);
+    admit(m.write != nullptr, m.takes, args.size());
+    m.write(v, values);
     return true;
 }
 

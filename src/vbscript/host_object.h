@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "vbscript/library/members.h"
 #include "vbscript/values/value.h"
 
 #include <functional>
@@ -43,8 +44,10 @@ class HostTable : public HostObject {
   public:
     using Call = std::function<Value(std::span<const Value>, HostValues&)>;
     using Put = std::function<void(const Value&, HostValues&)>;
-    /// `name` in any letter case.
-    HostTable& method(std::string_view name, Call f);
+    static constexpr Takes anything{0, UINT8_MAX};
+    /// `name` in any letter case. Calls with fewer or more arguments than it takes are error 450,
+    /// as any arguments of a property are.
+    HostTable& method(std::string_view name, Call f, Takes takes = anything);
     HostTable& property(std::string_view name, Call read, Put write);
     /// The property that is meant when a script names only the object.
     HostTable& defaultProperty(std::string_view name);
@@ -55,8 +58,14 @@ class HostTable : public HostObject {
                 HostValues& values) override;
 
   private:
-    std::map<std::string, Call, std::less<>> calls_;
-    std::map<std::string, Put, std::less<>> puts_;
+    struct Member {
+        Call read;
+        Put write;
+        Takes takes;
+    };
+    [[nodiscard]] const Member& find(std::string_view name) const;
+
+    std::map<std::string, Member, std::less<>> members_;
     std::string default_;
 };
 

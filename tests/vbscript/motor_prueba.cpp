@@ -201,7 +201,34 @@ TEST(Motor, ObjetosDelAnfitrion) {
     EXPECT_EQ(b.motor.error().number, 438);
     EXPECT_FALSE(b.motor.addCode("Label.Parpadear"));
     EXPECT_EQ(b.motor.error().number, 438);
+    EXPECT_FALSE(b.motor.addCode("r = Label.Caption(1)"));
+    EXPECT_EQ(b.motor.error().number, 450);
+    EXPECT_FALSE(b.motor.addCode("Label.Caption(1) = 2"));
+    EXPECT_EQ(b.motor.error().number, 450);
     ASSERT_TRUE(b.motor.addCode("Set Label = Nothing")) << "a script may shoot itself in the foot";
+}
+
+TEST(Motor, UnMetodoDelAnfitrionTomaLosArgumentosQueDice) {
+    Banco b;
+    std::size_t dados = 0;
+    auto mw = std::make_shared<HostTable>();
+    mw->method("sumar",
+               [&](std::span<const Value> args, HostValues&) {
+                   dados = args.size();
+                   return Value();
+               },
+               {1, 2});
+    b.motor.addObject("mw", mw);
+    EXPECT_TRUE(b.motor.addCode("mw.sumar 1"));
+    EXPECT_TRUE(b.motor.addCode("r = mw.sumar(1, 2)"));
+    EXPECT_EQ(dados, 2U);
+    for (const char* texto : {"mw.sumar", "mw.sumar 1, 2, 3"}) {
+        EXPECT_FALSE(b.motor.addCode(texto));
+        EXPECT_EQ(b.motor.error().number, 450) << texto;
+    }
+    EXPECT_FALSE(b.motor.addCode("mw.sumar = 1"));
+    EXPECT_EQ(b.motor.error().number, 438);
+    EXPECT_EQ(dados, 2U);
 }
 
 TEST(Motor, LosPresupuestosNoSeTragan) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/dictionary.h"
 
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/linked.h"
 #include "vbscript/values/text.h"
@@ -15,7 +15,7 @@ namespace {
 
 /// Keys in the order in which they came, found by hashing. Removed ones leave a gap until there
 /// are more gaps than keys.
-class Dictionary : public Object, public Linked {
+class Dictionary : public Native<Dictionary>, public Linked {
   public:
     explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {
         account_.grow(smallest, 7);
@@ -23,8 +23,7 @@ class Dictionary : public Object, public Linked {
     ~Dictionary() override { account_.shrink(charged_ + smallest); }
 
     [[nodiscard]] std::string typeName() const override { return "Dictionary"; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override;
+    static Members<Dictionary> members();
     bool elements(Runtime& rt, Value& list) override {
         list = listOf(rt, true);
         return true;
@@ -46,14 +45,40 @@ class Dictionary : public Object, public Linked {
     [[nodiscard]] std::size_t hashOf(const Value& key) const;
     [[nodiscard]] bool same(const Value& a, const Value& b) const;
     [[nodiscard]] std::uint32_t find(const Value& key, std::size_t hash) const;
-    Entry& add(Value key, std::size_t hash);
-    void remove(std::uint32_t at);
+    Entry& insert(Value key, std::size_t hash);
+    void erase(std::uint32_t at);
     void rebuild(std::size_t slots);
     void clear();
     [[nodiscard]] Value listOf(Runtime& rt, bool keys) const;
-    void get(Runtime& rt, Word member, std::span<Value> args, Value& result);
-    void put(Runtime& rt, Word member, bool isSet, std::span<Value> args);
-    void rename(Runtime& rt, std::span<Value> args);
+    /// Where the key is that comes first, and its hash for when it has to be put there.
+    struct Sought {
+        std::uint32_t at;
+        std::size_t hash;
+    };
+    [[nodiscard]] Sought sought(Arguments args) const;
+
+    Value item(Runtime& rt, Arguments args);
+    void letItem(Runtime& rt, Arguments args);
+    void setItem(Runtime& rt, Arguments args);
+    Value exists(Runtime& /*rt*/, Arguments args) {
+        return Value::boolean(sought(args).at != free);
+    }
+    Value add(Runtime& rt, Arguments args);
+    Value remove(Runtime& rt, Arguments args);
+    Value removeAll(Runtime& /*rt*/, Arguments /*none*/) {
+        clear();
+        return {};
+    }
+    Value count(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::longint(static_cast<std::int64_t>(count_));
+    }
+    Value keys(Runtime& rt, Arguments /*none*/) { return listOf(rt, true); }
+    Value items(Runtime& rt, Arguments /*none*/) { return listOf(rt, false); }
+    Value compareMode(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::longint(asText_ ? 1 : 0);
+    }
+    void setCompareMode(Runtime& rt, Arguments args);
+    void rename(Runtime& rt, Arguments args);
 
     std::vector<Entry> entries_;
     std::vector<std::uint32_t> slots_;
@@ -62,6 +87,23 @@ class Dictionary : public Object, public Linked {
     Memory& account_;
     std::size_t charged_ = 0;
 };
+
+Members<Dictionary> Dictionary::members() {
+    using D = Dictionary;
+    static constexpr MemberOf<D> all[] = {
+        {Word::Item, {1, 1}, &D::item, &D::letItem, &D::setItem},
+        {Word::Exists, {1, 1}, &D::exists},
+        {Word::Add, {2, 2}, &D::add},
+        {Word::Remove, {1, 1}, &D::remove},
+        {Word::Count, {0, 0}, &D::count},
+        {Word::Keys, {0, 0}, &D::keys},
+        {Word::Items, {0, 0}, &D::items},
+        {Word::RemoveAll, {0, 0}, &D::removeAll},
+        {Word::Key, {1, 1}, nullptr, &D::rename, &D::rename},
+        {Word::CompareMode, {0, 0}, &D::compareMode, &D::setCompareMode},
+    };
+    return {Word::Item, all};
+}
 
 bool isNumber(const Value& v) { return isNumericType(v.type) || v.is(Type::Date); }
 
@@ -120,7 +162,7 @@ void Dictionary::rebuild(std::size_t slots) {
     charged_ = entries_.size() * cost;
 }
 
-Dictionary::Entry& Dictionary::add(Value key, std::size_t hash) {
+Dictionary::Entry& Dictionary::insert(Value key, std::size_t hash) {
     if ((entries_.size() + 1) * 2 > slots_.size()) {
         std::size_t slots = 16;
         while (slots < (count_ + 1) * 4)
@@ -140,7 +182,7 @@ Dictionary::Entry& Dictionary::add(Value key, std::size_t hash) {
     return e;
 }
 
-void Dictionary::remove(std::uint32_t at) {
+void Dictionary::erase(std::uint32_t at) {
     Entry& e = entries_[at];
     e.there = false;
     --count_;
@@ -168,7 +210,7 @@ Value Dictionary::listOf(Runtime& rt, bool keys) const {
     return arrayOf(std::move(all));
 }
 
-void Dictionary::rename(Runtime& rt, std::span<Value> args) {
+void Dictionary::rename(Runtime& rt, Arguments args) {
     rt.spend(entries_.size() * costOfEntry);
     if (args[0].is(Type::Array)) throw Fault(errors::invalidCall);
     const std::uint32_t from = find(args[0], hashOf(args[0]));
@@ -181,78 +223,51 @@ void Dictionary::rename(Runtime& rt, std::span<Value> args) {
     rebuild(slots_.size());
 }
 
-void Dictionary::put(Runtime& rt, Word member, bool isSet, std::span<Value> args) {
-    if (member == Word::CompareMode) {
-        if (args.size() != 1) throw Fault(errors::wrongArguments);
-        const std::int64_t mode = toLong(rt, args[0]);
-        if (count_ != 0 || mode < 0 || mode > 2) throw Fault(errors::invalidCall);
-        asText_ = mode != 0;
-        clear();
-        return;
-    }
-    if (args.size() != 2) throw Fault(errors::wrongArguments);
-    if (member == Word::Key) return rename(rt, args);
-    if (member != Word::Item) throw Fault(errors::noSuchMember);
-    Value item = args[1];
-    if (!isSet && item.is(Type::Object)) item = rt.defaultOf(item);
+Dictionary::Sought Dictionary::sought(Arguments args) const {
     if (args[0].is(Type::Array)) throw Fault(errors::invalidCall);
     const std::size_t hash = hashOf(args[0]);
-    const std::uint32_t at = find(args[0], hash);
-    Entry& e = at == free ? add(args[0], hash) : entries_[at];
-    e.item.swap(item);
+    return {find(args[0], hash), hash};
 }
 
-void Dictionary::get(Runtime& rt, Word member, std::span<Value> args, Value& result) {
-    const std::size_t wanted =
-        member == Word::Add                                                        ? 2
-        : member == Word::Item || member == Word::Exists || member == Word::Remove ? 1
-                                                                                   : 0;
-    if (args.size() != wanted) throw Fault(errors::wrongArguments);
-    if (wanted > 0 && args[0].is(Type::Array)) throw Fault(errors::invalidCall);
-    const std::size_t hash = wanted > 0 ? hashOf(args[0]) : 0;
-    const std::uint32_t at = wanted > 0 ? find(args[0], hash) : free;
-    switch (member) {
-    case Word::Item:
-        result = at == free ? add(args[0], hash).item : entries_[at].item;
-        return;
-    case Word::Exists:
-        result = Value::boolean(at != free);
-        return;
-    case Word::Count:
-        result = Value::longint(static_cast<std::int64_t>(count_));
-        return;
-    case Word::Keys:
-        result = listOf(rt, true);
-        return;
-    case Word::Items:
-        result = listOf(rt, false);
-        return;
-    case Word::CompareMode:
-        result = Value::longint(asText_ ? 1 : 0);
-        return;
-    case Word::RemoveAll:
-        clear();
-        return;
-    case Word::Add:
-        if (at != free) throw Fault(errors::keyExists);
-        add(args[0], hash).item = args[1];
-        return;
-    case Word::Remove:
-        if (at == free) throw Fault(errors::elementNotFound);
-        remove(at);
-        return;
-    default:
-        throw Fault(errors::noSuchMember);
+Value Dictionary::item(Runtime& /*rt*/, Arguments args) {
+    const auto [at, hash] = sought(args);
+    return at == free ? insert(args[0], hash).item : entries_[at].item;
+}
+
+void Dictionary::setItem(Runtime& /*rt*/, Arguments args) {
+    const auto [at, hash] = sought(args);
+    Value item = args[1];
+    Entry& e = at == free ? insert(args[0], hash) : entries_[at];
+    e.item.swap(item); // so that what goes, which may run code that comes back here, goes last
+}
+
+void Dictionary::letItem(Runtime& rt, Arguments args) {
+    if (args[1].is(Type::Object)) {
+        Value item = rt.defaultOf(args[1]);
+        args[1].swap(item);
     }
+    setItem(rt, args);
 }
 
-void Dictionary::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                        Value& result) {
-    const Word m = member == 0 ? Word::Item : wordOf(member);
-    if (how == Access::Let || how == Access::Set)
-        put(rt, m, how == Access::Set, args);
-    else
-        get(rt, m, args, result);
+Value Dictionary::add(Runtime& /*rt*/, Arguments args) {
+    const auto [at, hash] = sought(args);
+    if (at != free) throw Fault(errors::keyExists);
+    insert(args[0], hash).item = args[1];
+    return {};
+}
+
+Value Dictionary::remove(Runtime& /*rt*/, Arguments args) {
+    const std::uint32_t at = sought(args).at;
+    if (at == free) throw Fault(errors::elementNotFound);
+    erase(at);
+    return {};
+}
+
+void Dictionary::setCompareMode(Runtime& rt, Arguments args) {
+    const std::int64_t mode = toLong(rt, args[0]);
+    if (count_ != 0 || mode < 0 || mode > 2) throw Fault(errors::invalidCall);
+    asText_ = mode != 0;
+    clear();
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "vbscript/library/files.h"
 
 #include "vbscript/library/builtins.h"
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -16,118 +16,124 @@ namespace {
 using What = DiskOrder::What;
 using Kind = DiskAnswer::Kind;
 
-class FileSystem : public Object {
+std::string textArg(Runtime& rt, Arguments args, std::size_t k) {
+    return toText(rt, args[k]).utf8();
+}
+
+class FileSystem : public Native<FileSystem> {
   public:
     explicit FileSystem(std::shared_ptr<Disk> disk) : disk_(std::move(disk)) {}
     [[nodiscard]] std::string typeName() const override { return "FileSystemObject"; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override;
+    static Members<FileSystem> members();
 
   private:
-    bool names(Runtime& rt, Word m, std::span<Value> args, Value& result) const;
-    void act(Runtime& rt, Word m, std::span<Value> args, Value& result) const;
-    Value open(Runtime& rt, std::span<Value> args) const;
-    Value create(Runtime& rt, std::span<Value> args) const;
-    [[nodiscard]] DiskAnswer::Kind kind(Runtime& rt, const std::string& path) const {
+    using NameOf = std::string (*)(const std::string& path);
+    template <NameOf Of>
+    Value named(Runtime& rt, Arguments args) {
+        return Value::text(Of(textArg(rt, args, 0)));
+    }
+    template <Kind Wanted>
+    Value exists(Runtime& rt, Arguments args) {
+        return Value::boolean(kind(rt, textArg(rt, args, 0)) == Wanted);
+    }
+    template <What Order>
+    Value remove(Runtime& rt, Arguments args) {
+        asked(rt, *disk_, {Order, textArg(rt, args, 0)});
+        return {};
+    }
+    Value buildPath(Runtime& rt, Arguments args);
+    Value getFile(Runtime& rt, Arguments args) { return makeFile(rt, disk_, textArg(rt, args, 0)); }
+    Value getFolder(Runtime& rt, Arguments args) {
+        return makeFolder(rt, disk_, textArg(rt, args, 0));
+    }
+    Value createFolder(Runtime& rt, Arguments args);
+    Value openTextFile(Runtime& rt, Arguments args);
+    Value createTextFile(Runtime& rt, Arguments args);
+    Value copyFile(Runtime& rt, Arguments args);
+    Value moveFile(Runtime& rt, Arguments args);
+    [[nodiscard]] Kind kind(Runtime& rt, const std::string& path) const {
         return asked(rt, *disk_, {What::Look, path}).kind;
     }
 
     std::shared_ptr<Disk> disk_;
 };
 
-bool FileSystem::names(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
-    if (m == Word::BuildPath) {
-        if (args.size() != 2) throw Fault(errors::wrongArguments);
-        std::string base = toText(rt, args[0]).utf8();
-        const std::string name = toText(rt, args[1]).utf8();
-        if (!base.empty() && base.back() != '\\' && base.back() != '/') base += '\\';
-        result = Value::text(base + name);
-        return true;
-    }
-    const bool known = m == Word::GetParentFolderName || m == Word::GetFileName ||
-                       m == Word::GetBaseName || m == Word::GetExtensionName ||
-                       m == Word::GetAbsolutePathName;
-    if (!known) return false;
-    if (args.size() != 1) throw Fault(errors::wrongArguments);
-    const std::string path = toText(rt, args[0]).utf8();
+std::string baseName(const std::string& path) {
     const std::string last = lastPart(path);
-    const std::size_t dot = last.rfind('.');
-    std::string r = path;
-    if (m == Word::GetParentFolderName) r = parentPart(path);
-    if (m == Word::GetFileName) r = last;
-    if (m == Word::GetBaseName) r = last.substr(0, dot);
-    if (m == Word::GetAbsolutePathName) r = absolutePath(path);
-    if (m == Word::GetExtensionName) r = dot == std::string::npos ? "" : last.substr(dot + 1);
-    result = Value::text(r);
-    return true;
+    return last.substr(0, last.rfind('.'));
 }
 
-Value FileSystem::open(Runtime& rt, std::span<Value> args) const {
+std::string extensionName(const std::string& path) {
+    const std::string last = lastPart(path);
+    const std::size_t dot = last.rfind('.');
+    return dot == std::string::npos ? "" : last.substr(dot + 1);
+}
+
+std::string absoluteName(const std::string& path) { return absolutePath(path); }
+
+Members<FileSystem> FileSystem::members() {
+    using F = FileSystem;
+    static constexpr MemberOf<F> all[] = {
+        {Word::FileExists, {1, 1}, &F::exists<Kind::File>},
+        {Word::OpenTextFile, {1, 4}, &F::openTextFile},
+        {Word::CreateTextFile, {1, 3}, &F::createTextFile},
+        {Word::FolderExists, {1, 1}, &F::exists<Kind::Folder>},
+        {Word::CreateFolder, {1, 1}, &F::createFolder},
+        {Word::GetFile, {1, 1}, &F::getFile},
+        {Word::GetFolder, {1, 1}, &F::getFolder},
+        {Word::BuildPath, {2, 2}, &F::buildPath},
+        {Word::GetParentFolderName, {1, 1}, &F::named<parentPart>},
+        {Word::GetFileName, {1, 1}, &F::named<lastPart>},
+        {Word::GetBaseName, {1, 1}, &F::named<baseName>},
+        {Word::GetExtensionName, {1, 1}, &F::named<extensionName>},
+        {Word::GetAbsolutePathName, {1, 1}, &F::named<absoluteName>},
+        {Word::DeleteFile, {1, 2}, &F::remove<What::RemoveFile>},
+        {Word::DeleteFolder, {1, 2}, &F::remove<What::RemoveFolder>},
+        {Word::CopyFile, {2, 3}, &F::copyFile},
+        {Word::MoveFile, {2, 2}, &F::moveFile},
+    };
+    return {Word::None, all};
+}
+
+Value FileSystem::buildPath(Runtime& rt, Arguments args) {
+    std::string base = textArg(rt, args, 0);
+    const std::string name = textArg(rt, args, 1);
+    if (!base.empty() && base.back() != '\\' && base.back() != '/') base += '\\';
+    return Value::text(base + name);
+}
+
+Value FileSystem::createFolder(Runtime& rt, Arguments args) {
+    const std::string path = textArg(rt, args, 0);
+    asked(rt, *disk_, {What::MakeFolder, path});
+    return makeFolder(rt, disk_, path);
+}
+
+Value FileSystem::openTextFile(Runtime& rt, Arguments args) {
     const std::int64_t mode = numberArg(rt, args, 1, 1);
     const bool createIt = given(args, 2) && toBool(rt, args[2]);
     const bool unicode = numberArg(rt, args, 3, 0) == -1;
-    return openAs(rt, disk_, toText(rt, args[0]).utf8(), mode, createIt, unicode);
+    return openAs(rt, disk_, textArg(rt, args, 0), mode, createIt, unicode);
 }
 
-Value FileSystem::create(Runtime& rt, std::span<Value> args) const {
-    const std::string path = toText(rt, args[0]).utf8();
+Value FileSystem::createTextFile(Runtime& rt, Arguments args) {
+    const std::string path = textArg(rt, args, 0);
     const bool overwrite = !given(args, 1) || toBool(rt, args[1]);
     const bool unicode = given(args, 2) && toBool(rt, args[2]);
     if (!overwrite && kind(rt, path) != Kind::Nothing) throw Fault(errors::fileExists);
     return openTextStream(rt, disk_, path, FileMode::Write, unicode, 0);
 }
 
-void FileSystem::act(Runtime& rt, Word m, std::span<Value> args, Value& result) const {
-    const std::string first = toText(rt, args[0]).utf8();
-    switch (m) {
-    case Word::FileExists:
-        result = Value::boolean(kind(rt, first) == Kind::File);
-        return;
-    case Word::FolderExists:
-        result = Value::boolean(kind(rt, first) == Kind::Folder);
-        return;
-    case Word::CreateFolder:
-        asked(rt, *disk_, {What::MakeFolder, first});
-        result = makeFolder(rt, disk_, first);
-        return;
-    case Word::GetFile:
-        result = makeFile(rt, disk_, first);
-        return;
-    case Word::GetFolder:
-        result = makeFolder(rt, disk_, first);
-        return;
-    case Word::OpenTextFile:
-        result = open(rt, args);
-        return;
-    case Word::CreateTextFile:
-        result = create(rt, args);
-        return;
-    case Word::DeleteFile:
-        asked(rt, *disk_, {What::RemoveFile, first});
-        return;
-    case Word::DeleteFolder:
-        asked(rt, *disk_, {What::RemoveFolder, first});
-        return;
-    case Word::CopyFile:
-    case Word::MoveFile: {
-        if (args.size() < 2) throw Fault(errors::wrongArguments);
-        const bool over = !given(args, 2) || toBool(rt, args[2]);
-        const What what = m == Word::MoveFile ? What::Move : over ? What::CopyOver : What::Copy;
-        asked(rt, *disk_, {what, first, toText(rt, args[1]).utf8()});
-        return;
-    }
-    default:
-        throw Fault(errors::noSuchMember);
-    }
+Value FileSystem::copyFile(Runtime& rt, Arguments args) {
+    const std::string from = textArg(rt, args, 0);
+    const bool over = !given(args, 2) || toBool(rt, args[2]);
+    asked(rt, *disk_, {over ? What::CopyOver : What::Copy, from, textArg(rt, args, 1)});
+    return {};
 }
 
-void FileSystem::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                        Value& result) {
-    if (how == Access::Let || how == Access::Set || member == 0) throw Fault(errors::noSuchMember);
-    if (names(rt, wordOf(member), args, result)) return;
-    if (args.empty() || args.size() > 4)
-        throw Fault(member > atomOf(Word::Close) ? errors::noSuchMember : errors::wrongArguments);
-    act(rt, wordOf(member), args, result);
+Value FileSystem::moveFile(Runtime& rt, Arguments args) {
+    const std::string from = textArg(rt, args, 0);
+    asked(rt, *disk_, {What::Move, from, textArg(rt, args, 1)});
+    return {};
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/matches.h"
 
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 
 namespace vbscript {
@@ -9,68 +9,66 @@ namespace vbscript {
 namespace {
 
 /// A read-only list: Count, Item (default), For Each.
-class List : public Object {
+class List : public Native<List> {
   public:
     List(const char* name, Value items) : name_(name), items_(std::move(items)) {}
     [[nodiscard]] std::string typeName() const override { return name_; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override {
-        if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
-        const auto& all = items_.a->items;
-        if (wordOf(member) == Word::Count) {
-            result = Value::longint(static_cast<std::int64_t>(all.size()));
-        } else if (member == 0 || wordOf(member) == Word::Item) {
-            if (args.size() != 1) throw Fault(errors::wrongArguments);
-            const std::int64_t k = toLong(rt, args[0]);
-            if (k < 0 || k >= static_cast<std::int64_t>(all.size()))
-                throw Fault(errors::invalidCall);
-            result = all[static_cast<std::size_t>(k)];
-        } else {
-            throw Fault(errors::noSuchMember);
-        }
-    }
     bool elements(Runtime&, Value& list) override {
         list = items_;
         return true;
     }
+    static Members<List> members() {
+        static constexpr MemberOf<List> all[] = {
+            {Word::Item, {1, 1}, &List::item},
+            {Word::Count, {0, 0}, &List::count},
+        };
+        return {Word::Item, all};
+    }
 
   private:
+    Value item(Runtime& rt, Arguments args) {
+        const auto& all = items_.a->items;
+        const std::int64_t k = toLong(rt, args[0]);
+        if (k < 0 || k >= static_cast<std::int64_t>(all.size())) throw Fault(errors::invalidCall);
+        return all[static_cast<std::size_t>(k)];
+    }
+    Value count(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::longint(static_cast<std::int64_t>(items_.a->items.size()));
+    }
+
     const char* name_;
     Value items_;
 };
 
-class Match : public Object {
+class Match : public Native<Match> {
   public:
     Match(Value text, std::size_t at, Value groups)
         : text_(std::move(text)), at_(at), groups_(std::move(groups)) {}
     [[nodiscard]] std::string typeName() const override { return "IMatch2"; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override {
-        if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
-        if (!args.empty() && wordOf(member) == Word::SubMatches) {
-            groups_.o->access(rt, 0, how, args, result);
-            return;
-        }
-        if (!args.empty()) throw Fault(errors::wrongArguments);
-        switch (member == 0 ? Word::Value : wordOf(member)) {
-        case Word::Value:
-            result = text_;
-            return;
-        case Word::FirstIndex:
-            result = Value::longint(static_cast<std::int64_t>(at_));
-            return;
-        case Word::Length:
-            result = Value::longint(static_cast<std::int64_t>(text_.chars().size()));
-            return;
-        case Word::SubMatches:
-            result = groups_;
-            return;
-        default:
-            throw Fault(errors::noSuchMember);
-        }
+    static Members<Match> members() {
+        static constexpr MemberOf<Match> all[] = {
+            {Word::Value, {0, 0}, &Match::value},
+            {Word::SubMatches, {0, 1}, &Match::subMatches},
+            {Word::FirstIndex, {0, 0}, &Match::firstIndex},
+            {Word::Length, {0, 0}, &Match::length},
+        };
+        return {Word::Value, all};
     }
 
   private:
+    Value value(Runtime& /*rt*/, Arguments /*none*/) { return text_; }
+    Value firstIndex(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::longint(static_cast<std::int64_t>(at_));
+    }
+    Value length(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::longint(static_cast<std::int64_t>(text_.chars().size()));
+    }
+    Value subMatches(Runtime& rt, Arguments args) {
+        Value result = groups_;
+        if (!args.empty()) groups_.o->access(rt, 0, Access::Get, args, result);
+        return result;
+    }
+
     Value text_;
     std::size_t at_;
     Value groups_;

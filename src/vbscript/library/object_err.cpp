@@ -2,7 +2,7 @@
 #include "vbscript/library/object_err.h"
 
 #include "vbscript/library/builtins.h"
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -18,7 +18,8 @@ struct Result {
     int number;
 };
 
-// What automation's results are called in the language, ordered by code.
+// What automation's results are called in the language, ordered by code: number by number, most of
+// them without another use, and so without a name. What each says stands in errorText's table.
 constexpr Result results[] = {
     {0x80004001, 445}, {0x80004002, 430}, {0x80020001, 438}, {0x80020003, 438},   {0x80020004, 448},
     {0x80020005, 13},  {0x80020006, 438}, {0x80020007, 446}, {0x80020008, 458},   {0x8002000A, 6},
@@ -51,68 +52,51 @@ std::string textFor(Runtime& rt, const Value& v) {
     return utf8(t.chars().substr(0, longest));
 }
 
-} // namespace
+class ErrObject : public Native<ErrObject> {
+  public:
+    [[nodiscard]] std::string typeName() const override { return "Object"; }
+    static Members<ErrObject> members();
 
-void ErrObject::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
-    if (how == Access::Let) {
-        if (args.size() != 1) throw Fault(errors::wrongArguments);
-        assign(rt, member, args[0]);
-        return;
+  private:
+    template <int ErrState::*Field>
+    Value number(Runtime& rt, Arguments /*none*/) {
+        return Value::longint(rt.err.*Field);
     }
-    if (how == Access::Set) throw Fault(errors::noSuchMember);
-    const ErrState& e = rt.err;
-    switch (member == 0 ? Word::Number : wordOf(member)) {
-    case Word::Number:
-        result = Value::longint(e.number);
-        return;
-    case Word::Description:
-        result = Value::text(e.description);
-        return;
-    case Word::Source:
-        result = Value::text(e.source);
-        return;
-    case Word::HelpFile:
-        result = Value::text(e.helpFile);
-        return;
-    case Word::HelpContext:
-        result = Value::longint(e.helpContext);
-        return;
-    case Word::Clear:
+    template <int ErrState::*Field>
+    void setNumber(Runtime& rt, Arguments args) {
+        rt.err.*Field = static_cast<int>(toLong(rt, args[0]));
+    }
+    template <std::string ErrState::*Field>
+    Value text(Runtime& rt, Arguments /*none*/) {
+        return Value::text(rt.err.*Field);
+    }
+    template <std::string ErrState::*Field>
+    void setText(Runtime& rt, Arguments args) {
+        rt.err.*Field = textFor(rt, args[0]);
+    }
+    Value clear(Runtime& rt, Arguments /*none*/) {
         rt.err.clear();
-        return;
-    case Word::Raise:
-        raise(rt, args);
-        return;
-    default:
-        throw Fault(errors::noSuchMember);
+        return {};
     }
+    Value raise(Runtime& rt, Arguments args);
+};
+
+Members<ErrObject> ErrObject::members() {
+    using E = ErrObject;
+    using S = ErrState;
+    static constexpr MemberOf<E> all[] = {
+        {Word::Number, {0, 0}, &E::number<&S::number>, &E::setNumber<&S::number>},
+        {Word::Description, {0, 0}, &E::text<&S::description>, &E::setText<&S::description>},
+        {Word::Clear, {0, 0}, &E::clear},
+        {Word::Raise, {1, 5}, &E::raise},
+        {Word::Source, {0, 0}, &E::text<&S::source>, &E::setText<&S::source>},
+        {Word::HelpFile, {0, 0}, &E::text<&S::helpFile>, &E::setText<&S::helpFile>},
+        {Word::HelpContext, {0, 0}, &E::number<&S::helpContext>, &E::setNumber<&S::helpContext>},
+    };
+    return {Word::Number, all};
 }
 
-void ErrObject::assign(Runtime& rt, Atom member, const Value& v) {
-    ErrState& e = rt.err;
-    switch (member == 0 ? Word::Number : wordOf(member)) {
-    case Word::Number:
-        e.number = static_cast<int>(toLong(rt, v));
-        return;
-    case Word::Description:
-        e.description = textFor(rt, v);
-        return;
-    case Word::Source:
-        e.source = textFor(rt, v);
-        return;
-    case Word::HelpFile:
-        e.helpFile = textFor(rt, v);
-        return;
-    case Word::HelpContext:
-        e.helpContext = static_cast<int>(toLong(rt, v));
-        return;
-    default:
-        throw Fault(errors::noSuchMember);
-    }
-}
-
-void ErrObject::raise(Runtime& rt, std::span<Value> args) {
-    if (args.empty() || args.size() > 5) throw Fault(errors::wrongArguments);
+Value ErrObject::raise(Runtime& rt, Arguments args) {
     const std::int64_t n = numberOfResult(toLong(rt, args[0]));
     if (n == 0 || n > 65535) throw Fault(errors::invalidCall);
     Fault f(static_cast<int>(n));
@@ -126,5 +110,9 @@ void ErrObject::raise(Runtime& rt, std::span<Value> args) {
     if (given(args, 4)) f.helpContext = static_cast<int>(toLong(rt, args[4]));
     throw f;
 }
+
+} // namespace
+
+Value makeErr() { return Value::object(new ErrObject); }
 
 } // namespace vbscript

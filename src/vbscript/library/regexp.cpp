@@ -3,7 +3,7 @@
 #include "vbscript/library/regexp.h"
 
 #include "vbscript/library/matches.h"
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -96,23 +96,39 @@ class Subject {
     std::vector<std::uint32_t> marks_;
 };
 
-class RegExp : public Object {
+class RegExp : public Native<RegExp> {
   public:
     ~RegExp() override { forget(); }
     [[nodiscard]] std::string typeName() const override { return "IRegExp2"; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override;
+    static Members<RegExp> members();
 
   private:
-    void assign(Runtime& rt, Word member, const Value& v);
     void compile(Runtime& rt);
     void forget();
     bool match(Runtime& rt, const Subject& subject, std::size_t from);
     [[nodiscard]] Found found(const Subject& subject) const;
-    Value execute(Runtime& rt, const Value& text);
-    Value replace(Runtime& rt, const Value& text, const Value& with);
     template <class Each>
     void every(Runtime& rt, const Subject& subject, Each each);
+
+    Value test(Runtime& rt, Arguments args);
+    Value execute(Runtime& rt, Arguments args);
+    Value replace(Runtime& rt, Arguments args);
+    Value pattern(Runtime& /*rt*/, Arguments /*none*/) { return Value::string(pattern_); }
+    void setPattern(Runtime& rt, Arguments args) {
+        pattern_ = std::u16string(toText(rt, args[0]).chars());
+        forget();
+    }
+    template <bool RegExp::*Option>
+    Value option(Runtime& /*rt*/, Arguments /*none*/) {
+        return Value::boolean(this->*Option);
+    }
+    void setGlobal(Runtime& rt, Arguments args) { global_ = toBool(rt, args[0]); }
+    /// One that the compiled pattern depends on.
+    template <bool RegExp::*Option>
+    void setOption(Runtime& rt, Arguments args) {
+        this->*Option = toBool(rt, args[0]);
+        forget();
+    }
 
     std::u16string pattern_;
     bool global_ = false, ignoreCase_ = false, multiline_ = false;
@@ -123,6 +139,20 @@ class RegExp : public Object {
     Memory& account_ = Memory::current();
     std::size_t charged_ = 0;
 };
+
+Members<RegExp> RegExp::members() {
+    using R = RegExp;
+    static constexpr MemberOf<R> all[] = {
+        {Word::Test, {1, 1}, &R::test},
+        {Word::Execute, {1, 1}, &R::execute},
+        {Word::Replace, {2, 2}, &R::replace},
+        {Word::Pattern, {0, 0}, &R::pattern, &R::setPattern},
+        {Word::Global, {0, 0}, &R::option<&R::global_>, &R::setGlobal},
+        {Word::IgnoreCase, {0, 0}, &R::option<&R::ignoreCase_>, &R::setOption<&R::ignoreCase_>},
+        {Word::Multiline, {0, 0}, &R::option<&R::multiline_>, &R::setOption<&R::multiline_>},
+    };
+    return {Word::None, all};
+}
 
 void RegExp::forget() {
     code_.reset();
@@ -251,14 +281,24 @@ void RegExp::every(Runtime& rt, const Subject& subject, Each each) {
     }
 }
 
-Value RegExp::execute(Runtime& rt, const Value& text) {
+// Here and below: arguments become texts first, which may run code that changes the pattern.
+Value RegExp::test(Runtime& rt, Arguments args) {
+    const Subject subject(rt, toText(rt, args[0]).chars());
+    compile(rt);
+    return Value::boolean(match(rt, subject, 0));
+}
+
+Value RegExp::execute(Runtime& rt, Arguments args) {
+    const Value text = toText(rt, args[0]);
     const Subject subject(rt, text.chars());
     std::vector<Value> all;
     every(rt, subject, [&](const Found& f) { all.push_back(makeMatch(text, f)); });
     return makeMatches(std::move(all));
 }
 
-Value RegExp::replace(Runtime& rt, const Value& text, const Value& with) {
+Value RegExp::replace(Runtime& rt, Arguments args) {
+    const Value text = toText(rt, args[0]);
+    const Value with = toText(rt, args[1]);
     const Subject subject(rt, text.chars());
     Value out = Value::string({});
     std::size_t done = 0;
@@ -269,69 +309,6 @@ Value RegExp::replace(Runtime& rt, const Value& text, const Value& with) {
     });
     appendTo(out, text.chars().substr(done));
     return out;
-}
-
-void RegExp::assign(Runtime& rt, Word member, const Value& v) {
-    switch (member) {
-    case Word::Pattern:
-        pattern_ = std::u16string(toText(rt, v).chars());
-        break;
-    case Word::Global:
-        global_ = toBool(rt, v);
-        return;
-    case Word::IgnoreCase:
-        ignoreCase_ = toBool(rt, v);
-        break;
-    case Word::Multiline:
-        multiline_ = toBool(rt, v);
-        break;
-    default:
-        throw Fault(errors::noSuchMember);
-    }
-    forget();
-}
-
-void RegExp::access(Runtime& rt, Atom member, Access how, std::span<Value> args, Value& result) {
-    const Word m = wordOf(member);
-    if (how == Access::Set) throw Fault(errors::noSuchMember);
-    if (how == Access::Let) {
-        if (args.size() != 1) throw Fault(errors::wrongArguments);
-        assign(rt, m, args[0]);
-        return;
-    }
-    const std::size_t wanted = m == Word::Replace                      ? 2
-                               : m == Word::Test || m == Word::Execute ? 1
-                                                                       : 0;
-    if (args.size() != wanted) throw Fault(errors::wrongArguments);
-    switch (m) {
-    case Word::Pattern:
-        result = Value::string(pattern_);
-        return;
-    case Word::Global:
-        result = Value::boolean(global_);
-        return;
-    case Word::IgnoreCase:
-        result = Value::boolean(ignoreCase_);
-        return;
-    case Word::Multiline:
-        result = Value::boolean(multiline_);
-        return;
-    case Word::Execute:
-        result = execute(rt, toText(rt, args[0]));
-        return;
-    case Word::Replace:
-        result = replace(rt, toText(rt, args[0]), toText(rt, args[1]));
-        return;
-    case Word::Test: {
-        compile(rt);
-        const Value text = toText(rt, args[0]);
-        const Subject subject(rt, text.chars());
-        result = Value::boolean(match(rt, subject, 0));
-        return;
-    }
-    default:
-        throw Fault(errors::noSuchMember);
-    }
 }
 
 } // namespace

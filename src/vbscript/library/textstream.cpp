@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/library/files.h"
-#include "vbscript/surroundings/errors.h"
+#include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
 #include "vbscript/values/text.h"
 
@@ -14,27 +14,79 @@ using What = DiskOrder::What;
 
 constexpr std::u16string_view lineEnd = u"\r\n";
 
-class TextStream : public Object {
+class TextStream : public Native<TextStream> {
   public:
     TextStream(std::shared_ptr<Disk> disk, std::string path, bool reading, bool unicode)
         : disk_(std::move(disk)), path_(std::move(path)), reading_(reading), unicode_(unicode) {}
     ~TextStream() override { account_.shrink(charged_); }
     [[nodiscard]] std::string typeName() const override { return "TextStream"; }
-    void access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                Value& result) override;
+    static Members<TextStream> members();
 
     void open(Runtime& rt, FileMode mode, std::uint64_t size);
 
   private:
     void load(Runtime& rt, std::uint64_t size);
     void charge(std::uint64_t characters);
-    bool read(Runtime& rt, Word m, std::span<Value> args, Value& result);
-    bool write(Runtime& rt, Word m, std::span<Value> args);
     void put(Runtime& rt, std::u16string_view text);
     void append(Runtime& rt, std::string_view bytes);
-    std::u16string line();
+    std::u16string nextLine();
+    std::u16string_view next(Runtime& rt, Arguments args);
+    void pass(std::size_t characters) {
+        at_ += characters;
+        column_ += static_cast<std::int64_t>(characters);
+    }
     [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
-    void close();
+
+    // Asked when the arguments are known: a script's object that gives one may close this stream.
+    void openFor(bool reading) const {
+        if (!open_) throw Fault(errors::badFileName);
+        if (reading != reading_) throw Fault(errors::badFileMode);
+    }
+    void somethingToRead() const {
+        openFor(true);
+        if (atEnd()) throw Fault(errors::inputPastEnd);
+    }
+
+    Value read(Runtime& rt, Arguments args) {
+        const auto characters = next(rt, args);
+        Value text = Value::string(characters); // where that fails, nothing has been read
+        pass(characters.size());
+        return text;
+    }
+    Value skip(Runtime& rt, Arguments args) {
+        pass(next(rt, args).size());
+        return {};
+    }
+    Value readLine(Runtime& /*rt*/, Arguments /*none*/) {
+        somethingToRead();
+        return Value::string(nextLine());
+    }
+    Value skipLine(Runtime& /*rt*/, Arguments /*none*/) {
+        somethingToRead();
+        nextLine();
+        return {};
+    }
+    Value readAll(Runtime& rt, Arguments none);
+    Value atEndOfStream(Runtime& /*rt*/, Arguments /*none*/) {
+        openFor(true);
+        return Value::boolean(atEnd());
+    }
+    Value atEndOfLine(Runtime& /*rt*/, Arguments /*none*/) {
+        openFor(true);
+        return Value::boolean(atEnd() || text_[at_] == '\n' || text_[at_] == '\r');
+    }
+    Value write(Runtime& rt, Arguments args);
+    Value writeLine(Runtime& rt, Arguments args);
+    Value writeBlankLines(Runtime& rt, Arguments args);
+    Value line(Runtime& /*rt*/, Arguments /*none*/) {
+        openFor(reading_);
+        return Value::longint(line_);
+    }
+    Value column(Runtime& /*rt*/, Arguments /*none*/) {
+        openFor(reading_);
+        return Value::longint(column_);
+    }
+    Value close(Runtime& rt, Arguments none);
 
     std::shared_ptr<Disk> disk_;
     std::string path_;
@@ -48,6 +100,26 @@ class TextStream : public Object {
     Memory& account_ = Memory::current();
     std::size_t charged_ = 0;
 };
+
+Members<TextStream> TextStream::members() {
+    using T = TextStream;
+    static constexpr MemberOf<T> all[] = {
+        {Word::ReadLine, {0, 0}, &T::readLine},
+        {Word::AtEndOfStream, {0, 0}, &T::atEndOfStream},
+        {Word::WriteLine, {0, 1}, &T::writeLine},
+        {Word::Write, {1, 1}, &T::write},
+        {Word::WriteBlankLines, {1, 1}, &T::writeBlankLines},
+        {Word::Read, {1, 1}, &T::read},
+        {Word::ReadAll, {0, 0}, &T::readAll},
+        {Word::Skip, {1, 1}, &T::skip},
+        {Word::SkipLine, {0, 0}, &T::skipLine},
+        {Word::AtEndOfLine, {0, 0}, &T::atEndOfLine},
+        {Word::Line, {0, 0}, &T::line},
+        {Word::Column, {0, 0}, &T::column},
+        {Word::Close, {0, 0}, &T::close},
+    };
+    return {Word::None, all};
+}
 
 void TextStream::open(Runtime& rt, FileMode mode, std::uint64_t size) {
     if (reading_) return load(rt, size);
@@ -78,14 +150,7 @@ void TextStream::load(Runtime& rt, std::uint64_t size) {
     }
 }
 
-void TextStream::close() {
-    open_ = false;
-    std::u16string().swap(text_); // what is given back to the account is given back indeed
-    account_.shrink(charged_);
-    charged_ = 0;
-}
-
-std::u16string TextStream::line() {
+std::u16string TextStream::nextLine() {
     const std::size_t end = text_.find(u'\n', at_);
     std::u16string r = text_.substr(at_, end == std::u16string::npos ? end : end - at_);
     at_ = end == std::u16string::npos ? text_.size() : end + 1;
@@ -116,79 +181,53 @@ void TextStream::append(Runtime& rt, std::string_view bytes) {
     size_ += bytes.size();
 }
 
-bool TextStream::read(Runtime& rt, Word m, std::span<Value> args, Value& result) {
-    if (m == Word::AtEndOfStream) {
-        result = Value::boolean(atEnd());
-        return true;
-    }
-    if (m == Word::AtEndOfLine) {
-        result = Value::boolean(atEnd() || text_[at_] == '\n' || text_[at_] == '\r');
-        return true;
-    }
-    const bool counted = m == Word::Read || m == Word::Skip;
-    if (!counted && m != Word::ReadLine && m != Word::ReadAll && m != Word::SkipLine) return false;
-    if (args.size() != (counted ? 1U : 0U)) throw Fault(errors::wrongArguments);
-    if (atEnd()) throw Fault(errors::inputPastEnd);
-    if (m == Word::ReadAll) {
-        result = Value::string(std::u16string_view(text_).substr(at_));
-        at_ = text_.size();
-    } else if (counted) {
-        const std::int64_t n = toLong(rt, args[0]);
-        if (n < 0) throw Fault(errors::invalidCall);
-        const auto part = std::u16string_view(text_).substr(at_, static_cast<std::size_t>(n));
-        if (m == Word::Read) result = Value::string(part);
-        at_ += part.size();
-        column_ += static_cast<std::int64_t>(part.size());
-    } else {
-        const std::u16string l = line();
-        if (m == Word::ReadLine) result = Value::string(l);
-    }
-    return true;
+/// As many characters as the argument says, or what there still is.
+std::u16string_view TextStream::next(Runtime& rt, Arguments args) {
+    const std::int64_t n = toLong(rt, args[0]);
+    somethingToRead();
+    if (n < 0) throw Fault(errors::invalidCall);
+    return std::u16string_view(text_).substr(at_, static_cast<std::size_t>(n));
 }
 
-bool TextStream::write(Runtime& rt, Word m, std::span<Value> args) {
-    if (m != Word::Write && m != Word::WriteLine && m != Word::WriteBlankLines) return false;
-    if (args.size() > 1 || (args.empty() && m != Word::WriteLine))
-        throw Fault(errors::wrongArguments);
-    if (m == Word::WriteBlankLines) {
-        const std::int64_t n = toLong(rt, args[0]);
-        if (n < 0 || n > 100000) throw Fault(errors::invalidCall);
-        std::u16string lines;
-        for (std::int64_t k = 0; k < n; ++k)
-            lines += lineEnd;
-        put(rt, lines);
-        return true;
-    }
+Value TextStream::readAll(Runtime& /*rt*/, Arguments /*none*/) {
+    somethingToRead();
+    Value rest = Value::string(std::u16string_view(text_).substr(at_));
+    at_ = text_.size();
+    return rest;
+}
+
+Value TextStream::write(Runtime& rt, Arguments args) {
+    const Value text = toText(rt, args[0]);
+    openFor(false);
+    put(rt, text.chars());
+    return {};
+}
+
+Value TextStream::writeLine(Runtime& rt, Arguments args) {
     std::u16string text;
     if (!args.empty()) text = toText(rt, args[0]).chars();
-    if (m == Word::WriteLine) text += lineEnd;
-    put(rt, text);
-    return true;
+    openFor(false);
+    put(rt, text.append(lineEnd));
+    return {};
 }
 
-void TextStream::access(Runtime& rt, Atom member, Access how, std::span<Value> args,
-                        Value& result) {
-    if (how == Access::Let || how == Access::Set) throw Fault(errors::noSuchMember);
-    const Word m = wordOf(member);
-    if (m == Word::Close) {
-        close();
-        return;
-    }
-    if (!open_) throw Fault(errors::badFileName);
-    if (m == Word::Line) {
-        result = Value::longint(line_);
-    } else if (m == Word::Column) {
-        result = Value::longint(column_);
-    } else if (reading_) {
-        if (!read(rt, m, args, result)) {
-            throw Fault(m == Word::Write || m == Word::WriteLine || m == Word::WriteBlankLines
-                            ? errors::badFileMode
-                            : errors::noSuchMember);
-        }
-    } else if (!write(rt, m, args)) {
-        throw Fault(m >= Word::ReadLine && m <= Word::AtEndOfLine ? errors::badFileMode
-                                                                  : errors::noSuchMember);
-    }
+Value TextStream::writeBlankLines(Runtime& rt, Arguments args) {
+    const std::int64_t n = toLong(rt, args[0]);
+    openFor(false);
+    if (n < 0 || n > 100000) throw Fault(errors::invalidCall);
+    std::u16string lines;
+    for (std::int64_t k = 0; k < n; ++k)
+        lines += lineEnd;
+    put(rt, lines);
+    return {};
+}
+
+Value TextStream::close(Runtime& /*rt*/, Arguments /*none*/) {
+    open_ = false;
+    std::u16string().swap(text_); // what is given back to the account is given back indeed
+    account_.shrink(charged_);
+    charged_ = 0;
+    return {};
 }
 
 } // namespace
