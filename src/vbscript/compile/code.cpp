@@ -42,7 +42,7 @@ std::size_t Unit::bytes() const {
 
 void Unit::charge() {
     const std::size_t all = bytes();
-    account.grow(all, 7);
+    account.grow(all);
     charged = all;
 }
 

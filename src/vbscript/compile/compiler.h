@@ -31,7 +31,7 @@ class MadeNames {
         return at == made_.end() ? nullptr : at->second.get();
     }
     void make(Atom name) {
-        account_.grow(cost, 7);
+        account_.grow(cost);
         made_[name] = std::make_unique<Value>();
     }
 

@@ -42,7 +42,7 @@ class Globals {
         if (name >= byAtom_.size()) byAtom_.resize(name + name / 2 + 64, unknown);
         std::uint32_t& s = byAtom_[name];
         if (s == unknown) {
-            Memory::current().grow(sizeof(Global), 7);
+            Memory::current().grow(sizeof(Global));
             if (size_ % pieceSize == 0) pieces_.push_back(std::make_unique<Piece>());
             s = size_++;
             (*this)[s].name = name;

@@ -18,7 +18,7 @@ namespace {
 class Dictionary : public Native<Dictionary>, public Linked {
   public:
     explicit Dictionary(Linked& ring) : Linked(ring), account_(Memory::current()) {
-        account_.grow(smallest, 7);
+        account_.grow(smallest);
     }
     ~Dictionary() override { account_.shrink(charged_ + smallest); }
 
@@ -169,7 +169,7 @@ Dictionary::Entry& Dictionary::insert(Value key, std::size_t hash) {
             slots *= 2;
         rebuild(slots);
     }
-    account_.grow(cost, 7);
+    account_.grow(cost);
     charged_ += cost;
     std::size_t k = hash & (slots_.size() - 1);
     while (slots_[k] != free)

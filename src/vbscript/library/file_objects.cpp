@@ -27,7 +27,7 @@ class Entry : public Native<Entry> {
   public:
     Entry(std::shared_ptr<Disk> disk, std::string path)
         : disk_(std::move(disk)), path_(std::move(path)) {
-        account_.grow(path_.size(), 7);
+        account_.grow(path_.size());
         charged_ = path_.size();
     }
     ~Entry() override { account_.shrink(charged_); }

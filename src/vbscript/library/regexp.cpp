@@ -190,7 +190,7 @@ void RegExp::compile(Runtime& rt) {
     std::size_t size = 0;
     pcre2_pattern_info(code_.get(), PCRE2_INFO_SIZE, &size);
     try {
-        account_.grow(size, 7);
+        account_.grow(size);
     } catch (...) {
         code_.reset();
         throw;

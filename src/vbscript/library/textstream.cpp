@@ -129,7 +129,7 @@ void TextStream::open(Runtime& rt, FileMode mode, std::uint64_t size) {
 }
 
 void TextStream::charge(std::uint64_t characters) {
-    account_.grow(characters * sizeof(char16_t), 7);
+    account_.grow(characters * sizeof(char16_t));
     charged_ += characters * sizeof(char16_t);
 }
 

@@ -21,7 +21,7 @@ Instance::Instance(Machine& machine, const ClassInfo& cls, Linked& ring)
         items_ += variables_[k].a->items.size();
     }
     // Last: nobody would give it back if anything before had failed.
-    account_.grow(bytes, 7);
+    account_.grow(bytes);
     charged_ = bytes;
 }
 

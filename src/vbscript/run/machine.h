@@ -6,6 +6,7 @@
 #include "vbscript/compile/library.h"
 #include "vbscript/run/instance.h"
 #include "vbscript/run/registers.h"
+#include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/line_sink.h"
 #include "vbscript/values/runtime.h"
 
@@ -225,7 +226,8 @@ class Machine : public Runtime {
 
     // Arrays and members (machine_access.cpp).
     static std::size_t offset(Runtime& rt, const ArrayData& a, std::span<Value> indexes);
-    Value indexed(const Value& base, std::span<Value> indexes, int notIndexed = 13);
+    Value indexed(const Value& base, std::span<Value> indexes,
+                  int notIndexed = errors::typeMismatch);
     void setIndexed(Value& base, std::span<Value> indexes, Value v, bool isSet);
     Value forStore(Value v, bool isSet);
     void getInstance(Instance& o, const Instruction& i);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/surroundings/fault.h"
 
+#include "vbscript/surroundings/errors.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -148,12 +150,12 @@ std::string_view errorText(int number) {
 int budgetNumber(BudgetKind kind) {
     switch (kind) {
     case BudgetKind::Memory:
-        return 7;
+        return errors::outOfMemory;
     case BudgetKind::Time:
     case BudgetKind::Steps:
         break;
     }
-    return 17; // there is no classic number: the classic host asked its user
+    return errors::cannotPerform; // there is no classic number: the classic host asked its user
 }
 
 std::string_view budgetText(BudgetKind kind) {

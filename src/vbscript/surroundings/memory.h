@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "vbscript/surroundings/errors.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,10 +21,10 @@ class Memory {
 
     /// Throws Fault `tooBig` when `bytes` alone exceeds the limit, which a script may handle, and
     /// BudgetFault when all together do, which it may not. Nothing has been allocated by then.
-    void take(std::size_t bytes, int tooBig);
+    void take(std::size_t bytes, int tooBig = errors::outOfMemory);
     void giveBack(std::size_t bytes);
     /// A container's bookkeeping changes size: charged without adding a cell.
-    void grow(std::size_t bytes, int tooBig);
+    void grow(std::size_t bytes, int tooBig = errors::outOfMemory);
     void shrink(std::size_t bytes) { used_ -= bytes; }
 
     [[nodiscard]] std::size_t used() const { return used_; }

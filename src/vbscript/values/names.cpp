@@ -51,7 +51,7 @@ Atom Names::of(std::string_view name) {
     // Names are never given up: a script that makes new ones without end has to run into its
     // budget.
     constexpr std::size_t bookkeeping = 120;
-    Memory::current().grow(name.size() + bookkeeping, 7);
+    Memory::current().grow(name.size() + bookkeeping);
     const auto a = static_cast<Atom>(texts_.size());
     texts_.emplace_back(name);
     atoms_.emplace(texts_.back(), a);

@@ -7,7 +7,7 @@ namespace {
 constexpr std::size_t plainObject = 96; // about what one costs besides its contents
 }
 
-Object::Object() : account_(&Memory::current()) { account_->take(plainObject, 7); }
+Object::Object() : account_(&Memory::current()) { account_->take(plainObject); }
 Object::~Object() { account_->giveBack(plainObject); }
 
 void Object::free(Object* o) {

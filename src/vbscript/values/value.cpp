@@ -28,7 +28,9 @@ thread_local std::vector<Value>* waiting = nullptr;
 /// A charge to the current account that goes back unless what it is for gets made.
 class Charge {
   public:
-    Charge(std::size_t bytes, int tooBig) : bytes_(bytes) { account_.take(bytes, tooBig); }
+    explicit Charge(std::size_t bytes, int tooBig = errors::outOfMemory) : bytes_(bytes) {
+        account_.take(bytes, tooBig);
+    }
     ~Charge() {
         if (open_) account_.giveBack(bytes_);
     }
@@ -62,7 +64,7 @@ std::size_t roomToGrow(std::size_t length) {
 StringData* StringData::make(std::size_t length, std::size_t capacity) {
     if (capacity > 0x7FFFFFF0U) throw Fault(errors::outOfStringSpace);
     const std::size_t bytes = sizeof(StringData) + capacity * sizeof(char16_t);
-    Charge charge(bytes + overhead, 14);
+    Charge charge(bytes + overhead, errors::outOfStringSpace);
     auto* s = static_cast<StringData*>(::operator new(bytes));
     s->refs = 0;
     s->length = static_cast<std::uint32_t>(length);
@@ -87,7 +89,7 @@ std::size_t ArrayData::bytesFor(const std::vector<std::uint32_t>& extents) {
 
 ArrayData* ArrayData::make(std::vector<std::uint32_t> extents, bool fixed) {
     const std::size_t bytes = bytesFor(extents);
-    Charge charge(bytes, 7);
+    Charge charge(bytes);
     auto a = std::make_unique<ArrayData>();
     a->fixed = fixed;
     a->items.resize((bytes - sizeof(ArrayData)) / sizeof(Value));
@@ -123,7 +125,7 @@ void ArrayData::resizeLast(std::uint32_t extent) {
     std::vector<Value> gone;
     if (count < items.size()) gone.reserve(items.size() - count);
     if (after > before) {
-        account->grow(after - before, 7);
+        account->grow(after - before);
         try {
             items.resize(count);
         } catch (...) {
