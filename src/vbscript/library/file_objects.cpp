@@ -33,11 +33,6 @@ class Entry : public Native<Entry> {
     ~Entry() override { account_.shrink(charged_); }
     static Members<Entry> members();
 
-    Value move(Runtime& rt, Arguments args) {
-        moveTo(rt, target(rt, args));
-        return {};
-    }
-
   protected:
     virtual Value size(Runtime& rt, Arguments none) = 0;
     virtual Value attributes(Runtime& rt, Arguments none) = 0;
@@ -55,6 +50,10 @@ class Entry : public Native<Entry> {
     void isNow(std::string_view path) { path_ = absolutePath(path); }
 
   private:
+    Value move(Runtime& rt, Arguments args) {
+        moveTo(rt, target(rt, args));
+        return {};
+    }
     Value wholePath(Runtime& /*rt*/, Arguments /*none*/) { return Value::text(path_); }
     Value name(Runtime& /*rt*/, Arguments /*none*/) { return Value::text(lastPart(path_)); }
     void rename(Runtime& rt, Arguments args);
