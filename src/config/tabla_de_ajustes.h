@@ -41,7 +41,8 @@ inline constexpr AjusteNumerico kTiempoEntrePoleo{
     "Pausa entre dos pedidos de una misma conexión, en milisegundos."};
 inline constexpr AjusteNumerico kBaseSolicitarConexiones{
     "Base_Tiempo_Solicitar_Conexiones_Milisegundos", 5000, 10, 3'600'000,
-    "Milisegundos de un intervalo de conexión: cada uno se mira si toca intentar conectar. De él son "
+    "Milisegundos de un intervalo de conexión: cada uno se mira si toca intentar conectar. De él "
+    "son "
     "las tres claves que siguen."};
 inline constexpr AjusteNumerico kIntervalosConectando{
     "Cantidad_Intervalos_En_Estado_Conectando", 3, 0, 1'000'000,

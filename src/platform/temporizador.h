@@ -44,9 +44,7 @@ class alignas(64) Temporizador {
 
     /// Milliseconds, 0 to 2^40 - 1 (35 years); values outside are brought to the nearest end.
     void fijarIntervalo(std::int64_t ms);
-    [[nodiscard]] std::int64_t intervalo() const {
-        return static_cast<std::int64_t>(intervaloMs_);
-    }
+    [[nodiscard]] std::int64_t intervalo() const { return static_cast<std::int64_t>(intervaloMs_); }
     void habilitar(bool encendido);
     [[nodiscard]] bool habilitado() const { return habilitado_; }
     /// When it is due, on the loop's clock, while it runs.
