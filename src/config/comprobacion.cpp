@@ -149,7 +149,7 @@ void nombresDesconocidos(Ajustes& ajustes, ConfiguracionLeida& c) {
     const std::string& ruta =
         exportada ? c.ubicacion.rutaExportacion : c.ubicacion.rutaConfiguracion;
     const auto contenido = ajustes.archivos().leer(ruta, kMaximoDeArchivo);
-    if (!contenido || empiezaComoUtf16(*contenido)) return; // told where it was read
+    if (!contenido || empiezaComoUtf16(*contenido)) return; // reported where it was read
     (exportada ? revisarNombresDeExportacion : revisarNombresDeDriver)(*contenido, c.listas.archivo,
                                                                        c.problemas);
 }

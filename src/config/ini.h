@@ -76,7 +76,7 @@ class Ini {
     [[nodiscard]] std::string_view nombreDe(const Entrada& e) const {
         return std::string_view(contenido_).substr(e.inicio, e.largo);
     }
-    /// Null when there is none.
+    /// Null when the file has no such entry.
     [[nodiscard]] const Entrada* encontrar(std::uint32_t seccion, std::string_view nombre) const;
 
     std::string contenido_;

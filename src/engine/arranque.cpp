@@ -4,7 +4,6 @@
 #include "config/cambios_de_ajustes.h"
 #include "config/proyecto.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 
 #include <algorithm>
 #include <utility>
@@ -67,7 +66,6 @@ void Arranque::arrancar() {
     m.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
     anotarAjustes();
     m.aplicarAjustes();
-    m.turnos.fijarPausa(m.ajuste(kTiempoEntrePoleo));
     const Validacion validacion = validar(leida.listas, leida.problemas);
     m.descripciones = std::move(leida.listas.descripciones);
     levantarConfiguracion(m.modelo, leida.listas, validacion);

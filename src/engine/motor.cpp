@@ -45,6 +45,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       puertaLocal({bucle_, archivos_, ajustes, tablas, sucesos, publicacion, vista, solicitudes,
                    ejecucion, forzado, porQue, log},
                   Formas(tablas, turnos, conexiones, relojDeBloques, sucesos, contadores, porQue)) {
+    fijar([](const AjusteNumerico& cual) { return cual.porDefecto; });
     bucle.alFinalDeVuelta([this] {
         ajustes.vueltaNueva();
         bitacora.alPasarElTiempo();
@@ -65,14 +66,19 @@ double Motor::ajuste(const AjusteNumerico& cual) {
     });
 }
 
+void Motor::fijar(const std::function<double(const AjusteNumerico&)>& valor) {
+    scriptControl.fijarPresupuesto({valor(kTiempoDelGuion), valor(kHonduraDelGuion),
+                                    valor(kMemoriaDelGuion), valor(kPasosDelGuion)});
+    guion.fijarReintento(valor(kReintentoDelGuion));
+    turnos.fijarPausa(valor(kTiempoEntrePoleo));
+    ejecucion.fijarReclamo(valor(kReclamoDeEscrituras));
+    ejecucion.fijarVigencia(valor(kVigenciaDeEscrituras));
+    mudas.fijarLimite(valor(kEstacionMuda));
+    forzado.fijarAPedido(valor(kBloquesAPedido));
+}
+
 void Motor::aplicarAjustes() {
-    scriptControl.fijarPresupuesto({ajuste(kTiempoDelGuion), ajuste(kHonduraDelGuion),
-                                    ajuste(kMemoriaDelGuion), ajuste(kPasosDelGuion)});
-    guion.fijarReintento(ajuste(kReintentoDelGuion));
-    ejecucion.fijarReclamo(ajuste(kReclamoDeEscrituras));
-    ejecucion.fijarVigencia(ajuste(kVigenciaDeEscrituras));
-    mudas.fijarLimite(ajuste(kEstacionMuda));
-    forzado.fijarAPedido(ajuste(kBloquesAPedido));
+    fijar([this](const AjusteNumerico& cual) { return ajuste(cual); });
     const std::string idioma = ajustes.leerConfiguracion(kIdioma);
     if (idioma == idioma_) return;
     idioma_ = idioma;

@@ -36,6 +36,7 @@
 #include "write/forzado.h"
 #include "write/solicitudes.h"
 
+#include <functional>
 #include <string>
 
 namespace kv {
@@ -103,6 +104,7 @@ class Motor final : private AlCambiarConexion,
   private:
     std::string idioma_;
 
+    void fijar(const std::function<double(const AjusteNumerico&)>& valor);
     void alTocarleA(Indice bloque);
     void activarPoling_En_Socket(Indice conexion) override;
     void desActivarPoling_En_Socket(Indice conexion) override;

@@ -26,8 +26,8 @@ inline constexpr std::size_t kApartados = static_cast<std::size_t>(Apartado::Nin
 /// The latest events of one sort that have gone out of the ring.
 class Apartados {
   public:
-    /// Enough for the 40,000 characters of a box, however short its lines.
-    static constexpr std::size_t kMaximo = 8192;
+    /// Enough for the 40,000 characters of a box: the shortest lines have ten.
+    static constexpr std::size_t kMaximo = 4096;
     struct Uno {
         std::uint64_t numero; ///< see Sucesos
         Suceso suceso;

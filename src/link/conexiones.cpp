@@ -13,7 +13,6 @@ namespace kv {
 namespace {
 
 constexpr std::int64_t kSupervisionMs = 5000;
-constexpr std::int64_t kSolicitudesMs = 1000; // until a pass has read the setting
 
 // A link to a fast station is given so long all the same to have its bytes acknowledged: one lost
 // packet is sent again after some tenths of a second.
@@ -38,7 +37,6 @@ GestorDeConexiones::GestorDeConexiones(Bucle& bucle, Tablas& tablas, Turnos& tur
       TimerConexiones_(bucle.crearTemporizador([this] { estadoConexiones(); })),
       timer_SolicitarConexion_(bucle.crearTemporizador([this] { ticSolicitarConexion(); })) {
     TimerConexiones_->fijarIntervalo(kSupervisionMs);
-    timer_SolicitarConexion_->fijarIntervalo(kSolicitudesMs);
 }
 
 void GestorDeConexiones::levantarZocalo() {

@@ -76,9 +76,10 @@ class GestorDeConexiones {
     std::vector<std::unique_ptr<Zocalo>> wsSocket_;
     std::unique_ptr<Temporizador> TimerConexiones_;
     std::unique_ptr<Temporizador> timer_SolicitarConexion_;
-    double intervalosEnEstadoConectando_ = 3;
-    double intervalosDeConectarSeguidos_ = 5;
-    double intervalosTiempoFuera_ = 3;
+    // As the settings say, from the first pass on that finds a link missing.
+    double intervalosEnEstadoConectando_ = 0;
+    double intervalosDeConectarSeguidos_ = 0;
+    double intervalosTiempoFuera_ = 0;
 };
 
 } // namespace kv

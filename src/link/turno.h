@@ -107,7 +107,7 @@ class Turnos {
     Sucesos& sucesos_;
     ArchivoLog& log_;
     AlQuedarLibre& destino_;
-    double pausaMs_ = 800;
+    double pausaMs_ = 0;
     std::deque<Companeros> companeros_; // timers do not move
 };
 

@@ -48,7 +48,7 @@ std::optional<std::string> FilasDeVariables::texto(std::uint32_t fila, std::size
     case kDireccion:
         return deBit ? b->clave + "." + textoDeNumero(static_cast<double>(bit)) : b->clave;
     case kValor:
-        return textoDeNumero(deBit ? bitDe(b->valor, bit) : b->valor);
+        return textoDeNumero(deBit ? wordbit(b->valor, static_cast<int>(bit)) : b->valor);
     case kEstado:
         return palabras(mostrado.frase(), b->estado);
     case kFechaHora:

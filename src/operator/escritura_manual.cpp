@@ -3,6 +3,7 @@
 
 #include "plant/direcciones.h"
 #include "plant/limites.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "write/palabra.h"

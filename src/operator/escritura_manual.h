@@ -14,7 +14,7 @@ inline constexpr int kDireccionMaxima = 200; ///< characters that a box takes of
 /// becomes code 16, but for "." and "-" where they are allowed.
 [[nodiscard]] std::int16_t ValidarIngresoDeNumeros(std::int16_t tecla, bool menos, bool punto);
 
-/// Takes writes that were asked for by hand; how each ends is told in the operator's box.
+/// Takes writes that were asked for by hand; how each ends is shown in the operator's box.
 class OrdenDeEscribir {
   public:
     virtual ~OrdenDeEscribir() = default;

@@ -148,13 +148,10 @@ struct BloqueEscritura {
     double pedido = 0;  ///< the value asked for: of the register, or of the bit
     double palabra = 0; ///< what the register shall be
     double reintentos = 0;
-    double reintentosMax = 0;
-    std::int64_t plazoMs = 0;
     std::int64_t pedidaMs = 0; ///< when it was asked for, on the clock that never goes back
     std::int64_t leidaMs = 0;  ///< when a bit's register was read
     std::uint32_t lecturas = 0;
     Solicitud tramaSolicitud{};
-    Solicitud tramaLectura{};
     std::string origen;       ///< who asked for it
     double valorAnterior = 0; ///< of the register or bit when the frame left
     bool seConociaAnterior = false;

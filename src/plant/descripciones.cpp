@@ -4,7 +4,6 @@
 #include "plant/claves_de_bloque.h"
 #include "plant/direcciones.h"
 #include "text/numeros.h"
-#include "text/texto.h"
 
 namespace kv {
 

@@ -3,13 +3,9 @@
 
 #include "text/numeros.h"
 
-#include <cstdint>
-
 namespace kv {
 
-double bitDe(double valor, std::size_t b) {
-    return static_cast<std::uint32_t>(entero(valor).value_or(0)) >> b & 1;
-}
+int wordbit(double palabra, int bit) { return entero(palabra).value_or(0) >> (bit & 15) & 1; }
 
 std::string_view textoEstado(double codigo) {
     if (codigo == kOk) return "OK";

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 namespace kv {
@@ -12,7 +11,8 @@ inline constexpr double kBad = 13;
 /// "OK" for 6, "BAD" for 13, nothing for any other code.
 [[nodiscard]] std::string_view textoEstado(double codigo);
 
-/// Bit `b` (0 to 15) of a register's value: 0 or 1.
-[[nodiscard]] double bitDe(double valor, std::size_t b);
+/// Bit `bit` of a register's value, or of a word made for one: 0 or 1. Its number is taken modulo
+/// 16.
+[[nodiscard]] int wordbit(double palabra, int bit);
 
 } // namespace kv

@@ -41,7 +41,7 @@ class EstacionesMudas {
     Publicacion& publicacion_;
     RelojDeBloques& reloj_;
     Sucesos& sucesos_;
-    double limite_ = 2;
+    double limite_ = 0;
 };
 
 } // namespace kv

@@ -43,7 +43,7 @@ class RelojDeBloques {
     void fallar(Indice bloque, FinDeIntento como);
     /// An answer came, if only to a write: what failed before is over, for its station as well.
     void olvidarFallidos(Indice bloque);
-    /// A try whose answer could not be told; true for the second in a row and on, which counts as
+    /// A try whose answer was doubtful; true for the second in a row and on, which counts as
     /// failed.
     [[nodiscard]] bool dudar(Indice bloque);
     /// One more try, if there is one left.

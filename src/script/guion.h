@@ -66,7 +66,7 @@ class Guion {
     std::string texto_;
     HuellaDeArchivo huella_;
     std::int64_t miradoUs_ = -1;
-    std::int64_t reintentoUs_ = 60'000'000;
+    std::int64_t reintentoUs_ = 0;
     std::int64_t detenidoHastaUs_ = -1; ///< not run before then: a budget stopped it
     std::optional<vbscript::ScriptError> falla_;
     std::set<std::string> dichos_; ///< errors of the present file that were reported

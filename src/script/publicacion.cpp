@@ -87,7 +87,7 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
 /// A bit variable has the value and the status of the register that it is a bit of.
 void Publicacion::ponerBit(BloqueLectura& bloque, std::size_t b, const LoMostrado& mostrado) {
     BitsDeVariable& bits = *bloque.bits;
-    publicar(bits.ranuraValor[b], bitDe(bloque.valor, b));
+    publicar(bits.ranuraValor[b], wordbit(bloque.valor, static_cast<int>(b)));
     publicar(bits.ranuraEstado[b], bloque.estado);
     bits.mostrado[b] = mostrado;
     vista_.lstViewVariables.cambio(bits.bitFilas[b]);

@@ -13,7 +13,6 @@
 namespace kv {
 namespace {
 
-constexpr std::int64_t kReclamoMs = 5000;
 // The table is reclaimed only while no write is under way, which a script that writes all the time
 // never allows. So from this many finished records on, new writes take their places.
 constexpr std::size_t kTerminadasQueSeGuardan = 1000;
@@ -30,9 +29,7 @@ EjecucionDeEscrituras::EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turno
                                              Sucesos& sucesos)
     : bucle_(bucle), tablas_(tablas), turnos_(turnos), publicacion_(publicacion), mudas_(mudas),
       sucesos_(sucesos),
-      TimerEscriturasEnDesuso_(bucle.crearTemporizador([this] { buscarEscriturasRealizadas(); })) {
-    TimerEscriturasEnDesuso_->fijarIntervalo(kReclamoMs);
-}
+      TimerEscriturasEnDesuso_(bucle.crearTemporizador([this] { buscarEscriturasRealizadas(); })) {}
 
 void EjecucionDeEscrituras::fijarReclamo(double ms) {
     if (TimerEscriturasEnDesuso_->intervalo() != std::llround(ms))
@@ -62,9 +59,10 @@ Turnos::Envio EjecucionDeEscrituras::polearBloque_De_Escritura(Indice i) {
     BloqueEscritura& e = tablas_.escrituras[i];
     if (!e.activo() || !turnos_.libre(e.idConexion)) return Turnos::Envio::Imposible;
     const std::int64_t edad = bucle_.reloj().monotonicoMs() - e.leidaMs;
+    const BloqueLectura& leido = leidoDe(e);
     // A word that could not leave at once is read again: the plant may have changed it.
-    if (e.esBit() && e.paso == PasoDeEscritura::PorEnviar && e.lecturas <= e.reintentosMax &&
-        static_cast<double>(edad) > turnos_.pausa() + static_cast<double>(e.plazoMs))
+    if (e.esBit() && e.paso == PasoDeEscritura::PorEnviar && e.lecturas <= leido.reintentosMax &&
+        static_cast<double>(edad) > turnos_.pausa() + static_cast<double>(leido.tiempoFueraMs))
         e.paso = PasoDeEscritura::PorLeer;
     const Turnos::Envio envio =
         e.paso == PasoDeEscritura::PorLeer ? leerPalabra(e) : escribirPalabra(e);
@@ -74,8 +72,10 @@ Turnos::Envio EjecucionDeEscrituras::polearBloque_De_Escritura(Indice i) {
 }
 
 Turnos::Envio EjecucionDeEscrituras::leerPalabra(BloqueEscritura& e) {
+    const BloqueLectura& leido = leidoDe(e);
     const Turnos::Envio envio =
-        turnos_.enviar(e.idConexion, *this, e.tramaLectura, registroDe(e.tramaLectura), e.plazoMs);
+        turnos_.enviar(e.idConexion, *this, leido.tramaSolicitud, registroDe(leido.tramaSolicitud),
+                       leido.tiempoFueraMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     ++e.lecturas;
     decir(Que::EscrituraLee, e);
@@ -83,11 +83,11 @@ Turnos::Envio EjecucionDeEscrituras::leerPalabra(BloqueEscritura& e) {
 }
 
 Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
+    const BloqueLectura& leido = leidoDe(e);
     const Turnos::Envio envio = turnos_.enviar(e.idConexion, *this, e.tramaSolicitud,
-                                               registroDe(e.tramaSolicitud), e.plazoMs);
+                                               registroDe(e.tramaSolicitud), leido.tiempoFueraMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     e.paso = PasoDeEscritura::Enviada;
-    const BloqueLectura& leido = tablas_.bloques[e.indiceBloqueLectura];
     e.seConociaAnterior = leido.estado == kOk;
     e.valorAnterior = e.esBit()
                           ? wordbit(static_cast<std::uint16_t>(comoRegistro(leido.valor)), e.bit)
@@ -126,7 +126,7 @@ void EjecucionDeEscrituras::decir(Que que, const BloqueEscritura& e) {
              .escritura = e.indice,
              .bit = static_cast<std::int8_t>(e.bit),
              .numero = e.paso == PasoDeEscritura::PorLeer ? e.pedido : e.palabra};
-    s.poner(lee ? e.tramaLectura : e.tramaSolicitud);
+    s.poner(lee ? leidoDe(e).tramaSolicitud : e.tramaSolicitud);
     sucesos_.decir(s);
 }
 
@@ -163,8 +163,8 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
 
 void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor) {
     e.palabra = SetearBIT_YDevolverPalabra(static_cast<std::uint16_t>(valor), e.bit, e.pedido != 0);
-    const std::string_view registro = tablas_.bloques[e.indiceBloqueLectura].direccion();
-    const double estacion = tablas_.estacionDe(tablas_.bloques[e.indiceBloqueLectura]).indice;
+    const std::string_view registro = leidoDe(e).direccion();
+    const double estacion = tablas_.estacionDe(leidoDe(e)).indice;
     // Of the same register as the read's frame, so it fits.
     if (const auto trama = armarTramaEscritura(registro, textoDeNumero(estacion), e.palabra))
         e.tramaSolicitud = *trama;
@@ -179,7 +179,7 @@ void EjecucionDeEscrituras::dudosa(Indice conexion) {
     if (e == nullptr) return turnos_.pausar(conexion);
     const bool otraVez = std::exchange(e->enDuda, true);
     if (e->paso == PasoDeEscritura::PorLeer) {
-        if (otraVez && e->reintentos >= e->reintentosMax)
+        if (otraVez && e->reintentos >= leidoDe(*e).reintentosMax)
             return abandonar(e->indice, FinDeEscritura::PalabraDesconocida);
         if (otraVez) e->reintentos += 1;
         return turnos_.pausar(conexion);
@@ -196,16 +196,16 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
                     .conexion = conexion,
                     .bloque = e->indiceBloqueLectura,
                     .escritura = e->indice});
-    const bool quedan = e->reintentos < e->reintentosMax;
+    const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;
     if (e->paso == PasoDeEscritura::PorLeer) {
         if (!quedan) return abandonar(e->indice, FinDeEscritura::PalabraDesconocida);
         e->reintentos += 1;
-        return repetir(*e, Que::EscrituraLeeOtraVez, e->tramaLectura);
+        return repetir(*e, Que::EscrituraLeeOtraVez, leidoDe(*e).tramaSolicitud);
     }
     if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
         return abandonar(e->indice, FinDeEscritura::SinRespuesta);
     if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
-        return repetir(*e, Que::EscrituraRelee, e->tramaLectura);
+        return repetir(*e, Que::EscrituraRelee, leidoDe(*e).tramaSolicitud);
     e->reintentos += 1;
     repetir(*e, Que::EscrituraRepite, e->tramaSolicitud);
 }
@@ -218,7 +218,7 @@ void EjecucionDeEscrituras::perdida(Indice conexion) {
 void EjecucionDeEscrituras::repetir(const BloqueEscritura& e, Que que, const Solicitud& trama) {
     if (!turnos_.conectada(e.idConexion)) return;
     decir(que, e);
-    turnos_.reenviar(e.idConexion, trama, e.plazoMs);
+    turnos_.reenviar(e.idConexion, trama, leidoDe(e).tiempoFueraMs);
     bucle_.dejarCorrerPendientes();
 }
 

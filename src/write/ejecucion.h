@@ -58,6 +58,10 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     [[nodiscard]] bool esVieja(const BloqueEscritura& e) const;
     [[nodiscard]] bool estaFuera(const BloqueEscritura& e) const;
     [[nodiscard]] BloqueEscritura* enCurso(Indice conexion);
+    /// The block that reads the register that is written.
+    [[nodiscard]] const BloqueLectura& leidoDe(const BloqueEscritura& e) const {
+        return tablas_.bloques[e.indiceBloqueLectura];
+    }
     void decir(Que que, const BloqueEscritura& e);
     void vencerViejas();
     [[nodiscard]] Turnos::Envio leerPalabra(BloqueEscritura& e);
@@ -73,7 +77,7 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     Publicacion& publicacion_;
     EstacionesMudas& mudas_;
     Sucesos& sucesos_;
-    std::int64_t vigenciaMs_ = 600'000;
+    std::int64_t vigenciaMs_ = 0;
     std::unique_ptr<Temporizador> TimerEscriturasEnDesuso_;
     std::size_t enEspera_ = 0;
     std::deque<Indice> terminadas_; ///< records that a new write may take

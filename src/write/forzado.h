@@ -57,7 +57,7 @@ class Forzado {
     Sucesos& sucesos_;
     Sello& sello_;
     ArchivoLog& log_;
-    double aPedidoMaximo_ = 256;
+    double aPedidoMaximo_ = 0;
 };
 
 } // namespace kv

@@ -17,6 +17,4 @@ double SetearBIT_YDevolverPalabra(double palabra, int bit, bool marcado) {
     return marcado ? comoEntero(palabra) | mascara : comoEntero(palabra) & (0xFFFF - mascara);
 }
 
-int wordbit(double palabra, int bit) { return comoEntero(palabra) >> (bit & 15) & 1; }
-
 } // namespace kv

@@ -7,7 +7,4 @@ namespace kv {
 /// clears every bit above 15. Numbers are taken as 32-bit integers.
 [[nodiscard]] double SetearBIT_YDevolverPalabra(double palabra, int bit, bool marcado);
 
-/// Bit `bit` of the word: 0 or 1.
-[[nodiscard]] int wordbit(double palabra, int bit);
-
 } // namespace kv

@@ -119,17 +119,13 @@ bool SolicitudesDeEscritura::armar(BloqueEscritura& e, const DireccionPartida& d
     // A bit's word is made when its register has been read.
     const double palabra = d.bit >= 0 ? 0 : valor;
     const auto escritura = armarTramaEscritura(d.registro, estacion, palabra);
-    const auto lectura = armarTramaLectura(d.registro, estacion);
-    if (!escritura || !lectura) return false;
+    if (!escritura || !leido.tieneTrama) return false;
     e.tramaSolicitud = *escritura;
-    e.tramaLectura = *lectura;
     e.idConexion = leido.idConexion;
     e.indiceBloqueLectura = leido.indice;
     e.bit = d.bit;
     e.pedido = valor;
     e.palabra = palabra;
-    e.plazoMs = leido.tiempoFueraMs;
-    e.reintentosMax = leido.reintentosMax;
     return true;
 }
 

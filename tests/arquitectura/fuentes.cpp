@@ -82,8 +82,9 @@ std::vector<Fuente> leerFuentes(const fs::path& raiz) {
     for (const std::string& r : archivosDe(raiz)) {
         if (!std::regex_match(r, fuente)) continue;
         std::string texto = contenidoDe(raiz / r);
-        std::string codigo = sinComentariosNiLiterales(texto);
-        todas.push_back({r, std::move(texto), std::move(codigo)});
+        std::string comentarios;
+        std::string codigo = sinComentariosNiLiterales(texto, &comentarios);
+        todas.push_back({r, std::move(texto), std::move(codigo), std::move(comentarios)});
     }
     return todas;
 }

@@ -3,6 +3,7 @@
 
 #include "apoyo/planta.h"
 #include "operator/escritura_manual.h"
+#include "plant/valor_y_estado.h"
 #include "text/texto.h"
 #include "write/palabra.h"
 

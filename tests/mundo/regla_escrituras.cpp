@@ -57,8 +57,8 @@ void ReglaDeEscrituras::aprender(std::size_t n) {
         const BloqueEscritura& e = c_.motor.tablas.escrituras[*i];
         Pedida p;
         p.indice = *i;
-        p.estacion = e.tramaLectura[1];
-        p.registro = e.tramaLectura[3];
+        p.estacion = e.tramaSolicitud[1];
+        p.registro = e.tramaSolicitud[3];
         p.bit = e.bit;
         p.pedido = e.pedido;
         p.enlace = c_.zocalo(n).conexiones();
@@ -221,7 +221,7 @@ void ReglaDeEscrituras::alUnir(const BloqueEscritura& e, const std::string& dire
     aprender(e.idConexion);
     const std::deque<Pedida>& cola = this->cola(e.idConexion);
     const auto ultima = std::find_if(cola.rbegin(), cola.rend(), [&e](const Pedida& p) {
-        return p.estacion == e.tramaLectura[1] && p.registro == e.tramaLectura[3];
+        return p.estacion == e.tramaSolicitud[1] && p.registro == e.tramaSolicitud[3];
     });
     c_.exigir(ultima != cola.rend() && ultima->indice == e.indice && ultima->envioUs < 0,
               "only one that has not left is merged with", e.idConexion);

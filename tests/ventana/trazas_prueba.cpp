@@ -120,7 +120,7 @@ TEST_F(UnaTraza, LoQueYaNoEstaSeMarcaYLoLeidoQueda) {
 TEST_F(UnaTraza, LoElegidoParaCopiarQuedaElegido) {
     decir("uno\r\n");
     decir("dos\r\n");
-    visto();
+    EXPECT_EQ(visto(), "uno\ndos\n");
     QTextCursor eleccion(texto.document());
     eleccion.select(QTextCursor::LineUnderCursor);
     texto.setTextCursor(eleccion);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ClienteKV2200/conversacion.h"
 #include "ClienteKV2200/hora.h"
+#include "plant/direcciones.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -31,8 +32,12 @@ std::string mayusculas(std::string texto) {
     return texto;
 }
 
+std::string entre(const Marcas& marcas, const std::string& contenido) {
+    return std::string(marcas.abre) + contenido + std::string(marcas.cierra);
+}
+
 std::string tramaDeLectura(const std::string& direccion) {
-    return "Read;" + direccion + ";FinRead;";
+    return entre(kMarcasDeLectura, direccion + ";");
 }
 
 bool estaOk(const Variable& v) { return v.estado == "6"; }
@@ -40,9 +45,9 @@ bool estaOk(const Variable& v) { return v.estado == "6"; }
 /// The register of "1.1.10.3", and its bit; -1 for a register's own address.
 std::pair<std::string, int> registroYBit(const std::string& direccion) {
     const auto punto = direccion.rfind('.');
-    const auto bit = numeroDeTexto(direccion.substr(punto + 1));
-    if (std::count(direccion.begin(), direccion.end(), '.') != 3 || !bit) return {direccion, -1};
-    return {direccion.substr(0, punto), static_cast<int>(*bit) & 15};
+    const int bit = bitDeTexto(direccion.substr(punto + 1));
+    if (!esDeBit(direccion) || bit == kNoEsBit) return {direccion, -1};
+    return {direccion.substr(0, punto), bit};
 }
 
 /// Whether the register holds what was written: a bit, or the word, which the driver makes of
@@ -76,9 +81,9 @@ void Conversacion::empezar() {
     case Accion::Leer:
         return leerSiguiente();
     case Accion::Escribir:
-        return enviar("[Write]" + pedida().direccion + ";" + orden_.valor + "[/Write]");
+        return enviar(entre(kMarcasDeEscritura, pedida().direccion + ";" + orden_.valor));
     case Accion::Forzar: // has no answer of its own: the echo says that it was taken
-        return enviar("[FORZNIV]" + orden_.nivel + ";" + orden_.veces + "[/FORZNIV]" +
+        return enviar(entre(kMarcasDeForzado, orden_.nivel + ";" + orden_.veces) +
                       std::string(kKeepAliveDelCliente));
     case Accion::Vigilar:
         latido_->rearmar(kLatidoMs);

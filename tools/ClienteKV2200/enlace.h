@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "config/tabla_de_ajustes.h"
 #include "platform/epoll/bucle_epoll.h"
 #include "platform/zocalo.h"
 
@@ -14,7 +15,7 @@ namespace kv::cliente {
 /// Where a driver listens: a name or address without brackets, and a TCP port.
 struct Servidor {
     std::string nombre = "127.0.0.1";
-    std::uint16_t puerto = 1334;
+    std::uint16_t puerto = static_cast<std::uint16_t>(kPuertoEscucha.porDefecto);
     /// As it is typed: an IPv6 address in brackets.
     [[nodiscard]] std::string texto() const;
 };

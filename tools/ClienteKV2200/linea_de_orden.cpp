@@ -3,6 +3,7 @@
 
 #include "ClienteKV2200/salida.h"
 #include "cli/castellano.h"
+#include "config/tabla_de_ajustes.h"
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
@@ -19,13 +20,13 @@ namespace {
 
 /// The command line's texts before anything is made of them.
 struct Textos {
-    std::string servidor = "127.0.0.1:1334";
+    std::string servidor = Servidor().texto();
     std::string espera = "5";
     std::string durante;
     std::string direccion; ///< to be written
     std::string cual;      ///< whose reason is asked for
-    std::string campo = ";";
-    std::string sobre = "#";
+    std::string campo{kPrimerSeparador.porDefecto};
+    std::string sobre{kTramasSeparador.porDefecto};
 };
 
 void declarar(CLI::App& app, Textos& t, Orden& orden) {

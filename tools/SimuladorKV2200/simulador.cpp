@@ -2,7 +2,6 @@
 #include "SimuladorKV2200/simulador.h"
 
 #include "plant/direcciones.h"
-#include "text/direccion_de_red.h"
 
 #include <ostream>
 

@@ -13,7 +13,7 @@ namespace vbscript {
 
 /// A Scripting.FileSystemObject on these files.
 Value makeFileSystem(std::shared_ptr<Disk> disk);
-/// A File or a Folder of that path. Throws Fault 53, 76 when there is none.
+/// A File or a Folder of that path. Throws Fault 53, 76 when it does not exist.
 Value makeFile(Runtime& rt, std::shared_ptr<Disk> disk, std::string_view path);
 Value makeFolder(Runtime& rt, std::shared_ptr<Disk> disk, std::string_view path);
 

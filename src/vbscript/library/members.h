@@ -33,7 +33,7 @@ struct MemberOf {
     void (O::*set)(Runtime& rt, Arguments args) = nullptr;
 };
 
-/// All of a class, and which one the bare object stands for (None: there is none). Those used most
+/// All of a class, and which one the bare object stands for (None: for nothing). Those used most
 /// come first: they are gone through in this order.
 template <class O>
 struct Members {
