@@ -138,8 +138,8 @@ QString traducida(const char* frase) { return QCoreApplication::translate("kv::S
 } // namespace
 
 LibroDeSucesos::LibroDeSucesos(Sucesos& sucesos) : sucesos_(sucesos) {
-    const auto fallida = static_cast<std::int16_t>(FinDeEscritura::SinRespuesta);
-    sucesos_.avisarA(this, quesCon([fallida](Que que) {
+    constexpr auto fallida = static_cast<std::int16_t>(FinDeEscritura::SinRespuesta);
+    sucesos_.avisarA(this, quesCon([](Que que) {
                          return gravedadDe({.que = que, .detalle = fallida}).has_value();
                      }));
 }
