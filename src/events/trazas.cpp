@@ -9,7 +9,7 @@ namespace {
 
 /// The steps of writes have a box of their own besides: what of theirs is in another.
 Caja deOtra(const Suceso& s) {
-    const bool paso = s.que >= Que::EscrituraLee && s.que <= Que::EscrituraAbandonada;
+    const bool paso = kv::apartadoDe(s.que) == Apartado::PasosDeEscritura;
     return paso ? cajasDe(s).primera : Caja::Ninguna;
 }
 
