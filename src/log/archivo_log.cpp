@@ -10,11 +10,6 @@
 #include <stdexcept>
 
 namespace kv {
-namespace {
-
-constexpr std::int64_t kSegundoMs = 1000;
-
-} // namespace
 
 int numeroDeError(const std::exception& falla) {
     constexpr int kArgumento = 5;
@@ -41,12 +36,7 @@ std::string ArchivoLog::linea(std::string_view cuerpo) const {
 
 void ArchivoLog::escribir(const EntradaDeLog& e, bool tambienGlobal) {
     alPasarElTiempo();
-    if (escritas_ == 0) segundoMs_ = reloj_.monotonicoMs();
-    if (escritas_ == kPorSegundo) {
-        ++calladas_;
-        return;
-    }
-    ++escritas_;
+    if (!cupo_.tomar(reloj_.monotonicoMs(), kPorSegundo)) return;
     std::string cuerpo(e.origen);
     cuerpo += '>' + enUnaLinea(e.procedimiento);
     cuerpo += '>' + enUnaLinea(e.mensaje.substr(0, kMaximo));
@@ -79,13 +69,11 @@ void ArchivoLog::avisarAlDiario(const EntradaDeLog& e) {
 }
 
 void ArchivoLog::alPasarElTiempo() {
-    if (escritas_ == 0 || reloj_.monotonicoMs() - segundoMs_ < kSegundoMs) return;
-    escritas_ = 0;
-    if (calladas_ > 0)
-        agregar("DRIVER>Registro>y " + std::to_string(calladas_) +
+    if (!cupo_.hayNegados()) return;
+    if (const std::uint64_t calladas = cupo_.negados(reloj_.monotonicoMs()); calladas > 0)
+        agregar("DRIVER>Registro>y " + std::to_string(calladas) +
                     " entradas mas en el mismo segundo, DescError:",
                 true);
-    calladas_ = 0;
 }
 
 void ArchivoLog::agregar(std::string_view cuerpo, bool tambienGlobal) {

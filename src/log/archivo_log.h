@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "log/cupo.h"
 #include "log/novedades.h"
 #include "platform/archivos.h"
 #include "platform/diario.h"
@@ -72,9 +73,7 @@ class ArchivoLog {
     std::string programa_;
     std::string carpetaDelPrograma_;
     DiarioDelSistema* diario_ = nullptr;
-    std::int64_t segundoMs_ = 0; ///< when the present second began
-    int escritas_ = 0;           ///< entries in it
-    std::uint64_t calladas_ = 0; ///< entries in it that were not written
+    Cupo cupo_{kUnSegundoMs};
 };
 
 } // namespace kv

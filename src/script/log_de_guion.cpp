@@ -3,24 +3,18 @@
 
 #include "text/texto.h"
 
+#include <utility>
+
 namespace kv {
-namespace {
-
-constexpr std::int64_t kMinutoMs = 60'000;
-
-} // namespace
 
 void LogDeGuion::anotar(std::string_view texto) {
-    const std::int64_t ahora = reloj_.monotonicoMs();
-    if (minutoMs_ < 0 || ahora - minutoMs_ >= kMinutoMs) {
-        minutoMs_ = ahora;
-        anotadas_ = 0;
+    if (cupo_.tomar(reloj_.monotonicoMs(), kPorMinuto)) {
+        dicho_ = false;
+        log_.escribirLog("DRIVER", "mw.Log", comienzo(texto, kLargo));
+    } else if (!std::exchange(dicho_, true)) {
+        log_.escribirLog("DRIVER", "mw.Log",
+                         "el guion anota demasiado: hasta que pase el minuto no se escribe mas");
     }
-    if (anotadas_ > kPorMinuto) return;
-    const bool ultima = anotadas_++ == kPorMinuto;
-    log_.escribirLog("DRIVER", "mw.Log",
-                     ultima ? "el guion anota demasiado: hasta que pase el minuto no se escribe mas"
-                            : comienzo(texto, kLargo));
 }
 
 } // namespace kv

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "log/archivo_log.h"
+#include "log/cupo.h"
 #include "platform/reloj.h"
 
 #include <string_view>
@@ -21,8 +22,8 @@ class LogDeGuion {
   private:
     ArchivoLog& log_;
     const Reloj& reloj_;
-    std::int64_t minutoMs_ = -1; ///< when the present minute began; -1: not begun
-    int anotadas_ = 0;           ///< in it
+    Cupo cupo_{kUnMinutoMs};
+    bool dicho_ = false; ///< that the minute has had too many
 };
 
 } // namespace kv

@@ -7,28 +7,19 @@ namespace kv {
 namespace {
 
 constexpr std::string_view kModulo = kNombreDelPrograma;
-constexpr std::int64_t kMinutoMs = 60'000;
 
 } // namespace
 
 void LogAcotado::escribir(std::string_view procedimiento, std::string_view mensaje,
                           std::string_view descripcion, Novedad novedad) {
     alPasarElTiempo();
-    if (escritas_ == 0) minutoMs_ = reloj_.monotonicoMs();
-    if (escritas_ == kPorMinuto) {
-        ++calladas_;
-        return;
-    }
-    ++escritas_;
-    log_.escribir({kModulo, procedimiento, mensaje, descripcion, novedad});
+    if (cupo_.tomar(reloj_.monotonicoMs(), kPorMinuto))
+        log_.escribir({kModulo, procedimiento, mensaje, descripcion, novedad});
 }
 
 void LogAcotado::alPasarElTiempo() {
-    if (escritas_ == 0 || reloj_.monotonicoMs() - minutoMs_ < kMinutoMs) return;
-    if (calladas_ > 0)
-        log_.escribirLog(kModulo, "Servidor", "y " + std::to_string(calladas_) + " entradas mas");
-    escritas_ = 0;
-    calladas_ = 0;
+    if (const std::uint64_t calladas = cupo_.negados(reloj_.monotonicoMs()); calladas > 0)
+        log_.escribirLog(kModulo, "Servidor", "y " + std::to_string(calladas) + " entradas mas");
 }
 
 } // namespace kv

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "log/archivo_log.h"
+#include "log/cupo.h"
 
 #include <string>
 #include <string_view>
@@ -25,9 +26,7 @@ class LogAcotado {
   private:
     ArchivoLog& log_;
     const Reloj& reloj_;
-    std::int64_t minutoMs_ = 0; ///< when the present minute began
-    int escritas_ = 0;
-    std::uint64_t calladas_ = 0;
+    Cupo cupo_{kUnMinutoMs};
 };
 
 } // namespace kv

@@ -10,7 +10,6 @@
 namespace kv {
 namespace {
 
-constexpr std::int64_t kMinutoMs = 60'000;
 constexpr std::size_t kDireccionesSeguidas = 64;
 
 } // namespace
@@ -76,13 +75,8 @@ bool Puerta::puedeEntrar(std::string_view ip) const {
 }
 
 bool Puerta::admiteOtraEscritura() {
-    if (escucha_.escriturasPorSegundo == 0) return true;
-    const std::int64_t ahora = reloj_.monotonicoMs();
-    if (ahora - segundoMs_ >= 1000) {
-        segundoMs_ = ahora;
-        escrituras_ = 0;
-    }
-    return ++escrituras_ <= escucha_.escriturasPorSegundo;
+    return escucha_.escriturasPorSegundo == 0 ||
+           escrituras_.tomar(reloj_.monotonicoMs(), escucha_.escriturasPorSegundo);
 }
 
 bool Puerta::enPausa(std::string_view ip) const {
@@ -97,14 +91,14 @@ bool Puerta::claveErrada(std::string_view ip) {
     if (i == intentos_.end()) {
         if (intentos_.size() == kDireccionesSeguidas)
             intentos_.erase(std::min_element(
-                intentos_.begin(), intentos_.end(),
-                [](const auto& a, const auto& b) { return a.second.desdeMs < b.second.desdeMs; }));
+                intentos_.begin(), intentos_.end(), [](const auto& a, const auto& b) {
+                    return a.second.claves.desdeMs() < b.second.claves.desdeMs();
+                }));
         i = intentos_.emplace(ip, Intentos{}).first;
     }
     Intentos& t = i->second;
-    if (t.cuantos == 0 || ahora - t.desdeMs >= kMinutoMs) t = {ahora, t.pausaHastaMs, 0};
-    if (++t.cuantos < escucha_.clavesPorMinuto) return false;
-    t.cuantos = 0;
+    if (t.claves.tomar(ahora, escucha_.clavesPorMinuto - 1)) return false;
+    t.claves.vaciar();
     t.pausaHastaMs = ahora + static_cast<std::int64_t>(escucha_.pausaPorClaves * 1000);
     return true;
 }

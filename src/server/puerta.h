@@ -3,6 +3,7 @@
 
 #include "config/ajustes.h"
 #include "config/escucha.h"
+#include "log/cupo.h"
 #include "platform/reloj.h"
 
 #include <cstdint>
@@ -46,9 +47,8 @@ class Puerta {
 
   private:
     struct Intentos {
-        std::int64_t desdeMs = 0;
+        Cupo claves{kUnMinutoMs}; ///< wrong ones
         std::int64_t pausaHastaMs = -1;
-        double cuantos = 0;
     };
     void decirDefecto(std::string_view defecto);
     void adoptar(ClavesDeEscucha nuevas);
@@ -65,8 +65,7 @@ class Puerta {
     Escucha escucha_;
 
     std::map<std::string, Intentos, std::less<>> intentos_; ///< by address of the client
-    std::int64_t segundoMs_ = 0;
-    double escrituras_ = 0; ///< in the second that began then
+    Cupo escrituras_{kUnSegundoMs};
 };
 
 } // namespace kv

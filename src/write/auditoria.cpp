@@ -13,8 +13,6 @@ namespace kv {
 namespace {
 
 constexpr std::size_t kMaximoDeCampo = 200;
-constexpr std::int64_t kSegundoMs = 1000;
-constexpr std::int64_t kMinutoMs = 60'000;
 constexpr std::int64_t kEntreIntentosMs = 5000;
 
 /// A field as it stands in a line: cut, without control characters and separators.
@@ -78,8 +76,8 @@ void Auditoria::alSuceder(const Suceso& s, std::string_view texto) {
 }
 
 void Auditoria::anotar(std::string_view origen, std::string_view direccion,
-                       const std::string& anterior, double valor, std::string_view fin,
-                       std::uint32_t& cuenta, std::uint32_t maximo) {
+                       const std::string& anterior, double valor, std::string_view fin, Cupo& cupo,
+                       std::uint32_t maximo) {
     pasarElTiempo();
     cuerpo_.clear();
     agregarCampo(cuerpo_, origen);
@@ -91,11 +89,7 @@ void Auditoria::anotar(std::string_view origen, std::string_view direccion,
         if (repetidas_++ == 0) repetidasDesdeMs_ = reloj_.monotonicoMs();
         return;
     }
-    if (cuenta >= maximo) {
-        ++perdidas_;
-        return;
-    }
-    ++cuenta;
+    if (!cupo.tomar(reloj_.monotonicoMs(), maximo)) return;
     cerrarRepetidas();
     agregarLinea(cuerpo_);
     ultimo_.swap(cuerpo_);
@@ -114,17 +108,16 @@ void Auditoria::cerrarRepetidas() {
     repetidas_ = 0;
 }
 
+void Auditoria::contarPerdidas(std::uint64_t cuantas) {
+    if (cuantas > 0)
+        agregarLinea(";;;;" + std::to_string(cuantas) + " lineas mas sin anotar", cuantas);
+}
+
 /// Writes the counts that are due when a second, a minute or a day is over.
 void Auditoria::pasarElTiempo() {
     const std::int64_t ahora = reloj_.monotonicoMs();
-    if (ahora - segundoMs_ >= kSegundoMs) {
-        if (perdidas_ > 0)
-            agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar", perdidas_);
-        perdidas_ = 0;
-        rechazos_ = escrituras_ = 0;
-        segundoMs_ = ahora;
-    }
-    if (repetidas_ > 0 && ahora - repetidasDesdeMs_ >= kMinutoMs) cerrarRepetidas();
+    contarPerdidas(rechazos_.negados(ahora) + escrituras_.negados(ahora));
+    if (repetidas_ > 0 && ahora - repetidasDesdeMs_ >= kUnMinutoMs) cerrarRepetidas();
     std::string hoy = formatoDeDia(reloj_.ahora());
     if (hoy == dia_) return;
     // What was gathered, and a count, belong to the day of what they tell.
@@ -135,7 +128,7 @@ void Auditoria::pasarElTiempo() {
 }
 
 void Auditoria::volcar() {
-    if (perdidas_ > 0 || repetidas_ > 0) pasarElTiempo();
+    if (rechazos_.hayNegados() || escrituras_.hayNegados() || repetidas_ > 0) pasarElTiempo();
     // The count of what the disk did not take is written as soon as it takes lines again, whether
     // or not there are new ones.
     const bool probar =
@@ -169,9 +162,7 @@ bool Auditoria::escribir(const std::string& lineas) {
 
 void Auditoria::cerrar() {
     cerrarRepetidas();
-    if (perdidas_ > 0)
-        agregarLinea(";;;;" + std::to_string(perdidas_) + " lineas mas sin anotar", perdidas_);
-    perdidas_ = 0;
+    contarPerdidas(rechazos_.negadosYa() + escrituras_.negadosYa());
     volcar();
 }
 

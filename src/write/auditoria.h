@@ -2,6 +2,7 @@
 #pragma once
 
 #include "events/sucesos.h"
+#include "log/cupo.h"
 #include "plant/tablas.h"
 #include "platform/archivos.h"
 #include "platform/reloj.h"
@@ -46,10 +47,12 @@ class Auditoria final : public OyenteDeSucesos {
 
   private:
     void anotar(std::string_view origen, std::string_view direccion, const std::string& anterior,
-                double valor, std::string_view fin, std::uint32_t& cuenta, std::uint32_t maximo);
+                double valor, std::string_view fin, Cupo& cupo, std::uint32_t maximo);
     /// `cuenta`: so many lines are lost with it if the disk does not take it.
     void agregarLinea(std::string_view cuerpo, std::uint64_t cuenta = 1);
     void cerrarRepetidas();
+    /// Lines that a second had too many.
+    void contarPerdidas(std::uint64_t cuantas);
     void pasarElTiempo();
     void escribirPendiente();
     bool escribir(const std::string& lineas);
@@ -67,9 +70,7 @@ class Auditoria final : public OyenteDeSucesos {
     std::string cuerpo_;            ///< of the line that is being made
     std::uint64_t repetidas_ = 0;
     std::int64_t repetidasDesdeMs_ = 0;
-    std::int64_t segundoMs_ = 0;
-    std::uint32_t rechazos_ = 0, escrituras_ = 0; ///< lines of the present second
-    std::uint64_t perdidas_ = 0;                  ///< lines that a second had too many
+    Cupo rechazos_{kUnSegundoMs}, escrituras_{kUnSegundoMs};
     std::int64_t ultimoIntentoMs_ = 0;
     std::uint64_t sinDisco_ = 0; ///< lines that the disk did not take
 };
