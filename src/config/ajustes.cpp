@@ -209,6 +209,10 @@ void Ajustes::escribirConfiguracion(std::string_view clave, std::string_view val
 
 bool Ajustes::existeArchivo(const std::string& ruta) { return archivos_.existe(ruta); }
 
+std::string enElLog(std::string_view clave, const std::string& texto, double usado) {
+    return std::string(clave) + "=" + texto + ": valor no valido, se usa " + textoDeNumero(usado);
+}
+
 double Ajustes::leerTiempo(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar) {
     auto lugar = numeros_.find(ajuste.clave);
     if (lugar == numeros_.end())

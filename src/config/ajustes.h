@@ -25,6 +25,8 @@ inline constexpr std::int64_t kSegundaMiradaMs = 5000;
 /// instead.
 using AvisoDeAjuste =
     std::function<void(std::string_view clave, const std::string& texto, double usado)>;
+/// As the log says it.
+[[nodiscard]] std::string enElLog(std::string_view clave, const std::string& texto, double usado);
 
 /// Why a content cannot be a whole settings file, after "el archivo"; nothing for one that can.
 /// `antes` is the last one that could: a beginning of it without a line end is cut off.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/motor.h"
 
-#include "text/numeros.h"
 
 #include <exception>
 
@@ -55,15 +54,11 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
 }
 
 double Motor::ajuste(const AjusteNumerico& cual) {
-    return ajustes.leerTiempo(cual, [this](std::string_view clave, const std::string& texto,
-                                           double usado) {
-        log.escribir(
-            {"DRIVER",
-             "Ajustes",
-             std::string(clave) + "=" + texto + ": valor no valido, se usa " + textoDeNumero(usado),
-             {},
-             Novedad::AjusteNoValido});
-    });
+    return ajustes.leerTiempo(
+        cual, [this](std::string_view clave, const std::string& texto, double usado) {
+            log.escribir(
+                {"DRIVER", "Ajustes", enElLog(clave, texto, usado), {}, Novedad::AjusteNoValido});
+        });
 }
 
 void Motor::fijar(const std::function<double(const AjusteNumerico&)>& valor) {

@@ -73,10 +73,7 @@ void FrmServerTCP::quejarse(const std::string& queja) {
 double FrmServerTCP::ajuste(const AjusteNumerico& cual) {
     return ajustes_.leerTiempo(
         cual, [this](std::string_view clave, const std::string& texto, double usado) {
-            log_.escribir("Ajustes",
-                          std::string(clave) + "=" + texto + ": valor no valido, se usa " +
-                              textoDeNumero(usado),
-                          Novedad::AjusteNoValido);
+            log_.escribir("Ajustes", enElLog(clave, texto, usado), Novedad::AjusteNoValido);
         });
 }
 
