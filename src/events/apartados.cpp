@@ -5,12 +5,18 @@ namespace kv {
 
 Apartado apartadoDe(Que que) {
     if (que == Que::Descarte || que == Que::Sobrante) return Apartado::Descartes;
-    if (que == Que::AlCliente) return Apartado::AlCliente;
-    if (que == Que::DelCliente || que == Que::RepetidasDelCliente) return Apartado::DelCliente;
-    if (que >= Que::EscrituraLee && que <= Que::EscrituraAbandonada)
+    switch (asuntoDe(que)) {
+    case Asunto::PasoDeEscritura:
         return Apartado::PasosDeEscritura;
-    return que >= Que::EscrituraUnida && que <= Que::NivelSinBloques ? Apartado::Ordenes
-                                                                     : Apartado::Ninguno;
+    case Asunto::Pedido:
+        return Apartado::Ordenes;
+    case Asunto::DelCliente:
+        return Apartado::DelCliente;
+    case Asunto::AlCliente:
+        return Apartado::AlCliente;
+    default:
+        return Apartado::Ninguno;
+    }
 }
 
 void Apartados::guardar(std::uint64_t numero, const Suceso& suceso) {

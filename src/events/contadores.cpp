@@ -10,14 +10,14 @@ namespace {
 constexpr std::int64_t kLapsoUs = 300'000'000;
 constexpr float kPesoDeUnaRespuesta = 1.0F / 8;
 
-bool esSalida(Que que) {
-    return que == Que::Envio || que == Que::Reintento ||
-           (que >= Que::EscrituraLee && que <= Que::EscrituraRepite);
+bool esOtraVez(Que que) {
+    return que == Que::Reintento || que == Que::EscrituraLeeOtraVez || que == Que::EscrituraRelee ||
+           que == Que::EscrituraRepite;
 }
 
-bool esOtraVez(Que que) {
-    return que == Que::Reintento ||
-           (que >= Que::EscrituraLeeOtraVez && que <= Que::EscrituraRepite);
+bool esSalida(Que que) {
+    return que == Que::Envio || que == Que::EscrituraLee || que == Que::EscrituraSale ||
+           esOtraVez(que);
 }
 
 void sumar(RepartoDeLinea& a, const RepartoDeLinea& b) {

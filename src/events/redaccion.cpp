@@ -87,13 +87,9 @@ SusCajas cajasDe(const Suceso& s) {
     case Que::ClienteSale:
     case Que::Ultimo:
         return {};
-    case Que::EscrituraUnida:
-    case Que::EscrituraTerminada:
-        return {Caja::txtDemandaLecturaEscritura};
     default:
-        return {s.que >= Que::EscrituraRechazada && s.que < Que::FallaDelGuion
-                    ? Caja::txtDemandaLecturaEscritura
-                    : Caja::txtTramas};
+        return {asuntoDe(s.que) == Asunto::Pedido ? Caja::txtDemandaLecturaEscritura
+                                                  : Caja::txtTramas};
     }
 }
 
@@ -109,6 +105,25 @@ const std::string& Redaccion::sello(std::int64_t instante) const {
         sello_ = formatoDeSello(desempaquetar(instante));
     }
     return sello_;
+}
+
+void Redaccion::lineaDe(const Suceso& s, Caja caja, std::string& a) const {
+    switch (asuntoDe(s.que)) {
+    case Asunto::Conexion:
+        return lineaDeConexion(s, a);
+    case Asunto::Estacion:
+        return lineaDeEstacion(s, caja, a);
+    case Asunto::Lectura:
+        return lineaDeLectura(s, a);
+    case Asunto::PasoDeEscritura:
+        return lineaDeEscritura(s, a);
+    case Asunto::Guion:
+        a += "  *Guion* ";
+        a += sucesos_.textoDe(s);
+        return;
+    default:
+        return lineaDePedido(s, a);
+    }
 }
 
 void Redaccion::redactar(const Suceso& s, Caja caja, std::string& a) const {
@@ -132,20 +147,7 @@ void Redaccion::redactar(const Suceso& s, Caja caja, std::string& a) const {
                  tablas_.bloques[s.bloque].clave;
     } else {
         a += sello(s.instante);
-        if (s.que <= Que::EnlaceCortado) {
-            lineaDeConexion(s, a);
-        } else if (s.que <= Que::Recepcion) {
-            lineaDeEstacion(s, caja, a);
-        } else if (s.que <= Que::EstacionContesta) {
-            lineaDeLectura(s, a);
-        } else if (s.que <= Que::EscrituraAbandonada) {
-            lineaDeEscritura(s, a);
-        } else if (s.que == Que::FallaDelGuion) {
-            a += "  *Guion* ";
-            a += sucesos_.textoDe(s);
-        } else {
-            lineaDePedido(s, a);
-        }
+        lineaDe(s, caja, a);
         // Three messages have no end of line.
         if (s.que == Que::AltaSinPuerto ||
             (s.que == Que::EscrituraRechazada && tienePalabrasPropias(s.detalle)))

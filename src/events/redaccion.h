@@ -52,6 +52,7 @@ class Redaccion {
 
   private:
     [[nodiscard]] const std::string& sello(std::int64_t instante) const;
+    void lineaDe(const Suceso& s, Caja caja, std::string& a) const;
     void lineaDeEstacion(const Suceso& s, Caja caja, std::string& a) const;
     void lineaDeLectura(const Suceso& s, std::string& a) const;
     void lineaDeEscritura(const Suceso& s, std::string& a) const;

@@ -36,7 +36,7 @@ enum class Que : std::uint8_t {
     TiempoFuera,
     EstacionMuda,
     EstacionContesta,
-    // Writes: `escritura`, its read block, `numero` the value.
+    // Steps of writes: `escritura`, its read block, `numero` the value.
     EscrituraLee, ///< the register of a bit; `bytes`: the request
     EscrituraSale,
     EscrituraLeeOtraVez,
@@ -44,10 +44,11 @@ enum class Que : std::uint8_t {
     EscrituraRepite,
     TiempoFueraDeEscritura,
     EscrituraAbandonada, ///< `detalle`: a FinDeEscritura
-    EscrituraUnida,      ///< asked for while an equal one waited; text: who asked
-    EscrituraTerminada,  ///< `detalle`: a FinDeEscritura
-    EscrituraRechazada,  ///< text: a TextoDeRechazo; `detalle`: a ClaseDeRechazo
-    // Orders of window, script or client. Text: the address or key that was given.
+    // What is asked for, by window, script or client: writes, and what became of them.
+    EscrituraUnida,     ///< asked for while an equal one waited; text: who asked
+    EscrituraTerminada, ///< `detalle`: a FinDeEscritura
+    EscrituraRechazada, ///< text: a TextoDeRechazo; `detalle`: a ClaseDeRechazo
+    // Other orders. Text: the address or key that was given.
     SinPuertoNiPlc,
     ForzarSinTrama,
     ForzarSinConexion,
@@ -73,6 +74,29 @@ enum class Que : std::uint8_t {
     Ultimo        ///< not an event: their number
 };
 static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
+
+/// What the kinds are about, in the order in which they stand above.
+enum class Asunto : std::uint8_t {
+    Conexion,
+    Estacion,
+    Lectura,
+    PasoDeEscritura,
+    Pedido,
+    Guion,
+    DelCliente,
+    AlCliente,
+    Registro
+};
+[[nodiscard]] constexpr Asunto asuntoDe(Que que) {
+    if (que <= Que::EnlaceCortado) return Asunto::Conexion;
+    if (que <= Que::Recepcion) return Asunto::Estacion;
+    if (que <= Que::EstacionContesta) return Asunto::Lectura;
+    if (que <= Que::EscrituraAbandonada) return Asunto::PasoDeEscritura;
+    if (que <= Que::NivelSinBloques) return Asunto::Pedido;
+    if (que <= Que::FallaDelGuion) return Asunto::Guion;
+    if (que <= Que::RepetidasDelCliente) return Asunto::DelCliente;
+    return que == Que::AlCliente ? Asunto::AlCliente : Asunto::Registro;
+}
 
 /// A set of kinds is a number with a bit for each.
 [[nodiscard]] constexpr std::uint64_t bitDe(Que que) {

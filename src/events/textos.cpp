@@ -28,10 +28,19 @@ std::string_view TextosDeSucesos::ver(std::uint32_t numero) const {
 }
 
 Almacen almacenDe(Que que) {
-    if (que <= Que::Recepcion) return Almacen::Estaciones;
-    if (que < Que::FallaDelGuion || que > Que::AlCliente) return Almacen::Pedidos;
-    if (que == Que::FallaDelGuion) return Almacen::Guion;
-    return que == Que::AlCliente ? Almacen::AlCliente : Almacen::DelCliente;
+    switch (asuntoDe(que)) {
+    case Asunto::Conexion:
+    case Asunto::Estacion:
+        return Almacen::Estaciones;
+    case Asunto::Guion:
+        return Almacen::Guion;
+    case Asunto::DelCliente:
+        return Almacen::DelCliente;
+    case Asunto::AlCliente:
+        return Almacen::AlCliente;
+    default:
+        return Almacen::Pedidos;
+    }
 }
 
 } // namespace kv
