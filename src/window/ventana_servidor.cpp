@@ -2,6 +2,7 @@
 #include "window/ventana_servidor.h"
 
 #include "window/controls/control.h"
+#include "window/controls/memoria.h"
 #include "window/controls/ventana.h"
 #include "window/mensajero.h"
 #include "window/traces/caja_de_traza.h"
@@ -10,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 
 namespace kv {
 namespace {
@@ -32,14 +32,13 @@ QString enPalabras(const ClienteVisto& c, const PorQue& porQue) {
 
 VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& trazas,
                                  Operador& operador, Mensajero& mensajero)
-    : vista_(vista), operador_(operador), mensajero_(mensajero), ritmo_(hacer<QTimer>(this)),
-      lblPuertoServidor_(rotulo("lblPuertoServidor", this)), lblEstado_(rotulo("lblEstado", this)),
-      lblCliente_(rotulo("lblCliente", this)), lblKeepALive_(rotulo("lblKeepALive", this)),
+    : VentanaAlDia("FrmServerTCP", kRitmoMs, nullptr), vista_(vista), operador_(operador),
+      mensajero_(mensajero), lblPuertoServidor_(rotulo("lblPuertoServidor", this)),
+      lblEstado_(rotulo("lblEstado", this)), lblCliente_(rotulo("lblCliente", this)),
+      lblKeepALive_(rotulo("lblKeepALive", this)),
       Text1_(traza(tr("Hacia el cliente (mientras se ve esta ventana)"), trazas.Text1)),
       Text2_(traza(tr("Del cliente"), trazas.Text2)) {
-    setObjectName("FrmServerTCP");
     setWindowTitle(tr("Servidor de clientes"));
-    setWindowIcon(iconoDelPrograma());
     auto* ocultar = control<QPushButton>("BtnOcultar", tr("&Ocultar"), this);
     connect(ocultar, &QPushButton::clicked, this, [this] { operador_.BtnOcultar(); });
     auto* arriba = hacer<QHBoxLayout>();
@@ -56,8 +55,7 @@ VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& traza
     todo->addWidget(Text2_);
     todo->addWidget(Text1_);
     acomodar(*this, {720, 480});
-    ritmo_->setInterval(kRitmoMs);
-    connect(ritmo_, &QTimer::timeout, this, &VentanaServidor::refrescar);
+    volverAlLugar(*this);
     prepararVentana(*this);
 }
 
@@ -76,17 +74,6 @@ void VentanaServidor::refrescar() {
     lblCliente_->setText(enPalabras(vista_.cliente, operador_.porQue()));
     Text1_->refrescar();
     Text2_->refrescar();
-}
-
-void VentanaServidor::showEvent(QShowEvent* suceso) {
-    QWidget::showEvent(suceso);
-    refrescar();
-    ritmo_->start();
-}
-
-void VentanaServidor::hideEvent(QHideEvent* suceso) {
-    QWidget::hideEvent(suceso);
-    if (!suceso->spontaneous()) ritmo_->stop();
 }
 
 void VentanaServidor::closeEvent(QCloseEvent* suceso) {

@@ -4,13 +4,11 @@
 #include "events/trazas.h"
 #include "operator/operador.h"
 #include "view/vista.h"
-
-#include <QWidget>
+#include "window/controls/ventana_al_dia.h"
 
 #include <functional>
 
 class QLabel;
-class QTimer;
 
 namespace kv {
 
@@ -19,16 +17,14 @@ class Mensajero;
 
 /// The client's window on the screen, under the name FrmServerTCP: how the link stands and what its
 /// wire brings and takes. Closing it hides it; the client is served on.
-class VentanaServidor final : public QWidget {
+class VentanaServidor final : public VentanaAlDia {
     Q_OBJECT
   public:
     VentanaServidor(const VistaServidor& vista, const Trazas& trazas, Operador& operador,
                     Mensajero& mensajero);
-    void refrescar();
+    void refrescar() override;
 
   protected:
-    void showEvent(QShowEvent* suceso) override;
-    void hideEvent(QHideEvent* suceso) override;
     void closeEvent(QCloseEvent* suceso) override;
 
   private:
@@ -37,7 +33,6 @@ class VentanaServidor final : public QWidget {
     const VistaServidor& vista_;
     Operador& operador_;
     Mensajero& mensajero_;
-    QTimer* ritmo_;
     QLabel* lblPuertoServidor_;
     QLabel* lblEstado_;
     QLabel* lblCliente_;
