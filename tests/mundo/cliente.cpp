@@ -191,7 +191,7 @@ std::string groseria(std::uint32_t cual, std::uint32_t semilla) {
     case 7:
         return "[KEEP_DESDE_SERVIDOR][KEEP_DESDE_SERVIDOR]sincronizarSINCRONIZAR";
     case 8: // a password whose units have no length
-        return std::string(20, '5') + "1" + "3" + "1111" + std::string(40, '0');
+        return std::string(20, '5').append("131111").append(40, '0');
     case 9:
         for (std::int64_t n = azar.entre(1, 300); n > 0; --n)
             s += static_cast<char>('0' + azar.entre(0, 9));
