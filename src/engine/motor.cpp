@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/motor.h"
 
-
 #include <exception>
 
 namespace kv {
