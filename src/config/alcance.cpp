@@ -5,7 +5,6 @@
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
-#include "text/windows1252.h"
 #include "wire/ensamblado.h"
 
 #include <algorithm>
@@ -20,7 +19,7 @@ constexpr double kPacienciaMinima = 1;  // seconds
 constexpr double kPacienciaMaxima = 30; // nobody waits for an hour at a check
 
 std::string direccionDe(const ConexionPrevista& c) {
-    const std::string cita = citar(windows1252DesdeUtf8(c.ip + ":" + c.puertoTCP));
+    const std::string cita = citarUtf8(c.ip + ":" + c.puertoTCP);
     return cita.substr(1, cita.size() - 2);
 }
 

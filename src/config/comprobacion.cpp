@@ -45,7 +45,7 @@ void puertos(std::string& informe, const ListasDeConfiguracion& listas, const Va
 
 /// Bytes of a field file inside a line of the report.
 std::string sinComillas(std::string_view utf8) {
-    const std::string cita = citar(windows1252DesdeUtf8(utf8));
+    const std::string cita = citarUtf8(utf8);
     return cita.substr(1, cita.size() - 2);
 }
 
@@ -168,10 +168,10 @@ void revisarTextos(Ajustes& ajustes, Problemas& problemas) {
         std::string cuales;
         for (const std::string_view v : valores)
             cuales += (cuales.empty() ? "" : " ni ") + std::string(v);
-        problemas.agregar(
-            archivo, ajustes.lineaDe(archivo, a.seccion, a.clave),
-            std::string(a.clave) + "=" + citar(windows1252DesdeUtf8(texto)) + " no es " + cuales,
-            "rige " + std::string(a.porDefecto.empty() ? valores.front() : a.porDefecto));
+        problemas.agregar(archivo, ajustes.lineaDe(archivo, a.seccion, a.clave),
+                          std::string(a.clave) + "=" + citarUtf8(texto) + " no es " + cuales,
+                          "rige " +
+                              std::string(a.porDefecto.empty() ? valores.front() : a.porDefecto));
     }
 }
 
@@ -233,15 +233,14 @@ void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
                           "escribe en él");
     for (const AjusteNumerico& a : ajustesNumericos()) {
         if (esDeLaPuerta(a.clave)) continue;
-        static_cast<void>(
-            ajustes.leerTiempo(a, [&](std::string_view clave, const std::string& texto, double n) {
-                const std::string& archivo = ajustes.archivoDeAjustes();
-                problemas.agregar(archivo, ajustes.lineaDe(archivo, kSeccionDeAjustes, clave),
-                                  std::string(clave) + "=" + citar(windows1252DesdeUtf8(texto)) +
-                                      " no es un número de " + textoDeNumero(a.minimo) + " a " +
-                                      textoDeNumero(a.maximo),
-                                  "se usa " + textoDeNumero(n));
-            }));
+        static_cast<void>(ajustes.leerTiempo(a, [&](std::string_view clave,
+                                                    const std::string& texto, double n) {
+            const std::string& archivo = ajustes.archivoDeAjustes();
+            problemas.agregar(archivo, ajustes.lineaDe(archivo, kSeccionDeAjustes, clave),
+                              std::string(clave) + "=" + citarUtf8(texto) + " no es un número de " +
+                                  textoDeNumero(a.minimo) + " a " + textoDeNumero(a.maximo),
+                              "se usa " + textoDeNumero(n));
+        }));
     }
     revisarTextos(ajustes, problemas);
 }

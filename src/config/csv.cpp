@@ -9,8 +9,6 @@
 
 namespace kv {
 
-std::string citarUtf8(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
-
 std::string celdaCsv(std::string_view texto) {
     if (texto.find_first_of("\";\r\n\t,") == std::string_view::npos && recortar(texto) == texto)
         return std::string(texto);

@@ -68,7 +68,4 @@ class TablaCsv {
 inline constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 /// A text as a cell of a table that is separated by semicolons.
 [[nodiscard]] std::string celdaCsv(std::string_view texto);
-/// Text of the operator's tongue as a message quotes it.
-[[nodiscard]] std::string citarUtf8(std::string_view utf8);
-
 } // namespace kv

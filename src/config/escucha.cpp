@@ -19,8 +19,6 @@ namespace {
 constexpr std::size_t kMaximoDeQuejas = 20;
 constexpr const char* kNadie = "no se admite a ningún cliente ni se hace ninguna escritura suya";
 
-std::string citarTexto(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
-
 /// Goes through a settings file for all that has to do with the door, also in the wrong place.
 class LectorDeEscucha {
   public:
@@ -96,7 +94,7 @@ class Interprete {
                                                                               : &c->second;
     }
     void queja(const ClavesDeEscucha::Clave& c, std::string_view que, std::string consecuencia) {
-        quejas_.push_back({c.linea, c.nombre + "=" + citarTexto(c.valor) + " " + std::string(que),
+        quejas_.push_back({c.linea, c.nombre + "=" + citarUtf8(c.valor) + " " + std::string(que),
                            std::move(consecuencia)});
     }
     /// What is written to close a door closes it, however it is written.
@@ -150,7 +148,7 @@ void Interprete::permitidos() {
         if (const auto red = redDeTexto(entrada))
             e_.redes.push_back(*red);
         else if (++malas <= kMaximoDeQuejas)
-            queja(*c, "tiene " + citarTexto(entrada) + ", que no es una dirección ni una red IPv4",
+            queja(*c, "tiene " + citarUtf8(entrada) + ", que no es una dirección ni una red IPv4",
                   "no entra nadie por esa entrada");
     }
 }

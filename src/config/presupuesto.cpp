@@ -3,7 +3,6 @@
 
 #include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
-#include "text/windows1252.h"
 
 #include <algorithm>
 #include <cmath>
@@ -78,8 +77,7 @@ void revisarPresupuestos(const ListasDeConfiguracion& listas, const Validacion& 
         const Presupuesto& p = todos[c];
         if (p.alcanza()) continue;
         const ConexionPrevista& conexion = v.conexiones[c];
-        const std::string donde =
-            citar(windows1252DesdeUtf8(conexion.ip + ":" + conexion.puertoTCP));
+        const std::string donde = citarUtf8(conexion.ip + ":" + conexion.puertoTCP);
         const double vuelta = std::round(p.registros * pausaMs / 100) / 10;
         problemas.agregar(listas.archivo, listas.lineasDeEstaciones[conexion.estaciones.front()],
                           "en " + donde + " " + textoDePresupuesto(p, pausaMs),

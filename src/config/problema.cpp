@@ -39,4 +39,6 @@ std::string citar(std::string_view bytes) {
     return "\"" + utf8DesdeWindows1252(visible) + (bytes.size() > kVisibles ? "…\"" : "\"");
 }
 
+std::string citarUtf8(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
+
 } // namespace kv

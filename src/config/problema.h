@@ -43,5 +43,7 @@ class Problemas {
 /// Bytes of a field file as a message quotes them: in quotes, in UTF-8, at most 60 characters, none
 /// of them a control character.
 [[nodiscard]] std::string citar(std::string_view bytes);
+/// The same of a text.
+[[nodiscard]] std::string citarUtf8(std::string_view utf8);
 
 } // namespace kv

@@ -5,7 +5,6 @@
 #include "config/driver.h"
 #include "platform/ruta.h"
 #include "text/texto.h"
-#include "text/windows1252.h"
 
 namespace kv {
 namespace {
@@ -37,7 +36,7 @@ Ubicacion ubicarConfiguracion(Ajustes& ajustes, Problemas& problemas) {
                          ajustes.existeArchivo(u.rutaExportacion);
     if (u.rutaProyecto.empty()) return u;
     const std::size_t linea = ajustes.lineaDe(archivo, kSeccionDeProyecto, kClaveDeProyecto);
-    const std::string cita = "RutaProyecto=" + citar(windows1252DesdeUtf8(u.rutaProyecto));
+    const std::string cita = "RutaProyecto=" + citarUtf8(u.rutaProyecto);
     if (!hayProyecto)
         problemas.agregar(archivo, linea, cita + " no existe",
                           "se usa DRIVER_KV2200_Config.ini de la carpeta del programa");

@@ -8,7 +8,6 @@
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
-#include "text/windows1252.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
@@ -22,8 +21,6 @@ namespace {
 constexpr std::size_t kMaximoDeNombre = 255 - std::string_view("_STATUS").size();
 
 bool entero(double n) { return n == std::floor(n); }
-
-std::string citarTexto(std::string_view utf8) { return citar(windows1252DesdeUtf8(utf8)); }
 
 /// A station as blocks look for it: the first in the order of connections, then of stations.
 struct Destino {
@@ -163,7 +160,7 @@ Suerte Validador::estacion(std::size_t i) {
     if (!indices_.insert(std::uint64_t{c} << 16 | static_cast<std::uint16_t>(e.indice)).second) {
         problema(linea,
                  nombre + " repite el Indice " + std::to_string(e.indice) + " en " +
-                     citarTexto(e.ip + ":" + e.puertoTCP),
+                     citarUtf8(e.ip + ":" + e.puertoTCP),
                  "se ignora la estación");
         return Suerte::NoConstruir;
     }
@@ -200,12 +197,12 @@ bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
     const bool ip = claseDeMaquina(recortar(e.ip)) != ClaseDeMaquina::Ninguna;
     if (!ip)
         problema(linea,
-                 nombre + " tiene la Ip " + citarTexto(e.ip) +
+                 nombre + " tiene la Ip " + citarUtf8(e.ip) +
                      ", que no es IPv4, ni IPv6, ni el nombre de una máquina",
                  consecuencia);
     if (puertoTcpDeTexto(recortar(e.puertoTCP))) return ip;
     problema(linea,
-             nombre + " tiene el puerto TCP " + citarTexto(e.puertoTCP) +
+             nombre + " tiene el puerto TCP " + citarUtf8(e.puertoTCP) +
                  ", que no es un entero de 1 a 65535",
              consecuencia);
     return false;
@@ -302,7 +299,7 @@ Suerte Validador::bloque(std::size_t i) {
     const std::string clave = claveDeBloque(b.puerto, b.plc, b.direccion);
     if (!nombrePublicable(nombreDeScript(clave)))
         problema(linea,
-                 "el nombre " + citarTexto(nombreDeScript(clave)) +
+                 "el nombre " + citarUtf8(nombreDeScript(clave)) +
                      " no sirve de variable del guión",
                  "se construye y no se publica");
     repeticiones(b, d->estacion, linea);
@@ -323,7 +320,7 @@ void Validador::repeticiones(const ConfiguracionDeBloque& b, std::size_t estacio
         deQuien = ya;
     }
     if (cuantas == 0) return;
-    std::string que = "el registro " + citarTexto(primera);
+    std::string que = "el registro " + citarUtf8(primera);
     if (cuantas > 1) que += " y " + std::to_string(cuantas - 1) + " más del bloque";
     que += cuantas > 1 ? " están repetidos" : " está repetido";
     problema(linea, que + ": ya lo pide la línea " + std::to_string(deQuien),
@@ -346,14 +343,14 @@ std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::siz
 
 bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
     if (!armarTramaLectura(b.direccion, "0")) {
-        problema(linea, "la dirección " + citarTexto(b.direccion) + " no es hexadecimal de 0 a FF",
+        problema(linea, "la dirección " + citarUtf8(b.direccion) + " no es hexadecimal de 0 a FF",
                  "se construye y nunca se sondea: queda BAD");
         return false;
     }
     const auto caben = static_cast<double>(registros_.size());
     if (caben < b.cantidad)
         problema(linea,
-                 "el bloque " + citarTexto(claveDeBloque(b.puerto, b.plc, b.direccion)) + " de " +
+                 "el bloque " + citarUtf8(claveDeBloque(b.puerto, b.plc, b.direccion)) + " de " +
                      textoDeNumero(b.cantidad) + " registros pasa de FF",
                  "se construyen los " + textoDeNumero(caben) + " que caben, y no los otros " +
                      textoDeNumero(b.cantidad - caben));

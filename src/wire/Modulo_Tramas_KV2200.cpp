@@ -8,9 +8,6 @@
 namespace kv {
 namespace {
 
-constexpr std::uint8_t kLeer = 0x52;
-constexpr std::uint8_t kEscribir = 0x57;
-
 std::optional<std::uint8_t> byteDeEstacion(std::string_view estacion) {
     const auto indice = numeroDeTexto(estacion);
     if (!indice || *indice < 0 || *indice > 99 || *indice != std::floor(*indice))

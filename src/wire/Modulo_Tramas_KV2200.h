@@ -16,6 +16,9 @@ using Solicitud = std::array<std::uint8_t, 7>;
 inline constexpr std::size_t kLargoSolicitud = std::tuple_size_v<Solicitud>;
 inline constexpr std::size_t kLargoRespuesta = 8;
 inline constexpr std::uint8_t kMarcaRespuesta = 0x07;
+/// What a request wants is its byte 0.
+inline constexpr std::uint8_t kLeer = 0x52;
+inline constexpr std::uint8_t kEscribir = 0x57;
 
 using Respuesta = std::array<std::uint8_t, kLargoRespuesta>;
 

@@ -13,7 +13,6 @@ namespace {
 constexpr std::uint32_t kRecibir = EPOLLIN | EPOLLRDHUP;
 constexpr std::size_t kMaximoEnEspera = 10'000; // answers of a client that asks without end
 constexpr std::size_t kMaximoPorEnviar = std::size_t{64} * 1024;
-constexpr std::uint8_t kEscribir = 0x57;
 
 } // namespace
 

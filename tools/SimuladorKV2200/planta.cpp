@@ -4,8 +4,6 @@
 namespace kv::simulador {
 namespace {
 
-constexpr std::uint8_t kEscribir = 0x57;
-
 bool alcanza(const Lugar& lugar, const std::string& direccion,
              std::optional<std::uint8_t> estacion) {
     if (!lugar.direccion.empty() && lugar.direccion != direccion) return false;
