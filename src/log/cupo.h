@@ -20,8 +20,10 @@ class Cupo {
         if (vencido(ahoraMs)) tomados_ = 0;
         if (tomados_ == 0) desdeMs_ = ahoraMs;
         const bool cabe = tomados_ < maximo;
-        if (cabe) ++tomados_;
-        else ++negados_;
+        if (cabe)
+            ++tomados_;
+        else
+            ++negados_;
         return cabe;
     }
     /// How many have found no place, and those only whose period is over.
