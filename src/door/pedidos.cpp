@@ -353,17 +353,14 @@ void PuertaLocal::vigilar(Lector& l, const Json& p, const std::string& id) {
     cerrarRenglon(o, l.salida);
 }
 
-/// A user who may not order gets a refusal, which the log records.
-bool PuertaLocal::puedeOrdenar(Lector& l, const std::string& id, std::string_view que,
-                               std::string_view sobre) {
+/// A user who may not order gets a refusal.
+bool PuertaLocal::puedeOrdenar(Lector& l, const std::string& id) const {
     const std::string lista =
         p_.ajustes.leerIni(p_.ajustes.archivoDeAjustes(), kPuertaLocalEscriben.seccion,
                            kPuertaLocalEscriben.clave, "");
     if (estaEnLista(lista, l.usuario, l.nombre)) return true;
     fallar(l, id,
            "el usuario " + l.nombre + " no esta en " + std::string(kPuertaLocalEscriben.clave));
-    log_.escribir("Puerta local", "usuario " + l.nombre + ": no se hace " + std::string(que) + " " +
-                                      std::string(sobre.substr(0, kDireccionMaxima)));
     return false;
 }
 
@@ -381,7 +378,7 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     if (direccion.empty() || direccion.size() > kDireccionMaxima || !valor)
         return fallar(l, id, "escribir: direccion es un texto y valor un numero");
     const std::string origen = "usuario " + l.nombre;
-    if (!puedeOrdenar(l, id, "escribir", direccion)) {
+    if (!puedeOrdenar(l, id)) {
         p_.solicitudes.rechazar({direccion, enPalabras(Rechazo::UsuarioSinPermiso), origen},
                                 *valor);
         return;
@@ -414,8 +411,9 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const std::string que =
         porNivel ? "nivel " + textoDeNumero(*nivel) + ", veces: " + textoDeNumero(*veces)
                  : direccion;
-    if (!puedeOrdenar(l, id, "forzar", que)) return;
     const std::string quien = "usuario " + l.nombre;
+    if (!puedeOrdenar(l, id))
+        return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
     porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
                                                        nombreDe(Ordenante::Usuario, l.nombre))

@@ -136,8 +136,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     void encolar(Lector& l, const std::string& id, Trabajo trabajo);
     template <class F>
     void encolarTodos(Lector& l, const std::string& id, std::size_t cuantos, F uno);
-    [[nodiscard]] bool puedeOrdenar(Lector& l, const std::string& id, std::string_view que,
-                                    std::string_view sobre);
+    [[nodiscard]] bool puedeOrdenar(Lector& l, const std::string& id) const;
     struct Lugar {
         Indice bloque;
         int bit;

@@ -110,12 +110,20 @@ void Bitacora::bloque(const Suceso& s) {
 }
 
 void Bitacora::rechazo(const Suceso& s, std::string_view texto) {
-    if (s.detalle == static_cast<std::int16_t>(ClaseDeRechazo::Anotada)) return;
     const TextoDeRechazo r = TextoDeRechazo::partir(texto);
-    std::string que(r.direccion);
-    que += " = " + textoDeNumero(s.numero) + ", pedida por " + std::string(r.origen);
-    EntradaDeLog e{kDriver, "Escritura rechazada", que, r.motivo};
-    e.novedad = Novedad::EscrituraRechazada;
+    const auto clase = static_cast<ClaseDeRechazo>(s.detalle);
+    const bool delPedido = esDelPedido(clase);
+    const std::string valor = textoDeNumero(s.numero);
+    const std::string direccion(r.direccion);
+    const std::string procedimiento =
+        delPedido ? "escritura de " + direccion + " valor: " + valor + " - Scan: 3"
+                  : "Escritura rechazada";
+    const std::string que =
+        delPedido ? std::to_string(s.detalle)
+                  : direccion + " = " + valor + ", pedida por " + std::string(r.origen);
+    EntradaDeLog e{kDriver, procedimiento, que, r.motivo};
+    e.novedad = clase == ClaseDeRechazo::DeUnaPuerta ? Novedad::EscrituraNoAdmitida
+                                                     : Novedad::EscrituraRechazada;
     const std::string donde =
         s.conexion == kNinguno ? std::string() : direccionDe(tablas_.conexiones[s.conexion]);
     e.conexion = donde;

@@ -25,7 +25,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
       auditoria(sucesos, tablas, archivos_, bucle_.reloj(), carpeta, programa),
       ejecucion(bucle_, tablas, turnos, publicacion, mudas, sucesos),
       poleo(bucle_, tablas, turnos, lectura, mudas, relojDeBloques, ejecucion, sucesos),
-      solicitudes(tablas, turnos, ejecucion, sucesos, log),
+      solicitudes(tablas, turnos, ejecucion, sucesos),
       forzado(tablas, turnos, publicacion, poleo, mudas, relojDeBloques, modelo, sucesos, sello,
               log),
       servidor(bucle_, tablas, ajustes, vista, sucesos, log, *this),
@@ -150,7 +150,7 @@ void Motor::escribirDireccion(std::string_view direccion, double valor, std::str
 
 void Motor::rechazarEscritura(std::string_view direccion, double valor, std::string_view origen,
                               std::string_view motivo) {
-    solicitudes.rechazar({direccion, motivo, origen}, valor, ClaseDeRechazo::Anotada);
+    solicitudes.rechazar({direccion, motivo, origen}, valor);
 }
 
 void Motor::terminar() {

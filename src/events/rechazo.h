@@ -10,8 +10,20 @@
 
 namespace kv {
 
-/// Refusals that the operator's box has words of its own for, and those that the log has.
-enum class ClaseDeRechazo : std::int16_t { Otra, SinPlc, SinConexion, Anotada };
+/// Where a refusal comes from, which boxes and log word differently. What is wrong with the request
+/// itself carries the number of the failure, those that scripts know.
+enum class ClaseDeRechazo : std::int16_t {
+    DeUnaPuerta, ///< whoever asks may not
+    SinPlc,
+    SinConexion,
+    Argumento = 5,
+    Desborde = 6,
+    Memoria = 7,
+    Interna = 51
+};
+[[nodiscard]] constexpr bool esDelPedido(ClaseDeRechazo clase) {
+    return clase >= ClaseDeRechazo::Argumento;
+}
 
 /// Why a write is refused.
 enum class Rechazo : std::uint8_t {

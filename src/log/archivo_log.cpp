@@ -6,22 +6,8 @@
 #include "text/windows1252.h"
 
 #include <array>
-#include <new>
-#include <stdexcept>
 
 namespace kv {
-
-int numeroDeError(const std::exception& falla) {
-    constexpr int kArgumento = 5;
-    constexpr int kDesborde = 6;
-    constexpr int kMemoria = 7;
-    constexpr int kInterno = 51;
-    if (dynamic_cast<const std::invalid_argument*>(&falla) != nullptr) return kArgumento;
-    if (dynamic_cast<const std::out_of_range*>(&falla) != nullptr) return kDesborde;
-    if (dynamic_cast<const std::length_error*>(&falla) != nullptr) return kMemoria;
-    if (dynamic_cast<const std::bad_alloc*>(&falla) != nullptr) return kMemoria;
-    return kInterno;
-}
 
 ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
                        const std::string& carpetaDelPrograma, std::string programa)

@@ -7,16 +7,10 @@
 #include "platform/diario.h"
 #include "platform/reloj.h"
 
-#include <exception>
 #include <string>
 #include <string_view>
 
 namespace kv {
-
-/// The number by which an entry names a failure, beside its description: those that scripts know, 5
-/// for a malformed argument, 6 for a value that does not fit, 7 for want of memory or room, 51 for
-/// any other.
-[[nodiscard]] int numeroDeError(const std::exception& falla);
 
 /// One entry. Its texts are UTF-8; those below the description are known to the system's journal
 /// only, as fields of their own, being in the message already.

@@ -218,8 +218,6 @@ void Sesion::escribirUna(std::string_view contenido) {
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen_);
     const std::string_view motivo =
         enPalabras(puerta_.soloLectura() ? Rechazo::SoloLectura : Rechazo::DemasiadasEnUnSegundo);
-    log_.escribir("Escritura", remoto_ + ": no se hace " + direccion.substr(0, 64), motivo,
-                  Novedad::EscrituraNoAdmitida);
     ordenes_.rechazarEscritura(direccion, valor, origen_, motivo);
 }
 

@@ -7,21 +7,13 @@
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <cmath>
-#include <stdexcept>
+#include <new>
 
 namespace kv {
-namespace {
-
-std::invalid_argument rechazada(Rechazo rechazo) {
-    return std::invalid_argument(std::string(enPalabras(rechazo)));
-}
-
-} // namespace
 
 SolicitudesDeEscritura::SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos,
-                                               EjecucionDeEscrituras& ejecucion, Sucesos& sucesos,
-                                               ArchivoLog& log)
-    : tablas_(tablas), turnos_(turnos), ejecucion_(ejecucion), sucesos_(sucesos), log_(log) {}
+                                               EjecucionDeEscrituras& ejecucion, Sucesos& sucesos)
+    : tablas_(tablas), turnos_(turnos), ejecucion_(ejecucion), sucesos_(sucesos) {}
 
 double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, double valor,
                                                  std::string_view origen) {
@@ -30,41 +22,34 @@ double SolicitudesDeEscritura::escribirDireccion(std::string_view direccion, dou
 
 double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                                            std::string_view origen) {
-    const std::string_view corta = direccion.substr(0, limite::kDireccionEnMensaje);
+    using enum ClaseDeRechazo;
     // Nothing is thrown for what is refused: whoever may write can ask for it without end.
-    const auto negar = [&](const std::exception& falla) {
-        log_.escribir({"DRIVER",
-                       "escritura de " + std::string(corta) + " valor: " + textoDeNumero(valor) +
-                           " - Scan: 3",
-                       std::to_string(numeroDeError(falla)), falla.what(),
-                       Novedad::EscrituraRechazada});
-        return rechazar({corta, falla.what(), origen}, valor, ClaseDeRechazo::Anotada);
+    const auto negar = [&](ClaseDeRechazo clase, Rechazo rechazo) {
+        return rechazar({direccion, enPalabras(rechazo), origen}, valor, clase);
     };
     try {
         DireccionPartida d;
-        if (!partirDireccion(direccion, d)) return negar(rechazada(Rechazo::DireccionNoValida));
+        if (!partirDireccion(direccion, d)) return negar(Argumento, Rechazo::DireccionNoValida);
         // What names no bit must not become a write of the whole register.
-        if (d.bit == kNoEsBit) return negar(rechazada(Rechazo::BitFueraDeRango));
+        if (d.bit == kNoEsBit) return negar(Argumento, Rechazo::BitFueraDeRango);
         const std::string clave = claveDeBloque(d.puerto, d.plc, d.registro);
         const auto lugar = tablas_.buscarEstacion(d.puerto, d.plc);
         if (lugar.conexion == kNinguno)
-            return rechazar({corta, enPalabras(Rechazo::SinPlc), origen, clave}, valor,
-                            ClaseDeRechazo::SinPlc);
+            return rechazar({direccion, enPalabras(Rechazo::SinPlc), origen, clave}, valor, SinPlc);
         if (!turnos_.conectada(lugar.conexion))
-            return rechazar({corta, enPalabras(Rechazo::SinConexion), origen, clave}, valor,
-                            ClaseDeRechazo::SinConexion, lugar.conexion);
+            return rechazar({direccion, enPalabras(Rechazo::SinConexion), origen, clave}, valor,
+                            SinConexion, lugar.conexion);
         const Indice leido = tablas_.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
-        if (leido == kNinguno) return negar(rechazada(Rechazo::NadieLoLee));
+        if (leido == kNinguno) return negar(Argumento, Rechazo::NadieLoLee);
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)
-            return negar(std::length_error(std::string(enPalabras(Rechazo::DemasiadasEnEspera))));
+            return negar(Memoria, Rechazo::DemasiadasEnEspera);
         BloqueEscritura nueva;
-        if (!armar(nueva, d, b, valor))
-            return negar(std::out_of_range(std::string(enPalabras(Rechazo::FueraDeTrama))));
+        if (!armar(nueva, d, b, valor)) return negar(Desborde, Rechazo::FueraDeTrama);
         nueva.origen = origen;
         const Indice n = ejecucion_.tomarLugar(std::move(nueva));
         b.ultimaEscritura = n;
@@ -72,7 +57,8 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         ejecucion_.pedirReclamo();
         return n;
     } catch (const std::exception& falla) {
-        return negar(falla);
+        const bool sinMemoria = dynamic_cast<const std::bad_alloc*>(&falla) != nullptr;
+        return rechazar({direccion, falla.what(), origen}, valor, sinMemoria ? Memoria : Interna);
     }
 }
 

@@ -3,7 +3,6 @@
 
 #include "events/rechazo.h"
 #include "link/turno.h"
-#include "log/archivo_log.h"
 #include "plant/direcciones.h"
 #include "write/ejecucion.h"
 
@@ -16,20 +15,20 @@ namespace kv {
 class SolicitudesDeEscritura {
   public:
     SolicitudesDeEscritura(Tablas& tablas, Turnos& turnos, EjecucionDeEscrituras& ejecucion,
-                           Sucesos& sucesos, ArchivoLog& log);
+                           Sucesos& sucesos);
 
     /// Writes `valor`, rounded to a whole number as the script language rounds, to
     /// port.PLC.register, or to one bit of it when a fourth part names one. Every source of writes
     /// ends here; `origen` says which. Gives the index of the write block, or -1 when the request
-    /// was refused, which is an event and, when the request itself was bad, a log entry.
+    /// was refused, which is an event.
     double escribirDireccion(std::string_view direccion, double valor,
                              std::string_view origen = {});
     double levantarBloque_De_Escritura(std::string_view direccion, double valor,
                                        std::string_view origen);
 
     /// Records a request that another part refuses; gives -1. Its address is cut.
-    double rechazar(TextoDeRechazo texto, double valor, ClaseDeRechazo clase = ClaseDeRechazo::Otra,
-                    Indice conexion = kNinguno);
+    double rechazar(TextoDeRechazo texto, double valor,
+                    ClaseDeRechazo clase = ClaseDeRechazo::DeUnaPuerta, Indice conexion = kNinguno);
 
     /// So many writes may wait at the same time; more are refused.
     static constexpr std::size_t kEnEsperaMaximo = 100'000;
@@ -46,7 +45,6 @@ class SolicitudesDeEscritura {
     Turnos& turnos_;
     EjecucionDeEscrituras& ejecucion_;
     Sucesos& sucesos_;
-    ArchivoLog& log_;
 };
 
 } // namespace kv

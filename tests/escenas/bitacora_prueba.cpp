@@ -2,6 +2,7 @@
 // What the log says of a plant's night, by number.
 
 #include "apoyo/planta.h"
+#include "events/rechazo.h"
 #include "text/numeros.h"
 
 #include <gtest/gtest.h>
@@ -108,11 +109,23 @@ TEST_F(BitacoraPrueba, EstacionBloquesEscriturasYGuion) {
     // Refused, given up.
     p->motor.operador.escribirDireccion("9.9.10", 5);
     EXPECT_EQ(lineas("KV311"), 1) << log();
+    p->motor.solicitudes.rechazar({"1.1.10", "solo lectura", "cliente 10.0.0.9:4000"}, 5);
+    EXPECT_TRUE(dice("DRIVER>Escritura rechazada>1.1.10 = 5, pedida por cliente 10.0.0.9:4000, "
+                     "DescError:solo lectura KV513\r\n"))
+        << log();
+    // A script that writes to a register that nobody reads, at every answer.
+    for (int i = 0; i < 30; ++i)
+        p->motor.solicitudes.escribirDireccion("1.1.F0", 5, kOrigenGuion);
+    EXPECT_TRUE(dice("DRIVER>escritura de 1.1.F0 valor: 5 - Scan: 3>5, DescError:ningun bloque lee "
+                     "ese registro KV311\r\n"))
+        << log();
+    EXPECT_EQ(lineas("KV311") + lineas("KV513"), 10) << log();
     callar(plc, true);
     p->motor.operador.escribirDireccion("1.1.10", 5);
     p->avanzar(2 * kMinuto);
     EXPECT_TRUE(dice("DRIVER>Escritura sin confirmar>1.1.10 = 5, pedida por ")) << log();
     EXPECT_TRUE(dice("DescError:sin respuesta KV312\r\n"));
+    EXPECT_TRUE(dice("DRIVER>Escrituras fallidas>y 22 mas en ")) << log();
     callar(plc, false);
     p->avanzar(kMinuto);
     // The script fails with a value of the plant, and runs again when that has gone.

@@ -152,7 +152,7 @@ TEST_F(Palabras, DeLasEscrituras) {
     EXPECT_EQ(dice({.que = Que::EscrituraUnida, .numero = 5}),
               "txtDemandaLecturaEscritura:@ 1.1.1F = 5: ya espera una igual$");
     const std::string caja = "txtDemandaLecturaEscritura:@ Imposible escribir.";
-    EXPECT_EQ(rechazo(ClaseDeRechazo::Otra), caja + " 1.1.1F = 7: sin lugar$");
+    EXPECT_EQ(rechazo(ClaseDeRechazo::Desborde), caja + " 1.1.1F = 7: sin lugar$");
     // These two have no end of line of their own: the box adds it.
     EXPECT_EQ(rechazo(ClaseDeRechazo::SinPlc), caja + "1.1.1F No se encuentra PLC$");
     EXPECT_EQ(rechazo(ClaseDeRechazo::SinConexion),
