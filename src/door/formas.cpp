@@ -92,9 +92,8 @@ std::string Formas::estaciones(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
     std::string texto;
     ListaJson lista(texto);
-    for (std::size_t k = 0; k < c.estaciones.limiteSuperior(); ++k) {
+    for (const Indice k : c.estacionesEnUso()) {
         const Estacion& e = c.estaciones[k];
-        if (e.retirada) continue;
         ObjetoJson o(lista.elemento());
         o.numero("plc", e.numero)
             .numero("indice", e.indice)
@@ -152,12 +151,11 @@ void Formas::cuentas(Indice conexion, ObjetoJson& o) const {
         .numero("libre", static_cast<double>(c.reparto.libre) / total)
         .fin();
     ListaJson lista(o.valor("estaciones"));
-    const auto& estaciones = tablas_.conexiones[conexion].estaciones;
-    for (std::size_t k = 0; k < estaciones.limiteSuperior(); ++k) {
-        if (estaciones[k].retirada) continue;
+    const ConexionIP& suya = tablas_.conexiones[conexion];
+    for (const Indice k : suya.estacionesEnUso()) {
         ObjetoJson una(lista.elemento());
-        una.numero("plc", estaciones[k].numero);
-        unas(contadores_.deEstacion(conexion, static_cast<Indice>(k)), una);
+        una.numero("plc", suya.estaciones[k].numero);
+        unas(contadores_.deEstacion(conexion, k), una);
         una.fin();
     }
     lista.fin();

@@ -138,13 +138,13 @@ void PuertaLocal::estado(Lector& l, const Json& /*p*/, const std::string& id) {
         }
         if (s.i < bloques.limiteSuperior()) return false;
         double conexiones = 0, conectadas = 0, calladas = 0;
-        for (std::size_t k = 0; k < p_.tablas.conexiones.limiteSuperior(); ++k) {
+        for (Indice k = 0; k < p_.tablas.conexiones.limiteSuperior(); ++k) {
             const ConexionIP& c = p_.tablas.conexiones[k];
             if (c.retirada) continue;
             ++conexiones;
-            conectadas += c.estadoSupervision == 1 ? 1 : 0;
-            for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e)
-                calladas += !c.estaciones[e].retirada && p_.porQue.callada(c.estaciones[e]) ? 1 : 0;
+            conectadas += p_.turnos.conectada(k) ? 1 : 0;
+            for (const Indice e : c.estacionesEnUso())
+                calladas += p_.porQue.callada(c.estaciones[e]) ? 1 : 0;
         }
         ObjetoJson o = respuesta(salida, id);
         o.texto("hora", enIso(p_.bucle.reloj().ahora()))
@@ -390,7 +390,7 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     escucharLoNecesario();
     const double escritura = p_.solicitudes.escribirDireccion(direccion, *valor, origen);
     escribiendo_ = false;
-    if (escritura < 0) return fallar(l, id, "no se acepta: vea la caja de pedidos o el registro");
+    if (escritura < 0) return fallar(l, id, "no se acepta: " + rechazo_);
     const auto i = static_cast<Indice>(escritura);
     const auto ya = std::find_if(terminadas_.begin(), terminadas_.end(),
                                  [i](const auto& t) { return t.first == i; });

@@ -2,6 +2,7 @@
 #include "door/puerta_local.h"
 
 #include "door/usuarios.h"
+#include "events/rechazo.h"
 
 #include <algorithm>
 #include <charconv>
@@ -55,6 +56,8 @@ void PuertaLocal::abrir() {
 }
 
 void PuertaLocal::cerrar() {
+    for (Lector& l : lectores_)
+        enviar(l); // how the last writes ended
     lectores_.clear();
     escucharLoNecesario();
     escucha_.reset();
@@ -112,7 +115,11 @@ void PuertaLocal::alCambiar(Indice bloque) {
     despertar(kNovedadesMs);
 }
 
-void PuertaLocal::alSuceder(const Suceso& s, std::string_view /*texto*/) {
+void PuertaLocal::alSuceder(const Suceso& s, std::string_view texto) {
+    if (s.que == Que::EscrituraRechazada) {
+        rechazo_ = TextoDeRechazo::partir(texto).motivo;
+        return;
+    }
     if (escribiendo_) terminadas_.emplace_back(s.escritura, s.detalle);
     for (Lector& l : lectores_) {
         std::erase_if(l.escrituras, [&](const EscrituraEnCurso& e) {
@@ -135,7 +142,8 @@ void PuertaLocal::escucharLoNecesario() {
     const bool oir = escribiendo_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
     if (oir == oyeSucesos_) return;
     oyeSucesos_ = oir;
-    oir ? p_.sucesos.avisarA(this, {Que::EscrituraTerminada}) : p_.sucesos.dejarDeAvisarA(this);
+    oir ? p_.sucesos.avisarA(this, {Que::EscrituraTerminada, Que::EscrituraRechazada})
+        : p_.sucesos.dejarDeAvisarA(this);
 }
 
 bool PuertaLocal::hayTrabajo(const Lector& l) const {

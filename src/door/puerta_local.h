@@ -48,6 +48,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
         Archivos& archivos;
         Ajustes& ajustes;
         const Tablas& tablas;
+        const Turnos& turnos;
         Sucesos& sucesos;
         Publicacion& publicacion;
         Vista& vista;
@@ -160,6 +161,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     bool oyeSucesos_ = false;
     bool escribiendo_ = false; ///< ends of writes are kept: one of them may be of the present one
     std::vector<std::pair<Indice, std::int16_t>> terminadas_;
+    std::string rechazo_; ///< why the write asked for last was refused
 };
 
 } // namespace kv

@@ -65,6 +65,11 @@ void Bitacora::enlace(const Suceso& s) {
     const ConexionIP& c = tablas_.conexiones[s.conexion];
     const std::string donde = direccionDe(c);
     EntradaDeLog e{kDriver, "Enlace", {}};
+    if (c.retirada) {
+        // It was closed on request, which the reload's own entry says.
+        e.mensaje = donde + ": se cierra, ya no esta configurada";
+        return log_.escribir(e);
+    }
     e.conexion = donde;
     std::string que = donde + ": conectada";
     e.novedad = Novedad::EnlaceArriba;
@@ -197,27 +202,36 @@ void Bitacora::alPasarElTiempo() {
         v = cerrar(v->first, v->second, ahora) ? ventanas_.erase(v) : std::next(v);
 }
 
+void Bitacora::terminar() {
+    const std::int64_t ahora = reloj_.monotonicoMs();
+    for (const auto& [clave, v] : std::exchange(ventanas_, {}))
+        contarCalladas(clave, v, ahora);
+}
+
+void Bitacora::contarCalladas(std::uint64_t clave, const Ventana& v, std::int64_t ahora) {
+    if (v.calladas == 0) return;
+    constexpr std::array kNombres = {
+        std::pair{"Enlace intermitente", Novedad::EnlaceIntermitente},
+        std::pair{"Estacion intermitente", Novedad::EstacionIntermitente},
+        std::pair{"Bloques conmutados", Novedad::BloquesConmutados},
+        std::pair{"Escrituras fallidas", Novedad::EscriturasFallidas},
+        std::pair{"Guion intermitente", Novedad::GuionIntermitente},
+        std::pair{"Cliente intermitente", Novedad::ClientesIntermitentes},
+    };
+    const auto& [procedimiento, novedad] = kNombres[clave >> kBitsDeLugar];
+    const std::string que = "y " + std::to_string(v.calladas) + " mas en " +
+                            cuanto(ahora - v.desdeMs) + "; al final, " + v.ultima;
+    EntradaDeLog e{kDriver, procedimiento, que};
+    e.novedad = novedad;
+    e.conexion = v.conexion;
+    e.estacion = v.estacion;
+    log_.escribir(e);
+}
+
 bool Bitacora::cerrar(std::uint64_t clave, Ventana& v, std::int64_t ahora) {
     const bool quieta = ahora - v.ultimoMs >= kVentanaMs;
     if (!quieta && ahora - v.desdeMs < v.largoMs) return false;
-    if (v.calladas > 0) {
-        constexpr std::array kNombres = {
-            std::pair{"Enlace intermitente", Novedad::EnlaceIntermitente},
-            std::pair{"Estacion intermitente", Novedad::EstacionIntermitente},
-            std::pair{"Bloques conmutados", Novedad::BloquesConmutados},
-            std::pair{"Escrituras fallidas", Novedad::EscriturasFallidas},
-            std::pair{"Guion intermitente", Novedad::GuionIntermitente},
-            std::pair{"Cliente intermitente", Novedad::ClientesIntermitentes},
-        };
-        const auto& [procedimiento, novedad] = kNombres[clave >> kBitsDeLugar];
-        const std::string que = "y " + std::to_string(v.calladas) + " mas en " +
-                                cuanto(ahora - v.desdeMs) + "; al final, " + v.ultima;
-        EntradaDeLog e{kDriver, procedimiento, que};
-        e.novedad = novedad;
-        e.conexion = v.conexion;
-        e.estacion = v.estacion;
-        log_.escribir(e);
-    }
+    contarCalladas(clave, v, ahora);
     if (quieta) return true;
     // It goes on: it is counted from the start now, and reported more seldom. Where nothing was
     // counted the next ones are worth an entry again.

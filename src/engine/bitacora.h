@@ -30,6 +30,8 @@ class Bitacora final : public OyenteDeSucesos {
     void alSuceder(const Suceso& suceso, std::string_view texto) override;
     /// To be called at every turn of the loop.
     void alPasarElTiempo();
+    /// The program ends: what has only been counted is said.
+    void terminar();
 
   private:
     enum class Clase : std::uint8_t { Enlace, Estacion, Bloque, Escritura, Guion, Cliente };
@@ -48,6 +50,7 @@ class Bitacora final : public OyenteDeSucesos {
     void anotar(Clase clase, std::uint64_t cual, const EntradaDeLog& entrada);
     /// Whether the window is over.
     [[nodiscard]] bool cerrar(std::uint64_t clave, Ventana& v, std::int64_t ahora);
+    void contarCalladas(std::uint64_t clave, const Ventana& v, std::int64_t ahora);
     void enlace(const Suceso& s);
     void estacion(const Suceso& s);
     void bloque(const Suceso& s);

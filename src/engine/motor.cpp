@@ -40,8 +40,8 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
                 ejecucion, forzado}}),
       operador({tablas, turnos, recepcion, forzado, solicitudes, ajustes, archivos_, vista, sello,
                 bucle_.reloj(), log, contadores, porQue, recarga, descripciones}),
-      puertaLocal({bucle_, archivos_, ajustes, tablas, sucesos, publicacion, vista, solicitudes,
-                   ejecucion, forzado, porQue, log},
+      puertaLocal({bucle_, archivos_, ajustes, tablas, turnos, sucesos, publicacion, vista,
+                   solicitudes, ejecucion, forzado, porQue, log},
                   Formas(tablas, turnos, conexiones, relojDeBloques, sucesos, contadores, porQue)) {
     fijar([](const AjusteNumerico& cual) { return cual.porDefecto; });
     bucle.alFinalDeVuelta([this] {
@@ -158,6 +158,9 @@ void Motor::terminar() {
     ejecucion.alTerminarElPrograma();
     puertaLocal.cerrar();
     auditoria.cerrar();
+    log.terminar();
+    bitacora.terminar();
+    log.terminar();
 }
 
 void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) {

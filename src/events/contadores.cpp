@@ -149,7 +149,7 @@ void Contadores::alDescartar(const Suceso& s, DeConexion& c) {
     if (c.estaciones.empty()) c.estaciones.resize(1);
     Cuentas& cuentas = c.estaciones[c.estacion].cuentas;
     if (s.que == Que::Sobrante) {
-        ++cuentas.sobrantes;
+        cuentas.sobrantes += static_cast<std::uint64_t>(s.numero);
         if (c.pedido == Pedido::Fuera) c.pedido = Pedido::Dudoso;
         return;
     }

@@ -24,7 +24,8 @@ enum class Que : std::uint8_t {
     // `cuantos` were held from earlier arrivals.
     LlegaronBytes, ///< `numero`: how many the buffer holds
     Descarte,      ///< no answer; `numero`: of how many bytes
-    Sobrante,  ///< an answer that was not waited for, or could not be told apart from a late one
+    Sobrante,  ///< an answer that was not waited for, or could not be told apart from a late one;
+               ///< `numero`: how many it stands for
     Recepcion, ///< the answer that was waited for
     // Reads.
     Envio,     ///< `bytes`: the request

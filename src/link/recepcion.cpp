@@ -9,7 +9,7 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kSobrantesEnTraza = 16; // of one arrival
+constexpr std::size_t kSobrantesEnTraza = 15; // one by one, of one arrival
 
 RespuestasDebidas::Respuesta comoSeVe(const Respuesta& r) {
     return {std::uint32_t{r[1]} << 24 | std::uint32_t{r[2]} << 16 | std::uint32_t{r[3]} << 8 | r[4],
@@ -26,7 +26,7 @@ Recepcion::Recepcion(Tablas& tablas, Turnos& turnos, Bucle& bucle, Sucesos& suce
 void Recepcion::alConectar(std::size_t indice) { turnos_.olvidar(static_cast<Indice>(indice)); }
 
 void Recepcion::alCortarse(std::size_t indice) {
-    Turnos::vaciarRecepcion(tablas_.conexiones[indice]);
+    turnos_.vaciarRecepcion(static_cast<Indice>(indice));
 }
 
 void Recepcion::alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) {
@@ -87,16 +87,20 @@ void Recepcion::entregar(Indice n) {
         c.debidas.alSobrar(vistas_, ahora);
     }
     const bool acepta = veredicto.de == De::LoPedido;
-    for (std::size_t k = 0; k < std::min(llego_.respuestas.size(), kSobrantesEnTraza); ++k) {
+    std::size_t cuantas = llego_.respuestas.size() - (acepta ? 1 : 0);
+    for (std::size_t k = 0; cuantas > 0; ++k) {
         if (acepta && k == veredicto.cual) continue;
-        Suceso sobra{.que = Que::Sobrante, .conexion = n};
+        // The last one that is shown stands for those behind it.
+        const std::size_t vale = k < kSobrantesEnTraza ? 1 : cuantas;
+        cuantas -= vale;
+        Suceso sobra{.que = Que::Sobrante, .conexion = n, .numero = static_cast<double>(vale)};
         sobra.poner(llego_.respuestas[k].trama);
         sucesos_.decir(sobra);
     }
     Transaccion* de = turnos_.enCurso(n);
     if (de != nullptr && acepta) {
         ++respuestas_;
-        Turnos::vaciarRecepcion(c);
+        turnos_.vaciarRecepcion(n);
         const Respuesta trama =
             llego_.respuestas[veredicto.cual].trama; // others may come meanwhile
         return de->contestada(n, trama);

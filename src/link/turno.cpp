@@ -94,7 +94,7 @@ void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoM
     c.llegoBasura = false;
     c.enviadoUs = bucle_.reloj().monotonicoUs();
     // What has come of an answer belongs to an earlier request than the one that leaves now.
-    vaciarRecepcion(c);
+    vaciarRecepcion(conexion);
     c.debidas.alEnviar(c.registroEnCurso, c.enviadoUs / 1000, plazoMs,
                        c.debidas.limpia() || llegoTodo(conexion));
     c.tramaEnCurso = trama;
@@ -195,7 +195,7 @@ void Turnos::olvidar(Indice conexion) {
     c.turno = EstadoDeTurno::Libre;
     c.pausaCumplida = c.retenida = false;
     c.debidas.vaciar();
-    vaciarRecepcion(c);
+    vaciarRecepcion(conexion);
     if (Transaccion* de = std::exchange(companeros_[conexion].enCurso, nullptr))
         de->perdida(conexion);
 }
@@ -205,6 +205,17 @@ void Turnos::anotarFalla(Indice conexion, const char* que) {
     log_.escribirLog("DRIVER", "Turno de conexion", c.ip + ":" + c.puertoTCP, que);
 }
 
-void Turnos::vaciarRecepcion(ConexionIP& c) { c.recepcion.clear(); }
+/// What is left of an arrival is lost with it: it is counted, and no line of the plant's own.
+void Turnos::vaciarRecepcion(Indice conexion) {
+    auto& resto = tablas_.conexiones[conexion].recepcion;
+    if (resto.empty()) return;
+    Suceso perdido{.que = Que::Descarte,
+                   .conexion = conexion,
+                   .callado = true,
+                   .numero = static_cast<double>(resto.size())};
+    perdido.poner(resto);
+    resto.clear();
+    sucesos_.decir(perdido);
+}
 
 } // namespace kv

@@ -83,7 +83,7 @@ class Turnos {
     /// Ends a pause of no length. Called where handlers end.
     void terminarPausaCumplida(Indice conexion);
 
-    static void vaciarRecepcion(ConexionIP& c);
+    void vaciarRecepcion(Indice conexion);
 
     /// How many of the connection's two timers run, for whoever checks the rule.
     [[nodiscard]] int temporizadoresEncendidos(Indice conexion) const;

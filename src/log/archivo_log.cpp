@@ -55,9 +55,17 @@ void ArchivoLog::avisarAlDiario(const EntradaDeLog& e) {
 }
 
 void ArchivoLog::alPasarElTiempo() {
-    if (!cupo_.hayNegados()) return;
-    if (const std::uint64_t calladas = cupo_.negados(reloj_.monotonicoMs()); calladas > 0)
-        agregar("DRIVER>Registro>y " + std::to_string(calladas) +
+    if (cupo_.hayNegados()) contarCalladas(cupo_.negados(reloj_.monotonicoMs()));
+}
+
+void ArchivoLog::terminar() {
+    contarCalladas(cupo_.negadosYa());
+    cupo_.vaciar();
+}
+
+void ArchivoLog::contarCalladas(std::uint64_t cuantas) {
+    if (cuantas > 0)
+        agregar("DRIVER>Registro>y " + std::to_string(cuantas) +
                     " entradas mas en el mismo segundo, DescError:",
                 true);
 }

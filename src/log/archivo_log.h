@@ -55,9 +55,13 @@ class ArchivoLog {
     /// To be called at every turn of the loop: tells how many entries a second lost, once it is
     /// over.
     void alPasarElTiempo();
+    /// The program ends: entries of this second that had no place are counted, and there is place
+    /// for the last ones.
+    void terminar();
 
   private:
     void avisarAlDiario(const EntradaDeLog& entrada);
+    void contarCalladas(std::uint64_t cuantas);
     void agregar(std::string_view cuerpo, bool tambienGlobal);
     [[nodiscard]] std::string linea(std::string_view cuerpo) const;
 

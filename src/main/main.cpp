@@ -199,6 +199,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
 int main(int argc, char** argv) {
     kv::Opciones opciones;
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a write that fails
     if (const auto fin = kv::leerLinea(argc, argv, opciones))
         return kv::conSalidaEntera(*fin, kv::kNombreDelPrograma, std::cout, std::cerr);
     try {

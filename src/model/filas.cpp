@@ -43,7 +43,7 @@ std::optional<std::string> FilasDeVariables::texto(std::uint32_t fila, std::size
                                  bits->bitFilas.begin())
                            : 0;
     if (deBit && bit == bits->bitFilas.size()) return std::nullopt;
-    const LoMostrado& mostrado = deBit ? bits->mostrado[bit] : b->mostrado;
+    const LoMostrado& mostrado = b->mostrado;
     switch (columna) {
     case kDireccion:
         return deBit ? b->clave + "." + textoDeNumero(static_cast<double>(bit)) : b->clave;

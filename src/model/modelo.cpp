@@ -38,8 +38,8 @@ void Modelo::levantarEstacion(const Estacion& configurada) {
     Indice k = tablas_.buscarConexion(ip, puertoTCP);
     if (k == kNinguno) k = levantarConexion(configurada.puerto, ip, puertoTCP);
     ConexionIP& c = tablas_.conexiones[k];
-    for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
-        if (!c.estaciones[e].retirada && c.estaciones[e].indice == configurada.indice) return;
+    for (const Indice e : c.estacionesEnUso()) {
+        if (c.estaciones[e].indice == configurada.indice) return;
     }
     Estacion estacion;
     estacion.numero = configurada.numero;
@@ -74,8 +74,8 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
 void Modelo::copiarDePuerto(BloqueLectura& b, const Puerto& puerto) {
     b.tiempoFueraMs =
         milisegundos(util(puerto.tiempoFuera, limite::kTiempoFuera, de_puerto::kTiempoFuera));
-    b.segReconeccion = util(puerto.segReconeccion, limite::kTiempo, de_puerto::kReconeccion);
-    b.reconeccionMs = milisegundos(b.segReconeccion);
+    b.reconeccionMs =
+        milisegundos(util(puerto.segReconeccion, limite::kTiempo, de_puerto::kReconeccion));
     b.reintentosMax = puerto.reintentosMax;
 }
 
@@ -204,9 +204,8 @@ void Modelo::retirarEstacion(Indice conexion, Indice estacion) {
     c.estaciones[estacion].retirada = true;
     tablas_.olvidarEstacion(conexion, estacion);
     std::string quedan;
-    for (std::size_t e = 0; e < c.estaciones.limiteSuperior(); ++e) {
-        if (!c.estaciones[e].retirada) quedan += rotulo(c.estaciones[e]);
-    }
+    for (const Indice e : c.estacionesEnUso())
+        quedan += rotulo(c.estaciones[e]);
     if (quedan.empty()) {
         tablas_.olvidarConexion(conexion);
         return conexiones_.retirar(conexion);

@@ -92,10 +92,8 @@ class Comparacion {
         const Indice k = tablas_.buscarConexion(prevista.ip, prevista.puertoTCP);
         std::unordered_map<std::int16_t, Indice> porIndice;
         if (k != kNinguno && tablas_.conexiones[k].puerto == prevista.puerto) {
-            const auto& estaciones = tablas_.conexiones[k].estaciones;
-            for (Indice e = 0; e < estaciones.limiteSuperior(); ++e) {
-                if (!estaciones[e].retirada) porIndice.try_emplace(estaciones[e].indice, e);
-            }
+            for (const Indice e : tablas_.conexiones[k].estacionesEnUso())
+                porIndice.try_emplace(tablas_.conexiones[k].estaciones[e].indice, e);
         }
         for (const std::size_t i : prevista.estaciones) {
             const auto hallada = porIndice.find(listas_.estaciones[i].indice);

@@ -189,8 +189,9 @@ std::string PorQue::intentos(const Fallidos& f) const {
 }
 
 Indice PorQue::quienSondea(const Estacion& e) const {
-    const auto i = std::find_if(e.bloques.begin(), e.bloques.end(),
-                                [this](Indice k) { return bloques_.faltanMs(k) >= 0; });
+    const auto i = std::find_if(e.bloques.begin(), e.bloques.end(), [this](Indice k) {
+        return tablas_.bloques[k].activo && bloques_.faltanMs(k) >= 0;
+    });
     return i == e.bloques.end() ? kNinguno : *i;
 }
 
@@ -241,8 +242,9 @@ std::string PorQue::porQueEstacion(Indice conexion, Indice estacion) const {
 }
 
 std::string PorQue::causaDeEstacion(Indice conexion, Indice estacion) const {
-    if (!turnos_.conectada(conexion)) return sinEnlace(conexion);
     const Estacion& e = tablas_.conexiones[conexion].estaciones[estacion];
+    if (e.retirada) return decir(dicho::kRetirado);
+    if (!turnos_.conectada(conexion)) return sinEnlace(conexion);
     const Cuentas cuentas = contadores_.deEstacion(conexion, estacion);
     if (callada(e) || (e.fallidos.desde.hay() && cuentas.respuestas == 0)) {
         const Indice quien = e.muda ? quienSondea(e) : kNinguno;
@@ -263,13 +265,14 @@ std::string PorQue::causaDeEstacion(Indice conexion, Indice estacion) const {
 
 std::string PorQue::porQueConexion(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
+    if (c.retirada) return lugarDe(c) + ": " + decir(dicho::kRetirado) + ".";
     if (!turnos_.conectada(conexion)) {
         std::string texto = sinEnlace(conexion) + ".";
         texto[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(texto[0])));
         return texto;
     }
     std::string texto = decir(dicho::kConectada, {lugarDe(c), hora(c.enlaceDesde.ms())});
-    for (std::size_t k = 0; k < c.estaciones.limiteSuperior(); ++k) {
+    for (const Indice k : c.estacionesEnUso()) {
         const Estacion& e = c.estaciones[k];
         if (callada(e))
             texto +=

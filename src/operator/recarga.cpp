@@ -14,8 +14,16 @@ constexpr std::int64_t kPorcion = 20'000;
 constexpr std::int64_t kEntrePorcionesMs = 1;
 constexpr std::size_t kRetazoGrande = 4096;
 
-/// A fault without its line: lines move when others are put before them.
-std::string sinLinea(const Problema& p) { return p.archivo + ": " + p.que; }
+/// A fault without its line and those that it names: lines move when others are put before them.
+std::string sinLinea(const Problema& p) {
+    constexpr std::string_view kLinea = "la línea ";
+    std::string texto = p.archivo + ": " + p.que;
+    for (auto n = texto.find(kLinea); n != std::string::npos; n = texto.find(kLinea, n)) {
+        n += kLinea.size();
+        texto.erase(n, texto.find_first_not_of("0123456789", n) - n);
+    }
+    return texto;
+}
 
 std::string cuantos(std::size_t n) { return textoDeNumero(static_cast<double>(n)); }
 
@@ -30,7 +38,7 @@ Recarga::Recarga(const Partes& partes)
 void Recarga::conocer(const Problemas& problemas) {
     conocidos_.clear();
     for (const Problema& p : problemas.lista())
-        conocidos_.insert(sinLinea(p));
+        ++conocidos_[sinLinea(p)];
 }
 
 void Recarga::recargar() {
@@ -113,8 +121,9 @@ void Recarga::contar(const Traspaso::Hecho& hecho) {
 
 /// The first fault that is new, or nothing.
 std::string Recarga::queja(const ConfiguracionLeida& leida) const {
+    auto quedan = conocidos_;
     for (const Problema& p : leida.problemas.lista()) {
-        if (!conocidos_.contains(sinLinea(p))) return textoDeProblema(p);
+        if (quedan[sinLinea(p)]-- == 0) return textoDeProblema(p);
     }
     // Those beyond the limit were not kept, so whether one of them is new cannot be known.
     return leida.problemas.demas() > 0 ? leida.listas.archivo + ": demasiados problemas"

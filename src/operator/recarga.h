@@ -14,7 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -70,7 +70,8 @@ class Recarga {
     void rechazar(const std::string& porque);
 
     Partes p_;
-    std::unordered_set<std::string> conocidos_; ///< faults of the configuration in use
+    /// Faults of the configuration in use, and how often it has each.
+    std::unordered_map<std::string, std::size_t> conocidos_;
     std::function<void(const std::string&)> alAdoptar_;
     std::function<void()> alTerminar_;
     Porciones porciones_;

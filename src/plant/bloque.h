@@ -48,7 +48,6 @@ struct BitsDeVariable {
     std::array<FilaDeLista, 16> bitFilas{};
     std::array<Indice, 16> ranuraValor{};
     std::array<Indice, 16> ranuraEstado{};
-    std::array<LoMostrado, 16> mostrado{};
 };
 
 /// A block: one register of one station, which is one `Variable`. A configured block of several
@@ -100,7 +99,6 @@ struct alignas(64) BloqueLectura {
 
     // And what is touched when an operator or a misfortune asks for it.
     std::int64_t reconeccionMs = 0;
-    double segReconeccion = 0;
     double nivel = 0;
     double scanSegundos = 0;
     double scanConfigurado = 0; ///< seconds; an operator may have set another

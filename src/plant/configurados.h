@@ -35,6 +35,7 @@ struct Estacion {
     std::uint32_t agotados = 0;         ///< blocks in a row that gave no answer to all their tries
     bool retirada = false;              ///< no longer configured, see Tablas
     bool muda = false;        ///< known to be silent: one block asks for all, once after each rest
+    bool dichaMuda = false;   ///< and it has not been said since that it answers
     std::uint32_t sondea = 0; ///< place in `bloques` of the one that asks
     Fallidos fallidos;        ///< of all its blocks
     // Configuration only:

@@ -141,6 +141,14 @@ void Tablas::olvidarConexion(Indice conexion) {
     if (i != porDireccion_.end() && i->second == conexion) porDireccion_.erase(i);
 }
 
+std::vector<Indice> ConexionIP::estacionesEnUso() const {
+    std::vector<Indice> suyas;
+    for (Indice e = 0; e < estaciones.limiteSuperior(); ++e) {
+        if (!estaciones[e].retirada) suyas.push_back(e);
+    }
+    return suyas;
+}
+
 void Tablas::ordenar(Indice conexion) {
     ++edicion_;
     ConexionIP& c = conexiones[conexion];
@@ -160,9 +168,8 @@ void Tablas::ordenarEstaciones() {
     ++edicion_;
     porNumero_.clear();
     for (Indice k = 0; k < conexiones.limiteSuperior(); ++k) {
-        for (Indice e = 0; e < conexiones[k].estaciones.limiteSuperior(); ++e) {
-            if (!conexiones[k].estaciones[e].retirada) anotarEstacion(k, e);
-        }
+        for (const Indice e : conexiones[k].estacionesEnUso())
+            anotarEstacion(k, e);
     }
     estacionesPorOrdenar_ = false;
 }

@@ -64,6 +64,9 @@ struct ConexionIP {
     Momento enlaceDesde; ///< since when it is up, or lost; empty: it never was up
     std::string motivo;  ///< why it is not up, as the last attempt gave it
     double contadorIntervalos = 0, contadorSolicitudes = 0, contadorTiempoFuera = 0;
+
+    /// Those of `estaciones` that are configured, in their order.
+    [[nodiscard]] std::vector<Indice> estacionesEnUso() const;
 };
 
 /// The runtime tables. Records refer to each other by their numbers; records are never removed, but

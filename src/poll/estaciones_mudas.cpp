@@ -33,7 +33,7 @@ void EstacionesMudas::callar(Indice bloque) {
 }
 
 void EstacionesMudas::enmudecer(Estacion& e, Indice salvo) {
-    e.muda = true;
+    e.muda = e.dichaMuda = true;
     for (const Indice i : e.bloques) {
         if (i != salvo && tablas_.bloques[i].activo) callar(i);
     }
@@ -57,10 +57,12 @@ void EstacionesMudas::alContestar(Indice bloque) {
     e.agotados = 0;
     reloj_.olvidarFallidos(bloque);
     reloj_.volver(bloque); // also when it was a write that was answered
-    if (!e.muda) return;
-    e.muda = false;
-    for (const Indice i : e.bloques) {
-        if (reloj_.volver(i) && tablas_.bloques[i].activo) reloj_.pedir(i);
+    if (!e.dichaMuda) return;
+    e.dichaMuda = false;
+    if (std::exchange(e.muda, false)) {
+        for (const Indice i : e.bloques) {
+            if (reloj_.volver(i) && tablas_.bloques[i].activo) reloj_.pedir(i);
+        }
     }
     sucesos_.decir({.que = Que::EstacionContesta,
                     .conexion = tablas_.bloques[bloque].idConexion,

@@ -45,7 +45,9 @@ void Lectura::vencida(Indice conexion) {
     }
     const ConexionIP& c = tablas_.conexiones[conexion];
     const bool danada = c.llegoBasura || !c.recepcion.empty();
-    reloj_.fallar(i, danada ? FinDeIntento::Danada : FinDeIntento::SinNada);
+    // On a lost link nothing was asked.
+    if (turnos_.conectada(conexion))
+        reloj_.fallar(i, danada ? FinDeIntento::Danada : FinDeIntento::SinNada);
     sucesos_.decir({.que = Que::TiempoFuera, .conexion = conexion, .bloque = i});
     if (!reloj_.reintentar(i)) return deshabilitar(conexion, i);
     reintentarBloque(i);
@@ -76,7 +78,7 @@ void Lectura::deshabilitar(Indice conexion, Indice bloque) {
     reloj_.descansar(bloque, turnos_.descanso(b));
     turnos_.pausar(conexion);
     publicacion_.sinRespuesta(bloque, FraseDeEstado::PorTiempoFuera);
-    mudas_.alAgotar(bloque, estabaOK);
+    if (turnos_.conectada(conexion)) mudas_.alAgotar(bloque, estabaOK);
 }
 
 } // namespace kv

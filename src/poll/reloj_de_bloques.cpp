@@ -143,7 +143,8 @@ void RelojDeBloques::descansar(Indice bloque, std::int64_t ms) {
     tablas_.habilitar(bloque, false);
     Timer1_Bloques_[bloque].rearmar(ms);
     mostrar(b, de_bloques::kHabilitado,
-            "Deshabilitado por " + textoDeNumero(b.segReconeccion) + "(s) Desde " + sello_.ahora());
+            "Deshabilitado por " + textoDeNumero(static_cast<double>(b.reconeccionMs) / 1000) +
+                "(s) Desde " + sello_.ahora());
     sucesos_.decir({.que = Que::BloqueDeshabilitado, .conexion = b.idConexion, .bloque = bloque});
 }
 

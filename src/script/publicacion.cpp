@@ -38,7 +38,7 @@ void Publicacion::darDeAltaBit(BloqueLectura& bloque, std::size_t b) {
     BitsDeVariable& bits = *bloque.bits;
     std::tie(bits.ranuraValor[b], bits.ranuraEstado[b]) = ranuras(bits.bitNombres[b]);
     vista_.lstViewVariables.tildar(bits.bitFilas[b], bloque.activo);
-    ponerBit(bloque, b, {ahora(), FraseDeEstado::SegunEstado});
+    ponerBit(bloque, b);
 }
 
 void Publicacion::darDeBaja(Indice bloque) {
@@ -80,24 +80,22 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
     publicar(b.ranuraEstado, kOk);
     b.mostrado = {ahora(), FraseDeEstado::SegunEstado};
     vista_.lstViewVariables.cambio(b.filaVariable);
-    ponerBits(b, FraseDeEstado::SegunEstado);
+    ponerBits(b);
     notificar(b);
 }
 
 /// A bit variable has the value and the status of the register that it is a bit of.
-void Publicacion::ponerBit(BloqueLectura& bloque, std::size_t b, const LoMostrado& mostrado) {
-    BitsDeVariable& bits = *bloque.bits;
+void Publicacion::ponerBit(const BloqueLectura& bloque, std::size_t b) {
+    const BitsDeVariable& bits = *bloque.bits;
     publicar(bits.ranuraValor[b], wordbit(bloque.valor, static_cast<int>(b)));
     publicar(bits.ranuraEstado[b], bloque.estado);
-    bits.mostrado[b] = mostrado;
     vista_.lstViewVariables.cambio(bits.bitFilas[b]);
 }
 
-void Publicacion::ponerBits(BloqueLectura& bloque, FraseDeEstado frase) {
+void Publicacion::ponerBits(const BloqueLectura& bloque) {
     if (!bloque.bits) return;
-    const LoMostrado mostrado{ahora(), frase};
     for (std::size_t b = 0; b < bloque.bits->bitDefinido.size(); ++b) {
-        if (bloque.bits->bitDefinido[b]) ponerBit(bloque, b, mostrado);
+        if (bloque.bits->bitDefinido[b]) ponerBit(bloque, b);
     }
 }
 
@@ -108,7 +106,7 @@ void Publicacion::sinRespuesta(Indice bloque, FraseDeEstado frase) {
     b.mostrado = {b.mostrado.instante(), frase}; // the value that is shown is as old as it was
     vista_.lstViewVariables.cambio(b.filaVariable);
     publicar(b.ranuraEstado, kBad);
-    ponerBits(b, frase);
+    ponerBits(b);
     notificar(b);
 }
 
@@ -120,7 +118,7 @@ void Publicacion::establecerBAD_En_Socket(Indice conexion) {
         publicar(b.ranuraEstado, kBad);
         b.mostrado = {ahora(), FraseDeEstado::SegunEstado};
         vista_.lstViewVariables.cambio(b.filaVariable);
-        ponerBits(b, FraseDeEstado::SegunEstado);
+        ponerBits(b);
         notificar(b);
     }
 }

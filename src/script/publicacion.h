@@ -63,8 +63,8 @@ class Publicacion {
     void publicar(Indice ranura, double valor);
     void notificar(const BloqueLectura& bloque);
     [[nodiscard]] std::int64_t ahora() const;
-    void ponerBit(BloqueLectura& bloque, std::size_t b, const LoMostrado& mostrado);
-    void ponerBits(BloqueLectura& bloque, FraseDeEstado frase);
+    void ponerBit(const BloqueLectura& bloque, std::size_t b);
+    void ponerBits(const BloqueLectura& bloque);
     [[nodiscard]] std::pair<Indice, Indice> ranuras(const std::string& nombre);
 
     Tablas& tablas_;

@@ -46,6 +46,7 @@ std::uint32_t Lista::agregar(std::string_view texto, std::int64_t etiqueta) {
 void Lista::retirar(std::uint32_t fila) {
     if (fila >= filas_.size() || filas_[fila].retirada) return;
     filas_[fila].retirada = true;
+    ++retiradas_;
     const auto [desde, hasta] =
         porTexto_.equal_range(std::hash<std::string_view>{}(texto(fila, 0)));
     const auto suya = std::find_if(desde, hasta, [&](const auto& i) { return i.second == fila; });

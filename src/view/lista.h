@@ -48,6 +48,7 @@ class Lista {
     /// A new row whose first column is `texto`; gives its number.
     std::uint32_t agregar(std::string_view texto, std::int64_t etiqueta = -1);
     [[nodiscard]] std::size_t filas() const { return filas_.size(); }
+    [[nodiscard]] std::size_t filasEnUso() const { return filas_.size() - retiradas_; }
     /// Column 0 is the row's own text; 1 and up are its sub-items. Rows that do not exist are
     /// passed over: a list is a display and never a reason to fail.
     void poner(std::uint32_t fila, std::size_t columna, std::string_view texto);
@@ -94,6 +95,7 @@ class Lista {
     const Redactor* redactor_ = nullptr;
     std::vector<std::string> columnas_;
     std::deque<Fila> filas_;
+    std::size_t retiradas_ = 0;
     /// Hash of column 0 to the rows of that text: many may share one.
     std::unordered_multimap<std::size_t, std::uint32_t> porTexto_;
     bool sigue_ = false;

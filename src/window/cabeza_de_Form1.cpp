@@ -100,7 +100,7 @@ void CabezaDeForm1::refrescar() {
         lblProyecto_->fontMetrics().elidedText(proyecto, Qt::ElideMiddle, kAnchoDelProyecto));
     lblProyecto_->setToolTip(ayudaSinMarcas(tr("Proyecto") + ": " + proyecto));
     // Every point has a row; the label of the view is from the start, and reads add points.
-    lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filas()));
+    lblCantidadDePuntos_->setText(QString::number(vista_.lstViewVariables.filasEnUso()));
     refrescarGuion();
 }
 

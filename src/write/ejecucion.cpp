@@ -153,7 +153,11 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
     } else if (valor == comoRegistro(e->palabra)) {
         terminar(e->indice, FinDeEscritura::Confirmada);
     } else {
-        return; // its time-out runs on
+        // Its time-out runs on.
+        recibida.que = Que::Sobrante;
+        recibida.callado = true;
+        recibida.numero = 1;
+        return sucesos_.decir(recibida);
     }
     sucesos_.decir(recibida);
     turnos_.pausar(conexion);
@@ -203,7 +207,8 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
         return repetir(*e, Que::EscrituraLeeOtraVez, leidoDe(*e).tramaSolicitud);
     }
     if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
-        return abandonar(e->indice, FinDeEscritura::SinRespuesta);
+        return abandonar(e->indice, turnos_.conectada(conexion) ? FinDeEscritura::SinRespuesta
+                                                                : FinDeEscritura::ConexionPerdida);
     if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
         return repetir(*e, Que::EscrituraRelee, leidoDe(*e).tramaSolicitud);
     e->reintentos += 1;

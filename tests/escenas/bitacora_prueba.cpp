@@ -70,6 +70,30 @@ TEST_F(BitacoraPrueba, UnEnlaceQueVaYVieneSeCuenta) {
     EXPECT_EQ(lineas("KV202"), 2);
 }
 
+TEST_F(BitacoraPrueba, UnEnlaceQueSePierdeNoEsUnaEstacionQueCalla) {
+    planta(una());
+    Estaciones& plc = p->en("10.0.0.1");
+    p->arrancarYConectar();
+    p->avanzar(5000);
+    // All its time-outs end before the supervision looks at the link.
+    for (const bool escribe : {true, false}) {
+        callar(plc, true);
+        p->avanzar(1100);
+        if (escribe) p->motor.operador.escribirDireccion("1.1.10", 5);
+        p->avanzar(escribe ? 3000 : 100);
+        plc.cortar();
+        const std::uint32_t antes = p->bloque(0).fallidos.total();
+        while (p->conexion(0).estadoSupervision == 1) {
+            EXPECT_EQ(p->bloque(0).fallidos.total(), antes);
+            p->avanzar(100);
+        }
+        callar(plc, false);
+        p->avanzar(15'000);
+    }
+    EXPECT_TRUE(dice(">1.1.10 = 5, pedida por ventana, DescError:conexion perdida KV312")) << log();
+    EXPECT_EQ(lineas("KV211"), 0) << log();
+}
+
 TEST_F(BitacoraPrueba, UnaDireccionEnLaQueNadieEscuchaSeDiceUnaVez) {
     planta(una());
     p->arrancar();
@@ -100,6 +124,14 @@ TEST_F(BitacoraPrueba, EstacionBloquesEscriturasYGuion) {
     callar(plc, false);
     p->avanzar(kMinuto);
     EXPECT_TRUE(dice("DRIVER>Estacion contesta>[PLC 1 - Indice 1] 10.0.0.1:502, DescError:KV212"));
+    // It falls silent, its link is lost, and with the next one it answers.
+    callar(plc, true);
+    while (lineas("KV211") == 1)
+        p->avanzar(1000);
+    callar(plc, false);
+    plc.cortar();
+    p->avanzar(kMinuto);
+    EXPECT_EQ(lineas("KV212"), 2) << log();
     // Fifty at a blow: ten by name, then how many.
     EXPECT_TRUE(p->motor.operador.forzarPorNivel("2", "-1").vacio());
     p->avanzar(2 * kMinuto);
@@ -126,6 +158,11 @@ TEST_F(BitacoraPrueba, EstacionBloquesEscriturasYGuion) {
     EXPECT_TRUE(dice("DRIVER>Escritura sin confirmar>1.1.10 = 5, pedida por ")) << log();
     EXPECT_TRUE(dice("DescError:sin respuesta KV312\r\n"));
     EXPECT_TRUE(dice("DRIVER>Escrituras fallidas>y 22 mas en ")) << log();
+    // What is counted when the program ends is told.
+    for (int i = 0; i < 300; ++i)
+        p->motor.solicitudes.escribirDireccion("1.1.F0", 5);
+    p->motor.terminar();
+    EXPECT_TRUE(dice(" mas en 0 s; al final, escritura de 1.1.F0 valor: 5 ")) << log();
     callar(plc, false);
     p->avanzar(kMinuto);
     // The script fails with a value of the plant, and runs again when that has gone.

@@ -2,6 +2,7 @@
 // Forced reads, levels, switching blocks and changing their scan times.
 
 #include "apoyo/planta.h"
+#include "view/columnas.h"
 
 #include <gtest/gtest.h>
 
@@ -56,6 +57,21 @@ TEST_F(Fuerza, UnaDireccionDentroDeUnBloque) {
     EXPECT_EQ(p.motor.tablas.cantidadDePuntos, 9);
     forzado.forzarPoleo("1.1.14.3");
     EXPECT_EQ(p.motor.tablas.cantidadDePuntos, 9) << "one bit, one point";
+    // A bit's row says what its register's says: a value that is not answered for is as old as it
+    // was.
+    const auto filas = [&](std::size_t columna) {
+        const Lista& lista = p.motor.vista.lstViewVariables;
+        const auto texto = [&](const char* clave) {
+            return lista.texto(static_cast<FilaDeLista>(lista.buscar(clave)), columna);
+        };
+        return std::pair(texto("1.1.14"), texto("1.1.14.3"));
+    };
+    plc.demora = [](const Solicitud&) { return std::nullopt; };
+    forzado.forzarPoleo("1.1.14");
+    while (p.ok(4))
+        p.avanzar(1000);
+    EXPECT_EQ(filas(de_variables::kEstado).first, filas(de_variables::kEstado).second);
+    EXPECT_EQ(filas(de_variables::kFechaHora).first, filas(de_variables::kFechaHora).second);
 }
 
 TEST_F(Fuerza, UnaDesconocidaSeDaDeAltaYOtrasSeRechazan) {

@@ -331,6 +331,19 @@ TEST_F(PorQueEstaMal, UnaEstacionMudaYSusVecinasQueEsperan) {
                     std::string::npos;
     }
     EXPECT_TRUE(dicho);
+    // The first of them asks for all, and is switched off while it rests.
+    while (!p.motor.relojDeBloques.enMarcha(0))
+        p.avanzar(100);
+    p.motor.operador.activarBloque(0, false);
+    EXPECT_NE(variable(1).find("; este bloque pregunta por todos dentro de "), std::string::npos)
+        << variable(1);
+    p.archivos.poner(
+        "/kv/DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(2, "10.0.0.1", 2).bloque(2, "20", "2").texto());
+    p.motor.operador.recargar();
+    p.avanzar(1000);
+    EXPECT_EQ(conexion().find("PLC 1"), std::string::npos) << conexion();
+    EXPECT_EQ(estacion(0), "PLC 1: ya no esta en la configuracion.");
 }
 
 TEST(PorQueDudosa, UnaRespuestaDudosaSeCuentaComoTal) {

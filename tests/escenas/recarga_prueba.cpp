@@ -149,6 +149,7 @@ TEST_P(Recarga, LoNuevoSeLeeYLoQuitadoSeVa) {
     EXPECT_EQ(bloque("1.1.20"), kNinguno);
     EXPECT_EQ(p.motor.vista.lblCantidadDePuntos.texto(), "2");
     EXPECT_EQ(dosPlc.enlace(), 0U) << "a connection without stations is closed";
+    EXPECT_EQ(p.motor.porQue.porQueConexion(1), "10.0.0.2:502: ya no esta en la configuracion.");
     const int conexiones = dosPlc.conexiones;
     p.avanzar(60'000);
     EXPECT_EQ(dosPlc.conexiones, conexiones) << "and not asked for again";
@@ -247,6 +248,32 @@ TEST_P(Recarga, UnArchivoMaloNoCambiaNada) {
     recargar(dos().bloque(1, "ZZ", "1").bloque(1, "12", "1"));
     p.avanzar(3'000);
     EXPECT_EQ(estado("1.1.12"), 6);
+}
+
+TEST_P(Recarga, UnaFallaConocidaLoEsEnOtraLineaYCadaVezUna) {
+    const auto con = [](int repetidos) {
+        Configuracion c = Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "1");
+        for (int i = 0; i < repetidos; ++i)
+            c.bloque(1, "010", "1");
+        return c.texto();
+    };
+    Planta& p = plantaDe(Configuracion()
+                             .puerto()
+                             .estacion(1, "10.0.0.1", 1)
+                             .bloque(1, "10", "1")
+                             .bloque(1, "010", "1"));
+    p.en("10.0.0.1");
+    p.arrancarYConectar();
+    const auto seRecarga = [&](const std::string& texto) {
+        const auto antes = p.archivos.contenido(kLog).size();
+        p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", texto);
+        p.motor.operador.recargar();
+        terminar();
+        return p.archivos.contenido(kLog).find("no se recarga", antes) == std::string::npos;
+    };
+    EXPECT_TRUE(seRecarga("; one line more\r\n" + con(1))) << p.archivos.contenido(kLog);
+    EXPECT_FALSE(seRecarga(con(2))) << "the same fault once more is a new one";
+    EXPECT_TRUE(seRecarga(con(1)));
 }
 
 TEST_P(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {

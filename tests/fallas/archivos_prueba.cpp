@@ -124,6 +124,18 @@ TEST_F(Dia, MuerteEnCualquierPaso) {
     std::cout << pruebas.size() << " deaths in " << total << " steps of writing\n";
 }
 
+TEST_F(Dia, UnArchivoQueNoPuedeCrecerEsUnDiscoLleno) {
+    vaciar();
+    std::vector<std::string> orden{"/bin/sh", "-c", "ulimit -f 0 && exec \"$@\"", "sh"};
+    const auto suya = casa_.correr();
+    orden.insert(orden.end(), suya.begin(), suya.end());
+    Proceso driver(orden);
+    EXPECT_NE(driver.lineaCon("lblCantidadDePuntos"), "");
+    EXPECT_TRUE(visitar(casa_.escucha(), "[Write]1.9.1;1[/Write]", "[WRITE_OK]"));
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_TRUE(casa_.leer("sis_config.ini").starts_with(ajustes_));
+}
+
 TEST_F(Dia, MuerteDeLaSegundaQueAvisaALaPrimera) {
     vaciar();
     Proceso primera(casa_.correr());

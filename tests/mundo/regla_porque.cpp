@@ -17,7 +17,8 @@ void ReglaDePorQue::alSuceder(const kv::Suceso& s, std::string_view /*texto*/) {
     const std::int64_t ahora = c_.bucle.reloj().monotonicoMs();
     if (s.bloque != kNinguno && s.bloque >= bloques_.size()) bloques_.resize(s.bloque + 1);
     if (s.que == Que::Recepcion) bloques_[s.bloque] = {ahora, 0};
-    if (s.que == Que::TiempoFuera) ++bloques_[s.bloque].vencidas;
+    // Where there was no link nothing was asked.
+    if (s.que == Que::TiempoFuera && c_.supervisada(s.conexion)) ++bloques_[s.bloque].vencidas;
     if (s.conexion == kNinguno) return;
     if (s.conexion >= enlaces_.size()) enlaces_.resize(s.conexion + 1);
     DeEnlace& e = enlaces_[s.conexion];

@@ -218,7 +218,15 @@ TEST_F(PuertaDeLaMaquina, UnaEscrituraQueFallaSeDice) {
     ASSERT_EQ(r.size(), 2U);
     EXPECT_EQ(dice(r[1], "confirmada"), "no");
     r = v.pedir(R"({"pedido":"escribir","direccion":"9.9.10","valor":5,"id":2})");
-    EXPECT_NE(dice(r[0], "error"), "-");
+    EXPECT_EQ(dice(r[0], "error"), "no se acepta: no se encuentra PLC");
+    // The program ends while one is out.
+    r = v.pedir(R"({"pedido":"escribir","direccion":"1.1.10","valor":6,"id":3})", 100);
+    ASSERT_EQ(r.size(), 1U);
+    p.motor.terminar();
+    p.avanzar(10);
+    r = v.tomar();
+    ASSERT_EQ(r.size(), 1U);
+    EXPECT_EQ(dice(r[0], "id") + dice(r[0], "confirmada"), "3no");
 }
 
 TEST_F(PuertaDeLaMaquina, LoQueNoSeEntiendeSeDiceYNoCierra) {

@@ -300,6 +300,13 @@ TEST_F(Principal, LosPuntosContadosSonLosQueHay) {
     }
     EXPECT_EQ(rotulo("lblCantidadDePuntos"), "7");
     EXPECT_EQ(variables().model()->rowCount(), 7);
+    p.archivos.poner(
+        "/kv/DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(1, "10.0.0.1", 1).bloque(1, "10", "1").texto());
+    p.motor.operador.recargar();
+    avanzar(2'000);
+    EXPECT_EQ(rotulo("lblCantidadDePuntos"), QString::number(variables().model()->rowCount()));
+    EXPECT_EQ(rotulo("lblCantidadDePuntos"), "3") << "what was asked for stays";
 }
 
 TEST_F(Principal, ElTabuladorVisitaLasOrdenesEnElOrdenEnQueSeVen) {

@@ -220,6 +220,20 @@ TEST_F(Motivos, ElDetalleDeUnaConexionTieneSusCuentas) {
         p.motor.forzado.ModificarScanDeBloque(i, 60);
     ventana.refrescar();
     EXPECT_TRUE(cifra("lblScans").startsWith("se cumplen todos")) << qPrintable(cifra("lblScans"));
+    // One reload brings a station, another takes one.
+    const auto recargar = [&](Configuracion c) {
+        p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", c.texto());
+        p.motor.operador.recargar();
+        pasan(2);
+        ventana.refrescar();
+    };
+    const Configuracion dos =
+        Configuracion().puerto().estacion(5, "10.0.0.1", 5).estacion(1, "10.0.0.1", 1);
+    recargar(Configuracion(dos).bloque(1, "10", "1").bloque(5, "10", "1"));
+    EXPECT_EQ(estaciones.model()->rowCount(), 2);
+    recargar(Configuracion().puerto().estacion(5, "10.0.0.1", 5).bloque(5, "10", "1"));
+    EXPECT_EQ(celda(estaciones, 0, 0), "1.5");
+    EXPECT_EQ(estaciones.model()->rowCount(), 1);
 }
 
 TEST_F(Motivos, ElResumenTieneUnaFichaPorEstacionYSuClicFiltra) {

@@ -57,12 +57,17 @@ ModeloDeEstaciones::ModeloDeEstaciones(const Tablas& tablas, const Operador& ope
 void ModeloDeEstaciones::ponerConexion(Indice conexion) {
     beginResetModel();
     conexion_ = conexion;
+    filas_ = conexion == kNinguno ? std::vector<Indice>()
+                                  : tablas_.conexiones[conexion].estacionesEnUso();
     endResetModel();
 }
 
+void ModeloDeEstaciones::seguir() {
+    if (filas_ != tablas_.conexiones[conexion_].estacionesEnUso()) ponerConexion(conexion_);
+}
+
 int ModeloDeEstaciones::rowCount(const QModelIndex& padre) const {
-    if (padre.isValid() || conexion_ == kNinguno) return 0;
-    return static_cast<int>(tablas_.conexiones[conexion_].estaciones.limiteSuperior());
+    return padre.isValid() ? 0 : static_cast<int>(filas_.size());
 }
 
 int ModeloDeEstaciones::columnCount(const QModelIndex& padre) const {
@@ -71,7 +76,7 @@ int ModeloDeEstaciones::columnCount(const QModelIndex& padre) const {
 
 QVariant ModeloDeEstaciones::data(const QModelIndex& celda, int papel) const {
     if (!celda.isValid() || celda.row() >= rowCount()) return {};
-    const auto estacion = static_cast<Indice>(celda.row());
+    const Indice estacion = filas_[static_cast<std::size_t>(celda.row())];
     if (papel == Qt::ToolTipRole)
         return ayudaSinMarcas(enQt(operador_.porQue().porQueEstacion(conexion_, estacion)));
     if (papel != Qt::DisplayRole) return {};
@@ -213,6 +218,7 @@ void VentanaDeConexion::refrescar() {
     caidas_->setText(QString::number(cuentas.caidas));
     scans_->setText(scansQueNoSeCumplen());
     reparto_->poner(cuentas.reparto);
+    modelo_->seguir();
     estaciones_->viewport()->update(); // only what is in sight is asked for
 }
 

@@ -20,6 +20,8 @@ class ModeloDeEstaciones final : public QAbstractTableModel {
   public:
     ModeloDeEstaciones(const Tablas& tablas, const Operador& operador, QObject* padre);
     void ponerConexion(Indice conexion);
+    /// Takes up the stations that the connection has now.
+    void seguir();
     [[nodiscard]] int rowCount(const QModelIndex& padre = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& padre = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& celda, int papel) const override;
@@ -30,6 +32,7 @@ class ModeloDeEstaciones final : public QAbstractTableModel {
     const Tablas& tablas_;
     const Operador& operador_;
     Indice conexion_ = kNinguno;
+    std::vector<Indice> filas_; ///< stations of the connection
 };
 
 /// A connection and its figures since the start: how its stations answer, what goes wrong, what its
