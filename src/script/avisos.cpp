@@ -4,6 +4,7 @@
 #include "script/objetos.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "text/windows1252.h"
 #include "vbscript/checking.h"
 
 #include <algorithm>
@@ -157,6 +158,18 @@ class Avisos {
 
 std::vector<AvisoDeGuion> avisosDeGuion(std::string_view texto, const LugarDelGuion& lugar) {
     return Avisos(lugar).de(texto);
+}
+
+std::optional<AvisoDeGuion> avisoDeUtf8(std::string_view bytes) {
+    if (!pareceUtf8(bytes)) return std::nullopt;
+    const auto antes = bytes.substr(
+        0, static_cast<std::size_t>(std::ranges::find_if(bytes, [](char c) { return c & 0x80; }) -
+                                    bytes.begin()));
+    const auto salto = antes.rfind('\n'); // on the first line npos, and one more is 0
+    return AvisoDeGuion{static_cast<int>(std::ranges::count(antes, '\n')) + 1,
+                        static_cast<int>(antes.size() - (salto + 1)) + 1,
+                        "el archivo parece guardado como UTF-8 y debe ser Windows-1252",
+                        "the file seems to be saved as UTF-8, and must be Windows-1252"};
 }
 
 } // namespace kv
