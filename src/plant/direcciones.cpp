@@ -6,6 +6,7 @@
 #include "plant/tablas.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,8 +36,8 @@ void DireccionesDePlanta::agregarRegistro(double puerto, double plc, std::string
     }
 }
 
-bool DireccionesDePlanta::hayEstacion(double puerto, double plc) const {
-    return estaciones_.contains(lugar(puerto, plc));
+bool DireccionesDePlanta::sePuedePedir(double puerto, double plc, std::string_view registro) const {
+    return byteDeRegistro(recortar(registro)) && estaciones_.contains(lugar(puerto, plc));
 }
 
 bool DireccionesDePlanta::hayRegistro(double puerto, double plc, std::string_view registro) const {

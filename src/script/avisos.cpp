@@ -92,7 +92,7 @@ class Avisos {
         DireccionPartida p;
         const std::string direccion = direccionDeNombre(texto);
         if (lugar_.planta == nullptr || !partir(direccion, p)) return;
-        if (!lugar_.planta->hayEstacion(p.puerto, p.plc)) return;
+        if (!lugar_.planta->sePuedePedir(p.puerto, p.plc, p.registro)) return;
         pedidas_.agregarRegistro(p.puerto, p.plc, p.registro);
     }
 
@@ -143,8 +143,7 @@ class Avisos {
         if (nombra == Nombra::Clave) return planta.hayClave(direccion);
         DireccionPartida p;
         if (!partir(direccion, p)) return false;
-        if (nombra == Nombra::Estacion)
-            return planta.hayEstacion(p.puerto, p.plc) && *hexadecimal(p.registro) <= 0xFF;
+        if (nombra == Nombra::Estacion) return planta.sePuedePedir(p.puerto, p.plc, p.registro);
         return planta.hayRegistro(p.puerto, p.plc, p.registro) ||
                pedidas_.hayRegistro(p.puerto, p.plc, p.registro);
     }
