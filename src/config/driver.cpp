@@ -248,8 +248,8 @@ void LectorDeDriver::esclavo(std::uint32_t numero, std::uint32_t linea,
     e.indice = corto(CampoDeEsclavo::Indice);
     e.digitos = corto(CampoDeEsclavo::Digitos);
     if (!sirve) return;
-    e.ip = texto(dato(CampoDeEsclavo::Ip), "127.0.0.1");
-    e.puertoTCP = texto(dato(CampoDeEsclavo::Puerto), "502");
+    e.ip = texto(dato(CampoDeEsclavo::Ip), de_estacion::kIp);
+    e.puertoTCP = texto(dato(CampoDeEsclavo::Puerto), de_estacion::kPuertoTcp);
     e.puerto = puertoActual_;
     listas_.estaciones.push_back(std::move(e));
     listas_.lineasDeEstaciones.push_back(linea);
