@@ -18,7 +18,7 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kMaximoDeNombre = 255 - std::string_view("_STATUS").size();
+constexpr std::size_t kMaximoDeNombre = 255 - kSufijoDeEstado.size();
 
 bool entero(double n) { return n == std::floor(n); }
 

@@ -21,10 +21,19 @@ std::string claveDeBloque(double puerto, double plc, std::string_view direccion)
 }
 
 std::string nombreDeScript(std::string_view clave) {
-    std::string nombre = "MW_";
+    std::string nombre(kPrefijoDeNombre);
     for (const char c : clave)
         nombre += c == '.' ? '_' : c;
     return nombre;
+}
+
+bool pareceNombreDeScript(std::string_view nombre) {
+    return igualSinCaja(nombre.substr(0, kPrefijoDeNombre.size()), kPrefijoDeNombre);
+}
+
+std::string_view sinEstado(std::string_view nombre) {
+    const std::size_t corte = nombre.size() - std::min(nombre.size(), kSufijoDeEstado.size());
+    return igualSinCaja(nombre.substr(corte), kSufijoDeEstado) ? nombre.substr(0, corte) : nombre;
 }
 
 std::vector<std::string> registrosDeBloque(std::string_view direccion, double cantidad) {

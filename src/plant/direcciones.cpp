@@ -14,8 +14,6 @@
 namespace kv {
 namespace {
 
-constexpr std::string_view kEstado = "_status";
-
 std::string lugar(double puerto, double plc) {
     return textoDeNumero(puerto) + "." + textoDeNumero(plc);
 }
@@ -31,7 +29,8 @@ void DireccionesDePlanta::agregarRegistro(double puerto, double plc, std::string
     if (!claves_.insert(clave).second) return;
     if (const auto n = hexadecimal(recortar(registro)))
         registros_.insert(lugar(puerto, plc) + "." + std::to_string(*n));
-    for (const std::string& nombre : {nombreDeScript(clave), nombreDeScript(clave) + "_STATUS"}) {
+    const std::string suyo = nombreDeScript(clave);
+    for (const std::string& nombre : {suyo, suyo + std::string(kSufijoDeEstado)}) {
         if (publicados_.insert(minusculas(nombre)).second) nombres_.push_back(nombre);
     }
 }
@@ -46,9 +45,8 @@ bool DireccionesDePlanta::hayRegistro(double puerto, double plc, std::string_vie
 }
 
 bool DireccionesDePlanta::publica(std::string_view nombre) const {
-    std::string n = minusculas(nombre);
-    if (publicados_.contains(n)) return true;
-    if (n.ends_with(kEstado)) n.resize(n.size() - kEstado.size());
+    if (publicados_.contains(minusculas(nombre))) return true;
+    const std::string n = minusculas(sinEstado(nombre));
     const auto corte = n.rfind('_');
     if (corte == std::string::npos) return false;
     if (bitDeTexto(std::string_view(n).substr(corte + 1)) == kNoEsBit) return false;

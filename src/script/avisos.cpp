@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "script/avisos.h"
 
+#include "plant/claves_de_bloque.h"
 #include "script/objetos.h"
 #include "text/numeros.h"
 #include "text/texto.h"
@@ -16,20 +17,6 @@ namespace {
 using vbscript::LiteralUse;
 using vbscript::Warning;
 
-constexpr std::string_view kPrefijo = "MW_";
-constexpr std::string_view kEstado = "_STATUS";
-
-bool empiezaSinCaja(std::string_view texto, std::string_view con) {
-    return texto.size() >= con.size() && igualSinCaja(texto.substr(0, con.size()), con);
-}
-
-std::string sinEstado(std::string_view nombre) {
-    if (nombre.size() > kEstado.size() &&
-        igualSinCaja(nombre.substr(nombre.size() - kEstado.size()), kEstado))
-        nombre.remove_suffix(kEstado.size());
-    return minusculas(nombre);
-}
-
 /// What a plant can have: its register is a number.
 bool partir(std::string_view direccion, DireccionPartida& partes) {
     return partirDireccion(direccion, partes) && hexadecimal(partes.registro);
@@ -39,7 +26,7 @@ bool partir(std::string_view direccion, DireccionPartida& partes) {
 /// written as a variable's name is one for certain.
 bool pareceNombre(std::string_view texto) {
     DireccionPartida partes;
-    return empiezaSinCaja(texto, kPrefijo) && partir(direccionDeNombre(sinEstado(texto)), partes);
+    return pareceNombreDeScript(texto) && partir(direccionDeNombre(sinEstado(texto)), partes);
 }
 
 class Avisos {
@@ -69,7 +56,7 @@ class Avisos {
         vbscript::Known k;
         if (lugar_.planta != nullptr) k.names = lugar_.planta->nombres();
         k.also = [this](std::string_view nombre) {
-            if (lugar_.planta == nullptr) return empiezaSinCaja(nombre, kPrefijo);
+            if (lugar_.planta == nullptr) return pareceNombreDeScript(nombre);
             return lugar_.planta->publica(nombre);
         };
         k.objects.push_back({"mw", {}});
@@ -131,7 +118,7 @@ class Avisos {
         const Nombra nombra = m != nullptr           ? m->nombra
                               : pareceNombre(l.text) ? Nombra::Registro
                                                      : Nombra::Nada;
-        const std::string nombre = m != nullptr ? l.text : sinEstado(l.text);
+        const std::string_view nombre = m != nullptr ? l.text : sinEstado(l.text);
         if (nombra == Nombra::Nada || estaEnLaPlanta(nombre, nombra)) return;
         decir(l.line, l.column, "la configuración no tiene la dirección '" + l.text + "'",
               "the configuration does not have the address '" + l.text + "'");
