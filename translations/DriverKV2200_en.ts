@@ -810,6 +810,10 @@
         <translation>The file could not be written. Nothing was saved.</translation>
     </message>
     <message>
+        <source>%1. No se guardó nada.</source>
+        <translation>%1. Nothing was saved.</translation>
+    </message>
+    <message>
         <source>El archivo no puede guardar el carácter &quot;%1&quot; de la línea %2. No se guardó nada.</source>
         <translation>The file cannot hold the character &quot;%1&quot; of line %2. Nothing was saved.</translation>
     </message>

@@ -6,15 +6,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
 #include <span>
 
 namespace kv {
 namespace {
-
-constexpr std::string_view kPuerto = "PUERTO";
-constexpr std::string_view kEsclavo = "Esclavo";
-constexpr std::string_view kBloque = "Bloque";
 
 bool quitarPrefijo(std::string_view& texto, std::string_view prefijo) {
     if (!igualSinCaja(texto.substr(0, prefijo.size()), prefijo)) return false;
@@ -53,42 +48,33 @@ DatoIni dato(const LineaIni& l, const char* base) {
     return d;
 }
 
-/// An entry's name without its field, "Bloque12_": the keys of an entry mostly follow one another,
-/// and then the name need not be taken apart again.
-struct Entrada {
-    std::string_view nombre;
-    std::uint32_t numero = 0;
+/// The keys of an entry mostly follow one another, and then its name need not be taken apart again.
+struct Reciente {
+    EntradaDePuerto entrada;
     std::uint8_t siguiente = 0; ///< the field that would come next
-    bool esBloque = false;
 };
 
-std::optional<Entrada> entradaDe(std::string_view clave) {
-    std::string_view resto = clave;
-    const bool esBloque = quitarPrefijo(resto, kBloque);
-    if (!esBloque && !quitarPrefijo(resto, kEsclavo)) return std::nullopt;
-    const auto numero = quitarNumero(resto);
-    if (!numero || resto.empty() || resto.front() != '_') return std::nullopt;
-    return Entrada{clave.substr(0, clave.size() - resto.size() + 1), *numero, 0, esBloque};
-}
-
-void clave(const LineaIni& l, const char* base, Entrada& reciente, SeccionDePuerto& seccion) {
-    const bool sigue = !reciente.nombre.empty() && l.nombre.starts_with(reciente.nombre);
-    const auto entrada = sigue ? reciente : entradaDe(l.nombre);
-    if (!entrada) {
-        const auto campo = campoDe(l.nombre, kCamposDePuerto);
-        if (campo && seccion.propios[*campo].linea == 0) seccion.propios[*campo] = dato(l, base);
-        return;
+void clave(const LineaIni& l, const char* base, Reciente& reciente, SeccionDePuerto& seccion) {
+    const EntradaDePuerto& e = reciente.entrada;
+    if (e.nombre.empty() || !l.nombre.starts_with(e.nombre)) {
+        const auto otra = entradaDe(l.nombre);
+        if (!otra) {
+            const auto campo = campoDe(l.nombre, kCamposDePuerto);
+            if (campo && seccion.propios[*campo].linea == 0)
+                seccion.propios[*campo] = dato(l, base);
+            return;
+        }
+        reciente = {*otra, 0};
     }
-    reciente = *entrada;
-    const std::string_view sufijo = l.nombre.substr(entrada->nombre.size());
-    const auto campo = entrada->esBloque ? campoDe(sufijo, kCamposDeBloque, entrada->siguiente)
-                                         : campoDe(sufijo, kCamposDeEsclavo, entrada->siguiente);
+    const std::string_view sufijo = l.nombre.substr(e.nombre.size());
+    const auto campo = e.esBloque ? campoDe(sufijo, kCamposDeBloque, reciente.siguiente)
+                                  : campoDe(sufijo, kCamposDeEsclavo, reciente.siguiente);
     if (!campo) return;
     reciente.siguiente = static_cast<std::uint8_t>(*campo + 1);
     DatoIni d = dato(l, base);
-    d.numero = entrada->numero;
+    d.numero = e.numero;
     d.campo = *campo;
-    (entrada->esBloque ? seccion.bloques : seccion.esclavos).push_back(d);
+    (e.esBloque ? seccion.bloques : seccion.esclavos).push_back(d);
 }
 
 Trabajo ordenar(std::vector<DatoIni>& datos, Porciones& porciones) {
@@ -111,20 +97,27 @@ Trabajo ordenar(std::vector<DatoIni>& datos, Porciones& porciones) {
     }
 }
 
-/// The section that a line begins: its ordinal, or 0 when it is not a port's.
-std::uint32_t ordinalDe(const LineaIni& l) {
-    std::string_view resto = l.nombre;
-    if (!quitarPrefijo(resto, kPuerto)) return 0;
-    const auto ordinal = quitarNumero(resto);
-    return ordinal && *ordinal <= kMaximoDePuertos && resto.empty() ? *ordinal : 0;
+} // namespace
+
+std::optional<EntradaDePuerto> entradaDe(std::string_view clave) {
+    std::string_view resto = clave;
+    const bool esBloque = quitarPrefijo(resto, kPrefijoDeBloque);
+    if (!esBloque && !quitarPrefijo(resto, kPrefijoDeEsclavo)) return std::nullopt;
+    const auto numero = quitarNumero(resto);
+    if (!numero || resto.empty() || resto.front() != '_') return std::nullopt;
+    return EntradaDePuerto{clave.substr(0, clave.size() - resto.size() + 1), *numero, esBloque};
 }
 
-} // namespace
+std::uint32_t ordinalDePuerto(std::string_view seccion) {
+    if (!quitarPrefijo(seccion, kPrefijoDePuerto)) return 0;
+    const auto ordinal = quitarNumero(seccion);
+    return ordinal && *ordinal <= kMaximoDePuertos && seccion.empty() ? *ordinal : 0;
+}
 
 Trabajo ClavesDeDriver::leer(std::string_view contenido, Porciones& porciones) {
     constexpr std::int64_t kPorLinea = 2;
     SeccionDePuerto* seccion = nullptr;
-    Entrada reciente;
+    Reciente reciente;
     bool enConfig = false;
     bool huboConfig = false;
     LectorIni lector(contenido);
@@ -134,15 +127,14 @@ Trabajo ClavesDeDriver::leer(std::string_view contenido, Porciones& porciones) {
         if (l.clase == LineaIni::Clase::Clave) {
             if (seccion != nullptr) {
                 clave(l, contenido.data(), reciente, *seccion);
-            } else if (enConfig && cantPuertos.linea == 0 &&
-                       igualSinCaja(l.nombre, "CANT_PUERTOS")) {
+            } else if (enConfig && cantPuertos.linea == 0 && igualSinCaja(l.nombre, kCantPuertos)) {
                 cantPuertos = dato(l, contenido.data());
             }
         } else if (l.clase == LineaIni::Clase::Seccion) {
             seccion = nullptr;
-            enConfig = !huboConfig && igualSinCaja(l.nombre, "CONFIG");
+            enConfig = !huboConfig && igualSinCaja(l.nombre, kSeccionDeConfig);
             huboConfig = huboConfig || enConfig;
-            const std::uint32_t ordinal = ordinalDe(l);
+            const std::uint32_t ordinal = ordinalDePuerto(l.nombre);
             if (ordinal == 0) continue;
             const auto [lugar, nueva] = puertos.try_emplace(ordinal);
             if (!nueva) continue;

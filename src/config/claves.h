@@ -4,12 +4,22 @@
 #include "platform/trabajo.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace kv {
+
+inline constexpr std::string_view kSeccionDeConfig = "CONFIG";
+inline constexpr std::string_view kCantPuertos = "CANT_PUERTOS"; ///< its only key
+
+// What stands before the number in the name of a port's section, and of an entry's key in it.
+inline constexpr std::string_view kPrefijoDePuerto = "PUERTO";
+inline constexpr std::string_view kPrefijoDeEsclavo = "Esclavo";
+inline constexpr std::string_view kPrefijoDeBloque = "Bloque";
 
 /// Where the value of a key stands in the driver configuration's bytes.
 struct DatoIni {
@@ -52,8 +62,30 @@ enum class CampoDeBloque : std::uint8_t {
 inline constexpr std::array<std::string_view, 8> kCamposDeBloque = {
     "Bloque", "PLC", "Quantity", "StarAdrees", "ScanTime", "Nivel", "Numero", "ActiveDefault"};
 
+[[nodiscard]] constexpr std::string_view nombreDe(CampoDePuerto c) {
+    return kCamposDePuerto[static_cast<std::size_t>(c)];
+}
+[[nodiscard]] constexpr std::string_view nombreDe(CampoDeEsclavo c) {
+    return kCamposDeEsclavo[static_cast<std::size_t>(c)];
+}
+[[nodiscard]] constexpr std::string_view nombreDe(CampoDeBloque c) {
+    return kCamposDeBloque[static_cast<std::size_t>(c)];
+}
+
+/// An entry's key without its field.
+struct EntradaDePuerto {
+    std::string_view nombre; ///< "Bloque12_", of the text that was taken apart
+    std::uint32_t numero = 0;
+    bool esBloque = false; ///< else a station
+};
+/// Nothing for any other key. Letter case does not matter; numbers have no leading zeros.
+[[nodiscard]] std::optional<EntradaDePuerto> entradaDe(std::string_view clave);
+
 /// Ports are numbered in 16 bits, so that no section beyond this ordinal can matter.
 inline constexpr std::uint32_t kMaximoDePuertos = 32768;
+
+/// That of a section "PUERTOn"; 0 for any other name, and for one beyond them.
+[[nodiscard]] std::uint32_t ordinalDePuerto(std::string_view seccion);
 
 /// One "PUERTOn" section, its keys told apart and not yet understood.
 struct SeccionDePuerto {

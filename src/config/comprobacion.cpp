@@ -8,6 +8,7 @@
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 
@@ -96,11 +97,11 @@ class Listado {
     }
     void bloque(const ConfiguracionDeBloque& b, const std::string& registro, Suerte suerte) {
         const std::string clave = claveDeBloque(b.puerto, b.plc, registro);
-        const auto numero = hexadecimal(registro);
+        const auto numero = byteDeRegistro(registro);
         const std::string nombre = nombreDeScript(clave);
         informe_ += "    " + sinComillas(clave) + ": registro ";
-        if (numero && *numero <= 0xFF)
-            agregarHexadecimal(informe_, static_cast<std::uint8_t>(*numero));
+        if (numero)
+            agregarHexadecimal(informe_, *numero);
         else
             informe_ += "ninguno";
         informe_ += ", nivel " + textoDeNumero(b.nivel) + ", " +

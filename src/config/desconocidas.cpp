@@ -18,10 +18,10 @@ namespace {
 using Nombres = std::span<const std::string_view>;
 
 constexpr std::array<std::string_view, 1> kDeProyecto = {kRutaProyecto.clave};
-constexpr std::array<std::string_view, 1> kDeConfig = {"CANT_PUERTOS"};
+constexpr std::array<std::string_view, 1> kDeConfig = {kCantPuertos};
 constexpr std::array<std::string_view, 2> kSeccionesDeAjustes = {kSeccionDeAjustes,
                                                                  kSeccionDeProyecto};
-constexpr std::array<std::string_view, 2> kSeccionesDeDriver = {"CONFIG", "PUERTO1"};
+constexpr std::array<std::string_view, 2> kSeccionesDeDriver = {kSeccionDeConfig, "PUERTO1"};
 
 bool esta(std::string_view nombre, Nombres nombres) {
     return std::any_of(nombres.begin(), nombres.end(),
@@ -78,39 +78,16 @@ class Desconocidas {
     std::map<std::string, std::size_t> cual_;
 };
 
-/// "12" off the front; false when there is no number there.
-bool quitarCifras(std::string_view& texto) {
-    const std::size_t n = std::min(texto.find_first_not_of("0123456789"), texto.size());
-    texto.remove_prefix(n);
-    return n > 0;
-}
-
-bool esPuerto(std::string_view seccion) {
-    constexpr std::string_view kPuerto = "PUERTO";
-    if (!igualSinCaja(seccion.substr(0, kPuerto.size()), kPuerto)) return false;
-    seccion.remove_prefix(kPuerto.size());
-    return !seccion.starts_with('0') && quitarCifras(seccion) && seccion.empty();
-}
-
 /// A key of a port's section: one of its own, or "Esclavo12_" or "Bloque12_" and a field.
 void claveDePuerto(const LineaIni& l, Desconocidas& d) {
-    constexpr std::array<std::string_view, 2> kEntradas = {"Esclavo0_", "Bloque0_"};
-    for (const std::string_view entrada : kEntradas) {
-        std::string_view resto = l.nombre;
-        const std::string_view prefijo = entrada.substr(0, entrada.size() - 2);
-        if (!igualSinCaja(resto.substr(0, prefijo.size()), prefijo)) continue;
-        resto.remove_prefix(prefijo.size());
-        if (!quitarCifras(resto) || !resto.starts_with('_')) continue;
-        resto.remove_prefix(1);
-        const Nombres campos =
-            entrada == kEntradas[0] ? Nombres(kCamposDeEsclavo) : Nombres(kCamposDeBloque);
-        if (!esta(resto, campos))
-            d.hallada(entrada == kEntradas[0] ? "un dato de una estación" : "un dato de un bloque",
-                      resto, l.nombre, l.numero, campos);
-        return;
-    }
-    if (!esta(l.nombre, kCamposDePuerto))
-        d.hallada("una clave de un puerto", l.nombre, l.nombre, l.numero, kCamposDePuerto);
+    const auto decir = [&](std::string_view clase, std::string_view nombre, Nombres conocidos) {
+        if (!esta(nombre, conocidos)) d.hallada(clase, nombre, l.nombre, l.numero, conocidos);
+    };
+    const auto entrada = entradaDe(l.nombre);
+    if (!entrada) return decir("una clave de un puerto", l.nombre, kCamposDePuerto);
+    const std::string_view campo = l.nombre.substr(entrada->nombre.size());
+    if (entrada->esBloque) return decir("un dato de un bloque", campo, kCamposDeBloque);
+    decir("un dato de una estación", campo, kCamposDeEsclavo);
 }
 
 bool esComentario(std::string_view contenido, const LineaIni& l) {
@@ -186,10 +163,12 @@ void revisarNombresDeDriver(std::string_view contenido, const std::string& archi
     Desconocidas d(archivo, problemas);
     recorrer(
         contenido, d, kSeccionesDeDriver,
-        [](std::string_view s) { return igualSinCaja(s, "CONFIG") || esPuerto(s); },
+        [](std::string_view s) {
+            return igualSinCaja(s, kSeccionDeConfig) || ordinalDePuerto(s) != 0;
+        },
         [&](const LineaIni& l, std::string_view seccion) {
-            if (esPuerto(seccion)) return claveDePuerto(l, d);
-            d.clave(l.nombre, "CONFIG", l.numero, kDeConfig);
+            if (ordinalDePuerto(seccion) != 0) return claveDePuerto(l, d);
+            d.clave(l.nombre, kSeccionDeConfig, l.numero, kDeConfig);
         });
 }
 

@@ -10,8 +10,6 @@ namespace kv {
 namespace {
 
 constexpr std::size_t kMaximoDeBytes = 64UL * 1024 * 1024;
-constexpr std::size_t kMaximoDeTexto = 200; ///< characters
-constexpr std::size_t kMaximoDeUnidad = 20;
 
 constexpr std::array<std::string_view, 3> kColumnas = {"direccion", "descripcion", "unidad"};
 enum : std::size_t { kDireccion, kTexto, kUnidad };
@@ -42,7 +40,7 @@ std::string rutaDeDescripciones(std::string_view rutaConfiguracion) {
 }
 
 Descripcion leerDescripcion(TablaCsv& tabla, std::size_t texto, std::size_t unidad) {
-    return {celdaDeTexto(tabla, texto, kMaximoDeTexto),
+    return {celdaDeTexto(tabla, texto, kMaximoDeDescripcion),
             celdaDeTexto(tabla, unidad, kMaximoDeUnidad), tabla.fila()};
 }
 

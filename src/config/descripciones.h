@@ -6,13 +6,19 @@
 #include "platform/archivos.h"
 #include "platform/trabajo.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace kv {
 
 /// A table beside the configuration, a row a variable: direccion (port.PLC.register, with .bit for
 /// one of its bits), descripcion, unidad. A plant may do without it.
 inline constexpr std::string_view kArchivoDeDescripciones = "descripciones.csv";
+
+/// Characters of what it says.
+inline constexpr std::size_t kMaximoDeDescripcion = 200;
+inline constexpr std::size_t kMaximoDeUnidad = 20;
 
 /// Where it lies for a configuration file.
 [[nodiscard]] std::string rutaDeDescripciones(std::string_view rutaConfiguracion);

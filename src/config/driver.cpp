@@ -135,9 +135,7 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
         const auto n = numeroConComa(bytes(d));
         if (n) return *n;
         const double usado = usarPorDefecto ? porDefecto : 0;
-        problema(d.linea,
-                 std::string(kCamposDePuerto[static_cast<std::size_t>(c)]) + "=" + citar(bytes(d)) +
-                     " no es un número",
+        problema(d.linea, std::string(nombreDe(c)) + "=" + citar(bytes(d)) + " no es un número",
                  "se toma " + textoDeNumero(usado));
         return usado;
     };
@@ -174,11 +172,11 @@ Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s)
          lineaDe(CampoDePuerto::Scan)});
     puertoActual_ = puertoDeRegistros(p.numero);
     co_await entradas<kCamposDeEsclavo.size()>(
-        s, CampoDePuerto::CantEsclavos, s.esclavos, "Esclavo", esclavosLeidos_,
+        s, CampoDePuerto::CantEsclavos, s.esclavos, kPrefijoDeEsclavo, esclavosLeidos_,
         [this](auto n, auto linea, const auto& c) { esclavo(n, linea, c); });
     listas_.bloques.reserve(listas_.bloques.size() + s.bloques.size() / kCamposDeBloque.size());
     co_await entradas<kCamposDeBloque.size()>(
-        s, CampoDePuerto::CantBloques, s.bloques, "Bloque", bloquesLeidos_,
+        s, CampoDePuerto::CantBloques, s.bloques, kPrefijoDeBloque, bloquesLeidos_,
         [this](auto n, auto linea, const auto& c) { bloque(n, linea, c); });
 }
 
@@ -189,7 +187,7 @@ Trabajo LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
                                  const std::vector<DatoIni>& datos, std::string_view prefijo,
                                  double& leidas, Leer leerEntrada) {
     const DatoIni& dato = s.propios[static_cast<std::size_t>(cuenta)];
-    const std::string_view nombre = kCamposDePuerto[static_cast<std::size_t>(cuenta)];
+    const std::string_view nombre = nombreDe(cuenta);
     const double desde = leidas;
     const double hasta = desde + cantidad(dato, nombre);
     double encontradas = 0;
@@ -238,9 +236,9 @@ void LectorDeDriver::esclavo(std::uint32_t numero, std::uint32_t linea,
         if (!e && sirve) {
             sirve = false;
             problema(d.linea,
-                     "Esclavo" + std::to_string(numero) + "_" +
-                         std::string(kCamposDeEsclavo[static_cast<std::size_t>(k)]) + "=" +
-                         citar(b) + (n ? " no cabe en un entero de 16 bits" : " no es un número"),
+                     std::string(kPrefijoDeEsclavo) + std::to_string(numero) + "_" +
+                         std::string(nombreDe(k)) + "=" + citar(b) +
+                         (n ? " no cabe en un entero de 16 bits" : " no es un número"),
                      "no se crea la estación");
         }
         return e.value_or(0);
@@ -250,8 +248,8 @@ void LectorDeDriver::esclavo(std::uint32_t numero, std::uint32_t linea,
     e.indice = corto(CampoDeEsclavo::Indice);
     e.digitos = corto(CampoDeEsclavo::Digitos);
     if (!sirve) return;
-    e.ip = texto(dato(CampoDeEsclavo::Ip), "127.0.0.1");
-    e.puertoTCP = texto(dato(CampoDeEsclavo::Puerto), "502");
+    e.ip = texto(dato(CampoDeEsclavo::Ip), de_estacion::kIp);
+    e.puertoTCP = texto(dato(CampoDeEsclavo::Puerto), de_estacion::kPuertoTcp);
     e.puerto = puertoActual_;
     listas_.estaciones.push_back(std::move(e));
     listas_.lineasDeEstaciones.push_back(linea);
@@ -267,8 +265,8 @@ void LectorDeDriver::bloque(std::uint32_t numero, std::uint32_t linea,
         const auto n = numeroConComa(b);
         if (!n && sirve) {
             sirve = false;
-            const std::string clave = "Bloque" + std::to_string(numero) + "_" +
-                                      std::string(kCamposDeBloque[static_cast<std::size_t>(k)]);
+            const std::string clave = std::string(kPrefijoDeBloque) + std::to_string(numero) + "_" +
+                                      std::string(nombreDe(k));
             problema(d.linea != 0 ? d.linea : linea,
                      d.linea != 0 ? clave + "=" + citar(b) + " no es un número" : "falta " + clave,
                      "no se crea el bloque");

@@ -65,18 +65,24 @@ struct Falla {
     std::string que;
 };
 
+/// Calls `tarea` with what stands behind each delimiter of a line, and whether another closes it.
+template <class Tarea>
+void recorrerCampos(std::string_view linea, Tarea tarea) {
+    for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;) {
+        const std::size_t inicio = d + kDelimitador.size();
+        d = buscarDelimitador(linea, inicio);
+        tarea(linea.substr(inicio, d == kNada ? kNada : d - inicio), d != kNada);
+    }
+}
+
 /// The fields of one record line under the keys of its kind, told apart in one pass.
 template <std::size_t N>
 class Registro {
   public:
     Registro(std::string_view linea, const std::array<std::string_view, N>& claves)
         : claves_(claves) {
-        for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;) {
-            const std::size_t inicio = d + kDelimitador.size();
-            const std::size_t fin = buscarDelimitador(linea, inicio);
-            anotar(linea.substr(inicio, fin == kNada ? kNada : fin - inicio), fin != kNada);
-            d = fin;
-        }
+        recorrerCampos(linea,
+                       [this](std::string_view campo, bool cerrado) { anotar(campo, cerrado); });
     }
 
     template <class Campo>
@@ -314,25 +320,10 @@ Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Pro
 
 std::vector<std::string_view> camposDeExportacion(std::string_view linea) {
     std::vector<std::string_view> campos;
-    for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;) {
-        const std::size_t inicio = d + kDelimitador.size();
-        d = buscarDelimitador(linea, inicio);
-        if (d != kNada) campos.push_back(linea.substr(inicio, d - inicio));
-    }
+    recorrerCampos(linea, [&campos](std::string_view campo, bool cerrado) {
+        if (cerrado) campos.push_back(campo);
+    });
     return campos;
-}
-
-std::optional<std::string_view> campo(std::string_view linea, std::string_view clave) {
-    for (std::size_t d = buscarDelimitador(linea, 0); d != kNada;
-         d = buscarDelimitador(linea, d + 1)) {
-        const std::size_t inicio = d + kDelimitador.size();
-        if (!empiezaCon(linea.substr(inicio), clave)) continue;
-        const std::size_t valor = inicio + clave.size() + 1;
-        const std::size_t fin = buscarDelimitador(linea, d + 1);
-        if (fin == kNada) return std::nullopt;
-        return linea.substr(valor, fin - valor);
-    }
-    return std::string_view();
 }
 
 void leerProyectoDeTexto(std::string_view contenido, const std::string& ruta,

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,10 +31,6 @@ using MensajeDeError = std::function<void(std::string_view texto)>;
 
 /// What stands between the delimiters of a line: the word of a marker, or "key:value".
 [[nodiscard]] std::vector<std::string_view> camposDeExportacion(std::string_view linea);
-
-/// The value of one field of a record line, both in the file's bytes: empty when the line has no
-/// such field; nothing when the field lacks its closing delimiter. Letter case does not matter.
-[[nodiscard]] std::optional<std::string_view> campo(std::string_view linea, std::string_view clave);
 
 /// Reads the supervisory project's export. Replaces what the lists hold. An error ends the reading
 /// and is reported to `mensaje` ("Error al abrir el archivo") and in `problemas`; the records

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/planilla.h"
 
+#include "config/claves.h"
 #include "config/csv.h"
 #include "config/desconocidas.h"
 #include "config/descripciones.h"
@@ -230,16 +231,26 @@ std::string valor(std::string_view utf8) {
 /// Keys of a section that is being written.
 class Claves {
   public:
-    explicit Claves(std::string& texto) : texto_(texto) {}
-    Claves& poner(const std::string& clave, double n) { return poner(clave, textoDeNumero(n)); }
-    Claves& poner(const std::string& clave, const std::string& v) {
-        texto_.append(clave).append("=").append(v).append("\r\n");
+    explicit Claves(std::string& texto, std::string prefijo = {})
+        : texto_(texto), prefijo_(std::move(prefijo)) {}
+    template <class Campo>
+    Claves& poner(Campo c, double n) {
+        return poner(c, textoDeNumero(n));
+    }
+    template <class Campo>
+    Claves& poner(Campo c, const std::string& v) {
+        texto_.append(prefijo_).append(nombreDe(c)).append("=").append(v).append("\r\n");
         return *this;
     }
 
   private:
     std::string& texto_;
+    std::string prefijo_;
 };
+
+std::string entrada(std::string_view que, std::size_t numero) {
+    return std::string(que).append(std::to_string(numero)).append("_");
+}
 
 } // namespace
 
@@ -310,7 +321,9 @@ void leerPlanilla(std::string_view contenido, const std::string& ruta,
 }
 
 std::string iniDe(const ListasDeConfiguracion& listas) {
-    std::string ini = "[CONFIG]\r\nCANT_PUERTOS=" + std::to_string(listas.puertos.size()) + "\r\n";
+    std::string ini;
+    ini.append("[").append(kSeccionDeConfig).append("]\r\n").append(kCantPuertos);
+    ini.append("=").append(std::to_string(listas.puertos.size())).append("\r\n");
     std::map<std::int16_t, std::vector<const Estacion*>> estaciones;
     std::map<std::int16_t, std::vector<const ConfiguracionDeBloque*>> bloques;
     for (const Estacion& e : listas.estaciones)
@@ -323,36 +336,34 @@ std::string iniDe(const ListasDeConfiguracion& listas) {
         const Puerto& p = listas.puertos[i];
         const auto& suyas = estaciones[puertoDeRegistros(p.numero)];
         const auto& suyos = bloques[puertoDeRegistros(p.numero)];
-        ini += "[PUERTO" + std::to_string(i + 1) + "]\r\n";
-        Claves claves(ini);
-        claves.poner("NUMERO", p.numero)
-            .poner("DEFAULT_SCAN_TIME", p.scanPorDefecto)
-            .poner("READ_AFTER_WRITE", p.leerDespuesDeEscribir ? 1 : 0)
-            .poner("REINTENTOS_MAX", p.reintentosMax)
-            .poner("TIME_OUT", p.tiempoFuera)
-            .poner("TIPO_PLC_DEFAULT", p.tipoPlcPorDefecto)
-            .poner("SEG_RECONECCION", p.segReconeccion)
-            .poner("CantEsclavos", static_cast<double>(suyas.size()))
-            .poner("CantBloques", static_cast<double>(suyos.size()));
-        for (const Estacion* e : suyas) {
-            const std::string prefijo = "Esclavo" + std::to_string(esclavo++) + "_";
-            claves.poner(prefijo + "Numero", e->numero)
-                .poner(prefijo + "Ip", valor(e->ip))
-                .poner(prefijo + "Puerto", valor(e->puertoTCP))
-                .poner(prefijo + "Indice", e->indice)
-                .poner(prefijo + "Digitos", e->digitos);
-        }
-        for (const ConfiguracionDeBloque* b : suyos) {
-            const std::string prefijo = "Bloque" + std::to_string(bloque++) + "_";
-            claves.poner(prefijo + "Bloque", valor(b->nombre))
-                .poner(prefijo + "PLC", b->plc)
-                .poner(prefijo + "Quantity", b->cantidad)
-                .poner(prefijo + "StarAdrees", valor(b->direccion))
-                .poner(prefijo + "ScanTime", b->scanSegundos)
-                .poner(prefijo + "Nivel", b->nivel)
-                .poner(prefijo + "Numero", b->numeroConfigurado)
-                .poner(prefijo + "ActiveDefault", b->activoPorDefecto ? 1 : 0);
-        }
+        ini.append("[").append(kPrefijoDePuerto).append(std::to_string(i + 1)).append("]\r\n");
+        Claves(ini)
+            .poner(CampoDePuerto::Numero, p.numero)
+            .poner(CampoDePuerto::Scan, p.scanPorDefecto)
+            .poner(CampoDePuerto::LeerDespues, p.leerDespuesDeEscribir ? 1 : 0)
+            .poner(CampoDePuerto::Reintentos, p.reintentosMax)
+            .poner(CampoDePuerto::TiempoFuera, p.tiempoFuera)
+            .poner(CampoDePuerto::Tipo, p.tipoPlcPorDefecto)
+            .poner(CampoDePuerto::SegReconeccion, p.segReconeccion)
+            .poner(CampoDePuerto::CantEsclavos, static_cast<double>(suyas.size()))
+            .poner(CampoDePuerto::CantBloques, static_cast<double>(suyos.size()));
+        for (const Estacion* e : suyas)
+            Claves(ini, entrada(kPrefijoDeEsclavo, esclavo++))
+                .poner(CampoDeEsclavo::Numero, e->numero)
+                .poner(CampoDeEsclavo::Ip, valor(e->ip))
+                .poner(CampoDeEsclavo::Puerto, valor(e->puertoTCP))
+                .poner(CampoDeEsclavo::Indice, e->indice)
+                .poner(CampoDeEsclavo::Digitos, e->digitos);
+        for (const ConfiguracionDeBloque* b : suyos)
+            Claves(ini, entrada(kPrefijoDeBloque, bloque++))
+                .poner(CampoDeBloque::Bloque, valor(b->nombre))
+                .poner(CampoDeBloque::Plc, b->plc)
+                .poner(CampoDeBloque::Quantity, b->cantidad)
+                .poner(CampoDeBloque::StarAdrees, valor(b->direccion))
+                .poner(CampoDeBloque::ScanTime, b->scanSegundos)
+                .poner(CampoDeBloque::Nivel, b->nivel)
+                .poner(CampoDeBloque::Numero, b->numeroConfigurado)
+                .poner(CampoDeBloque::ActiveDefault, b->activoPorDefecto ? 1 : 0);
     }
     return ini;
 }

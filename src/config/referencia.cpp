@@ -5,9 +5,13 @@
 #include "config/descripciones.h"
 #include "config/exportacion.h"
 #include "config/tabla_de_ajustes.h"
+#include "plant/limites.h"
 #include "text/numeros.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <array>
+#include <cstdint>
+#include <limits>
 #include <span>
 #include <string_view>
 
@@ -16,49 +20,74 @@ namespace {
 
 /// What a reader's table of names does not say of a key.
 struct Explicacion {
-    std::string_view porDefecto;
-    std::string_view rango;
+    std::string porDefecto;
+    std::string rango;
     std::string_view que;
 };
 
+std::string n(double numero) { return textoDeNumero(numero); }
+std::string de(double desde, double hasta) { return n(desde) + " a " + n(hasta); }
+std::string entero(double desde, double hasta) { return de(desde, hasta) + ", entero"; }
+std::string tiempo(double hasta = limite::kTiempo) { return de(limite::kTiempoMinimo, hasta); }
+std::string scan() { return "0, o " + tiempo(); }
+std::string corto() {
+    using Corto = std::numeric_limits<std::int16_t>;
+    return de(Corto::min(), Corto::max());
+}
+std::string letras(std::size_t cuantas) {
+    return "hasta " + std::to_string(cuantas) + " caracteres";
+}
+
 // Each in the order of the names of its reader; one too few or too many does not compile.
-constexpr std::array<Explicacion, kCamposDePuerto.size()> kDePuerto = {{
-    {"su orden menos 1", "1 a 32767", "Número del puerto; debe ser el de su orden: 1, 2, …"},
-    {"5", "0, o 0.001 a 31536000",
-     "Scan, en segundos, de los bloques que una lectura forzada crea."},
-    {"1", "0 o 1", "Se lee; no cambia nada."},
-    {"3", "0 a 1000, entero", "Veces que se vuelve a pedir lo que no se respondió."},
-    {"5", "0.001 a 3600", "Segundos que se espera cada respuesta."},
-    {"5", "número", "Se lee; no cambia nada."},
-    {"30", "0.001 a 31536000", "Segundos que descansa un bloque cuya estación no respondió."},
-    {"0", "0 o más",
-     "Cuántas estaciones (Esclavo*N*_…) son del puerto; la cuenta de N sigue de un "
-     "puerto al otro."},
-    {"0", "0 o más",
-     "Cuántos bloques (Bloque*N*_…) son del puerto; la cuenta de N sigue de un "
-     "puerto al otro."},
-}};
-constexpr std::array<Explicacion, kCamposDeEsclavo.size()> kDeEsclavo = {{
-    {"0", "-32768 a 32767", "Número de PLC con que la nombran bloques, guiones y clientes."},
-    {"127.0.0.1", "IPv4, IPv6 o nombre", "Máquina a la que se conecta."},
-    {"502", "1 a 65535",
-     "Puerto TCP. Estaciones con la misma Ip y el mismo Puerto comparten una "
-     "conexión."},
-    {"0", "0 a 99", "Byte de la estación en la trama; distinto en cada una de una conexión."},
-    {"0", "-32768 a 32767", "Se lee; no cambia nada."},
-}};
-constexpr std::array<Explicacion, kCamposDeBloque.size()> kDeBloque = {{
-    {"vacío", "texto", "Nombre; se lee y no cambia nada."},
-    {"obligatoria", "el Numero de una estación del puerto", "A qué estación se le pide."},
-    {"obligatoria", "1 a 10000, entero", "Cuántos registros; cada uno es un bloque de poleo."},
-    {"vacío", "00 a FF", "Primer registro, en hexadecimal."},
-    {"obligatoria", "0, o 0.001 a 31536000",
-     "Cada cuántos segundos se lee; 0: al conectar y al "
-     "forzarlo."},
-    {"0", "0 a 10000, entero", "Nivel con el que se lo fuerza junto con otros."},
-    {"0", "número", "Se lee; no cambia nada."},
-    {"1", "0 o 1", "1: se lee desde el arranque."},
-}};
+std::array<Explicacion, kCamposDePuerto.size()> dePuerto() {
+    return std::to_array<Explicacion>({
+        {"su orden menos 1", de(1, std::numeric_limits<std::int16_t>::max()),
+         "Número del puerto; debe ser el de su orden: 1, 2, …"},
+        {n(de_puerto::kScan), scan(),
+         "Scan, en segundos, de los bloques que una lectura forzada crea."},
+        {"1", "0 o 1", "Se lee; no cambia nada."},
+        {n(de_puerto::kReintentos), entero(0, limite::kReintentos),
+         "Veces que se vuelve a pedir lo que no se respondió."},
+        {n(de_puerto::kTiempoFuera), tiempo(limite::kTiempoFuera),
+         "Segundos que se espera cada respuesta."},
+        {n(de_puerto::kTipoPlc), "número", "Se lee; no cambia nada."},
+        {n(de_puerto::kReconeccion), tiempo(),
+         "Segundos que descansa un bloque cuya estación no respondió."},
+        {"0", "0 o más",
+         "Cuántas estaciones (Esclavo*N*_…) son del puerto; la cuenta de N sigue de un "
+         "puerto al otro."},
+        {"0", "0 o más",
+         "Cuántos bloques (Bloque*N*_…) son del puerto; la cuenta de N sigue de un "
+         "puerto al otro."},
+    });
+}
+std::array<Explicacion, kCamposDeEsclavo.size()> deEsclavo() {
+    return std::to_array<Explicacion>({
+        {"0", corto(), "Número de PLC con que la nombran bloques, guiones y clientes."},
+        {std::string(de_estacion::kIp), "IPv4, IPv6 o nombre", "Máquina a la que se conecta."},
+        {std::string(de_estacion::kPuertoTcp), "1 a 65535",
+         "Puerto TCP. Estaciones con la misma Ip y el mismo Puerto comparten una "
+         "conexión."},
+        {"0", de(0, kUltimoIndice),
+         "Byte de la estación en la trama; distinto en cada una de una conexión."},
+        {"0", corto(), "Se lee; no cambia nada."},
+    });
+}
+std::array<Explicacion, kCamposDeBloque.size()> deBloque() {
+    return std::to_array<Explicacion>({
+        {"vacío", "texto", "Nombre; se lee y no cambia nada."},
+        {"obligatoria", "el Numero de una estación del puerto", "A qué estación se le pide."},
+        {"obligatoria", entero(1, limite::kCantidad),
+         "Cuántos registros; cada uno es un bloque de poleo."},
+        {"vacío", "00 a FF", "Primer registro, en hexadecimal."},
+        {"obligatoria", scan(),
+         "Cada cuántos segundos se lee; 0: al conectar y al "
+         "forzarlo."},
+        {"0", entero(0, limite::kNivel), "Nivel con el que se lo fuerza junto con otros."},
+        {"0", "número", "Se lee; no cambia nada."},
+        {"1", "0 o 1", "1: se lee desde el arranque."},
+    });
+}
 constexpr std::array<std::string_view, kCamposDePuertoExportado.size()> kComoPuerto = {
     "NUMERO",         "DEFAULT_SCAN_TIME", "SEG_RECONECCION", "READ_AFTER_WRITE",
     "REINTENTOS_MAX", "TIME_OUT",          "TIPO_PLC_DEFAULT"};
@@ -135,14 +164,14 @@ std::string referenciaDeClaves() {
            "Se lee al arrancar. Los números pueden llevar una coma por punto.\n\n"
            "### [CONFIG]\n";
     doc += kCabezaDeTabla;
-    fila(doc, "CANT_PUERTOS", "obligatoria", "0 a 32768",
+    fila(doc, kCantPuertos, "obligatoria", de(0, kMaximoDePuertos),
          "Cuántas secciones [PUERTO1], [PUERTO2], … se leen.");
     doc += "\n### [PUERTO*n*]\n";
-    campos(doc, kCamposDePuerto, kDePuerto, "");
+    campos(doc, kCamposDePuerto, dePuerto(), "");
     doc += "\nEstaciones del puerto, contadas desde 0:\n";
-    campos(doc, kCamposDeEsclavo, kDeEsclavo, "EsclavoN_");
+    campos(doc, kCamposDeEsclavo, deEsclavo(), std::string(kPrefijoDeEsclavo) + "N_");
     doc += "\nBloques del puerto, contados desde 0:\n";
-    campos(doc, kCamposDeBloque, kDeBloque, "BloqueN_");
+    campos(doc, kCamposDeBloque, deBloque(), std::string(kPrefijoDeBloque) + "N_");
     doc += "\n## Exportación del proyecto: `*.KalmorKV2200_Conf`\n\n"
            "Lo mismo en registros de una línea, cada campo como la clave que se nombra al lado. "
            "Todos son obligatorios en su registro, menos los de texto.\n";
@@ -160,8 +189,8 @@ std::string referenciaDeClaves() {
     fila(doc, "direccion", "obligatoria", "`1.1.10`, `1.1.10.3`",
          "Registro (puerto.PLC.registro) o uno de sus bits; los ceros de adelante y la caja de las "
          "letras no cuentan.");
-    fila(doc, "descripcion", "vacía", "hasta 200 caracteres", "Nombre para quien la mira.");
-    fila(doc, "unidad", "vacía", "hasta 20 caracteres", "En qué se mide: `m³/h`, `°C`, `%`.");
+    fila(doc, "descripcion", "vacía", letras(kMaximoDeDescripcion), "Nombre para quien la mira.");
+    fila(doc, "unidad", "vacía", letras(kMaximoDeUnidad), "En qué se mide: `m³/h`, `°C`, `%`.");
     return doc + "\n<!-- SPDX-License-Identifier: Apache-2.0 -->\n";
 }
 

@@ -18,7 +18,7 @@
 namespace kv {
 namespace {
 
-constexpr std::size_t kMaximoDeNombre = 255 - std::string_view("_STATUS").size();
+constexpr std::size_t kMaximoDeNombre = 255 - kSufijoDeEstado.size();
 
 bool entero(double n) { return n == std::floor(n); }
 
@@ -177,9 +177,11 @@ Suerte Validador::estacion(std::size_t i) {
                  "los bloques van a la estación de la primera conexión");
         if (c < lugar->second.conexion) lugar->second = {c, i};
     }
-    const bool cabe = e.indice >= 0 && e.indice <= 99;
+    const bool cabe = byteDeEstacion(e.indice).has_value();
     if (!cabe)
-        problema(linea, nombre + " tiene Indice " + std::to_string(e.indice) + ", fuera de 0 a 99",
+        problema(linea,
+                 nombre + " tiene Indice " + std::to_string(e.indice) + ", fuera de 0 a " +
+                     std::to_string(kUltimoIndice),
                  "se construye y nunca se sondea: sus bloques quedan BAD");
     return alcanzable(e, linea) && cabe ? Suerte::Construir : Suerte::SinSondeo;
 }
@@ -330,8 +332,7 @@ void Validador::repeticiones(const ConfiguracionDeBloque& b, std::size_t estacio
 std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::size_t estacion,
                                         const std::string& registro, std::size_t linea) {
     const auto esta = static_cast<std::uint32_t>(linea);
-    const auto numero = hexadecimal(registro);
-    if (numero && *numero <= 0xFF) {
+    if (const auto numero = byteDeRegistro(registro)) {
         const auto [r, nuevo] =
             lineasDeRegistros_.try_emplace(std::uint64_t{estacion} << 8 | *numero, esta);
         return nuevo ? 0 : r->second;
@@ -342,7 +343,7 @@ std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::siz
 }
 
 bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
-    if (!armarTramaLectura(b.direccion, "0")) {
+    if (!byteDeRegistro(b.direccion)) {
         problema(linea, "la dirección " + citarUtf8(b.direccion) + " no es hexadecimal de 0 a FF",
                  "se construye y nunca se sondea: queda BAD");
         return false;

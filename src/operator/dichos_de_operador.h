@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/limites.h"
 #include "text/idioma.h"
 
 /// What an operator's order is refused with, and what is asked of him, both languages side by side.
@@ -16,6 +17,7 @@ inline constexpr Frase kVeces{"Veces", "Times"};
 inline constexpr Frase kFalta{"falta", "missing"};
 inline constexpr Frase kNoEsNumero{"no es un número", "not a number"};
 inline constexpr Frase kSinSiguiente{"no tiene siguiente", "there is no next one"};
+static_assert(limite::kTiempoMinimo == 0.001 && limite::kTiempo == 86400.0 * 365);
 inline constexpr Frase kScanFueraDeRango{"de 0,001 s a un año, o 0",
                                          "from 0.001 s to a year, or 0"};
 inline constexpr Frase kFaltaNivelOVeces{"Error de Dato, en Nivel y/o Cantidad de Poleos",

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/editor_de_guion.h"
 
-#include "script/errores.h"
 #include "text/windows1252.h"
 #include "vbscript/engine.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace kv {
 namespace {
 
-constexpr std::size_t kMaximoDelArchivo = 16U << 20;
 constexpr std::string_view kFinDeLinea = "\r\n";
 
 /// A compilation asks nothing of the world.
@@ -52,7 +53,7 @@ std::optional<std::string> EditorDeGuion::leer() {
     propia_ = conocida_ = {};
     if (ruta().empty()) return std::string();
     propia_ = conocida_ = archivos_.huella(ruta());
-    const auto bytes = archivos_.leer(ruta(), kMaximoDelArchivo);
+    const auto bytes = archivos_.leer(ruta(), kMaximoDelGuion);
     if (!bytes && propia_.existe) return std::nullopt;
     return bytes ? conFinDeLinea(utf8DesdeWindows1252(*bytes)) : std::string();
 }
@@ -61,6 +62,8 @@ EditorDeGuion::Guardado EditorDeGuion::guardar(std::string_view texto) {
     if (ruta().empty()) return Guardado::SinRuta;
     std::string bytes = windows1252DesdeUtf8(texto);
     if (utf8DesdeWindows1252(bytes) != texto) return Guardado::CaracterAjeno;
+    // As the engine's compiler will get it, in UTF-8.
+    if (texto.size() + kFinDeLinea.size() > kMaximoDelGuion) return Guardado::DemasiadoLargo;
     bytes += kFinDeLinea;
     if (!archivos_.reemplazar(ruta(), bytes)) return Guardado::NoSePudo;
     propia_ = conocida_ = archivos_.huella(ruta());
@@ -108,7 +111,13 @@ const DireccionesDePlanta& EditorDeGuion::planta() const {
 }
 
 std::vector<AvisoDeGuion> EditorDeGuion::avisos(std::string_view texto) const {
-    return avisosDeGuion(texto, {&planta()});
+    std::vector<AvisoDeGuion> avisos = avisosDeGuion(texto, {&planta()});
+    if (auto utf8 = avisoDeUtf8(windows1252DesdeUtf8(texto))) {
+        avisos.push_back(std::move(*utf8));
+        std::ranges::stable_sort(
+            avisos, {}, [](const AvisoDeGuion& a) { return std::pair(a.linea, a.columna); });
+    }
+    return avisos;
 }
 
 Completado EditorDeGuion::completar(std::string_view antes, std::string_view despues) const {

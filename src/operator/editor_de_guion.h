@@ -7,6 +7,7 @@
 #include "platform/ruta.h"
 #include "script/ScriptControl.h"
 #include "script/avisos.h"
+#include "script/errores.h"
 #include "script/guion.h"
 
 #include <optional>
@@ -39,10 +40,12 @@ class EditorDeGuion {
     /// The file's name without its folder.
     [[nodiscard]] std::string_view nombre() const { return nombreDeRuta(ruta()); }
     /// The script, each line followed by CR LF; a missing file is an empty text. Nothing when there
-    /// is a file that cannot be read: saving would destroy it.
+    /// is a file that cannot be read, or is larger than any script: saving would destroy it.
     [[nodiscard]] std::optional<std::string> leer();
 
-    enum class Guardado { Hecho, SinRuta, CaracterAjeno, NoSePudo };
+    /// What a text is that the engine would not run, as too long.
+    static constexpr Frase kDemasiadoLargo = kGuionDemasiadoLargo;
+    enum class Guardado { Hecho, SinRuta, CaracterAjeno, DemasiadoLargo, NoSePudo };
     /// Replaces the file's content with `texto` and a CR LF. Unless the answer is `Hecho`, the file
     /// is as it was.
     [[nodiscard]] Guardado guardar(std::string_view texto);
@@ -55,7 +58,8 @@ class EditorDeGuion {
     [[nodiscard]] static std::optional<FallaDeGuion> caracterAjeno(std::string_view texto);
     /// The first mistake that a compilation finds.
     [[nodiscard]] static std::optional<FallaDeGuion> comprobar(std::string_view texto);
-    /// What in a text that compiles is hardly meant, against the plant as it is now.
+    /// What in a text that compiles is hardly meant, against the plant as it is now; and that the
+    /// file is UTF-8. By place.
     [[nodiscard]] std::vector<AvisoDeGuion> avisos(std::string_view texto) const;
     /// How the name could go on at whose end the cursor is, between the two parts of a text.
     [[nodiscard]] Completado completar(std::string_view antes, std::string_view despues) const;

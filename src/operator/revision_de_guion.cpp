@@ -3,6 +3,7 @@
 
 #include "operator/editor_de_guion.h"
 #include "script/avisos.h"
+#include "script/errores.h"
 #include "text/windows1252.h"
 
 namespace kv {
@@ -18,8 +19,13 @@ void revisarGuion(Archivos& archivos, const std::string& rutaDeConfiguracion,
     };
     const auto bytes = archivos.leer(ruta, kMaximoDelGuion);
     if (!bytes)
-        return problemas.agregar(ruta, 0, "el guion no se puede leer, o es demasiado largo",
+        return problemas.agregar(ruta, 0,
+                                 archivos.huella(ruta).largo > kMaximoDelGuion
+                                     ? std::string(kGuionDemasiadoLargo.castellano)
+                                     : "el guion no se puede leer",
                                  "no corre");
+    if (const auto utf8 = avisoDeUtf8(*bytes))
+        agregar(utf8->linea, utf8->columna, utf8->texto, "sus letras con acento se leen cambiadas");
     const std::string texto = utf8DesdeWindows1252(*bytes);
     if (const auto falla = EditorDeGuion::comprobar(texto))
         return agregar(falla->linea, falla->columna, falla->descripcion, "el guion no corre");

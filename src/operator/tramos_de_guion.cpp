@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/tramos_de_guion.h"
 
+#include "plant/claves_de_bloque.h"
 #include "vbscript/values/words.h"
 
 #include <algorithm>
@@ -111,7 +112,7 @@ class Lector {
         // A member of an object may be named like anything.
         if (!trasPunto_) {
             if (entera && p == "rem") return tramo(linea_.size(), ClaseDeTramo::Comentario);
-            if (p.starts_with("mw_")) return tramo(fin, ClaseDeTramo::Variable);
+            if (pareceNombreDeScript(p)) return tramo(fin, ClaseDeTramo::Variable);
             if (entera && esReservada(p)) return tramo(fin, ClaseDeTramo::Palabra);
         }
         i_ = fin;

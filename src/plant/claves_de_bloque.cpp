@@ -3,6 +3,7 @@
 
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -20,20 +21,28 @@ std::string claveDeBloque(double puerto, double plc, std::string_view direccion)
 }
 
 std::string nombreDeScript(std::string_view clave) {
-    std::string nombre = "MW_";
+    std::string nombre(kPrefijoDeNombre);
     for (const char c : clave)
         nombre += c == '.' ? '_' : c;
     return nombre;
 }
 
+bool pareceNombreDeScript(std::string_view nombre) {
+    return igualSinCaja(nombre.substr(0, kPrefijoDeNombre.size()), kPrefijoDeNombre);
+}
+
+std::string_view sinEstado(std::string_view nombre) {
+    const std::size_t corte = nombre.size() - std::min(nombre.size(), kSufijoDeEstado.size());
+    return igualSinCaja(nombre.substr(corte), kSufijoDeEstado) ? nombre.substr(0, corte) : nombre;
+}
+
 std::vector<std::string> registrosDeBloque(std::string_view direccion, double cantidad) {
-    constexpr std::uint32_t kUltimo = 0xFF;
     std::vector<std::string> registros{std::string(direccion)};
-    const auto primero = hexadecimal(direccion);
-    if (!primero || *primero > kUltimo) return registros;
+    const auto primero = byteDeRegistro(direccion);
+    if (!primero) return registros;
     const bool enMinusculas = std::any_of(direccion.begin(), direccion.end(),
                                           [](char c) { return c >= 'a' && c <= 'f'; });
-    for (std::uint32_t n = 1; n < cantidad && *primero + n <= kUltimo; ++n) {
+    for (std::uint32_t n = 1; n < cantidad && *primero + n <= kUltimoRegistro; ++n) {
         std::string registro;
         agregarHexadecimal(registro, static_cast<std::uint8_t>(*primero + n));
         if (registro.size() < direccion.size())

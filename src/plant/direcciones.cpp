@@ -6,14 +6,13 @@
 #include "plant/tablas.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace kv {
 namespace {
-
-constexpr std::string_view kEstado = "_status";
 
 std::string lugar(double puerto, double plc) {
     return textoDeNumero(puerto) + "." + textoDeNumero(plc);
@@ -30,13 +29,14 @@ void DireccionesDePlanta::agregarRegistro(double puerto, double plc, std::string
     if (!claves_.insert(clave).second) return;
     if (const auto n = hexadecimal(recortar(registro)))
         registros_.insert(lugar(puerto, plc) + "." + std::to_string(*n));
-    for (const std::string& nombre : {nombreDeScript(clave), nombreDeScript(clave) + "_STATUS"}) {
+    const std::string suyo = nombreDeScript(clave);
+    for (const std::string& nombre : {suyo, suyo + std::string(kSufijoDeEstado)}) {
         if (publicados_.insert(minusculas(nombre)).second) nombres_.push_back(nombre);
     }
 }
 
-bool DireccionesDePlanta::hayEstacion(double puerto, double plc) const {
-    return estaciones_.contains(lugar(puerto, plc));
+bool DireccionesDePlanta::sePuedePedir(double puerto, double plc, std::string_view registro) const {
+    return byteDeRegistro(recortar(registro)) && estaciones_.contains(lugar(puerto, plc));
 }
 
 bool DireccionesDePlanta::hayRegistro(double puerto, double plc, std::string_view registro) const {
@@ -45,9 +45,8 @@ bool DireccionesDePlanta::hayRegistro(double puerto, double plc, std::string_vie
 }
 
 bool DireccionesDePlanta::publica(std::string_view nombre) const {
-    std::string n = minusculas(nombre);
-    if (publicados_.contains(n)) return true;
-    if (n.ends_with(kEstado)) n.resize(n.size() - kEstado.size());
+    if (publicados_.contains(minusculas(nombre))) return true;
+    const std::string n = minusculas(sinEstado(nombre));
     const auto corte = n.rfind('_');
     if (corte == std::string::npos) return false;
     if (bitDeTexto(std::string_view(n).substr(corte + 1)) == kNoEsBit) return false;

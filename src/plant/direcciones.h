@@ -17,7 +17,8 @@ class DireccionesDePlanta {
     /// `registro` as configured.
     void agregarRegistro(double puerto, double plc, std::string_view registro);
 
-    [[nodiscard]] bool hayEstacion(double puerto, double plc) const;
+    /// Whether a forced read of it asks a station, also where no block reads it yet.
+    [[nodiscard]] bool sePuedePedir(double puerto, double plc, std::string_view registro) const;
     /// Registers are compared as hexadecimal numbers.
     [[nodiscard]] bool hayRegistro(double puerto, double plc, std::string_view registro) const;
     /// Exactly this block key, as port.PLC.register is configured.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace kv {
 
@@ -26,6 +27,12 @@ inline constexpr double kReintentos = 3;
 inline constexpr double kReconeccion = 30;
 inline constexpr double kTipoPlc = 5;
 } // namespace de_puerto
+
+/// What a station has whose configuration does not say.
+namespace de_estacion {
+inline constexpr std::string_view kIp = "127.0.0.1";
+inline constexpr std::string_view kPuertoTcp = "502";
+} // namespace de_estacion
 
 /// Seconds that a timer can run and that end within a lifetime.
 [[nodiscard]] constexpr bool esTiempo(double segundos, double maximo = limite::kTiempo) {

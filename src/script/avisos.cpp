@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "script/avisos.h"
 
+#include "plant/claves_de_bloque.h"
 #include "script/objetos.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "text/windows1252.h"
 #include "vbscript/checking.h"
 
 #include <algorithm>
@@ -15,20 +17,6 @@ namespace {
 using vbscript::LiteralUse;
 using vbscript::Warning;
 
-constexpr std::string_view kPrefijo = "MW_";
-constexpr std::string_view kEstado = "_STATUS";
-
-bool empiezaSinCaja(std::string_view texto, std::string_view con) {
-    return texto.size() >= con.size() && igualSinCaja(texto.substr(0, con.size()), con);
-}
-
-std::string sinEstado(std::string_view nombre) {
-    if (nombre.size() > kEstado.size() &&
-        igualSinCaja(nombre.substr(nombre.size() - kEstado.size()), kEstado))
-        nombre.remove_suffix(kEstado.size());
-    return minusculas(nombre);
-}
-
 /// What a plant can have: its register is a number.
 bool partir(std::string_view direccion, DireccionPartida& partes) {
     return partirDireccion(direccion, partes) && hexadecimal(partes.registro);
@@ -38,7 +26,7 @@ bool partir(std::string_view direccion, DireccionPartida& partes) {
 /// written as a variable's name is one for certain.
 bool pareceNombre(std::string_view texto) {
     DireccionPartida partes;
-    return empiezaSinCaja(texto, kPrefijo) && partir(direccionDeNombre(sinEstado(texto)), partes);
+    return pareceNombreDeScript(texto) && partir(direccionDeNombre(sinEstado(texto)), partes);
 }
 
 class Avisos {
@@ -68,7 +56,7 @@ class Avisos {
         vbscript::Known k;
         if (lugar_.planta != nullptr) k.names = lugar_.planta->nombres();
         k.also = [this](std::string_view nombre) {
-            if (lugar_.planta == nullptr) return empiezaSinCaja(nombre, kPrefijo);
+            if (lugar_.planta == nullptr) return pareceNombreDeScript(nombre);
             return lugar_.planta->publica(nombre);
         };
         k.objects.push_back({"mw", {}});
@@ -91,7 +79,7 @@ class Avisos {
         DireccionPartida p;
         const std::string direccion = direccionDeNombre(texto);
         if (lugar_.planta == nullptr || !partir(direccion, p)) return;
-        if (!lugar_.planta->hayEstacion(p.puerto, p.plc)) return;
+        if (!lugar_.planta->sePuedePedir(p.puerto, p.plc, p.registro)) return;
         pedidas_.agregarRegistro(p.puerto, p.plc, p.registro);
     }
 
@@ -130,7 +118,7 @@ class Avisos {
         const Nombra nombra = m != nullptr           ? m->nombra
                               : pareceNombre(l.text) ? Nombra::Registro
                                                      : Nombra::Nada;
-        const std::string nombre = m != nullptr ? l.text : sinEstado(l.text);
+        const std::string_view nombre = m != nullptr ? l.text : sinEstado(l.text);
         if (nombra == Nombra::Nada || estaEnLaPlanta(nombre, nombra)) return;
         decir(l.line, l.column, "la configuración no tiene la dirección '" + l.text + "'",
               "the configuration does not have the address '" + l.text + "'");
@@ -142,8 +130,7 @@ class Avisos {
         if (nombra == Nombra::Clave) return planta.hayClave(direccion);
         DireccionPartida p;
         if (!partir(direccion, p)) return false;
-        if (nombra == Nombra::Estacion)
-            return planta.hayEstacion(p.puerto, p.plc) && *hexadecimal(p.registro) <= 0xFF;
+        if (nombra == Nombra::Estacion) return planta.sePuedePedir(p.puerto, p.plc, p.registro);
         return planta.hayRegistro(p.puerto, p.plc, p.registro) ||
                pedidas_.hayRegistro(p.puerto, p.plc, p.registro);
     }
@@ -157,6 +144,18 @@ class Avisos {
 
 std::vector<AvisoDeGuion> avisosDeGuion(std::string_view texto, const LugarDelGuion& lugar) {
     return Avisos(lugar).de(texto);
+}
+
+std::optional<AvisoDeGuion> avisoDeUtf8(std::string_view bytes) {
+    if (!pareceUtf8(bytes)) return std::nullopt;
+    const auto antes = bytes.substr(
+        0, static_cast<std::size_t>(std::ranges::find_if(bytes, [](char c) { return c & 0x80; }) -
+                                    bytes.begin()));
+    const auto salto = antes.rfind('\n'); // on the first line npos, and one more is 0
+    return AvisoDeGuion{static_cast<int>(std::ranges::count(antes, '\n')) + 1,
+                        static_cast<int>(antes.size() - (salto + 1)) + 1,
+                        "el archivo parece guardado como UTF-8 y debe ser Windows-1252",
+                        "the file seems to be saved as UTF-8, and must be Windows-1252"};
 }
 
 } // namespace kv

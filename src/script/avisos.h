@@ -3,6 +3,7 @@
 
 #include "plant/direcciones.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,5 +33,9 @@ struct LugarDelGuion {
 /// By place, at most some hundreds; nothing for a text that does not compile.
 [[nodiscard]] std::vector<AvisoDeGuion> avisosDeGuion(std::string_view texto,
                                                       const LugarDelGuion& lugar);
+
+/// That a script file's bytes are UTF-8, at their first letter that a driver, which reads
+/// Windows-1252, takes for others.
+[[nodiscard]] std::optional<AvisoDeGuion> avisoDeUtf8(std::string_view bytes);
 
 } // namespace kv

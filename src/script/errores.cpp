@@ -153,6 +153,8 @@ std::string sinLugar(const vbscript::ScriptError& error) {
         return "El guion corrió más tiempo que el permitido";
     if (error.budget && error.description == budgetText(BudgetKind::Steps))
         return "El guion dio más pasos que los permitidos";
+    if (error.description == kGuionDemasiadoLargo.ingles)
+        return std::string(kGuionDemasiadoLargo.castellano);
     const std::string_view todo = error.description;
     const std::string_view ingles = vbscript::errorText(error.number);
     if (!todo.starts_with(ingles)) return error.description;

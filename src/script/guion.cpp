@@ -59,7 +59,11 @@ void Guion::correr() {
     }
     control_.Clear();
     control_.AddCode(texto_);
-    const vbscript::ScriptError& error = control_.Error();
+    vbscript::ScriptError error = control_.Error();
+    if (demasiadoLargo_) {
+        error.number = vbscript::errors::textTooLarge;
+        error.description = kGuionDemasiadoLargo.ingles;
+    }
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
     if (!falla_) {
@@ -76,8 +80,10 @@ void Guion::correr() {
 }
 
 std::string Guion::textoDe(const vbscript::ScriptError& error) const {
-    return std::string(nombreDeRuta(ruta_)) + "(" + textoDeNumero(error.line) + ", " +
-           textoDeNumero(error.column) + "): " + enCastellano(error) + " (" +
+    const std::string lugar = error.line == 0 ? ""
+                                              : "(" + textoDeNumero(error.line) + ", " +
+                                                    textoDeNumero(error.column) + ")";
+    return std::string(nombreDeRuta(ruta_)) + lugar + ": " + enCastellano(error) + " (" +
            textoDeNumero(error.number) + ")";
 }
 
@@ -100,6 +106,8 @@ void Guion::cargar(std::int64_t ahoraUs) {
     // A file that is there and cannot be read just now is looked at again at the next answer.
     if (!bytes && huella.existe && huella.largo <= kMaximoDelGuion) return;
     huella_ = huella;
+    demasiadoLargo_ = !bytes && huella.existe;
+    ocioso_ = false; // a new file without a text may fail, too: that is seen by running it
     std::string texto = bytes ? utf8DesdeWindows1252(*bytes) : std::string();
     if (!texto.empty() && texto.back() != '\n') texto += "\r\n";
     // Variables and procedures of another text would only be in the way of a new one.

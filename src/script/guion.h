@@ -16,9 +16,6 @@
 
 namespace kv {
 
-/// A larger file, in bytes, is no script.
-inline constexpr std::size_t kMaximoDelGuion = std::size_t{4} << 20;
-
 /// The path of the user script beside a driver configuration: every "mdriv" in the path, or else
 /// every "ini", becomes "MDrivScrip", whatever the case of letters and wherever it stands. Empty
 /// when the path holds neither.
@@ -64,6 +61,7 @@ class Guion {
     ArchivoLog& log_;
     std::string ruta_;
     std::string texto_;
+    bool demasiadoLargo_ = false; ///< the file; `texto_` is empty then
     HuellaDeArchivo huella_;
     std::int64_t miradoUs_ = -1;
     std::int64_t reintentoUs_ = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "script/objetos.h"
 
+#include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "vbscript/surroundings/errors.h"
@@ -41,7 +42,7 @@ std::int32_t color(const Value& v, HostValues& valores) {
 } // namespace
 
 std::string direccionDeNombre(std::string_view nombre) {
-    std::string direccion = reemplazarSinCaja(nombre, "MW_", "");
+    std::string direccion = reemplazarSinCaja(nombre, kPrefijoDeNombre, "");
     std::replace(direccion.begin(), direccion.end(), '_', '.');
     return direccion;
 }

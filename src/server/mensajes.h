@@ -19,6 +19,7 @@ inline constexpr std::string_view kFinDeSincronismo = "[SINK_FIN]";
 inline constexpr std::string_view kSincronizar = "SINCRONIZAR";
 inline constexpr std::string_view kAbreSobre = "[DRI]";
 inline constexpr std::string_view kCierraSobre = "[/DRI]";
+inline constexpr std::size_t kRegistrosPorSobre = 10; ///< at most
 
 /// The two ends of a frame.
 struct Marcas {

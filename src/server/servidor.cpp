@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "server/servidor.h"
 
+#include "server/mensajes.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
 
@@ -12,7 +13,6 @@ namespace {
 constexpr std::int64_t kEstadoMs = 3000;
 constexpr std::int64_t kKeepAliveInicialMs = 3000;
 constexpr std::int64_t kSincronismoMs = 1000;
-constexpr std::size_t kRegistrosPorSobre = 10;
 constexpr int kCesionesPorMensaje = 4;
 constexpr int kCesionesAlFinal = 3;
 // A synchronisation lets events run every so many messages, some microseconds apart: much more

@@ -8,24 +8,11 @@
 namespace kv {
 namespace {
 
-std::optional<std::uint8_t> byteDeEstacion(std::string_view estacion) {
-    const auto indice = numeroDeTexto(estacion);
-    if (!indice || *indice < 0 || *indice > 99 || *indice != std::floor(*indice))
-        return std::nullopt;
-    const int n = static_cast<int>(*indice);
-    return static_cast<std::uint8_t>(n / 10 * 16 + n % 10);
-}
-
-std::optional<std::uint8_t> byteDeDireccion(std::string_view direccion) {
-    const auto registro = hexadecimal(direccion);
-    if (!registro || *registro > 0xFF) return std::nullopt;
-    return static_cast<std::uint8_t>(*registro);
-}
-
 std::optional<Solicitud> armar(std::uint8_t orden, std::string_view direccion,
                                std::string_view estacion, std::uint16_t valor) {
-    const auto e = byteDeEstacion(estacion);
-    const auto d = byteDeDireccion(direccion);
+    const auto indice = numeroDeTexto(estacion);
+    const auto e = indice ? byteDeEstacion(*indice) : std::nullopt;
+    const auto d = byteDeRegistro(direccion);
     if (!e || !d) return std::nullopt;
     Solicitud trama{orden,
                     *e,
@@ -39,6 +26,19 @@ std::optional<Solicitud> armar(std::uint8_t orden, std::string_view direccion,
 }
 
 } // namespace
+
+std::optional<std::uint8_t> byteDeRegistro(std::string_view texto) {
+    const auto registro = hexadecimal(texto);
+    if (!registro || *registro > kUltimoRegistro) return std::nullopt;
+    return static_cast<std::uint8_t>(*registro);
+}
+
+std::optional<std::uint8_t> byteDeEstacion(double indice) {
+    if (!(indice >= 0 && indice <= kUltimoIndice) || indice != std::floor(indice))
+        return std::nullopt;
+    const int n = static_cast<int>(indice);
+    return static_cast<std::uint8_t>(n / 10 * 16 + n % 10);
+}
 
 std::optional<Solicitud> armarTramaLectura(std::string_view direccion, std::string_view estacion) {
     return armar(kLeer, direccion, estacion, 0);

@@ -20,11 +20,20 @@ inline constexpr std::uint8_t kMarcaRespuesta = 0x07;
 inline constexpr std::uint8_t kLeer = 0x52;
 inline constexpr std::uint8_t kEscribir = 0x57;
 
+/// What a byte of a request can name: registers are 0 to FF, stations 0 to 99 in decimal.
+inline constexpr std::uint32_t kUltimoRegistro = 0xFF;
+inline constexpr int kUltimoIndice = 99;
+
+/// The register's byte; nothing where the text is no hexadecimal number or does not fit.
+[[nodiscard]] std::optional<std::uint8_t> byteDeRegistro(std::string_view texto);
+/// The station's byte: the digits of its index, read as hexadecimal ones. Nothing for a number that
+/// is no index.
+[[nodiscard]] std::optional<std::uint8_t> byteDeEstacion(double indice);
+
 using Respuesta = std::array<std::uint8_t, kLargoRespuesta>;
 
-/// The request that reads one register. `direccion` is the register as hexadecimal text, 0 to FF;
-/// `estacion` the station's index in decimal, 0 to 99, whose digits are read as hexadecimal ones.
-/// Nothing when either does not fit its byte.
+/// The request that reads one register. `direccion` is the register as hexadecimal text, `estacion`
+/// the station's index in decimal. Nothing when either does not fit its byte.
 [[nodiscard]] std::optional<Solicitud> armarTramaLectura(std::string_view direccion,
                                                          std::string_view estacion);
 

@@ -128,7 +128,7 @@ TEST_F(ComprobacionPrueba, LasDeLaConfiguracionUnaVezCadaUna) {
         configuracion.append(b + "PLC=1\n" + b + "Quantity=1\n" + b + "StarAdrees=" + registro)
             .append("\n" + b + "ScanTime=60\n" + b + "ScamTime=1\n");
     }
-    configuracion += "[PUERTO01]\nNUMERO=3\n";
+    configuracion += "Bloque07_Nivel=5\n[PUERTO01]\nNUMERO=3\n[PUERTO40000]\nNUMERO=4\n";
     EXPECT_EQ(que(con("[DRIVER_KV2200]\n")),
               (Lineas{"3: \"CANT_PUERTO\" no es una clave de [CONFIG]: ¿es CANT_PUERTOS?",
                       "6: \"TIMEOUT\" no es una clave de un puerto: ¿es TIME_OUT?",
@@ -136,7 +136,9 @@ TEST_F(ComprobacionPrueba, LasDeLaConfiguracionUnaVezCadaUna) {
                       "10: \"Esclavo0_Pverto\" no es un dato de una estación: ¿es Puerto?",
                       "16: \"Bloque0_ScamTime\" no es un dato de un bloque (y 1 vez más): ¿es "
                       "ScanTime?",
-                      "22: \"PUERTO01\" no es una sección conocida: ¿es PUERTO1?"}));
+                      "22: \"Bloque07_Nivel\" no es una clave de un puerto",
+                      "23: \"PUERTO01\" no es una sección conocida: ¿es PUERTO1?",
+                      "25: \"PUERTO40000\" no es una sección conocida"}));
 }
 
 TEST_F(ComprobacionPrueba, LasDeLaExportacion) {

@@ -50,22 +50,21 @@ std::string con(std::string texto, std::string_view viejo, std::string_view nuev
 
 } // namespace
 
-TEST(Exportacion, CampoDeUnaLinea) {
-    const auto valor = [](std::string_view linea, std::string_view clave) {
-        const std::string bytes = conDelimitadores(linea);
-        const auto v = campo(bytes, clave);
-        return v ? std::string(*v) : "(error)";
+TEST(Exportacion, CamposDeUnaLinea) {
+    const auto ip = [](const std::string& campos) {
+        const auto l = leer(
+            kCabecera + puerto("|EsclavoNumero:1|Digitos:4|indice:2" + campos + "\r\n", kBloque));
+        return l.listas.estaciones.empty() ? "(error)" : l.listas.estaciones[0].ip;
     };
-    EXPECT_EQ(valor("|Numero:1|IP:10.0.0.1|", "numero"), "1");
-    EXPECT_EQ(valor("|EsclavoNumero:5|Numero:1|", "Numero"), "1");
-    EXPECT_EQ(valor("|Ip:a:b|Ip:otra|", "ip"), "a:b");
-    EXPECT_EQ(valor("|Numero:1|", "Ip"), "");
-    EXPECT_EQ(valor("|vacio:||x:1|", "vacio"), "");
-    EXPECT_EQ(valor("|Numero:1|Ip:10", "Ip"), "(error)");
-    EXPECT_EQ(valor("", "Ip"), "");
+    EXPECT_EQ(ip("|Numero:1|IP:10.0.0.1|"), "10.0.0.1");
+    EXPECT_EQ(ip("|OtraIp:5|Ip:1|"), "1");
+    EXPECT_EQ(ip("|Ip:a:b|Ip:otra|"), "a:b");
+    EXPECT_EQ(ip("|Numero:1|"), "");
+    EXPECT_EQ(ip("|Ip:||x:1|"), "");
+    EXPECT_EQ(ip("|Numero:1|Ip:10"), "(error)");
     // The delimiter's own letters may be small or capital.
-    EXPECT_EQ(*campo("\xE4\xA7\xC6\xC3Ip:1\xC4\xA7\xE6\xE3", "Ip"), "1");
-    EXPECT_EQ(*campo("\xA7\xE6\xE3\xC4\xA7\xE6", "Ip"), "");
+    EXPECT_EQ(ip("\xE4\xA7\xC6\xC3Ip:1\xC4\xA7\xE6\xE3"), "1");
+    EXPECT_TRUE(camposDeExportacion("\xA7\xE6\xE3\xC4\xA7\xE6").empty());
 }
 
 TEST(Exportacion, RegistrosCompletos) {

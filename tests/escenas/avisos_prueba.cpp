@@ -75,7 +75,9 @@ TEST_F(AvisosDePlanta, LoQueElGuionMandaLeerExisteDesdeEntonces) {
     EXPECT_EQ(en("mw.READBLOQ \"MW_1_1_77\"\nx = MW_1_1_77 + MW_1_1_77_STATUS\n"
                  "mw.writeMW \"MW_1_1_77\", 1"),
               "");
-    EXPECT_NE(en("mw.READBLOQ \"MW_1_2_77\"\nx = MW_1_2_77"), "") << "no such station";
+    for (const std::string nadie : {"MW_1_2_77", "MW_1_1_177"}) // no such station, no such register
+        EXPECT_NE(en("mw.READBLOQ \"" + nadie + "\"\nx = " + nadie).find("2:5"), std::string::npos)
+            << nadie;
 }
 
 } // namespace kv

@@ -2,6 +2,7 @@
 // The plant engineer's script among the answers.
 
 #include "apoyo/planta.h"
+#include "script/errores.h"
 #include "script/miembros.h"
 
 #include <gtest/gtest.h>
@@ -80,6 +81,16 @@ TEST_F(ConGuion, UnErrorSeVeSeDiceUnaVezConSuLugarYNoParaNada) {
     p.archivos.borrar(kGuion);
     p.avanzar(2000);
     EXPECT_EQ(color(), Color::Verde) << "no file is an empty script";
+    p.archivos.poner(kGuion, "b = 4\r\n" + std::string(kMaximoDelGuion, '\''));
+    p.avanzar(10'000);
+    EXPECT_EQ(color(), Color::Rojo) << "too long is not empty";
+    EXPECT_EQ(enElLog("MDrivScrip: El guion tiene m\xE1s de 2 MiB (1001)"), 1U)
+        << p.archivos.contenido(kLog);
+    EXPECT_NE(global("b"), 4);
+    p.archivos.poner(kGuion, "b = 5");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Verde);
+    EXPECT_EQ(global("b"), 5);
 }
 
 TEST_F(ConGuion, EscribeYFuerzaPorLosNombresDeLasVariables) {

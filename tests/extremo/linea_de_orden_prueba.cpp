@@ -112,6 +112,16 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
     EXPECT_TRUE(
         tiene(mal.salida, "MDrivScrip:2: columna 1: Se esperaba 'End'; el guion no corre\n"))
         << mal.salida;
+    for (const std::string marca : {"", "\xEF\xBB\xBF"}) {
+        const Resultado utf8 = comprobar(marca + "x = 1\r\ny = \"año\"\r\n");
+        EXPECT_TRUE(tiene(utf8.salida, marca.empty() ? ":2: columna 7: el archivo parece guardado "
+                                                       "como UTF-8 y debe ser Windows-1252;"
+                                                     : ":1: columna 1: el archivo parece"))
+            << utf8.salida;
+    }
+    const Resultado largo = comprobar(std::string((2U << 20) + 1, '\''));
+    EXPECT_TRUE(tiene(largo.salida, "MDrivScrip: El guion tiene más de 2 MiB; no corre\n"))
+        << largo.salida;
 }
 
 TEST(LineaDeOrden, TodosLosProgramasEntiendenLoMismo) {

@@ -55,8 +55,11 @@ TEST_F(Ejecutor, ImprimeYPregunta) {
 }
 
 TEST_F(Ejecutor, LeeTambienUtf8) {
-    EXPECT_EQ(correr("--idioma en-US " + guion("WScript.Echo Len(\"ñandú\"), 1.5")).texto,
-              "5 1.5\n");
+    const std::string g = guion("WScript.Echo _\nLen(\"ñandú\"), 1.5");
+    const std::string aviso = g + "(2, 6): aviso: el archivo parece guardado como UTF-8 y debe ser "
+                                  "Windows-1252\n";
+    EXPECT_EQ(correr("--idioma en-US " + g).texto, aviso + "5 1.5\n") << "the driver would say 7";
+    EXPECT_EQ(correr("--comprobar " + g).texto, aviso);
 }
 
 TEST_F(Ejecutor, SenalaElError) {
@@ -88,6 +91,8 @@ TEST_F(Ejecutor, LaLineaDeOrdenes) {
     }
     EXPECT_EQ(correr("--ayuda").codigo, 0);
     EXPECT_EQ(correr((carpeta_ / "no_hay.vbs").string()).codigo, 1);
+    const std::string largo = guion(std::string((2U << 20) + 1, '\n'));
+    EXPECT_EQ(correr(largo).texto, largo + ": El guion tiene más de 2 MiB\n");
 }
 
 TEST_F(Ejecutor, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {

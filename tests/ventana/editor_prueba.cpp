@@ -172,6 +172,16 @@ TEST_F(Editor, LoQueNoPareceAPropositoSeSubrayaYSeRecorre) {
     tecla(Qt::Key_F8);
     EXPECT_EQ(lugar().first, 1);
     EXPECT_EQ(lugar().second, 5) << "what does not compile goes first";
+    codigo().setPlainText(QString::fromUtf8("a = nadie\na = \"cañería\"\n"));
+    tecla(Qt::Key_F7);
+    EXPECT_TRUE(mensaje().contains("Avisos: 1.")) << "accents are no mistake";
+    codigo().setPlainText(QString::fromUtf8("a = nadie\na = \"caÃ±ería\"\n"));
+    tecla(Qt::Key_F7);
+    EXPECT_TRUE(mensaje().contains("Avisos: 1.")) << "nor is what only begins like UTF-8";
+    codigo().setPlainText(QString::fromUtf8("a = nadie\na = \"caÃ±o\"\n"));
+    tecla(Qt::Key_F7);
+    EXPECT_TRUE(mensaje().contains("Avisos: 2.")) << mensaje().toStdString();
+    EXPECT_TRUE(codigo().mensajeDe(2).contains("UTF-8"));
 }
 
 TEST_F(Editor, DiceQueTuvoCadaNombreYQueCostoLaUltimaCorrida) {
@@ -498,11 +508,23 @@ TEST_F(Editor, SinLugarParaUnGuionNoHaceNada) {
 }
 
 TEST_F(Editor, UnArchivoQueNoSePuedeLeerNoSePisa) {
-    const std::string enorme(17U << 20, 'x');
+    const std::string enorme(kMaximoDelGuion + 1, 'x');
     abrir(enorme);
-    EXPECT_TRUE(codigo().isReadOnly());
+    EXPECT_TRUE(codigo().isReadOnly()) << "no more than what runs";
     tecla(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(archivo().size(), enorme.size());
+}
+
+TEST_F(Editor, LoQueElMotorNoCorreriaNoSeGuarda) {
+    abrir("a=1\r\n");
+    codigo().insertPlainText(
+        QString(kMaximoDelGuion / 1024, '\n').replace("\n", QString(1023, '\'') + "\n"));
+    clic(*ventana, "BtnOk");
+    ASSERT_NE(mensajeSobre(*ventana), nullptr);
+    EXPECT_TRUE(mensajeSobre(*ventana)->text().contains(QString::fromUtf8("más de 2 MiB")));
+    responder(*ventana, "OK");
+    EXPECT_EQ(archivo(), "a=1\r\n");
+    EXPECT_TRUE(ventana->isWindowModified());
 }
 
 TEST_F(Editor, SeVeBienEnClaroYEnOscuro) {

@@ -2,6 +2,7 @@
 #include "ClienteKV2200/conversacion.h"
 #include "ClienteKV2200/hora.h"
 #include "plant/direcciones.h"
+#include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -40,7 +41,7 @@ std::string tramaDeLectura(const std::string& direccion) {
     return entre(kMarcasDeLectura, direccion + ";");
 }
 
-bool estaOk(const Variable& v) { return v.estado == "6"; }
+bool estaOk(const Variable& v) { return numeroDeTexto(v.estado) == kOk; }
 
 /// The register of "1.1.10.3", and its bit; -1 for a register's own address.
 std::pair<std::string, int> registroYBit(const std::string& direccion) {
@@ -170,8 +171,7 @@ void Conversacion::alConfirmar(const Variable& v) {
     ultima_ = v;
     const int bit = registroYBit(pedida().direccion).second;
     const auto palabra = numeroDeTexto(v.valor);
-    if (bit >= 0 && palabra)
-        ultima_.valor = std::to_string(entero(*palabra).value_or(0) >> bit & 1);
+    if (bit >= 0 && palabra) ultima_.valor = std::to_string(wordbit(*palabra, bit));
     ultima_.direccion = pedida().direccion;
     if (!esLoEscrito(ultima_, bit, *numeroDeTexto(orden_.valor))) return;
     mostrar(ultima_);

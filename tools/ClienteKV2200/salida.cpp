@@ -2,6 +2,8 @@
 #include "ClienteKV2200/salida.h"
 
 #include "ClienteKV2200/hora.h"
+#include "plant/valor_y_estado.h"
+#include "server/mensajes.h"
 #include "text/json.h"
 #include "text/numeros.h"
 #include "text/windows1252.h"
@@ -13,10 +15,10 @@
 namespace kv::cliente {
 namespace {
 
-constexpr std::size_t kRegistrosPorSobre = 10;
-
 std::string estadoDe(const Variable& v) {
-    return v.estado == "6" ? "OK" : v.estado == "13" ? "BAD" : utf8DesdeWindows1252(v.estado);
+    const auto codigo = numeroDeTexto(v.estado);
+    const std::string_view texto = codigo ? textoEstado(*codigo) : "";
+    return texto.empty() ? utf8DesdeWindows1252(v.estado) : std::string(texto);
 }
 
 /// For a terminal or a line of text: nothing that steers it.

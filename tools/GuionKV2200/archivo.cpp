@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "archivo.h"
 
-#include "text/windows1252.h"
-
 #include <fstream>
-
-namespace {
-constexpr std::size_t mayorGuion = std::size_t{8} << 20;
-}
 
 std::optional<std::string> leerArchivo(const std::string& ruta, std::size_t mayor) {
     std::ifstream in(ruta, std::ios::binary);
@@ -20,10 +14,4 @@ std::optional<std::string> leerArchivo(const std::string& ruta, std::size_t mayo
     }
     if (in.bad()) return std::nullopt;
     return bytes;
-}
-
-std::optional<std::string> leerGuion(const std::string& ruta) {
-    auto bytes = leerArchivo(ruta, mayorGuion);
-    if (!bytes) return std::nullopt;
-    return kv::pareceUtf8(*bytes) ? std::move(*bytes) : kv::utf8DesdeWindows1252(*bytes);
 }

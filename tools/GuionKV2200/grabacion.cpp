@@ -3,6 +3,7 @@
 
 #include "engine/reproduccion.h"
 #include "plant/claves_de_bloque.h"
+#include "plant/valor_y_estado.h"
 
 #include <iostream>
 
@@ -29,7 +30,7 @@ class Anotador {
     /// The name's place; its status stands behind it.
     std::size_t nombrar(const std::string& nombre) {
         valores_.nombres.push_back(nombre);
-        valores_.nombres.push_back(nombre + "_STATUS");
+        valores_.nombres.push_back(nombre + std::string(kv::kSufijoDeEstado));
         return valores_.nombres.size() - 2;
     }
     void bits(std::vector<Valores::Cambio>& fila) {
@@ -39,7 +40,7 @@ class Anotador {
                 if (!b.bits->bitDefinido[n]) continue;
                 const auto [lugar, nuevo] = deBits_.try_emplace(b.bits->bitNombres[n]);
                 if (nuevo) lugar->second = nombrar(lugar->first);
-                poner(fila, lugar->second, static_cast<int>(b.valor) >> n & 1);
+                poner(fila, lugar->second, kv::wordbit(b.valor, static_cast<int>(n)));
                 poner(fila, lugar->second + 1, b.estado);
             }
         }

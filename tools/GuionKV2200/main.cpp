@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "archivo.h"
 #include "comprobacion.h"
 #include "corrida.h"
 #include "escritorio.h"
@@ -92,10 +91,7 @@ int correr(int argc, char** argv) {
     Opciones o;
     if (const auto fin = leerLinea(argc, argv, o)) return *fin;
     const auto texto = leerGuion(o.archivo);
-    if (!texto) {
-        std::cerr << o.archivo << ": no se puede leer\n";
-        return 1;
-    }
+    if (!texto) return 1;
     std::error_code mal;
     const auto carpeta = std::filesystem::absolute(o.archivo, mal).parent_path();
     Papel papel;

@@ -19,7 +19,6 @@ namespace {
 
 constexpr std::size_t mayor = std::size_t{1} << 30;
 constexpr std::string_view marcaUtf8 = "\xEF\xBB\xBF";
-constexpr std::string_view sufijo = "_STATUS";
 
 struct Renglon {
     std::size_t numero;
@@ -124,9 +123,9 @@ void ponerEstados(Valores& v) {
         nombres.insert(kv::minusculas(n));
     const std::size_t dados = v.nombres.size();
     for (std::size_t k = 0; k < dados; ++k) {
-        const std::string estado = v.nombres[k] + std::string(sufijo);
-        const bool registro = kv::buscarSinCaja(v.nombres[k], "MW_") == 0 &&
-                              !kv::minusculas(v.nombres[k]).ends_with(kv::minusculas(sufijo));
+        const std::string estado = v.nombres[k] + std::string(kv::kSufijoDeEstado);
+        const bool registro = kv::pareceNombreDeScript(v.nombres[k]) &&
+                              kv::sinEstado(v.nombres[k]).size() == v.nombres[k].size();
         if (!registro || nombres.contains(kv::minusculas(estado))) continue;
         v.nombres.push_back(estado);
         v.filas.front().push_back({v.nombres.size() - 1, kv::kOk});

@@ -7,6 +7,7 @@
 #include "text/direccion_de_red.h"
 #include "text/numeros.h"
 #include "text/texto.h"
+#include "wire/Modulo_Tramas_KV2200.h"
 
 #include <map>
 #include <ostream>
@@ -17,9 +18,7 @@ namespace {
 std::optional<std::uint8_t> estacionDeTexto(std::string_view texto) {
     const bool cifras = !texto.empty() && texto.size() <= 2 &&
                         texto.find_first_not_of("0123456789") == std::string_view::npos;
-    const auto byte = cifras ? hexadecimal(texto) : std::nullopt; // its digits, as on the wire
-    if (!byte) return std::nullopt;
-    return static_cast<std::uint8_t>(*byte);
+    return cifras ? byteDeEstacion(*numeroDeTexto(texto)) : std::nullopt;
 }
 
 /// "IP:PORT", "IP:PORT/STATION" or "STATION"; "*" stands for every station.
@@ -63,17 +62,17 @@ DefinicionDeRegistro registroDeTexto(std::string_view texto, std::string& error)
     const auto lugar = lugarDeTexto(izquierda.substr(0, punto));
     const std::string_view registro = izquierda.substr(punto + 1);
     const auto senal = senalDeTexto(texto.substr(igual + 1));
-    const auto byte = hexadecimal(registro);
+    const auto byte = byteDeRegistro(registro);
     if (!lugar) {
         error = "la estación son dos cifras, o *";
-    } else if (registro != "*" && (!byte || *byte > 0xFF)) {
+    } else if (registro != "*" && !byte) {
         error = "el registro es hexadecimal de 0 a FF, o *";
     } else if (!senal) {
         error = "el valor es un entero de -32768 a 65535, rampa, seno o azar";
     } else {
         error.clear();
         d = {*lugar, std::nullopt, *senal};
-        if (registro != "*") d.registro = static_cast<std::uint8_t>(*byte);
+        if (registro != "*") d.registro = byte;
     }
     return d;
 }
@@ -114,7 +113,8 @@ std::vector<Escuchada> escuchadasDeConfig(const std::string& ruta, std::ostream&
     for (std::size_t i = 0; i < listas.estaciones.size(); ++i) {
         const Estacion& e = listas.estaciones[i];
         const auto puerto = puertoTcpDeTexto(e.puertoTCP);
-        if (!esIPv4(e.ip) || !puerto || e.indice < 0 || e.indice > 99) {
+        const auto byte = byteDeEstacion(e.indice);
+        if (!esIPv4(e.ip) || !puerto || !byte) {
             problemas.agregar(ruta, listas.lineasDeEstaciones[i],
                               "la estación PLC " + std::to_string(e.numero) +
                                   " no tiene una dirección que se pueda servir",
@@ -124,8 +124,7 @@ std::vector<Escuchada> escuchadasDeConfig(const std::string& ruta, std::ostream&
         const auto [lugar, nueva] =
             porClave.try_emplace(claveDeConexion(e.ip, e.puertoTCP), escuchadas.size());
         if (nueva) escuchadas.push_back({e.ip, *puerto, {}});
-        const int byte = e.indice / 10 * 16 + e.indice % 10;
-        escuchadas[lugar->second].estaciones.insert(static_cast<std::uint8_t>(byte));
+        escuchadas[lugar->second].estaciones.insert(*byte);
     }
     for (const Problema& p : problemas.lista())
         errores << textoDeProblema(p) << '\n';

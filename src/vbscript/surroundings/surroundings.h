@@ -25,6 +25,9 @@ struct ScriptError {
     bool budget = false; ///< Stopped by a budget: trying again at once would end the same.
 };
 
+/// No script of people has more bytes; what is longer is refused before it takes memory (1001).
+inline constexpr std::size_t longestSource = std::size_t{2} << 20;
+
 /// What a run may use. Depth counts calls of procedures; bytes what all values hold together. Steps
 /// stop a run at the same place every time, whatever the clock does; they are counted where the
 /// clock is looked at, about every thousand, and 0 sets no limit.

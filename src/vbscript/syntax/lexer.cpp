@@ -3,6 +3,7 @@
 
 #include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
+#include "vbscript/surroundings/surroundings.h"
 #include "vbscript/values/calendar.h"
 #include "vbscript/values/literals.h"
 #include "vbscript/values/text.h"

@@ -8,9 +8,6 @@
 
 namespace vbscript {
 
-/// No script of people is longer; what is longer is refused before it takes memory (1001).
-inline constexpr std::size_t longestSource = std::size_t{2} << 20;
-
 /// Cuts a text (UTF-8) into tokens. Throws CompileFault 1002, 1030..1033 with the place.
 TokenList tokenize(std::string_view source, Names& names);
 

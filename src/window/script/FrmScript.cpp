@@ -228,6 +228,13 @@ void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) 
         avisar(this, tr("No se pudo escribir el archivo. No se guardó nada."));
         return;
     }
+    if (que == EditorDeGuion::Guardado::DemasiadoLargo) {
+        const auto& frase = EditorDeGuion::kDemasiadoLargo;
+        avisar(
+            this,
+            tr("%1. No se guardó nada.").arg(enQt(enIngles() ? frase.ingles : frase.castellano)));
+        return;
+    }
     const auto ajeno = EditorDeGuion::caracterAjeno(texto);
     if (!ajeno) return;
     TextCodigo_->irA(ajeno->linea, ajeno->columna);
