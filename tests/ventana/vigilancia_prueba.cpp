@@ -168,6 +168,15 @@ TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
     EXPECT_TRUE(fraseDe(libro[cero + kMas + 1], Tablas()).endsWith(" = 7: fuera de trama"))
         << "the reason is what matters";
+    // Ten minutes are ten minutes at the end of February, too.
+    bucle.relojSimulado().ponerFecha(1'709'251'195); // 29 February 2024, 23:59:55
+    sucesos.decir({.que = Que::GuionDetenido});
+    bucle.avanzar(599'000);
+    sucesos.decir({.que = Que::GuionDetenido});
+    EXPECT_EQ(libro[libro.siguiente() - 1].veces, 2U) << "the same story";
+    bucle.avanzar(2'000);
+    sucesos.decir({.que = Que::GuionDetenido});
+    EXPECT_EQ(libro[libro.siguiente() - 1].veces, 1U) << "another";
 }
 
 TEST_F(Vigilando, LoQuePasoYLoReconocidoSobrevivenAlPrograma) {

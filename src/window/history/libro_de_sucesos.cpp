@@ -79,13 +79,9 @@ std::string cortado(const Suceso& s, std::string_view texto) {
         .unir();
 }
 
-constexpr std::int64_t kMsPorDia = 86'400'000;
-
-/// Milliseconds within a month that has 31 days: good enough to tell ten minutes.
 std::int64_t msDe(std::int64_t instante) {
     const FechaHora f = desempaquetar(instante);
-    return ((f.anio * 12LL + f.mes) * 31 + f.dia) * kMsPorDia + f.hora * 3'600'000LL +
-           f.minuto * 60'000LL + f.segundo * 1000LL + f.milisegundo;
+    return segundosDesdeFecha(f) * 1000 + f.milisegundo;
 }
 
 /// In Spanish; empty where more is to be said.
