@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/bitacora.h"
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/redaccion.h"
 #include "text/fecha.h"
