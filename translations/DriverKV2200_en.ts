@@ -1219,30 +1219,6 @@
         <translation>Cannot be forced: no connection with the station</translation>
     </message>
     <message>
-        <source>sin respuesta</source>
-        <translation>no answer</translation>
-    </message>
-    <message>
-        <source>conexion perdida</source>
-        <translation>connection lost</translation>
-    </message>
-    <message>
-        <source>no se pudo leer la palabra del bit</source>
-        <translation>the word of the bit could not be read</translation>
-    </message>
-    <message>
-        <source>espero demasiado</source>
-        <translation>it waited too long</translation>
-    </message>
-    <message>
-        <source>termino el programa</source>
-        <translation>the program ended</translation>
-    </message>
-    <message>
-        <source>ya no esta configurado</source>
-        <translation>no longer configured</translation>
-    </message>
-    <message>
         <source>Falla del guion: %1</source>
         <translation>Script error: %1</translation>
     </message>

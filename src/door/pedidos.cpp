@@ -3,6 +3,7 @@
 #include "door/puerta_local.h"
 
 #include "door/usuarios.h"
+#include "events/fin_de_escritura.h"
 #include "events/nombres.h"
 #include "events/rechazo.h"
 #include "operator/escritura_manual.h"

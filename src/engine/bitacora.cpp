@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/bitacora.h"
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/redaccion.h"
+#include "text/fecha.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -29,10 +31,11 @@ std::string cuanto(std::int64_t ms) {
 
 Bitacora::Bitacora(Sucesos& sucesos, const Tablas& tablas, const Reloj& reloj, ArchivoLog& log)
     : sucesos_(sucesos), tablas_(tablas), reloj_(reloj), log_(log) {
-    sucesos_.avisarA(this, {Que::EnlaceArriba, Que::EnlaceAbajo, Que::EnlaceNoLevanta,
-                            Que::EstacionMuda, Que::EstacionContesta, Que::BloqueConmutado,
-                            Que::EscrituraRechazada, Que::EscrituraTerminada, Que::GuionDetenido,
-                            Que::GuionSigue, Que::ClienteEntra, Que::ClienteSale});
+    sucesos_.avisarA(this,
+                     {Que::EnlaceArriba, Que::EnlaceAbajo, Que::EnlaceNoLevanta, Que::EstacionMuda,
+                      Que::EstacionContesta, Que::BloqueConmutado, Que::EscrituraRechazada,
+                      Que::EscrituraTerminada, Que::GuionDetenido, Que::SinPuertoNiPlc,
+                      Que::GuionSigue, Que::ClienteEntra, Que::ClienteSale});
 }
 
 void Bitacora::alSuceder(const Suceso& s, std::string_view texto) {
@@ -50,6 +53,8 @@ void Bitacora::alSuceder(const Suceso& s, std::string_view texto) {
         return rechazo(s, texto);
     case Que::EscrituraTerminada:
         return abandono(s);
+    case Que::SinPuertoNiPlc:
+        return sinDestino(s, texto);
     case Que::GuionDetenido:
     case Que::GuionSigue:
         return guion(s, texto);
@@ -155,6 +160,12 @@ void Bitacora::abandono(const Suceso& s) {
     anotar(Clase::Escritura, std::uint64_t{1} + b.idConexion, e);
 }
 
+void Bitacora::sinDestino(const Suceso& s, std::string_view direccion) {
+    const std::string que = formatoDeSello(desempaquetar(s.instante)) +
+                            " NO EXISTE PUERTO O PLC PARA: " + std::string(direccion);
+    anotar(Clase::Forzado, 0, {kDriver, "Error al forzar un poleo", que});
+}
+
 void Bitacora::guion(const Suceso& s, std::string_view texto) {
     const bool detenido = s.que == Que::GuionDetenido;
     // What went wrong stands before it, once for each content of the file.
@@ -182,7 +193,8 @@ void Bitacora::anotar(Clase clase, std::uint64_t cual, const EntradaDeLog& entra
     Ventana& v = lugar->second;
     if (nueva) v.desdeMs = ahora;
     v.ultimoMs = ahora;
-    const bool vaYViene = clase != Clase::Bloque && clase != Clase::Escritura;
+    const bool vaYViene =
+        clase != Clase::Bloque && clase != Clase::Escritura && clase != Clase::Forzado;
     if (v.sueltas < (vaYViene ? kSueltasDeIdaYVuelta : kSueltas)) {
         ++v.sueltas;
         return log_.escribir(entrada);
@@ -215,6 +227,7 @@ void Bitacora::contarCalladas(std::uint64_t clave, const Ventana& v, std::int64_
         std::pair{"Estacion intermitente", Novedad::EstacionIntermitente},
         std::pair{"Bloques conmutados", Novedad::BloquesConmutados},
         std::pair{"Escrituras fallidas", Novedad::EscriturasFallidas},
+        std::pair{"Lecturas forzadas en vano", Novedad::ForzadosEnVano},
         std::pair{"Guion intermitente", Novedad::GuionIntermitente},
         std::pair{"Cliente intermitente", Novedad::ClientesIntermitentes},
     };

@@ -34,7 +34,15 @@ class Bitacora final : public OyenteDeSucesos {
     void terminar();
 
   private:
-    enum class Clase : std::uint8_t { Enlace, Estacion, Bloque, Escritura, Guion, Cliente };
+    enum class Clase : std::uint8_t {
+        Enlace,
+        Estacion,
+        Bloque,
+        Escritura,
+        Forzado,
+        Guion,
+        Cliente
+    };
     /// Entries of one kind and place, since the first of them.
     struct Ventana {
         std::int64_t desdeMs = 0;
@@ -56,6 +64,7 @@ class Bitacora final : public OyenteDeSucesos {
     void bloque(const Suceso& s);
     void rechazo(const Suceso& s, std::string_view texto);
     void abandono(const Suceso& s);
+    void sinDestino(const Suceso& s, std::string_view direccion);
     void guion(const Suceso& s, std::string_view texto);
     void cliente(const Suceso& s, std::string_view texto);
 

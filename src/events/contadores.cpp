@@ -10,16 +10,6 @@ namespace {
 constexpr std::int64_t kLapsoUs = 300'000'000;
 constexpr float kPesoDeUnaRespuesta = 1.0F / 8;
 
-bool esOtraVez(Que que) {
-    return que == Que::Reintento || que == Que::EscrituraLeeOtraVez || que == Que::EscrituraRelee ||
-           que == Que::EscrituraRepite;
-}
-
-bool esSalida(Que que) {
-    return que == Que::Envio || que == Que::EscrituraLee || que == Que::EscrituraSale ||
-           esOtraVez(que);
-}
-
 void sumar(RepartoDeLinea& a, const RepartoDeLinea& b) {
     a.respuestas += b.respuestas;
     a.silencio += b.silencio;
@@ -46,18 +36,17 @@ void sumar(Cuentas& a, const Cuentas& b) {
 
 Contadores::Contadores(Sucesos& sucesos, const Tablas& tablas)
     : sucesos_(sucesos), tablas_(tablas) {
-    sucesos_.avisarA(this, {Que::Envio, Que::Reintento, Que::EscrituraLee, Que::EscrituraSale,
-                            Que::EscrituraLeeOtraVez, Que::EscrituraRelee, Que::EscrituraRepite,
-                            Que::Recepcion, Que::TiempoFuera, Que::TiempoFueraDeEscritura,
-                            Que::PausaEmpieza, Que::Sobrante, Que::Descarte, Que::LineaRetenida,
-                            Que::EnlaceAbajo});
+    sucesos_.avisarA(
+        this, kSalidas | bitsDe({Que::Recepcion, Que::TiempoFuera, Que::TiempoFueraDeEscritura,
+                                 Que::PausaEmpieza, Que::Sobrante, Que::Descarte,
+                                 Que::LineaRetenida, Que::EnlaceAbajo}));
 }
 
 void Contadores::alSuceder(const Suceso& s, std::string_view /*texto*/) {
     if (s.conexion == kNinguno) return;
     if (s.conexion >= conexiones_.size()) conexiones_.resize(s.conexion + std::size_t{1});
     DeConexion& c = conexiones_[s.conexion];
-    if (esSalida(s.que)) return alSalir(s, c);
+    if (contiene(kSalidas, s.que)) return alSalir(s, c);
     switch (s.que) {
     case Que::Recepcion:
         return alContestar(s, c);
@@ -96,7 +85,7 @@ void Contadores::alSalir(const Suceso& s, DeConexion& c) {
     if (c.estacion >= c.estaciones.size()) c.estaciones.resize(c.estacion + std::size_t{1});
     Cuentas& cuentas = c.estaciones[c.estacion].cuentas;
     ++cuentas.pedidos;
-    if (esOtraVez(s.que)) ++cuentas.reintentos;
+    if (contiene(kRepeticiones, s.que)) ++cuentas.reintentos;
 }
 
 /// What lies between the end of a request and the next one.

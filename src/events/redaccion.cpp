@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "events/redaccion.h"
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "text/numeros.h"
 
@@ -275,11 +276,7 @@ void Redaccion::lineaDeEscritura(const Suceso& s, std::string& a) const {
          " Valor: ";
     agregarNumero(a, s.numero);
     a += "]";
-    const auto fin = static_cast<FinDeEscritura>(s.detalle);
-    if (fin == FinDeEscritura::ConexionPerdida) a += " Sin conexion";
-    if (fin == FinDeEscritura::PalabraDesconocida) a += " No se conoce la palabra del bit";
-    if (fin == FinDeEscritura::Vencida) a += " Espero demasiado";
-    if (fin == FinDeEscritura::Retirada) a += " Ya no esta configurado";
+    a += kFinesDeEscritura[static_cast<std::size_t>(s.detalle)].alAbandonar;
 }
 
 void Redaccion::rechazo(const Suceso& s, std::string& a) const {
@@ -308,12 +305,10 @@ void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
     constexpr const char* kAlta = " Error al dar de alta bloque, ";
     switch (s.que) {
     case Que::EscrituraUnida:
-        a += " " + direccionEscrita(tablas_, s) + " = " + textoDeNumero(s.numero) +
-             ": ya espera una igual";
-        break;
     case Que::EscrituraTerminada:
         a += " " + direccionEscrita(tablas_, s) + " = " + textoDeNumero(s.numero) + ": ";
-        a += palabras(static_cast<FinDeEscritura>(s.detalle));
+        a += s.que == Que::EscrituraUnida ? kYaEsperaUnaIgual
+                                          : palabras(static_cast<FinDeEscritura>(s.detalle));
         break;
     case Que::EscrituraRechazada:
         rechazo(s, a);
@@ -359,26 +354,6 @@ void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
 std::string direccionEscrita(const Tablas& tablas, const Suceso& s) {
     const std::string& clave = tablas.bloques[s.bloque].clave;
     return s.bit < 0 ? clave : clave + "." + textoDeNumero(s.bit);
-}
-
-std::string_view palabras(FinDeEscritura fin) {
-    switch (fin) {
-    case FinDeEscritura::Confirmada:
-        return "confirmada";
-    case FinDeEscritura::SinRespuesta:
-        return "sin respuesta";
-    case FinDeEscritura::ConexionPerdida:
-        return "conexion perdida";
-    case FinDeEscritura::PalabraDesconocida:
-        return "no se pudo leer la palabra del bit";
-    case FinDeEscritura::Vencida:
-        return "espero demasiado";
-    case FinDeEscritura::ProgramaTerminado:
-        return "termino el programa";
-    case FinDeEscritura::Retirada:
-        return "ya no esta configurado";
-    }
-    return "";
 }
 
 } // namespace kv

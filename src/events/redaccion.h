@@ -33,8 +33,6 @@ struct SusCajas {
 };
 [[nodiscard]] SusCajas cajasDe(const Suceso& s);
 
-/// The word for how a write ended: "confirmada", "sin respuesta" and so on.
-[[nodiscard]] std::string_view palabras(FinDeEscritura fin);
 /// "1.1.10", or "1.1.10.3" for a bit: what an event of a write is about.
 [[nodiscard]] std::string direccionEscrita(const Tablas& tablas, const Suceso& s);
 

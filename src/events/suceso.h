@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 
 namespace kv {
@@ -102,6 +103,24 @@ enum class Asunto : std::uint8_t {
 /// A set of kinds is a number with a bit for each.
 [[nodiscard]] constexpr std::uint64_t bitDe(Que que) {
     return std::uint64_t{1} << static_cast<unsigned>(que);
+}
+[[nodiscard]] constexpr std::uint64_t bitsDe(std::initializer_list<Que> unos) {
+    std::uint64_t ques = 0;
+    for (const Que que : unos)
+        ques |= bitDe(que);
+    return ques;
+}
+/// Requests that leave once more.
+inline constexpr std::uint64_t kRepeticiones =
+    bitsDe({Que::Reintento, Que::EscrituraLeeOtraVez, Que::EscrituraRelee, Que::EscrituraRepite});
+/// All requests that leave for a station.
+inline constexpr std::uint64_t kSalidas =
+    bitsDe({Que::Envio, Que::EscrituraLee, Que::EscrituraSale}) | kRepeticiones;
+/// Those that read a register for a write.
+inline constexpr std::uint64_t kLecturasDeEscrituras =
+    bitsDe({Que::EscrituraLee, Que::EscrituraLeeOtraVez, Que::EscrituraRelee});
+[[nodiscard]] constexpr bool contiene(std::uint64_t ques, Que que) {
+    return (ques & bitDe(que)) != 0;
 }
 /// Of all kinds those for which `cumple` holds.
 template <class Condicion>

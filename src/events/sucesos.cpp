@@ -38,13 +38,6 @@ void Sucesos::guardar(Suceso& suceso, std::string_view texto) {
     }
 }
 
-void Sucesos::avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos) {
-    std::uint64_t de = 0;
-    for (const Que que : deEstos)
-        de |= bitDe(que);
-    avisarA(oyente, de);
-}
-
 /// A new piece for what follows, or the oldest one again: when there are as many as there may be,
 /// or when it is too old to be looked at, so that a year takes no more room than a day.
 void Sucesos::hacerLugar() {

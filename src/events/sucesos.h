@@ -65,7 +65,9 @@ class Sucesos {
     void avisarA(OyenteDeSucesos* oyente, std::uint64_t deEstos = ~std::uint64_t{0}) {
         oyentes_.push_back({oyente, deEstos});
     }
-    void avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos);
+    void avisarA(OyenteDeSucesos* oyente, std::initializer_list<Que> deEstos) {
+        avisarA(oyente, bitsDe(deEstos));
+    }
     void dejarDeAvisarA(const OyenteDeSucesos* oyente) {
         std::erase_if(oyentes_, [oyente](const Oyente& o) { return o.quien == oyente; });
     }

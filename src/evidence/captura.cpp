@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "evidence/captura.h"
 
+#include "events/nombres.h"
 #include "evidence/hora.h"
 #include "text/numeros.h"
 #include "wire/ensamblado.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <optional>
 
@@ -77,13 +77,6 @@ std::string textoEn(const Json& j, std::string_view nombre) {
     return m != nullptr && m->texto() != nullptr ? *m->texto() : std::string();
 }
 
-bool esPedido(std::string_view que) {
-    constexpr std::array<std::string_view, 7> kPedidos = {
-        "Envio",          "Reintento",      "EscrituraLee", "EscrituraSale", "EscrituraLeeOtraVez",
-        "EscrituraRelee", "EscrituraRepite"};
-    return std::find(kPedidos.begin(), kPedidos.end(), que) != kPedidos.end();
-}
-
 /// Of the bytes that an arrival is listed with, those that it brought. A long list says how many
 /// were held before; a short one begins with what was held, unless that has been given up.
 std::span<const std::uint8_t> nuevos(const Json& suceso, const Bytes& bytes, Bytes& tenidos) {
@@ -136,14 +129,14 @@ Captura::Enlace& Captura::enlaceDe(const std::string& direccion) {
 }
 
 void Captura::agregar(const Json& suceso) {
-    const std::string que = textoEn(suceso, "suceso");
+    const Que que = queDeNombre(textoEn(suceso, "suceso")).value_or(Que::Ultimo);
     const std::string conexion = textoEn(suceso, "conexion");
     if (conexion.empty()) return;
     Enlace& e = enlaceDe(conexion);
-    if (que == "EnlaceArriba") reanudar(e);
-    if (que == "Recepcion") e.tenidos.clear();
-    const bool pedido = esPedido(que);
-    if (!pedido && que != "LlegaronBytes") return;
+    if (que == Que::EnlaceArriba) reanudar(e);
+    if (que == Que::Recepcion) e.tenidos.clear();
+    const bool pedido = contiene(kSalidas, que);
+    if (!pedido && que != Que::LlegaronBytes) return;
     const std::string hora = textoEn(suceso, "hora");
     const Bytes bytes = deHexadecimales(textoEn(suceso, "bytes"));
     if (bytes.empty()) return;

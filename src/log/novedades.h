@@ -33,6 +33,7 @@ enum class Novedad : std::uint16_t {
     BloqueApagado = 301,
     BloqueEncendido = 302,
     BloquesConmutados = 303,
+    ForzadosEnVano = 304,
     EscrituraRechazada = 311,
     EscrituraAbandonada = 312,
     EscriturasFallidas = 313,

@@ -123,17 +123,6 @@ enum class PasoDeEscritura : std::uint8_t {
     Terminada
 };
 
-/// How a write ended.
-enum class FinDeEscritura : std::uint8_t {
-    Confirmada,
-    SinRespuesta,       ///< all tries are used up
-    ConexionPerdida,    ///< it waited or was under way
-    PalabraDesconocida, ///< the register of its bit could not be read
-    Vencida,            ///< it waited for longer than a write may
-    ProgramaTerminado,  ///< it waited or was under way when the program ended
-    Retirada            ///< it waited when its register went out of the configuration
-};
-
 /// A write: a register or one bit of it, a value, and how far it has come.
 struct BloqueEscritura {
     PasoDeEscritura paso = PasoDeEscritura::Terminada;

@@ -3,7 +3,6 @@
 
 #include "recording/zocalo_grabado.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <utility>
 
@@ -18,11 +17,7 @@ constexpr std::int64_t kToleranciaUs = 150'000;
 } // namespace
 
 std::int64_t calendarioUs(const FechaHora& f) {
-    using namespace std::chrono;
-    const sys_days dia = year{f.anio} / f.mes / f.dia;
-    const auto segundos = duration_cast<seconds>(dia.time_since_epoch()).count() + f.hora * 3600LL +
-                          f.minuto * 60LL + f.segundo;
-    return segundos * kSegundoUs + f.milisegundo * 1000LL;
+    return segundosDesdeFecha(f) * kSegundoUs + f.milisegundo * 1000LL;
 }
 
 FechaHora calendarioDesdeUs(std::int64_t us) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "write/auditoria.h"
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/redaccion.h"
 #include "platform/ruta.h"
@@ -63,7 +64,7 @@ void Auditoria::alSuceder(const Suceso& s, std::string_view texto) {
     case Que::EscrituraTerminada:
         return deEscritura(palabras(static_cast<FinDeEscritura>(s.detalle)));
     case Que::EscrituraUnida:
-        return anotar(texto, direccionEscrita(tablas_, s), "?", s.numero, "ya espera una igual",
+        return anotar(texto, direccionEscrita(tablas_, s), "?", s.numero, kYaEsperaUnaIgual,
                       rechazos_, kRechazosPorSegundo);
     case Que::EscrituraRechazada: {
         const auto r = TextoDeRechazo::partir(texto);

@@ -117,8 +117,6 @@ bool EjecucionDeEscrituras::aMedias(Indice conexion) const {
 }
 
 void EjecucionDeEscrituras::decir(Que que, const BloqueEscritura& e) {
-    const bool lee =
-        que == Que::EscrituraLee || que == Que::EscrituraLeeOtraVez || que == Que::EscrituraRelee;
     Suceso s{.que = que,
              .detalle = static_cast<std::int16_t>(e.reintentos),
              .conexion = e.idConexion,
@@ -126,7 +124,7 @@ void EjecucionDeEscrituras::decir(Que que, const BloqueEscritura& e) {
              .escritura = e.indice,
              .bit = static_cast<std::int8_t>(e.bit),
              .numero = e.paso == PasoDeEscritura::PorLeer ? e.pedido : e.palabra};
-    s.poner(lee ? leidoDe(e).tramaSolicitud : e.tramaSolicitud);
+    s.poner(contiene(kLecturasDeEscrituras, que) ? leidoDe(e).tramaSolicitud : e.tramaSolicitud);
     sucesos_.decir(s);
 }
 

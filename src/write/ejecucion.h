@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "events/fin_de_escritura.h"
 #include "link/turno.h"
 #include "plant/duraciones.h"
 #include "poll/estaciones_mudas.h"

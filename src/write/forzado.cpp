@@ -12,10 +12,9 @@
 
 namespace kv {
 Forzado::Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
-                 EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos,
-                 Sello& sello, ArchivoLog& log)
+                 EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos)
     : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), poleo_(poleo), mudas_(mudas),
-      reloj_(reloj), modelo_(modelo), sucesos_(sucesos), sello_(sello), log_(log) {}
+      reloj_(reloj), modelo_(modelo), sucesos_(sucesos) {}
 
 void Forzado::decir(Que que, std::string_view dado, double numero) {
     sucesos_.decir({.que = que, .numero = numero}, dado);
@@ -37,12 +36,7 @@ void Forzado::forzarPoleo(const std::string& direccion) {
                            tablas_.puertos.vive(pedida.puerto - 1);
     const auto lugar =
         hayPuerto ? tablas_.buscarEstacion(pedida.puerto, pedida.plc) : Tablas::LugarDeEstacion{};
-    if (lugar.conexion == kNinguno) {
-        decir(Que::SinPuertoNiPlc, corta);
-        log_.escribirLog("DRIVER", "Error al forzar un poleo",
-                         sello_.ahora() + " NO EXISTE PUERTO O PLC PARA: " + corta);
-        return;
-    }
+    if (lugar.conexion == kNinguno) return decir(Que::SinPuertoNiPlc, corta);
     const Indice conocido = tablas_.buscarPorRegistro(lugar.conexion, pedida.plc, pedida.registro);
     if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida.bit, false);
     darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida.puerto) - 1], pedida.plc,

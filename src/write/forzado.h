@@ -2,9 +2,7 @@
 #pragma once
 
 #include "link/turno.h"
-#include "log/archivo_log.h"
 #include "model/modelo.h"
-#include "platform/sello.h"
 #include "poll/poleo.h"
 
 #include <string>
@@ -16,8 +14,7 @@ namespace kv {
 class Forzado {
   public:
     Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo& poleo,
-            EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos,
-            Sello& sello, ArchivoLog& log);
+            EstacionesMudas& mudas, RelojDeBloques& reloj, Modelo& modelo, Sucesos& sucesos);
 
     /// Blocks that forced reads may make of each station.
     void fijarAPedido(double bloques) { aPedidoMaximo_ = bloques; }
@@ -55,8 +52,6 @@ class Forzado {
     RelojDeBloques& reloj_;
     Modelo& modelo_;
     Sucesos& sucesos_;
-    Sello& sello_;
-    ArchivoLog& log_;
     double aPedidoMaximo_ = 0;
 };
 

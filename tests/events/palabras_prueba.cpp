@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Every line of every trace box, to the blank: programs of plants look for them.
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/trazas.h"
 #include "platform/simulated/bucle_simulado.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "events/fin_de_escritura.h"
 #include "mundo/contexto.h"
 #include "mundo/regla_auditoria.h"
 

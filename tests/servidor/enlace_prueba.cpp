@@ -171,10 +171,24 @@ TEST(Hostil, MilesDeOrdenesQueSeNieganNoLlenanElLog) {
     p.arrancar();
     p.avanzar(10'000);
     const auto ruta = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 5000; ++i) {
         p.motor.solicitudes.escribirDireccion("no es direccion " + std::to_string(i), 1);
+        p.motor.forzado.forzarPoleo("9.9." + std::to_string(i));
+    }
     EXPECT_EQ(veces(p.archivos.contenido(ruta), "no es direccion"), 10U);
+    const std::string sello = formatoDeSello(p.bucle.reloj().ahora());
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "NO EXISTE PUERTO O PLC PARA: 9.9."), 10U);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta),
+                    "DRIVER>Error al forzar un poleo>" + sello +
+                        " NO EXISTE PUERTO O PLC PARA: 9.9.9, DescError:\r\n"),
+              1U);
     p.avanzar(120'000);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta),
+                    "DRIVER>Lecturas forzadas en vano>y 4990 mas en 60 s; al final, Error al "
+                    "forzar un poleo: " +
+                        sello + " NO EXISTE PUERTO O PLC PARA: 9.9.4999, DescError:KV304\r\n"),
+              1U);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "en el mismo segundo"), 0U) << "others had room";
     EXPECT_EQ(veces(p.archivos.contenido(ruta), ">y 4990 mas en 60 s; al final, escritura de no es "
                                                 "direccion 4999 valor: 1 - Scan: 3: 5"),
               1U);

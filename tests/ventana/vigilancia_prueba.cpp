@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // What is looked at when something went wrong: the history and the trends.
 
+#include "events/fin_de_escritura.h"
 #include "ventana/pantalla.h"
 #include "ventana/principal.h"
+#include "window/controls/idioma.h"
 #include "window/help/ventana_de_manual.h"
 #include "window/history/recuerdo_de_sucesos.h"
 #include "window/history/ventana_de_sucesos.h"
@@ -168,6 +170,41 @@ TEST(LibroDeSucesos, TieneUnLimiteYLasCuentasLoSiguen) {
     sucesos.decir({.que = Que::EscrituraRechazada, .numero = 7}, rechazo);
     EXPECT_TRUE(fraseDe(libro[cero + kMas + 1], Tablas()).endsWith(" = 7: fuera de trama"))
         << "the reason is what matters";
+    // Ten minutes are ten minutes at the end of February, too.
+    bucle.relojSimulado().ponerFecha(1'709'251'195); // 29 February 2024, 23:59:55
+    sucesos.decir({.que = Que::GuionDetenido});
+    bucle.avanzar(599'000);
+    sucesos.decir({.que = Que::GuionDetenido});
+    EXPECT_EQ(libro[libro.siguiente() - 1].veces, 2U) << "the same story";
+    bucle.avanzar(2'000);
+    sucesos.decir({.que = Que::GuionDetenido});
+    EXPECT_EQ(libro[libro.siguiente() - 1].veces, 1U) << "another";
+}
+
+TEST(LibroDeSucesos, LoDiceTodoEnLosDosIdiomas) {
+    BucleSimulado bucle;
+    Sucesos sucesos(bucle.reloj());
+    LibroDeSucesos libro(sucesos);
+    Tablas tablas;
+    BloqueLectura b;
+    b.clave = "1.1.10";
+    tablas.bloques.agregar(std::move(b));
+    for (unsigned k = 0; k < static_cast<unsigned>(Que::Ultimo); ++k)
+        sucesos.decir({.que = static_cast<Que>(k), .detalle = 1, .bloque = 0}, "X");
+    constexpr auto kVencida = static_cast<std::int16_t>(FinDeEscritura::Vencida);
+    sucesos.decir(
+        {.que = Que::EscrituraTerminada, .detalle = kVencida, .bloque = 0, .bit = 3, .numero = 5});
+    for (std::uint64_t n = libro.primera(); n < libro.siguiente(); ++n) {
+        const QString castellano = fraseDe(libro[n], tablas);
+        ponerIdioma("en");
+        EXPECT_NE(fraseDe(libro[n], tablas), castellano);
+        EXPECT_FALSE(castellano.contains('%')) << qPrintable(castellano);
+        if (n + 1 == libro.siguiente()) {
+            EXPECT_EQ(castellano, "Escritura de 1.1.10.3 = 5: espero demasiado");
+            EXPECT_EQ(fraseDe(libro[n], tablas), "Write of 1.1.10.3 = 5: it waited too long");
+        }
+        ponerIdioma("");
+    }
 }
 
 TEST_F(Vigilando, LoQuePasoYLoReconocidoSobrevivenAlPrograma) {

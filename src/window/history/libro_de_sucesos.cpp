@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "window/history/libro_de_sucesos.h"
 
+#include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/redaccion.h"
 #include "text/fecha.h"
@@ -11,49 +12,71 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
-#include <optional>
 
 namespace kv {
 namespace {
 
-/// Nothing for the traffic of a plant that works.
-std::optional<Gravedad> gravedadDe(const Suceso& s) {
-    if (s.callado) return std::nullopt;
-    switch (s.que) {
-    case Que::EnlaceAbajo:
-    case Que::EnlaceNoLevanta:
-    case Que::EstacionMuda:
-    case Que::FallaDelGuion:
-    case Que::GuionDetenido:
-    case Que::ClienteSale:
-        return Gravedad::Alarma;
-    case Que::LineaNoCalla:
-    case Que::EnlaceCortado:
-    case Que::BloqueDeshabilitado:
-    case Que::EscrituraRechazada:
-    case Que::SinPuertoNiPlc:
-    case Que::ForzarSinTrama:
-    case Que::ForzarSinConexion:
-    case Que::AltaFueraDeTrama:
-    case Que::AltaSinLugar:
-    case Que::AltaSinPuerto:
-        return Gravedad::Aviso;
-    case Que::EscrituraTerminada: // those that were carried out have a record of their own
-        if (static_cast<FinDeEscritura>(s.detalle) == FinDeEscritura::Confirmada)
-            return std::nullopt;
-        return Gravedad::Aviso;
-    case Que::EnlaceArriba:
-    case Que::EstacionContesta:
-    case Que::BloqueHabilitado:
-    case Que::BloqueConmutado:
-    case Que::BloqueDadoDeAlta:
-    case Que::GuionSigue:
-    case Que::ClienteEntra:
-        return Gravedad::Nota;
-    default:
-        return std::nullopt;
-    }
+/// What of all that happens is kept, how grave it is, and the words for it, in which "%1" is the
+/// event's text; writes say more. Nothing of the traffic of a plant that works.
+struct Renglon {
+    Que que;
+    Gravedad gravedad;
+    const char* frase;
+};
+constexpr const char* kSinAlta =
+    QT_TRANSLATE_NOOP("kv::Sucesos", "No se pudo dar de alta el bloque: %1");
+constexpr std::array kRenglones = {
+    Renglon{Que::EnlaceArriba, Gravedad::Nota, QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace arriba")},
+    Renglon{Que::EnlaceAbajo, Gravedad::Alarma, QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace caido")},
+    Renglon{Que::EnlaceNoLevanta, Gravedad::Alarma,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "El enlace no levanta")},
+    Renglon{Que::EnlaceCortado, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Se corta el enlace: lo que no llego ya no sale")},
+    Renglon{Que::LineaNoCalla, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "La linea no calla: se cierra el enlace")},
+    Renglon{Que::EstacionMuda, Gravedad::Alarma,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion no contesta")},
+    Renglon{Que::EstacionContesta, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion contesta de nuevo")},
+    Renglon{Que::BloqueDeshabilitado, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque descansa: no hubo respuesta")},
+    Renglon{Que::BloqueHabilitado, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque se pregunta de nuevo")},
+    Renglon{Que::BloqueConmutado, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque prendido")},
+    Renglon{Que::BloqueDadoDeAlta, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque dado de alta a pedido: %1")},
+    Renglon{Que::EscrituraTerminada, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura de %1 = %2: %3")},
+    Renglon{Que::EscrituraRechazada, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura rechazada: %1 = %2: %3")},
+    Renglon{Que::SinPuertoNiPlc, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "No existe ese puerto o PLC: %1")},
+    Renglon{Que::ForzarSinTrama, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: el bloque no se puede polear")},
+    Renglon{Que::ForzarSinConexion, Gravedad::Aviso,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: sin conexion con la estacion")},
+    Renglon{Que::AltaFueraDeTrama, Gravedad::Aviso, kSinAlta},
+    Renglon{Que::AltaSinLugar, Gravedad::Aviso, kSinAlta},
+    Renglon{Que::AltaSinPuerto, Gravedad::Aviso, kSinAlta},
+    Renglon{Que::FallaDelGuion, Gravedad::Alarma,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Falla del guion: %1")},
+    Renglon{Que::GuionDetenido, Gravedad::Alarma,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "El guion se detiene: %1")},
+    Renglon{Que::GuionSigue, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "El guion corre de nuevo")},
+    Renglon{Que::ClienteEntra, Gravedad::Nota,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Entra el cliente %1")},
+    Renglon{Que::ClienteSale, Gravedad::Alarma,
+            QT_TRANSLATE_NOOP("kv::Sucesos", "Sale el cliente %1")},
+};
+
+const Renglon* renglonDe(Que que) {
+    const auto* const r = std::find_if(kRenglones.begin(), kRenglones.end(),
+                                       [que](const Renglon& x) { return x.que == que; });
+    return r == kRenglones.end() ? nullptr : r;
 }
 
 /// What makes two of them the same: writes of one register with different values are not.
@@ -79,76 +102,29 @@ std::string cortado(const Suceso& s, std::string_view texto) {
         .unir();
 }
 
-constexpr std::int64_t kMsPorDia = 86'400'000;
-
-/// Milliseconds within a month that has 31 days: good enough to tell ten minutes.
 std::int64_t msDe(std::int64_t instante) {
     const FechaHora f = desempaquetar(instante);
-    return ((f.anio * 12LL + f.mes) * 31 + f.dia) * kMsPorDia + f.hora * 3'600'000LL +
-           f.minuto * 60'000LL + f.segundo * 1000LL + f.milisegundo;
+    return segundosDesdeFecha(f) * 1000 + f.milisegundo;
 }
-
-/// In Spanish; empty where more is to be said.
-const char* fraseFija(const Suceso& s) {
-    switch (s.que) {
-    case Que::EnlaceArriba:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace arriba");
-    case Que::EnlaceAbajo:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "Enlace caido");
-    case Que::EnlaceCortado:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "Se corta el enlace: lo que no llego ya no sale");
-    case Que::LineaNoCalla:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "La linea no calla: se cierra el enlace");
-    case Que::EstacionMuda:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion no contesta");
-    case Que::EstacionContesta:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "La estacion contesta de nuevo");
-    case Que::BloqueDeshabilitado:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque descansa: no hubo respuesta");
-    case Que::BloqueHabilitado:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "El bloque se pregunta de nuevo");
-    case Que::EnlaceNoLevanta:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "El enlace no levanta");
-    case Que::BloqueConmutado:
-        return s.detalle != 0 ? QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque prendido")
-                              : QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque apagado");
-    case Que::GuionSigue:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "El guion corre de nuevo");
-    case Que::ForzarSinTrama:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: el bloque no se puede polear");
-    case Que::ForzarSinConexion:
-        return QT_TRANSLATE_NOOP("kv::Sucesos", "No se puede forzar: sin conexion con la estacion");
-    default:
-        return nullptr;
-    }
-}
-
-/// How writes end, for whoever translates it.
-[[maybe_unused]] constexpr std::array kFines = {
-    QT_TRANSLATE_NOOP("kv::Sucesos", "sin respuesta"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "conexion perdida"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "no se pudo leer la palabra del bit"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "espero demasiado"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "termino el programa"),
-    QT_TRANSLATE_NOOP("kv::Sucesos", "ya no esta configurado"),
-};
 
 QString traducida(const char* frase) { return QCoreApplication::translate("kv::Sucesos", frase); }
 
 } // namespace
 
 LibroDeSucesos::LibroDeSucesos(Sucesos& sucesos) : sucesos_(sucesos) {
-    constexpr auto fallida = static_cast<std::int16_t>(FinDeEscritura::SinRespuesta);
-    sucesos_.avisarA(this, quesCon([](Que que) {
-                         return gravedadDe({.que = que, .detalle = fallida}).has_value();
-                     }));
+    sucesos_.avisarA(this, quesCon([](Que que) { return renglonDe(que) != nullptr; }));
 }
 
 LibroDeSucesos::~LibroDeSucesos() { sucesos_.dejarDeAvisarA(this); }
 
 void LibroDeSucesos::alSuceder(const Suceso& suceso, std::string_view texto) {
-    const auto gravedad = gravedadDe(suceso);
-    if (!gravedad) return;
+    const Renglon* const renglon = renglonDe(suceso.que);
+    // Writes that were carried out have a record of their own.
+    if (renglon == nullptr || suceso.callado ||
+        (suceso.que == Que::EscrituraTerminada &&
+         static_cast<FinDeEscritura>(suceso.detalle) == FinDeEscritura::Confirmada))
+        return;
+    const Gravedad gravedad = renglon->gravedad;
     ++version_;
     const std::uint64_t clave = claveDe(suceso, texto);
     const auto antes = ultimas_.find(clave);
@@ -165,8 +141,8 @@ void LibroDeSucesos::alSuceder(const Suceso& suceso, std::string_view texto) {
     }
     if (lineas_.size() >= kMaximo) olvidarLaPrimera();
     ultimas_[clave] = siguiente();
-    lineas_.push_back({suceso, suceso.instante, 1, *gravedad, false, cortado(suceso, texto)});
-    if (*gravedad != Gravedad::Nota) ++sinReconocer_;
+    lineas_.push_back({suceso, suceso.instante, 1, gravedad, false, cortado(suceso, texto)});
+    if (gravedad != Gravedad::Nota) ++sinReconocer_;
 }
 
 void LibroDeSucesos::olvidarLaPrimera() {
@@ -205,37 +181,21 @@ void LibroDeSucesos::reconocerTodo() {
 QString fraseDe(const Anotacion& anotacion, const Tablas& tablas) {
     if (anotacion.deAntes) return enQt(anotacion.deAntes->que);
     const Suceso& s = anotacion.suceso;
-    if (const char* fija = fraseFija(s); fija != nullptr) return traducida(fija);
-    const QString texto = enQt(anotacion.texto);
-    switch (s.que) {
-    case Que::FallaDelGuion:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Falla del guion: %1")).arg(texto);
-    case Que::GuionDetenido:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "El guion se detiene: %1")).arg(texto);
-    case Que::ClienteEntra:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Entra el cliente %1")).arg(texto);
-    case Que::ClienteSale:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Sale el cliente %1")).arg(texto);
-    case Que::EscrituraTerminada:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura de %1 = %2: %3"))
-            .arg(enQt(direccionEscrita(tablas, s)), enQt(textoDeNumero(s.numero)),
-                 traducida(std::string(palabras(static_cast<FinDeEscritura>(s.detalle))).c_str()));
-    case Que::EscrituraRechazada: {
+    const Renglon* const renglon = renglonDe(s.que);
+    if (renglon == nullptr) return {};
+    if (s.que == Que::BloqueConmutado && s.detalle == 0)
+        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque apagado"));
+    const QString frase = traducida(renglon->frase);
+    const Idioma idioma = enIngles() ? Idioma::Ingles : Idioma::Castellano;
+    if (s.que == Que::EscrituraTerminada)
+        return frase.arg(enQt(direccionEscrita(tablas, s)), enQt(textoDeNumero(s.numero)),
+                         enQt(palabras(static_cast<FinDeEscritura>(s.detalle), idioma)));
+    if (s.que == Que::EscrituraRechazada) {
         const auto r = TextoDeRechazo::partir(anotacion.texto);
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Escritura rechazada: %1 = %2: %3"))
-            .arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)),
-                 enQt(rechazoEn(enIngles() ? Idioma::Ingles : Idioma::Castellano, r.motivo)));
+        return frase.arg(enQt(r.direccion), enQt(textoDeNumero(s.numero)),
+                         enQt(rechazoEn(idioma, r.motivo)));
     }
-    case Que::SinPuertoNiPlc:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No existe ese puerto o PLC: %1"))
-            .arg(texto);
-    case Que::BloqueDadoDeAlta:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "Bloque dado de alta a pedido: %1"))
-            .arg(texto);
-    default:
-        return traducida(QT_TRANSLATE_NOOP("kv::Sucesos", "No se pudo dar de alta el bloque: %1"))
-            .arg(texto);
-    }
+    return frase.contains("%1") ? frase.arg(enQt(anotacion.texto)) : frase;
 }
 
 std::string lugarDe(const Anotacion& anotacion, const Tablas& tablas) {
