@@ -18,7 +18,8 @@ enum class FinDeEscritura : std::uint8_t {
     PalabraDesconocida, ///< the register of its bit could not be read
     Vencida,            ///< it waited for longer than a write may
     ProgramaTerminado,  ///< it waited or was under way when the program ended
-    Retirada            ///< it waited when its register went out of the configuration
+    Retirada,           ///< it waited when its register went out of the configuration
+    OtroValor           ///< its last try was answered, with another value
 };
 
 struct PalabrasDeFin {
@@ -41,8 +42,10 @@ inline constexpr std::array kFinesDeEscritura = {
                   Frase{"termino el programa", "the program ended"}, ""},
     PalabrasDeFin{FinDeEscritura::Retirada, Frase{"ya no esta configurado", "no longer configured"},
                   " Ya no esta configurado"},
+    PalabrasDeFin{FinDeEscritura::OtroValor,
+                  Frase{"contesto otro valor", "another value was answered"}, ""},
 };
-static_assert(enOrden(kFinesDeEscritura, FinDeEscritura::Retirada),
+static_assert(enOrden(kFinesDeEscritura, FinDeEscritura::OtroValor),
               "each has its words, in its place");
 
 /// Records, boxes and the log hold them in Spanish.

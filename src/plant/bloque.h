@@ -128,6 +128,7 @@ struct BloqueEscritura {
     PasoDeEscritura paso = PasoDeEscritura::Terminada;
     bool esperandoConfirmacion = false; ///< a read-back is out
     bool enDuda = false;                ///< an answer came that may be another request's
+    bool otroValor = false;             ///< what left last was answered with another value
     Indice indice = kNinguno;
     Indice idConexion = kNinguno;
     Indice indiceBloqueLectura = kNinguno;

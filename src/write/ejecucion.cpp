@@ -152,6 +152,7 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
         terminar(e->indice, FinDeEscritura::Confirmada);
     } else {
         // Its time-out runs on.
+        e->otroValor = true;
         recibida.que = Que::Sobrante;
         recibida.callado = true;
         recibida.numero = 1;
@@ -205,8 +206,9 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
         return repetir(*e, Que::EscrituraLeeOtraVez, leidoDe(*e).tramaSolicitud);
     }
     if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
-        return abandonar(e->indice, turnos_.conectada(conexion) ? FinDeEscritura::SinRespuesta
-                                                                : FinDeEscritura::ConexionPerdida);
+        return abandonar(e->indice, !turnos_.conectada(conexion) ? FinDeEscritura::ConexionPerdida
+                                    : e->otroValor               ? FinDeEscritura::OtroValor
+                                                                 : FinDeEscritura::SinRespuesta);
     if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
         return repetir(*e, Que::EscrituraRelee, leidoDe(*e).tramaSolicitud);
     e->reintentos += 1;
@@ -218,8 +220,9 @@ void EjecucionDeEscrituras::perdida(Indice conexion) {
         abandonar(e->indice, FinDeEscritura::ConexionPerdida);
 }
 
-void EjecucionDeEscrituras::repetir(const BloqueEscritura& e, Que que, const Solicitud& trama) {
+void EjecucionDeEscrituras::repetir(BloqueEscritura& e, Que que, const Solicitud& trama) {
     if (!turnos_.conectada(e.idConexion)) return;
+    e.otroValor = false;
     decir(que, e);
     turnos_.reenviar(e.idConexion, trama, leidoDe(e).tiempoFueraMs);
     bucle_.dejarCorrerPendientes();
@@ -240,7 +243,8 @@ void EjecucionDeEscrituras::abandonar(Indice i, FinDeEscritura fin) {
     if (fuera && turnos_.conectada(conexion) && !turnos_.llegoTodo(conexion)) {
         // Its bytes are still on this side: they must not leave when the cable is back.
         turnos_.abortar(conexion);
-    } else if (fin == FinDeEscritura::SinRespuesta || fin == FinDeEscritura::PalabraDesconocida) {
+    } else if (fin == FinDeEscritura::SinRespuesta || fin == FinDeEscritura::OtroValor ||
+               fin == FinDeEscritura::PalabraDesconocida) {
         turnos_.pausar(conexion);
     }
     sucesos_.decir(abandonada);

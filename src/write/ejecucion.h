@@ -68,7 +68,7 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     [[nodiscard]] Turnos::Envio leerPalabra(BloqueEscritura& e);
     [[nodiscard]] Turnos::Envio escribirPalabra(BloqueEscritura& e);
     void alLeerPalabra(BloqueEscritura& e, std::int16_t valor);
-    void repetir(const BloqueEscritura& e, Que que, const Solicitud& trama);
+    void repetir(BloqueEscritura& e, Que que, const Solicitud& trama);
     void abandonar(Indice i, FinDeEscritura fin);
     void terminar(Indice i, FinDeEscritura fin);
 

@@ -371,6 +371,17 @@ TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
     callar();
     p->motor.solicitudes.escribirDireccion("1.1.0A", 3, "guion");
     p->avanzar(60'000);
+    // A station that takes no more than 100.
+    plc->demora = [](const Solicitud&) { return 0.0; };
+    plc->deformar = [](std::vector<std::uint8_t>& bytes, const Solicitud& t) {
+        const Respuesta r = respuestaCon(100, t[1], t[3]);
+        bytes.assign(r.begin(), r.end());
+    };
+    p->avanzar(60'000);
+    const auto sobrantes = p->motor.contadores.deConexion(0).sobrantes;
+    p->motor.solicitudes.escribirDireccion("1.1.0A", 150, "guion");
+    p->avanzar(60'000);
+    EXPECT_GT(p->motor.contadores.deConexion(0).sobrantes, sobrantes);
     const std::string registro =
         p->archivos.contenido("/kv/LOGS_DRIVER/251116 DriverKV2200 Escrituras.txt");
     const auto tiene = [&registro](const std::string& que) {
@@ -381,6 +392,7 @@ TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
     tiene(";x;9.9.1\\3B\\0D\\0A;?;1;rechazada: no se encuentra PLC\r\n");
     tiene(";;;;;la anterior 999 veces mas\r\n");
     tiene(";guion;1.1.0A;110;3;sin respuesta\r\n");
+    tiene(";guion;1.1.0A;100;150;contesto otro valor\r\n");
     EXPECT_LT(registro.size(), 2000U);
 }
 
