@@ -7,6 +7,7 @@
 #include "events/nombres.h"
 #include "events/rechazo.h"
 #include "operator/escritura_manual.h"
+#include "plant/ordenantes.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -378,7 +379,7 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     const auto valor = numeroEn(p, "valor");
     if (direccion.empty() || direccion.size() > kDireccionMaxima || !valor)
         return fallar(l, id, "escribir: direccion es un texto y valor un numero");
-    const std::string origen = "usuario " + l.nombre;
+    const std::string origen = origenDeUsuario(l.nombre);
     if (!puedeOrdenar(l, id)) {
         p_.solicitudes.rechazar({direccion, enPalabras(Rechazo::UsuarioSinPermiso), origen},
                                 *valor);
@@ -412,7 +413,7 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const std::string que =
         porNivel ? "nivel " + textoDeNumero(*nivel) + ", veces: " + textoDeNumero(*veces)
                  : direccion;
-    const std::string quien = "usuario " + l.nombre;
+    const std::string quien = origenDeUsuario(l.nombre);
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "write/ejecucion.h"
 
-#include "events/rechazo.h"
+#include "plant/ordenantes.h"
 #include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
@@ -264,7 +264,7 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
                     .bloque = e.indiceBloqueLectura,
                     .escritura = i,
                     .bit = static_cast<std::int8_t>(e.bit),
-                    .callado = e.origen == kOrigenGuion,
+                    .callado = esDelGuion(e.origen),
                     .numero = e.pedido});
 }
 
