@@ -118,7 +118,7 @@ void Operador::anotar(const Orden& orden) {
     const std::string clave = b != nullptr ? b->clave : std::string();
     switch (orden.clase) {
     case Orden::Clase::Forzar:
-        return decir("Forzar lectura", orden.texto.substr(0, kDireccionMaxima));
+        return decir("Forzar lectura", orden.texto.substr(0, limite::kDireccionEnMensaje));
     case Orden::Clase::ForzarNivel:
         return decir("Forzar nivel",
                      textoDeNumero(orden.numero) + ", veces: " + textoDeNumero(orden.otro));
