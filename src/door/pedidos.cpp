@@ -6,7 +6,8 @@
 #include "events/fin_de_escritura.h"
 #include "events/nombres.h"
 #include "events/rechazo.h"
-#include "operator/escritura_manual.h"
+#include "plant/limites.h"
+#include "plant/ordenantes.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 
@@ -376,9 +377,9 @@ void PuertaLocal::contarResultado(Lector& l, const std::string& id, std::int16_t
 void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     const std::string direccion(textoEn(p, "direccion"));
     const auto valor = numeroEn(p, "valor");
-    if (direccion.empty() || direccion.size() > kDireccionMaxima || !valor)
+    if (direccion.empty() || direccion.size() > limite::kDireccionEnMensaje || !valor)
         return fallar(l, id, "escribir: direccion es un texto y valor un numero");
-    const std::string origen = "usuario " + l.nombre;
+    const std::string origen = origenDeUsuario(l.nombre);
     if (!puedeOrdenar(l, id)) {
         p_.solicitudes.rechazar({direccion, enPalabras(Rechazo::UsuarioSinPermiso), origen},
                                 *valor);
@@ -407,12 +408,12 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const auto nivel = numeroEn(p, "nivel");
     const auto veces = numeroEn(p, "veces");
     const bool porNivel = nivel && veces && enteroCorto(*nivel) && enteroCorto(*veces);
-    if (direccion.empty() == !porNivel || direccion.size() > kDireccionMaxima)
+    if (direccion.empty() == !porNivel || direccion.size() > limite::kDireccionEnMensaje)
         return fallar(l, id, "forzar: direccion, o nivel y veces, que son numeros enteros");
     const std::string que =
         porNivel ? "nivel " + textoDeNumero(*nivel) + ", veces: " + textoDeNumero(*veces)
                  : direccion;
-    const std::string quien = "usuario " + l.nombre;
+    const std::string quien = origenDeUsuario(l.nombre);
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);

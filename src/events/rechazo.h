@@ -77,7 +77,4 @@ struct TextoDeRechazo {
     [[nodiscard]] static TextoDeRechazo partir(std::string_view texto);
 };
 
-/// Who asks when a script does.
-inline constexpr std::string_view kOrigenGuion = "guion";
-
 } // namespace kv

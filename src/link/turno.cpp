@@ -67,9 +67,10 @@ RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
 }
 
 Turnos::Envio Turnos::enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
-                             RespuestasDebidas::Registro registro, std::int64_t plazoMs) {
+                             std::int64_t plazoMs) {
     if (!libre(conexion)) return Envio::Imposible;
     ConexionIP& c = tablas_.conexiones[conexion];
+    const RespuestasDebidas::Registro registro = registroDe(trama);
     const auto permiso = this->permiso(conexion, registro);
     if (permiso.esperaMs > 0) {
         retener(conexion, permiso.esperaMs);
@@ -82,11 +83,10 @@ Turnos::Envio Turnos::enviar(Indice conexion, Transaccion& de, const Solicitud& 
     return Envio::Hecho;
 }
 
-bool Turnos::reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {
+void Turnos::reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {
     if (!conectada(conexion) || tablas_.conexiones[conexion].turno != EstadoDeTurno::Esperando)
-        return false;
+        return;
     mandar(conexion, trama, plazoMs);
-    return true;
 }
 
 void Turnos::mandar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs) {

@@ -45,18 +45,16 @@ class Turnos {
         Retenido, ///< held back until the line is quiet; the connection pauses and will be freed
         Imposible ///< not connected or not free: nothing happened
     };
-    /// Sends a request of `de` on a free connection. `registro` tells what is asked for (see
-    /// RespuestasDebidas).
-    /// `plazoMs` is how long its answer is waited for, above 0.
-    Envio enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
-                 RespuestasDebidas::Registro registro, std::int64_t plazoMs);
+    /// Sends a request of `de` on a free connection. `plazoMs` is how long its answer is waited
+    /// for, above 0.
+    Envio enviar(Indice conexion, Transaccion& de, const Solicitud& trama, std::int64_t plazoMs);
     /// Whose request is outstanding; null on a connection that does not wait.
     [[nodiscard]] Transaccion* enCurso(Indice conexion) const {
         return companeros_[conexion].enCurso;
     }
-    /// Sends again on a connection that waits for the same register. False when the link is gone:
-    /// nothing was sent and the time-out runs on.
-    bool reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
+    /// Sends again on a connection that waits for the same register. When the link is gone nothing
+    /// is sent and the time-out runs on.
+    void reenviar(Indice conexion, const Solicitud& trama, std::int64_t plazoMs);
     /// The running time-out ends after `ms` from now instead.
     void moverTiempoFuera(Indice conexion, std::int64_t ms);
     /// What would become of a request for `registro` on a free connection.

@@ -20,7 +20,7 @@ std::string ArchivoLog::linea(std::string_view cuerpo) const {
     return windows1252DesdeUtf8(l) + "\r\n";
 }
 
-void ArchivoLog::escribir(const EntradaDeLog& e, bool tambienGlobal) {
+void ArchivoLog::escribir(const EntradaDeLog& e) {
     alPasarElTiempo();
     if (!cupo_.tomar(reloj_.monotonicoMs(), kPorSegundo)) return;
     std::string cuerpo(e.origen);
@@ -29,7 +29,7 @@ void ArchivoLog::escribir(const EntradaDeLog& e, bool tambienGlobal) {
     cuerpo += ", DescError:" + enUnaLinea(e.descripcion.substr(0, kMaximo));
     if (e.novedad != Novedad::Ninguna)
         cuerpo += (e.descripcion.empty() ? "" : " ") + codigoDe(e.novedad);
-    agregar(cuerpo, tambienGlobal);
+    agregar(cuerpo);
     if (diario_ != nullptr) avisarAlDiario(e);
 }
 
@@ -66,15 +66,13 @@ void ArchivoLog::terminar() {
 void ArchivoLog::contarCalladas(std::uint64_t cuantas) {
     if (cuantas > 0)
         agregar("DRIVER>Registro>y " + std::to_string(cuantas) +
-                    " entradas mas en el mismo segundo, DescError:",
-                true);
+                " entradas mas en el mismo segundo, DescError:");
 }
 
-void ArchivoLog::agregar(std::string_view cuerpo, bool tambienGlobal) {
+void ArchivoLog::agregar(std::string_view cuerpo) {
     if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
     const std::string dia = formatoDeDia(reloj_.ahora());
-    if (tambienGlobal)
-        archivos_.agregar(unirRuta(carpeta_, dia + " Archivo_Log_Global.txt"), linea(cuerpo));
+    archivos_.agregar(unirRuta(carpeta_, dia + " Archivo_Log_Global.txt"), linea(cuerpo));
     archivos_.agregar(unirRuta(carpeta_, dia + " " + programa_ + " ArchivoLog.txt"), linea(cuerpo));
 }
 

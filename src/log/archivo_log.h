@@ -40,16 +40,14 @@ class ArchivoLog {
 
     ArchivoLog(Archivos& archivos, const Reloj& reloj, const std::string& carpetaDelPrograma,
                std::string programa);
-    /// Appends one line to the program's file of the day and, if `tambienGlobal`, to the shared
-    /// one. Line breaks in the texts become blanks. On disk when it returns, unless it is one too
-    /// many of its second.
+    /// Appends one line to the program's file of the day and to the shared one. Line breaks in the
+    /// texts become blanks. On disk when it returns, unless it is one too many of its second.
     void escribirLog(std::string_view origen, std::string_view procedimiento,
-                     std::string_view mensaje, std::string_view descripcionError = {},
-                     bool tambienGlobal = true) {
-        escribir({origen, procedimiento, mensaje, descripcionError}, tambienGlobal);
+                     std::string_view mensaje, std::string_view descripcionError = {}) {
+        escribir({origen, procedimiento, mensaje, descripcionError});
     }
     /// The same; an entry whose `novedad` has a code ends with that code.
-    void escribir(const EntradaDeLog& entrada, bool tambienGlobal = true);
+    void escribir(const EntradaDeLog& entrada);
     /// From now on the system's journal gets each entry that is written, too.
     void avisarA(DiarioDelSistema* diario) { diario_ = diario; }
     /// To be called at every turn of the loop: tells how many entries a second lost, once it is
@@ -62,7 +60,7 @@ class ArchivoLog {
   private:
     void avisarAlDiario(const EntradaDeLog& entrada);
     void contarCalladas(std::uint64_t cuantas);
-    void agregar(std::string_view cuerpo, bool tambienGlobal);
+    void agregar(std::string_view cuerpo);
     [[nodiscard]] std::string linea(std::string_view cuerpo) const;
 
     Archivos& archivos_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "plant/limites.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,7 +10,8 @@
 
 namespace kv {
 
-inline constexpr int kDireccionMaxima = 200; ///< characters that a box takes of an address
+/// Characters that a box takes of an address.
+inline constexpr int kDireccionMaxima = static_cast<int>(limite::kDireccionEnMensaje);
 
 /// Key filter of boxes that take whole numbers: a digit or backspace (8) passes, any other key
 /// becomes code 16, but for "." and "-" where they are allowed.

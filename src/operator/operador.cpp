@@ -4,6 +4,7 @@
 #include "operator/dichos_de_operador.h"
 #include "plant/direcciones.h"
 #include "plant/limites.h"
+#include "plant/ordenantes.h"
 #include "text/numeros.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
@@ -14,7 +15,6 @@
 namespace kv {
 namespace {
 
-constexpr std::string_view kOrigen = "ventana";
 constexpr std::string_view kPrimeraDireccion = "1.1.40001";
 
 constexpr std::string_view kVentana = "Form1"; // as the log names it
@@ -79,7 +79,7 @@ void Operador::cumplir(const Orden& orden) {
         return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro,
                                                        nombreDe(Ordenante::Ventana));
     case Orden::Clase::Escribir:
-        p_.solicitudes.escribirDireccion(orden.texto, orden.numero, kOrigen);
+        p_.solicitudes.escribirDireccion(orden.texto, orden.numero, kOrigenVentana);
         return;
     case Orden::Clase::Activar:
         if (p_.tablas.bloques.vive(orden.numero))
@@ -118,7 +118,7 @@ void Operador::anotar(const Orden& orden) {
     const std::string clave = b != nullptr ? b->clave : std::string();
     switch (orden.clase) {
     case Orden::Clase::Forzar:
-        return decir("Forzar lectura", orden.texto.substr(0, kDireccionMaxima));
+        return decir("Forzar lectura", orden.texto.substr(0, limite::kDireccionEnMensaje));
     case Orden::Clase::ForzarNivel:
         return decir("Forzar nivel",
                      textoDeNumero(orden.numero) + ", veces: " + textoDeNumero(orden.otro));

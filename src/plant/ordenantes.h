@@ -39,4 +39,17 @@ static_assert(enOrden(kOrdenantes, Ordenante::Otros), "each has its name, in its
     return pasarA(idioma, kOrdenantes, nombre);
 }
 
+/// Who asks for a write, as boxes, the log and the record of writes hold it: people search for it.
+inline constexpr std::string_view kOrigenGuion = "guion";
+inline constexpr std::string_view kOrigenVentana = "ventana";
+/// `direccion`: "address:port" of the client.
+[[nodiscard]] inline std::string origenDeCliente(std::string_view direccion) {
+    return "cliente " + std::string(direccion);
+}
+[[nodiscard]] inline std::string origenDeUsuario(std::string_view nombre) {
+    return "usuario " + std::string(nombre);
+}
+/// Whether a script asks: it writes by the thousand, of which the operator's box says nothing.
+[[nodiscard]] constexpr bool esDelGuion(std::string_view origen) { return origen == kOrigenGuion; }
+
 } // namespace kv

@@ -83,8 +83,8 @@ void Poleo::polearBloque(Indice bloque) {
     ConexionIP& c = tablas_.conexiones[b.idConexion];
     const Indice anterior = std::exchange(c.bloqueEnCurso, bloque);
     reloj_.salir(bloque);
-    if (turnos_.enviar(b.idConexion, lectura_, b.tramaSolicitud, registroDe(b.tramaSolicitud),
-                       b.tiempoFueraMs) != Turnos::Envio::Hecho) {
+    if (turnos_.enviar(b.idConexion, lectura_, b.tramaSolicitud, b.tiempoFueraMs) !=
+        Turnos::Envio::Hecho) {
         c.bloqueEnCurso = anterior;
         return;
     }

@@ -35,7 +35,6 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     /// Reads the settings, listens, and from then on serves. The first synchronisation goes to the
     /// first client that comes.
     void Form_Load();
-    /// Only hides: the client is served on.
     /// Listens, unless it does already.
     void escuchar();
     /// Sends one payload in its envelope if a client is connected. Lets events run.

@@ -82,7 +82,7 @@ Sesion::Sesion(Bucle& bucle, const Tablas& tablas, Vista& vista, Sucesos& suceso
 void Sesion::empezar(std::string_view remoto) {
     terminar();
     remoto_ = remoto;
-    origen_ = "cliente " + remoto_;
+    origen_ = origenDeCliente(remoto_);
 }
 
 void Sesion::terminar() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "write/ejecucion.h"
 
-#include "events/rechazo.h"
+#include "plant/ordenantes.h"
 #include "plant/valor_y_estado.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
@@ -74,8 +74,7 @@ Turnos::Envio EjecucionDeEscrituras::polearBloque_De_Escritura(Indice i) {
 Turnos::Envio EjecucionDeEscrituras::leerPalabra(BloqueEscritura& e) {
     const BloqueLectura& leido = leidoDe(e);
     const Turnos::Envio envio =
-        turnos_.enviar(e.idConexion, *this, leido.tramaSolicitud, registroDe(leido.tramaSolicitud),
-                       leido.tiempoFueraMs);
+        turnos_.enviar(e.idConexion, *this, leido.tramaSolicitud, leido.tiempoFueraMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     ++e.lecturas;
     decir(Que::EscrituraLee, e);
@@ -84,8 +83,8 @@ Turnos::Envio EjecucionDeEscrituras::leerPalabra(BloqueEscritura& e) {
 
 Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
     const BloqueLectura& leido = leidoDe(e);
-    const Turnos::Envio envio = turnos_.enviar(e.idConexion, *this, e.tramaSolicitud,
-                                               registroDe(e.tramaSolicitud), leido.tiempoFueraMs);
+    const Turnos::Envio envio =
+        turnos_.enviar(e.idConexion, *this, e.tramaSolicitud, leido.tiempoFueraMs);
     if (envio != Turnos::Envio::Hecho) return envio;
     e.paso = PasoDeEscritura::Enviada;
     e.seConociaAnterior = leido.estado == kOk;
@@ -273,7 +272,7 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
                     .bloque = e.indiceBloqueLectura,
                     .escritura = i,
                     .bit = static_cast<std::int8_t>(e.bit),
-                    .callado = e.origen == kOrigenGuion,
+                    .callado = esDelGuion(e.origen),
                     .numero = e.pedido});
 }
 

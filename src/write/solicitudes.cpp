@@ -3,6 +3,7 @@
 
 #include "plant/claves_de_bloque.h"
 #include "plant/limites.h"
+#include "plant/ordenantes.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
@@ -68,7 +69,7 @@ double SolicitudesDeEscritura::rechazar(TextoDeRechazo texto, double valor, Clas
     sucesos_.decir({.que = Que::EscrituraRechazada,
                     .detalle = static_cast<std::int16_t>(clase),
                     .conexion = conexion,
-                    .callado = texto.origen == kOrigenGuion,
+                    .callado = esDelGuion(texto.origen),
                     .numero = valor},
                    texto.unir());
     return -1;
@@ -80,7 +81,7 @@ void SolicitudesDeEscritura::unir(const BloqueEscritura& e, std::string_view ori
                     .bloque = e.indiceBloqueLectura,
                     .escritura = e.indice,
                     .bit = static_cast<std::int8_t>(e.bit),
-                    .callado = origen == kOrigenGuion,
+                    .callado = esDelGuion(origen),
                     .numero = e.pedido},
                    origen);
 }

@@ -2,7 +2,7 @@
 // What the log says of a plant's night, by number.
 
 #include "apoyo/planta.h"
-#include "events/rechazo.h"
+#include "plant/ordenantes.h"
 #include "text/numeros.h"
 
 #include <gtest/gtest.h>
