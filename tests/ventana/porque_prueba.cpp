@@ -221,8 +221,8 @@ TEST_F(Motivos, ElDetalleDeUnaConexionTieneSusCuentas) {
     ventana.refrescar();
     EXPECT_TRUE(cifra("lblScans").startsWith("se cumplen todos")) << qPrintable(cifra("lblScans"));
     // One reload brings a station, another takes one.
-    const auto recargar = [&](Configuracion c) {
-        p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", c.texto());
+    const auto recargar = [&](Configuracion nueva) {
+        p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", nueva.texto());
         p.motor.operador.recargar();
         pasan(2);
         ventana.refrescar();
