@@ -48,11 +48,6 @@ std::string Formas::instante(std::int64_t ms) const {
     return ms < 0 ? "null" : enJson(enIso(porQue_.fecha(ms)));
 }
 
-std::string Formas::direccionDe(Indice conexion) const {
-    const ConexionIP& c = tablas_.conexiones[conexion];
-    return c.ip + ":" + c.puertoTCP;
-}
-
 void Formas::edad(Indice bloque, ObjetoJson& o) const {
     const Edad e = porQue_.edad(bloque);
     o.texto("estado", textoEstado(tablas_.bloques[bloque].estado))
@@ -77,7 +72,7 @@ void Formas::bloque(Indice bloque, ObjetoJson& o) const {
     const std::int64_t faltan = bloques_.faltanMs(bloque);
     o.texto("direccion", b.clave)
         .numero("bloque", bloque)
-        .texto("conexion", direccionDe(b.idConexion))
+        .texto("conexion", direccionDe(tablas_.conexiones[b.idConexion]))
         .numero("nivel", b.nivel)
         .numero("scan", b.scanSegundos)
         .logico("activo", b.activo)
@@ -110,7 +105,7 @@ std::string Formas::estaciones(Indice conexion) const {
 void Formas::conexion(Indice conexion, ObjetoJson& o) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
     const bool arriba = turnos_.conectada(conexion);
-    o.texto("direccion", direccionDe(conexion))
+    o.texto("direccion", direccionDe(tablas_.conexiones[conexion]))
         .logico("conectada", arriba)
         .crudo("desde", c.enlaceDesde.hay() ? instante(c.enlaceDesde.ms()) : "null")
         .crudo("proximoIntento",
@@ -139,7 +134,7 @@ void Formas::unas(const Cuentas& c, ObjetoJson& o) {
 
 void Formas::cuentas(Indice conexion, ObjetoJson& o) const {
     const CuentasDeConexion c = contadores_.deConexion(conexion);
-    o.texto("conexion", direccionDe(conexion));
+    o.texto("conexion", direccionDe(tablas_.conexiones[conexion]));
     unas(c, o);
     o.crudo("ultimaRespuesta", instante(c.ultimaRespuestaMs))
         .numero("caidas", static_cast<double>(c.caidas));
@@ -190,7 +185,7 @@ void Formas::suceso(std::uint64_t numero, ObjetoJson& o) const {
     o.numero("numero", static_cast<double>(numero))
         .texto("hora", enIso(desempaquetar(s.instante)))
         .texto("suceso", nombreDe(s.que));
-    if (s.conexion != kNinguno) o.texto("conexion", direccionDe(s.conexion));
+    if (s.conexion != kNinguno) o.texto("conexion", direccionDe(tablas_.conexiones[s.conexion]));
     if (s.bloque != kNinguno) o.texto("bloque", tablas_.bloques[s.bloque].clave);
     bytesDe(s, o);
     std::string texto;

@@ -32,8 +32,6 @@ class Formas {
     void cuentas(Indice conexion, ObjetoJson& o) const;
     void suceso(std::uint64_t numero, ObjetoJson& o) const;
     void edad(Indice bloque, ObjetoJson& o) const;
-    /// "10.0.0.1:502"
-    [[nodiscard]] std::string direccionDe(Indice conexion) const;
 
   private:
     /// A moment of the clock that never goes back, as a JSON text; null below 0.

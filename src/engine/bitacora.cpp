@@ -20,8 +20,6 @@ constexpr unsigned kBitsDeLugar = 56;
 constexpr std::uint32_t kSueltasDeIdaYVuelta = 2;
 constexpr std::uint32_t kSueltas = 10;
 
-std::string direccionDe(const ConexionIP& c) { return c.ip + ":" + c.puertoTCP; }
-
 std::string cuanto(std::int64_t ms) {
     const std::int64_t segundos = ms / 1000;
     return textoDeNumero(static_cast<double>(segundos)) + " s";

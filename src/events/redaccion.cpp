@@ -286,9 +286,8 @@ void Redaccion::rechazo(const Suceso& s, std::string& a) const {
     if (clase == ClaseDeRechazo::SinPlc) {
         a += std::string(r.clave) + " No se encuentra PLC";
     } else if (clase == ClaseDeRechazo::SinConexion) {
-        const ConexionIP& c = tablas_.conexiones[s.conexion];
-        a +=
-            " Sin conexion con " + c.ip + ":" + c.puertoTCP + " Direccion: " + std::string(r.clave);
+        a += " Sin conexion con " + direccionDe(tablas_.conexiones[s.conexion]) +
+             " Direccion: " + std::string(r.clave);
     } else {
         a += " " + std::string(r.direccion) + " = " + textoDeNumero(s.numero) + ": " +
              std::string(r.motivo);
@@ -298,10 +297,6 @@ void Redaccion::rechazo(const Suceso& s, std::string& a) const {
 void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
     const std::string dado(sucesos_.textoDe(s));
     const std::string clave = s.bloque == kNinguno ? dado : tablas_.bloques[s.bloque].clave;
-    const auto enlace = [&] {
-        const ConexionIP& c = tablas_.conexiones[s.conexion];
-        return c.ip + ":" + c.puertoTCP;
-    };
     constexpr const char* kAlta = " Error al dar de alta bloque, ";
     switch (s.que) {
     case Que::EscrituraUnida:
@@ -320,7 +315,8 @@ void Redaccion::lineaDePedido(const Suceso& s, std::string& a) const {
         a += " Imposible FORZAR, el bloque no se puede polear: " + clave;
         break;
     case Que::ForzarSinConexion:
-        a += " Imposible FORZAR, Sin conexion con estacion " + enlace();
+        a += " Imposible FORZAR, Sin conexion con estacion " +
+             direccionDe(tablas_.conexiones[s.conexion]);
         break;
     case Que::ForzarEnDescanso:
         a += " Imposible de forzar la lectura por deshabilitacion del bloque";

@@ -202,7 +202,7 @@ void Turnos::olvidar(Indice conexion) {
 
 void Turnos::anotarFalla(Indice conexion, const char* que) {
     const ConexionIP& c = tablas_.conexiones[conexion];
-    log_.escribirLog("DRIVER", "Turno de conexion", c.ip + ":" + c.puertoTCP, que);
+    log_.escribirLog("DRIVER", "Turno de conexion", direccionDe(c), que);
 }
 
 /// What is left of an arrival is lost with it: it is counted, and no line of the plant's own.

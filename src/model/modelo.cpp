@@ -65,7 +65,7 @@ Indice Modelo::levantarConexion(double puerto, const std::string& ip,
     nueva.numeroDePuertoTCP = puertoTcpDeTexto(puertoTCP).value_or(0);
     conexiones_.levantarZocalo();
     nueva.filaLista = vista_.lstViewSockets.agregar(textoDeNumero(puerto));
-    vista_.lstViewSockets.poner(nueva.filaLista, de_conexiones::kDireccion, ip + ":" + puertoTCP);
+    vista_.lstViewSockets.poner(nueva.filaLista, de_conexiones::kDireccion, direccionDe(nueva));
     const auto k = static_cast<Indice>(tablas_.conexiones.agregar(std::move(nueva)));
     tablas_.anotarConexion(k);
     return k;

@@ -15,8 +15,6 @@ namespace {
 
 constexpr std::int64_t kVecesLoEsperado = 3;
 
-std::string lugarDe(const ConexionIP& c) { return c.ip + ":" + c.puertoTCP; }
-
 } // namespace
 
 std::string PorQue::decir(const Frase& frase, Partes partes) const {
@@ -152,7 +150,7 @@ std::string PorQue::causa(const BloqueLectura& b) const {
 
 std::string PorQue::desdeCuandoSinEnlace(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
-    const std::string quien = decir(dicho::kConexion, {lugarDe(c)});
+    const std::string quien = decir(dicho::kConexion, {direccionDe(c)});
     // The supervision has not looked at it since.
     if (c.estadoSupervision == 1)
         return decir(dicho::kAcabaDePerderse, {quien, hora(c.enlaceDesde.ms())});
@@ -165,7 +163,7 @@ std::string PorQue::sinEnlace(Indice conexion) const {
     const EstadoZocalo estado = conexiones_.wsSocket(conexion).estado();
     if (estado == EstadoZocalo::Conectado)
         return decir(dicho::kAcabaDeEstablecerse,
-                     {decir(dicho::kConexion, {lugarDe(tablas_.conexiones[conexion])})});
+                     {decir(dicho::kConexion, {direccionDe(tablas_.conexiones[conexion])})});
     std::string texto = desdeCuandoSinEnlace(conexion);
     if (const std::string motivo = conexiones_.porQueNoHayEnlace(conexion); !motivo.empty())
         texto += ": " + motivoEn(idioma_, motivo);
@@ -265,13 +263,13 @@ std::string PorQue::causaDeEstacion(Indice conexion, Indice estacion) const {
 
 std::string PorQue::porQueConexion(Indice conexion) const {
     const ConexionIP& c = tablas_.conexiones[conexion];
-    if (c.retirada) return lugarDe(c) + ": " + decir(dicho::kRetirado) + ".";
+    if (c.retirada) return direccionDe(c) + ": " + decir(dicho::kRetirado) + ".";
     if (!turnos_.conectada(conexion)) {
         std::string texto = sinEnlace(conexion) + ".";
         texto[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(texto[0])));
         return texto;
     }
-    std::string texto = decir(dicho::kConectada, {lugarDe(c), hora(c.enlaceDesde.ms())});
+    std::string texto = decir(dicho::kConectada, {direccionDe(c), hora(c.enlaceDesde.ms())});
     for (const Indice k : c.estacionesEnUso()) {
         const Estacion& e = c.estaciones[k];
         if (callada(e))

@@ -190,7 +190,7 @@ std::string nombreDeEstacion(const Tablas& tablas, Indice bloque) {
     const ConexionIP& c = tablas.conexiones[b.idConexion];
     const Estacion& e = tablas.estacionDe(b);
     return "[PLC " + textoDeNumero(e.numero) + " - Indice " + textoDeNumero(e.indice) + "] " +
-           c.ip + ":" + c.puertoTCP;
+           direccionDe(c);
 }
 
 std::string direccionDeEstacion(const Tablas& tablas, Indice conexion, Indice estacion) {

@@ -68,6 +68,10 @@ struct ConexionIP {
     /// Those of `estaciones` that are configured, in their order.
     [[nodiscard]] std::vector<Indice> estacionesEnUso() const;
 };
+/// "address:port", as lists, boxes, log and doors name a connection.
+[[nodiscard]] inline std::string direccionDe(const ConexionIP& c) {
+    return c.ip + ":" + c.puertoTCP;
+}
 
 /// The runtime tables. Records refer to each other by their numbers; records are never removed, but
 /// for the writes, when no write is left to do. What is no longer configured is retired: its record

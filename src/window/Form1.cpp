@@ -218,7 +218,7 @@ void Form1::irAEstacion(quint32 conexion, quint32 estacion) {
     const QString suyas = "^" + enQt(direccionDeEstacion(partes_.tablas, conexion, estacion)) + ".";
     variables_->filtrar(suyas);
     bloques_->filtrar(suyas);
-    sockets_->filtrar("^" + enQt(c.ip + ":" + c.puertoTCP));
+    sockets_->filtrar("^" + enQt(direccionDe(c)));
 }
 
 void Form1::seguir(bool seguir) {

@@ -40,7 +40,8 @@ class Form1 final : public QMainWindow {
     explicit Form1(const PartesDeVentana& partes);
     ~Form1() override;
 
-    /// Shows what changed since the last time; called four times a second while the window is shown.
+    /// Shows what changed since the last time; called four times a second while the window is
+    /// shown.
     void refrescar();
 
   protected:

@@ -189,7 +189,7 @@ void Form1::armarMenusDeFilas() {
         const BloqueLectura& bloque = partes_.tablas.bloques[static_cast<Indice>(b)];
         if (!suConexion) return soloDe(kNinguno, bloque.indice, enQt(bloque.clave));
         const ConexionIP& c = partes_.tablas.conexiones[bloque.idConexion];
-        soloDe(bloque.idConexion, kNinguno, enQt(c.ip + ":" + c.puertoTCP));
+        soloDe(bloque.idConexion, kNinguno, enQt(direccionDe(c)));
     };
     for (TablaDeLista* lista : {variables_, bloques_}) {
         const Lista& filas =
@@ -215,7 +215,7 @@ void Form1::armarMenusDeFilas() {
         const Indice i = conexionDeFila(partes_.tablas, static_cast<std::uint32_t>(fila));
         if (i == kNinguno) return;
         const ConexionIP& c = partes_.tablas.conexiones[i];
-        soloDe(i, kNinguno, enQt(c.ip + ":" + c.puertoTCP));
+        soloDe(i, kNinguno, enQt(direccionDe(c)));
     });
     sockets_->agregarAccion("accConexion", tr("Detalle de la conexión"),
                             [this] { findChild<QAction*>("MnuConexion")->trigger(); });

@@ -207,7 +207,7 @@ std::string lugarDe(const Anotacion& anotacion, const Tablas& tablas) {
                           : tablas.bloques[suceso.bloque].clave;
     if (suceso.conexion == kNinguno) return {};
     const ConexionIP& c = tablas.conexiones[suceso.conexion];
-    return c.ip + ":" + c.puertoTCP;
+    return direccionDe(c);
 }
 
 std::string horaDe(std::int64_t instante) { return formatoDeSello(desempaquetar(instante)); }

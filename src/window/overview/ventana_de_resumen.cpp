@@ -108,7 +108,7 @@ QString ModeloDeResumen::direccion(int ficha) const {
 
 QString ModeloDeResumen::lugar(int ficha) const {
     const ConexionIP& c = tablas_.conexiones[de(ficha).conexion];
-    return enQt(c.ip + ":" + c.puertoTCP);
+    return enQt(direccionDe(c));
 }
 
 int ModeloDeResumen::rowCount(const QModelIndex& padre) const {

@@ -202,7 +202,7 @@ void VentanaDeConexion::refrescar() {
     }
     const ConexionIP& c = tablas_.conexiones[conexion_];
     const CuentasDeConexion cuentas = operador_.contadores().deConexion(conexion_);
-    titulo_->setText(enQt(c.ip + ":" + c.puertoTCP));
+    titulo_->setText(enQt(direccionDe(c)));
     frase_->setText(enQt(operador_.porQue().porQueConexion(conexion_)));
     ultima_->setText(hace(cuentas, operador_.porQue()));
     tiempos_->setText(tiempos(cuentas));
