@@ -392,7 +392,7 @@ TEST_F(Escribe, TodaEscrituraQuedaEnElRegistroDelDia) {
     tiene(";x;9.9.1\\3B\\0D\\0A;?;1;rechazada: no se encuentra PLC\r\n");
     tiene(";;;;;la anterior 999 veces mas\r\n");
     tiene(";guion;1.1.0A;110;3;sin respuesta\r\n");
-    tiene(";guion;1.1.0A;100;150;contesto otro valor\r\n");
+    tiene(";guion;1.1.0A;110;150;contesto otro valor\r\n");
     EXPECT_LT(registro.size(), 2000U);
 }
 
