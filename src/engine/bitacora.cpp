@@ -67,14 +67,15 @@ void Bitacora::alSuceder(const Suceso& s, std::string_view texto) {
 void Bitacora::enlace(const Suceso& s) {
     const ConexionIP& c = tablas_.conexiones[s.conexion];
     const std::string donde = direccionDe(c);
+    std::string que = donde + ": conectada";
     EntradaDeLog e{kDriver, "Enlace", {}};
     if (c.retirada) {
         // It was closed on request, which the reload's own entry says.
-        e.mensaje = donde + ": se cierra, ya no esta configurada";
+        que = donde + ": se cierra, ya no esta configurada";
+        e.mensaje = que;
         return log_.escribir(e);
     }
     e.conexion = donde;
-    std::string que = donde + ": conectada";
     e.novedad = Novedad::EnlaceArriba;
     if (s.que != Que::EnlaceArriba) {
         e.motivo = c.motivo;
