@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t kMaximoDeBytes = 64UL * 1024 * 1024;
 
-constexpr std::array<std::string_view, 3> kColumnas = {"direccion", "descripcion", "unidad"};
+constexpr std::array<std::string_view, 3> kColumnasDeDescripciones = {"direccion", "descripcion",
+                                                                      "unidad"};
 enum : std::size_t { kDireccion, kTexto, kUnidad };
 
 std::string celdaDeTexto(TablaCsv& tabla, std::size_t columna, std::size_t maximo) {
@@ -69,7 +70,8 @@ Trabajo leerDescripciones(Archivos& archivos, std::string ruta, Descripciones& d
                           "ninguna variable tiene descripción");
         co_return;
     }
-    TablaCsv tabla(*contenido, ruta, kColumnas, "sus variables no tienen descripción", problemas);
+    TablaCsv tabla(*contenido, ruta, kColumnasDeDescripciones,
+                   "sus variables no tienen descripción", problemas);
     co_await porciones.gastar(costoDeLeer(*contenido));
     if (!tabla.cabecera({kDireccion, kTexto})) co_return;
     while (tabla.siguiente()) {

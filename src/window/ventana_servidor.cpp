@@ -15,8 +15,6 @@
 namespace kv {
 namespace {
 
-constexpr int kRitmoMs = 300;
-
 QString enPalabras(const ClienteVisto& c, const PorQue& porQue) {
     if (c.direccion.empty())
         return c.desdeMs < 0
@@ -32,7 +30,7 @@ QString enPalabras(const ClienteVisto& c, const PorQue& porQue) {
 
 VentanaServidor::VentanaServidor(const VistaServidor& vista, const Trazas& trazas,
                                  Operador& operador, Mensajero& mensajero)
-    : VentanaAlDia("FrmServerTCP", kRitmoMs, nullptr), vista_(vista), operador_(operador),
+    : VentanaAlDia("FrmServerTCP", kDeCercaMs, nullptr), vista_(vista), operador_(operador),
       mensajero_(mensajero), lblPuertoServidor_(rotulo("lblPuertoServidor", this)),
       lblEstado_(rotulo("lblEstado", this)), lblCliente_(rotulo("lblCliente", this)),
       lblKeepALive_(rotulo("lblKeepALive", this)),

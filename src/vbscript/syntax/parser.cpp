@@ -9,8 +9,8 @@
 namespace vbscript {
 
 Parser::Parser(std::string_view source, Names& names, bool me, Runtime* run, bool colonMeansLine)
-    : list_(tokenize(source, names)), names_(names), module_(std::make_unique<Module>()), me_(me),
-      run_(run), colonMeansLine_(colonMeansLine) {
+    : list_(tokenize(source, names)), module_(std::make_unique<Module>()), me_(me), run_(run),
+      colonMeansLine_(colonMeansLine) {
     scope_ = &module_->main.scope;
 }
 

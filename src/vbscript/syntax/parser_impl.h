@@ -128,7 +128,6 @@ class Parser {
     [[nodiscard]] bool atProperty() const;
 
     TokenList list_;
-    Names& names_;
     std::unique_ptr<Module> module_;
     bool me_;
     Runtime* run_;

@@ -15,6 +15,9 @@ class VentanaAlDia : public QWidget {
     virtual void refrescar() = 0;
 
   protected:
+    /// Paces: what one watches as it moves, and what one looks up.
+    static constexpr int kDeCercaMs = 500;
+    static constexpr int kDeLejosMs = 1000;
     /// `ritmoMs` above 0.
     VentanaAlDia(const char* nombre, int ritmoMs, QWidget* padre);
     void showEvent(QShowEvent* suceso) override;

@@ -23,14 +23,10 @@
 #include <numeric>
 
 namespace kv {
-namespace {
-
-constexpr int kRitmoMs = 500;
-
-} // namespace
+namespace {} // namespace
 
 VentanaDeSucesos::VentanaDeSucesos(LibroDeSucesos& libro, const Tablas& tablas, QWidget* padre)
-    : VentanaAlDia("FrmSucesos", kRitmoMs, padre), libro_(libro),
+    : VentanaAlDia("FrmSucesos", kDeCercaMs, padre), libro_(libro),
       modelo_(hacer<ModeloDeSucesos>(libro, tablas, this)),
       filtro_(control<QLineEdit>("txtFiltroDeSucesos", this)),
       graves_(control<QCheckBox>("chkGraves", tr("&Sólo avisos y alarmas"), this)),

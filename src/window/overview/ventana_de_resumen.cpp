@@ -18,7 +18,6 @@
 namespace kv {
 namespace {
 
-constexpr int kRitmoMs = 1000;
 constexpr int kMargen = 8;
 constexpr int kFranja = 6; // pixels of colour at the left of a tile
 constexpr int kRenglones = 3;
@@ -147,7 +146,7 @@ void ModeloDeResumen::actualizar() {
 
 VentanaDeResumen::VentanaDeResumen(const Recuento& recuento, const Tablas& tablas,
                                    const PorQue& porQue, QWidget* padre)
-    : VentanaAlDia("FrmResumen", kRitmoMs, padre), recuento_(recuento),
+    : VentanaAlDia("FrmResumen", kDeLejosMs, padre), recuento_(recuento),
       modelo_(hacer<ModeloDeResumen>(recuento, tablas, porQue, this)),
       fichas_(control<QListView>("lstResumen", this)),
       solo_(control<QCheckBox>("chkSoloConProblemas", tr("&Sólo con problemas"), this)),

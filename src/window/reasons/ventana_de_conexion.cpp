@@ -18,8 +18,6 @@
 namespace kv {
 namespace {
 
-constexpr int kRitmoMs = 1000;
-
 QString enMs(std::int64_t us) {
     return QLocale().toString(static_cast<double>(us) / 1000, 'f', us < 100'000 ? 1 : 0) + " ms";
 }
@@ -107,7 +105,7 @@ QVariant ModeloDeEstaciones::headerData(int columna, Qt::Orientation orientacion
 }
 
 VentanaDeConexion::VentanaDeConexion(const Tablas& tablas, const Operador& operador, QWidget* padre)
-    : VentanaAlDia("FrmConexion", kRitmoMs, padre), tablas_(tablas), operador_(operador),
+    : VentanaAlDia("FrmConexion", kDeLejosMs, padre), tablas_(tablas), operador_(operador),
       modelo_(hacer<ModeloDeEstaciones>(tablas, operador, this)),
       titulo_(rotulo("lblConexion", this)), frase_(rotulo("lblFraseDeConexion", this)),
       reparto_(control<BarraDeReparto>("barraDeReparto", this)),

@@ -14,14 +14,10 @@
 #include <QVBoxLayout>
 
 namespace kv {
-namespace {
-
-constexpr int kRitmoMs = 1000;
-
-} // namespace
+namespace {} // namespace
 
 VentanaPorQue::VentanaPorQue(const Tablas& tablas, const PorQue& porQue, QWidget* padre)
-    : VentanaAlDia("FrmPorQue", kRitmoMs, padre), tablas_(tablas), porQue_(porQue),
+    : VentanaAlDia("FrmPorQue", kDeLejosMs, padre), tablas_(tablas), porQue_(porQue),
       titulo_(rotulo("lblPorQue", this)) {
     setWindowTitle(tr("Por qué"));
     QFont grande = font();

@@ -19,14 +19,13 @@
 namespace kv {
 namespace {
 
-constexpr int kRitmoMs = 500;
 constexpr const char* kClaveDeLargo = "tendencias/minutos";
 
 } // namespace
 
 VentanaDeTendencias::VentanaDeTendencias(RegistroDeTendencias& registro, Operador& operador,
                                          QWidget* padre)
-    : VentanaAlDia("FrmTendencias", kRitmoMs, padre), registro_(registro), operador_(operador),
+    : VentanaAlDia("FrmTendencias", kDeCercaMs, padre), registro_(registro), operador_(operador),
       lienzo_(control<LienzoDeTendencias>("lienzo", registro, this)),
       largo_(control<QComboBox>("cmbLargo", this)),
       pausa_(control<QPushButton>("BtnPausaDeTendencias", tr("&Pausa"), this)),
