@@ -782,6 +782,10 @@
         <translation>&amp;Close without saving</translation>
     </message>
     <message>
+        <source>✖ %1; no se lo puede cambiar desde aquí.</source>
+        <translation>✖ %1; it cannot be changed from here.</translation>
+    </message>
+    <message>
         <source>✖ No se puede leer el archivo; no se lo puede cambiar desde aquí.</source>
         <translation>✖ The file cannot be read; it cannot be changed from here.</translation>
     </message>
@@ -1436,8 +1440,8 @@
         <translation>%1, with %2 retries</translation>
     </message>
     <message>
-        <source>%1 llegadas que no son respuesta (%2 bytes), %3 respuestas que no se esperaban, %4 dudosas</source>
-        <translation>%1 arrivals that are no answer (%2 bytes), %3 answers not waited for, %4 in doubt</translation>
+        <source>%1 descartes de lo que no es respuesta (%2 bytes), %3 respuestas que no se esperaban o con otro valor, %4 dudosas</source>
+        <translation>%1 times what is no answer (%2 bytes), %3 answers not waited for or with another value, %4 in doubt</translation>
     </message>
 </context>
 <context>

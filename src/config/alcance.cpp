@@ -18,11 +18,6 @@ constexpr std::size_t kListadas = 1000; // connections, and stations of each
 constexpr double kPacienciaMinima = 1;  // seconds
 constexpr double kPacienciaMaxima = 30; // nobody waits for an hour at a check
 
-std::string direccionDe(const ConexionPrevista& c) {
-    const std::string cita = citarUtf8(c.ip + ":" + c.puertoTCP);
-    return cita.substr(1, cita.size() - 2);
-}
-
 } // namespace
 
 /// One connection: connects, asks its stations, closes.

@@ -44,12 +44,6 @@ void puertos(std::string& informe, const ListasDeConfiguracion& listas, const Va
     yMas(informe, construidos, kMaximoDePuertosListados, "");
 }
 
-/// Bytes of a field file inside a line of the report.
-std::string sinComillas(std::string_view utf8) {
-    const std::string cita = citarUtf8(utf8);
-    return cita.substr(1, cita.size() - 2);
-}
-
 /// The connections with their stations and these with their blocks.
 class Listado {
   public:
@@ -63,8 +57,7 @@ class Listado {
 
     void conexion(const ConexionPrevista& c, const Presupuesto& p) {
         informe_ +=
-            "Conexión " + sinComillas(c.ip + ":" + c.puertoTCP) + " (puerto " +
-            std::to_string(c.puerto) +
+            "Conexión " + direccionDe(c) + " (puerto " + std::to_string(c.puerto) +
             "): " + cuantos(static_cast<double>(c.estaciones.size()), "estación", "estaciones") +
             ", " + cuantos(static_cast<double>(c.bloques), "bloque", "bloques") + ", " +
             cuantos(c.variables, "variable", "variables") + ", pide " + porSegundo(p.pedidas) +

@@ -45,5 +45,10 @@ class Problemas {
 [[nodiscard]] std::string citar(std::string_view bytes);
 /// The same of a text.
 [[nodiscard]] std::string citarUtf8(std::string_view utf8);
+/// The same without the quotes.
+[[nodiscard]] inline std::string sinComillas(std::string_view utf8) {
+    const std::string cita = citarUtf8(utf8);
+    return cita.substr(1, cita.size() - 2);
+}
 
 } // namespace kv

@@ -31,6 +31,11 @@ struct ConexionPrevista {
     double variables = 0;
 };
 
+/// "address:port", as it can be shown.
+[[nodiscard]] inline std::string direccionDe(const ConexionPrevista& c) {
+    return sinComillas(c.ip + ":" + c.puertoTCP);
+}
+
 /// One answer per record of the lists, and the shape of what will be built.
 struct Validacion {
     std::vector<Suerte> puertos;

@@ -387,11 +387,9 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     }
     if (l.escrituras.size() >= kEscrituras) return fallar(l, id, "demasiadas escrituras a la vez");
     // It may end before its number is known: asking for it lets events run.
-    escribiendo_ = true;
-    terminadas_.clear();
-    escucharLoNecesario();
+    empezarOrden();
     const double escritura = p_.solicitudes.escribirDireccion(direccion, *valor, origen);
-    escribiendo_ = false;
+    ordenando_ = false;
     if (escritura < 0) return fallar(l, id, "no se acepta: " + rechazo_);
     const auto i = static_cast<Indice>(escritura);
     const auto ya = std::find_if(terminadas_.begin(), terminadas_.end(),
@@ -401,6 +399,14 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);
     cerrarRenglon(o, l.salida);
+}
+
+/// From here on events tell what becomes of it.
+void PuertaLocal::empezarOrden() {
+    ordenando_ = true;
+    terminadas_.clear();
+    rechazo_.clear();
+    escucharLoNecesario();
 }
 
 void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
@@ -417,9 +423,14 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
+    empezarOrden();
     porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
                                                        nombreDe(Ordenante::Usuario, l.nombre))
              : p_.forzado.forzarPoleo(direccion);
+    ordenando_ = false;
+    // Of a level some blocks may not be asked for, which their own lines say.
+    if (porNivel ? rechazo_ == porQueNoSeFuerza(Que::NivelSinBloques) : !rechazo_.empty())
+        return fallar(l, id, "no se hace: " + rechazo_);
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);
     cerrarRenglon(o, l.salida);

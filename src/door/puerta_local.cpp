@@ -61,6 +61,7 @@ void PuertaLocal::cerrar() {
     lectores_.clear();
     escucharLoNecesario();
     escucha_.reset();
+    log_.terminar();
 }
 
 void PuertaLocal::alPedirConexion(std::size_t /*indice*/, std::string_view remoto) {
@@ -116,11 +117,13 @@ void PuertaLocal::alCambiar(Indice bloque) {
 }
 
 void PuertaLocal::alSuceder(const Suceso& s, std::string_view texto) {
-    if (s.que == Que::EscrituraRechazada) {
-        rechazo_ = TextoDeRechazo::partir(texto).motivo;
+    if (s.que != Que::EscrituraTerminada) {
+        if (ordenando_)
+            rechazo_ = s.que == Que::EscrituraRechazada ? TextoDeRechazo::partir(texto).motivo
+                                                        : porQueNoSeFuerza(s.que);
         return;
     }
-    if (escribiendo_) terminadas_.emplace_back(s.escritura, s.detalle);
+    if (ordenando_) terminadas_.emplace_back(s.escritura, s.detalle);
     for (Lector& l : lectores_) {
         std::erase_if(l.escrituras, [&](const EscrituraEnCurso& e) {
             if (e.escritura != s.escritura) return false;
@@ -139,10 +142,14 @@ void PuertaLocal::escucharLoNecesario() {
     };
     p_.publicacion.avisarTambienA(alguno([](const Lector& l) { return l.sigueValores; }) ? this
                                                                                          : nullptr);
-    const bool oir = escribiendo_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
+    const bool oir = ordenando_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
     if (oir == oyeSucesos_) return;
     oyeSucesos_ = oir;
-    oir ? p_.sucesos.avisarA(this, {Que::EscrituraTerminada, Que::EscrituraRechazada})
+    oir ? p_.sucesos.avisarA(this, quesCon([](Que que) {
+                                 return que == Que::EscrituraTerminada ||
+                                        que == Que::EscrituraRechazada ||
+                                        !porQueNoSeFuerza(que).empty();
+                             }))
         : p_.sucesos.dejarDeAvisarA(this);
 }
 

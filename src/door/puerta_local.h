@@ -132,6 +132,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     void vigilar(Lector& l, const Json& p, const std::string& id);
     void escribir(Lector& l, const Json& p, const std::string& id);
     void forzar(Lector& l, const Json& p, const std::string& id);
+    void empezarOrden();
     static void fallar(Lector& l, const std::string& id, std::string_view porque);
     static void terminar(std::string& salida, const std::string& id, std::uint64_t cuantos);
     void encolar(Lector& l, const std::string& id, Trabajo trabajo);
@@ -159,9 +160,9 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     std::int64_t ticUs_ = 0; ///< when the present tick began
     bool enTic_ = false;     ///< events that run meanwhile only leave work behind
     bool oyeSucesos_ = false;
-    bool escribiendo_ = false; ///< ends of writes are kept: one of them may be of the present one
+    bool ordenando_ = false; ///< ends of writes are kept: one of them may be of the present order
     std::vector<std::pair<Indice, std::int16_t>> terminadas_;
-    std::string rechazo_; ///< why the write asked for last was refused
+    std::string rechazo_; ///< why the present order is not carried out
 };
 
 } // namespace kv

@@ -4,6 +4,7 @@
 #include "events/fin_de_escritura.h"
 #include "events/rechazo.h"
 #include "events/redaccion.h"
+#include "plant/ordenantes.h"
 #include "text/fecha.h"
 #include "text/numeros.h"
 
@@ -15,6 +16,11 @@ namespace {
 constexpr std::string_view kDriver = "DRIVER";
 constexpr std::int64_t kEntreMiradasMs = 1000;
 constexpr unsigned kBitsDeLugar = 56;
+
+/// Places of refused writes, which have no connection: whose they are.
+constexpr std::uint64_t kDelGuion = std::uint64_t{1} << 40U;
+constexpr std::uint64_t kDeUnaPuerta = kDelGuion + 1;
+constexpr std::uint64_t kDeOtros = kDelGuion + 2;
 
 /// Entries that are written one by one before they are counted: there and back for what flaps.
 constexpr std::uint32_t kSueltasDeIdaYVuelta = 2;
@@ -69,13 +75,13 @@ void Bitacora::enlace(const Suceso& s) {
     const std::string donde = direccionDe(c);
     std::string que = donde + ": conectada";
     EntradaDeLog e{kDriver, "Enlace", {}};
+    e.conexion = donde;
     if (c.retirada) {
-        // It was closed on request, which the reload's own entry says.
         que = donde + ": se cierra, ya no esta configurada";
         e.mensaje = que;
+        e.novedad = Novedad::EnlaceRetirado;
         return log_.escribir(e);
     }
-    e.conexion = donde;
     e.novedad = Novedad::EnlaceArriba;
     if (s.que != Que::EnlaceArriba) {
         e.motivo = c.motivo;
@@ -89,6 +95,7 @@ void Bitacora::enlace(const Suceso& s) {
 
 void Bitacora::estacion(const Suceso& s) {
     const bool muda = s.que == Que::EstacionMuda;
+    if (muda && s.detalle != 0) return;
     const BloqueLectura& b = tablas_.bloques[s.bloque];
     const std::string nombre = nombreDeEstacion(tablas_, s.bloque);
     const std::string donde = direccionDe(tablas_.conexiones[b.idConexion]);
@@ -138,7 +145,11 @@ void Bitacora::rechazo(const Suceso& s, std::string_view texto) {
     e.conexion = donde;
     e.bloque = r.direccion;
     e.motivo = r.motivo;
-    anotar(Clase::Escritura, 0, e);
+    // A script that asks in vain without end hides nobody else's.
+    const std::uint64_t quien = clase == ClaseDeRechazo::DeUnaPuerta ? kDeUnaPuerta
+                                : esDelGuion(r.origen)               ? kDelGuion
+                                                                     : kDeOtros;
+    anotar(Clase::Escritura, quien, e);
 }
 
 void Bitacora::abandono(const Suceso& s) {
@@ -156,7 +167,7 @@ void Bitacora::abandono(const Suceso& s) {
     e.estacion = nombre;
     e.bloque = direccion;
     e.motivo = palabras(fin);
-    anotar(Clase::Escritura, std::uint64_t{1} + b.idConexion, e);
+    anotar(Clase::Escritura, b.idConexion, e);
 }
 
 void Bitacora::sinDestino(const Suceso& s, std::string_view direccion) {
@@ -200,6 +211,7 @@ void Bitacora::anotar(Clase clase, std::uint64_t cual, const EntradaDeLog& entra
     }
     ++v.calladas;
     v.ultima = std::string(entrada.procedimiento) + ": " + std::string(entrada.mensaje);
+    if (!entrada.descripcion.empty()) v.ultima.append(", ").append(entrada.descripcion);
     v.conexion = entrada.conexion;
     v.estacion = entrada.estacion;
 }

@@ -153,6 +153,7 @@ void Motor::rechazarEscritura(std::string_view direccion, double valor, std::str
 }
 
 void Motor::terminar() {
+    log.terminar(); // there is place for what the parts have to say
     servidor.terminar();
     ejecucion.alTerminarElPrograma();
     puertaLocal.cerrar();

@@ -62,7 +62,7 @@ void Contadores::alSuceder(const Suceso& s, std::string_view /*texto*/) {
         c.retenida = true;
         return;
     case Que::EnlaceAbajo:
-        ++c.caidas;
+        if (!s.callado) ++c.caidas;
         c.pedido = Pedido::Ninguno;
         c.retenida = false;
         return;

@@ -23,7 +23,7 @@ struct Cuentas {
     std::uint64_t reintentos = 0;
     std::uint64_t dudosas = 0;   ///< requests ended by an answer that may be another's
     std::uint64_t sobrantes = 0; ///< valid answers that were not accepted
-    std::uint64_t descartes = 0; ///< arrivals with bytes that make no answer
+    std::uint64_t descartes = 0; ///< times that bytes which make no answer were passed over
     std::uint64_t bytesDescartados = 0;
     std::int64_t medianoUs = 0; ///< of the latest ones
 };

@@ -25,7 +25,8 @@ enum class Que : std::uint8_t {
     // `cuantos` were held from earlier arrivals.
     LlegaronBytes, ///< `numero`: how many the buffer holds
     Descarte,      ///< no answer; `numero`: of how many bytes
-    Sobrante,  ///< an answer that was not waited for, or could not be told apart from a late one;
+    Sobrante,  ///< an answer that was not waited for, that holds another value than was written,
+               ///< or that could not be told apart from a late one;
                ///< `numero`: how many it stands for
     Recepcion, ///< the answer that was waited for
     // Reads.
@@ -36,7 +37,7 @@ enum class Que : std::uint8_t {
     BloqueHabilitado,
     BloqueDeshabilitado,
     TiempoFuera,
-    EstacionMuda,
+    EstacionMuda, ///< `detalle` 1: as it was when its link was lost
     EstacionContesta,
     // Steps of writes: `escritura`, its read block, `numero` the value.
     EscrituraLee, ///< the register of a bit; `bytes`: the request

@@ -60,7 +60,7 @@ void Sucesos::apartar(const Trozo& elMasViejo) {
     for (std::size_t k = 0; k < kTrozo; ++k) {
         const Suceso& s = elMasViejo.sucesos[k];
         const Apartado donde = apartadoDe(s.que);
-        if (donde != Apartado::Ninguno)
+        if (donde != Apartado::Ninguno && !s.callado)
             apartados_[static_cast<std::size_t>(donde)].guardar(primero_ + k, s);
     }
 }

@@ -99,7 +99,10 @@ void GestorDeConexiones::pasarA(Indice n, bool conectada) {
     c.enlaceDesde = Momento(bucle_.reloj().monotonicoMs());
     if (conectada) c.motivo.clear();
     c.dichoSinEnlace = !conectada;
-    sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo, .conexion = n});
+    // One that a reload takes away is closed on request: nobody's alarm.
+    sucesos_.decir({.que = conectada ? Que::EnlaceArriba : Que::EnlaceAbajo,
+                    .conexion = n,
+                    .callado = c.retirada});
     if (conectada) return destino_.activarPoling_En_Socket(n);
     destino_.desActivarPoling_En_Socket(n);
     destino_.establecerBAD_En_Socket(n);

@@ -27,6 +27,7 @@ enum class Novedad : std::uint16_t {
     EnlaceAbajo = 202,
     EnlaceNoLevanta = 203,
     EnlaceIntermitente = 204,
+    EnlaceRetirado = 205,
     EstacionMuda = 211,
     EstacionContesta = 212,
     EstacionIntermitente = 213,

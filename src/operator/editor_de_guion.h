@@ -42,6 +42,8 @@ class EditorDeGuion {
     /// The script, each line followed by CR LF; a missing file is an empty text. Nothing when there
     /// is a file that cannot be read, or is larger than any script: saving would destroy it.
     [[nodiscard]] std::optional<std::string> leer();
+    /// Whether what was read last is larger than any script.
+    [[nodiscard]] bool eraDemasiadoLargo() const { return propia_.largo > kMaximoDelGuion; }
 
     /// What a text is that the engine would not run, as too long.
     static constexpr Frase kDemasiadoLargo = kGuionDemasiadoLargo;

@@ -57,7 +57,7 @@ DireccionesDePlanta direccionesDe(const Tablas& tablas) {
     DireccionesDePlanta planta;
     for (std::size_t c = 0; c < tablas.conexiones.limiteSuperior(); ++c) {
         const ConexionIP& conexion = tablas.conexiones[c];
-        for (std::size_t e = 0; e < conexion.estaciones.limiteSuperior(); ++e)
+        for (const Indice e : conexion.estacionesEnUso())
             planta.agregarEstacion(conexion.puerto, conexion.estaciones[e].numero);
     }
     for (std::size_t i = 0; i < tablas.bloques.limiteSuperior(); ++i) {

@@ -33,14 +33,18 @@ void EstacionesMudas::callar(Indice bloque) {
 }
 
 void EstacionesMudas::enmudecer(Estacion& e, Indice salvo) {
-    e.muda = e.dichaMuda = true;
+    e.muda = true;
+    // Of a lost link it has not answered anything since: no news, but for whoever looks on.
+    const bool yaDicha = std::exchange(e.dichaMuda, true);
     for (const Indice i : e.bloques) {
         if (i != salvo && tablas_.bloques[i].activo) callar(i);
     }
     reloj_.parar(salvo);
     turnarSondeo(e);
-    sucesos_.decir(
-        {.que = Que::EstacionMuda, .conexion = tablas_.bloques[salvo].idConexion, .bloque = salvo});
+    sucesos_.decir({.que = Que::EstacionMuda,
+                    .detalle = static_cast<std::int16_t>(yaDicha),
+                    .conexion = tablas_.bloques[salvo].idConexion,
+                    .bloque = salvo});
 }
 
 void EstacionesMudas::turnarSondeo(Estacion& e) {

@@ -11,7 +11,7 @@ Publicacion::Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sel
 
 std::pair<Indice, Indice> Publicacion::ranuras(const std::string& nombre) {
     const auto valor = guion_.ranura(nombre);
-    const auto estado = guion_.ranura(nombre + "_STATUS");
+    const auto estado = guion_.ranura(nombre + std::string(kSufijoDeEstado));
     return {valor.value_or(kNinguno), estado.value_or(kNinguno)};
 }
 

@@ -17,8 +17,10 @@ void LogAcotado::escribir(std::string_view procedimiento, std::string_view mensa
         log_.escribir({kModulo, procedimiento, mensaje, descripcion, novedad});
 }
 
-void LogAcotado::alPasarElTiempo() {
-    if (const std::uint64_t calladas = cupo_.negados(reloj_.monotonicoMs()); calladas > 0)
+void LogAcotado::alPasarElTiempo() { contar(cupo_.negados(reloj_.monotonicoMs())); }
+
+void LogAcotado::contar(std::uint64_t calladas) {
+    if (calladas > 0)
         log_.escribirLog(kModulo, "Servidor", "y " + std::to_string(calladas) + " entradas mas");
 }
 

@@ -4,6 +4,7 @@
 #include "log/archivo_log.h"
 #include "log/cupo.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,8 +23,12 @@ class LogAcotado {
     }
     /// To be called now and then: says how many entries were passed over once their minute is over.
     void alPasarElTiempo();
+    /// The program ends: says it now.
+    void terminar() { contar(cupo_.negadosYa()); }
 
   private:
+    void contar(std::uint64_t calladas);
+
     ArchivoLog& log_;
     const Reloj& reloj_;
     Cupo cupo_{kUnMinutoMs};

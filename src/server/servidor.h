@@ -40,7 +40,10 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     /// Sends one payload in its envelope if a client is connected. Lets events run.
     void enviarDatos(std::string_view carga) override;
     /// The program ends: what the client has sent is done.
-    void terminar() { acabar(); }
+    void terminar() {
+        acabar();
+        log_.terminar();
+    }
     /// The read reply for an address on the wire's bytes; empty when there is no such variable.
     [[nodiscard]] std::string obtenerTramaParaENVIAR(std::string_view direccion) {
         return sesion_.obtenerTramaParaENVIAR(direccion);

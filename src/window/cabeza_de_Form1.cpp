@@ -113,11 +113,10 @@ void CabezaDeForm1::refrescarGuion() {
     QString texto = bien ? tr("● Guion OK") : tr("✖ Guion con error");
     QString ayuda = tr("Última corrida del guion");
     if (falla) {
+        const QString falta =
+            enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles : falla->descripcion);
         const QString que =
-            tr("línea %1: %2")
-                .arg(falla->linea)
-                .arg(enQt(enIngles() && !falla->enIngles.empty() ? falla->enIngles
-                                                                 : falla->descripcion));
+            falla->linea > 0 ? tr("línea %1: %2").arg(falla->linea).arg(falta) : falta;
         ayuda += "\n" + que;
         if (!compacta_) texto += ": " + que;
     }

@@ -199,15 +199,18 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
                     .bloque = e->indiceBloqueLectura,
                     .escritura = e->indice});
     const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;
+    const bool hayEnlace = turnos_.conectada(conexion);
     if (e->paso == PasoDeEscritura::PorLeer) {
-        if (!quedan) return abandonar(e->indice, FinDeEscritura::PalabraDesconocida);
+        if (!quedan)
+            return abandonar(e->indice, hayEnlace ? FinDeEscritura::PalabraDesconocida
+                                                  : FinDeEscritura::ConexionPerdida);
         e->reintentos += 1;
         return repetir(*e, Que::EscrituraLeeOtraVez, leidoDe(*e).tramaSolicitud);
     }
     if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
-        return abandonar(e->indice, !turnos_.conectada(conexion) ? FinDeEscritura::ConexionPerdida
-                                    : e->otroValor               ? FinDeEscritura::OtroValor
-                                                                 : FinDeEscritura::SinRespuesta);
+        return abandonar(e->indice, !hayEnlace     ? FinDeEscritura::ConexionPerdida
+                                    : e->otroValor ? FinDeEscritura::OtroValor
+                                                   : FinDeEscritura::SinRespuesta);
     if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
         return repetir(*e, Que::EscrituraRelee, leidoDe(*e).tramaSolicitud);
     e->reintentos += 1;
@@ -287,10 +290,12 @@ void EjecucionDeEscrituras::alRetirar(Indice bloque) {
         const BloqueEscritura& e = tablas_.escrituras[i];
         return e.indiceBloqueLectura == bloque && !estaFuera(e);
     };
-    const auto& porHacer = tablas_.conexiones[tablas_.bloques[bloque].idConexion].escrituras;
+    auto& porHacer = tablas_.conexiones[tablas_.bloques[bloque].idConexion].escrituras;
     for (auto i = porHacer.begin(); i != porHacer.end();) {
-        const Indice cual = *i++; // the list forgets it
-        if (deEste(cual)) abandonar(cual, FinDeEscritura::Retirada);
+        const auto este = i++; // the list forgets it, and looks for it from its beginning
+        if (!deEste(*este)) continue;
+        porHacer.splice(porHacer.begin(), porHacer, este);
+        abandonar(*este, FinDeEscritura::Retirada);
     }
 }
 

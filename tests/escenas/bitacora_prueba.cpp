@@ -76,11 +76,11 @@ TEST_F(BitacoraPrueba, UnEnlaceQueSePierdeNoEsUnaEstacionQueCalla) {
     p->arrancarYConectar();
     p->avanzar(5000);
     // All its time-outs end before the supervision looks at the link.
-    for (const bool escribe : {true, false}) {
+    for (const std::string escribe : {"1.1.10", "1.1.10.3", ""}) {
         callar(plc, true);
         p->avanzar(1100);
-        if (escribe) p->motor.operador.escribirDireccion("1.1.10", 5);
-        p->avanzar(escribe ? 3000 : 100);
+        if (!escribe.empty()) p->motor.operador.escribirDireccion(escribe, 1);
+        p->avanzar(!escribe.empty() ? 3000 : 100);
         plc.cortar();
         const std::uint32_t antes = p->bloque(0).fallidos.total();
         while (p->conexion(0).estadoSupervision == 1) {
@@ -90,8 +90,22 @@ TEST_F(BitacoraPrueba, UnEnlaceQueSePierdeNoEsUnaEstacionQueCalla) {
         callar(plc, false);
         p->avanzar(15'000);
     }
-    EXPECT_TRUE(dice(">1.1.10 = 5, pedida por ventana, DescError:conexion perdida KV312")) << log();
+    for (const std::string escrita : {"1.1.10", "1.1.10.3"})
+        EXPECT_TRUE(
+            dice(">" + escrita + " = 1, pedida por ventana, DescError:conexion perdida KV312"))
+            << log();
     EXPECT_EQ(lineas("KV211"), 0) << log();
+    // Nor does one that is silent fall silent anew with each link.
+    callar(plc, true);
+    for (int vez = 0; vez < 3; ++vez) {
+        p->avanzar(kMinuto);
+        plc.cortar();
+    }
+    p->avanzar(kMinuto);
+    EXPECT_EQ(lineas("KV211"), 1) << log();
+    callar(plc, false);
+    p->avanzar(kMinuto);
+    EXPECT_EQ(lineas("KV212"), 1) << log();
 }
 
 TEST_F(BitacoraPrueba, UnaDireccionEnLaQueNadieEscuchaSeDiceUnaVez) {
@@ -151,13 +165,13 @@ TEST_F(BitacoraPrueba, EstacionBloquesEscriturasYGuion) {
     EXPECT_TRUE(dice("DRIVER>escritura de 1.1.F0 valor: 5 - Scan: 3>5, DescError:ningun bloque lee "
                      "ese registro KV311\r\n"))
         << log();
-    EXPECT_EQ(lineas("KV311") + lineas("KV513"), 10) << log();
+    EXPECT_EQ(lineas("KV311") + lineas("KV513"), 2 + 10) << log();
     callar(plc, true);
     p->motor.operador.escribirDireccion("1.1.10", 5);
     p->avanzar(2 * kMinuto);
     EXPECT_TRUE(dice("DRIVER>Escritura sin confirmar>1.1.10 = 5, pedida por ")) << log();
     EXPECT_TRUE(dice("DescError:sin respuesta KV312\r\n"));
-    EXPECT_TRUE(dice("DRIVER>Escrituras fallidas>y 22 mas en ")) << log();
+    EXPECT_TRUE(dice("DRIVER>Escrituras fallidas>y 20 mas en ")) << log();
     // What is counted when the program ends is told.
     for (int i = 0; i < 300; ++i)
         p->motor.solicitudes.escribirDireccion("1.1.F0", 5);

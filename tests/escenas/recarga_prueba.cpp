@@ -2,6 +2,7 @@
 // A configuration is taken over while the plant is served.
 
 #include "apoyo/planta.h"
+#include "plant/direcciones.h"
 
 #include <gtest/gtest.h>
 
@@ -150,6 +151,12 @@ TEST_P(Recarga, LoNuevoSeLeeYLoQuitadoSeVa) {
     EXPECT_EQ(p.motor.vista.lblCantidadDePuntos.texto(), "2");
     EXPECT_EQ(dosPlc.enlace(), 0U) << "a connection without stations is closed";
     EXPECT_EQ(p.motor.porQue.porQueConexion(1), "10.0.0.2:502: ya no esta en la configuracion.");
+    EXPECT_EQ(p.motor.contadores.deConexion(1).caidas, 0U) << "nobody lost it";
+    EXPECT_NE(p.archivos.contenido(kLog).find("DRIVER>Enlace>10.0.0.2:502: se cierra, ya no esta "
+                                              "configurada, DescError:KV205\r\n"),
+              std::string::npos);
+    EXPECT_FALSE(direccionesDe(p.motor.tablas).sePuedePedir(1, 2, "30"));
+    EXPECT_TRUE(direccionesDe(p.motor.tablas).sePuedePedir(1, 1, "77"));
     const int conexiones = dosPlc.conexiones;
     p.avanzar(60'000);
     EXPECT_EQ(dosPlc.conexiones, conexiones) << "and not asked for again";

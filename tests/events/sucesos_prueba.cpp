@@ -95,6 +95,11 @@ TEST_F(Acontecer, LoQueTieneCajaPropiaSobreviveAlTrafico) {
     EXPECT_EQ(desde(trazas.Text1, 0), "uno\r\n");
     EXPECT_EQ(desde(trazas.Text1, 3), "") << "that one has been seen";
     EXPECT_EQ(desde(trazas.txtTramas, 0), "perdido");
+    // What no box shows takes no place among what they show.
+    for (std::size_t i = 0; i < Apartados::kMaximo; ++i)
+        sucesos.decir({.que = Que::Descarte, .conexion = 0, .callado = true});
+    trafico();
+    EXPECT_NE(desde(trazas.txtTramasDescartadas, 0).find("*Descarte*"), std::string::npos);
     // Not for ever: then it is known that something is missing.
     for (std::size_t i = 0; i < Apartados::kMaximo; ++i)
         sucesos.decir({.que = Que::AlCliente}, "");

@@ -206,7 +206,11 @@ TEST_F(PuertaDeLaMaquina, UnNombreQuePareceUnNumeroNoEsEseNumero) {
     EXPECT_NE(dice(impostor.pedir(R"({"pedido":"forzar","direccion":"1.1.10"})")[0], "error"), "-");
     EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","direccion":"1.1.10"})")[0], "aceptada"), "si");
     EXPECT_NE(registro("ArchivoLog").find("usuario ana"), std::string::npos);
-    v.pedir(R"({"pedido":"forzar","nivel":1,"veces":-1})");
+    EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","direccion":"9.9.10"})")[0], "error"),
+              "no se hace: no existe ese puerto o PLC");
+    EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","nivel":77,"veces":1})")[0], "error"),
+              "no se hace: ningun bloque tiene ese nivel");
+    EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","nivel":1,"veces":-1})")[0], "aceptada"), "si");
     EXPECT_NE(p.motor.porQue.porQueBloque(0).find(" por el usuario ana"), std::string::npos);
 }
 

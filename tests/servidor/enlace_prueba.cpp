@@ -172,7 +172,8 @@ TEST(Hostil, MilesDeOrdenesQueSeNieganNoLlenanElLog) {
     p.avanzar(10'000);
     const auto ruta = "/kv/LOGS_DRIVER/251116 DriverKV2200 ArchivoLog.txt";
     for (int i = 0; i < 5000; ++i) {
-        p.motor.solicitudes.escribirDireccion("no es direccion " + std::to_string(i), 1);
+        p.motor.solicitudes.escribirDireccion("no es direccion " + std::to_string(i), 1,
+                                              kOrigenGuion);
         p.motor.forzado.forzarPoleo("9.9." + std::to_string(i));
     }
     EXPECT_EQ(veces(p.archivos.contenido(ruta), "no es direccion"), 10U);
@@ -190,9 +191,13 @@ TEST(Hostil, MilesDeOrdenesQueSeNieganNoLlenanElLog) {
               1U);
     EXPECT_EQ(veces(p.archivos.contenido(ruta), "en el mismo segundo"), 0U) << "others had room";
     EXPECT_EQ(veces(p.archivos.contenido(ruta), ">y 4990 mas en 60 s; al final, escritura de no es "
-                                                "direccion 4999 valor: 1 - Scan: 3: 5"),
+                                                "direccion 4999 valor: 1 - Scan: 3: 5, direccion "
+                                                "no valida"),
               1U);
-    p.motor.solicitudes.escribirDireccion("otra mala", 1);
+    for (int i = 0; i < 50; ++i)
+        p.motor.solicitudes.escribirDireccion("de nuevo " + std::to_string(i), 1, kOrigenGuion);
+    p.motor.solicitudes.escribirDireccion("otra mala", 1, kOrigenVentana);
+    EXPECT_EQ(veces(p.archivos.contenido(ruta), "de nuevo 49"), 0U);
     EXPECT_EQ(veces(p.archivos.contenido(ruta), "otra mala"), 1U) << "a flood does not hide it";
 }
 

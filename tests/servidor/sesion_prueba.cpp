@@ -51,6 +51,13 @@ TEST(Ordenes, UnNumeroMaloPierdeElRestoDeLaLlegadaYQuedaEnElLog) {
     EXPECT_LT(p.log().size(), 200'000U);
     p.planta.avanzar(63'000);
     EXPECT_EQ(veces(p.log(), "entradas mas"), 1U);
+    p.cliente.conectar();
+    p.cliente.enviar(p.cliente.clave());
+    for (int i = 0; i < LogAcotado::kPorMinuto + 10; ++i)
+        p.cliente.enviar("[FORZNIV]x;y[/FORZNIV]");
+    EXPECT_EQ(veces(p.log(), "entradas mas"), 1U);
+    p.servidor.terminar();
+    EXPECT_EQ(veces(p.log(), ">y 10 entradas mas"), 1U) << "told at the end, too";
 }
 
 TEST(Ordenes, LosBytesDelCampoVanYVuelven) {

@@ -511,6 +511,8 @@ TEST_F(Editor, UnArchivoQueNoSePuedeLeerNoSePisa) {
     const std::string enorme(kMaximoDelGuion + 1, 'x');
     abrir(enorme);
     EXPECT_TRUE(codigo().isReadOnly()) << "no more than what runs";
+    EXPECT_EQ(mensaje(), QString::fromUtf8(
+                             "✖ El guion tiene más de 2 MiB; no se lo puede cambiar desde aquí."));
     tecla(Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(archivo().size(), enorme.size());
 }

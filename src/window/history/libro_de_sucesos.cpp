@@ -121,6 +121,7 @@ void LibroDeSucesos::alSuceder(const Suceso& suceso, std::string_view texto) {
     const Renglon* const renglon = renglonDe(suceso.que);
     // Writes that were carried out have a record of their own.
     if (renglon == nullptr || suceso.callado ||
+        (suceso.que == Que::EstacionMuda && suceso.detalle != 0) ||
         (suceso.que == Que::EscrituraTerminada &&
          static_cast<FinDeEscritura>(suceso.detalle) == FinDeEscritura::Confirmada))
         return;

@@ -23,7 +23,6 @@
 #include <numeric>
 
 namespace kv {
-namespace {} // namespace
 
 VentanaDeSucesos::VentanaDeSucesos(LibroDeSucesos& libro, const Tablas& tablas, QWidget* padre)
     : VentanaAlDia("FrmSucesos", kDeCercaMs, padre), libro_(libro),

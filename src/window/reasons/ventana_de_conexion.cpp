@@ -207,8 +207,8 @@ void VentanaDeConexion::refrescar() {
     pedidos_->setText(tr("%1 pedidos, %2 respuestas").arg(cuentas.pedidos).arg(cuentas.respuestas));
     vencidos_->setText(tr("%1, con %2 reintentos").arg(cuentas.vencidos).arg(cuentas.reintentos));
     descartes_->setText(
-        tr("%1 llegadas que no son respuesta (%2 bytes), %3 respuestas que no se esperaban, %4 "
-           "dudosas")
+        tr("%1 descartes de lo que no es respuesta (%2 bytes), %3 respuestas que no se esperaban o "
+           "con otro valor, %4 dudosas")
             .arg(cuentas.descartes)
             .arg(cuentas.bytesDescartados)
             .arg(cuentas.sobrantes)

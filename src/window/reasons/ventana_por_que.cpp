@@ -14,7 +14,6 @@
 #include <QVBoxLayout>
 
 namespace kv {
-namespace {} // namespace
 
 VentanaPorQue::VentanaPorQue(const Tablas& tablas, const PorQue& porQue, QWidget* padre)
     : VentanaAlDia("FrmPorQue", kDeLejosMs, padre), tablas_(tablas), porQue_(porQue),

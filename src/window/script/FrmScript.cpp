@@ -28,18 +28,23 @@ namespace {
 constexpr int kBorde = 7; // pixels, all around
 constexpr int kEntreMiradasMs = 500;
 
+/// Line 0: what is wrong has no place, but is the file.
+QString enSuLugar(int linea, int columna, const std::string& que) {
+    if (linea == 0) return enQt(que);
+    return FrmScript::tr("línea %1, columna %2: %3").arg(linea).arg(columna).arg(enQt(que));
+}
+
 QString enPalabras(const FallaDeGuion& falla) {
-    return FrmScript::tr("línea %1, columna %2: %3")
-        .arg(falla.linea)
-        .arg(falla.columna)
-        .arg(enQt(enIngles() ? falla.enIngles : falla.descripcion));
+    return enSuLugar(falla.linea, falla.columna, enIngles() ? falla.enIngles : falla.descripcion);
 }
 
 QString enPalabras(const AvisoDeGuion& aviso) {
-    return FrmScript::tr("línea %1, columna %2: %3")
-        .arg(aviso.linea)
-        .arg(aviso.columna)
-        .arg(enQt(enIngles() ? aviso.enIngles : aviso.texto));
+    return enSuLugar(aviso.linea, aviso.columna, enIngles() ? aviso.enIngles : aviso.texto);
+}
+
+QString demasiadoLargo() {
+    const auto& frase = EditorDeGuion::kDemasiadoLargo;
+    return enQt(enIngles() ? frase.ingles : frase.castellano);
 }
 
 /// A question over `padre`, answered later through `finished`.
@@ -180,7 +185,10 @@ void FrmScript::cargar() {
     noCompila_.reset();
     aviso_->hide();
     decir({});
-    if (!legible_) decir(tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
+    if (!legible_)
+        decir(editor_.eraDemasiadoLargo()
+                  ? tr("✖ %1; no se lo puede cambiar desde aquí.").arg(demasiadoLargo())
+                  : tr("✖ No se puede leer el archivo; no se lo puede cambiar desde aquí."));
     if (editor_.ruta().empty()) decir(tr("La configuración no tiene lugar para un guion."));
     falla_.reset();
     guardado_->clear();
@@ -228,13 +236,8 @@ void FrmScript::quejarse(EditorDeGuion::Guardado que, const std::string& texto) 
         avisar(this, tr("No se pudo escribir el archivo. No se guardó nada."));
         return;
     }
-    if (que == EditorDeGuion::Guardado::DemasiadoLargo) {
-        const auto& frase = EditorDeGuion::kDemasiadoLargo;
-        avisar(
-            this,
-            tr("%1. No se guardó nada.").arg(enQt(enIngles() ? frase.ingles : frase.castellano)));
-        return;
-    }
+    if (que == EditorDeGuion::Guardado::DemasiadoLargo)
+        return avisar(this, tr("%1. No se guardó nada.").arg(demasiadoLargo()));
     const auto ajeno = EditorDeGuion::caracterAjeno(texto);
     if (!ajeno) return;
     TextCodigo_->irA(ajeno->linea, ajeno->columna);
@@ -314,7 +317,7 @@ void FrmScript::mirar() {
         return;
     }
     const QString que = tr("Última corrida: %1").arg(enPalabras(*falla));
-    TextCodigo_->marcar(CajaDeCodigo::Marca::Corrida, falla->linea, que);
+    if (falla->linea > 0) TextCodigo_->marcar(CajaDeCodigo::Marca::Corrida, falla->linea, que);
     decir("✖ " + que);
 }
 
