@@ -180,9 +180,13 @@ void Bitacora::guion(const Suceso& s, std::string_view texto) {
     const bool detenido = s.que == Que::GuionDetenido;
     // What went wrong stands before it, once for each content of the file.
     EntradaDeLog e{kDriver, detenido ? "Guion detenido" : "Guion corre de nuevo",
-                   !detenido        ? "sin fallas"
-                   : s.detalle != 0 ? "agoto tiempo, memoria o pasos: descansa"
-                                    : "con una falla"};
+                   detenido ? s.detalle != 0 ? "agoto tiempo, memoria o pasos: descansa"
+                                             : "con una falla"
+                            : "sin fallas"};
+    if (!detenido && s.detalle != 0) {
+        e.procedimiento = "Guion";
+        e.mensaje = "ya no hay archivo del guion";
+    }
     e.novedad = detenido ? Novedad::GuionDetenido : Novedad::GuionSigue;
     if (detenido) e.motivo = texto;
     anotar(Clase::Guion, 0, e);
@@ -193,6 +197,7 @@ void Bitacora::cliente(const Suceso& s, std::string_view texto) {
     EntradaDeLog e{kDriver, entra ? "Cliente entra" : "Cliente sale", texto};
     e.novedad = entra ? Novedad::ClienteEntra : Novedad::ClienteSale;
     e.conexion = texto;
+    if (!entra && s.detalle != 0) e.descripcion = e.motivo = "no contesta";
     anotar(Clase::Cliente, 0, e);
 }
 

@@ -71,10 +71,10 @@ enum class Que : std::uint8_t {
     EnlaceNoLevanta, ///< no attempt of those in a row succeeded; once until it is up
     BloqueConmutado, ///< `detalle`: 1 on, 0 off; by whom, its record says
     GuionDetenido,   ///< text: why; `detalle` 1: it rests
-    GuionSigue,
-    ClienteEntra, ///< text: "address:port"
-    ClienteSale,  ///< the same
-    Ultimo        ///< not an event: their number
+    GuionSigue,      ///< `detalle` 1: its file has been taken away
+    ClienteEntra,    ///< text: "address:port"
+    ClienteSale,     ///< the same; `detalle` 1: closed, as it did not answer
+    Ultimo           ///< not an event: their number
 };
 static_assert(static_cast<unsigned>(Que::Ultimo) < 64);
 

@@ -67,7 +67,9 @@ void Guion::correr() {
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
     if (!falla_) {
-        if (std::exchange(detenido_, false)) sucesos_.decir({.que = Que::GuionSigue});
+        if (std::exchange(detenido_, false))
+            sucesos_.decir({.que = Que::GuionSigue,
+                            .detalle = static_cast<std::int16_t>(huella_.existe ? 0 : 1)});
         return;
     }
     lleno_ = error.budget && error.number == vbscript::errors::outOfMemory;

@@ -32,6 +32,11 @@ class Puerta {
     /// Where to listen; empty: nowhere, as nobody would be let in.
     [[nodiscard]] std::string_view direccionDeEscucha() const;
     [[nodiscard]] bool puedeEntrar(std::string_view ip) const;
+    /// What the log says of one that may not, from the address on.
+    [[nodiscard]] std::string porQueNoEntra() const {
+        return escucha_.cerrada ? "la puerta esta cerrada, por los ajustes"
+                                : "no esta entre los permitidos";
+    }
     /// Whether a client is sent nothing before its password was right.
     [[nodiscard]] bool exigeLogin() const { return escucha_.exigeLogin; }
     /// Seconds that a client has for its password; 0: any time.

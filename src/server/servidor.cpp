@@ -88,9 +88,14 @@ void FrmServerTCP::leerAjustesDeConexion() {
 }
 
 void FrmServerTCP::escuchar() {
-    if (wsEscucha_->estado() == EstadoZocalo::Escuchando) return;
     const auto puerto = static_cast<std::uint32_t>(puertoEscucha_);
     const std::string direccion(puerta_.direccionDeEscucha());
+    const std::string donde = direccion + ":" + textoDeNumero(puertoEscucha_);
+    if (wsEscucha_->estado() == EstadoZocalo::Escuchando) {
+        if (donde == escuchaEn_) return;
+        wsEscucha_->cerrar();
+    }
+    escuchaEn_ = donde;
     vista_.servidor.lblPuertoServidor.poner("Puerto " + textoDeNumero(puertoEscucha_));
     if (direccion.empty()) return wsEscucha_->cerrar();
     wsEscucha_->escuchar(direccion, puerto);
@@ -101,8 +106,7 @@ void FrmServerTCP::escuchar() {
 void FrmServerTCP::anotarFallaDeEscucha() {
     std::string falla;
     if (wsEscucha_->estado() == EstadoZocalo::Error)
-        falla = "no se puede escuchar en " + std::string(puerta_.direccionDeEscucha()) + ":" +
-                textoDeNumero(puertoEscucha_) + ": " + wsEscucha_->motivo();
+        falla = "no se puede escuchar en " + escuchaEn_ + ": " + wsEscucha_->motivo();
     if (falla == fallaDeEscucha_) return;
     fallaDeEscucha_ = falla;
     if (falla.empty()) return;
@@ -150,12 +154,14 @@ void FrmServerTCP::acabar() {
 }
 
 /// Ends what is done for it, and closes.
-void FrmServerTCP::despedir(std::uint64_t numero) {
+void FrmServerTCP::despedir(std::uint64_t numero, bool porCallar) {
     if (sala_.hayCliente()) {
         acabar();
         if (sala_.hallar(numero) == nullptr) return;
         sesion_.terminar();
-        sucesos_.decir({.que = Que::ClienteSale}, sala_.primera()->remoto);
+        sucesos_.decir(
+            {.que = Que::ClienteSale, .detalle = static_cast<std::int16_t>(porCallar ? 1 : 0)},
+            sala_.primera()->remoto);
     }
     sala_.despedir(numero);
 }
@@ -183,7 +189,7 @@ void FrmServerTCP::contarKeepAlive(Visita& visita, double maximo, bool toca) {
     // Closing drops what waits for the end of the turn; the client is to see the last one too.
     if (ultimo) visita.zocalo->agruparEnvios(false);
     if (toca && puedeSaber() && &visita == sala_.primera()) enviar(kKeepAliveDelDriver);
-    if (ultimo) despedir(numero);
+    if (ultimo) despedir(numero, true);
 }
 
 void FrmServerTCP::alContestarKeepAlive() {
@@ -199,7 +205,7 @@ void FrmServerTCP::alPedirConexion(std::size_t /*indice*/, std::string_view remo
     if (sala_.hayCliente()) return;
     puerta_.releer();
     if (!puerta_.puedeEntrar(remoto.substr(0, remoto.rfind(':'))))
-        return log_.escribir("Conexion", std::string(remoto) + ": no esta entre los permitidos",
+        return log_.escribir("Conexion", std::string(remoto) + ": " + puerta_.porQueNoEntra(),
                              Novedad::PuertaCerrada);
     std::string salio;
     Visita& visita =
@@ -223,7 +229,7 @@ void FrmServerTCP::alLlegarDatos(std::size_t indice, std::span<const std::uint8_
 void FrmServerTCP::entra(Visita& visita) {
     puerta_.releer(); // the door may have been closed since it came
     if (!puerta_.puedeEntrar(visita.ip())) {
-        log_.escribir("Login", visita.remoto + ": ya no esta entre los permitidos, se cierra",
+        log_.escribir("Login", visita.remoto + ": " + puerta_.porQueNoEntra() + ", se cierra",
                       Novedad::PuertaCerrada);
         return despedir(visita.numero);
     }

@@ -62,7 +62,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     void vigilarPlazoDeLogin();
     void entra(Visita& visita);
     void acabar();
-    void despedir(std::uint64_t numero);
+    void despedir(std::uint64_t numero, bool porCallar = false);
 
     void alLlegarDatos(std::size_t indice, std::span<const std::uint8_t> bytes) override;
     void alCortarse(std::size_t indice) override;
@@ -103,6 +103,7 @@ class FrmServerTCP final : public AvisoAlCliente, private OyenteDeZocalo, privat
     double puertoEscucha_ = kPuertoEscucha.porDefecto;
     Separadores separadores_;
     std::string sobre_;          ///< the message being put together; empty while events run
+    std::string escuchaEn_;      ///< "address:port", as it was asked for last
     std::string fallaDeEscucha_; ///< why listening failed, as it was logged last
     double tics_ = 0;            ///< of the keep-alive timer since the client last answered
     bool sincronizando_ = false; ///< a synchronisation is letting events run

@@ -20,23 +20,26 @@ namespace {
 
 constexpr std::size_t kLlegadaEnCaja = 4096;     // bytes of one arrival that the box shows
 constexpr std::size_t kLlegadaEnRegistro = 2048; // and a log entry
+constexpr std::size_t kCampoEnRegistro = 64;     // of what is wrong in it
 
 constexpr std::size_t kTramasPorTanda = 200;
 constexpr std::int64_t kTandaUs = 1000;
 constexpr std::int64_t kSeguirMs = 1;
 
-double numeroDeCampo(std::string_view campo) {
-    const auto numero = numeroDeTexto(campo);
-    if (!numero)
-        throw std::invalid_argument("No coinciden los tipos: " +
-                                    utf8DesdeWindows1252(campo.substr(0, 64)));
-    return *numero;
-}
-
 std::string paraMostrar(std::string_view llegada, std::size_t maximo) {
     std::string texto = enUnaLinea(utf8DesdeWindows1252(llegada.substr(0, maximo)));
     if (llegada.size() > maximo) texto += "... (" + std::to_string(llegada.size()) + " bytes)";
     return texto;
+}
+
+/// `contenido` is the frame of which the field is part.
+double numeroDeCampo(std::string_view campo, std::string_view contenido) {
+    const auto numero = numeroDeTexto(campo);
+    if (!numero)
+        throw std::invalid_argument(
+            "No coinciden los tipos: " + paraMostrar(campo, kCampoEnRegistro) + " en " +
+            paraMostrar(contenido, kCampoEnRegistro));
+    return *numero;
 }
 
 } // namespace
@@ -138,7 +141,8 @@ void Sesion::anotar(std::string_view llegada) {
 
 void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
     log_.escribir("arriba datos", kNombreDelPrograma,
-                  std::string(que) + " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
+                  std::string(que) + (remoto_.empty() ? "" : ", de " + remoto_) +
+                      " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
 }
 
 bool Sesion::identificar(std::string_view llegada, std::string_view remoto) {
@@ -212,7 +216,7 @@ void Sesion::escribirUna(std::string_view contenido) {
     cable_.enviarSuelto(kEscrituraRecibida);
     const auto campos = dosCampos(contenido);
     if (!campos) return;
-    const double valor = numeroDeCampo(campos->second);
+    const double valor = numeroDeCampo(campos->second, contenido);
     const std::string direccion = utf8DesdeWindows1252(campos->first);
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen_);
@@ -224,10 +228,10 @@ void Sesion::escribirUna(std::string_view contenido) {
 void Sesion::forzarUna(std::string_view contenido) {
     const auto campos = dosCampos(contenido);
     if (!campos) return;
-    const double nivel = numeroDeCampo(campos->first);
+    const double nivel = numeroDeCampo(campos->first, contenido);
     // Without its port: a client that comes again is the same one.
     const std::string quien = nombreDe(Ordenante::Cliente, remoto_.substr(0, remoto_.rfind(':')));
-    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second), quien);
+    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second, contenido), quien);
 }
 
 void Sesion::leerUna(std::string_view contenido) {

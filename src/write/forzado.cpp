@@ -124,7 +124,8 @@ void Forzado::forzarVeces(Indice bloque, double veces, std::string_view nota) {
 void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
                                                       std::string_view quien) {
     const BloqueLectura& b = tablas_.bloques[bloque];
-    const bool cambia = b.activo != estado;
+    // A forced read keeps a block on for as long as it lasts: what it was before is what changes.
+    const bool cambia = (b.forzado ? b.activoSinForzar : b.activo) != estado;
     reloj_.encender(bloque, estado, tablas_.ordenante(quien));
     if (cambia)
         sucesos_.decir({.que = Que::BloqueConmutado,

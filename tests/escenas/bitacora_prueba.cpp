@@ -187,6 +187,20 @@ TEST_F(BitacoraPrueba, EstacionBloquesEscriturasYGuion) {
     plc.registros[{1, 0x10}] = 8;
     p->avanzar(kMinuto);
     EXPECT_EQ(lineas("KV403"), 1);
+    // Taken away while it fails it has not recovered.
+    plc.registros[{1, 0x10}] = 9;
+    p->avanzar(kMinuto);
+    p->archivos.borrar("/kv/DRIVER_KV2200_Config.MDrivScrip");
+    p->avanzar(kMinuto);
+    EXPECT_TRUE(dice("DRIVER>Guion>ya no hay archivo del guion, DescError:KV403\r\n")) << log();
+    // A forced read keeps a block on only for as long as it lasts: the order is what changes it.
+    p->motor.operador.activarBloque(0, false);
+    for (const char* veces : {"3", "-1", "3", "0"})
+        EXPECT_TRUE(p->motor.operador.forzarPorNivel("1", veces).vacio());
+    EXPECT_TRUE(p->bloque(0).activo);
+    EXPECT_TRUE(log().find("Bloque encendido>1.1.10", log().rfind("Bloque apagado>1.1.10")) !=
+                std::string::npos)
+        << log();
 }
 
 TEST_F(BitacoraPrueba, LosAjustesQueCambianYLaPlantaEnCifras) {

@@ -35,6 +35,13 @@ TEST(KeepAlive, QuienNoContestaCaeEnElOctavoTic) {
     EXPECT_EQ(veces(p.otro.tomar(), kPregunta), 6U);
     p.planta.avanzar(2000);
     EXPECT_FALSE(p.otro.conectado);
+    // The log tells one that fell silent from one that went.
+    p.cliente.conectar();
+    p.cliente.enviar(p.cliente.clave());
+    p.planta.avanzar(60'000);
+    EXPECT_FALSE(p.cliente.conectado);
+    EXPECT_EQ(veces(p.log(), "Cliente sale>10.0.0.9:50000, DescError:no contesta KV502"), 1U)
+        << p.log();
 }
 
 TEST(KeepAlive, QuienLlegaNoRespondePorElSilencioDelAnterior) {
@@ -99,6 +106,14 @@ TEST(Enlace, LosAjustesSeLeenMientrasAnda) {
     p.planta.ajuste("PuertoEscucha", "muchos");
     p.planta.avanzar(6000);
     EXPECT_EQ(veces(p.log(), "PuertoEscucha=muchos"), 1U);
+    // Nobody is served: the change counts at once.
+    p.planta.ajuste("PuertoEscucha", "2001");
+    p.planta.avanzar(6000);
+    p.otro.conectar(2001);
+    EXPECT_TRUE(p.otro.conectado);
+    p.planta.ajuste("Escucha_Solo_Letura", "1"); // a key that is none closes the door
+    p.planta.avanzar(10'000);
+    EXPECT_NE(p.estado(), EstadoZocalo::Escuchando);
 }
 
 TEST(Enlace, UnPuertoTomadoSeVuelveAIntentar) {

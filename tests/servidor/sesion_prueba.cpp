@@ -41,7 +41,9 @@ TEST(Ordenes, UnNumeroMaloPierdeElRestoDeLaLlegadaYQuedaEnElLog) {
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK]");
     const std::string log = p.log();
     EXPECT_NE(log.find("DriverKV2200>arriba datos>"), std::string::npos) << log;
-    EXPECT_NE(log.find(" Datos: [Write]c;1[/Write]SINCRONIZAR\r\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("x y en b;x y, de 10.0.0.9:50000 Datos: [Write]c;1[/Write]SINCRONIZAR\r\n"),
+              std::string::npos)
+        << log;
     p.planta.avanzar(2000);
     EXPECT_EQ(p.cliente.tomar().find("[SINK_FIN]"), std::string::npos);
     // However often it happens, the log is bounded.
