@@ -42,7 +42,8 @@ class Bucle {
     void correr(double segundos) {
         const double fin = ahora() + segundos;
         std::array<epoll_event, 256> sucesos; // NOLINT: filled by the kernel
-        for (double t = ahora(); t < fin; t = ahora()) {
+        double t = 0;
+        while ((t = ahora()) < fin) {
             int espera = 100;
             if (!porEnviar_.empty())
                 espera = std::max(0, static_cast<int>((porEnviar_.front().cuando - t) * 1000 + 1));

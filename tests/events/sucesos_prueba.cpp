@@ -74,7 +74,7 @@ TEST_F(Acontecer, ElRuidoNoEchaLoPedido) {
     const std::string linea = desde(trazas.txtTramas, 5001);
     EXPECT_TRUE(linea.ends_with("[A][A]...¦ Cantidad: 7\r\n"));
     EXPECT_EQ(linea.size(), std::string("00:00:00 01-01-1970  Obteniendo bytes <- ").size() +
-                                512 * 3 + std::string("...¦ Cantidad: 7\r\n").size());
+                                std::size_t{512} * 3 + std::string("...¦ Cantidad: 7\r\n").size());
 }
 
 TEST_F(Acontecer, LoQueTieneCajaPropiaSobreviveAlTrafico) {
