@@ -157,10 +157,12 @@ Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s)
         return s.propios[static_cast<std::size_t>(c)].linea == 0;
     };
     // A file that was cut off may end where nothing else tells.
-    if (s.esclavos.empty() && s.bloques.empty() && falta(CampoDePuerto::CantEsclavos) &&
-        falta(CampoDePuerto::CantBloques))
+    const bool sinBloques = s.bloques.empty() && falta(CampoDePuerto::CantBloques);
+    if (sinBloques && s.esclavos.empty() && falta(CampoDePuerto::CantEsclavos))
         problema(s.linea, "faltan CantEsclavos y CantBloques en la sección",
                  "el puerto queda sin estaciones ni bloques");
+    else if (sinBloques)
+        problema(s.linea, "falta CantBloques en la sección", "el puerto queda sin bloques");
     const auto lineaDe = [&s](CampoDePuerto c) {
         const DatoIni& d = s.propios[static_cast<std::size_t>(c)];
         return d.linea != 0 ? d.linea : s.linea;

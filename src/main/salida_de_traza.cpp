@@ -4,8 +4,8 @@
 #include "text/nombre_del_programa.h"
 
 #include <cerrno>
-#include <iostream>
 #include <poll.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace kv {
@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::size_t kMaximoPendiente = 64U << 20;
 constexpr std::size_t kTrozo = 4096; // a pipe that takes anything takes this much without waiting
+constexpr std::size_t kMensaje = kTrozo - 256; // and its title
 constexpr int kEsperaAlFinalMs = 2000;
 
 } // namespace
@@ -85,8 +86,17 @@ void SalidaDeTraza::alVestirEtiqueta(std::string_view etiqueta, const AspectoDeE
     linea(etiqueta, -1, "[" + (que.empty() ? "como la ventana" : que) + "]");
 }
 
+/// A reader that takes nothing loses the message: the driver waits for nobody.
 void SalidaDeTraza::alMostrarMensaje(std::string_view titulo, std::string_view texto) {
-    std::cerr << (titulo.empty() ? kNombreDelPrograma : titulo) << ": " << texto << std::endl;
+    std::string renglon(titulo.empty() ? kNombreDelPrograma : titulo);
+    renglon.append(": ").append(texto.substr(0, kMensaje)).append("\n");
+    // The journal's end is a socket, of which room for one byte promises none for the others.
+    if (send(STDERR_FILENO, renglon.data(), renglon.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0 ||
+        errno != ENOTSOCK)
+        return;
+    pollfd salida{STDERR_FILENO, POLLOUT, 0};
+    if (poll(&salida, 1, 0) != 1) return;
+    [[maybe_unused]] const auto n = write(STDERR_FILENO, renglon.data(), renglon.size());
 }
 
 void SalidaDeTraza::volcar() {

@@ -132,6 +132,10 @@ TEST(Driver, CantidadesQueElArchivoNoTiene) {
     EXPECT_EQ(textoDeProblema(hueco.problemas.lista()[1]),
               "D.ini:3: faltan CantEsclavos y CantBloques en la sección; el puerto queda sin "
               "estaciones ni bloques");
+    const auto cortado = leer("[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\nCantEsclavos=0\n");
+    ASSERT_EQ(cortado.problemas.lista().size(), 1U);
+    EXPECT_EQ(textoDeProblema(cortado.problemas.lista()[0]),
+              "D.ini:3: falta CantBloques en la sección; el puerto queda sin bloques");
 }
 
 TEST(Driver, NumerosMalos) {
@@ -147,7 +151,7 @@ TEST(Driver, NumerosMalos) {
     std::string lineas;
     for (const Problema& p : l.problemas.lista())
         lineas += std::to_string(p.linea) + " ";
-    EXPECT_EQ(lineas, "4 5 11 12 14 15 ");
+    EXPECT_EQ(lineas, "4 5 3 11 12 14 15 ");
 }
 
 TEST(Driver, CodificacionEquivocada) {

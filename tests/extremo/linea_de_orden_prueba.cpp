@@ -216,6 +216,16 @@ TEST(LineaDeOrden, UnaSalidaQueNoSePuedeEscribirTerminaCon1) {
     Proceso cliente(planta.cliente({"--espera", "60", "sincronizar"}));
     EXPECT_EQ(cliente.terminar(), 0) << cliente.errores();
     EXPECT_EQ(driver.terminar(SIGTERM), 1);
+    // Nor does one wait whose messages nobody reads: a pipe that is full.
+    const Instalacion sorda;
+    Proceso mudo({"/bin/sh", "-c",
+                  "cd " + sorda.ruta() + " && mkfifo tubo && exec 3<>tubo && " +
+                      "head -c 65536 /dev/zero >&3 && exec ./driver --sin-ventana 2>&3"});
+    EXPECT_EQ(Proceso(sorda.cliente({"--espera", "60", "sincronizar"})).terminar(), 0);
+    kill(mudo.pid(), SIGHUP); // refused, which a message says
+    EXPECT_EQ(Proceso(sorda.cliente({"--espera", "60", "sincronizar"})).terminar(), 0);
+    EXPECT_TRUE(tiene(registroDe(sorda), "no se recarga")) << registroDe(sorda);
+    EXPECT_EQ(mudo.terminar(SIGTERM), 0);
 }
 
 TEST(LineaDeOrden, ComprobarLosEjemplosNoHallaNada) {

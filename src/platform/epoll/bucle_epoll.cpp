@@ -216,7 +216,9 @@ void BucleEpoll::dejarCorrerPendientes() {
 
 void BucleEpoll::esperar(int esperaMs) {
     std::array<epoll_event, kSucesosPorMirada> sucesos; // NOLINT: filled by the kernel
-    const int n = epoll_wait(epoll_, sucesos.data(), kSucesosPorMirada, esperaMs);
+    int n = epoll_wait(epoll_, sucesos.data(), kSucesosPorMirada, esperaMs);
+    // Stopped and continued: what has come meanwhile is looked at before time-outs are counted.
+    if (n < 0 && errno == EINTR) n = epoll_wait(epoll_, sucesos.data(), kSucesosPorMirada, 0);
     miradoUs_ = reloj_.monotonicoUs();
     reloj_.caducar();
     if (siguiente_ == listos_.size()) {
