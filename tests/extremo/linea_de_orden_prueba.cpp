@@ -265,7 +265,19 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     EXPECT_EQ(r.codigo, 1);
     EXPECT_TRUE(tiene(r.errores, csv + ":5: columna ScanTime: falta; no se importa nada\n"))
         << r.errores;
+    // Cells that are numbers and texts, but not what a plant can be built of.
+    planta.escribir("planta.csv",
+                    "tipo;puerto;PLC;Ip;PuertoTCP;Indice;StarAdrees;Quantity;ScanTime;TIME_OUT\r\n"
+                    "puerto;1;;;;;;;;0\r\nestacion;1;1;127.0.0.1.1;99999;1\r\n"
+                    "bloque;1;1;;;;1G;1;1\r\nbloque;1;1;;;;10;0;1\r\nbloque;1;77;;;;10;1;1\r\n");
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    for (const char* donde :
+         {":2: columna TIME_OUT: ", ":3: columna Ip: ", ":3: columna PuertoTCP: ",
+          ":4: columna StarAdrees: ", ":5: columna Quantity: ", ":6: columna PLC: "})
+        EXPECT_TRUE(tiene(r.errores, csv + donde)) << donde << " in\n" << r.errores;
     EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_FALSE(std::filesystem::exists(planta.ruta() + "/DRIVER_KV2200_Config.ini.anterior"));
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
     {
         Proceso driver(planta.correr());
@@ -289,6 +301,38 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     const std::string otra = planta.ruta() + "/otra.csv";
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
+    // What the plant lives with today does not keep its table out.
+    planta.escribir(
+        "DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(1, "127.0.0.1.1", 1).bloque(1, "10", "1").texto());
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 0);
+    EXPECT_TRUE(tiene(r.errores, "tiene la Ip \"127.0.0.1.1\"")) << r.errores;
+}
+
+TEST(LineaDeOrden, NingunaSalidaPisaLoDeLaPlantaYLoDeOtroArchivoSeGuarda) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
+    const std::string antes = planta.leer("DRIVER_KV2200_Config.ini");
+    std::filesystem::create_symlink("sis_config.ini", planta.ruta() + "/otra");
+    const std::string ajustes = planta.leer("sis_config.ini");
+    for (const char* suyo : {"otra", "sis_config.ini", "driver_KV2200_config.ini",
+                             "descripciones.csv", "DRIVER_KV2200_Config.MDrivScrip"}) {
+        for (const char* que : {"--exportar", "--evidencia"}) {
+            const Resultado r =
+                correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/" + suyo});
+            EXPECT_EQ(r.codigo, 1) << suyo;
+            EXPECT_TRUE(tiene(r.errores, "es un archivo de la planta")) << suyo << r.errores;
+        }
+    }
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_EQ(planta.leer("sis_config.ini"), ajustes);
+    for (const char* que : {"--exportar", "--evidencia"}) {
+        planta.escribir("salida", "de antes");
+        EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/salida"}).codigo, 0);
+        EXPECT_EQ(planta.leer("salida.anterior"), "de antes");
+    }
 }
 
 TEST(LineaDeOrden, ConOtroProyectoRecargadoSeImportaEnElQueSeDejoYEnElNuevoNo) {
