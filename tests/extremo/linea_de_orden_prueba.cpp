@@ -118,6 +118,10 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
                                                        "como UTF-8 y debe ser Windows-1252;"
                                                      : ":1: columna 1: el archivo parece"))
             << utf8.salida;
+        EXPECT_EQ(tiene(utf8.salida, "columna 1: El archivo tiene la marca de UTF-8: hay que "
+                                     "guardarlo como Windows-1252; el guion no corre\n"),
+                  !marca.empty())
+            << utf8.salida;
     }
     const Resultado largo = comprobar(std::string((2U << 20) + 1, '\''));
     EXPECT_TRUE(tiene(largo.salida, "MDrivScrip: El guion tiene más de 2 MiB; no corre\n"))
@@ -377,6 +381,20 @@ TEST(LineaDeOrden, ConOtroProyectoRecargadoSeImportaEnElQueSeDejoYEnElNuevoNo) {
     EXPECT_FALSE(importa(deB));
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     EXPECT_TRUE(importa(deB));
+}
+
+TEST(LineaDeOrden, LoQueNoSePuedeReproducirTerminaCon1) {
+    const Carpeta c;
+    c.escribir("otra", "nada de eso");
+    c.escribir("cortada", "KVGRAB1\n\x7F");
+    for (const auto& [nombre, que] : {std::pair{"/no", "no se puede leer"},
+                                      {"", "no se puede leer"},
+                                      {"/otra", "no es una grabacion"},
+                                      {"/cortada", "termina a mitad de una entrada"}}) {
+        const Resultado r = correr({"--reproducir", c.ruta() + nombre});
+        EXPECT_EQ(r.codigo, 1) << nombre;
+        EXPECT_TRUE(tiene(r.errores, que)) << r.errores;
+    }
 }
 
 TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {
