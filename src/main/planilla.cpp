@@ -31,8 +31,8 @@ void decir(std::ostream& errores, const Problemas& problemas) {
     if (problemas.demas() > 0) errores << "... y " << problemas.demas() << " más\n";
 }
 
-/// What the configuration that is there has wrong too is only told: a plant that is served with it
-/// is not kept from its table. False: the table has more, and nothing may be written.
+/// What the configuration that is there has wrong too is only reported: a plant that is served with
+/// it is not kept from its table. False: the table has more, and nothing may be written.
 bool sirve(ListasDeConfiguracion& listas, ListasDeConfiguracion deAntes, std::ostream& errores) {
     deAntes.archivo = listas.archivo;
     Problemas antes, ahora;
