@@ -7,14 +7,47 @@
 #include <cstdint>
 
 namespace kv {
+namespace {
+
+/// A fault without its line and those that it names.
+std::string sinLinea(const Problema& p) {
+    constexpr std::string_view kLinea = "la línea ";
+    std::string texto = p.archivo + ": " + p.que;
+    for (auto n = texto.find(kLinea); n != std::string::npos; n = texto.find(kLinea, n)) {
+        n += kLinea.size();
+        texto.erase(n, texto.find_first_not_of("0123456789", n) - n);
+    }
+    return texto;
+}
+
+} // namespace
 
 void Problemas::agregar(std::string_view archivo, std::size_t linea, std::string que,
-                        std::string consecuencia) {
+                        std::string consecuencia, std::string_view campo) {
     if (lista_.size() == kMaximo) {
         ++demas_;
         return;
     }
-    lista_.push_back({std::string(archivo), linea, std::move(que), std::move(consecuencia)});
+    lista_.push_back({std::string(archivo), linea, std::move(que), std::move(consecuencia), campo});
+}
+
+void ProblemasConocidos::conocer(const Problemas& problemas) {
+    veces_.clear();
+    for (const Problema& p : problemas.lista())
+        ++veces_[sinLinea(p)];
+}
+
+std::vector<Problema> ProblemasConocidos::nuevos(const Problemas& problemas) const {
+    auto quedan = veces_;
+    std::vector<Problema> nuevos;
+    for (const Problema& p : problemas.lista()) {
+        std::size_t& queda = quedan[sinLinea(p)];
+        if (queda > 0)
+            --queda;
+        else
+            nuevos.push_back(p);
+    }
+    return nuevos;
 }
 
 std::string textoDeProblema(const Problema& problema) {

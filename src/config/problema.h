@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace kv {
@@ -15,6 +16,8 @@ struct Problema {
     std::size_t linea = 0; ///< counted from 1; 0 when the whole file is meant
     std::string que;
     std::string consecuencia;
+    std::string_view campo =
+        {}; ///< the table's column at fault, where it is just one; lives forever
 };
 
 /// The problems found, in the order in which they were found. The first thousand are kept, the
@@ -23,7 +26,7 @@ class Problemas {
   public:
     static constexpr std::size_t kMaximo = 1000;
     void agregar(std::string_view archivo, std::size_t linea, std::string que,
-                 std::string consecuencia);
+                 std::string consecuencia, std::string_view campo = {});
     [[nodiscard]] const std::vector<Problema>& lista() const { return lista_; }
     /// How many were found beyond those kept.
     [[nodiscard]] std::size_t demas() const { return demas_; }
@@ -32,6 +35,19 @@ class Problemas {
   private:
     std::vector<Problema> lista_;
     std::size_t demas_ = 0;
+};
+
+/// The faults of a configuration, to tell which of the next one's are new. Lines do not tell faults
+/// apart: they move when others are put before them.
+class ProblemasConocidos {
+  public:
+    void conocer(const Problemas& problemas);
+    /// Those that are new, or that there are more of; in their order. Of those beyond the limit of
+    /// `Problemas` it cannot be known.
+    [[nodiscard]] std::vector<Problema> nuevos(const Problemas& problemas) const;
+
+  private:
+    std::unordered_map<std::string, std::size_t> veces_; ///< how often there is each
 };
 
 /// "FILE:LINE: what; consequence".

@@ -20,6 +20,23 @@ namespace {
 
 constexpr std::size_t kMaximoDeNombre = 255 - kSufijoDeEstado.size();
 
+/// As the table's column is called, whose names are those of the file's keys.
+namespace campo {
+constexpr std::string_view kPuerto = "puerto";
+constexpr std::string_view kTiempoFuera = "TIME_OUT";
+constexpr std::string_view kReintentos = "REINTENTOS_MAX";
+constexpr std::string_view kReconeccion = "SEG_RECONECCION";
+constexpr std::string_view kScanPorDefecto = "DEFAULT_SCAN_TIME";
+constexpr std::string_view kPlc = "PLC";
+constexpr std::string_view kIp = "Ip";
+constexpr std::string_view kPuertoTcp = "PuertoTCP";
+constexpr std::string_view kIndice = "Indice";
+constexpr std::string_view kDireccion = "StarAdrees";
+constexpr std::string_view kCantidad = "Quantity";
+constexpr std::string_view kScan = "ScanTime";
+constexpr std::string_view kNivel = "Nivel";
+} // namespace campo
+
 bool entero(double n) { return n == std::floor(n); }
 
 /// A station as blocks look for it: the first in the order of connections, then of stations.
@@ -41,8 +58,9 @@ class Validador {
     }
 
   private:
-    void problema(std::size_t linea, std::string que, std::string consecuencia) {
-        problemas_.agregar(listas_.archivo, linea, std::move(que), std::move(consecuencia));
+    void problema(std::size_t linea, std::string que, std::string consecuencia,
+                  std::string_view cual = {}) {
+        problemas_.agregar(listas_.archivo, linea, std::move(que), std::move(consecuencia), cual);
     }
     void puertos();
     Suerte puerto(const Puerto& p, std::size_t linea);
@@ -99,43 +117,45 @@ Suerte Validador::puerto(const Puerto& p, std::size_t linea) {
     const std::string nombre = "el puerto " + textoDeNumero(p.numero);
     if (puertoDeRegistros(p.numero) == 0) {
         problema(linea, nombre + " no tiene un número entero de 1 a 32767",
-                 "no se construyen el puerto ni sus estaciones y bloques");
+                 "no se construyen el puerto ni sus estaciones y bloques", campo::kPuerto);
         return Suerte::NoConstruir;
     }
     const auto lugar = static_cast<double>(puertosConstruidos_ + 1);
     if (!numerosDePuerto_.insert(p.numero).second)
         problema(linea, nombre + " está repetido",
                  "sus bloques usan los tiempos del puerto que está en el lugar " +
-                     textoDeNumero(p.numero));
+                     textoDeNumero(p.numero),
+                 campo::kPuerto);
     else if (p.numero != lugar)
         problema(linea,
                  nombre + " está en el lugar " + textoDeNumero(lugar) +
                      " y debe estar en el lugar de su número",
                  "sus bloques usan los tiempos del puerto que está en ese lugar, y sin ninguno "
-                 "no se crean");
+                 "no se crean",
+                 campo::kPuerto);
     return Suerte::Construir;
 }
 
 void Validador::corregirTiempos(Puerto& p, const LineasDePuerto& lineas) {
-    const auto corregir = [&](double& valor, bool sirve, std::size_t linea, const char* que,
-                              double porDefecto) {
+    const auto corregir = [&](double& valor, bool sirve, std::size_t linea, std::string_view cual,
+                              double porDefecto, std::string_view que = {}) {
         if (sirve) return;
         problema(linea,
-                 "el puerto " + textoDeNumero(p.numero) + " tiene " + que + " " +
-                     textoDeNumero(valor),
-                 "se usa " + textoDeNumero(porDefecto));
+                 "el puerto " + textoDeNumero(p.numero) + " tiene " +
+                     std::string(que.empty() ? cual : que) + " " + textoDeNumero(valor),
+                 "se usa " + textoDeNumero(porDefecto), cual);
         valor = porDefecto;
     };
     corregir(p.tiempoFuera, esTiempo(p.tiempoFuera, limite::kTiempoFuera), lineas.tiempoFuera,
-             "TIME_OUT", de_puerto::kTiempoFuera);
+             campo::kTiempoFuera, de_puerto::kTiempoFuera);
     corregir(p.reintentosMax,
              p.reintentosMax >= 0 && p.reintentosMax <= limite::kReintentos &&
                  entero(p.reintentosMax),
-             lineas.reintentosMax, "REINTENTOS_MAX", de_puerto::kReintentos);
+             lineas.reintentosMax, campo::kReintentos, de_puerto::kReintentos);
     corregir(p.segReconeccion, esTiempo(p.segReconeccion), lineas.segReconeccion,
-             "segundos de reconexión", de_puerto::kReconeccion);
-    corregir(p.scanPorDefecto, esScan(p.scanPorDefecto), lineas.scanPorDefecto, "DEFAULT_SCAN_TIME",
-             de_puerto::kScan);
+             campo::kReconeccion, de_puerto::kReconeccion, "segundos de reconexión");
+    corregir(p.scanPorDefecto, esScan(p.scanPorDefecto), lineas.scanPorDefecto,
+             campo::kScanPorDefecto, de_puerto::kScan);
 }
 
 Trabajo Validador::estaciones() {
@@ -154,27 +174,28 @@ Suerte Validador::estacion(std::size_t i) {
     if (!numerosDePuerto_.contains(e.puerto))
         problema(linea,
                  nombre + " nombra el puerto " + std::to_string(e.puerto) + ", que no existe",
-                 "se construye, pero ninguno de sus bloques");
+                 "se construye, pero ninguno de sus bloques", campo::kPuerto);
     const std::size_t c = conexionDe(e);
     ConexionPrevista& conexion = v_.conexiones[c];
     if (!indices_.insert(std::uint64_t{c} << 16 | static_cast<std::uint16_t>(e.indice)).second) {
         problema(linea,
                  nombre + " repite el Indice " + std::to_string(e.indice) + " en " +
                      citarUtf8(e.ip + ":" + e.puertoTCP),
-                 "se ignora la estación");
+                 "se ignora la estación", campo::kIndice);
         return Suerte::NoConstruir;
     }
     if (conexion.puerto != e.puerto)
         problema(linea,
                  nombre + " es del puerto " + std::to_string(e.puerto) +
                      " y su dirección ya pertenece al puerto " + std::to_string(conexion.puerto),
-                 "los bloques del puerto " + std::to_string(e.puerto) + " no la encuentran");
+                 "los bloques del puerto " + std::to_string(e.puerto) + " no la encuentran",
+                 campo::kPuerto);
     conexion.estaciones.push_back(i);
     const auto [lugar, nuevo] =
         destinos_.try_emplace(llave(conexion.puerto, e.numero), Destino{c, i});
     if (!nuevo) {
         problema(linea, nombre + " repite un número del puerto " + std::to_string(conexion.puerto),
-                 "los bloques van a la estación de la primera conexión");
+                 "los bloques van a la estación de la primera conexión", campo::kPlc);
         if (c < lugar->second.conexion) lugar->second = {c, i};
     }
     const bool cabe = byteDeEstacion(e.indice).has_value();
@@ -182,7 +203,7 @@ Suerte Validador::estacion(std::size_t i) {
         problema(linea,
                  nombre + " tiene Indice " + std::to_string(e.indice) + ", fuera de 0 a " +
                      std::to_string(kUltimoIndice),
-                 "se construye y nunca se sondea: sus bloques quedan BAD");
+                 "se construye y nunca se sondea: sus bloques quedan BAD", campo::kIndice);
     return alcanzable(e, linea) && cabe ? Suerte::Construir : Suerte::SinSondeo;
 }
 
@@ -201,12 +222,12 @@ bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
         problema(linea,
                  nombre + " tiene la Ip " + citarUtf8(e.ip) +
                      ", que no es IPv4, ni IPv6, ni el nombre de una máquina",
-                 consecuencia);
+                 consecuencia, campo::kIp);
     if (puertoTcpDeTexto(recortar(e.puertoTCP))) return ip;
     problema(linea,
              nombre + " tiene el puerto TCP " + citarUtf8(e.puertoTCP) +
                  ", que no es un entero de 1 a 65535",
-             consecuencia);
+             consecuencia, campo::kPuertoTcp);
     return false;
 }
 
@@ -245,21 +266,25 @@ Trabajo Validador::bloques() {
 }
 
 bool Validador::cantidades(const ConfiguracionDeBloque& b, std::size_t linea) {
-    const auto rechazar = [&](const char* que, double valor, const std::string& pide) {
+    const auto rechazar = [&](const char* que, double valor, const std::string& pide,
+                              std::string_view cual) {
         problema(linea, std::string("el bloque tiene ") + que + " " + textoDeNumero(valor) + pide,
-                 "no se crea el bloque");
+                 "no se crea el bloque", cual);
         return false;
     };
     if (!(b.cantidad >= 1 && b.cantidad <= limite::kCantidad) || !entero(b.cantidad))
         return rechazar("cantidad", b.cantidad,
-                        " y debe ser un entero de 1 a " + textoDeNumero(limite::kCantidad));
+                        " y debe ser un entero de 1 a " + textoDeNumero(limite::kCantidad),
+                        campo::kCantidad);
     if (!(b.nivel >= 0 && b.nivel <= limite::kNivel) || !entero(b.nivel))
         return rechazar("nivel", b.nivel,
-                        " y debe ser un entero de 0 a " + textoDeNumero(limite::kNivel));
+                        " y debe ser un entero de 0 a " + textoDeNumero(limite::kNivel),
+                        campo::kNivel);
     if (!esScan(b.scanSegundos))
         return rechazar("ScanTime", b.scanSegundos,
                         " y debe ser 0, o de " + textoDeNumero(limite::kTiempoMinimo) + " a " +
-                            textoDeNumero(limite::kTiempo) + " s");
+                            textoDeNumero(limite::kTiempo) + " s",
+                        campo::kScan);
     return true;
 }
 
@@ -267,7 +292,7 @@ const Destino* Validador::destinoDe(const ConfiguracionDeBloque& b, std::size_t 
     const std::string consecuencia = "no se crea el bloque";
     if (!numerosDePuerto_.contains(b.puerto)) {
         problema(linea, "el puerto " + std::to_string(b.puerto) + " del bloque no existe",
-                 consecuencia);
+                 consecuencia, campo::kPuerto);
         return nullptr;
     }
     const bool posible = b.plc >= -32768 && b.plc <= 32767 && entero(b.plc);
@@ -277,14 +302,14 @@ const Destino* Validador::destinoDe(const ConfiguracionDeBloque& b, std::size_t 
         problema(linea,
                  "ninguna conexión del puerto " + std::to_string(b.puerto) + " tiene el PLC " +
                      textoDeNumero(b.plc) + " del bloque",
-                 consecuencia);
+                 consecuencia, campo::kPlc);
         return nullptr;
     }
     if (static_cast<std::size_t>(b.puerto) > puertosConstruidos_) {
         problema(linea,
                  "no hay ningún puerto en el lugar " + std::to_string(b.puerto) +
                      ", del que el bloque toma sus tiempos",
-                 consecuencia);
+                 consecuencia, campo::kPuerto);
         return nullptr;
     }
     return &d->second;
@@ -326,7 +351,8 @@ void Validador::repeticiones(const ConfiguracionDeBloque& b, std::size_t estacio
     if (cuantas > 1) que += " y " + std::to_string(cuantas - 1) + " más del bloque";
     que += cuantas > 1 ? " están repetidos" : " está repetido";
     problema(linea, que + ": ya lo pide la línea " + std::to_string(deQuien),
-             "se construyen los dos, con el mismo nombre si sólo cambian las mayúsculas");
+             "se construyen los dos, con el mismo nombre si sólo cambian las mayúsculas",
+             campo::kDireccion);
 }
 
 std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::size_t estacion,
@@ -345,7 +371,7 @@ std::uint32_t Validador::lineaDeQuienYa(const ConfiguracionDeBloque& b, std::siz
 bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std::size_t linea) {
     if (!byteDeRegistro(b.direccion)) {
         problema(linea, "la dirección " + citarUtf8(b.direccion) + " no es hexadecimal de 0 a FF",
-                 "se construye y nunca se sondea: queda BAD");
+                 "se construye y nunca se sondea: queda BAD", campo::kDireccion);
         return false;
     }
     const auto caben = static_cast<double>(registros_.size());
@@ -354,7 +380,8 @@ bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std:
                  "el bloque " + citarUtf8(claveDeBloque(b.puerto, b.plc, b.direccion)) + " de " +
                      textoDeNumero(b.cantidad) + " registros pasa de FF",
                  "se construyen los " + textoDeNumero(caben) + " que caben, y no los otros " +
-                     textoDeNumero(b.cantidad - caben));
+                     textoDeNumero(b.cantidad - caben),
+                 campo::kCantidad);
     return v_.estaciones[d.estacion] == Suerte::Construir;
 }
 

@@ -18,16 +18,16 @@ std::string enIso(const FechaHora& f) {
     return {texto.data(), static_cast<std::size_t>(n)};
 }
 
-std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& hoy) {
+std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& ahora) {
     const std::string t(texto.substr(0, 40));
-    FechaHora f = hoy;
+    FechaHora f = ahora;
     f.segundo = f.milisegundo = 0;
     int n = 0;
     const bool conDia =
-        std::sscanf(t.c_str(), "%4d-%2d-%2d%*1[T ]%2d:%2d:%2d%n", &f.anio, &f.mes, // NOLINT
-                    &f.dia, &f.hora, &f.minuto, &f.segundo, &n) == 6;
+        std::sscanf(t.c_str(), "%4d-%2d-%2d%*1[T ]%2d:%2d%n:%2d%n", &f.anio, &f.mes, // NOLINT
+                    &f.dia, &f.hora, &f.minuto, &n, &f.segundo, &n) >= 5;
     if (!conDia) {
-        f = hoy;
+        f = ahora;
         f.segundo = f.milisegundo = 0;
         if (std::sscanf(t.c_str(), "%2d:%2d%n:%2d%n", &f.hora, &f.minuto, &n, &f.segundo, &n) <
             2) // NOLINT
@@ -41,7 +41,9 @@ std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& hoy) {
     const bool entera =
         resto.empty() || (resto.front() == '.' &&
                           resto.find_first_not_of("0123456789", 1) == std::string_view::npos);
-    return vale && entera ? std::optional(f) : std::nullopt;
+    if (!vale || !entera) return std::nullopt;
+    const bool porVenir = !conDia && empaquetar(f) > empaquetar(ahora);
+    return porVenir ? fechaDesdeSegundos(segundosDesdeFecha(f) - 86'400) : f;
 }
 
 std::string Formas::instante(std::int64_t ms) const {

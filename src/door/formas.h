@@ -73,8 +73,8 @@ class Formas {
 
 /// "2026-11-16T07:05:09.012", local.
 [[nodiscard]] std::string enIso(const FechaHora& f);
-/// The same read back, from the year to the second at least, or "07:05" of the day of `hoy`;
-/// nothing when the text is no such time.
-[[nodiscard]] std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& hoy);
+/// The same read back, from the year to the minute at least, or "07:05" of the day of `ahora`, or
+/// of the day before if that is still to come; nothing when the text is no such time.
+[[nodiscard]] std::optional<FechaHora> deIso(std::string_view texto, const FechaHora& ahora);
 
 } // namespace kv

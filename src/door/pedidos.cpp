@@ -172,13 +172,21 @@ void PuertaLocal::estado(Lector& l, const Json& /*p*/, const std::string& id) {
 }
 
 std::optional<PuertaLocal::Lugar> PuertaLocal::lugarDe(std::string_view direccion) const {
-    const std::int64_t fila = p_.vista.lstViewVariables.buscar(direccion);
-    if (fila < 0) return std::nullopt;
-    const std::int64_t bloque = p_.vista.lstViewVariables.etiqueta(static_cast<FilaDeLista>(fila));
-    if (!p_.tablas.bloques.vive(static_cast<double>(bloque))) return std::nullopt;
-    const auto i = static_cast<Indice>(bloque);
-    if (p_.tablas.bloques[i].clave == direccion) return Lugar{i, -1};
-    return Lugar{i, bitDeTexto(direccion.substr(direccion.rfind('.') + 1))};
+    DireccionPartida d;
+    if (const std::int64_t fila = p_.vista.lstViewVariables.buscar(direccion); fila >= 0) {
+        const auto bloque = p_.vista.lstViewVariables.etiqueta(static_cast<FilaDeLista>(fila));
+        const auto i = static_cast<Indice>(bloque);
+        if (p_.tablas.bloques.vive(static_cast<double>(bloque)))
+            return p_.tablas.bloques[i].clave == direccion
+                       ? Lugar{i, -1}
+                       : Lugar{i, bitDeTexto(direccion.substr(direccion.rfind('.') + 1))};
+    }
+    // As a write finds it: registers are numbers, and any bit of one that is read is known.
+    if (!partirDireccion(direccion, d) || d.bit == kNoEsBit) return std::nullopt;
+    const auto lugar = p_.tablas.buscarEstacion(d.puerto, d.plc);
+    if (lugar.conexion == kNinguno) return std::nullopt;
+    const Indice i = p_.tablas.buscarPorRegistro(lugar.conexion, d.plc, d.registro);
+    return i == kNinguno ? std::nullopt : std::optional(Lugar{i, d.bit});
 }
 
 /// The variables that a request names, if it names any. False: one of them does not exist.
@@ -254,7 +262,7 @@ void PuertaLocal::sucesosDesde(Lector& l, const Json& p, const std::string& id) 
         n = static_cast<std::uint64_t>(std::clamp(*numero, 0.0, 9e15));
     } else if (const auto hora = textoEn(p, "desde"); !hora.empty()) {
         const auto f = deIso(hora, p_.bucle.reloj().ahora());
-        if (!f) return fallar(l, id, "desde: un numero, AAAA-MM-DDThh:mm:ss o hh:mm");
+        if (!f) return fallar(l, id, "desde: un numero, AAAA-MM-DDThh:mm[:ss] o hh:mm[:ss]");
         std::uint64_t hasta = s.siguiente();
         const std::int64_t busca = empaquetar(*f);
         while (n < hasta) {
@@ -413,9 +421,14 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     const std::string direccion(textoEn(p, "direccion"));
     const auto nivel = numeroEn(p, "nivel");
     const auto veces = numeroEn(p, "veces");
-    const bool porNivel = nivel && veces && enteroCorto(*nivel) && enteroCorto(*veces);
+    const auto esEntero = [](const std::optional<double>& n) {
+        return n && enteroCorto(*n) && *enteroCorto(*n) == *n;
+    };
+    const bool porNivel = esEntero(nivel) && esEntero(veces) && *veces >= -1;
     if (direccion.empty() == !porNivel || direccion.size() > limite::kDireccionEnMensaje)
-        return fallar(l, id, "forzar: direccion, o nivel y veces, que son numeros enteros");
+        return fallar(l, id,
+                      "forzar: direccion, o nivel y veces, que son numeros enteros; veces 0 activa "
+                      "y -1 desactiva");
     const std::string que =
         porNivel ? "nivel " + textoDeNumero(*nivel) + ", veces: " + textoDeNumero(*veces)
                  : direccion;

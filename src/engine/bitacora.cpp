@@ -112,7 +112,8 @@ void Bitacora::estacion(const Suceso& s) {
 void Bitacora::bloque(const Suceso& s) {
     const BloqueLectura& b = tablas_.bloques[s.bloque];
     const std::string& quien = tablas_.ordenantes[b.ordenante];
-    const std::string que = b.clave + ", por orden de " + quien;
+    const std::string que =
+        b.clave + ", por orden de" + (quien.starts_with("el ") ? quien.substr(1) : " " + quien);
     const std::string donde = direccionDe(tablas_.conexiones[b.idConexion]);
     const std::string nombre = nombreDeEstacion(tablas_, s.bloque);
     const bool encendido = s.detalle != 0;

@@ -179,11 +179,11 @@ double Motor::intervalosEnEstadoConectando() { return ajuste(kIntervalosConectan
 double Motor::intervalosDeConectarSeguidos() { return ajuste(kIntervalosDeConectar); }
 double Motor::intervalosTiempoFuera() { return ajuste(kIntervalosFuera); }
 
-std::string carpetaDelGuion(Motor& motor, Archivos& archivos) {
-    const std::string nombre = motor.ajustes.leerConfiguracion(kCarpetaDeGuion);
+std::string carpetaDelGuion(Ajustes& ajustes, Archivos& archivos) {
+    const std::string nombre = ajustes.leerConfiguracion(kCarpetaDeGuion);
     if (nombre.find_first_of("/\\") != std::string::npos || nombre.find("..") != std::string::npos)
         return {};
-    std::string carpeta = motor.ajustes.carpeta() + "/" + nombre;
+    std::string carpeta = ajustes.carpeta() + "/" + nombre;
     archivos.crearCarpeta(carpeta);
     return carpeta;
 }

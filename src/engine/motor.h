@@ -127,6 +127,6 @@ class Motor final : private AlCambiarConexion,
 
 /// The folder in which scripts may use files, below the program's, made if need be; a setting names
 /// it. Empty when what the setting names could not lie below.
-[[nodiscard]] std::string carpetaDelGuion(Motor& motor, Archivos& archivos);
+[[nodiscard]] std::string carpetaDelGuion(Ajustes& ajustes, Archivos& archivos);
 
 } // namespace kv

@@ -9,7 +9,7 @@ DriverReproducido::DriverReproducido(std::string contenido)
     : cinta_(std::move(contenido)), carpeta_(cinta_.texto()), bucle_(cinta_), archivos_(bucle_),
       motor_(bucle_, archivos_, carpeta_), arranque_(motor_, procesos_) {
     motor_.scriptControl.fijarDisco([this]() -> std::shared_ptr<vbscript::Disk> {
-        if (carpetaDelGuion(motor_, archivos_).empty()) return nullptr;
+        if (carpetaDelGuion(motor_.ajustes, archivos_).empty()) return nullptr;
         return std::make_shared<DiscoReproducido>(bucle_, respuestas_);
     });
     bucle_.alOrdenar([this](std::string_view texto) {

@@ -16,7 +16,7 @@ namespace kv {
 namespace {
 
 constexpr int kReproducida = 0;
-constexpr int kNoReproducida = 2;
+constexpr int kNoReproducida = 1;
 
 std::string programa() { return conVersion(kNombreDelPrograma); }
 
@@ -92,6 +92,11 @@ bool Grabacion::pideOtra() const {
 
 int reproducir(const std::string& archivo, std::ostream& errores) {
     std::ifstream entrada(archivo, std::ios::binary);
+    std::error_code error;
+    if (!entrada || std::filesystem::is_directory(archivo, error)) {
+        errores << archivo << ": no se puede leer\n";
+        return kNoReproducida;
+    }
     try {
         return mostrar({std::istreambuf_iterator<char>(entrada), {}}, errores);
     } catch (const CintaCortada&) {

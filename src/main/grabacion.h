@@ -66,7 +66,8 @@ class Grabacion final : private RegistroDeOrdenes {
 };
 
 /// Runs the driver again on what a recording holds and prints every line of its traces. The exit
-/// code: 0, or 2 with a message when the file is not a recording or leads elsewhere than it did.
+/// code: 0, or 1 with a message when the file cannot be read, is not a recording or leads elsewhere
+/// than it did.
 [[nodiscard]] int reproducir(const std::string& archivo, std::ostream& errores);
 
 } // namespace kv

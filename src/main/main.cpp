@@ -4,6 +4,7 @@
 #include "config/comprobacion.h"
 #include "config/informe_json.h"
 #include "evidence/evidencia.h"
+#include "main/archivo_de_salida.h"
 #include "main/grabacion.h"
 #include "main/planilla.h"
 #include "main/programa.h"
@@ -131,7 +132,8 @@ void ponerGrabacion(CLI::App& app, ComoGrabar& grabar, CLI::Option* sinVentana) 
 
 void ponerPlanilla(CLI::App& app, Opciones& opciones, CLI::Option* comprobar) {
     auto* exportar = app.add_option("--exportar", opciones.exportar,
-                                    "Escribe la configuracion como planilla de calculo y termina")
+                                    "Escribe la configuracion como planilla de calculo y termina; "
+                                    "lo que habia en el archivo queda en ARCHIVO.csv.anterior")
                          ->type_name("ARCHIVO.csv")
                          ->excludes(comprobar);
     app.add_option("--importar", opciones.importar,
@@ -147,7 +149,8 @@ void ponerEvidencia(CLI::App& app, Opciones& opciones) {
     auto* evidencia =
         app.add_option("--evidencia", opciones.evidencia,
                        "Junta en un archivo lo que hace falta para saber que paso en la planta "
-                       "(tambien de un driver que corre), y termina")
+                       "(tambien de un driver que corre), y termina; lo que habia en el archivo "
+                       "queda en SALIDA.tar.anterior")
             ->type_name("SALIDA.tar");
     app.add_option("--con-grabacion", opciones.conGrabacion,
                    "Con --evidencia: que grabacion va; si no se dice, la ultima de la carpeta")
@@ -208,6 +211,10 @@ int main(int argc, char** argv) {
         if (!opciones.explicar.empty())
             return kv::conSalidaEntera(kv::explicar(opciones.explicar), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);
+        for (const std::string* salida : {&opciones.exportar, &opciones.evidencia}) {
+            if (!salida->empty() && !kv::guardarLoDeAntes(opciones.carpeta, *salida, std::cerr))
+                return kv::kSalidaIncompleta;
+        }
         if (!opciones.exportar.empty())
             return kv::exportarPlanilla(opciones.carpeta, opciones.exportar, std::cerr);
         if (!opciones.importar.empty())

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <optional>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -29,18 +31,42 @@ void decir(std::ostream& errores, const Problemas& problemas) {
     if (problemas.demas() > 0) errores << "... y " << problemas.demas() << " más\n";
 }
 
+/// What the configuration that is there has wrong too is only reported: a plant that is served with
+/// it is not kept from its table. False: the table has more, and nothing may be written.
+bool sirve(ListasDeConfiguracion& listas, ListasDeConfiguracion deAntes, std::ostream& errores) {
+    deAntes.archivo = listas.archivo;
+    Problemas antes, ahora;
+    static_cast<void>(validar(deAntes, antes));
+    static_cast<void>(validar(listas, ahora));
+    ProblemasConocidos conocidos;
+    conocidos.conocer(antes);
+    const std::vector<Problema> nuevos = conocidos.nuevos(ahora);
+    if (nuevos.empty() && ahora.demas() == 0) {
+        decir(errores, ahora);
+        return true;
+    }
+    for (Problema p : nuevos) {
+        if (!p.campo.empty()) p.que.insert(0, "columna " + std::string(p.campo) + ": ");
+        errores << textoDeProblema(p) << '\n';
+    }
+    errores << listas.archivo << " está mal donde la configuración de hoy no lo está: no se "
+            << "importa nada\n";
+    return false;
+}
+
 /// What was there before stays beside it.
 bool reemplazarGuardando(Archivos& archivos, const std::string& ruta, std::string_view contenido,
                          std::ostream& errores) {
     if (archivos.existe(ruta)) {
         const auto antes = archivos.leer(ruta, kMaximoDeArchivo);
         if (!antes || !archivos.reemplazar(ruta + ".anterior", *antes)) {
-            errores << "no se puede guardar lo que había en " << ruta << ": no se importa\n";
+            errores << "no se puede guardar lo que había en " << rutaLegible(ruta)
+                    << ": no se importa\n";
             return false;
         }
     }
     if (archivos.reemplazar(ruta, contenido)) return true;
-    errores << "no se puede escribir " << ruta << '\n';
+    errores << "no se puede escribir " << rutaLegible(ruta) << '\n';
     return false;
 }
 
@@ -114,8 +140,8 @@ int importarPlanilla(const std::string& carpeta, const std::string& archivo,
     }
     const std::string ini = iniDe(listas);
     const std::string& ruta = donde.rutaConfiguracion;
-    static_cast<void>(validar(listas, problemas)); // brings times back to their defaults
-    decir(errores, problemas);
+    if (!sirve(listas, leerConfiguracionUbicada(ajustes, {}).listas, errores))
+        return kNoHecho; // mends times in the lists
     const bool describe = listas.hayDescripciones && (!listas.descripciones.ninguna() ||
                                                       archivos.existe(rutaDeDescripciones(ruta)));
     if (describe && !reemplazarGuardando(archivos, lugarDeDescripciones(archivos, ruta),

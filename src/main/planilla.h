@@ -11,8 +11,9 @@ namespace kv {
 [[nodiscard]] int exportarPlanilla(const std::string& carpeta, const std::string& archivo,
                                    std::ostream& errores);
 /// The way back, for a plant that no driver serves. The configuration before is kept beside it as
-/// ".anterior". Nothing is written when a cell is wrong; what a driver would not build of a table
-/// that can be read is reported. The exit code: 0, or 1 when nothing was written.
+/// ".anterior". Nothing is written when a cell is wrong, or does not fit what other rows say,
+/// unless the configuration before has that fault too; what is wrong is reported. The exit code: 0,
+/// or 1 when nothing was written.
 [[nodiscard]] int importarPlanilla(const std::string& carpeta, const std::string& archivo,
                                    std::ostream& errores);
 

@@ -45,7 +45,8 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
         mirarDescriptores();
     });
     motor.scriptControl.fijarDisco([this] {
-        return grabacion.disco(discoDeCarpeta(carpetaDelGuion(motor, grabacion.archivos())));
+        return grabacion.disco(
+            discoDeCarpeta(carpetaDelGuion(motor.ajustes, grabacion.archivos())));
     });
 }
 

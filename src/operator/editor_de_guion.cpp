@@ -97,7 +97,9 @@ std::optional<FallaDeGuion> EditorDeGuion::comprobar(std::string_view texto) {
     SinMundo mundo;
     vbscript::Engine motor(mundo);
     if (motor.check(texto)) return std::nullopt;
-    return desde(motor.error());
+    vbscript::ScriptError error = motor.error();
+    nombrarMarcaUtf8(texto, error);
+    return desde(error);
 }
 
 /// A large plant's names are too many to be made at every key.

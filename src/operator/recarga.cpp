@@ -14,17 +14,6 @@ constexpr std::int64_t kPorcion = 20'000;
 constexpr std::int64_t kEntrePorcionesMs = 1;
 constexpr std::size_t kRetazoGrande = 4096;
 
-/// A fault without its line and those that it names: lines move when others are put before them.
-std::string sinLinea(const Problema& p) {
-    constexpr std::string_view kLinea = "la línea ";
-    std::string texto = p.archivo + ": " + p.que;
-    for (auto n = texto.find(kLinea); n != std::string::npos; n = texto.find(kLinea, n)) {
-        n += kLinea.size();
-        texto.erase(n, texto.find_first_not_of("0123456789", n) - n);
-    }
-    return texto;
-}
-
 std::string cuantos(std::size_t n) { return textoDeNumero(static_cast<double>(n)); }
 
 } // namespace
@@ -33,12 +22,6 @@ Recarga::Recarga(const Partes& partes)
     : p_(partes), porciones_(kPorcion), traspaso_(partes.planta, porciones_),
       Timer_Porcion_(partes.bucle.crearTemporizador([this] { seguir(); })) {
     Timer_Porcion_->tocarUnaVez();
-}
-
-void Recarga::conocer(const Problemas& problemas) {
-    conocidos_.clear();
-    for (const Problema& p : problemas.lista())
-        ++conocidos_[sinLinea(p)];
 }
 
 void Recarga::recargar() {
@@ -93,7 +76,7 @@ Trabajo Recarga::unaVez() {
 Trabajo Recarga::adoptar(ConfiguracionLeida& leida, const Validacion& validacion) {
     Diferencia d;
     co_await comparar(p_.planta.tablas, leida.listas, validacion, d, porciones_);
-    conocer(leida.problemas);
+    conocidos_.conocer(leida.problemas);
     if (alAdoptar_) alAdoptar_(leida.ubicacion.rutaConfiguracion);
     p_.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     p_.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
@@ -121,10 +104,8 @@ void Recarga::contar(const Traspaso::Hecho& hecho) {
 
 /// The first fault that is new, or nothing.
 std::string Recarga::queja(const ConfiguracionLeida& leida) const {
-    auto quedan = conocidos_;
-    for (const Problema& p : leida.problemas.lista()) {
-        if (quedan[sinLinea(p)]-- == 0) return textoDeProblema(p);
-    }
+    const auto nuevos = conocidos_.nuevos(leida.problemas);
+    if (!nuevos.empty()) return textoDeProblema(nuevos.front());
     // Those beyond the limit were not kept, so whether one of them is new cannot be known.
     return leida.problemas.demas() > 0 ? leida.listas.archivo + ": demasiados problemas"
                                        : std::string();

@@ -14,7 +14,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,7 +42,7 @@ class Recarga {
     explicit Recarga(const Partes& partes);
 
     /// The faults of the configuration that the driver started with.
-    void conocer(const Problemas& problemas);
+    void conocer(const Problemas& problemas) { conocidos_.conocer(problemas); }
     /// Called with the path of each configuration that is taken over.
     void alAdoptar(std::function<void(const std::string&)> tarea) { alAdoptar_ = std::move(tarea); }
     /// Called when nothing is left to be taken over, or was refused.
@@ -70,8 +69,7 @@ class Recarga {
     void rechazar(const std::string& porque);
 
     Partes p_;
-    /// Faults of the configuration in use, and how often it has each.
-    std::unordered_map<std::string, std::size_t> conocidos_;
+    ProblemasConocidos conocidos_; ///< of the configuration in use
     std::function<void(const std::string&)> alAdoptar_;
     std::function<void()> alTerminar_;
     Porciones porciones_;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace kv {
 namespace {
@@ -153,8 +152,9 @@ std::string sinLugar(const vbscript::ScriptError& error) {
         return "El guion corrió más tiempo que el permitido";
     if (error.budget && error.description == budgetText(BudgetKind::Steps))
         return "El guion dio más pasos que los permitidos";
-    if (error.description == kGuionDemasiadoLargo.ingles)
-        return std::string(kGuionDemasiadoLargo.castellano);
+    for (const Frase& nuestra : {kGuionDemasiadoLargo, kGuionConMarcaUtf8}) {
+        if (error.description == nuestra.ingles) return std::string(nuestra.castellano);
+    }
     const std::string_view todo = error.description;
     const std::string_view ingles = vbscript::errorText(error.number);
     if (!todo.starts_with(ingles)) return error.description;
@@ -164,6 +164,11 @@ std::string sinLugar(const vbscript::ScriptError& error) {
 }
 
 } // namespace
+
+void nombrarMarcaUtf8(std::string_view texto, vbscript::ScriptError& error) {
+    if (texto.starts_with("ï»¿") && error.compileTime && error.line == 1 && error.column == 1)
+        error.description = kGuionConMarcaUtf8.ingles;
+}
 
 std::string enCastellano(const vbscript::ScriptError& error) {
     std::string que = sinLugar(error);

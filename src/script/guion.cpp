@@ -64,6 +64,7 @@ void Guion::correr() {
         error.number = vbscript::errors::textTooLarge;
         error.description = kGuionDemasiadoLargo.ingles;
     }
+    nombrarMarcaUtf8(texto_, error);
     vista_.lblEstadoScript.colorear(error.number != 0 ? Color::Rojo : Color::Verde);
     falla_ = error.number != 0 ? std::optional(error) : std::nullopt;
     if (!falla_) {

@@ -87,6 +87,12 @@ TEST_F(ConGuion, UnErrorSeVeSeDiceUnaVezConSuLugarYNoParaNada) {
     EXPECT_EQ(enElLog("MDrivScrip: El guion tiene m\xE1s de 2 MiB (1001)"), 1U)
         << p.archivos.contenido(kLog);
     EXPECT_NE(global("b"), 4);
+    p.archivos.poner(kGuion, "\xEF\xBB\xBF"
+                             "b = 4");
+    p.avanzar(2000);
+    EXPECT_EQ(color(), Color::Rojo);
+    EXPECT_EQ(enElLog("MDrivScrip(1, 1): El archivo tiene la marca de UTF-8"), 1U)
+        << p.archivos.contenido(kLog);
     p.archivos.poner(kGuion, "b = 5");
     p.avanzar(2000);
     EXPECT_EQ(color(), Color::Verde);

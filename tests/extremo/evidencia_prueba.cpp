@@ -216,7 +216,8 @@ TEST(Evidencia, DeUnaPlantaDetenidaLosArchivosConMedidaYSinTocarNada) {
                    "ulimit -f 16; trap '' XFSZ; exec \"$0\" --carpeta \"$1\" --evidencia \"$2\"",
                    kDriver, en.ruta(), legajo.ruta() + "/lleno.tar"});
     EXPECT_EQ(lleno.terminar(), 1) << "the disk takes no more";
-    EXPECT_EQ(legajo.nombres(), (std::set<std::string>{"evidencia", "evidencia.tar"}))
+    EXPECT_EQ(legajo.nombres(),
+              (std::set<std::string>{"evidencia", "evidencia.tar", "evidencia.tar.anterior"}))
         << "no half of one is left";
 }
 

@@ -118,6 +118,10 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
                                                        "como UTF-8 y debe ser Windows-1252;"
                                                      : ":1: columna 1: el archivo parece"))
             << utf8.salida;
+        EXPECT_EQ(tiene(utf8.salida, "columna 1: El archivo tiene la marca de UTF-8: hay que "
+                                     "guardarlo como Windows-1252; el guion no corre\n"),
+                  !marca.empty())
+            << utf8.salida;
     }
     const Resultado largo = comprobar(std::string((2U << 20) + 1, '\''));
     EXPECT_TRUE(tiene(largo.salida, "MDrivScrip: El guion tiene más de 2 MiB; no corre\n"))
@@ -275,7 +279,19 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     EXPECT_EQ(r.codigo, 1);
     EXPECT_TRUE(tiene(r.errores, csv + ":5: columna ScanTime: falta; no se importa nada\n"))
         << r.errores;
+    // Cells that are numbers and texts, but not what a plant can be built of.
+    planta.escribir("planta.csv",
+                    "tipo;puerto;PLC;Ip;PuertoTCP;Indice;StarAdrees;Quantity;ScanTime;TIME_OUT\r\n"
+                    "puerto;1;;;;;;;;0\r\nestacion;1;1;127.0.0.1.1;99999;1\r\n"
+                    "bloque;1;1;;;;1G;1;1\r\nbloque;1;1;;;;10;0;1\r\nbloque;1;77;;;;10;1;1\r\n");
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    for (const char* donde :
+         {":2: columna TIME_OUT: ", ":3: columna Ip: ", ":3: columna PuertoTCP: ",
+          ":4: columna StarAdrees: ", ":5: columna Quantity: ", ":6: columna PLC: "})
+        EXPECT_TRUE(tiene(r.errores, csv + donde)) << donde << " in\n" << r.errores;
     EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_FALSE(std::filesystem::exists(planta.ruta() + "/DRIVER_KV2200_Config.ini.anterior"));
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
     {
         Proceso driver(planta.correr());
@@ -299,6 +315,38 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     const std::string otra = planta.ruta() + "/otra.csv";
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", otra}).codigo, 0);
     EXPECT_EQ(planta.leer("otra.csv"), planta.leer("planta.csv"));
+    // What the plant lives with today does not keep its table out.
+    planta.escribir(
+        "DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(1, "127.0.0.1.1", 1).bloque(1, "10", "1").texto());
+    EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 0);
+    EXPECT_TRUE(tiene(r.errores, "tiene la Ip \"127.0.0.1.1\"")) << r.errores;
+}
+
+TEST(LineaDeOrden, NingunaSalidaPisaLoDeLaPlantaYLoDeOtroArchivoSeGuarda) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
+    const std::string antes = planta.leer("DRIVER_KV2200_Config.ini");
+    std::filesystem::create_symlink("sis_config.ini", planta.ruta() + "/otra");
+    const std::string ajustes = planta.leer("sis_config.ini");
+    for (const char* suyo : {"otra", "sis_config.ini", "driver_KV2200_config.ini",
+                             "descripciones.csv", "DRIVER_KV2200_Config.MDrivScrip"}) {
+        for (const char* que : {"--exportar", "--evidencia"}) {
+            const Resultado r =
+                correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/" + suyo});
+            EXPECT_EQ(r.codigo, 1) << suyo;
+            EXPECT_TRUE(tiene(r.errores, "es un archivo de la planta")) << suyo << r.errores;
+        }
+    }
+    EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
+    EXPECT_EQ(planta.leer("sis_config.ini"), ajustes);
+    for (const char* que : {"--exportar", "--evidencia"}) {
+        planta.escribir("salida", "de antes");
+        EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/salida"}).codigo, 0);
+        EXPECT_EQ(planta.leer("salida.anterior"), "de antes");
+    }
 }
 
 TEST(LineaDeOrden, ConOtroProyectoRecargadoSeImportaEnElQueSeDejoYEnElNuevoNo) {
@@ -343,6 +391,20 @@ TEST(LineaDeOrden, ConOtroProyectoRecargadoSeImportaEnElQueSeDejoYEnElNuevoNo) {
     EXPECT_FALSE(importa(deB));
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     EXPECT_TRUE(importa(deB));
+}
+
+TEST(LineaDeOrden, LoQueNoSePuedeReproducirTerminaCon1) {
+    const Carpeta c;
+    c.escribir("otra", "nada de eso");
+    c.escribir("cortada", "KVGRAB1\n\x7F");
+    for (const auto& [nombre, que] : {std::pair{"/no", "no se puede leer"},
+                                      {"", "no se puede leer"},
+                                      {"/otra", "no es una grabacion"},
+                                      {"/cortada", "termina a mitad de una entrada"}}) {
+        const Resultado r = correr({"--reproducir", c.ruta() + nombre});
+        EXPECT_EQ(r.codigo, 1) << nombre;
+        EXPECT_TRUE(tiene(r.errores, que)) << r.errores;
+    }
 }
 
 TEST(LineaDeOrden, ExplicaLasEntradasDelRegistro) {

@@ -98,6 +98,17 @@ TEST_F(PuertaDeLaMaquina, ContestaLoQueSeLePregunta) {
     r = v.pedir(R"({"pedido":"variables","direcciones":["1.1.11.4","1.1.10"]})");
     EXPECT_EQ(dice(r[0], "direccion") + " " + dice(r[0], "valor"), "1.1.11.4 1");
 
+    // As a write finds them: a register by its number, and a bit that nobody has asked for.
+    r = v.pedir(R"({"pedido":"variables","direcciones":["1.1.011","1.1.11.5"]})");
+    ASSERT_EQ(r.size(), 3U);
+    EXPECT_EQ(dice(r[0], "direccion") + " " + dice(r[1], "direccion"), "1.1.11 1.1.11.5");
+    for (const char* ninguna : {"1.1.77", "1.1.11.16", "9.1.11"})
+        EXPECT_NE(dice(v.pedir(std::string(R"({"pedido":"variables","direcciones":[")") + ninguna +
+                               "\"]}")[0],
+                       "error"),
+                  "-")
+            << ninguna;
+
     EXPECT_EQ(v.pedir(R"({"pedido":"bloques"})").size(), 4U);
     r = v.pedir(R"({"pedido":"conexiones"})");
     EXPECT_EQ(dice(r[0], "direccion") + dice(r[0], "conectada"), "10.0.0.1:502si");
@@ -132,6 +143,11 @@ TEST_F(PuertaDeLaMaquina, LosSucesosSePidenDesdeUnaHoraOUnNumero) {
     r = v.pedir(R"({"pedido":"sucesos","desde":9,"conexion":"10.0.0.1:502"})");
     EXPECT_EQ(dice(r[0], "numero"), "9");
     EXPECT_EQ(dice(r[0], "hora"), hora);
+    // Without seconds; and a time that is still to come was yesterday.
+    const std::size_t todos = v.pedir(R"({"pedido":"sucesos"})").size();
+    for (const std::string& desde : {hora.substr(0, 10) + "T00:00", std::string("23:59")})
+        EXPECT_GE(v.pedir(R"({"pedido":"sucesos","desde":")" + desde + "\"}").size(), todos)
+            << desde;
     EXPECT_EQ(dice(v.pedir(R"({"pedido":"sucesos","desde":"25:99"})")[0], "error").substr(0, 6),
               "desde:");
 }
@@ -210,8 +226,15 @@ TEST_F(PuertaDeLaMaquina, UnNombreQuePareceUnNumeroNoEsEseNumero) {
               "no se hace: no existe ese puerto o PLC");
     EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","nivel":77,"veces":1})")[0], "error"),
               "no se hace: ningun bloque tiene ese nivel");
+    for (const char* mal : {"0.5", "-2", "-1.5", "40000"})
+        EXPECT_NE(
+            dice(v.pedir(std::string(R"({"pedido":"forzar","nivel":1,"veces":)") + mal + "}")[0],
+                 "error"),
+            "-")
+            << mal;
     EXPECT_EQ(dice(v.pedir(R"({"pedido":"forzar","nivel":1,"veces":-1})")[0], "aceptada"), "si");
     EXPECT_NE(p.motor.porQue.porQueBloque(0).find(" por el usuario ana"), std::string::npos);
+    EXPECT_NE(registro("ArchivoLog").find("1.1.10, por orden del usuario ana"), std::string::npos);
 }
 
 TEST_F(PuertaDeLaMaquina, UnaEscrituraQueFallaSeDice) {

@@ -213,7 +213,9 @@ TEST_F(Cliente, UnaClaveRechazadaNombraLaHoraYLaZona) {
     zona = "QQQ-05:45";
     const Corrida c = correr({"--espera", "1", "sincronizar"});
     EXPECT_EQ(c.codigo, 1);
-    EXPECT_NE(c.salida.find("no aceptó la clave"), std::string::npos) << c.salida;
+    EXPECT_NE(c.salida.find("no aceptó la clave, o lo que ahí escucha no es un driver"),
+              std::string::npos)
+        << c.salida;
     EXPECT_NE(c.salida.find("zona UTC+05:45 (QQQ)\n"), std::string::npos) << c.salida;
 }
 
@@ -243,7 +245,8 @@ TEST_F(Cliente, SinDriverLoDice) {
 TEST(ClienteOrden, LineasMalasTerminanCon2) {
     for (const Textos& mala :
          {Textos{}, Textos{"bailar"}, Textos{"leer"}, Textos{"leer", "a;b"},
-          Textos{"escribir", "a", "x"}, Textos{"forzar", "1", "x"}, Textos{"--espera", "0", "leer"},
+          Textos{"escribir", "a", "x"}, Textos{"forzar", "1", "x"}, Textos{"forzar", "1", "-2"},
+          Textos{"forzar", "1", "0.5"}, Textos{"--espera", "0", "leer"},
           Textos{"--servidor", "casa", "sincronizar"},
           Textos{"--servidor", "::1:1334", "sincronizar"},
           Textos{"--servidor", "[casa]:1334", "sincronizar"},

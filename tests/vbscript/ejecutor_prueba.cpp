@@ -60,6 +60,14 @@ TEST_F(Ejecutor, LeeTambienUtf8) {
                                   "Windows-1252\n";
     EXPECT_EQ(correr("--idioma en-US " + g).texto, aviso + "5 1.5\n") << "the driver would say 7";
     EXPECT_EQ(correr("--comprobar " + g).texto, aviso);
+    // What no driver compiles, the desk does not run either.
+    const std::string conMarca = guion("\xEF\xBB\xBFx = 1");
+    for (const char* que : {"", "--comprobar "}) {
+        const auto r = correr(que + conMarca);
+        EXPECT_EQ(r.codigo, 1);
+        EXPECT_EQ(r.texto, conMarca + "(1, 1): El archivo tiene la marca de UTF-8: hay que "
+                                      "guardarlo como Windows-1252\n");
+    }
 }
 
 TEST_F(Ejecutor, SenalaElError) {
@@ -108,8 +116,17 @@ TEST_F(Ejecutor, LosArchivosQuedanEnSuCarpeta) {
               "f.CreateTextFile(\"C:\\a.txt\").Write \"x\"\n"
               "On Error Resume Next\nf.CreateTextFile \"..\\b.txt\"\nWScript.Echo Err.Number"));
     EXPECT_EQ(r.texto, "70\n");
-    EXPECT_TRUE(std::filesystem::exists(carpeta_ / "a.txt"));
-    EXPECT_FALSE(std::filesystem::exists(carpeta_.parent_path() / "b.txt"));
+    // The folder that a driver there would give it, not that of the plant's own files.
+    EXPECT_TRUE(std::filesystem::exists(carpeta_ / "GUION" / "a.txt"));
+    EXPECT_FALSE(std::filesystem::exists(carpeta_ / "a.txt"));
+    EXPECT_FALSE(std::filesystem::exists(carpeta_ / "b.txt"));
+    const std::string crea = guion("CreateObject(\"Scripting.FileSystemObject\")"
+                                   ".CreateTextFile \"c.txt\"");
+    archivo("sis_config.ini", "[DRIVER_KV2200]\nCarpeta_De_Guion=otra\n");
+    EXPECT_EQ(correr(crea).codigo, 0);
+    EXPECT_TRUE(std::filesystem::exists(carpeta_ / "otra" / "c.txt"));
+    archivo("sis_config.ini", "[DRIVER_KV2200]\nCarpeta_De_Guion=..\n");
+    EXPECT_EQ(correr(crea).codigo, 1) << "none";
 }
 
 constexpr const char* kPlanta =
@@ -138,6 +155,13 @@ TEST_F(Ejecutor, CorreUnaVezPorFilaDeValoresYDiceQueCambio) {
     r = correr("--veces 3 " + g);
     EXPECT_NE(r.texto.find("[vez 3]\nREADBLOQ MW_1_1_12"), std::string::npos) << r.texto;
     EXPECT_NE(r.texto.find("  veces = 3\n"), std::string::npos) << r.texto;
+    // A row may begin with an empty cell.
+    const std::string suma = guion("WScript.Echo a & \"/\" & b");
+    for (const char* s : {";", "\t"}) {
+        const std::string filas = "a" + (s + ("b\n1" + (s + ("2\n" + (s + std::string("7\n"))))));
+        r = correr("--valores " + archivo("v.csv", filas) + " " + suma);
+        EXPECT_EQ(r.texto.find("[fila 1]\n1/2\n[fila 2]\n1/7\n"), 0U) << r.texto;
+    }
 }
 
 TEST_F(Ejecutor, UnErrorNoParaLasDemasFilasYSeDiceUnaVez) {

@@ -127,8 +127,9 @@ void Conversacion::alVencer() {
     // A second try, because the hour may have changed on the way.
     if (!identificado_ && claves_ < 2) return identificarse();
     if (!identificado_)
-        return perder("el driver no aceptó la clave, que lleva la fecha y la hora locales: tienen "
-                      "que ser las mismas en los dos lados, y aquí son " +
+        return perder("el driver no aceptó la clave, o lo que ahí escucha no es un driver; la "
+                      "clave lleva la fecha y la hora locales: tienen que ser las mismas en los "
+                      "dos lados, y aquí son " +
                           horaYZona(),
                       kReintentoDeClaveMs);
     vencerOrden();

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
+#include <cmath>
 #include <ostream>
 
 namespace kv::cliente {
@@ -56,7 +57,8 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
     auto* forzar = app.add_subcommand("forzar", "Fuerza lecturas de todos los bloques de un nivel")
                        ->group("Órdenes");
     forzar->add_option("NIVEL", orden.nivel, "Nivel")->required();
-    forzar->add_option("VECES", orden.veces, "Cantidad de lecturas")->required();
+    forzar->add_option("VECES", orden.veces, "Cantidad de lecturas; 0 los activa, -1 los desactiva")
+        ->required();
     app.add_subcommand("sincronizar", "Muestra todas las variables")->group("Órdenes");
     auto* vigilar =
         app.add_subcommand("vigilar", "Muestra las variables y sus cambios")->group("Órdenes");
@@ -70,7 +72,10 @@ void declarar(CLI::App& app, Textos& t, Orden& orden) {
                      "Una variable (1.1.10), una estación (1.1) o una conexión (10.0.0.1:502)")
         ->required();
     auto* sucesos = soloLocal("sucesos", "Muestra lo que pasó");
-    sucesos->add_option("--desde", orden.desde, "Desde esa hora: hh:mm, AAAA-MM-DDThh:mm:ss")
+    sucesos
+        ->add_option("--desde", orden.desde,
+                     "Desde esa hora (hh:mm, de ayer si hoy no llegó todavía; "
+                     "AAAA-MM-DDThh:mm:ss) o ese número de suceso")
         ->type_name("HORA");
     sucesos->add_flag("--seguir", orden.seguir, "Muestra lo que pasa desde ahora");
     sucesos->add_option("--durante", t.durante, "Con --seguir, termina después de S segundos")
@@ -155,6 +160,12 @@ std::string interpretar(const CLI::App& app, const Textos& t, Orden& orden) {
         *n = conPunto(*n);
         if (!n->empty() && !esNumerico(*n)) return "no es un número: " + *n;
     }
+    if (orden.accion != Accion::Forzar) return {};
+    for (const std::string& n : {orden.nivel, orden.veces}) {
+        if (std::fmod(*numeroDeTexto(n), 1) != 0) return "NIVEL y VECES son números enteros: " + n;
+    }
+    if (*numeroDeTexto(orden.veces) < -1)
+        return "VECES es una cantidad de lecturas, 0 para activar o -1 para desactivar";
     return {};
 }
 

@@ -117,7 +117,8 @@ std::string pedidoDe(const Orden& o) {
     case Accion::Sucesos:
         que(o.seguir ? "vigilar" : "sucesos");
         if (o.seguir) j.logico("sucesos", true);
-        if (!o.seguir && !o.desde.empty()) j.texto("desde", o.desde);
+        if (o.seguir || o.desde.empty()) break;
+        esNumerico(o.desde) ? j.numero("desde", numero(o.desde)) : j.texto("desde", o.desde);
         break;
     case Accion::Bloques:
         que("bloques");

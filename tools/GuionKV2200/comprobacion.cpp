@@ -5,6 +5,7 @@
 #include "objetos.h"
 
 #include "config/comprobacion.h"
+#include "config/csv.h"
 #include "platform/epoll/sistema.h"
 #include "script/avisos.h"
 #include "script/errores.h"
@@ -37,6 +38,10 @@ std::optional<std::string> leerGuion(const std::string& ruta) {
         const bool largo = std::filesystem::file_size(ruta, mal) > kv::kMaximoDelGuion && !mal;
         std::cerr << ruta << ": "
                   << (largo ? kv::kGuionDemasiadoLargo.castellano : "no se puede leer") << '\n';
+        return std::nullopt;
+    }
+    if (bytes->starts_with(kv::kMarcaUtf8)) {
+        std::cerr << ruta << "(1, 1): " << kv::kGuionConMarcaUtf8.castellano << '\n';
         return std::nullopt;
     }
     const auto utf8 = kv::avisoDeUtf8(*bytes);

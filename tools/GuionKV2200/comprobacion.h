@@ -10,6 +10,6 @@
 void avisarDe(const std::string& archivo, const std::string& texto);
 
 /// A script file's text in UTF-8. A file of UTF-8 gets a warning on standard error, any other is
-/// Windows-1252. nullopt: the file cannot be read, or is larger than any script; standard error
-/// says which.
+/// Windows-1252. nullopt: the file cannot be read, is larger than any script, or begins with
+/// the mark of UTF-8, which does not compile in the driver; standard error says which.
 std::optional<std::string> leerGuion(const std::string& ruta);

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "escritorio.h"
 
+#include "engine/motor.h"
+#include "platform/epoll/sistema.h"
+#include "recording/discos.h"
+
 #include <chrono>
 #include <ctime>
 #include <iostream>
@@ -39,5 +43,8 @@ std::string Escritorio::inputBox(std::string_view texto, std::string_view /*titu
 }
 
 std::shared_ptr<vbscript::Disk> Escritorio::disk() {
-    return std::make_shared<vbscript::FolderDisk>(carpeta_);
+    kv::ArchivosReales archivos;
+    kv::Ajustes ajustes(archivos, carpeta_);
+    ajustes.noEscribir();
+    return kv::discoDeCarpeta(kv::carpetaDelGuion(ajustes, archivos));
 }

@@ -7,8 +7,8 @@
 
 #include <string>
 
-/// The desk: dialogs are printed and answered with what they propose; files are those of one
-/// folder.
+/// The desk: dialogs are printed and answered with what they propose; files are those that a driver
+/// in `carpeta`, where the script lies, would let it use.
 class Escritorio final : public vbscript::Surroundings {
   public:
     Escritorio(std::string carpeta, Papel& papel) : carpeta_(std::move(carpeta)), papel_(papel) {}

@@ -4,6 +4,7 @@
 #include "archivo.h"
 #include "grabacion.h"
 
+#include "config/csv.h"
 #include "config/validacion.h"
 #include "plant/claves_de_bloque.h"
 #include "plant/valor_y_estado.h"
@@ -18,21 +19,26 @@
 namespace {
 
 constexpr std::size_t mayor = std::size_t{1} << 30;
-constexpr std::string_view marcaUtf8 = "\xEF\xBB\xBF";
 
 struct Renglon {
     std::size_t numero;
     std::string_view texto;
 };
 
-/// The lines that hold values; a line that begins with ' # or ; is a remark.
+/// The lines that hold values; a line that begins with ' # or ; is a remark. Behind names that are
+/// set apart by semicolons a ; is the end of an empty cell, as a tabulator may be.
 std::vector<Renglon> renglonesDe(std::string_view contenido) {
     std::vector<Renglon> todos;
     std::size_t numero = 0;
+    std::string_view notas = "'#;";
     for (const std::string_view crudo : kv::partir(contenido, '\n')) {
         ++numero;
         const std::string_view t = kv::recortar(crudo);
-        if (!t.empty() && t.find_first_of("'#;") != 0) todos.push_back({numero, t});
+        if (t.empty() || notas.find(t.front()) != std::string_view::npos) continue;
+        if (todos.empty() && t.find(';') != std::string_view::npos &&
+            t.find('=') == std::string_view::npos)
+            notas.remove_suffix(1);
+        todos.push_back({numero, todos.empty() ? t : crudo});
     }
     return todos;
 }
@@ -138,7 +144,7 @@ Valores leerValores(const std::string& ruta) {
     auto bytes = leerArchivo(ruta, mayor);
     if (!bytes) throw ValoresMalos(ruta + ": no se puede leer");
     if (bytes->starts_with(kv::kMarcaDeCinta)) return valoresDeGrabacion(ruta, std::move(*bytes));
-    if (bytes->starts_with(marcaUtf8)) bytes->erase(0, marcaUtf8.size());
+    if (bytes->starts_with(kv::kMarcaUtf8)) bytes->erase(0, kv::kMarcaUtf8.size());
     Valores v =
         Lectura(ruta).leer(kv::pareceUtf8(*bytes) ? *bytes : kv::utf8DesdeWindows1252(*bytes));
     ponerEstados(v);
