@@ -48,6 +48,7 @@ int soloComprobar(const Opciones& opciones) {
     const ConfiguracionLeida& leida = r.configuracion;
     revisarGuion(archivos, leida.ubicacion.rutaConfiguracion,
                  direccionesDe(leida.listas, r.validacion), r.configuracion.problemas);
+    revisarEscritura(archivos, opciones.carpeta, r.configuracion.problemas);
     BucleEpoll bucle;
     revisarEscucha(bucle, ajustes, r);
     if (opciones.alcanzar) alcanzar(bucle, r);

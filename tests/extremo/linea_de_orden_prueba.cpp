@@ -253,6 +253,24 @@ TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
     EXPECT_EQ(c.leer("sis_config.ini"), ajustes);
 }
 
+TEST(LineaDeOrden, UnRegistroQueNoSePuedeEscribirSeDiceEnOtraParte) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "60").texto());
+    planta.escribir("LOGS_DRIVER", "where the folder should be");
+    const auto habia = planta.nombres();
+    const std::string que = planta.ruta() + "/LOGS_DRIVER: no se puede escribir en ella: no es una "
+                                            "carpeta; no hay registro del driver ni de las "
+                                            "escrituras\n";
+    const Resultado r = correr({"--comprobar", "--carpeta", planta.ruta()});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.salida, que)) << r.salida;
+    EXPECT_EQ(planta.nombres(), habia);
+    Proceso driver(planta.correr());
+    EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "") << "it serves the plant all the same";
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_TRUE(tiene(driver.errores(), que)) << driver.errores();
+}
+
 TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
     const Instalacion planta(
         Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "0.5").texto());
