@@ -197,6 +197,7 @@ std::string informeDe(const Revision& r) {
     const Validacion& v = r.validacion;
     std::string informe = "Configuración: " + rutaLegible(listas.archivo) + "\n";
     informe += "Proyecto: " + r.configuracion.ubicacion.nombreProyecto + "\n";
+    if (!r.guion.empty()) informe += "Guion: " + r.guion + "\n";
     informe += "Escucha: " +
                (r.escucha.cerrada ? "a nadie"
                                   : r.escucha.direccion + ":" + textoDeNumero(r.puertoEscucha)) +

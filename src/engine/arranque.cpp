@@ -3,6 +3,7 @@
 
 #include "config/cambios_de_ajustes.h"
 #include "config/proyecto.h"
+#include "operator/revision_de_guion.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -97,7 +98,8 @@ void Arranque::anotarPlanta() {
                              " conexiones, " + n(t.cantidadDeEstaciones) + " estaciones, " +
                              n(t.cantidadDePuntos) +
                              " variables; problemas de configuracion: " + n(problemas_) +
-                             "; cliente: " + motor_.vista.servidor.lblPuertoServidor.texto(),
+                             "; cliente: " + motor_.vista.servidor.lblPuertoServidor.texto() +
+                             "; guion: " + queGuionHay(motor_.archivos, motor_.guion.ruta()),
                          {},
                          Novedad::Planta});
 }

@@ -195,8 +195,8 @@ TEST_F(BitacoraPrueba, LosAjustesQueCambianYLaPlantaEnCifras) {
     p->arranque.abrirServidor();
     EXPECT_TRUE(
         dice("DRIVER>Planta>DRIVER_KV2200_Config.ini: 1 puertos, 1 conexiones, 1 estaciones, "
-             "1 variables; problemas de configuracion: 0; cliente: Puerto 1334, "
-             "DescError:KV102\r\n"))
+             "1 variables; problemas de configuracion: 0; cliente: Puerto 1334; "
+             "guion: no hay (se busca /kv/DRIVER_KV2200_Config.MDrivScrip), DescError:KV102\r\n"))
         << log();
     p->avanzar(kMinuto);
     EXPECT_EQ(lineas("KV120"), 0) << "defaults that are written down change nothing\n" << log();

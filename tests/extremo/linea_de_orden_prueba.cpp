@@ -95,7 +95,10 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
     const Resultado sin = correr({"--carpeta", carpeta.ruta(), "--comprobar"});
     const Resultado bien =
         comprobar("nivel = MW_1_1_10 * 2\r\nmw.writeMW \"MW_1_1_10\", nivel\r\n");
-    EXPECT_EQ(bien.salida, sin.salida) << "no script is no problem, and a good one neither";
+    const std::string guion = carpeta.ruta() + "/DRIVER_KV2200_Config.MDrivScrip";
+    EXPECT_TRUE(tiene(sin.salida, "\nGuion: no hay (se busca " + guion + ")\n")) << sin.salida;
+    EXPECT_TRUE(tiene(bien.salida, "\nGuion: " + guion + "\n")) << bien.salida;
+    EXPECT_EQ(bien.codigo + sin.codigo, 0) << "no script is no problem, and a good one neither";
     const Resultado r =
         comprobar("nivel = MW_1_1_10\r\nx = nivle\r\nmw.writeMW \"MW_1_1_11\", 1\r\n");
     EXPECT_EQ(r.codigo, 1);
