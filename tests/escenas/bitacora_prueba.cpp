@@ -205,6 +205,10 @@ TEST_F(BitacoraPrueba, LosAjustesQueCambianYLaPlantaEnCifras) {
     p->avanzar(10'000);
     EXPECT_EQ(lineas("KV120"), 1) << log();
     EXPECT_TRUE(dice("DRIVER>Ajuste cambiado>Escucha_Solo_Lectura: \"\" -> \"1\", "));
+    p->ajuste("Tiempo_Entre_poleo", "-5");
+    p->avanzar(10'000);
+    EXPECT_EQ(lineas("KV121"), 1);
+    EXPECT_EQ(lineas("KV120"), 1) << "what is not in force is no change\n" << log();
 }
 
 } // namespace
