@@ -96,7 +96,7 @@ class SondeoDeAlcance::Sonda final : public OyenteDeZocalo {
         if (estado_ == Estado::EnPausa) return preguntar();
         if (estado_ == Estado::Conectando)
             return noHayEnlace("no contesta en " +
-                               textoDeNumero(static_cast<double>(pacienciaMs_) / 1000) + " s");
+                               conComa(static_cast<double>(pacienciaMs_) / 1000) + " s");
         otroEnlace();
     }
     /// What is still to be asked is asked on another link.

@@ -24,6 +24,7 @@ class Problemas {
     static constexpr std::size_t kMaximo = 1000;
     void agregar(std::string_view archivo, std::size_t linea, std::string que,
                  std::string consecuencia);
+    void agregar(const Problemas& otros);
     [[nodiscard]] const std::vector<Problema>& lista() const { return lista_; }
     /// How many were found beyond those kept.
     [[nodiscard]] std::size_t demas() const { return demas_; }
@@ -39,6 +40,9 @@ class Problemas {
 
 /// A path as this machine writes it, whatever separates its folders where it comes from.
 [[nodiscard]] std::string rutaLegible(std::string_view ruta);
+
+/// A number as people read it, with a decimal comma.
+[[nodiscard]] std::string conComa(double numero);
 
 /// Bytes of a field file as a message quotes them: in quotes, in UTF-8, at most 60 characters, none
 /// of them a control character.

@@ -35,10 +35,12 @@ Recarga::Recarga(const Partes& partes)
     Timer_Porcion_->tocarUnaVez();
 }
 
-void Recarga::conocer(const Problemas& problemas) {
+void Recarga::conocer(const Problemas& problemas, const Problemas& ignoradas) {
     conocidos_.clear();
-    for (const Problema& p : problemas.lista())
-        ++conocidos_[sinLinea(p)];
+    for (const auto* todos : {&problemas, &ignoradas}) {
+        for (const Problema& p : todos->lista())
+            ++conocidos_[sinLinea(p)];
+    }
 }
 
 void Recarga::recargar() {
@@ -93,14 +95,15 @@ Trabajo Recarga::unaVez() {
 Trabajo Recarga::adoptar(ConfiguracionLeida& leida, const Validacion& validacion) {
     Diferencia d;
     co_await comparar(p_.planta.tablas, leida.listas, validacion, d, porciones_);
-    conocer(leida.problemas);
+    const std::string ignorado = ignoradoNuevo(leida.listas.ignoradas);
+    conocer(leida.problemas, leida.listas.ignoradas);
     if (alAdoptar_) alAdoptar_(leida.ubicacion.rutaConfiguracion);
     p_.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     p_.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
     std::swap(p_.descripciones, leida.listas.descripciones);
     Traspaso::Hecho hecho;
     co_await traspaso_.hacer(leida.listas, d, hecho);
-    contar(hecho);
+    contar(hecho, ignorado);
     p_.planta.conexiones.estadoConexiones();
 }
 
@@ -111,12 +114,27 @@ Trabajo Recarga::soltar(ConfiguracionLeida& leida) {
         co_await porciones_.gastar(kPorDescripcion);
 }
 
-void Recarga::contar(const Traspaso::Hecho& hecho) {
+/// The first few names that mean nothing and were not there before, with what may have been meant.
+std::string Recarga::ignoradoNuevo(const Problemas& ignoradas) const {
+    constexpr std::size_t kNombrados = 3;
+    std::string texto;
+    std::size_t nuevos = 0;
+    for (const Problema& p : ignoradas.lista()) {
+        if (conocidos_.contains(sinLinea(p)) || ++nuevos > kNombrados) continue;
+        texto += "; " + textoDeProblema(p);
+    }
+    if (nuevos > kNombrados) texto += "; y " + cuantos(nuevos - kNombrados) + " más";
+    return texto;
+}
+
+void Recarga::contar(const Traspaso::Hecho& hecho, const std::string& ignorado) {
     const std::string que = "recargada: " + cuantos(hecho.nuevas) + " variables nuevas, " +
                             cuantos(hecho.retiradas) + " retiradas, " + cuantos(hecho.cambiadas) +
                             " cambiadas, " + cuantos(hecho.iguales) + " iguales" +
-                            (hecho.puertos ? "; puertos cambiados" : "");
+                            (hecho.puertos ? "; puertos cambiados" : "") + ignorado;
     p_.log.escribir({"DRIVER", "Configuracion", que, {}, Novedad::Recargada});
+    if (!ignorado.empty())
+        p_.vista.mostrarMensaje("La configuración está " + que, "Recargar configuración");
 }
 
 /// The first fault that is new, or nothing.
