@@ -3,7 +3,6 @@
 
 #include "plant/duraciones.h"
 #include "text/direccion_de_red.h"
-#include "text/numeros.h"
 #include "text/texto.h"
 #include "wire/ensamblado.h"
 

@@ -91,9 +91,9 @@ inline constexpr std::uint32_t kMaximoDePuertos = 32768;
 /// One "PUERTOn" section, its keys told apart and not yet understood.
 struct SeccionDePuerto {
     std::uint32_t linea = 0;
-    std::uint32_t repetida = 0; ///< line of another one of that name, 0: none
+    std::uint32_t repetida = 0; ///< line of another section of that name, or 0
     std::array<DatoIni, kCamposDePuerto.size()> propios;
-    std::array<std::uint32_t, kCamposDePuerto.size()> repetidos{}; ///< lines, 0: none
+    std::array<std::uint32_t, kCamposDePuerto.size()> repetidos{}; ///< lines, or 0
     std::vector<DatoIni> esclavos; ///< by entry number once the file is through
     std::vector<DatoIni> bloques;
 };

@@ -6,7 +6,6 @@
 #include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/texto.h"
-#include "text/windows1252.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>

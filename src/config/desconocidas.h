@@ -21,7 +21,8 @@ namespace kv {
 [[nodiscard]] std::string talVez(std::string_view texto, std::span<const std::string_view> nombres);
 
 /// What a file holds that means nothing, each name once with the line where it stands first, how
-/// often it does, and the nearest known one. Told when it goes.
+/// often it does, and the nearest known one. Its end writes
+/// them down as problems.
 class Desconocidas {
   public:
     /// Both must outlive it.
@@ -35,7 +36,7 @@ class Desconocidas {
     /// does for the first time.
     void hallada(std::string_view clase, std::string_view nombre, std::string_view escrito,
                  std::size_t linea, std::span<const std::string_view> conocidos);
-    /// A line in a section that is none of an INI file; blank ones and comments are.
+    /// A line in a section that is no key; blank lines and comments are passed over.
     void sinIgual(const LineaIni& linea, std::string_view contenido);
 
   private:

@@ -316,7 +316,7 @@ Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Pro
     } catch (const Falla& f) {
         fallar(lector.linea(), f.que, listas, problemas, mensaje);
     }
-    if (!empiezaComoUtf16(contenido)) // told as it was read
+    if (!empiezaComoUtf16(contenido)) // its reader has said so
         co_await revisarNombresDeExportacion(contenido, listas.archivo, listas.ignoradas,
                                              porciones);
 }

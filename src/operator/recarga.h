@@ -23,9 +23,9 @@ namespace kv {
 /// Takes over a changed configuration while the plant is served. What did not change is not
 /// touched: its links stay, its reads come when they were due, its values stay as they are. What
 /// went is BAD once more for whoever knew it, and gone; what came is asked at once. A file with a
-/// fault that the last one taken over did not have changes nothing; a key that means nothing is
-/// told. What an operator switched or set otherwise than configured stays so, unless the
-/// configuration of just that changed.
+/// fault that the last one taken over did not have changes nothing; the log names a key
+/// that means nothing. What an operator switched or set otherwise than configured stays so, unless
+/// the configuration of just that changed.
 ///
 /// It is done in portions, and everything else goes on between them: with the plant as it was until
 /// the file has been read, checked and compared, and then record by record.

@@ -8,7 +8,7 @@
 
 namespace kv {
 
-/// A script's path as people find it, or that there is none and what is looked for.
+/// A script's path as people find it, or that no script lies there and which one is looked for.
 [[nodiscard]] std::string queGuionHay(Archivos& archivos, const std::string& ruta);
 
 /// Tells what script stands beside the configuration of `r`, what is wrong with it, and what in it
