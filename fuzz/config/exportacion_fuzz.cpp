@@ -2,7 +2,6 @@
 // A project export of any bytes: one message at most, whatever is wrong with it.
 
 #include "config/comprobacion.h"
-#include "config/desconocidas.h"
 #include "config/exportacion.h"
 
 #include <cstdint>
@@ -14,7 +13,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     kv::leerProyectoDeTexto(contenido, "P", c.listas, c.problemas,
                             [&mensajes](std::string_view) { ++mensajes; });
     if (mensajes > 1) __builtin_trap();
-    kv::revisarNombresDeExportacion(contenido, "P", c.problemas);
     static_cast<void>(kv::informeDe(kv::revisarListas(std::move(c), 800)));
     return 0;
 }

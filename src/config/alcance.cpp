@@ -3,7 +3,6 @@
 
 #include "plant/duraciones.h"
 #include "text/direccion_de_red.h"
-#include "text/numeros.h"
 #include "text/texto.h"
 #include "wire/ensamblado.h"
 
@@ -96,7 +95,7 @@ class SondeoDeAlcance::Sonda final : public OyenteDeZocalo {
         if (estado_ == Estado::EnPausa) return preguntar();
         if (estado_ == Estado::Conectando)
             return noHayEnlace("no contesta en " +
-                               textoDeNumero(static_cast<double>(pacienciaMs_) / 1000) + " s");
+                               conComa(static_cast<double>(pacienciaMs_) / 1000) + " s");
         otroEnlace();
     }
     /// What is still to be asked is asked on another link.

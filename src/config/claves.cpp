@@ -54,22 +54,33 @@ struct Reciente {
     std::uint8_t siguiente = 0; ///< the field that would come next
 };
 
-void clave(const LineaIni& l, const char* base, Reciente& reciente, SeccionDePuerto& seccion) {
+void claveDePuerto(const LineaIni& l, const char* base, SeccionDePuerto& seccion,
+                   Desconocidas& desconocidas) {
+    const auto campo = campoDe(l.nombre, kCamposDePuerto);
+    if (!campo)
+        return desconocidas.hallada("una clave de un puerto", l.nombre, l.nombre, l.numero,
+                                    kCamposDePuerto);
+    if (seccion.propios[*campo].linea == 0)
+        seccion.propios[*campo] = dato(l, base);
+    else if (seccion.repetidos[*campo] == 0)
+        seccion.repetidos[*campo] = static_cast<std::uint32_t>(l.numero);
+}
+
+void clave(const LineaIni& l, const char* base, Reciente& reciente, SeccionDePuerto& seccion,
+           Desconocidas& desconocidas) {
     const EntradaDePuerto& e = reciente.entrada;
     if (e.nombre.empty() || !l.nombre.starts_with(e.nombre)) {
         const auto otra = entradaDe(l.nombre);
-        if (!otra) {
-            const auto campo = campoDe(l.nombre, kCamposDePuerto);
-            if (campo && seccion.propios[*campo].linea == 0)
-                seccion.propios[*campo] = dato(l, base);
-            return;
-        }
+        if (!otra) return claveDePuerto(l, base, seccion, desconocidas);
         reciente = {*otra, 0};
     }
     const std::string_view sufijo = l.nombre.substr(e.nombre.size());
-    const auto campo = e.esBloque ? campoDe(sufijo, kCamposDeBloque, reciente.siguiente)
-                                  : campoDe(sufijo, kCamposDeEsclavo, reciente.siguiente);
-    if (!campo) return;
+    const std::span<const std::string_view> campos =
+        e.esBloque ? std::span<const std::string_view>(kCamposDeBloque) : kCamposDeEsclavo;
+    const auto campo = campoDe(sufijo, campos, reciente.siguiente);
+    if (!campo)
+        return desconocidas.hallada(e.esBloque ? "un dato de un bloque" : "un dato de una estación",
+                                    sufijo, l.nombre, l.numero, campos);
     reciente.siguiente = static_cast<std::uint8_t>(*campo + 1);
     DatoIni d = dato(l, base);
     d.numero = e.numero;
@@ -114,33 +125,73 @@ std::uint32_t ordinalDePuerto(std::string_view seccion) {
     return ordinal && *ordinal <= kMaximoDePuertos && seccion.empty() ? *ordinal : 0;
 }
 
-Trabajo ClavesDeDriver::leer(std::string_view contenido, Porciones& porciones) {
+namespace {
+
+/// Goes from section to section of a driver configuration.
+class Despacho {
+  public:
+    Despacho(ClavesDeDriver& claves, std::string_view contenido, Desconocidas& desconocidas)
+        : c_(claves), contenido_(contenido), desconocidas_(desconocidas) {}
+
+    void linea(const LineaIni& l) {
+        if (l.clase == LineaIni::Clase::Seccion)
+            seccion(l);
+        else if (seccion_ == nullptr && !enConfig_)
+            return;
+        else if (l.clase == LineaIni::Clase::Otra)
+            desconocidas_.sinIgual(l, contenido_);
+        else if (seccion_ != nullptr)
+            clave(l, contenido_.data(), reciente_, *seccion_, desconocidas_);
+        else
+            deConfig(l);
+    }
+
+  private:
+    static void anotar(std::uint32_t& linea, const LineaIni& l) {
+        if (linea == 0) linea = static_cast<std::uint32_t>(l.numero);
+    }
+    void deConfig(const LineaIni& l) {
+        constexpr std::array<std::string_view, 1> kDeConfig = {kCantPuertos};
+        if (!igualSinCaja(l.nombre, kCantPuertos))
+            desconocidas_.hallada("una clave de [CONFIG]", l.nombre, l.nombre, l.numero, kDeConfig);
+        else if (c_.cantPuertos.linea == 0)
+            c_.cantPuertos = dato(l, contenido_.data());
+        else
+            anotar(c_.cantPuertosRepetida, l);
+    }
+    void seccion(const LineaIni& l) {
+        constexpr std::array<std::string_view, 2> kSecciones = {kSeccionDeConfig, "PUERTO1"};
+        seccion_ = nullptr;
+        const bool esConfig = igualSinCaja(l.nombre, kSeccionDeConfig);
+        enConfig_ = esConfig && c_.lineaDeConfig == 0;
+        if (esConfig) return anotar(enConfig_ ? c_.lineaDeConfig : c_.configRepetida, l);
+        const std::uint32_t ordinal = ordinalDePuerto(l.nombre);
+        if (ordinal == 0)
+            return desconocidas_.hallada("una sección conocida", l.nombre, l.nombre, l.numero,
+                                         kSecciones);
+        const auto [lugar, nueva] = c_.puertos.try_emplace(ordinal);
+        anotar(nueva ? lugar->second.linea : lugar->second.repetida, l);
+        if (nueva) seccion_ = &lugar->second;
+    }
+
+    ClavesDeDriver& c_;
+    std::string_view contenido_;
+    Desconocidas& desconocidas_;
+    SeccionDePuerto* seccion_ = nullptr; ///< null outside those that count
+    Reciente reciente_;
+    bool enConfig_ = false;
+};
+
+} // namespace
+
+Trabajo ClavesDeDriver::leer(std::string_view contenido, Desconocidas& desconocidas,
+                             Porciones& porciones) {
     constexpr std::int64_t kPorLinea = 2;
-    SeccionDePuerto* seccion = nullptr;
-    Reciente reciente;
-    bool enConfig = false;
-    bool huboConfig = false;
+    Despacho despacho(*this, contenido, desconocidas);
     LectorIni lector(contenido);
     while (lector.siguiente()) {
         co_await porciones.gastar(kPorLinea);
-        const LineaIni& l = lector.linea();
-        if (l.clase == LineaIni::Clase::Clave) {
-            if (seccion != nullptr) {
-                clave(l, contenido.data(), reciente, *seccion);
-            } else if (enConfig && cantPuertos.linea == 0 && igualSinCaja(l.nombre, kCantPuertos)) {
-                cantPuertos = dato(l, contenido.data());
-            }
-        } else if (l.clase == LineaIni::Clase::Seccion) {
-            seccion = nullptr;
-            enConfig = !huboConfig && igualSinCaja(l.nombre, kSeccionDeConfig);
-            huboConfig = huboConfig || enConfig;
-            const std::uint32_t ordinal = ordinalDePuerto(l.nombre);
-            if (ordinal == 0) continue;
-            const auto [lugar, nueva] = puertos.try_emplace(ordinal);
-            if (!nueva) continue;
-            seccion = &lugar->second;
-            seccion->linea = static_cast<std::uint32_t>(l.numero);
-        }
+        despacho.linea(lector.linea());
     }
     for (auto& [ordinal, s] : puertos) {
         co_await ordenar(s.esclavos, porciones);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "config/desconocidas.h"
 #include "platform/trabajo.h"
 
 #include <array>
@@ -90,7 +91,9 @@ inline constexpr std::uint32_t kMaximoDePuertos = 32768;
 /// One "PUERTOn" section, its keys told apart and not yet understood.
 struct SeccionDePuerto {
     std::uint32_t linea = 0;
+    std::uint32_t repetida = 0; ///< line of another section of that name, or 0
     std::array<DatoIni, kCamposDePuerto.size()> propios;
+    std::array<std::uint32_t, kCamposDePuerto.size()> repetidos{}; ///< lines, or 0
     std::vector<DatoIni> esclavos; ///< by entry number once the file is through
     std::vector<DatoIni> bloques;
 };
@@ -100,10 +103,13 @@ struct SeccionDePuerto {
 /// of the file.
 struct ClavesDeDriver {
     DatoIni cantPuertos;
+    std::uint32_t cantPuertosRepetida = 0; ///< its line, 0: it is not
+    std::uint32_t lineaDeConfig = 0;
+    std::uint32_t configRepetida = 0;
     std::map<std::uint32_t, SeccionDePuerto> puertos; ///< by ordinal, up to kMaximoDePuertos
 
-    /// Adds those of `contenido`, to which they refer.
-    Trabajo leer(std::string_view contenido, Porciones& porciones);
+    /// Adds those of `contenido`, to which they refer, and what means nothing to `desconocidas`.
+    Trabajo leer(std::string_view contenido, Desconocidas& desconocidas, Porciones& porciones);
 };
 
 } // namespace kv

@@ -3,11 +3,9 @@
 
 #include "config/desconocidas.h"
 #include "config/descripciones.h"
-#include "config/ini.h"
 #include "plant/claves_de_bloque.h"
 #include "text/numeros.h"
 #include "text/texto.h"
-#include "text/windows1252.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
@@ -36,10 +34,10 @@ void puertos(std::string& informe, const ListasDeConfiguracion& listas, const Va
         if (++construidos > kMaximoDePuertosListados) continue;
         const Puerto& p = listas.puertos[i];
         informe += "Puerto " + textoDeNumero(p.numero) + ": tiempo fuera " +
-                   textoDeNumero(p.tiempoFuera) + " s, " +
+                   conComa(p.tiempoFuera) + " s, " +
                    cuantos(p.reintentosMax, "reintento", "reintentos") + ", reconexión " +
-                   textoDeNumero(p.segReconeccion) + " s, scan por defecto " +
-                   textoDeNumero(p.scanPorDefecto) + " s\n";
+                   conComa(p.segReconeccion) + " s, scan por defecto " + conComa(p.scanPorDefecto) +
+                   " s\n";
     }
     yMas(informe, construidos, kMaximoDePuertosListados, "");
 }
@@ -99,7 +97,7 @@ class Listado {
             informe_ += "ninguno";
         informe_ += ", nivel " + textoDeNumero(b.nivel) + ", " +
                     (b.scanSegundos == 0 ? "scan 0: se lee al conectar y al forzarlo"
-                                         : "scan " + textoDeNumero(b.scanSegundos) + " s") +
+                                         : "scan " + conComa(b.scanSegundos) + " s") +
                     (b.activoPorDefecto ? ", activo, " : ", inactivo, ") +
                     (nombrePublicable(nombre) ? nombre : "sin nombre en el guión") +
                     (suerte == Suerte::SinSondeo ? " (sin sondeo)\n" : "\n");
@@ -135,17 +133,6 @@ void impedimentosDe(Ajustes& ajustes, Revision& r) {
         r.impedimentos.emplace_back("la puerta queda cerrada a todos los clientes");
     if (r.validacion.conexiones.empty())
         r.impedimentos.emplace_back("no hay ninguna estación que leer");
-}
-
-void nombresDesconocidos(Ajustes& ajustes, ConfiguracionLeida& c) {
-    revisarNombresDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
-    const bool exportada = c.ubicacion.desdeExportacion;
-    const std::string& ruta =
-        exportada ? c.ubicacion.rutaExportacion : c.ubicacion.rutaConfiguracion;
-    const auto contenido = ajustes.archivos().leer(ruta, kMaximoDeArchivo);
-    if (!contenido || empiezaComoUtf16(*contenido)) return; // reported where it was read
-    (exportada ? revisarNombresDeExportacion : revisarNombresDeDriver)(*contenido, c.listas.archivo,
-                                                                       c.problemas);
 }
 
 /// Those of the door are its own to tell.
@@ -197,6 +184,7 @@ std::string informeDe(const Revision& r) {
     const Validacion& v = r.validacion;
     std::string informe = "Configuración: " + rutaLegible(listas.archivo) + "\n";
     informe += "Proyecto: " + r.configuracion.ubicacion.nombreProyecto + "\n";
+    if (!r.guion.empty()) informe += "Guion: " + r.guion + "\n";
     informe += "Escucha: " +
                (r.escucha.cerrada ? "a nadie"
                                   : r.escucha.direccion + ":" + textoDeNumero(r.puertoEscucha)) +
@@ -284,7 +272,9 @@ Revision revisar(Ajustes& ajustes) {
     for (QuejaDeEscucha& q : quejas)
         c.problemas.agregar(ajustes.archivoDeAjustes(), q.linea, std::move(q.que),
                             std::move(q.consecuencia));
-    nombresDesconocidos(ajustes, c);
+    revisarRepetidasDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
+    revisarNombresDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
+    c.problemas.agregar(c.listas.ignoradas);
     Revision r = revisarListas(std::move(c), ajustes.leerTiempo(kTiempoEntrePoleo, {}));
     revisarDescripciones(r);
     r.escucha = escucha;

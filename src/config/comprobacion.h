@@ -24,6 +24,7 @@ struct Revision {
     std::vector<Presupuesto> presupuestos; ///< by connection
     Escucha escucha;
     double puertoEscucha = 0;
+    std::string guion; ///< which script there is, as people read it; empty unless looked for
     std::vector<AlcanceDeConexion> alcance; ///< by connection; empty unless asked for
     /// Why a driver that starts would not serve this plant; empty if it would.
     std::vector<std::string> impedimentos;

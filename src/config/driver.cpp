@@ -43,13 +43,16 @@ class LectorDeDriver {
     [[nodiscard]] std::string texto(const DatoIni& d, std::string_view porDefecto);
     [[nodiscard]] double cantidad(const DatoIni& d, std::string_view nombre);
 
+    void repetida(const std::string& que, std::uint32_t linea, std::uint32_t vale);
+    void repetidasDe(const std::string& seccion, const SeccionDePuerto& s);
     Trabajo seccion(std::uint32_t ordinal, const SeccionDePuerto& s);
     void seccionesQueFaltan(std::uint32_t desde, std::uint32_t hasta, std::size_t linea);
     [[nodiscard]] Puerto puerto(std::uint32_t ordinal, const SeccionDePuerto& s);
     template <std::size_t N, class Leer>
     Trabajo entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
-                     const std::vector<DatoIni>& datos, std::string_view prefijo, double& leidas,
-                     Leer leerEntrada);
+                     const std::vector<DatoIni>& datos,
+                     const std::array<std::string_view, N>& nombres, std::string_view prefijo,
+                     double& leidas, Leer leerEntrada);
     void esclavo(std::uint32_t numero, std::uint32_t linea,
                  const Campos<kCamposDeEsclavo.size()>& c);
     void bloque(std::uint32_t numero, std::uint32_t linea, const Campos<kCamposDeBloque.size()>& c);
@@ -84,11 +87,26 @@ double LectorDeDriver::cantidad(const DatoIni& d, std::string_view nombre) {
     return 0;
 }
 
+/// `linea` is 0 when it is not.
+void LectorDeDriver::repetida(const std::string& que, std::uint32_t linea, std::uint32_t vale) {
+    if (linea != 0)
+        problema(linea, que + " está repetida: vale la de la línea " + std::to_string(vale),
+                 "esta no cuenta");
+}
+
+void LectorDeDriver::repetidasDe(const std::string& seccion, const SeccionDePuerto& s) {
+    repetida("la sección [" + seccion + "]", s.repetida, s.linea);
+    for (std::size_t i = 0; i < s.repetidos.size(); ++i)
+        repetida(std::string(kCamposDePuerto[i]), s.repetidos[i], s.propios[i].linea);
+}
+
 Trabajo LectorDeDriver::leer(const ClavesDeDriver& claves) {
+    repetida("la sección [CONFIG]", claves.configRepetida, claves.lineaDeConfig);
     if (claves.cantPuertos.linea == 0) {
         problema(0, "falta CANT_PUERTOS en la sección [CONFIG]", "no se construye nada");
         co_return;
     }
+    repetida("CANT_PUERTOS", claves.cantPuertosRepetida, claves.cantPuertos.linea);
     const double cuenta = cantidad(claves.cantPuertos, "CANT_PUERTOS");
     const auto hasta = static_cast<std::uint32_t>(std::min<double>(cuenta, kMaximoDePuertos));
     const std::size_t linea = claves.cantPuertos.linea;
@@ -153,9 +171,14 @@ Puerto LectorDeDriver::puerto(std::uint32_t ordinal, const SeccionDePuerto& s) {
 
 Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s) {
     const Puerto p = puerto(ordinal, s);
+    const std::string nombre = std::string(kPrefijoDePuerto) + std::to_string(ordinal);
     const auto falta = [&s](CampoDePuerto c) {
         return s.propios[static_cast<std::size_t>(c)].linea == 0;
     };
+    if (falta(CampoDePuerto::Numero))
+        problema(s.linea, "falta NUMERO en [" + nombre + "]",
+                 "se toma " + textoDeNumero(p.numero) + ", el anterior a su orden");
+    repetidasDe(nombre, s);
     // A file that was cut off may end where nothing else tells.
     const bool sinBloques = s.bloques.empty() && falta(CampoDePuerto::CantBloques);
     if (sinBloques && s.esclavos.empty() && falta(CampoDePuerto::CantEsclavos))
@@ -173,21 +196,22 @@ Trabajo LectorDeDriver::seccion(std::uint32_t ordinal, const SeccionDePuerto& s)
          lineaDe(CampoDePuerto::Reintentos), lineaDe(CampoDePuerto::SegReconeccion),
          lineaDe(CampoDePuerto::Scan)});
     puertoActual_ = puertoDeRegistros(p.numero);
-    co_await entradas<kCamposDeEsclavo.size()>(
-        s, CampoDePuerto::CantEsclavos, s.esclavos, kPrefijoDeEsclavo, esclavosLeidos_,
-        [this](auto n, auto linea, const auto& c) { esclavo(n, linea, c); });
+    co_await entradas(s, CampoDePuerto::CantEsclavos, s.esclavos, kCamposDeEsclavo,
+                      kPrefijoDeEsclavo, esclavosLeidos_,
+                      [this](auto n, auto linea, const auto& c) { esclavo(n, linea, c); });
     listas_.bloques.reserve(listas_.bloques.size() + s.bloques.size() / kCamposDeBloque.size());
-    co_await entradas<kCamposDeBloque.size()>(
-        s, CampoDePuerto::CantBloques, s.bloques, kPrefijoDeBloque, bloquesLeidos_,
-        [this](auto n, auto linea, const auto& c) { bloque(n, linea, c); });
+    co_await entradas(s, CampoDePuerto::CantBloques, s.bloques, kCamposDeBloque, kPrefijoDeBloque,
+                      bloquesLeidos_,
+                      [this](auto n, auto linea, const auto& c) { bloque(n, linea, c); });
 }
 
 /// Goes through the entries that the file has, by number; those inside the section's range are
 /// read. The first that is missing, and the first outside the range, are reported for all of them.
 template <std::size_t N, class Leer>
 Trabajo LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
-                                 const std::vector<DatoIni>& datos, std::string_view prefijo,
-                                 double& leidas, Leer leerEntrada) {
+                                 const std::vector<DatoIni>& datos,
+                                 const std::array<std::string_view, N>& nombres,
+                                 std::string_view prefijo, double& leidas, Leer leerEntrada) {
     const DatoIni& dato = s.propios[static_cast<std::size_t>(cuenta)];
     const std::string_view nombre = nombreDe(cuenta);
     const double desde = leidas;
@@ -200,13 +224,22 @@ Trabajo LectorDeDriver::entradas(const SeccionDePuerto& s, CampoDePuerto cuenta,
         const std::uint32_t n = datos[i].numero;
         const std::uint32_t linea = datos[i].linea;
         Campos<N> campos{};
+        const DatoIni* otra = nullptr; // the first that is there already
         for (; i < datos.size() && datos[i].numero == n; ++i) {
-            if (campos[datos[i].campo].linea == 0) campos[datos[i].campo] = datos[i];
+            DatoIni& campo = campos[datos[i].campo];
+            if (campo.linea == 0)
+                campo = datos[i];
+            else if (otra == nullptr)
+                otra = &datos[i];
         }
         if (n < desde || n >= hasta) {
             if (lineaDeSobra == 0) lineaDeSobra = linea;
             continue;
         }
+        if (otra != nullptr)
+            repetida(std::string(prefijo) + std::to_string(n) + "_" +
+                         std::string(nombres[otra->campo]),
+                     otra->linea, campos[otra->campo].linea);
         ++encontradas;
         if (n == primeraAusente) ++primeraAusente;
         leerEntrada(n, linea, campos);
@@ -298,7 +331,10 @@ Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Pro
         co_return;
     }
     ClavesDeDriver claves;
-    co_await claves.leer(contenido, porciones);
+    {
+        Desconocidas desconocidas(listas.archivo, listas.ignoradas);
+        co_await claves.leer(contenido, desconocidas, porciones);
+    }
     LectorDeDriver lector(contenido, listas, problemas, porciones);
     co_await lector.leer(claves);
 }

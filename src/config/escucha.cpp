@@ -98,9 +98,11 @@ class Interprete {
                            std::move(consecuencia)});
     }
     /// What is written to close a door closes it, however it is written.
-    [[nodiscard]] bool encendido(std::string_view nombre) const {
+    bool encendido(std::string_view nombre) {
         const auto* c = clave(nombre);
-        return c != nullptr && recortar(c->valor) != "0";
+        if (c == nullptr || recortar(c->valor) == "0") return false;
+        if (recortar(c->valor) != "1") queja(*c, "no es 0 ni 1", "rige 1");
+        return true;
     }
     double numero(const AjusteNumerico& ajuste) {
         const auto* c = clave(ajuste.clave);

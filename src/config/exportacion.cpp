@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/exportacion.h"
 
+#include "config/desconocidas.h"
+
 #include "config/ini.h"
 #include "text/numeros.h"
 #include "text/texto.h"
@@ -314,6 +316,9 @@ Trabajo leerTexto(std::string_view contenido, ListasDeConfiguracion& listas, Pro
     } catch (const Falla& f) {
         fallar(lector.linea(), f.que, listas, problemas, mensaje);
     }
+    if (!empiezaComoUtf16(contenido)) // its reader has said so
+        co_await revisarNombresDeExportacion(contenido, listas.archivo, listas.ignoradas,
+                                             porciones);
 }
 
 } // namespace

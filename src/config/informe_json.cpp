@@ -84,6 +84,7 @@ std::string informeJsonDe(const Revision& r) {
     ObjetoJson o(json);
     o.texto("configuracion", rutaLegible(r.configuracion.listas.archivo))
         .texto("proyecto", r.configuracion.ubicacion.nombreProyecto)
+        .texto("guion", r.guion)
         .texto("escucha", r.escucha.cerrada ? "" : r.escucha.direccion)
         .numero("puertoEscucha", r.puertoEscucha)
         .numero("pausaMs", r.pausaMs)

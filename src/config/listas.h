@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "config/problema.h"
 #include "plant/configurados.h"
 #include "plant/descripciones.h"
 
@@ -31,6 +32,7 @@ struct ListasDeConfiguracion {
     std::vector<LineasDePuerto> lineasDePuertos;
     std::vector<std::uint32_t> lineasDeEstaciones;
     std::vector<std::uint32_t> lineasDeBloques;
+    Problemas ignoradas;           ///< keys, fields and sections that mean nothing
     Descripciones descripciones;   ///< of a table beside the configuration
     bool hayDescripciones = false; ///< whether the table that was read has a column for them
 };

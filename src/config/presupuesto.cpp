@@ -13,12 +13,6 @@ namespace {
 
 constexpr std::size_t kScansNombrados = 3;
 
-std::string conComa(double numero) {
-    std::string texto = textoDeNumero(numero);
-    std::replace(texto.begin(), texto.end(), '.', ',');
-    return texto;
-}
-
 std::string bloques(double cuantos) {
     return textoDeNumero(cuantos) + (cuantos == 1 ? " bloque" : " bloques");
 }
@@ -66,8 +60,7 @@ std::string textoDePresupuesto(const Presupuesto& p, double pausaMs) {
     }
     const bool uno = p.registros == 1;
     return quien + (uno ? " pide " : " piden ") + porSegundo(p.pedidas) +
-           " lecturas/s; la pausa de " + textoDeNumero(pausaMs) + " ms permite " +
-           porSegundo(p.permite);
+           " lecturas/s; la pausa de " + conComa(pausaMs) + " ms permite " + porSegundo(p.permite);
 }
 
 void revisarPresupuestos(const ListasDeConfiguracion& listas, const Validacion& v,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "config/problema.h"
 
+#include "text/numeros.h"
 #include "text/windows1252.h"
 
 #include <algorithm>
@@ -31,10 +32,12 @@ void Problemas::agregar(std::string_view archivo, std::size_t linea, std::string
     lista_.push_back({std::string(archivo), linea, std::move(que), std::move(consecuencia), campo});
 }
 
-void ProblemasConocidos::conocer(const Problemas& problemas) {
+void ProblemasConocidos::conocer(const Problemas& problemas, const Problemas& ignoradas) {
     veces_.clear();
-    for (const Problema& p : problemas.lista())
-        ++veces_[sinLinea(p)];
+    for (const auto* todos : {&problemas, &ignoradas}) {
+        for (const Problema& p : todos->lista())
+            ++veces_[sinLinea(p)];
+    }
 }
 
 std::vector<Problema> ProblemasConocidos::nuevos(const Problemas& problemas) const {
@@ -50,10 +53,22 @@ std::vector<Problema> ProblemasConocidos::nuevos(const Problemas& problemas) con
     return nuevos;
 }
 
+void Problemas::agregar(const Problemas& otros) {
+    for (const Problema& p : otros.lista_)
+        agregar(p.archivo, p.linea, p.que, p.consecuencia);
+    demas_ += otros.demas_;
+}
+
 std::string textoDeProblema(const Problema& problema) {
     const std::string linea = problema.linea == 0 ? "" : ":" + std::to_string(problema.linea);
     return rutaLegible(problema.archivo) + linea + ": " + problema.que + "; " +
            problema.consecuencia;
+}
+
+std::string conComa(double numero) {
+    std::string texto = textoDeNumero(numero);
+    std::replace(texto.begin(), texto.end(), '.', ',');
+    return texto;
 }
 
 std::string rutaLegible(std::string_view ruta) {

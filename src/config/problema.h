@@ -16,8 +16,7 @@ struct Problema {
     std::size_t linea = 0; ///< counted from 1; 0 when the whole file is meant
     std::string que;
     std::string consecuencia;
-    std::string_view campo =
-        {}; ///< the table's column at fault, where it is just one; lives forever
+    std::string_view campo = {}; ///< the table's column at fault, where it is one; lives forever
 };
 
 /// The problems found, in the order in which they were found. The first thousand are kept, the
@@ -27,6 +26,7 @@ class Problemas {
     static constexpr std::size_t kMaximo = 1000;
     void agregar(std::string_view archivo, std::size_t linea, std::string que,
                  std::string consecuencia, std::string_view campo = {});
+    void agregar(const Problemas& otros);
     [[nodiscard]] const std::vector<Problema>& lista() const { return lista_; }
     /// How many were found beyond those kept.
     [[nodiscard]] std::size_t demas() const { return demas_; }
@@ -41,7 +41,8 @@ class Problemas {
 /// apart: they move when others are put before them.
 class ProblemasConocidos {
   public:
-    void conocer(const Problemas& problemas);
+    /// The faults, and what in it means nothing.
+    void conocer(const Problemas& problemas, const Problemas& ignoradas = {});
     /// Those that are new, or that there are more of; in their order. Of those beyond the limit of
     /// `Problemas` it cannot be known.
     [[nodiscard]] std::vector<Problema> nuevos(const Problemas& problemas) const;
@@ -55,6 +56,9 @@ class ProblemasConocidos {
 
 /// A path as this machine writes it, whatever separates its folders where it comes from.
 [[nodiscard]] std::string rutaLegible(std::string_view ruta);
+
+/// A number as people read it, with a decimal comma.
+[[nodiscard]] std::string conComa(double numero);
 
 /// Bytes of a field file as a message quotes them: in quotes, in UTF-8, at most 60 characters, none
 /// of them a control character.

@@ -41,7 +41,8 @@ std::string letras(std::size_t cuantas) {
 // Each in the order of the names of its reader; one too few or too many does not compile.
 std::array<Explicacion, kCamposDePuerto.size()> dePuerto() {
     return std::to_array<Explicacion>({
-        {"su orden menos 1", de(1, std::numeric_limits<std::int16_t>::max()),
+        {"su orden menos 1, que es otro puerto o ninguno",
+         de(1, std::numeric_limits<std::int16_t>::max()),
          "Número del puerto; debe ser el de su orden: 1, 2, …"},
         {n(de_puerto::kScan), scan(),
          "Scan, en segundos, de los bloques que una lectura forzada crea."},
@@ -153,15 +154,16 @@ std::string referenciaDeClaves() {
         "Este documento se hace de las tablas que el programa lee; una prueba los compara. Los "
         "archivos son Windows-1252. Ni las claves ni las secciones distinguen mayúsculas; de las "
         "repetidas vale la primera. `DriverKV2200 --comprobar` dice cada una que no conoce, con la "
-        "más parecida.\n\n"
+        "más parecida, y cada una repetida que no cuenta.\n\n"
         "## Ajustes: `sis_config.ini`\n\n"
         "Se leen todo el tiempo: un cambio vale sin reiniciar, salvo donde se dice. Una clave que "
-        "falta se escribe con su valor; un número fuera de sus límites no vale, y sigue el último "
+        "falta se escribe con su valor, salvo donde dice que nunca; un número fuera de sus límites "
+        "no vale, y sigue el último "
         "bueno. Los números se escriben con punto decimal. Una clave `Escucha_` que no se "
         "entiende cierra la puerta: no entra ningún cliente (vea protocolo-cliente.md).\n";
     ajustes(doc);
     doc += "\n## Configuración: `DRIVER_KV2200_Config.ini`\n\n"
-           "Se lee al arrancar. Los números pueden llevar una coma por punto.\n\n"
+           "Se lee al arrancar y al recargar. Los números pueden llevar una coma por punto.\n\n"
            "### [CONFIG]\n";
     doc += kCabezaDeTabla;
     fila(doc, kCantPuertos, "obligatoria", de(0, kMaximoDePuertos),
@@ -178,14 +180,15 @@ std::string referenciaDeClaves() {
     exportados(doc, kCamposDePuertoExportado, kComoPuerto, "puerto");
     exportados(doc, kCamposDeEstacionExportada, kComoEsclavo, "estación");
     exportados(doc, kCamposDeBloqueExportado, kComoBloque, "bloque");
-    doc += "\n## Descripciones: `" + std::string(kArchivoDeDescripciones) +
-           "`\n\n"
-           "Si está, junto a la configuración: cómo se llaman las variables y en qué unidad se "
-           "miden. Se lee al arrancar. Una planilla CSV (`;`, `,` o tabulador; UTF-8 o "
-           "Windows-1252), una fila por variable que tenga descripción, con los nombres de las "
-           "columnas en la primera fila. `--exportar` e `--importar` la llevan y la traen con la "
-           "configuración.\n" +
-           std::string(kCabezaDeTabla);
+    doc +=
+        "\n## Descripciones: `" + std::string(kArchivoDeDescripciones) +
+        "`\n\n"
+        "Si está, junto a la configuración: cómo se llaman las variables y en qué unidad se "
+        "miden. Se lee al arrancar y al recargar. Una planilla CSV (`;`, `,` o tabulador; UTF-8 o "
+        "Windows-1252), una fila por variable que tenga descripción, con los nombres de las "
+        "columnas en la primera fila. `--exportar` e `--importar` la llevan y la traen con la "
+        "configuración.\n" +
+        std::string(kCabezaDeTabla);
     fila(doc, "direccion", "obligatoria", "`1.1.10`, `1.1.10.3`",
          "Registro (puerto.PLC.registro) o uno de sus bits; los ceros de adelante y la caja de las "
          "letras no cuentan.");

@@ -94,16 +94,17 @@ inline constexpr AjusteNumerico kVigenciaDeEscrituras{
 
 inline constexpr AjusteNumerico kEscuchaPlazo{
     "Escucha_Plazo_De_Login_Segundos", 0, 0, 86'400,
-    "Segundos que un cliente tiene para identificarse; 0: los que quiera."};
+    "Segundos que un cliente tiene para identificarse; 0: los que quiera. Nunca se escribe."};
 inline constexpr AjusteNumerico kEscuchaErradas{
     "Escucha_Claves_Erradas_Por_Minuto", 10, 0, 1e6,
-    "Claves erradas por minuto que se admiten de una dirección; 0: cualquier cantidad."};
+    "Claves erradas por minuto que se admiten de una dirección; 0: cualquier cantidad. Nunca se "
+    "escribe."};
 inline constexpr AjusteNumerico kEscuchaPausa{
     "Escucha_Pausa_Por_Claves_Segundos", 60, 0, 86'400,
-    "Segundos que una dirección con demasiadas claves erradas queda afuera."};
+    "Segundos que una dirección con demasiadas claves erradas queda afuera. Nunca se escribe."};
 inline constexpr AjusteNumerico kEscuchaEscrituras{
     "Escucha_Escrituras_Por_Segundo", 0, 0, 1e6,
-    "Escrituras por segundo que se aceptan del cliente; 0: todas."};
+    "Escrituras por segundo que se aceptan del cliente; 0: todas. Nunca se escribe."};
 
 inline constexpr AjusteDeTexto kVer{"VER", "0", "0|1",
                                     "1 muestra la ventana principal. La escribe el driver: 1 en un "
@@ -122,17 +123,18 @@ inline constexpr AjusteDeTexto kCandado{
 inline constexpr AjusteDeTexto kCarpetaDeGuion{
     "Carpeta_De_Guion", "GUION", "",
     "Carpeta, dentro de la del programa, en la que el guión puede usar archivos. Un nombre con "
-    "separadores o con \"..\" significa ninguna."};
+    "separadores o con \"..\" significa ninguna. Nunca se escribe."};
 inline constexpr AjusteDeTexto kEscuchaDireccion{
     "Escucha_Direccion", "", "",
-    "Dirección IPv4 de esta máquina en la que se escucha. Vacía: todas."};
+    "Dirección IPv4 de esta máquina en la que se escucha. Vacía: todas. Nunca se escribe."};
 inline constexpr AjusteDeTexto kEscuchaPermitidos{
     "Escucha_Clientes_Permitidos", "", "",
-    "Direcciones y redes IPv4 (10.0.0.0/24) que pueden entrar. Vacía: todas."};
-inline constexpr AjusteDeTexto kEscuchaLogin{"Escucha_Login_Antes_De_Todo", "", "0|1",
-                                             "1: nada se atiende antes de identificarse."};
-inline constexpr AjusteDeTexto kEscuchaSoloLectura{"Escucha_Solo_Lectura", "", "0|1",
-                                                   "1: el cliente no puede escribir."};
+    "Direcciones y redes IPv4 (10.0.0.0/24) que pueden entrar. Vacía: todas. Nunca se escribe."};
+inline constexpr AjusteDeTexto kEscuchaLogin{
+    "Escucha_Login_Antes_De_Todo", "", "0|1",
+    "1: nada se atiende antes de identificarse. Nunca se escribe."};
+inline constexpr AjusteDeTexto kEscuchaSoloLectura{
+    "Escucha_Solo_Lectura", "", "0|1", "1: el cliente no puede escribir. Nunca se escribe."};
 inline constexpr AjusteDeTexto kPuertaLocal{
     "Puerta_Local", "1", "0|1",
     "0: no se abre el zócalo DriverKV2200.sock de la carpeta, por el que los programas de esta "
@@ -147,8 +149,9 @@ inline constexpr AjusteDeTexto kPuertaLocalEscriben{
     "separados por comas. Vacío: ninguno, tampoco root. Nunca se escribe."};
 inline constexpr AjusteDeTexto kRutaProyecto{
     "RutaProyecto", "", "",
-    "Proyecto de supervisión (.qmx) cuya configuración se usa; nunca se escribe. Vacía: "
-    "DRIVER_KV2200_Config.ini de la carpeta.",
+    "Proyecto de supervisión (.qmx) cuya configuración se usa, al arrancar y al recargar: un "
+    "cambio "
+    "no hace nada antes. Nunca se escribe. Vacía: DRIVER_KV2200_Config.ini de la carpeta.",
     kSeccionDeProyecto};
 
 /// All of them, in the order of the reference.

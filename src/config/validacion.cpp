@@ -114,7 +114,7 @@ void Validador::puertos() {
 }
 
 Suerte Validador::puerto(const Puerto& p, std::size_t linea) {
-    const std::string nombre = "el puerto " + textoDeNumero(p.numero);
+    const std::string nombre = "el puerto " + conComa(p.numero);
     if (puertoDeRegistros(p.numero) == 0) {
         problema(linea, nombre + " no tiene un número entero de 1 a 32767",
                  "no se construyen el puerto ni sus estaciones y bloques", campo::kPuerto);
@@ -124,11 +124,11 @@ Suerte Validador::puerto(const Puerto& p, std::size_t linea) {
     if (!numerosDePuerto_.insert(p.numero).second)
         problema(linea, nombre + " está repetido",
                  "sus bloques usan los tiempos del puerto que está en el lugar " +
-                     textoDeNumero(p.numero),
+                     conComa(p.numero),
                  campo::kPuerto);
     else if (p.numero != lugar)
         problema(linea,
-                 nombre + " está en el lugar " + textoDeNumero(lugar) +
+                 nombre + " está en el lugar " + conComa(lugar) +
                      " y debe estar en el lugar de su número",
                  "sus bloques usan los tiempos del puerto que está en ese lugar, y sin ninguno "
                  "no se crean",
@@ -141,9 +141,9 @@ void Validador::corregirTiempos(Puerto& p, const LineasDePuerto& lineas) {
                               double porDefecto, std::string_view que = {}) {
         if (sirve) return;
         problema(linea,
-                 "el puerto " + textoDeNumero(p.numero) + " tiene " +
-                     std::string(que.empty() ? cual : que) + " " + textoDeNumero(valor),
-                 "se usa " + textoDeNumero(porDefecto), cual);
+                 "el puerto " + conComa(p.numero) + " tiene " +
+                     std::string(que.empty() ? cual : que) + " " + conComa(valor),
+                 "se usa " + conComa(porDefecto), cual);
         valor = porDefecto;
     };
     corregir(p.tiempoFuera, esTiempo(p.tiempoFuera, limite::kTiempoFuera), lineas.tiempoFuera,
@@ -244,7 +244,7 @@ Trabajo Validador::bloques() {
         const double total = v_.variables + static_cast<double>(registros_.size());
         if (suerte != Suerte::NoConstruir && total > kMaximoDeVariables) {
             problema(listas_.lineasDeBloques[i],
-                     "con este bloque la planta pasa de " + textoDeNumero(kMaximoDeVariables) +
+                     "con este bloque la planta pasa de " + conComa(kMaximoDeVariables) +
                          " variables",
                      "no se construyen este bloque ni los " +
                          std::to_string(listas_.bloques.size() - i - 1) + " siguientes");
@@ -268,22 +268,21 @@ Trabajo Validador::bloques() {
 bool Validador::cantidades(const ConfiguracionDeBloque& b, std::size_t linea) {
     const auto rechazar = [&](const char* que, double valor, const std::string& pide,
                               std::string_view cual) {
-        problema(linea, std::string("el bloque tiene ") + que + " " + textoDeNumero(valor) + pide,
+        problema(linea, std::string("el bloque tiene ") + que + " " + conComa(valor) + pide,
                  "no se crea el bloque", cual);
         return false;
     };
     if (!(b.cantidad >= 1 && b.cantidad <= limite::kCantidad) || !entero(b.cantidad))
         return rechazar("cantidad", b.cantidad,
-                        " y debe ser un entero de 1 a " + textoDeNumero(limite::kCantidad),
+                        " y debe ser un entero de 1 a " + conComa(limite::kCantidad),
                         campo::kCantidad);
     if (!(b.nivel >= 0 && b.nivel <= limite::kNivel) || !entero(b.nivel))
-        return rechazar("nivel", b.nivel,
-                        " y debe ser un entero de 0 a " + textoDeNumero(limite::kNivel),
+        return rechazar("nivel", b.nivel, " y debe ser un entero de 0 a " + conComa(limite::kNivel),
                         campo::kNivel);
     if (!esScan(b.scanSegundos))
         return rechazar("ScanTime", b.scanSegundos,
-                        " y debe ser 0, o de " + textoDeNumero(limite::kTiempoMinimo) + " a " +
-                            textoDeNumero(limite::kTiempo) + " s",
+                        " y debe ser 0, o de " + conComa(limite::kTiempoMinimo) + " a " +
+                            conComa(limite::kTiempo) + " s",
                         campo::kScan);
     return true;
 }
@@ -301,7 +300,7 @@ const Destino* Validador::destinoDe(const ConfiguracionDeBloque& b, std::size_t 
     if (d == destinos_.end()) {
         problema(linea,
                  "ninguna conexión del puerto " + std::to_string(b.puerto) + " tiene el PLC " +
-                     textoDeNumero(b.plc) + " del bloque",
+                     conComa(b.plc) + " del bloque",
                  consecuencia, campo::kPlc);
         return nullptr;
     }
@@ -378,9 +377,9 @@ bool Validador::sondeable(const ConfiguracionDeBloque& b, const Destino& d, std:
     if (caben < b.cantidad)
         problema(linea,
                  "el bloque " + citarUtf8(claveDeBloque(b.puerto, b.plc, b.direccion)) + " de " +
-                     textoDeNumero(b.cantidad) + " registros pasa de FF",
-                 "se construyen los " + textoDeNumero(caben) + " que caben, y no los otros " +
-                     textoDeNumero(b.cantidad - caben),
+                     conComa(b.cantidad) + " registros pasa de FF",
+                 "se construyen los " + conComa(caben) + " que caben, y no los otros " +
+                     conComa(b.cantidad - caben),
                  campo::kCantidad);
     return v_.estaciones[d.estacion] == Suerte::Construir;
 }

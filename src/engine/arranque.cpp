@@ -2,7 +2,9 @@
 #include "engine/arranque.h"
 
 #include "config/cambios_de_ajustes.h"
+#include "config/desconocidas.h"
 #include "config/proyecto.h"
+#include "operator/revision_de_guion.h"
 #include "text/numeros.h"
 
 #include <algorithm>
@@ -69,7 +71,9 @@ void Arranque::arrancar() {
     const Validacion validacion = validar(leida.listas, leida.problemas);
     m.descripciones = std::move(leida.listas.descripciones);
     levantarConfiguracion(m.modelo, leida.listas, validacion);
-    m.recarga.conocer(leida.problemas);
+    m.recarga.conocer(leida.problemas, leida.listas.ignoradas);
+    leida.problemas.agregar(leida.listas.ignoradas);
+    revisarRepetidasDeAjustes(m.ajustes.contenido(), m.ajustes.archivoDeAjustes(), leida.problemas);
     informar(leida.problemas);
     m.vista.lblCantidadDePuntos.poner(textoDeNumero(m.tablas.cantidadDePuntos));
     m.bucle.dejarCorrerPendientes();
@@ -97,7 +101,8 @@ void Arranque::anotarPlanta() {
                              " conexiones, " + n(t.cantidadDeEstaciones) + " estaciones, " +
                              n(t.cantidadDePuntos) +
                              " variables; problemas de configuracion: " + n(problemas_) +
-                             "; cliente: " + motor_.vista.servidor.lblPuertoServidor.texto(),
+                             "; cliente: " + motor_.vista.servidor.lblPuertoServidor.texto() +
+                             "; guion: " + queGuionHay(motor_.archivos, motor_.guion.ruta()),
                          {},
                          Novedad::Planta});
 }

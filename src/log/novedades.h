@@ -22,6 +22,7 @@ enum class Novedad : std::uint16_t {
     AjusteCambiado = 120,
     AjusteNoValido = 121,
     Descriptores = 130,
+    CarpetaSinEscritura = 131,
     Grabacion = 140,
     EnlaceArriba = 201,
     EnlaceAbajo = 202,

@@ -46,9 +46,8 @@ int soloComprobar(const Opciones& opciones) {
     ArchivosReales archivos;
     Ajustes ajustes(archivos, opciones.carpeta);
     Revision r = revisar(ajustes);
-    const ConfiguracionLeida& leida = r.configuracion;
-    revisarGuion(archivos, leida.ubicacion.rutaConfiguracion,
-                 direccionesDe(leida.listas, r.validacion), r.configuracion.problemas);
+    revisarGuion(archivos, r);
+    revisarEscritura(archivos, opciones.carpeta, r.configuracion.problemas);
     BucleEpoll bucle;
     revisarEscucha(bucle, ajustes, r);
     if (opciones.alcanzar) alcanzar(bucle, r);

@@ -2,6 +2,7 @@
 #include "main/programa.h"
 
 #include "cli/version.h"
+#include "platform/ruta.h"
 #include "text/nombre_del_programa.h"
 
 #include <array>
@@ -17,6 +18,21 @@ std::string nombreDeLosRegistros() {
 }
 
 } // namespace
+
+void revisarEscritura(Archivos& archivos, const std::string& carpeta, Problemas& problemas) {
+    const std::string registros = unirRuta(carpeta, "LOGS_DRIVER");
+    const bool hay = archivos.existe(registros);
+    const auto probar = [&](const std::string& cual, std::string perdido) {
+        const std::string porQue = porQueNoSeEscribeEn(cual);
+        if (!porQue.empty())
+            problemas.agregar(archivos.comoEsta(cual), 0, "no se puede escribir en ella: " + porQue,
+                              std::move(perdido));
+    };
+    const std::string sinRegistro = "no hay registro del driver ni de las escrituras";
+    probar(carpeta, "no se abre la puerta local ni se agregan los ajustes que faltan" +
+                        (hay ? "" : "; " + sinRegistro));
+    if (hay) probar(registros, sinRegistro);
+}
 
 Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
     : salida(opciones.traza), grabacion(bucle, archivos, opciones.grabar, opciones.carpeta),
@@ -68,12 +84,24 @@ Programa::~Programa() {
 
 void Programa::arrancar() {
     log_.escribir({"DRIVER", "Arranque", conVersion(kNombreDelPrograma), {}, Novedad::Arranque});
+    mirarCarpetas();
     grabacion.empezar();
     arranque.arrancar();
     arranque.abrirServidor();
     grabacion.empezada();
     servicio.listo();
     salida.volcar(); // the first turn of the loop may end seconds from now
+}
+
+/// Whoever looks for a log that cannot be written finds nothing: it has to be said elsewhere.
+void Programa::mirarCarpetas() {
+    Problemas problemas;
+    revisarEscritura(archivos, motor.ajustes.carpeta(), problemas);
+    for (const Problema& p : problemas.lista()) {
+        const std::string texto = textoDeProblema(p);
+        log_.escribir({"DRIVER", "Carpeta", texto, {}, Novedad::CarpetaSinEscritura});
+        salida.alMostrarMensaje("Carpeta", texto);
+    }
 }
 
 void Programa::recargar() {

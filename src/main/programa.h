@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "config/problema.h"
 #include "engine/arranque.h"
 #include "engine/motor.h"
 #include "main/grabacion.h"
@@ -38,6 +39,10 @@ struct Opciones {
     std::string reproducir; ///< recording to play, empty: the driver runs
 };
 
+/// Adds which of the plant's folder and its LOGS_DRIVER cannot be written to, and what is lost by
+/// it.
+void revisarEscritura(Archivos& archivos, const std::string& carpeta, Problemas& problemas);
+
 /// The driver on the real platform, with everything but windows.
 class Programa {
   public:
@@ -65,6 +70,7 @@ class Programa {
     Arranque arranque;
 
   private:
+    void mirarCarpetas();
     void recargar();
     void mirarGrabacion();
     void mirarDescriptores();

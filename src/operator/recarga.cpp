@@ -3,8 +3,10 @@
 
 #include "text/numeros.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
+#include <vector>
 
 namespace kv {
 namespace {
@@ -76,14 +78,15 @@ Trabajo Recarga::unaVez() {
 Trabajo Recarga::adoptar(ConfiguracionLeida& leida, const Validacion& validacion) {
     Diferencia d;
     co_await comparar(p_.planta.tablas, leida.listas, validacion, d, porciones_);
-    conocidos_.conocer(leida.problemas);
+    const std::string ignorado = ignoradoNuevo(leida.listas.ignoradas);
+    conocidos_.conocer(leida.problemas, leida.listas.ignoradas);
     if (alAdoptar_) alAdoptar_(leida.ubicacion.rutaConfiguracion);
     p_.vista.lblProyecto.poner(leida.ubicacion.nombreProyecto);
     p_.guion.fijarRuta(rutaDelGuion(leida.ubicacion.rutaConfiguracion));
     std::swap(p_.descripciones, leida.listas.descripciones);
     Traspaso::Hecho hecho;
     co_await traspaso_.hacer(leida.listas, d, hecho);
-    contar(hecho);
+    contar(hecho, ignorado);
     p_.planta.conexiones.estadoConexiones();
 }
 
@@ -94,12 +97,26 @@ Trabajo Recarga::soltar(ConfiguracionLeida& leida) {
         co_await porciones_.gastar(kPorDescripcion);
 }
 
-void Recarga::contar(const Traspaso::Hecho& hecho) {
+/// The first few names that mean nothing and were not there before, with what may have been meant.
+std::string Recarga::ignoradoNuevo(const Problemas& ignoradas) const {
+    constexpr std::size_t kNombrados = 3;
+    std::string texto;
+    const std::vector<Problema> nuevos = conocidos_.nuevos(ignoradas);
+    const std::size_t nombrados = std::min(nuevos.size(), kNombrados);
+    for (std::size_t i = 0; i < nombrados; ++i)
+        texto += "; " + textoDeProblema(nuevos[i]);
+    if (nuevos.size() > nombrados) texto += "; y " + cuantos(nuevos.size() - nombrados) + " más";
+    return texto;
+}
+
+void Recarga::contar(const Traspaso::Hecho& hecho, const std::string& ignorado) {
     const std::string que = "recargada: " + cuantos(hecho.nuevas) + " variables nuevas, " +
                             cuantos(hecho.retiradas) + " retiradas, " + cuantos(hecho.cambiadas) +
                             " cambiadas, " + cuantos(hecho.iguales) + " iguales" +
-                            (hecho.puertos ? "; puertos cambiados" : "");
+                            (hecho.puertos ? "; puertos cambiados" : "") + ignorado;
     p_.log.escribir({"DRIVER", "Configuracion", que, {}, Novedad::Recargada});
+    if (!ignorado.empty())
+        p_.vista.mostrarMensaje("La configuración está " + que, "Recargar configuración");
 }
 
 /// The first fault that is new, or nothing.

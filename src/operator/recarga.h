@@ -22,8 +22,9 @@ namespace kv {
 /// Takes over a changed configuration while the plant is served. What did not change is not
 /// touched: its links stay, its reads come when they were due, its values stay as they are. What
 /// went is BAD once more for whoever knew it, and gone; what came is asked at once. A file with a
-/// fault that the last one taken over did not have changes nothing. What an operator switched or
-/// set otherwise than configured stays so, unless the configuration of just that changed.
+/// fault that the last one taken over did not have changes nothing; the log names a key
+/// that means nothing. What an operator switched or set otherwise than configured stays so, unless
+/// the configuration of just that changed.
 ///
 /// It is done in portions, and everything else goes on between them: with the plant as it was until
 /// the file has been read, checked and compared, and then record by record.
@@ -41,8 +42,10 @@ class Recarga {
     };
     explicit Recarga(const Partes& partes);
 
-    /// The faults of the configuration that the driver started with.
-    void conocer(const Problemas& problemas) { conocidos_.conocer(problemas); }
+    /// The faults of the configuration that the driver started with, and what in it means nothing.
+    void conocer(const Problemas& problemas, const Problemas& ignoradas) {
+        conocidos_.conocer(problemas, ignoradas);
+    }
     /// Called with the path of each configuration that is taken over.
     void alAdoptar(std::function<void(const std::string&)> tarea) { alAdoptar_ = std::move(tarea); }
     /// Called when nothing is left to be taken over, or was refused.
@@ -64,7 +67,8 @@ class Recarga {
     Trabajo unaVez();
     Trabajo adoptar(ConfiguracionLeida& leida, const Validacion& validacion);
     Trabajo soltar(ConfiguracionLeida& leida);
-    void contar(const Traspaso::Hecho& hecho);
+    void contar(const Traspaso::Hecho& hecho, const std::string& ignorado);
+    [[nodiscard]] std::string ignoradoNuevo(const Problemas& ignoradas) const;
     [[nodiscard]] std::string queja(const ConfiguracionLeida& leida) const;
     void rechazar(const std::string& porque);
 

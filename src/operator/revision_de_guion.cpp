@@ -8,9 +8,16 @@
 
 namespace kv {
 
-void revisarGuion(Archivos& archivos, const std::string& rutaDeConfiguracion,
-                  const DireccionesDePlanta& planta, Problemas& problemas) {
-    const std::string ruta = rutaDelGuion(rutaDeConfiguracion);
+std::string queGuionHay(Archivos& archivos, const std::string& ruta) {
+    if (ruta.empty()) return "no hay";
+    const std::string cual = rutaLegible(archivos.comoEsta(ruta));
+    return archivos.existe(ruta) ? cual : "no hay (se busca " + cual + ")";
+}
+
+void revisarGuion(Archivos& archivos, Revision& r) {
+    const std::string ruta = rutaDelGuion(r.configuracion.ubicacion.rutaConfiguracion);
+    Problemas& problemas = r.configuracion.problemas;
+    r.guion = queGuionHay(archivos, ruta);
     if (ruta.empty() || !archivos.existe(ruta)) return;
     const auto agregar = [&](int linea, int columna, const std::string& que,
                              const char* consecuencia) {
@@ -29,6 +36,7 @@ void revisarGuion(Archivos& archivos, const std::string& rutaDeConfiguracion,
     const std::string texto = utf8DesdeWindows1252(*bytes);
     if (const auto falla = EditorDeGuion::comprobar(texto))
         return agregar(falla->linea, falla->columna, falla->descripcion, "el guion no corre");
+    const DireccionesDePlanta planta = direccionesDe(r.configuracion.listas, r.validacion);
     for (const AvisoDeGuion& a : avisosDeGuion(texto, {&planta}))
         agregar(a.linea, a.columna, a.texto, "es un aviso: el guion se corre igual");
 }

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "config/problema.h"
-#include "plant/direcciones.h"
+#include "config/comprobacion.h"
 #include "platform/archivos.h"
 
 #include <string>
 
 namespace kv {
 
-/// Adds what is wrong with the script beside a driver configuration, and what in it is hardly
-/// meant. No script is no problem.
-void revisarGuion(Archivos& archivos, const std::string& rutaDeConfiguracion,
-                  const DireccionesDePlanta& planta, Problemas& problemas);
+/// A script's path as people find it, or that no script lies there and which one is looked for.
+[[nodiscard]] std::string queGuionHay(Archivos& archivos, const std::string& ruta);
+
+/// Tells what script stands beside the configuration of `r`, what is wrong with it, and what in it
+/// is hardly meant. No script is no problem.
+void revisarGuion(Archivos& archivos, Revision& r);
 
 } // namespace kv

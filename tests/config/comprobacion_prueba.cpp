@@ -119,6 +119,38 @@ TEST_F(ComprobacionPrueba, LasClavesYSeccionesDesconocidasDeLosAjustesConLaMasPa
     EXPECT_EQ(con("[DRIVER_KV2200]\nver=1\nIDIOMA_VENTANA=en\n").resultado(), 0);
 }
 
+TEST_F(ComprobacionPrueba, LoRepetidoQueNoCuenta) {
+    const auto repetida = [](const std::string& linea, const std::string& que,
+                             const std::string& vale) {
+        return linea + ": " + que + " está repetida: vale la de la línea " + vale;
+    };
+    const Revision r = con("[DRIVER_KV2200]\nTiempo_Entre_poleo=100\nVER=0\n"
+                           "tiempo_entre_POLEO=200\n[PROYECTO_PREDETERMINADO]\n"
+                           "[driver_kv2200]\nVER=0\n");
+    EXPECT_EQ(que(r), (Lineas{repetida("4", "\"tiempo_entre_POLEO\"", "2"),
+                              repetida("6", "la sección \"driver_kv2200\"", "1")}));
+    EXPECT_EQ(r.pausaMs, 100);
+    configuracion += "TIME_OUT=9\nbloque0_nivel=2\n[PUERTO1]\nTIMEOUT=1\n"
+                     "[CONFIG]\nCANT_PUERTOS=2\n";
+    const auto linea = [this](std::string_view texto) {
+        const auto hasta =
+            configuracion.begin() + static_cast<std::ptrdiff_t>(configuracion.rfind(texto));
+        return std::to_string(std::count(configuracion.begin(), hasta, '\n') + 1);
+    };
+    EXPECT_EQ(que(con("[DRIVER_KV2200]\n")),
+              (Lineas{repetida(linea("[CONFIG]"), "la sección [CONFIG]", "1"),
+                      repetida(linea("[PUERTO1]"), "la sección [PUERTO1]", "3"),
+                      repetida(linea("TIME_OUT=9"), "TIME_OUT", linea("TIME_OUT=5")),
+                      repetida(linea("bloque0_nivel"), "Bloque0_Nivel", linea("Bloque0_Nivel"))}));
+}
+
+TEST_F(ComprobacionPrueba, SinNumeroDePuertoSeDicePrimero) {
+    configuracion = "[CONFIG]\nCANT_PUERTOS=2\n[PUERTO1]\nNUMERO=1\nCantEsclavos=0\nCantBloques=0\n"
+                    "[PUERTO2]\nCantEsclavos=0\nCantBloques=0\n";
+    EXPECT_EQ(que(con("[DRIVER_KV2200]\n")),
+              (Lineas{"7: falta NUMERO en [PUERTO2]", "7: el puerto 1 está repetido"}));
+}
+
 TEST_F(ComprobacionPrueba, LasDeLaConfiguracionUnaVezCadaUna) {
     configuracion = "[CONFIG]\nCANT_PUERTOS=1\nCANT_PUERTO=1\n[PUERTO1]\nNUMERO=1\nTIMEOUT=3\n"
                     "CantEsclavos=1\nEsclavo0_Numero=1\nEsclavo0_Indice=1\nEsclavo0_Pverto=502\n"
@@ -146,7 +178,12 @@ TEST_F(ComprobacionPrueba, LasDeLaExportacion) {
     const std::string ejemplo = std::string(KV_FUENTES) + "/examples/planta-chica/";
     std::string exportada = *reales.leer(ejemplo + "Planta.KalmorKV2200_Conf", 1 << 20);
     Problemas problemas;
-    revisarNombresDeExportacion(exportada, "E", problemas);
+    const auto revisarExportada = [&] {
+        Porciones una;
+        Trabajo todo = revisarNombresDeExportacion(exportada, "E", problemas, una);
+        una.hacer(todo);
+    };
+    revisarExportada();
     EXPECT_TRUE(problemas.ninguno()) << problemas.lista()[0].que;
     const auto cambiar = [&exportada](const std::string& de, const std::string& a) {
         for (auto i = exportada.find(de); i != std::string::npos; i = exportada.find(de, i))
@@ -154,7 +191,7 @@ TEST_F(ComprobacionPrueba, LasDeLaExportacion) {
     };
     cambiar("nivel:", "nivle:");
     cambiar("puerto:", "puertto:");
-    revisarNombresDeExportacion(exportada, "E", problemas);
+    revisarExportada();
     ASSERT_EQ(problemas.lista().size(), 2U);
     EXPECT_EQ(problemas.lista()[1].que,
               "\"nivle\" no es un dato de un bloque (y 19 veces más): ¿es nivel?");
@@ -169,6 +206,9 @@ TEST_F(ComprobacionPrueba, UnaPuertaMalPuestaNoAtiendeALaPlanta) {
     EXPECT_EQ(r.resultado(), 2);
     EXPECT_NE(informeDe(r).find("la puerta queda cerrada"), std::string::npos);
     EXPECT_EQ(con("[DRIVER_KV2200]\nEscucha_Plazo_De_Login_Segundos=mil\n").resultado(), 2);
+    r = con("[DRIVER_KV2200]\nEscucha_Solo_Lectura=no\nEscucha_Login_Antes_De_Todo=0\n");
+    EXPECT_EQ(que(r), Lineas{"2: Escucha_Solo_Lectura=\"no\" no es 0 ni 1"});
+    EXPECT_TRUE(r.escucha.soloLectura && !r.escucha.exigeLogin && r.resultado() == 1);
     // A setting of a client that is shut out by a list is a choice.
     EXPECT_EQ(con("[DRIVER_KV2200]\nEscucha_Clientes_Permitidos=10.0.0.9\n").resultado(), 0);
     EXPECT_EQ(con("").resultado(), 2); // no whole settings

@@ -86,7 +86,9 @@ TEST(Driver, LasEntradasSeNumeranATravesDeLasSecciones) {
     for (const auto& b : l.listas.bloques)
         orden += std::to_string(b.puerto) + "." + std::to_string(static_cast<int>(b.plc)) + " ";
     EXPECT_EQ(orden, "1.10 1.11 2.12 1.1 1.3 2.13 2.14 ");
-    EXPECT_EQ(problemasDe(l), "D.ini:24: Bloque1_PLC=\"malo\" no es un número; no se crea el "
+    EXPECT_EQ(problemasDe(l), "D.ini:19: Esclavo0_Numero está repetida: vale la de la línea 18; "
+                              "esta no cuenta\n"
+                              "D.ini:24: Bloque1_PLC=\"malo\" no es un número; no se crea el "
                               "bloque\n");
 }
 
@@ -120,6 +122,7 @@ TEST(Driver, CantidadesQueElArchivoNoTiene) {
               "falta es Esclavo1; lo que falta no se crea\n"
               "D.ini:8: CantBloques es 1000000000 y el archivo tiene sólo 2; la primera que "
               "falta es Bloque2; lo que falta no se crea\n"
+              "D.ini:15: falta NUMERO en [PUERTO2]; se toma 1, el anterior a su orden\n"
               "D.ini:17: CantBloques es 0, desde Bloque1000000000, y hay entradas con otros "
               "números; se ignoran\n"
               "D.ini:2: CANT_PUERTOS es 1000000000 y no hay secciones desde [PUERTO3] en adelante; "
@@ -177,15 +180,17 @@ TEST(Driver, LosProblemasSonContadosYNoTodosGuardados) {
 
 TEST(Driver, MuchasEntradasEnCualquierOrden) {
     constexpr int kCuantas = 10'000;
-    std::string t = "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nCantBloques=" + std::to_string(kCuantas) +
-                    "\nCantEsclavos=0\n";
+    std::string t =
+        "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\nCantBloques=" + std::to_string(kCuantas) +
+        "\nCantEsclavos=0\n";
     for (int i = 0; i < kCuantas; ++i) {
         const int n = (i * 7919 + 13) % kCuantas;
         t += bloque(n, std::to_string(n).c_str());
     }
     t += bloque(77, "1"); // once more: the first one counts
     const auto [listas, problemas] = leer(t);
-    EXPECT_TRUE(problemas.ninguno());
+    ASSERT_EQ(problemas.lista().size(), 1U);
+    EXPECT_TRUE(problemas.lista()[0].que.starts_with("Bloque77_PLC está repetida")) << "told once";
     ASSERT_EQ(listas.bloques.size(), static_cast<std::size_t>(kCuantas));
     for (std::size_t n = 0; n < listas.bloques.size(); ++n)
         ASSERT_EQ(listas.bloques[n].plc, static_cast<double>(n));

@@ -75,7 +75,7 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
                    "[CONFIG]\nCANT_PUERTOS=1\n[PUERTO1]\nNUMERO=1\nCantEsclavos=2\n"
                    "Esclavo0_Numero=1\nEsclavo0_Indice=1\nEsclavo1_Numero=2\nEsclavo1_Indice=2\n"
                    "Esclavo1_Puerto=0502\nCantBloques=1\nBloque0_PLC=2\nBloque0_Quantity=3\n"
-                   "Bloque0_StarAdrees=1F\nBloque0_ScanTime=2\n");
+                   "Bloque0_StarAdrees=1F\nBloque0_ScanTime=2\nTIME_OUT=2.5\n");
     Revision c = revisar(ajustes);
     EXPECT_EQ(c.resultado(), 1);
     EXPECT_EQ(
@@ -84,7 +84,7 @@ TEST_F(ProyectoPrueba, LaComprobacionNoEscribeYTermina0SoloSinProblemas) {
         "Proyecto: DRIVER_KV2200_Config.ini\n"
         "Escucha: 0.0.0.0:1334\n"
         "Se construyen 1 puerto, 1 conexión, 2 estaciones, 1 bloque, 3 variables\n"
-        "Puerto 1: tiempo fuera 5 s, 3 reintentos, reconexión 30 s, scan por defecto 5 s\n"
+        "Puerto 1: tiempo fuera 2,5 s, 3 reintentos, reconexión 30 s, scan por defecto 5 s\n"
         "Conexión 127.0.0.1:502 (puerto 1): 2 estaciones, 1 bloque, 3 variables, "
         "pide 1,5 lecturas/s y se le permite 1,2\n"
         "  PLC 1 - Indice 1\n  PLC 2 - Indice 2\n"

@@ -47,7 +47,7 @@ OTROS = {
 # Blocks that show something other than commands, by how their lines begin.
 NO_SON = {
     "docs/architecture.md": r"[ |+]|configuration files|script  ",
-    "docs/commissioning.md": r"16 bloques",
+    "docs/commissioning.md": r"en .*16 bloques",
     "docs/puerta-local.md": r"\s*[{\"]",
     "docs/protocolo-cliente.md": r"\[Write\]|Read;",
     "examples/README.md": r"\[PROYECTO|RutaProyecto=",

@@ -209,8 +209,8 @@ TEST_F(BitacoraPrueba, LosAjustesQueCambianYLaPlantaEnCifras) {
     p->arranque.abrirServidor();
     EXPECT_TRUE(
         dice("DRIVER>Planta>DRIVER_KV2200_Config.ini: 1 puertos, 1 conexiones, 1 estaciones, "
-             "1 variables; problemas de configuracion: 0; cliente: Puerto 1334, "
-             "DescError:KV102\r\n"))
+             "1 variables; problemas de configuracion: 0; cliente: Puerto 1334; "
+             "guion: no hay (se busca /kv/DRIVER_KV2200_Config.MDrivScrip), DescError:KV102\r\n"))
         << log();
     p->avanzar(kMinuto);
     EXPECT_EQ(lineas("KV120"), 0) << "defaults that are written down change nothing\n" << log();
@@ -219,6 +219,10 @@ TEST_F(BitacoraPrueba, LosAjustesQueCambianYLaPlantaEnCifras) {
     p->avanzar(10'000);
     EXPECT_EQ(lineas("KV120"), 1) << log();
     EXPECT_TRUE(dice("DRIVER>Ajuste cambiado>Escucha_Solo_Lectura: \"\" -> \"1\", "));
+    p->ajuste("Tiempo_Entre_poleo", "-5");
+    p->avanzar(10'000);
+    EXPECT_EQ(lineas("KV121"), 1);
+    EXPECT_EQ(lineas("KV120"), 1) << "what is not in force is no change\n" << log();
 }
 
 } // namespace

@@ -283,6 +283,23 @@ TEST_P(Recarga, UnaFallaConocidaLoEsEnOtraLineaYCadaVezUna) {
     EXPECT_TRUE(seRecarga(con(1)));
 }
 
+TEST_P(Recarga, UnaClaveQueNoSeConoceSeDiceLaPrimeraVez) {
+    auto& p = plantaDe(dos());
+    p.arrancarYConectar();
+    const auto recargarCon = [&](const std::string& renglones) {
+        const auto antes = p.archivos.contenido(kLog).size();
+        p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", dos().texto() + renglones);
+        p.motor.operador.recargar();
+        terminar();
+        return p.archivos.contenido(kLog).substr(antes);
+    };
+    const std::string log = recargarCon("Bloque0_Nivell=2\n");
+    EXPECT_NE(log.find("recargada: 0 variables nuevas"), std::string::npos) << log;
+    EXPECT_NE(log.find("\"Bloque0_Nivell\" no es un dato de un bloque: "), std::string::npos)
+        << log;
+    EXPECT_EQ(recargarCon("; moved\nBloque0_Nivell=2\n").find("Nivell"), std::string::npos);
+}
+
 TEST_P(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {
     auto& p = plantaDe(dos());
     auto& plc = p.en("10.0.0.1");

@@ -95,7 +95,10 @@ TEST(LineaDeOrden, ComprobarMiraTambienElGuion) {
     const Resultado sin = correr({"--carpeta", carpeta.ruta(), "--comprobar"});
     const Resultado bien =
         comprobar("nivel = MW_1_1_10 * 2\r\nmw.writeMW \"MW_1_1_10\", nivel\r\n");
-    EXPECT_EQ(bien.salida, sin.salida) << "no script is no problem, and a good one neither";
+    const std::string guion = carpeta.ruta() + "/DRIVER_KV2200_Config.MDrivScrip";
+    EXPECT_TRUE(tiene(sin.salida, "\nGuion: no hay (se busca " + guion + ")\n")) << sin.salida;
+    EXPECT_TRUE(tiene(bien.salida, "\nGuion: " + guion + "\n")) << bien.salida;
+    EXPECT_EQ(bien.codigo + sin.codigo, 0) << "no script is no problem, and a good one neither";
     const Resultado r =
         comprobar("nivel = MW_1_1_10\r\nx = nivle\r\nmw.writeMW \"MW_1_1_11\", 1\r\n");
     EXPECT_EQ(r.codigo, 1);
@@ -265,6 +268,24 @@ TEST(LineaDeOrden, ComprobarDiceArchivoLineaYConsecuenciaYNoEscribe) {
         EXPECT_TRUE(tiene(r.salida, ini + linea)) << linea << " in\n" << r.salida;
     EXPECT_EQ(c.nombres(), habia);
     EXPECT_EQ(c.leer("sis_config.ini"), ajustes);
+}
+
+TEST(LineaDeOrden, UnRegistroQueNoSePuedeEscribirSeDiceEnOtraParte) {
+    const Instalacion planta(
+        Configuracion().puerto().estacion(1, "127.0.0.1", 1).bloque(1, "10", "60").texto());
+    planta.escribir("LOGS_DRIVER", "where the folder should be");
+    const auto habia = planta.nombres();
+    const std::string que = planta.ruta() + "/LOGS_DRIVER: no se puede escribir en ella: no es una "
+                                            "carpeta; no hay registro del driver ni de las "
+                                            "escrituras\n";
+    const Resultado r = correr({"--comprobar", "--carpeta", planta.ruta()});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.salida, que)) << r.salida;
+    EXPECT_EQ(planta.nombres(), habia);
+    Proceso driver(planta.correr());
+    EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "") << "it serves the plant all the same";
+    EXPECT_EQ(driver.terminar(SIGTERM), 0);
+    EXPECT_TRUE(tiene(driver.errores(), que)) << driver.errores();
 }
 
 TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {

@@ -47,6 +47,22 @@ TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
     EXPECT_FALSE(archivos.agregar(carpeta + "/no/existe/f", "x"));
 }
 
+TEST_F(EnDisco, SeDiceEnQueCarpetaNoSePuedeEscribir) {
+    EXPECT_EQ(porQueNoSeEscribeEn(carpeta), "");
+    EXPECT_TRUE(fs::is_empty(carpeta)) << "nothing is left of the trial";
+    EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/no"), "no existe");
+    ASSERT_TRUE(archivos.agregar(carpeta + "/f", "x"));
+    EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/f"), "no es una carpeta");
+    ASSERT_EQ(chmod(carpeta.c_str(), 0555), 0);
+    constexpr uid_t kNadie = 65534; // who may do everything would be stopped by nothing
+    const bool todopoderoso = geteuid() == 0;
+    ASSERT_EQ(seteuid(todopoderoso ? kNadie : geteuid()), 0);
+    const std::string porQue = porQueNoSeEscribeEn(carpeta);
+    ASSERT_EQ(seteuid(todopoderoso ? 0 : geteuid()), 0);
+    chmod(carpeta.c_str(), 0700);
+    EXPECT_EQ(porQue, "no hay permiso");
+}
+
 TEST_F(EnDisco, UnEnlaceSigueSiendoLoAlReemplazarLoQueNombra) {
     const std::string otra = carpeta + "/otra";
     ASSERT_TRUE(archivos.crearCarpeta(otra));

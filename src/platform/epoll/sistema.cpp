@@ -217,6 +217,32 @@ bool ArchivosReales::crearCarpeta(const std::string& ruta) {
     return !error;
 }
 
+std::string porQueNoSeEscribeEn(const std::string& carpeta) {
+    const std::string ruta = resolver(carpeta);
+    const Descriptor sinNombre(ruta, O_TMPFILE | O_WRONLY | O_CLOEXEC);
+    const bool abierto = sinNombre.abierto();
+    if (abierto && escribirTodo(sinNombre.numero(), "\n")) return {};
+    // Some disks have no files without a name: there what is allowed has to do.
+    const bool noHay = !abierto && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL);
+    if (noHay && access(ruta.c_str(), W_OK | X_OK) == 0) return {};
+    switch (errno) {
+    case EACCES:
+    case EPERM:
+        return "no hay permiso";
+    case EROFS:
+        return "es de sólo lectura";
+    case ENOENT:
+        return "no existe";
+    case ENOTDIR:
+        return "no es una carpeta";
+    case ENOSPC:
+    case EDQUOT:
+        return "no queda lugar";
+    default:
+        return "error " + std::to_string(errno);
+    }
+}
+
 ProcesosReales::~ProcesosReales() {
     if (cerrojo_ >= 0) close(cerrojo_);
     if (atendida_ >= 0) close(atendida_);

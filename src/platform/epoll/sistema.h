@@ -38,6 +38,10 @@ class ProcesosReales final : public Procesos {
 /// Whether another process serves the configuration that this path leads to.
 [[nodiscard]] bool configuracionAtendida(const std::string& ruta);
 
+/// Why this process cannot write a new file in a folder, in Spanish, or nothing if it can. It is
+/// tried, and nothing is left of it.
+[[nodiscard]] std::string porQueNoSeEscribeEn(const std::string& carpeta);
+
 /// Descriptors that this process may have from now on: as many as it may give itself.
 void pedirDescriptores();
 
