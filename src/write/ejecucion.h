@@ -31,8 +31,6 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
 
     /// Enters a write into the table and its connection's list; gives its index.
     Indice tomarLugar(BloqueEscritura nueva);
-    /// It is asked for again: it may wait from now on.
-    void rejuvenecer(BloqueEscritura& e) const { e.pedidaMs = bucle_.reloj().monotonicoMs(); }
     /// Does the write's next step if it is still to be done and its connection is free.
     Turnos::Envio polearBloque_De_Escritura(Indice i);
     bool enviarSiguiente(Indice conexion) override;

@@ -44,9 +44,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
         if (leido == kNinguno) return negar(Argumento, Rechazo::NadieLoLee);
         BloqueLectura& b = tablas_.bloques[leido];
         if (const Indice igual = igualSinEnviar(b, d, valor); igual != kNinguno) {
-            BloqueEscritura& otra = tablas_.escrituras[igual];
-            ejecucion_.rejuvenecer(otra);
-            unir(otra, origen);
+            unir(tablas_.escrituras[igual], origen);
             return igual;
         }
         if (ejecucion_.enEspera() >= kEnEsperaMaximo)

@@ -302,14 +302,6 @@ TEST_F(Escribe, LaQueEnvejeceSeAbandonaYSeDice) {
     EXPECT_NE(demanda().find(" 1.1.10 = 20: espero demasiado\r\n"), std::string::npos);
     const auto dichas = fines();
     EXPECT_EQ(std::count(dichas.begin(), dichas.end(), '='), 20) << dichas;
-    // Who asks for what another has long been waiting for waits from now on.
-    plc->demora = [](const Solicitud&) { return 9000.0; };
-    escribir("1.1.10", 50);
-    escribir("1.1.10", 51);
-    p->avanzar(28'000);
-    p->motor.operador.escribirDireccion("1.1.10", 51);
-    p->avanzar(10'000);
-    EXPECT_EQ(demanda().find(" 1.1.10 = 51: espero demasiado\r\n"), std::string::npos);
 }
 
 TEST_F(Escribe, UnaAbandonadaConElCableCortadoNoLlegaDespues) {
