@@ -178,9 +178,10 @@ TEST_F(ComprobacionPrueba, LasDeLaExportacion) {
     const std::string ejemplo = std::string(KV_FUENTES) + "/examples/planta-chica/";
     std::string exportada = *reales.leer(ejemplo + "Planta.KalmorKV2200_Conf", 1 << 20);
     Problemas problemas;
+    const std::string archivo = "E";
     const auto revisarExportada = [&] {
         Porciones una;
-        Trabajo todo = revisarNombresDeExportacion(exportada, "E", problemas, una);
+        Trabajo todo = revisarNombresDeExportacion(exportada, archivo, problemas, una);
         una.hacer(todo);
     };
     revisarExportada();
