@@ -101,7 +101,7 @@ void Sesion::atender(std::string_view llegada) {
         anotar(llegada);
         llegadas_.push_back({numero_, std::string(llegada)});
     } catch (const std::exception& falla) {
-        return anotarFalla(falla.what(), llegada);
+        return anotarFalla(falla.what(), llegada, remoto_);
     }
     if (trabajando_) return frenar(true);
     trabajar(Tanda(bucle_.reloj()));
@@ -130,7 +130,7 @@ bool Sesion::adelantar(Llegada& llegada, Tanda& tanda) {
         return llegada.de != numero_ || servir(llegada, tanda) || llegada.de != numero_;
     } catch (const std::exception& falla) {
         llegada.de = kDeNadie; // even if saying so fails as well
-        anotarFalla(falla.what(), llegada.memoria);
+        anotarFalla(falla.what(), llegada.memoria, remoto_);
         return true;
     }
 }
@@ -139,9 +139,9 @@ void Sesion::anotar(std::string_view llegada) {
     sucesos_.decir({.que = Que::DelCliente}, paraMostrar(llegada, kLlegadaEnCaja));
 }
 
-void Sesion::anotarFalla(std::string_view que, std::string_view memoria) {
+void Sesion::anotarFalla(std::string_view que, std::string_view memoria, std::string_view de) {
     log_.escribir("arriba datos", kNombreDelPrograma,
-                  std::string(que) + (remoto_.empty() ? "" : ", de " + remoto_) +
+                  std::string(que) + ", de " + std::string(de) +
                       " Datos: " + paraMostrar(memoria, kLlegadaEnRegistro));
 }
 
@@ -150,7 +150,7 @@ bool Sesion::identificar(std::string_view llegada, std::string_view remoto) {
         anotar(llegada);
         return esClave(llegada, remoto);
     } catch (const std::exception& falla) {
-        anotarFalla(falla.what(), llegada);
+        anotarFalla(falla.what(), llegada, remoto);
         return false;
     }
 }

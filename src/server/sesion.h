@@ -79,7 +79,7 @@ class Sesion {
     static const Paso kPasos[];
 
     void anotar(std::string_view llegada);
-    void anotarFalla(std::string_view que, std::string_view memoria);
+    void anotarFalla(std::string_view que, std::string_view memoria, std::string_view de);
     [[nodiscard]] bool esClave(std::string_view llegada, std::string_view remoto);
     void trabajar(Tanda tanda);
     [[nodiscard]] bool adelantar(Llegada& llegada, Tanda& tanda);
