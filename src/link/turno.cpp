@@ -68,9 +68,13 @@ RespuestasDebidas::Permiso Turnos::permiso(Indice conexion,
 
 Turnos::Envio Turnos::enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
                              std::int64_t plazoMs) {
+    return enviar(conexion, de, trama, plazoMs, registroDe(trama));
+}
+
+Turnos::Envio Turnos::enviar(Indice conexion, Transaccion& de, const Solicitud& trama,
+                             std::int64_t plazoMs, RespuestasDebidas::Registro registro) {
     if (!libre(conexion)) return Envio::Imposible;
     ConexionIP& c = tablas_.conexiones[conexion];
-    const RespuestasDebidas::Registro registro = registroDe(trama);
     const auto permiso = this->permiso(conexion, registro);
     if (permiso.esperaMs > 0) {
         retener(conexion, permiso.esperaMs);

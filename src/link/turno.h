@@ -48,6 +48,10 @@ class Turnos {
     /// Sends a request of `de` on a free connection. `plazoMs` is how long its answer is waited
     /// for, above 0.
     Envio enviar(Indice conexion, Transaccion& de, const Solicitud& trama, std::int64_t plazoMs);
+    /// The same for a request that goes on asking for `registro`, as `reenviar` does where the
+    /// connection was not given free.
+    Envio enviar(Indice conexion, Transaccion& de, const Solicitud& trama, std::int64_t plazoMs,
+                 RespuestasDebidas::Registro registro);
     /// Whose request is outstanding; null on a connection that does not wait.
     [[nodiscard]] Transaccion* enCurso(Indice conexion) const {
         return companeros_[conexion].enCurso;

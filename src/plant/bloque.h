@@ -129,6 +129,7 @@ struct BloqueEscritura {
     bool esperandoConfirmacion = false; ///< a read-back is out
     bool enDuda = false;                ///< an answer came that may be another request's
     bool otroValor = false;             ///< what left last was answered with another value
+    bool cedio = false;                 ///< reads have the line before its next try
     Indice indice = kNinguno;
     Indice idConexion = kNinguno;
     Indice indiceBloqueLectura = kNinguno;

@@ -40,6 +40,8 @@ struct ConexionIP {
     Indice escrituraEnCurso = kNinguno;
     RespuestasDebidas::Registro registroEnCurso = 0; ///< what the outstanding request asks for
     std::uint32_t escriturasSeguidas = 0;            ///< writes sent since the last read
+    std::int64_t escribeDesdeMs = 0;                 ///< when the last write got the line
+    std::int64_t leeHastaMs = 0;                     ///< until then due reads go before writes
     std::int64_t enviadoUs = 0;  ///< when the last request left, on the clock that never goes back
     std::int64_t recibidoUs = 0; ///< when the last valid answer came, whosever it was
     std::uint64_t enlaceSupervisado = 0; ///< which of the socket's links the supervision acted on

@@ -9,9 +9,6 @@ namespace {
 // So many writes in a row, then a due read has its turn: a script that writes after every answer
 // must not freeze the values it reads.
 constexpr std::uint32_t kEscriturasSeguidas = 4;
-// So many waiting blocks are looked at for one whose answer could be told apart from late ones,
-// before the first in turn is asked all the same.
-constexpr int kMiradas = 16;
 
 } // namespace
 
@@ -38,8 +35,11 @@ void Poleo::desActivarPoling_En_Socket(Indice conexion) {
 
 bool Poleo::tocaEscribir(const ConexionIP& c, Indice conexion) const {
     if (c.escrituras.empty()) return false;
-    return c.escriturasSeguidas < kEscriturasSeguidas || escrituras_.aMedias(conexion) ||
-           tablas_.siguientePorPolear(conexion) == ConjuntoDePosiciones::kNinguna;
+    if (escrituras_.aMedias(conexion) ||
+        tablas_.siguientePorPolear(conexion) == ConjuntoDePosiciones::kNinguna)
+        return true;
+    return c.escriturasSeguidas < kEscriturasSeguidas &&
+           bucle_.reloj().monotonicoMs() >= c.leeHastaMs;
 }
 
 void Poleo::buscoSiguienteAPolear(Indice conexion) {

@@ -22,6 +22,11 @@ std::int16_t comoRegistro(double valor) {
     return static_cast<std::int16_t>(entero(valor).value_or(0));
 }
 
+Que siguienteIntento(const BloqueEscritura& e) {
+    if (e.paso == PasoDeEscritura::PorLeer) return Que::EscrituraLeeOtraVez;
+    return e.esperandoConfirmacion ? Que::EscrituraRelee : Que::EscrituraRepite;
+}
+
 } // namespace
 
 EjecucionDeEscrituras::EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos,
@@ -64,10 +69,13 @@ Turnos::Envio EjecucionDeEscrituras::polearBloque_De_Escritura(Indice i) {
     if (e.esBit() && e.paso == PasoDeEscritura::PorEnviar && e.lecturas <= leido.reintentosMax &&
         static_cast<double>(edad) > turnos_.pausa() + static_cast<double>(leido.tiempoFueraMs))
         e.paso = PasoDeEscritura::PorLeer;
-    const Turnos::Envio envio =
-        e.paso == PasoDeEscritura::PorLeer ? leerPalabra(e) : escribirPalabra(e);
+    const Turnos::Envio envio = e.cedio                              ? retomar(e)
+                                : e.paso == PasoDeEscritura::PorLeer ? leerPalabra(e)
+                                                                     : escribirPalabra(e);
     if (envio != Turnos::Envio::Hecho) return envio;
-    tablas_.conexiones[e.idConexion].escrituraEnCurso = i;
+    ConexionIP& c = tablas_.conexiones[e.idConexion];
+    c.escrituraEnCurso = i;
+    c.escribeDesdeMs = bucle_.reloj().monotonicoMs();
     return envio;
 }
 
@@ -96,6 +104,7 @@ Turnos::Envio EjecucionDeEscrituras::escribirPalabra(BloqueEscritura& e) {
 }
 
 bool EjecucionDeEscrituras::enviarSiguiente(Indice conexion) {
+    if (!turnos_.libre(conexion)) return false; // the one that is out ends by its time-outs
     const auto& porHacer = tablas_.conexiones[conexion].escrituras;
     while (!porHacer.empty()) {
         const Indice i = porHacer.front();
@@ -123,8 +132,12 @@ void EjecucionDeEscrituras::decir(Que que, const BloqueEscritura& e) {
              .escritura = e.indice,
              .bit = static_cast<std::int8_t>(e.bit),
              .numero = e.paso == PasoDeEscritura::PorLeer ? e.pedido : e.palabra};
-    s.poner(contiene(kLecturasDeEscrituras, que) ? leidoDe(e).tramaSolicitud : e.tramaSolicitud);
+    s.poner(tramaDe(e, que));
     sucesos_.decir(s);
+}
+
+const Solicitud& EjecucionDeEscrituras::tramaDe(const BloqueEscritura& e, Que que) const {
+    return contiene(kLecturasDeEscrituras, que) ? leidoDe(e).tramaSolicitud : e.tramaSolicitud;
 }
 
 /// The connection's write that is out; null when it has ended meanwhile.
@@ -198,6 +211,9 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
                     .conexion = conexion,
                     .bloque = e->indiceBloqueLectura,
                     .escritura = e->indice});
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    c.leeHastaMs = ahora + (ahora - c.escribeDesdeMs);
     const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;
     const bool hayEnlace = turnos_.conectada(conexion);
     if (e->paso == PasoDeEscritura::PorLeer) {
@@ -205,16 +221,14 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
             return abandonar(e->indice, hayEnlace ? FinDeEscritura::PalabraDesconocida
                                                   : FinDeEscritura::ConexionPerdida);
         e->reintentos += 1;
-        return repetir(*e, Que::EscrituraLeeOtraVez, leidoDe(*e).tramaSolicitud);
+        return otroIntento(*e);
     }
     if (!quedan && (e->esperandoConfirmacion || !e->enDuda))
         return abandonar(e->indice, !hayEnlace     ? FinDeEscritura::ConexionPerdida
                                     : e->otroValor ? FinDeEscritura::OtroValor
                                                    : FinDeEscritura::SinRespuesta);
-    if (!std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion))
-        return repetir(*e, Que::EscrituraRelee, leidoDe(*e).tramaSolicitud);
-    e->reintentos += 1;
-    repetir(*e, Que::EscrituraRepite, e->tramaSolicitud);
+    if (std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion)) e->reintentos += 1;
+    otroIntento(*e);
 }
 
 void EjecucionDeEscrituras::perdida(Indice conexion) {
@@ -222,12 +236,42 @@ void EjecucionDeEscrituras::perdida(Indice conexion) {
         abandonar(e->indice, FinDeEscritura::ConexionPerdida);
 }
 
-void EjecucionDeEscrituras::repetir(BloqueEscritura& e, Que que, const Solicitud& trama) {
+/// A read waits whose answer could be told apart from the late one to a write.
+bool EjecucionDeEscrituras::hayLecturaQueCuente(Indice conexion) const {
+    const ConexionIP& c = tablas_.conexiones[conexion];
+    std::size_t posicion = tablas_.siguientePorPolear(conexion);
+    for (int miradas = 0; miradas < kMiradas && posicion != ConjuntoDePosiciones::kNinguna;
+         ++miradas) {
+        const BloqueLectura& b = tablas_.bloques[c.bloques[posicion]];
+        if (turnos_.permiso(conexion, registroDe(b.tramaSolicitud)).cuenta) return true;
+        posicion = tablas_.siguientePorPolear(conexion, posicion);
+    }
+    return false;
+}
+
+void EjecucionDeEscrituras::otroIntento(BloqueEscritura& e) {
     if (!turnos_.conectada(e.idConexion)) return;
+    if (hayLecturaQueCuente(e.idConexion)) {
+        e.cedio = true;
+        return turnos_.pausar(e.idConexion);
+    }
+    const Que que = siguienteIntento(e);
     e.otroValor = false;
     decir(que, e);
-    turnos_.reenviar(e.idConexion, trama, leidoDe(e).tiempoFueraMs);
+    turnos_.reenviar(e.idConexion, tramaDe(e, que), leidoDe(e).tiempoFueraMs);
     bucle_.dejarCorrerPendientes();
+}
+
+Turnos::Envio EjecucionDeEscrituras::retomar(BloqueEscritura& e) {
+    const Que que = siguienteIntento(e);
+    const auto registro = registroDe(e.paso == PasoDeEscritura::PorLeer ? leidoDe(e).tramaSolicitud
+                                                                        : e.tramaSolicitud);
+    const Turnos::Envio envio =
+        turnos_.enviar(e.idConexion, *this, tramaDe(e, que), leidoDe(e).tiempoFueraMs, registro);
+    if (envio != Turnos::Envio::Hecho) return envio;
+    e.cedio = e.otroValor = false;
+    decir(que, e);
+    return envio;
 }
 
 void EjecucionDeEscrituras::abandonar(Indice i, FinDeEscritura fin) {
@@ -280,15 +324,17 @@ void EjecucionDeEscrituras::terminar(Indice i, FinDeEscritura fin) {
 }
 
 void EjecucionDeEscrituras::alPerderConexion(Indice conexion) {
-    const auto& porHacer = tablas_.conexiones[conexion].escrituras;
-    while (!porHacer.empty())
-        abandonar(porHacer.front(), FinDeEscritura::ConexionPerdida);
+    ConexionIP& c = tablas_.conexiones[conexion];
+    c.leeHastaMs = 0;
+    while (!c.escrituras.empty())
+        abandonar(c.escrituras.front(), FinDeEscritura::ConexionPerdida);
 }
 
 void EjecucionDeEscrituras::alRetirar(Indice bloque) {
     const auto deEste = [&](Indice i) {
         const BloqueEscritura& e = tablas_.escrituras[i];
-        return e.indiceBloqueLectura == bloque && !estaFuera(e);
+        return e.indiceBloqueLectura == bloque && !estaFuera(e) &&
+               e.paso != PasoDeEscritura::Enviada;
     };
     auto& porHacer = tablas_.conexiones[tablas_.bloques[bloque].idConexion].escrituras;
     for (auto i = porHacer.begin(); i != porHacer.end();) {

@@ -20,6 +20,10 @@ namespace kv {
 /// What has been given up never reaches a station: a connection that is lost gives up its writes,
 /// and a link that still holds bytes of one is reset, since a command must not reach a machine
 /// hours later because a cable was plugged in. Nor is one carried out that has waited for too long.
+///
+/// A write that a station does not answer must not freeze the values of the others: after each of
+/// its time-outs reads that are due have the line for as long as it had it. Where their answers
+/// could not be told apart from its own late one, they have it when its tries are over.
 class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion {
   public:
     EjecucionDeEscrituras(Bucle& bucle, Tablas& tablas, Turnos& turnos, Publicacion& publicacion,
@@ -67,8 +71,11 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     void vencerViejas();
     [[nodiscard]] Turnos::Envio leerPalabra(BloqueEscritura& e);
     [[nodiscard]] Turnos::Envio escribirPalabra(BloqueEscritura& e);
+    [[nodiscard]] bool hayLecturaQueCuente(Indice conexion) const;
+    [[nodiscard]] Turnos::Envio retomar(BloqueEscritura& e);
+    [[nodiscard]] const Solicitud& tramaDe(const BloqueEscritura& e, Que que) const;
     void alLeerPalabra(BloqueEscritura& e, std::int16_t valor);
-    void repetir(BloqueEscritura& e, Que que, const Solicitud& trama);
+    void otroIntento(BloqueEscritura& e);
     void abandonar(Indice i, FinDeEscritura fin);
     void terminar(Indice i, FinDeEscritura fin);
 

@@ -8,6 +8,8 @@
 #include "write/palabra.h"
 
 #include <cmath>
+#include <map>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -343,6 +345,60 @@ TEST_F(Escribe, DiezMilEnOrdenYLasLecturasNoSeQuedanSinTurno) {
     EXPECT_EQ(esperado, 10'000);
     EXPECT_GT(lecturas, 5) << "reads came through meanwhile";
     EXPECT_EQ(p->motor.tablas.escrituras.limiteSuperior(), 0U);
+}
+
+/// Every ten seconds one write that fails, on the factory's time-outs and retries: by a station
+/// that is silent, or that holds another value.
+TEST_F(Escribe, LasQueFallanNoCongelanLosValores) {
+    struct Caso {
+        const char* que;
+        bool muda, conNombre;
+        double masSinLeerMs; ///< a living register's longest wait
+    };
+    for (const Caso& caso :
+         {Caso{"silent", true, true, 45'000}, Caso{"clamped", false, true, 20'000},
+          Caso{"silent, answers without a name", true, false, 100'000}}) {
+        auto config =
+            Configuracion().puerto().estacion(1, "10.0.0.1", 1).estacion(2, "10.0.0.1", 2);
+        for (const char* r : {"10", "11", "12", "13", "14"})
+            config.bloque(1, r, "1");
+        config.bloque(2, "20", "1").bloque(2, "21", "1");
+        p = std::make_unique<Planta>(config);
+        plc = &p->en("10.0.0.1");
+        if (!caso.conNombre) plc->libres = [](const Solicitud&) { return Libres{}; };
+        p->arrancarYConectar();
+        p->avanzar(10'000);
+        plc->demora = [&](const Solicitud& s) {
+            return caso.muda && s[1] == 2 ? std::optional<double>() : std::optional<double>(5);
+        };
+        if (!caso.muda)
+            plc->deformar = [](std::vector<std::uint8_t>& bytes, const Solicitud& s) {
+                const Respuesta topada = respuestaDe(100, Libres{s[1], 0, s[3], 0});
+                if (s[1] == 2) bytes.assign(topada.begin(), topada.end());
+            };
+        p->avanzar(60'000);
+        plc->pedidos.clear();
+        const double desde = p->ahoraMs();
+        for (int i = 0; i < 60; ++i) {
+            escribir("1.2.20", 200 + i);
+            p->avanzar(10'000);
+        }
+        std::map<int, double> ultima;
+        double mas = 0;
+        for (const auto& x : plc->pedidos) {
+            if (x.trama[0] != 0x52 || x.trama[1] != 1) continue;
+            double& u = ultima.try_emplace(x.trama[3], desde).first->second;
+            mas = std::max(mas, x.ms - std::exchange(u, x.ms));
+        }
+        EXPECT_EQ(ultima.size(), 5U) << caso.que;
+        for (const auto& [registro, cuando] : ultima)
+            mas = std::max(mas, p->ahoraMs() - cuando);
+        EXPECT_LE(mas, caso.masSinLeerMs) << caso.que;
+        EXPECT_GE(std::count_if(plc->pedidos.begin(), plc->pedidos.end(),
+                                [](const auto& x) { return x.trama[0] == 0x57; }),
+                  12)
+            << caso.que << ": and writes go on being tried";
+    }
 }
 
 TEST_F(Escribe, QuienEscribeSiempreNoHaceCrecerLaTabla) {

@@ -3,11 +3,9 @@
 
 #include "apoyo/carpeta.h"
 #include "apoyo/proceso.h"
+#include "apoyo/puerto_libre.h"
 
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <stdexcept>
@@ -51,19 +49,6 @@ class Simulador : public Proceso {
     }
     std::vector<std::string> puertos_;
 };
-
-/// A TCP port that nobody listens on just now.
-inline int puertoLibre() {
-    const int d = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t largo = sizeof a;
-    auto* generica = reinterpret_cast<sockaddr*>(&a); // NOLINT
-    if (bind(d, generica, sizeof a) == 0) getsockname(d, generica, &largo);
-    close(d);
-    return ntohs(a.sin_port);
-}
 
 /// The program's folder of a driver: a copy of the program, with a name of its own, and its
 /// settings and configuration beside it.

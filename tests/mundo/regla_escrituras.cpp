@@ -17,6 +17,7 @@ constexpr std::int64_t kSinEnlaceUs = 12'000'000; // two passes of the supervisi
 constexpr std::size_t kTablaMaxima = 1000 + 10;   // finished records that are kept, and spares
 constexpr std::int64_t kEnCaminoUs = 500;         // what has left the host cannot be called back
 constexpr std::int64_t kVejezUs = 20'000'000;     // passes that look for old ones
+constexpr int kTiemposCedidos = 40;               // time-outs of reads, and of a line held back
 constexpr double kPorDefectoSegundos = 600;
 
 std::uint16_t comoPalabra(double valor) {
@@ -133,6 +134,7 @@ void ReglaDeEscrituras::saleLaPalabra(std::size_t n, Pedida& p, std::uint16_t pa
         p.envioUs = c_.ahoraUs();
     }
     p.palabra = palabra;
+    c_.exigir(++p.envios <= linea.plan().reintentos + 1, "a write is sent so often as allowed", n);
     enCamino_[linea.enlace()].push_back(
         {p.estacion, p.registro, palabra, delBit, p.leyoUs, comoSeLeyo, p.suerte});
 }
@@ -249,6 +251,12 @@ void ReglaDeEscrituras::barrer() {
         const bool fuera = c_.escribe(n) && c.escrituraEnCurso == p.indice;
         if (p.primeraUs < 0 || fuera) p.primeraUs = c_.ahoraUs(); // it waits from here on
         if (fuera) continue;
+        if (p.envioUs >= 0) { // between two tries reads have the line, for about as long as a try
+            const std::int64_t plazoUs = c_.lineas[n]->plan().tiempoFueraMs * 1000;
+            c_.exigir(c_.ahoraUs() - p.primeraUs <= kTiemposCedidos * plazoUs + kVejezUs,
+                      "a write that has left goes on being tried", n);
+            continue;
+        }
         const auto vencida = std::max(static_cast<double>(p.pedidaUs) + vigenciaUs(),
                                       static_cast<double>(p.primeraUs));
         c_.exigir(static_cast<double>(c_.ahoraUs()) <= vencida + static_cast<double>(kVejezUs),

@@ -78,6 +78,7 @@ class ReglaDeEscrituras final : public OyenteDeSucesos {
         std::int64_t leidaMs = 0;    ///< and was answered, as the driver says
         std::int64_t envioUs = -1;
         std::uint16_t palabra = 0; ///< that left
+        int envios = 0;            ///< of it
         bool seDijo = false;       ///< that it left
         std::string anterior;
         std::shared_ptr<Suerte> suerte = std::make_shared<Suerte>();

@@ -9,6 +9,7 @@ namespace {
 constexpr std::int64_t kOciosaUs = 5000; // a handler that lets events run ends well before
 constexpr int kEscriturasSeguidas = 6;   // four in a row, and those that found the line free
 constexpr std::int64_t kHolguraUs = 30'000'000;
+constexpr std::int64_t kRedondeoUs = 3000;
 
 std::int64_t us(double ms) { return static_cast<std::int64_t>(ms * 1000); }
 
@@ -48,7 +49,7 @@ void ReglaDeTurno::alEnviar(std::size_t n, std::span<const std::uint8_t> bytes) 
 /// Nothing is outstanding, and who waits begins to wait.
 void ReglaDeTurno::enlaceNuevo(std::size_t n, Seguida& s) {
     s.enVuelo = false;
-    s.finUs = 0;
+    s.finUs = s.leeHastaUs = 0;
     for (const Indice i : c_.conexion(n).bloques) {
         if (i < esperas_.size()) esperas_[i] = 0;
     }
@@ -63,6 +64,9 @@ void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
     ++s.envios;
     const int reintentos = c_.lineas[n]->plan().reintentos;
     if (deEscritura) {
+        const std::size_t lectura = c_.motor.tablas.siguientePorPolear(static_cast<Indice>(n));
+        c_.exigir(lectura == ConjuntoDePosiciones::kNinguna || !cuenta(n, lectura),
+                  "a write that timed out lets a read pass that can be told apart", n);
         c_.exigir(s.envios <= 2 * reintentos + 2, "a write is repeated so often as allowed", n);
         return;
     }
@@ -80,6 +84,8 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
         c_.exigir(c_.ahoraUs() - s.finUs >= us(s.pausaMs), "never sooner than the pause", n);
     s.envios = 1;
     s.pedido = ++pedidos_;
+    s.deEscritura = c_.escribe(n);
+    s.tomadaUs = c_.ahoraUs();
     // A write that is read back is no read of a block.
     const bool lectura = t[0] == 0x52 && !c_.escribe(n);
     s.bloque = lectura ? c_.conexion(n).bloqueEnCurso : kNinguno;
@@ -90,6 +96,19 @@ void ReglaDeTurno::nueva(std::size_t n, Seguida& s, const Solicitud& t) {
         c_.exigir(s.reintentos == 0 || c_.motor.tablas.bloques[s.bloque].enDuda,
                   "who is asked anew has all its tries", s.bloque);
     turnos(n, s, t);
+}
+
+/// The answer of the block at a place would count as its own.
+bool ReglaDeTurno::cuenta(std::size_t n, std::size_t lugar) const {
+    const BloqueLectura& b = c_.motor.tablas.bloques[c_.conexion(n).bloques[lugar]];
+    return c_.motor.turnos.permiso(static_cast<Indice>(n), registroDe(b.tramaSolicitud)).cuenta;
+}
+
+/// Its first write has read its register and is about to change a bit of it.
+bool ReglaDeTurno::aMedias(const ConexionIP& c) const {
+    if (c.escrituras.empty()) return false;
+    const BloqueEscritura& e = c_.motor.tablas.escrituras[c.escrituras.front()];
+    return e.esBit() && e.lecturas > 0 && !e.cedio;
 }
 
 /// Reads go round, and writes leave a turn to them.
@@ -112,6 +131,9 @@ void ReglaDeTurno::turnos(std::size_t n, Seguida& s, const Solicitud& t) {
         }
     }
     if (s.bloque != kNinguno) s.bloqueAnterior = s.bloque;
+    const bool suTiempo = c_.ahoraUs() + kRedondeoUs < s.leeHastaUs && c_.motor.turnos.pausa() >= 1;
+    c_.exigir(s.bloque != kNinguno || !alguno || !suTiempo || aMedias(c),
+              "a write that timed out leaves its time to reads", n);
     s.escrituras = t[0] == 0x57 && alguno ? s.escrituras + 1 : 0;
     c_.exigir(s.escrituras <= kEscriturasSeguidas, "writes leave a turn to reads", n);
 }
@@ -146,6 +168,8 @@ void ReglaDeTurno::mirar(std::size_t n, Seguida& s) {
 void ReglaDeTurno::terminar(std::size_t n, Seguida& s) {
     s.enVuelo = false;
     s.finUs = c_.ahoraUs();
+    if (s.deEscritura && s.finUs - s.envioUs >= c_.lineas[n]->plan().tiempoFueraMs * 1000)
+        s.leeHastaUs = 2 * s.finUs - s.tomadaUs;
     s.pausaMs = c_.motor.turnos.pausa();
     if (c_.conexion(n).turno == EstadoDeTurno::Libre) s.finUs = 0; // the link was forgotten
     if (s.bloque != kNinguno) alTerminarLectura(s.bloque);

@@ -42,8 +42,11 @@ class ReglaDeTurno {
         double reintentos = 0;    ///< of the block being read, when last seen
         Indice bloque = kNinguno; ///< being read
         Indice bloqueAnterior = kNinguno;
-        std::int64_t ociosaUs = -1; ///< free with work to do since then
-        int escrituras = 0;         ///< in a row while a read was due
+        std::int64_t ociosaUs = -1;  ///< free with work to do since then
+        int escrituras = 0;          ///< in a row while a read was due
+        bool deEscritura = false;    ///< the transaction that is under way
+        std::int64_t tomadaUs = 0;   ///< when it began
+        std::int64_t leeHastaUs = 0; ///< reads have the line that a failing write had
     };
 
     void mirar(std::size_t n, Seguida& s);
@@ -52,6 +55,8 @@ class ReglaDeTurno {
     void repeticion(std::size_t n, Seguida& s, const Solicitud& t);
     void nueva(std::size_t n, Seguida& s, const Solicitud& t);
     void turnos(std::size_t n, Seguida& s, const Solicitud& t);
+    [[nodiscard]] bool cuenta(std::size_t n, std::size_t lugar) const;
+    [[nodiscard]] bool aMedias(const ConexionIP& c) const;
     [[nodiscard]] bool conTrabajo(const ConexionIP& c) const {
         return !c.escrituras.empty() || c.porPolear.siguiente(0) != ConjuntoDePosiciones::kNinguna;
     }

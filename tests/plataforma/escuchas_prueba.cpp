@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Ports that are kept while nobody is let in, and sockets that only this machine can reach.
 
+#include "apoyo/puerto_libre.h"
 #include "plataforma/apoyo.h"
 
 #include "platform/epoll/archivo_de_zocalo.h"
@@ -34,14 +35,6 @@ int ocupar(std::uint32_t puerto, in_addr_t donde, bool compartido) {
     const int error = bien ? 0 : errno;
     close(d);
     return error;
-}
-
-std::uint32_t puertoLibre() {
-    BucleEpoll bucle;
-    Oyente nadie;
-    const auto z = bucle.crearZocalo(nadie, 0);
-    z->escuchar("127.0.0.1", 0);
-    return z->puertoLocal();
 }
 
 class Local : public testing::Test {
