@@ -168,7 +168,9 @@ void ReglaDeTurno::mirar(std::size_t n, Seguida& s) {
 void ReglaDeTurno::terminar(std::size_t n, Seguida& s) {
     s.enVuelo = false;
     s.finUs = c_.ahoraUs();
-    if (s.deEscritura && s.finUs - s.envioUs >= c_.lineas[n]->plan().tiempoFueraMs * 1000)
+    const bool contestada = c_.conexion(n).recibidoUs > s.finUs - kRedondeoUs;
+    if (s.deEscritura && !contestada &&
+        s.finUs - s.envioUs >= c_.lineas[n]->plan().tiempoFueraMs * 1000)
         s.leeHastaUs = 2 * s.finUs - s.tomadaUs;
     s.pausaMs = c_.motor.turnos.pausa();
     if (c_.conexion(n).turno == EstadoDeTurno::Libre) s.finUs = 0; // the link was forgotten
