@@ -46,6 +46,7 @@ class LectorDeDriver {
     void repetida(const std::string& que, std::uint32_t linea, std::uint32_t vale);
     void repetidasDe(const std::string& seccion, const SeccionDePuerto& s);
     Trabajo seccion(std::uint32_t ordinal, const SeccionDePuerto& s);
+    void ultimaLinea();
     void seccionesQueFaltan(std::uint32_t desde, std::uint32_t hasta, std::size_t linea);
     [[nodiscard]] Puerto puerto(std::uint32_t ordinal, const SeccionDePuerto& s);
     template <std::size_t N, class Leer>
@@ -100,7 +101,17 @@ void LectorDeDriver::repetidasDe(const std::string& seccion, const SeccionDePuer
         repetida(std::string(kCamposDePuerto[i]), s.repetidos[i], s.propios[i].linea);
 }
 
+/// A file that is still being written ends anywhere, in a number, too.
+void LectorDeDriver::ultimaLinea() {
+    if (contenido_.empty() || contenido_.back() == '\n' || contenido_.back() == '\r') return;
+    const auto saltos = std::count(contenido_.begin(), contenido_.end(), '\n');
+    problema(static_cast<std::size_t>(saltos) + 1,
+             "la última línea no termina: el archivo puede estar a medio escribir",
+             "se toma como está");
+}
+
 Trabajo LectorDeDriver::leer(const ClavesDeDriver& claves) {
+    ultimaLinea();
     repetida("la sección [CONFIG]", claves.configRepetida, claves.lineaDeConfig);
     if (claves.cantPuertos.linea == 0) {
         problema(0, "falta CANT_PUERTOS en la sección [CONFIG]", "no se construye nada");

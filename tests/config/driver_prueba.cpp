@@ -141,6 +141,26 @@ TEST(Driver, CantidadesQueElArchivoNoTiene) {
               "D.ini:3: falta CantBloques en la sección; el puerto queda sin bloques");
 }
 
+/// Whoever reads a file that is still being written is told, wherever it ends: only what may be
+/// missing can be missing unnoticed.
+TEST(Driver, UnArchivoAMedioEscribirSeDiceEnCadaByte) {
+    const std::string entero =
+        "[CONFIG]\r\nCANT_PUERTOS=2\r\n[PUERTO1]\r\nNUMERO=1\r\nCantEsclavos=2\r\n"
+        "Esclavo0_Ip=10.0.0.1\r\nEsclavo0_Puerto=502\r\nEsclavo0_Numero=1\r\n"
+        "Esclavo1_Ip=10.0.0.2\r\nEsclavo1_Puerto=502\r\nEsclavo1_Numero=2\r\n"
+        "CantBloques=0\r\n[PUERTO2]\r\nNUMERO=2\r\nCantEsclavos=0\r\nCantBloques=1\r\n"
+        "Bloque0_StarAdrees=10\r\nBloque0_PLC=1\r\nBloque0_Quantity=1\r\nBloque0_ScanTime=2\r\n"
+        "Bloque0_Nivel=3\r\n";
+    const std::string todoMenos = "Bloque0_Nivel=3\r\n";
+    for (std::size_t n = 1; n < entero.size(); ++n) {
+        const auto l = leer(std::string_view(entero).substr(0, n));
+        const bool entreLineas = entero[n - 1] == '\r' || entero[n - 1] == '\n';
+        const bool basta =
+            n + 1 >= entero.size() || (entreLineas && n >= entero.size() - todoMenos.size() - 1);
+        EXPECT_EQ(l.problemas.lista().empty(), basta) << entero.substr(0, n);
+    }
+}
+
 TEST(Driver, NumerosMalos) {
     const auto l = leer("[CONFIG]\nCANT_PUERTOS=2\n[PUERTO1]\nNUMERO=uno\nTIME_OUT=\n"
                         "CantEsclavos=1\nEsclavo0_Numero=1\n[PUERTO2]\nNUMERO=40000\n"
