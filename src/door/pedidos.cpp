@@ -346,13 +346,17 @@ void PuertaLocal::vigilar(Lector& l, const Json& p, const std::string& id) {
     l.sigueSucesos = pide("sucesos");
     l.todos = lugares.empty();
     l.elegidos.clear();
+    l.claves.clear();
+    l.conocidos = p_.tablas.bloques.limiteSuperior();
     l.cambiados = {};
     l.saltados = 0;
     l.clases = std::move(clases);
     l.visto = p_.sucesos.siguiente();
     // What they are now comes first.
-    for (const Lugar& lugar : lugares)
+    for (const Lugar& lugar : lugares) {
         l.elegidos.insert(lugar.bloque);
+        l.claves.insert(p_.tablas.bloques[lugar.bloque].clave);
+    }
     for (Indice i = 0; l.sigueValores && i < p_.tablas.bloques.limiteSuperior(); ++i) {
         if (!p_.tablas.bloques[i].retirado && (l.todos || l.elegidos.contains(i)))
             l.cambiados.poner(i, true);

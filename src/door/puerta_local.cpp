@@ -107,8 +107,18 @@ void PuertaLocal::despertar(std::int64_t ms) {
     if (!timer_->habilitado() || timer_->intervalo() > ms) timer_->rearmar(ms);
 }
 
+/// Among the blocks that were built since: a reload that moves a station builds its blocks anew.
+void PuertaLocal::buscarElegidos(Lector& l) const {
+    const auto& bloques = p_.tablas.bloques;
+    for (; l.conocidos < bloques.limiteSuperior(); ++l.conocidos) {
+        if (l.claves.contains(bloques[l.conocidos].clave))
+            l.elegidos.insert(static_cast<Indice>(l.conocidos));
+    }
+}
+
 void PuertaLocal::alCambiar(Indice bloque) {
     for (Lector& l : lectores_) {
+        if (!l.todos && bloque >= l.conocidos) buscarElegidos(l);
         if (!l.sigueValores || (!l.todos && !l.elegidos.contains(bloque))) continue;
         if (l.cambiados.siguiente(bloque) == bloque) ++l.saltados;
         l.cambiados.poner(bloque, true);

@@ -90,6 +90,8 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
         bool sigueValores = false;
         bool todos = true; ///< of the values; else `elegidos`
         std::set<Indice> elegidos;
+        std::set<std::string, std::less<>> claves; ///< of those, which a reload may build anew
+        std::size_t conocidos = 0;                 ///< blocks that were looked at for them
         ConjuntoDePosiciones cambiados;
         std::uint64_t saltados = 0; ///< values that came between two that were sent
 
@@ -117,6 +119,7 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     void quitar();
     void despertar(std::int64_t ms);
     void escucharLoNecesario();
+    void buscarElegidos(Lector& l) const;
     [[nodiscard]] Lector* hallar(std::size_t numero);
     [[nodiscard]] bool hayTrabajo(const Lector& l) const;
 

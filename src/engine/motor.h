@@ -80,9 +80,9 @@ class Motor final : private AlCambiarConexion,
     Bitacora bitacora;
     Trazas trazas;
     ScriptControl scriptControl;
+    Publicacion publicacion;
     Guion guion;
     LogDeGuion logDelGuion;
-    Publicacion publicacion;
     RelojDeBloques relojDeBloques;
     Turnos turnos;
     Recepcion recepcion;

@@ -37,6 +37,7 @@ Trabajo Traspaso::hacer(const ListasDeConfiguracion& listas, const Diferencia& d
     hecho.cambiadas += d.cambios.size();
     if (!d.bloquesQueSobran.empty() || !d.cambios.empty()) co_await ordenarNiveles();
     p_.modelo.terminarCambios();
+    bits_.clear();
 }
 
 /// A port's place in the table is its number, so they follow the lists as they stand.
@@ -154,6 +155,10 @@ void Traspaso::levantarBloque(const ConfiguracionDeBloque& b, const std::string&
                                   b.activoPorDefecto, b.nivel);
     const auto hasta = static_cast<Indice>(p_.tablas.bloques.limiteSuperior());
     for (Indice i = desde; i < hasta; ++i) {
+        const auto suyos = bits_.find(p_.tablas.bloques[i].clave);
+        for (std::size_t bit = 0; suyos != bits_.end() && bit < suyos->second.size(); ++bit) {
+            if (suyos->second[bit]) p_.modelo.levantarBitDeDireccion(i, bit);
+        }
         p_.publicacion.presentar(i);
         if (!p_.turnos.conectada(p_.tablas.bloques[i].idConexion)) continue;
         p_.reloj.empezar(i);
@@ -174,9 +179,12 @@ void Traspaso::retirar(Indice bloque) {
     retirarBloque(bloque);
     ordenar(k);
     p_.modelo.terminarCambios();
+    bits_.erase(p_.tablas.bloques[bloque].clave); // nothing takes its place
 }
 
 void Traspaso::retirarBloque(Indice bloque) {
+    const BloqueLectura& b = p_.tablas.bloques[bloque];
+    if (b.bits) bits_[b.clave] = b.bits->bitDefinido;
     p_.ejecucion.alRetirar(bloque);
     p_.modelo.retirarBloque(bloque);
 }

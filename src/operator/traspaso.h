@@ -13,7 +13,9 @@
 #include "write/ejecucion.h"
 #include "write/forzado.h"
 
+#include <array>
 #include <cstddef>
+#include <map>
 #include <string>
 
 namespace kv {
@@ -68,6 +70,9 @@ class Traspaso {
 
     Partes p_;
     Porciones& porciones_;
+    /// By key, the bits that a script or a person had asked for of blocks that went: they are
+    /// expected of the block that takes its place, as where a station moves to another address.
+    std::map<std::string, std::array<bool, 16>> bits_;
 };
 
 } // namespace kv

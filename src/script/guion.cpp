@@ -27,10 +27,10 @@ std::string rutaDelGuion(const std::string& ruta) {
     return {};
 }
 
-Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista,
-             Sucesos& sucesos, ArchivoLog& log)
-    : bucle_(bucle), archivos_(archivos), control_(control), vista_(vista), sucesos_(sucesos),
-      log_(log) {}
+Guion::Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Publicacion& publicacion,
+             Vista& vista, Sucesos& sucesos, ArchivoLog& log)
+    : bucle_(bucle), archivos_(archivos), control_(control), publicacion_(publicacion),
+      vista_(vista), sucesos_(sucesos), log_(log) {}
 
 void Guion::ejectutarScript() {
     if (corriendo_) {
@@ -54,7 +54,7 @@ void Guion::correr() {
     if (std::exchange(ocioso_, texto_.empty()) && ocioso_) return;
     // What filled the memory is still in it: without this no run would ever get on again.
     if (std::exchange(lleno_, false)) {
-        control_.empezarDeNuevo();
+        empezarDeNuevo();
         decir("El guion empieza de nuevo, sin sus variables: el anterior se quedó sin memoria", "");
     }
     control_.Clear();
@@ -80,6 +80,11 @@ void Guion::correr() {
         sucesos_.decir(
             {.que = Que::GuionDetenido, .detalle = static_cast<std::int16_t>(error.budget ? 1 : 0)},
             textoDe(error));
+}
+
+void Guion::empezarDeNuevo() {
+    control_.empezarDeNuevo();
+    publicacion_.publicarTodoAlGuion();
 }
 
 std::string Guion::textoDe(const vbscript::ScriptError& error) const {
@@ -115,7 +120,7 @@ void Guion::cargar(std::int64_t ahoraUs) {
     if (!texto.empty() && texto.back() != '\n') texto += "\r\n";
     // Variables and procedures of another text would only be in the way of a new one.
     if (!texto_.empty() && texto != texto_) {
-        control_.empezarDeNuevo();
+        empezarDeNuevo();
         lleno_ = false;
     }
     texto_ = std::move(texto);

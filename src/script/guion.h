@@ -6,6 +6,7 @@
 #include "platform/archivos.h"
 #include "platform/bucle.h"
 #include "script/ScriptControl.h"
+#include "script/publicacion.h"
 #include "view/vista.h"
 
 #include <functional>
@@ -24,8 +25,8 @@ namespace kv {
 /// The plant engineer's script: loaded into the host and run after every answer.
 class Guion {
   public:
-    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Vista& vista, Sucesos& sucesos,
-          ArchivoLog& log);
+    Guion(Bucle& bucle, Archivos& archivos, ScriptControl& control, Publicacion& publicacion,
+          Vista& vista, Sucesos& sucesos, ArchivoLog& log);
     void fijarRuta(std::string ruta) { ruta_ = std::move(ruta); }
     [[nodiscard]] const std::string& ruta() const { return ruta_; }
     /// What the last run failed with; null when it did not.
@@ -48,6 +49,7 @@ class Guion {
 
   private:
     void correr();
+    void empezarDeNuevo();
     void cargar(std::int64_t ahoraUs);
     void informar(const vbscript::ScriptError& error);
     [[nodiscard]] std::string textoDe(const vbscript::ScriptError& error) const;
@@ -56,6 +58,7 @@ class Guion {
     Bucle& bucle_;
     Archivos& archivos_;
     ScriptControl& control_;
+    Publicacion& publicacion_;
     Vista& vista_;
     Sucesos& sucesos_;
     ArchivoLog& log_;

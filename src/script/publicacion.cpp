@@ -84,11 +84,27 @@ void Publicacion::valorLeido(Indice bloque, double valor) {
     notificar(b);
 }
 
-/// A bit variable has the value and the status of the register that it is a bit of.
-void Publicacion::ponerBit(const BloqueLectura& bloque, std::size_t b) {
+void Publicacion::publicarBit(const BloqueLectura& bloque, std::size_t b) {
     const BitsDeVariable& bits = *bloque.bits;
     publicar(bits.ranuraValor[b], wordbit(bloque.valor, static_cast<int>(b)));
     publicar(bits.ranuraEstado[b], bloque.estado);
+}
+
+void Publicacion::publicarTodoAlGuion() {
+    for (std::size_t i = 0; i < tablas_.bloques.limiteSuperior(); ++i) {
+        const BloqueLectura& bloque = tablas_.bloques[i];
+        publicar(bloque.ranuraValor, bloque.valor);
+        publicar(bloque.ranuraEstado, bloque.estado);
+        for (std::size_t b = 0; bloque.bits && b < bloque.bits->bitDefinido.size(); ++b) {
+            if (bloque.bits->bitDefinido[b]) publicarBit(bloque, b);
+        }
+    }
+}
+
+/// A bit variable has the value and the status of the register that it is a bit of.
+void Publicacion::ponerBit(const BloqueLectura& bloque, std::size_t b) {
+    publicarBit(bloque, b);
+    const BitsDeVariable& bits = *bloque.bits;
     vista_.lstViewVariables.cambio(bits.bitFilas[b]);
 }
 

@@ -47,6 +47,9 @@ class Publicacion {
     /// Makes and publishes the script variables of bit `b`, which at once has what its register
     /// has.
     void darDeAltaBit(BloqueLectura& bloque, std::size_t b);
+    /// To the script alone: its host has begun anew, and what its text had put into the variables
+    /// of the plant is not what the plant has.
+    void publicarTodoAlGuion();
     /// Switches a block on or off: the one place that does, so that its check boxes tell the truth.
     void ponerActivo(Indice bloque, bool activo);
     /// A good answer: stores value and status OK, publishes, shows and notifies, but only when the
@@ -64,6 +67,7 @@ class Publicacion {
     void notificar(const BloqueLectura& bloque);
     [[nodiscard]] std::int64_t ahora() const;
     void ponerBit(const BloqueLectura& bloque, std::size_t b);
+    void publicarBit(const BloqueLectura& bloque, std::size_t b);
     void ponerBits(const BloqueLectura& bloque);
     [[nodiscard]] std::pair<Indice, Indice> ranuras(const std::string& nombre);
 

@@ -47,7 +47,7 @@ double SolicitudesDeEscritura::levantarBloque_De_Escritura(std::string_view dire
             unir(tablas_.escrituras[igual], origen);
             return igual;
         }
-        if (ejecucion_.enEspera() >= kEnEsperaMaximo)
+        if (ejecucion_.enEspera() >= (esDelGuion(origen) ? kEnEsperaDelGuion : kEnEsperaMaximo))
             return negar(Memoria, Rechazo::DemasiadasEnEspera);
         BloqueEscritura nueva;
         if (!armar(nueva, d, b, valor)) return negar(Desborde, Rechazo::FueraDeTrama);

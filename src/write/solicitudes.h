@@ -30,8 +30,10 @@ class SolicitudesDeEscritura {
     double rechazar(TextoDeRechazo texto, double valor,
                     ClaseDeRechazo clase = ClaseDeRechazo::DeUnaPuerta, Indice conexion = kNinguno);
 
-    /// So many writes may wait at the same time; more are refused.
+    /// So many writes may wait at the same time; more are refused. The script's leave some places
+    /// to people: a script can fill all there are in a moment.
     static constexpr std::size_t kEnEsperaMaximo = 100'000;
+    static constexpr std::size_t kEnEsperaDelGuion = 90'000;
 
   private:
     void unir(const BloqueEscritura& e, std::string_view origen);

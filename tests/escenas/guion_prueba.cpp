@@ -234,16 +234,34 @@ TEST_F(ConGuion, UnoQueLlenaLaMemoriaEmpiezaDeNuevoYLoDice) {
 }
 
 TEST_F(ConGuion, UnTextoNuevoEncuentraUnModuloNuevoYLoPublicado) {
-    arrancar("viejo = 5\r\nFunction F : F = 1 : End Function\r\n");
+    arrancar("viejo = 5\r\nFunction F : F = 1 : End Function\r\n"
+             "mw.READBLOQ \"MW_1_1_10_2\" : MW_1_1_10_2 = 9\r\n"
+             "MW_1_1_10 = 7 : MW_1_1_10_STATUS = 7\r\n");
     p.archivos.poner(kGuion, "vacio = CLng(IsEmpty(viejo))\r\nvisto = MW_1_1_10\r\n"
+                             "estado = MW_1_1_10_STATUS : bit = MW_1_1_10_2\r\n"
                              "On Error Resume Next\r\nx = F()\r\nfalla = Err.Number\r\n");
     p.avanzar(2000);
     EXPECT_EQ(global("vacio"), -1);
-    EXPECT_EQ(global("visto"), 116);
+    EXPECT_EQ(global("visto"), 116) << "the plant's value, whatever the old text made of it";
+    EXPECT_EQ(global("estado"), 6);
+    EXPECT_EQ(global("bit"), 1);
     EXPECT_EQ(global("falla"), 13);
     const auto compilados = p.motor.scriptControl.compilaciones();
     p.avanzar(5000);
     EXPECT_EQ(p.motor.scriptControl.compilaciones(), compilados);
+}
+
+TEST_F(ConGuion, LosBitsQuePidioSonDeSuEstacionDondeEsteDespues) {
+    arrancar("If IsEmpty(pedido) Then mw.READBLOQ \"MW_1_1_10_5\"\r\npedido = True\r\n");
+    EXPECT_EQ(global("MW_1_1_10_5_STATUS"), 6);
+    p.en("10.0.0.3").registros[{1, 0x10}] = 0x20;
+    p.archivos.poner(
+        "/kv/DRIVER_KV2200_Config.ini",
+        Configuracion().puerto().estacion(1, "10.0.0.3", 1).bloque(1, "10", "1").texto());
+    p.motor.operador.recargar();
+    p.avanzar(20'000);
+    EXPECT_EQ(global("MW_1_1_10_5"), 1);
+    EXPECT_EQ(global("MW_1_1_10_5_STATUS"), 6);
 }
 
 TEST_F(ConGuion, UnErrorEnTextoEjecutadoDiceLosDosLugares) {

@@ -233,11 +233,11 @@ TEST_P(Recarga, UnArchivoMaloNoCambiaNada) {
     auto otra = dos();
     const std::vector<std::pair<std::string, std::string>> malos{
         {"", "CANT_PUERTOS"},
-        {bueno.substr(0, bueno.size() / 2), "CantEsclavos"},
+        {bueno.substr(0, bueno.size() / 2), "a medio escribir"},
         {"\xFF\xFE" + bueno, "UTF-16"},
         {"[CONFIG]\nCANT_PUERTOS=0\n", "bloque"},
         {"[CONFIG]\nCANT_PUERTOS=2\n" + bueno.substr(bueno.find("[PUERTO1]")) + "[PUERTO2]\n",
-         "CantEsclavos"},
+         "falta NUMERO en [PUERTO2]"},
         {otra.bloque(1, "12", "abc").texto(), "abc"},
     };
     for (const auto& [texto, queja] : malos) {

@@ -178,6 +178,19 @@ TEST_F(PuertaDeLaMaquina, QuienVigilaSabeLoQueCambiaYNadaMas) {
     for (const Json& j : r)
         EXPECT_EQ(dice(j, "direccion"), "1.1.11");
     EXPECT_EQ(r.size(), 1U);
+    p.en("10.0.0.2").registros[{1, 0x11}] = 777;
+    p.archivos.poner("/kv/DRIVER_KV2200_Config.ini", Configuracion()
+                                                         .puerto({"1", "1", "20"})
+                                                         .estacion(1, "10.0.0.2", 1)
+                                                         .bloque(1, "11", "1")
+                                                         .bloque(1, "12", "1")
+                                                         .texto());
+    p.motor.operador.recargar();
+    p.avanzar(30'000);
+    r = v.tomar();
+    ASSERT_FALSE(r.empty());
+    EXPECT_EQ(dice(r.back(), "direccion") + dice(r.back(), "valor"), "1.1.11777")
+        << "of the station at its new address, and of nothing else";
     v.pedir(R"({"pedido":"vigilar"})");
     p.en("10.0.0.1").registros[{1, 0x11}] = 1;
     p.avanzar(3000);
