@@ -399,9 +399,9 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     }
     if (l.escrituras.size() >= kEscrituras) return fallar(l, id, "demasiadas escrituras a la vez");
     // It may end before its number is known: asking for it lets events run.
-    empezarOrden();
+    empezarOrden(Orden::Escribir);
     const double escritura = p_.solicitudes.escribirDireccion(direccion, *valor, origen);
-    ordenando_ = false;
+    orden_ = Orden::Ninguna;
     if (escritura < 0) return fallar(l, id, "no se acepta: " + rechazo_);
     const auto i = static_cast<Indice>(escritura);
     const auto ya = std::find_if(terminadas_.begin(), terminadas_.end(),
@@ -414,8 +414,8 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
 }
 
 /// From here on events tell what becomes of it.
-void PuertaLocal::empezarOrden() {
-    ordenando_ = true;
+void PuertaLocal::empezarOrden(Orden orden) {
+    orden_ = orden;
     terminadas_.clear();
     rechazo_.clear();
     escucharLoNecesario();
@@ -440,11 +440,11 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
-    empezarOrden();
+    empezarOrden(Orden::Forzar);
     porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
                                                        nombreDe(Ordenante::Usuario, l.nombre))
              : p_.forzado.forzarPoleo(direccion);
-    ordenando_ = false;
+    orden_ = Orden::Ninguna;
     // Of a level some blocks may not be asked for, which their own lines say.
     if (porNivel ? rechazo_ == porQueNoSeFuerza(Que::NivelSinBloques) : !rechazo_.empty())
         return fallar(l, id, "no se hace: " + rechazo_);

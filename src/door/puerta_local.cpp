@@ -128,12 +128,15 @@ void PuertaLocal::alCambiar(Indice bloque) {
 
 void PuertaLocal::alSuceder(const Suceso& s, std::string_view texto) {
     if (s.que != Que::EscrituraTerminada) {
-        if (ordenando_)
-            rechazo_ = s.que == Que::EscrituraRechazada ? TextoDeRechazo::partir(texto).motivo
-                                                        : porQueNoSeFuerza(s.que);
+        if (s.que == Que::EscrituraRechazada) {
+            // While a block is forced events run, and what is refused then is another's.
+            if (orden_ == Orden::Escribir) rechazo_ = TextoDeRechazo::partir(texto).motivo;
+        } else if (orden_ == Orden::Forzar) {
+            rechazo_ = porQueNoSeFuerza(s.que);
+        }
         return;
     }
-    if (ordenando_) terminadas_.emplace_back(s.escritura, s.detalle);
+    if (orden_ == Orden::Escribir) terminadas_.emplace_back(s.escritura, s.detalle);
     for (Lector& l : lectores_) {
         std::erase_if(l.escrituras, [&](const EscrituraEnCurso& e) {
             if (e.escritura != s.escritura) return false;
@@ -152,7 +155,8 @@ void PuertaLocal::escucharLoNecesario() {
     };
     p_.publicacion.avisarTambienA(alguno([](const Lector& l) { return l.sigueValores; }) ? this
                                                                                          : nullptr);
-    const bool oir = ordenando_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
+    const bool oir =
+        orden_ != Orden::Ninguna || alguno([](const Lector& l) { return !l.escrituras.empty(); });
     if (oir == oyeSucesos_) return;
     oyeSucesos_ = oir;
     oir ? p_.sucesos.avisarA(this, quesCon([](Que que) {
