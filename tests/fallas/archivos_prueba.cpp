@@ -81,7 +81,10 @@ class Dia : public testing::Test {
     }
 
     const extremo::Instalacion casa_{configuracion()};
+    // The keep-alive's would be added on a day that lasts, as one does on a busy machine.
     const std::string ajustes_ = "[DRIVER_KV2200]\r\nVER=0\r\nMaximos_Keep_ALive=7\r\n"
+                                 "BaseTiempoMilisegundos_KeepALive=5000\r\n"
+                                 "Intervalos_Para_KeepALive=2\r\n"
                                  "Tiempo_Entre_poleo=mucho\r\nIdioma=ninguno\r\nPuertoEscucha=" +
                                  std::to_string(casa_.escucha()) + "\r\n";
 
