@@ -168,9 +168,10 @@ void ReglaDeTurno::mirar(std::size_t n, Seguida& s) {
 void ReglaDeTurno::terminar(std::size_t n, Seguida& s) {
     s.enVuelo = false;
     s.finUs = c_.ahoraUs();
-    const bool contestada = c_.conexion(n).recibidoUs > s.finUs - kRedondeoUs;
-    if (s.deEscritura && !contestada &&
-        s.finUs - s.envioUs >= c_.lineas[n]->plan().tiempoFueraMs * 1000)
+    // What was answered late may have been so at the last moment, and have lasted since.
+    const std::int64_t plazoUs = c_.lineas[n]->plan().tiempoFueraMs * 1000;
+    const bool tarde = c_.conexion(n).recibidoUs - s.envioUs > plazoUs / 2;
+    if (s.deEscritura && !tarde && s.finUs - s.envioUs >= plazoUs)
         s.leeHastaUs = 2 * s.finUs - s.tomadaUs;
     s.pausaMs = c_.motor.turnos.pausa();
     if (c_.conexion(n).turno == EstadoDeTurno::Libre) s.finUs = 0; // the link was forgotten
