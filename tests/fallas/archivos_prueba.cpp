@@ -15,7 +15,7 @@ namespace kv::fallas {
 namespace {
 
 #ifdef KV_CON_SANITIZADORES // starts take them three times as long; the night tries every step
-constexpr long kMuertes = 60;
+constexpr long kMuertes = 30;
 #else
 constexpr long kMuertes = 200;
 #endif

@@ -187,7 +187,11 @@ class Diferencias : public ::testing::Test {
 };
 
 constexpr std::uint32_t semilla = 14;
+#ifdef KV_CON_SANITIZADORES
+constexpr int cuantas = 400;
+#else
 constexpr int cuantas = 2000;
+#endif
 
 } // namespace
 

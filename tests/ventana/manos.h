@@ -6,8 +6,8 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTranslator>
-#include <QtTest>
 
 #include <gtest/gtest.h>
 

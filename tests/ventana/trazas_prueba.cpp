@@ -13,6 +13,7 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QToolButton>
 
 #include <algorithm>
