@@ -49,28 +49,6 @@ class Formas {
     Redaccion redaccion_;
 };
 
-/// What an event says of a forced read that leads nowhere; empty for all others.
-[[nodiscard]] constexpr std::string_view porQueNoSeFuerza(Que que) {
-    switch (que) {
-    case Que::SinPuertoNiPlc:
-    case Que::AltaSinPuerto:
-        return "no existe ese puerto o PLC";
-    case Que::ForzarSinTrama:
-    case Que::AltaFueraDeTrama:
-        return "direccion fuera de trama";
-    case Que::ForzarSinConexion:
-        return "sin conexion";
-    case Que::ForzarEnDescanso:
-        return "el bloque descansa: la estacion no contesta";
-    case Que::AltaSinLugar:
-        return "la estacion no admite mas bloques a pedido";
-    case Que::NivelSinBloques:
-        return "ningun bloque tiene ese nivel";
-    default:
-        return {};
-    }
-}
-
 /// "2026-11-16T07:05:09.012", local.
 [[nodiscard]] std::string enIso(const FechaHora& f);
 /// The same read back, from the year to the minute at least, or "07:05" of the day of `ahora`, or

@@ -48,6 +48,26 @@ std::string_view comoSalio(Color color) {
     return color == Color::Verde ? "OK" : "con error";
 }
 
+/// What an event says of a forced read that leads nowhere; empty for all others.
+std::string_view porQueNoSeFuerza(Que que) {
+    switch (que) {
+    case Que::SinPuertoNiPlc:
+    case Que::AltaSinPuerto:
+        return "no existe ese puerto o PLC";
+    case Que::ForzarSinTrama:
+    case Que::AltaFueraDeTrama:
+        return "direccion fuera de trama";
+    case Que::ForzarSinConexion:
+        return "sin conexion";
+    case Que::ForzarEnDescanso:
+        return "el bloque descansa: la estacion no contesta";
+    case Que::AltaSinLugar:
+        return "la estacion no admite mas bloques a pedido";
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 void PuertaLocal::fallar(Lector& l, const std::string& id, std::string_view porque) {
@@ -399,9 +419,12 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     }
     if (l.escrituras.size() >= kEscrituras) return fallar(l, id, "demasiadas escrituras a la vez");
     // It may end before its number is known: asking for it lets events run.
-    empezarOrden(Orden::Escribir);
+    ordenaEscribir_ = true;
+    terminadas_.clear();
+    rechazo_.clear();
+    escucharLoNecesario();
     const double escritura = p_.solicitudes.escribirDireccion(direccion, *valor, origen);
-    orden_ = Orden::Ninguna;
+    ordenaEscribir_ = false;
     if (escritura < 0) return fallar(l, id, "no se acepta: " + rechazo_);
     const auto i = static_cast<Indice>(escritura);
     const auto ya = std::find_if(terminadas_.begin(), terminadas_.end(),
@@ -411,14 +434,6 @@ void PuertaLocal::escribir(Lector& l, const Json& p, const std::string& id) {
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);
     cerrarRenglon(o, l.salida);
-}
-
-/// From here on events tell what becomes of it.
-void PuertaLocal::empezarOrden(Orden orden) {
-    orden_ = orden;
-    terminadas_.clear();
-    rechazo_.clear();
-    escucharLoNecesario();
 }
 
 void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
@@ -440,14 +455,15 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
-    empezarOrden(Orden::Forzar);
-    porNivel ? p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
-                                                       nombreDe(Ordenante::Usuario, l.nombre))
-             : p_.forzado.forzarPoleo(direccion);
-    orden_ = Orden::Ninguna;
-    // Of a level some blocks may not be asked for, which their own lines say.
-    if (porNivel ? rechazo_ == porQueNoSeFuerza(Que::NivelSinBloques) : !rechazo_.empty())
-        return fallar(l, id, "no se hace: " + rechazo_);
+    std::string_view porque;
+    if (!porNivel) {
+        porque = porQueNoSeFuerza(p_.forzado.forzarPoleo(direccion));
+    } else if (!p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
+                                                        nombreDe(Ordenante::Usuario, l.nombre))) {
+        // Of the blocks of a level some may not be asked for, which their own lines say.
+        porque = "ningun bloque tiene ese nivel";
+    }
+    if (!porque.empty()) return fallar(l, id, "no se hace: " + std::string(porque));
     ObjetoJson o = respuesta(l.salida, id);
     o.logico("aceptada", true);
     cerrarRenglon(o, l.salida);

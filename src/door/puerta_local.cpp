@@ -128,15 +128,10 @@ void PuertaLocal::alCambiar(Indice bloque) {
 
 void PuertaLocal::alSuceder(const Suceso& s, std::string_view texto) {
     if (s.que != Que::EscrituraTerminada) {
-        if (s.que == Que::EscrituraRechazada) {
-            // While a block is forced events run, and what is refused then is another's.
-            if (orden_ == Orden::Escribir) rechazo_ = TextoDeRechazo::partir(texto).motivo;
-        } else if (orden_ == Orden::Forzar) {
-            rechazo_ = porQueNoSeFuerza(s.que);
-        }
+        if (ordenaEscribir_) rechazo_ = TextoDeRechazo::partir(texto).motivo;
         return;
     }
-    if (orden_ == Orden::Escribir) terminadas_.emplace_back(s.escritura, s.detalle);
+    if (ordenaEscribir_) terminadas_.emplace_back(s.escritura, s.detalle);
     for (Lector& l : lectores_) {
         std::erase_if(l.escrituras, [&](const EscrituraEnCurso& e) {
             if (e.escritura != s.escritura) return false;
@@ -156,14 +151,10 @@ void PuertaLocal::escucharLoNecesario() {
     p_.publicacion.avisarTambienA(alguno([](const Lector& l) { return l.sigueValores; }) ? this
                                                                                          : nullptr);
     const bool oir =
-        orden_ != Orden::Ninguna || alguno([](const Lector& l) { return !l.escrituras.empty(); });
+        ordenaEscribir_ || alguno([](const Lector& l) { return !l.escrituras.empty(); });
     if (oir == oyeSucesos_) return;
     oyeSucesos_ = oir;
-    oir ? p_.sucesos.avisarA(this, quesCon([](Que que) {
-                                 return que == Que::EscrituraTerminada ||
-                                        que == Que::EscrituraRechazada ||
-                                        !porQueNoSeFuerza(que).empty();
-                             }))
+    oir ? p_.sucesos.avisarA(this, {Que::EscrituraTerminada, Que::EscrituraRechazada})
         : p_.sucesos.dejarDeAvisarA(this);
 }
 

@@ -135,9 +135,6 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     void vigilar(Lector& l, const Json& p, const std::string& id);
     void escribir(Lector& l, const Json& p, const std::string& id);
     void forzar(Lector& l, const Json& p, const std::string& id);
-    /// What an order of a reader is, while it is being carried out.
-    enum class Orden : std::uint8_t { Ninguna, Escribir, Forzar };
-    void empezarOrden(Orden orden);
     static void fallar(Lector& l, const std::string& id, std::string_view porque);
     static void terminar(std::string& salida, const std::string& id, std::uint64_t cuantos);
     void encolar(Lector& l, const std::string& id, Trabajo trabajo);
@@ -165,9 +162,9 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
     std::int64_t ticUs_ = 0; ///< when the present tick began
     bool enTic_ = false;     ///< events that run meanwhile only leave work behind
     bool oyeSucesos_ = false;
-    Orden orden_ = Orden::Ninguna;
-    std::vector<std::pair<Indice, std::int16_t>> terminadas_; ///< writes, since a write was ordered
-    std::string rechazo_; ///< why the present order is not carried out
+    bool ordenaEscribir_ = false; ///< a reader's write is being asked for
+    std::vector<std::pair<Indice, std::int16_t>> terminadas_; ///< writes, since then
+    std::string rechazo_;                                     ///< why it is refused
 };
 
 } // namespace kv

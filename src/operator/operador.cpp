@@ -74,10 +74,12 @@ void Operador::cumplir(const Orden& orden) {
     anotar(orden);
     switch (orden.clase) {
     case Orden::Clase::Forzar:
-        return p_.forzado.forzarPoleo(orden.texto);
+        p_.forzado.forzarPoleo(orden.texto);
+        return;
     case Orden::Clase::ForzarNivel:
-        return p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro,
-                                                       nombreDe(Ordenante::Ventana));
+        p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro,
+                                                nombreDe(Ordenante::Ventana));
+        return;
     case Orden::Clase::Escribir:
         p_.solicitudes.escribirDireccion(orden.texto, orden.numero, kOrigenVentana);
         return;

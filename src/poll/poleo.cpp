@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "poll/poleo.h"
 
+#include "poll/lectura_en_turno.h"
+
 #include <utility>
 
 namespace kv {
@@ -53,29 +55,19 @@ void Poleo::buscoSiguienteAPolear(Indice conexion) {
     if (bloque != kNinguno) polearBloque(bloque);
 }
 
-/// The next waiting block in turn. While late answers may still come, a block whose answer can be
-/// told apart from them goes before those for which the line would have to be quiet first. A block
-/// is passed over in this way only once.
+/// What goes before others because its answer can be told apart passes them over only once.
 Indice Poleo::elegir(Indice conexion) {
     ConexionIP& c = tablas_.conexiones[conexion];
-    if (c.bloqueDePrueba != kNinguno) {
-        const BloqueLectura& b = tablas_.bloques[c.bloqueDePrueba];
-        if (b.pendiente && b.activo && b.habilitadoPorRespuestas) return b.indice;
-        c.bloqueDePrueba = kNinguno;
-    }
-    const std::size_t primera = tablas_.siguientePorPolear(conexion);
-    if (primera == ConjuntoDePosiciones::kNinguna) return kNinguno;
-    if (c.debidas.limpia()) return c.bloques[primera];
-    std::size_t posicion = primera;
-    for (int miradas = 0; miradas < kMiradas; ++miradas) {
-        BloqueLectura& b = tablas_.bloques[c.bloques[posicion]];
-        if (turnos_.permiso(conexion, registroDe(b.tramaSolicitud)).cuenta) return b.indice;
-        if (b.saltado) break;
-        b.saltado = true;
+    const Indice elegido = lecturaEnTurno(tablas_, turnos_, conexion).bloque;
+    if (elegido == c.bloqueDePrueba) return elegido;
+    c.bloqueDePrueba = kNinguno;
+    if (elegido == kNinguno || c.debidas.limpia()) return elegido;
+    std::size_t posicion = tablas_.siguientePorPolear(conexion);
+    while (c.bloques[posicion] != elegido) {
+        tablas_.bloques[c.bloques[posicion]].saltado = true;
         posicion = tablas_.siguientePorPolear(conexion, posicion);
-        if (posicion == primera) break;
     }
-    return c.bloques[primera];
+    return elegido;
 }
 
 void Poleo::polearBloque(Indice bloque) {

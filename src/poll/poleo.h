@@ -8,10 +8,6 @@
 
 namespace kv {
 
-/// So many waiting blocks are looked at for one whose answer could be told apart from late ones,
-/// before the first in turn is asked all the same.
-inline constexpr int kMiradas = 16;
-
 /// The writes' side of a connection's turns.
 class TurnoDeEscrituras {
   public:

@@ -3,6 +3,7 @@
 
 #include "plant/ordenantes.h"
 #include "plant/valor_y_estado.h"
+#include "poll/lectura_en_turno.h"
 #include "text/numeros.h"
 #include "wire/Modulo_Tramas_KV2200.h"
 #include "write/palabra.h"
@@ -160,7 +161,7 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
     recibida.poner(respuesta);
     if (e->paso == PasoDeEscritura::PorLeer) {
         alLeerPalabra(*e, valor);
-    } else if (valor == comoRegistro(e->palabra)) {
+    } else if (confirma(*e, valor)) {
         terminar(e->indice, FinDeEscritura::Confirmada);
     } else {
         // Its time-out runs on.
@@ -177,16 +178,27 @@ void EjecucionDeEscrituras::contestada(Indice conexion, const Respuesta& respues
 }
 
 void EjecucionDeEscrituras::alLeerPalabra(BloqueEscritura& e, std::int16_t valor) {
+    combinar(e, valor);
+    e.paso = PasoDeEscritura::PorEnviar;
+    e.reintentos = 0;
+    e.enDuda = false;
+}
+
+void EjecucionDeEscrituras::combinar(BloqueEscritura& e, std::int16_t valor) {
     e.palabra = SetearBIT_YDevolverPalabra(static_cast<std::uint16_t>(valor), e.bit, e.pedido != 0);
     const std::string_view registro = leidoDe(e).direccion();
     const double estacion = tablas_.estacionDe(leidoDe(e)).indice;
     // Of the same register as the read's frame, so it fits.
     if (const auto trama = armarTramaEscritura(registro, textoDeNumero(estacion), e.palabra))
         e.tramaSolicitud = *trama;
-    e.paso = PasoDeEscritura::PorEnviar;
     e.leidaMs = bucle_.reloj().monotonicoMs();
-    e.reintentos = 0;
-    e.enDuda = false;
+}
+
+/// A bit is as it was asked for when the word that is read back has it, whatever the plant has made
+/// of the others since; where it has not, the repetition is of that word, and undoes nothing.
+bool EjecucionDeEscrituras::confirma(BloqueEscritura& e, std::int16_t valor) {
+    if (e.esBit() && e.esperandoConfirmacion) combinar(e, valor);
+    return valor == comoRegistro(e.palabra);
 }
 
 void EjecucionDeEscrituras::dudosa(Indice conexion) {
@@ -236,22 +248,9 @@ void EjecucionDeEscrituras::perdida(Indice conexion) {
         abandonar(e->indice, FinDeEscritura::ConexionPerdida);
 }
 
-/// A read waits whose answer could be told apart from the late one to a write.
-bool EjecucionDeEscrituras::hayLecturaQueCuente(Indice conexion) const {
-    const ConexionIP& c = tablas_.conexiones[conexion];
-    std::size_t posicion = tablas_.siguientePorPolear(conexion);
-    for (int miradas = 0; miradas < kMiradas && posicion != ConjuntoDePosiciones::kNinguna;
-         ++miradas) {
-        const BloqueLectura& b = tablas_.bloques[c.bloques[posicion]];
-        if (turnos_.permiso(conexion, registroDe(b.tramaSolicitud)).cuenta) return true;
-        posicion = tablas_.siguientePorPolear(conexion, posicion);
-    }
-    return false;
-}
-
 void EjecucionDeEscrituras::otroIntento(BloqueEscritura& e) {
     if (!turnos_.conectada(e.idConexion)) return;
-    if (hayLecturaQueCuente(e.idConexion)) {
+    if (lecturaEnTurno(tablas_, turnos_, e.idConexion).cuenta) {
         e.cedio = true;
         return turnos_.pausar(e.idConexion);
     }

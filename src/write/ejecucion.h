@@ -71,10 +71,11 @@ class EjecucionDeEscrituras final : public TurnoDeEscrituras, public Transaccion
     void vencerViejas();
     [[nodiscard]] Turnos::Envio leerPalabra(BloqueEscritura& e);
     [[nodiscard]] Turnos::Envio escribirPalabra(BloqueEscritura& e);
-    [[nodiscard]] bool hayLecturaQueCuente(Indice conexion) const;
     [[nodiscard]] Turnos::Envio retomar(BloqueEscritura& e);
     [[nodiscard]] const Solicitud& tramaDe(const BloqueEscritura& e, Que que) const;
     void alLeerPalabra(BloqueEscritura& e, std::int16_t valor);
+    void combinar(BloqueEscritura& e, std::int16_t valor);
+    [[nodiscard]] bool confirma(BloqueEscritura& e, std::int16_t valor);
     void otroIntento(BloqueEscritura& e);
     void abandonar(Indice i, FinDeEscritura fin);
     void terminar(Indice i, FinDeEscritura fin);

@@ -16,8 +16,9 @@ Forzado::Forzado(Tablas& tablas, Turnos& turnos, Publicacion& publicacion, Poleo
     : tablas_(tablas), turnos_(turnos), publicacion_(publicacion), poleo_(poleo), mudas_(mudas),
       reloj_(reloj), modelo_(modelo), sucesos_(sucesos) {}
 
-void Forzado::decir(Que que, std::string_view dado, double numero) {
+Que Forzado::decir(Que que, std::string_view dado, double numero) {
     sucesos_.decir({.que = que, .numero = numero}, dado);
+    return que;
 }
 
 void Forzado::forzarBloque_porID(Indice bloque) {
@@ -29,7 +30,7 @@ void Forzado::forzarBloque_porID(Indice bloque) {
     if (b.habilitadoPorRespuestas) poleo_.buscoSiguienteAPolear(b.idConexion);
 }
 
-void Forzado::forzarPoleo(const std::string& direccion) {
+Que Forzado::forzarPoleo(const std::string& direccion) {
     const std::string corta = direccion.substr(0, limite::kDireccionEnMensaje);
     DireccionPartida pedida;
     const bool hayPuerto = partirDireccion(direccion, pedida) && pedida.bit != kNoEsBit &&
@@ -39,11 +40,11 @@ void Forzado::forzarPoleo(const std::string& direccion) {
     if (lugar.conexion == kNinguno) return decir(Que::SinPuertoNiPlc, corta);
     const Indice conocido = tablas_.buscarPorRegistro(lugar.conexion, pedida.plc, pedida.registro);
     if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida.bit, false);
-    darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida.puerto) - 1], pedida.plc,
-              std::string(pedida.registro), corta, pedida.bit);
+    return darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida.puerto) - 1],
+                     pedida.plc, std::string(pedida.registro), corta, pedida.bit);
 }
 
-void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo) {
+Que Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo) {
     const BloqueLectura& b = tablas_.bloques[bloque];
     if (bit >= 0) modelo_.levantarBitDeDireccion(bloque, static_cast<std::size_t>(bit));
     const auto imposible = [&](Que que) {
@@ -51,16 +52,18 @@ void Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bi
                         .detalle = static_cast<std::int16_t>(nuevo ? 1 : 0),
                         .conexion = b.idConexion,
                         .bloque = bloque});
+        return que;
     };
     if (!b.tieneTrama) return imposible(Que::ForzarSinTrama);
     if (!turnos_.conectada(b.idConexion)) return imposible(Que::ForzarSinConexion);
     if (!b.habilitadoPorRespuestas) return imposible(Que::ForzarEnDescanso);
     forzarBloque_porID(bloque);
     sucesos_.decir({.que = Que::Forzado, .conexion = b.idConexion, .bloque = bloque}, direccion);
+    return Que::Forzado;
 }
 
-void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
-                        const std::string& registro, const std::string& direccion, int bit) {
+Que Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
+                       const std::string& registro, const std::string& direccion, int bit) {
     Estacion& estacion = tablas_.conexiones[lugar.conexion].estaciones[lugar.estacion];
     // Anybody may ask for any address: only what a station can be asked for becomes a block, and it
     // stays.
@@ -79,11 +82,11 @@ void Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puer
                     .bloque = bloque,
                     .numero = puerto.scanPorDefecto},
                    direccion);
-    forzarConocido(bloque, direccion, bit, true);
+    return forzarConocido(bloque, direccion, bit, true);
 }
 
 template <class Accion>
-void Forzado::enNivel(double nivel, const Accion& accion) {
+bool Forzado::enNivel(double nivel, const Accion& accion) {
     // A copy: a forced read lets events run, and they may add blocks to the level.
     std::vector<Indice> deNivel;
     const auto suyo = [&](Indice i) {
@@ -92,18 +95,19 @@ void Forzado::enNivel(double nivel, const Accion& accion) {
     if (nivel >= 0 && nivel < static_cast<double>(tablas_.bloquesPorNivel.size()))
         std::ranges::copy_if(tablas_.bloquesPorNivel[static_cast<std::size_t>(nivel)],
                              std::back_inserter(deNivel), suyo);
-    if (deNivel.empty()) return decir(Que::NivelSinBloques, {}, nivel);
+    if (deNivel.empty()) decir(Que::NivelSinBloques, {}, nivel);
     for (const Indice i : deNivel) {
         if (suyo(i)) accion(i);
     }
+    return !deNivel.empty();
 }
 
 void Forzado::forzarBloque_porNivel(double nivel) {
     enNivel(nivel, [this](Indice i) { forzarVeces(i, 1, "FORZANDO POR NIVEL"); });
 }
 
-void Forzado::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) {
-    enNivel(nivel, [this, veces, quien](Indice i) {
+bool Forzado::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien) {
+    return enNivel(nivel, [this, veces, quien](Indice i) {
         if (veces > 0)
             forzarVeces(i, veces,
                         "FORZANDO POR NIVEL, Cantidad de veces a leer : " + textoDeNumero(veces));

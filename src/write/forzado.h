@@ -19,14 +19,16 @@ class Forzado {
     /// Blocks that forced reads may make of each station.
     void fijarAPedido(double bloques) { aPedidoMaximo_ = bloques; }
     /// Reads the block that holds an address port.PLC.register[.bit] now; makes a block for it when
-    /// only the station exists. What came of it is said in the operator's box.
-    void forzarPoleo(const std::string& direccion);
+    /// only the station exists. What came of it is said in the operator's box, and the kind of that
+    /// event is given: `Forzado`, or why it leads nowhere.
+    Que forzarPoleo(const std::string& direccion);
     void forzarBloque_porID(Indice bloque);
     void forzarBloque_porNivel(double nivel);
     /// `veces` above 0: reads every block of the level so often, on its own scan, and leaves it as
     /// it found it; 0 switches the level on, -1 off.
-    /// `quien` is recorded as having switched it, here and in what follows.
-    void forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien);
+    /// `quien` is recorded as having switched it, here and in what follows. False when no block is
+    /// of this level.
+    bool forzarBloque_porNivel_NVeces(double nivel, double veces, std::string_view quien);
     /// Also ends a force by level that is running.
     void Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
                                                  std::string_view quien);
@@ -36,13 +38,13 @@ class Forzado {
     void ModificarScanDeBloque(double bloque, double segundos);
 
   private:
-    void forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
-    void darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
-                   const std::string& registro, const std::string& direccion, int bit);
+    Que forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
+    Que darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
+                  const std::string& registro, const std::string& direccion, int bit);
     void forzarVeces(Indice bloque, double veces, std::string_view nota);
     template <class Accion>
-    void enNivel(double nivel, const Accion& accion);
-    void decir(Que que, std::string_view dado, double numero = 0);
+    bool enNivel(double nivel, const Accion& accion);
+    Que decir(Que que, std::string_view dado, double numero = 0);
 
     Tablas& tablas_;
     Turnos& turnos_;

@@ -280,6 +280,25 @@ TEST_F(Escribe, UnBitSeLeeAntesDeMezclarlo) {
     EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3_STATUS"), 6) << "and back with it";
 }
 
+TEST_F(Escribe, UnBitQueSeReleeSeMezclaConLoQueLaPlantaHizoEntretanto) {
+    planta();
+    callarEscrituras();
+    plc->registros[{1, 16}] = 0x8001;
+    escribir("1.1.10.3", 1);
+    p->avanzar(2000);
+    plc->registros[{1, 16}] = 0x0009; // the bit is there, and bit 15 gone
+    p->avanzar(15'000);
+    EXPECT_EQ(visto(), "R10 W10=32777 R10 ") << "which no repetition brings back";
+    EXPECT_EQ(fines(), "1.1.10.3=1 ");
+    EXPECT_EQ(p->valor(0), 9);
+    escribir("1.1.10.2", 1);
+    p->avanzar(2000);
+    plc->registros[{1, 16}] = 0x0100; // the bit is not
+    p->avanzar(20'000);
+    EXPECT_EQ(visto(), "R10 W10=32777 R10 R10 W10=13 R10 W10=260 R10 ");
+    EXPECT_EQ(fines(), "1.1.10.3=1 1.1.10.2=1 ");
+}
+
 TEST_F(Escribe, UnBitCuyaPalabraNoSeLeeSeAbandona) {
     planta({"5", "1", "600"});
     callar();

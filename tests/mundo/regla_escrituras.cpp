@@ -112,7 +112,7 @@ void ReglaDeEscrituras::alEnviar(std::size_t n, const Solicitud& t) {
 
 void ReglaDeEscrituras::saleLaPalabra(std::size_t n, Pedida& p, std::uint16_t palabra) {
     Linea& linea = *c_.lineas[n];
-    const auto delBit = static_cast<std::uint16_t>(p.bit < 0 ? 0xFFFF : 1U << p.bit);
+    const std::uint16_t delBit = escritos(p);
     bool comoSeLeyo = true;
     c_.exigir(p.enlace == c_.zocalo(n).conexiones(),
               "no write outlives the link it was asked for on", n);
@@ -207,7 +207,8 @@ void ReglaDeEscrituras::alTerminar(const BloqueEscritura& b, const std::string& 
         c_.exigir(p.seDijo == (p.envioUs >= 0), "every write that left was said to", n);
         if (fin == FinDeEscritura::Confirmada) {
             c_.exigir(p.envioUs >= 0, "what is confirmed was sent", n);
-            c_.exigir(c_.lineas[n]->respondio(p.estacion, p.registro, p.palabra, p.envioUs) ||
+            c_.exigir(c_.lineas[n]->respondio(p.estacion, p.registro, p.palabra, p.envioUs,
+                                              escritos(p)) ||
                           c_.lineas[n]->disculpada(),
                       "what is confirmed was answered", n);
             alContestar(b.indiceBloqueLectura);

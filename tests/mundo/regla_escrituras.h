@@ -83,6 +83,11 @@ class ReglaDeEscrituras final : public OyenteDeSucesos {
         std::string anterior;
         std::shared_ptr<Suerte> suerte = std::make_shared<Suerte>();
     };
+    /// The bits of its register that a write is about: when a bit is read back the others are the
+    /// plant's.
+    [[nodiscard]] static std::uint16_t escritos(const Pedida& p) {
+        return static_cast<std::uint16_t>(p.bit < 0 ? 0xFFFF : 1U << p.bit);
+    }
     struct EnCamino {
         std::uint8_t estacion, registro;
         std::uint16_t palabra, delBit; ///< `delBit`: the one bit it may change, or all
