@@ -8,6 +8,7 @@
 #include "wire/Modulo_Tramas_KV2200.h"
 #include "write/palabra.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -225,7 +226,8 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
                     .escritura = e->indice});
     ConexionIP& c = tablas_.conexiones[conexion];
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
-    c.leeHastaMs = ahora + (ahora - c.escribeDesdeMs);
+    // A try that came while no read was due takes nothing from what was left to them.
+    c.leeHastaMs = std::max(c.leeHastaMs, ahora + (ahora - c.escribeDesdeMs));
     const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;
     const bool hayEnlace = turnos_.conectada(conexion);
     if (e->paso == PasoDeEscritura::PorLeer) {

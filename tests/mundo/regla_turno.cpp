@@ -65,7 +65,9 @@ void ReglaDeTurno::repeticion(std::size_t n, Seguida& s, const Solicitud& t) {
     const int reintentos = c_.lineas[n]->plan().reintentos;
     if (deEscritura) {
         const std::size_t lectura = c_.motor.tablas.siguientePorPolear(static_cast<Indice>(n));
-        c_.exigir(lectura == ConjuntoDePosiciones::kNinguna || !cuenta(n, lectura),
+        // One on trial goes before all, and may have to wait for a quiet line.
+        c_.exigir(lectura == ConjuntoDePosiciones::kNinguna || !cuenta(n, lectura) ||
+                      c_.conexion(n).bloqueDePrueba != kNinguno,
                   "a write that timed out lets a read pass that can be told apart", n);
         c_.exigir(s.envios <= 2 * reintentos + 2, "a write is repeated so often as allowed", n);
         return;
