@@ -118,11 +118,12 @@ Trabajo Traspaso::levantar(const ListasDeConfiguracion& listas, const Diferencia
         const ConfiguracionDeBloque& b = listas.bloques[n.configurado];
         const auto [conexion, estacion] = p_.tablas.buscarEstacion(b.puerto, b.plc);
         if (conexion == kNinguno) continue;
-        const std::size_t antes = hecho.nuevas;
+        const double antes = p_.tablas.cantidadDePuntos; // bits that are expected cost as much
         if (p_.tablas.conexiones[conexion].estaciones[estacion].aPedido == 0 ||
             !adoptar(b, n, conexion, d.hasta, hecho))
             levantarBloque(b, n.registro, n.cantidad, hecho);
-        co_await siguiente(conexion, costo(kPorAlta, hecho.nuevas - antes + 1));
+        const auto nuevos = static_cast<std::size_t>(p_.tablas.cantidadDePuntos - antes);
+        co_await siguiente(conexion, costo(kPorAlta, nuevos + 1));
     }
 }
 
