@@ -65,10 +65,11 @@ void Linea::alRecibir(IdEnlace enlace, std::span<const std::uint8_t> bytes) {
         Solicitud s{};
         std::copy_n(entrada.begin() + static_cast<std::ptrdiff_t>(i), s.size(), s.begin());
         Registro& r = registro(s[1], s[3]);
-        const std::uint16_t antes = r.valor;
         if (s[0] == kEscribir) {
-            r.valor = static_cast<std::uint16_t>(s[4] << 8 | s[5]);
-            alEscribirse({enlace, s[1], s[3], r.valor, antes});
+            const auto palabra = static_cast<std::uint16_t>(s[4] << 8 | s[5]);
+            alEscribirse({enlace, s[1], s[3], palabra, r.valor});
+            // Of the exchanges that get lost every other is lost before the station does anything.
+            if (perderProximas_ % 2 == 0) r.valor = palabra;
         }
         if (enlace == enlace_) atender(s);
     }
