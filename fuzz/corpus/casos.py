@@ -176,6 +176,7 @@ CORRIDA = {
 # What follows a recording's mark: entries are a number and its parts.
 GRABACION = {
     "vacia": b"", "fin": b"\0", "ceros": b"\0" * 300, "altos": b"\xff" * 300, "entrada-desconocida": b"\x63", "tic-de-nadie": b"\x01\x00\x7f", "tic-cortado": b"\x01", "datos-de-nadie": b"\x03\x00\x7f\x05abcde", "datos-cortados": b"\x03\x00\x00\x7fab", "largo-enorme": b"\x03\x00\x00\xff\xff\xff\xff\xff\xff\xff\xff\x7f", "numero-sin-fin": b"\x01" + b"\x80" * 40, "reloj-atras": b"\x0a\x00\x01" * 50, "vueltas": b"\x07" * 200, "respuesta-sin-pregunta": b"\x0d\x7f\x01", "pendientes-sin-fin": b"\x08\x00" * 100, "pide-nadie": b"\x05\x00\x00\x0310:",
+    "lo-que-escucha-conectado": b"\0\x92\0\2\0\0\1\0\6\0\2\0\0\1\0\0\0",
 }
 
 PLANILLA = {

@@ -261,7 +261,11 @@ const Zocalo& FrmServerTCP::zocalo() const {
     return oida != nullptr ? *oida->zocalo : *wsEscucha_;
 }
 
-bool FrmServerTCP::conectado() const { return zocalo().estado() == EstadoZocalo::Conectado; }
+/// What listens is never connected, but in a recording that was tampered with.
+bool FrmServerTCP::conectado() const {
+    const Visita* oida = sala_.primera();
+    return oida != nullptr && oida->zocalo->estado() == EstadoZocalo::Conectado;
+}
 
 bool FrmServerTCP::puedeSaber() const {
     return conectado() && (sala_.hayCliente() || !puerta_.exigeLogin());
