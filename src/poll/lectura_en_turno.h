@@ -8,7 +8,7 @@ namespace kv {
 
 /// The read of a connection that leaves next.
 struct LecturaEnTurno {
-    Indice bloque = kNinguno; ///< none waits
+    Indice bloque = kNinguno; ///< kNinguno where no block waits
     bool cuenta = false;      ///< its answer could be told apart from those that are late
 };
 
