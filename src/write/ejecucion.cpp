@@ -241,7 +241,10 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
         return abandonar(e->indice, !hayEnlace     ? FinDeEscritura::ConexionPerdida
                                     : e->otroValor ? FinDeEscritura::OtroValor
                                                    : FinDeEscritura::SinRespuesta);
-    if (std::exchange(e->esperandoConfirmacion, !e->esperandoConfirmacion)) e->reintentos += 1;
+    // What a bit was merged into grows old: while nobody answers its word is not sent again.
+    const bool repite = e->esperandoConfirmacion && (!e->esBit() || e->otroValor);
+    if (e->esperandoConfirmacion) e->reintentos += 1;
+    e->esperandoConfirmacion = !repite;
     otroIntento(*e);
 }
 

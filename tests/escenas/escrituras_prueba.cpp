@@ -299,6 +299,16 @@ TEST_F(Escribe, UnBitQueSeReleeSeMezclaConLoQueLaPlantaHizoEntretanto) {
     p->avanzar(20'000);
     EXPECT_EQ(visto(), "R10 W10=117 R10 W10=257 R10 ");
     EXPECT_EQ(fines(), "1.1.10.0=1 ");
+    planta();
+    escribir("1.1.10.0", 1);
+    p->avanzar(500);
+    callar();
+    p->avanzar(8000);
+    plc->registros[{1, 16}] = 0x0200;
+    plc->demora = [](const Solicitud&) { return 0.0; };
+    p->avanzar(20'000);
+    EXPECT_EQ(visto(), "R10 W10=117 R10 R10 W10=513 ") << "an old word is not sent again";
+    EXPECT_EQ(fines(), "1.1.10.0=1 ");
 }
 
 TEST_F(Escribe, UnBitCuyaPalabraNoSeLeeSeAbandona) {
