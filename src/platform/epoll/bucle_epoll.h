@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/bucle.h"
+#include "platform/epoll/extremos.h"
 #include "platform/vuelta.h"
 
 #include <array>
@@ -11,7 +12,6 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <sys/socket.h>
 #include <utility>
 #include <vector>
 
@@ -45,9 +45,6 @@ class Atendido {
     virtual ~Atendido() = default;
     virtual void alOcurrir(std::uint32_t sucesos) = 0;
 };
-
-/// An address, whatever its kind; its port is for who uses it.
-using Maquina = sockaddr_storage;
 
 /// What became of a name: addresses, the one to be tried first in front, or the reason why there
 /// are not any.

@@ -2,21 +2,19 @@
 #include "platform/epoll/zocalo_epoll.h"
 
 #include "platform/epoll/archivo_de_zocalo.h"
+#include "platform/epoll/extremos.h"
 #include "platform/epoll/resolutor.h"
 #include "platform/maquina.h"
 #include "platform/motivo_de_enlace.h"
 #include "text/texto.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <cerrno>
 #include <climits>
 #include <cstring>
 #include <linux/sockios.h>
-#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <optional>
 #include <sys/epoll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -35,63 +33,6 @@ std::string alConectar(int error) { return motivoDeEnlace(error, FaseDeEnlace::A
 std::string alEscuchar(int error) { return motivoDeEnlace(error, FaseDeEnlace::AlEscuchar); }
 std::string yaArriba(int error) { return motivoDeEnlace(error, FaseDeEnlace::Establecido); }
 std::string deArchivo(int error) { return std::generic_category().message(error); }
-
-bool direccionDe(const std::string& ip, std::uint32_t puerto, sockaddr_in& direccion) {
-    direccion = {};
-    direccion.sin_family = AF_INET;
-    direccion.sin_port = htons(static_cast<std::uint16_t>(puerto));
-    return puerto <= 65535 && inet_pton(AF_INET, ip.c_str(), &direccion.sin_addr) == 1;
-}
-
-std::string textoDe(const sockaddr_in& direccion) {
-    char texto[INET_ADDRSTRLEN] = {};
-    inet_ntop(AF_INET, &direccion.sin_addr, texto, sizeof texto);
-    return std::string(texto) + ":" + std::to_string(ntohs(direccion.sin_port));
-}
-
-/// An address in figures, of either kind; no name server is asked for it.
-std::optional<Maquina> maquinaDe(const std::string& texto) {
-    addrinfo pedido{};
-    pedido.ai_socktype = SOCK_STREAM;
-    pedido.ai_flags = AI_NUMERICHOST;
-    addrinfo* lista = nullptr;
-    if (getaddrinfo(texto.c_str(), nullptr, &pedido, &lista) != 0) return std::nullopt;
-    Maquina m{};
-    std::memcpy(&m, lista->ai_addr, std::min<std::size_t>(lista->ai_addrlen, sizeof m));
-    freeaddrinfo(lista);
-    return m;
-}
-
-/// The same with a port, and its length.
-socklen_t conPuerto(Maquina& m, std::uint32_t puerto) {
-    const auto enRed = htons(static_cast<std::uint16_t>(puerto));
-    if (m.ss_family == AF_INET6) {
-        reinterpret_cast<sockaddr_in6&>(m).sin6_port = enRed; // NOLINT
-        return sizeof(sockaddr_in6);
-    }
-    reinterpret_cast<sockaddr_in&>(m).sin_port = enRed; // NOLINT
-    return sizeof(sockaddr_in);
-}
-
-/// A machine that connects to one of its own ports may come out at that very port: then it has only
-/// itself at the other end.
-bool esElMismo(int descriptor) {
-    Maquina propia{};
-    Maquina otra{};
-    socklen_t largo = sizeof propia;
-    socklen_t suLargo = sizeof otra;
-    return getsockname(descriptor, reinterpret_cast<sockaddr*>(&propia), &largo) == 0 && // NOLINT
-           getpeername(descriptor, reinterpret_cast<sockaddr*>(&otra), &suLargo) == 0 && // NOLINT
-           largo == suLargo && std::memcmp(&propia, &otra, largo) == 0;
-}
-
-/// Of the program at the other end of a local link.
-std::string quienLlama(int descriptor) {
-    ucred otro{};
-    socklen_t largo = sizeof otro;
-    if (getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &otro, &largo) != 0) return "?/0";
-    return std::to_string(otro.uid) + "/" + std::to_string(otro.pid);
-}
 
 void sinDemora(int descriptor) {
     // A request is seven bytes and its answer is waited for: it is never held back to be sent with
@@ -228,7 +169,7 @@ void ZocaloEpoll::probar() {
     std::string motivo = std::exchange(motivo_, {});
     while (probadas_ < maquinas_.size()) {
         Maquina& m = maquinas_[probadas_++];
-        const socklen_t largo = conPuerto(m, puerto_);
+        const socklen_t largo = ponerPuerto(m, puerto_);
         const int d = socket(m.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
         if (d < 0 || !BucleEpoll::alcanzaParaEstaciones(d)) {
             const int error = d < 0 ? errno : EMFILE;
@@ -251,23 +192,21 @@ void ZocaloEpoll::probar() {
 }
 
 void ZocaloEpoll::escuchar(const std::string& ip, std::uint32_t puerto) {
-    Maquina lugar{};
-    auto& direccion = reinterpret_cast<sockaddr_in&>(lugar); // NOLINT
-    const bool vale = direccionDe(ip, puerto, direccion);
-    if (vale && volverAEscuchar(lugar)) return;
+    const auto lugar = lugarParaEscuchar(ip, puerto);
+    if (lugar && volverAEscuchar(*lugar)) return;
     cerrar();
-    if (!vale) return fallar(enPalabras(Motivo::DireccionNoValida));
+    if (!lugar) return fallar(enPalabras(Motivo::DireccionNoValida));
     const int d = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (d < 0) return fallar(alEscuchar(errno));
     const int si = 1;
     setsockopt(d, SOL_SOCKET, SO_REUSEADDR, &si, sizeof si);
-    const auto* generica = reinterpret_cast<const sockaddr*>(&lugar); // NOLINT
-    if (bind(d, generica, sizeof direccion) != 0 || listen(d, kEnEspera) != 0) {
+    const auto* generica = reinterpret_cast<const sockaddr*>(&*lugar); // NOLINT
+    if (bind(d, generica, sizeof *lugar) != 0 || listen(d, kEnEspera) != 0) {
         const int error = errno;
         close(d);
         return fallar(alEscuchar(error));
     }
-    lugar_ = lugar;
+    lugar_ = *lugar;
     adoptar(d, EstadoZocalo::Escuchando, EPOLLIN);
 }
 
@@ -288,7 +227,7 @@ void ZocaloEpoll::soltarReserva() {
 }
 
 /// Where it has kept the port; false where it has not, or cannot go on there.
-bool ZocaloEpoll::volverAEscuchar(const Maquina& donde) {
+bool ZocaloEpoll::volverAEscuchar(const sockaddr_in& donde) {
     if (reservado_ < 0 || std::memcmp(&donde, &lugar_, sizeof donde) != 0) return false;
     // The links that were taken there share the port.
     const int si = 1;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "platform/epoll/bucle_epoll.h"
+#include "platform/epoll/extremos.h"
 #include "platform/zocalo.h"
 
 #include <memory>
+#include <netinet/in.h>
 #include <string>
 #include <vector>
 
@@ -54,7 +56,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     void soltar();
     void soltarDescriptor();
     void soltarReserva();
-    [[nodiscard]] bool volverAEscuchar(const Maquina& donde);
+    [[nodiscard]] bool volverAEscuchar(const sockaddr_in& donde);
     void fallar(std::string motivo);
     void vigilar();
     [[nodiscard]] bool vaciarCola();
@@ -83,7 +85,7 @@ class ZocaloEpoll final : public Zocalo, private Atendido, private AlResolver {
     std::size_t salto_ = 0; ///< where among a name's addresses the next attempt begins
     int pedido_ = -1;       ///< a link waiting for `aceptar`, during `alPedirConexion` only
     int reservado_ = -1;    ///< bound where it has listened
-    Maquina lugar_{};       ///< there
+    sockaddr_in lugar_{};   ///< there
     std::string rutaLocal_; ///< the socket file that it listens on; empty: not on a file
     std::int64_t pacienciaMs_ = 0;
     std::string motivo_;
