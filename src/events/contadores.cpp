@@ -114,8 +114,11 @@ void Contadores::alContestar(const Suceso& s, DeConexion& c) {
 
 void Contadores::alVencer(const Suceso& s, DeConexion& c) {
     if (c.pedido != Pedido::Fuera && c.pedido != Pedido::Dudoso) return;
-    // The time-out is as long as its block's, which spares a look at the clock.
-    const std::int64_t us = tablas_.bloques[s.bloque].tiempoFueraMs * 1000;
+    // A read's is as long as its block's, which spares a look at the clock; a write says how long
+    // it waited.
+    const std::int64_t ms = s.que == Que::TiempoFuera ? tablas_.bloques[s.bloque].tiempoFueraMs
+                                                      : static_cast<std::int64_t>(s.numero);
+    const std::int64_t us = ms * 1000;
     ++c.estaciones[c.estacion].cuentas.vencidos;
     c.pedido = Pedido::Terminado;
     c.pausaUs = 0;

@@ -45,8 +45,8 @@ enum class Que : std::uint8_t {
     EscrituraLeeOtraVez,
     EscrituraRelee, ///< to see whether what was not answered arrived
     EscrituraRepite,
-    TiempoFueraDeEscritura,
-    EscrituraAbandonada, ///< `detalle`: a FinDeEscritura
+    TiempoFueraDeEscritura, ///< `numero`: how long it waited, ms
+    EscrituraAbandonada,    ///< `detalle`: a FinDeEscritura
     // What is asked for, by window, script or client: writes, and what became of them.
     EscrituraUnida,     ///< asked for while an equal one waited; text: who asked
     EscrituraTerminada, ///< `detalle`: a FinDeEscritura

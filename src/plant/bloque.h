@@ -107,6 +107,10 @@ struct alignas(64) BloqueLectura {
     bool activoSinForzar = false;
     Indice ultimaEscritura = kNinguno; ///< the write asked for last of this register
 
+    /// It may be asked for, once it is due.
+    [[nodiscard]] bool sePuedePedir() const {
+        return activo && tieneTrama && habilitadoPorRespuestas;
+    }
     /// The register as configured, hexadecimal where a frame is built: the end of its key.
     [[nodiscard]] std::string_view direccion() const {
         const std::string_view todo = clave;

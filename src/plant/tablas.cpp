@@ -21,8 +21,7 @@ std::uint64_t claveDeEstacion(double puerto, double plc) {
 
 void Tablas::actualizarPorPolear(const BloqueLectura& b) {
     if (b.idConexion == kNinguno) return;
-    conexiones[b.idConexion].porPolear.poner(
-        b.posicionEnConexion, b.pendiente && b.activo && b.tieneTrama && b.habilitadoPorRespuestas);
+    conexiones[b.idConexion].porPolear.poner(b.posicionEnConexion, b.pendiente && b.sePuedePedir());
 }
 
 void Tablas::ponerPendiente(Indice bloque, bool pendiente) {

@@ -20,7 +20,7 @@ void EstacionesMudas::alAgotar(Indice bloque, bool estabaOK) {
     if (limite_ < 1 || ++e.agotados < limite_) return;
     const auto otro = std::find_if(e.bloques.begin(), e.bloques.end(), [&](Indice i) {
         const BloqueLectura& x = tablas_.bloques[i];
-        return x.estado == kOk && x.activo && x.habilitadoPorRespuestas && x.tieneTrama;
+        return x.estado == kOk && x.sePuedePedir();
     });
     if (otro == e.bloques.end() || (estabaOK && e.agotados > limite_)) return enmudecer(e, bloque);
     // The verdict is this one's, and need not wait for its scan.

@@ -17,7 +17,7 @@ LecturaEnTurno lecturaEnTurno(const Tablas& tablas, const Turnos& turnos, Indice
     };
     if (c.bloqueDePrueba != kNinguno) {
         const BloqueLectura& b = tablas.bloques[c.bloqueDePrueba];
-        if (b.pendiente && b.activo && b.habilitadoPorRespuestas) return {b.indice, cuenta(b)};
+        if (b.pendiente && b.sePuedePedir()) return {b.indice, cuenta(b)};
     }
     const std::size_t primera = tablas.siguientePorPolear(conexion);
     if (primera == ConjuntoDePosiciones::kNinguna) return {};

@@ -54,6 +54,10 @@ void RelojDeBloques::tic(Indice bloque) {
 void RelojDeBloques::habilitar(BloqueLectura& b) {
     tablas_.habilitar(b.indice, true);
     sucesos_.decir({.que = Que::BloqueHabilitado, .conexion = b.idConexion, .bloque = b.indice});
+    mostrarHabilitado(b);
+}
+
+void RelojDeBloques::mostrarHabilitado(const BloqueLectura& b) {
     mostrar(b, de_bloques::kHabilitado, "Habilitado desde " + sello_.ahora());
 }
 
@@ -172,7 +176,7 @@ bool RelojDeBloques::volver(Indice bloque) {
     } else {
         Timer1_Bloques_[bloque].rearmar(b.scanMs);
     }
-    mostrar(b, de_bloques::kHabilitado, "Habilitado desde " + sello_.ahora());
+    mostrarHabilitado(b);
     return true;
 }
 

@@ -76,6 +76,7 @@ class RelojDeBloques {
     void tic(Indice bloque);
     void habilitar(BloqueLectura& b);
     void avanzarForzado(BloqueLectura& b);
+    void mostrarHabilitado(const BloqueLectura& b);
     void mostrar(const BloqueLectura& b, std::size_t columna, std::string_view texto);
 
     Tablas& tablas_;

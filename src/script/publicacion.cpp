@@ -118,25 +118,24 @@ void Publicacion::ponerBits(const BloqueLectura& bloque) {
 void Publicacion::sinRespuesta(Indice bloque, FraseDeEstado frase) {
     BloqueLectura& b = tablas_.bloques[bloque];
     if (b.retirado) return;
-    ponerEstado(b, kBad);
-    b.mostrado = {b.mostrado.instante(), frase}; // the value that is shown is as old as it was
-    vista_.lstViewVariables.cambio(b.filaVariable);
-    publicar(b.ranuraEstado, kBad);
-    ponerBits(b);
-    notificar(b);
+    // The value that is shown is as old as it was.
+    quedarBad(b, {b.mostrado.instante(), frase});
 }
 
 void Publicacion::establecerBAD_En_Socket(Indice conexion) {
     for (const Indice i : tablas_.conexiones[conexion].bloques) {
-        BloqueLectura& b = tablas_.bloques[i];
-        if (b.retirado) continue;
-        ponerEstado(b, kBad);
-        publicar(b.ranuraEstado, kBad);
-        b.mostrado = {ahora(), FraseDeEstado::SegunEstado};
-        vista_.lstViewVariables.cambio(b.filaVariable);
-        ponerBits(b);
-        notificar(b);
+        if (!tablas_.bloques[i].retirado)
+            quedarBad(tablas_.bloques[i], {ahora(), FraseDeEstado::SegunEstado});
     }
+}
+
+void Publicacion::quedarBad(BloqueLectura& b, const LoMostrado& mostrado) {
+    ponerEstado(b, kBad);
+    b.mostrado = mostrado;
+    vista_.lstViewVariables.cambio(b.filaVariable);
+    publicar(b.ranuraEstado, kBad);
+    ponerBits(b);
+    notificar(b);
 }
 
 } // namespace kv

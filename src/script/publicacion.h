@@ -32,7 +32,7 @@ class OyenteDeValores {
 class Publicacion {
   public:
     Publicacion(Tablas& tablas, ScriptControl& guion, Vista& vista, Sello& sello);
-    /// Null while no client is served.
+    /// Null until the door to the client is open.
     void avisarA(AvisoAlCliente* cliente) { cliente_ = cliente; }
     /// Null: no other listener.
     void avisarTambienA(OyenteDeValores* oyente) { oyente_ = oyente; }
@@ -63,6 +63,7 @@ class Publicacion {
 
   private:
     void ponerEstado(BloqueLectura& bloque, double estado);
+    void quedarBad(BloqueLectura& bloque, const LoMostrado& mostrado);
     void publicar(Indice ranura, double valor);
     void notificar(const BloqueLectura& bloque);
     [[nodiscard]] std::int64_t ahora() const;

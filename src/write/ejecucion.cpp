@@ -220,12 +220,13 @@ void EjecucionDeEscrituras::dudosa(Indice conexion) {
 void EjecucionDeEscrituras::vencida(Indice conexion) {
     BloqueEscritura* e = enCurso(conexion);
     if (e == nullptr) return turnos_.pausar(conexion);
+    ConexionIP& c = tablas_.conexiones[conexion];
+    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
     sucesos_.decir({.que = Que::TiempoFueraDeEscritura,
                     .conexion = conexion,
                     .bloque = e->indiceBloqueLectura,
-                    .escritura = e->indice});
-    ConexionIP& c = tablas_.conexiones[conexion];
-    const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+                    .escritura = e->indice,
+                    .numero = static_cast<double>(ahora - c.enviadoUs / 1000)});
     // A try that came while no read was due takes nothing from what was left to them.
     c.leeHastaMs = std::max(c.leeHastaMs, ahora + (ahora - c.escribeDesdeMs));
     const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;

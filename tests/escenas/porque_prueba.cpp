@@ -451,4 +451,25 @@ TEST_F(PorQueEstaMal, LosContadoresDicenLoQueLaPlantaHizo) {
     EXPECT_EQ(toda.pedidos, plc.pedidos.size());
 }
 
+TEST(PorQueDudosa, LoQueSeEsperaAUnaEscrituraDudosaEsSilencio) {
+    Configuracion c;
+    c.puerto({"1", "0", "600"}).estacion(1, "10.0.0.1", 1);
+    c.bloque(1, "10", "600").bloque(1, "11", "600");
+    Planta q(c);
+    auto& plc = q.en("10.0.0.1");
+    plc.libres = [](const Solicitud&) { return Libres{9, 9, 9, 9}; };
+    q.arrancarYConectar();
+    q.avanzar(5000);
+    plc.deformar = [](std::vector<std::uint8_t>& bytes, const Solicitud& t) {
+        const auto otra = respuestaDe(100, {9, 9, 9, 9});
+        if (t[0] == 0x57) bytes.insert(bytes.end(), otra.begin(), otra.end());
+    };
+    const std::int64_t antes = q.motor.contadores.deConexion(0).reparto.silencio;
+    q.motor.solicitudes.escribirDireccion("1.1.10", 7, "prueba");
+    q.avanzar(3500);
+    const CuentasDeConexion toda = q.motor.contadores.deConexion(0);
+    EXPECT_NEAR(static_cast<double>(toda.reparto.silencio - antes), 3e6, 1e5)
+        << "the line is let fall silent for three time-outs before what it holds is read back";
+}
+
 } // namespace kv
