@@ -33,7 +33,7 @@ class Bucle {
     /// lives.
     virtual void alFinalDeVuelta(std::function<void()> tarea) = 0;
 
-    /// Ends the loop's `correr` after the present handler.
+    /// Ends the loop's `correr` after the present handler; one that has not begun ends at once.
     virtual void detener() = 0;
 
     /// All timers of the loop, for what wraps it.

@@ -54,16 +54,6 @@ bool tiene(const std::string& texto, const std::string& parte) {
     return texto.find(parte) != std::string::npos;
 }
 
-/// The driver's daily log.
-std::string registroDe(const Carpeta& planta) {
-    std::string log;
-    for (const auto& f : std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER")) {
-        const std::string nombre = f.path().filename().string();
-        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
-    }
-    return log;
-}
-
 } // namespace
 
 TEST(LineaDeOrden, UnaMalaTermina2YLoDiceEnLaSalidaDeErrores) {

@@ -320,4 +320,9 @@ TEST_F(Planta, LaSegundaVezAvisaALaPrimeraYSeVa) {
     EXPECT_EQ(tercera.terminar(SIGTERM), 0);
 }
 
+TEST(Arranque, UnaSenalMientrasDuraSeCumple) {
+    const Instalacion casa(plantaGrande());
+    EXPECT_EQ(terminarAlArrancar(casa, {casa.programa(), "--sin-ventana"}), 0);
+}
+
 } // namespace kv::extremo

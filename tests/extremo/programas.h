@@ -2,14 +2,17 @@
 #pragma once
 
 #include "apoyo/carpeta.h"
+#include "apoyo/configuracion.h"
 #include "apoyo/proceso.h"
 #include "apoyo/puerto_libre.h"
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -82,6 +85,37 @@ class Instalacion : public Carpeta {
   private:
     int escucha_ = puertoLibre();
 };
+
+/// The driver's daily log.
+inline std::string registroDe(const Carpeta& planta) {
+    std::string log;
+    std::error_code todaviaNo;
+    for (const auto& f :
+         std::filesystem::directory_iterator(planta.ruta() + "/LOGS_DRIVER", todaviaNo)) {
+        const std::string nombre = f.path().filename().string();
+        if (nombre.ends_with(" driver ArchivoLog.txt")) log = planta.leer("LOGS_DRIVER/" + nombre);
+    }
+    return log;
+}
+
+/// Asked to end while it is being built, the program does not forget it. Its exit code.
+inline int terminarAlArrancar(const Instalacion& casa, const std::vector<std::string>& orden) {
+    Proceso driver(orden);
+    for (int miradas = 0; miradas < 1'000'000; ++miradas) {
+        if (registroDe(casa).find("Arranque") != std::string::npos) break;
+    }
+    const int codigo = driver.terminar(SIGTERM);
+    EXPECT_NE(registroDe(casa).find("en orden"), std::string::npos) << driver.errores();
+    return codigo;
+}
+/// A plant whose building takes a while.
+inline std::string plantaGrande() {
+    Configuracion c;
+    c.puerto();
+    for (int i = 1; i <= 100; ++i)
+        c.estacion(i, "127.0.0.1", i, "1").bloque(i, "00", "3600", true, 200);
+    return c.texto();
+}
 
 /// The value that the driver traces for the next answer of a station's register. Ends the test when
 /// no value comes: whoever waits for a certain value would wait for ever.

@@ -61,4 +61,9 @@ TEST(Ventana, ConVERSeMuestraPoleaYTerminaConLaSenal) {
     EXPECT_EQ(s.terminar(SIGTERM), 0);
 }
 
+TEST(Ventana, LaSenalDuranteElArranqueTambienTermina) {
+    const Instalacion casa(plantaGrande());
+    EXPECT_EQ(terminarAlArrancar(casa, conVentana(casa, true)), 0);
+}
+
 } // namespace kv::extremo

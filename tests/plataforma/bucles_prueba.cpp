@@ -221,6 +221,22 @@ TEST(BucleEpoll, QuienCedeSinMirarElRelojDejaPasarLaRedYLosTiempos) {
     bucle.correr();
 }
 
+// A program may be told to end while it is still being built.
+TEST(BucleEpoll, QuienSeDetieneAntesDeCorrerNoCorre) {
+    BucleEpoll bucle;
+    bool corrio = false;
+    const auto tic = bucle.crearTemporizador([&] {
+        corrio = true;
+        bucle.detener();
+    });
+    tic->rearmar(1);
+    bucle.detener();
+    bucle.correr();
+    EXPECT_FALSE(corrio);
+    bucle.correr();
+    EXPECT_TRUE(corrio) << "the next one does";
+}
+
 TEST(BucleEpoll, QuienDestruyeAlQueEscuchaEnUnPedidoNoDejaAlOtroColgado) {
     BucleEpoll bucle;
     Oyente del, delOtro;

@@ -137,13 +137,13 @@ Resolutor* BucleEpoll::resolutor() {
 }
 
 void BucleEpoll::correr() {
-    detenido_ = false;
     while (!detenido_)
         vuelta(esperaHastaElProximo());
+    detenido_ = false;
 }
 
 void BucleEpoll::atender() {
-    detenido_ = false; // by a `correr` before; the outer loop decides now
+    detenido_ = false; // the outer loop decides
     if (despertador_ < 0) crearDespertador();
     try {
         vuelta(0);

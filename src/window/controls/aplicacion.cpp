@@ -72,6 +72,8 @@ class AplicacionQueSigue final : public QApplication {
         }
     }
 
+    bool terminada = false; ///< the toolkit forgets to have been ended before its loop runs
+
   private:
     Aplicacion::AlFallar alFallar_;
 };
@@ -106,8 +108,14 @@ Aplicacion::Aplicacion(int descriptor, std::function<void()> atender, AlFallar a
 
 Aplicacion::~Aplicacion() = default;
 
-void Aplicacion::correr() { QCoreApplication::exec(); }
+void Aplicacion::correr() {
+    if (!interior_->aplicacion.terminada) QCoreApplication::exec();
+}
 
-void Aplicacion::terminar() { QCoreApplication::exit(0); }
+void Aplicacion::terminar() {
+    if (auto* const a = dynamic_cast<AplicacionQueSigue*>(QCoreApplication::instance()))
+        a->terminada = true;
+    QCoreApplication::exit(0);
+}
 
 } // namespace kv

@@ -24,7 +24,7 @@ class Aplicacion {
     Aplicacion(const Aplicacion&) = delete;
     Aplicacion& operator=(const Aplicacion&) = delete;
 
-    /// Until `terminar`.
+    /// Until `terminar`, also one that came before.
     void correr();
     /// Ends `correr` without asking the windows, of which the main one would refuse.
     static void terminar();
