@@ -80,7 +80,7 @@ void Formas::bloque(Indice bloque, ObjetoJson& o) const {
         .logico("activo", b.activo)
         .logico("seLePuedePreguntar", b.tieneTrama)
         .logico("descansa", !b.habilitadoPorRespuestas)
-        .logico("esperaTurno", b.pendiente)
+        .logico("esperaTurno", b.pendiente && b.sePuedePedir())
         .crudo("faltan", faltan < 0 ? "null" : enJson(static_cast<double>(faltan) / 1000))
         .numero("intentosSinRespuesta", b.fallidos.total());
 }

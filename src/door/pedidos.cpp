@@ -374,8 +374,8 @@ void PuertaLocal::vigilar(Lector& l, const Json& p, const std::string& id) {
     l.visto = p_.sucesos.siguiente();
     // What they are now comes first.
     for (const Lugar& lugar : lugares) {
-        l.elegidos.insert(lugar.bloque);
-        l.claves.insert(p_.tablas.bloques[lugar.bloque].clave);
+        l.elegidos[lugar.bloque].insert(lugar.bit);
+        l.claves[p_.tablas.bloques[lugar.bloque].clave].insert(lugar.bit);
     }
     for (Indice i = 0; l.sigueValores && i < p_.tablas.bloques.limiteSuperior(); ++i) {
         if (!p_.tablas.bloques[i].retirado && (l.todos || l.elegidos.contains(i)))
@@ -455,11 +455,12 @@ void PuertaLocal::forzar(Lector& l, const Json& p, const std::string& id) {
     if (!puedeOrdenar(l, id))
         return log_.escribir("Puerta local", quien + ": no se hace forzar " + que);
     p_.log.escribirLog("PuertaLocal", porNivel ? "Forzar nivel" : "Forzar lectura", que, quien);
+    const std::string ordenante = nombreDe(Ordenante::Usuario, l.nombre);
     std::string_view porque;
     if (!porNivel) {
-        porque = porQueNoSeFuerza(p_.forzado.forzarPoleo(direccion));
+        porque = porQueNoSeFuerza(p_.forzado.forzarPoleo(direccion, ordenante));
     } else if (!p_.forzado.forzarBloque_porNivel_NVeces(*enteroCorto(*nivel), *enteroCorto(*veces),
-                                                        nombreDe(Ordenante::Usuario, l.nombre))) {
+                                                        ordenante)) {
         // Of the blocks of a level some may not be asked for, which their own lines say.
         porque = "ningun bloque tiene ese nivel";
     }

@@ -111,8 +111,9 @@ void PuertaLocal::despertar(std::int64_t ms) {
 void PuertaLocal::buscarElegidos(Lector& l) const {
     const auto& bloques = p_.tablas.bloques;
     for (; l.conocidos < bloques.limiteSuperior(); ++l.conocidos) {
-        if (l.claves.contains(bloques[l.conocidos].clave))
-            l.elegidos.insert(static_cast<Indice>(l.conocidos));
+        const auto este = l.claves.find(bloques[l.conocidos].clave);
+        if (este != l.claves.end())
+            l.elegidos.insert_or_assign(static_cast<Indice>(l.conocidos), este->second);
     }
 }
 
@@ -249,10 +250,14 @@ void PuertaLocal::contarNovedades(Lector& l, std::size_t& pasos) {
          i = l.cambiados.siguiente(i + 1)) {
         --pasos;
         l.cambiados.poner(i, false);
-        ObjetoJson o(l.salida);
-        formas_.variable(static_cast<Indice>(i), -1, o);
-        o.fin();
-        l.salida += '\n';
+        static const std::set<int> kRegistro{-1};
+        const auto bloque = static_cast<Indice>(i);
+        for (const int bit : l.todos ? kRegistro : l.elegidos.at(bloque)) {
+            ObjetoJson o(l.salida);
+            formas_.variable(bloque, bit, o);
+            o.fin();
+            l.salida += '\n';
+        }
     }
 }
 

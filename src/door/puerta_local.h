@@ -20,6 +20,7 @@
 #include <deque>
 #include <functional>
 #include <list>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -89,9 +90,11 @@ class PuertaLocal final : private OyenteDeZocalo, private OyenteDeValores, priva
 
         bool sigueValores = false;
         bool todos = true; ///< of the values; else `elegidos`
-        std::set<Indice> elegidos;
-        std::set<std::string, std::less<>> claves; ///< of those, which a reload may build anew
-        std::size_t conocidos = 0;                 ///< blocks that were looked at for them
+        /// Of which blocks what: their registers (-1) or bits of them.
+        std::map<Indice, std::set<int>> elegidos;
+        /// The same by their keys: a reload may build them anew.
+        std::map<std::string, std::set<int>, std::less<>> claves;
+        std::size_t conocidos = 0; ///< blocks that were looked at for them
         ConjuntoDePosiciones cambiados;
         std::uint64_t saltados = 0; ///< values that came between two that were sent
 
