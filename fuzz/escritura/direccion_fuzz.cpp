@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     planta.avanzar(5000);
     const double n = planta.motor.solicitudes.escribirDireccion(
         direccion, kv::numeroDeTexto(valor).value_or(0), "mano");
-    planta.motor.forzado.forzarPoleo(direccion);
+    planta.motor.forzado.forzarPoleo(direccion, "prueba");
     planta.avanzar(5000);
     for (const auto& p : estaciones.pedidos) {
         if (p.trama[0] != kEscritura) continue;

@@ -114,10 +114,11 @@ double Motor::hacer(const PedidoDelGuion& p) {
         return solicitudes.escribirDireccion(p.direccion(), a, kOrigenGuion);
     case READBLOQ:
     case OperacionDeMw::forzarPoleo:
-        forzado.forzarPoleo(p.direccion());
+        forzado.forzarPoleo(p.direccion(), nombreDe(Ordenante::Guion));
         break;
     case forzarBloque_porID:
-        if (tablas.bloques.vive(a)) forzado.forzarBloque_porID(static_cast<Indice>(a));
+        if (tablas.bloques.vive(a))
+            forzado.forzarBloque_porID(static_cast<Indice>(a), nombreDe(Ordenante::Guion));
         break;
     case forzarBloque_porNivel:
         forzado.forzarBloque_porNivel(a);
@@ -134,7 +135,7 @@ double Motor::hacer(const PedidoDelGuion& p) {
         forzado.Activar_Dir(p.direccion(), a != 0, nombreDe(Ordenante::Guion));
         break;
     case ModificarScanDeBloque:
-        forzado.ModificarScanDeBloque(a, b);
+        forzado.ModificarScanDeBloque(a, b, nombreDe(Ordenante::Guion));
         break;
     case Log:
         logDelGuion.anotar(p.texto);
@@ -167,7 +168,9 @@ void Motor::forzarBloque_porNivel_NVeces(double nivel, double veces, std::string
     forzado.forzarBloque_porNivel_NVeces(nivel, veces, quien);
 }
 
-void Motor::forzarPoleo(const std::string& direccion) { forzado.forzarPoleo(direccion); }
+void Motor::forzarPoleo(const std::string& direccion, std::string_view quien) {
+    forzado.forzarPoleo(direccion, quien);
+}
 
 void Motor::alFallar(std::string_view procedimiento, const char* que) {
     log.escribirLog("DRIVER", procedimiento, "guion", que);

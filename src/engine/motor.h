@@ -116,7 +116,7 @@ class Motor final : private AlCambiarConexion,
     double intervalosDeConectarSeguidos() override;
     double intervalosTiempoFuera() override;
     double hacer(const PedidoDelGuion& pedido) override;
-    void forzarPoleo(const std::string& direccion) override;
+    void forzarPoleo(const std::string& direccion, std::string_view quien) override;
     void alFallar(std::string_view procedimiento, const char* que) override;
     void escribirDireccion(std::string_view direccion, double valor,
                            std::string_view origen) override;

@@ -37,6 +37,7 @@ enum class Rechazo : std::uint8_t {
     SoloLectura, ///< the client's door, as the next one
     DemasiadasEnUnSegundo,
     UsuarioSinPermiso, ///< the local door
+    ValorNoNumerico,
 };
 
 inline constexpr std::array kRechazos = {
@@ -55,8 +56,10 @@ inline constexpr std::array kRechazos = {
             Frase{"demasiadas en un segundo", "too many in one second"}},
     FraseDe{Rechazo::UsuarioSinPermiso, Frase{"no puede escribir por la puerta local",
                                               "not allowed to write by the local door"}},
+    FraseDe{Rechazo::ValorNoNumerico,
+            Frase{"el valor no es un numero", "the value is not a number"}},
 };
-static_assert(enOrden(kRechazos, Rechazo::UsuarioSinPermiso), "each has its words, in its place");
+static_assert(enOrden(kRechazos, Rechazo::ValorNoNumerico), "each has its words, in its place");
 
 /// As records, boxes and the log hold it.
 [[nodiscard]] constexpr std::string_view enPalabras(Rechazo rechazo) {

@@ -74,7 +74,7 @@ void Operador::cumplir(const Orden& orden) {
     anotar(orden);
     switch (orden.clase) {
     case Orden::Clase::Forzar:
-        p_.forzado.forzarPoleo(orden.texto);
+        p_.forzado.forzarPoleo(orden.texto, nombreDe(Ordenante::Ventana));
         return;
     case Orden::Clase::ForzarNivel:
         p_.forzado.forzarBloque_porNivel_NVeces(orden.numero, orden.otro,
@@ -89,7 +89,8 @@ void Operador::cumplir(const Orden& orden) {
                 static_cast<Indice>(orden.numero), orden.otro != 0, nombreDe(Ordenante::Ventana));
         return;
     case Orden::Clase::Scan:
-        return p_.forzado.ModificarScanDeBloque(orden.numero, orden.otro);
+        return p_.forzado.ModificarScanDeBloque(orden.numero, orden.otro,
+                                                nombreDe(Ordenante::Ventana));
     case Orden::Clase::Buscar:
         return mostrarBusqueda(orden.texto);
     case Orden::Clase::Ocultar:

@@ -20,7 +20,7 @@ class OrdenesDelCliente {
     virtual void forzarBloque_porNivel_NVeces(double nivel, double veces,
                                               std::string_view quien) = 0;
     /// An address that was asked for and is in no table.
-    virtual void forzarPoleo(const std::string& direccion) = 0;
+    virtual void forzarPoleo(const std::string& direccion, std::string_view quien) = 0;
 };
 
 } // namespace kv

@@ -11,6 +11,7 @@
 #include "text/windows1252.h"
 #include "view/columnas.h"
 
+#include <cmath>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
@@ -216,8 +217,11 @@ void Sesion::escribirUna(std::string_view contenido) {
     cable_.enviarSuelto(kEscrituraRecibida);
     const auto campos = dosCampos(contenido);
     if (!campos) return;
-    const double valor = numeroDeCampo(campos->second, contenido);
     const std::string direccion = utf8DesdeWindows1252(campos->first);
+    if (!numeroDeTexto(campos->second)) // which ends the arrival, and is in the record all the same
+        ordenes_.rechazarEscritura(direccion, std::nan(""), origen_,
+                                   enPalabras(Rechazo::ValorNoNumerico));
+    const double valor = numeroDeCampo(campos->second, contenido);
     const bool admitida = !puerta_.soloLectura() && puerta_.admiteOtraEscritura();
     if (admitida) return ordenes_.escribirDireccion(direccion, valor, origen_);
     const std::string_view motivo =
@@ -229,9 +233,12 @@ void Sesion::forzarUna(std::string_view contenido) {
     const auto campos = dosCampos(contenido);
     if (!campos) return;
     const double nivel = numeroDeCampo(campos->first, contenido);
-    // Without its port: a client that comes again is the same one.
-    const std::string quien = nombreDe(Ordenante::Cliente, remoto_.substr(0, remoto_.rfind(':')));
-    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second, contenido), quien);
+    ordenes_.forzarBloque_porNivel_NVeces(nivel, numeroDeCampo(campos->second, contenido), quien());
+}
+
+/// Without its port: a client that comes again is the same one.
+std::string Sesion::quien() const {
+    return nombreDe(Ordenante::Cliente, remoto_.substr(0, remoto_.rfind(':')));
 }
 
 void Sesion::leerUna(std::string_view contenido) {
@@ -250,7 +257,7 @@ std::string Sesion::obtenerTramaParaENVIAR(std::string_view direccion) {
     const Lista& lista = vista_.lstViewVariables;
     const std::int64_t fila = lista.buscar(buscada);
     if (fila < 0) {
-        ordenes_.forzarPoleo(buscada);
+        ordenes_.forzarPoleo(buscada, quien());
         return {};
     }
     const auto f = static_cast<FilaDeLista>(fila);

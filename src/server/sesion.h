@@ -89,6 +89,7 @@ class Sesion {
     void escribirUna(std::string_view contenido);
     void forzarUna(std::string_view contenido);
     void leerUna(std::string_view contenido);
+    [[nodiscard]] std::string quien() const;
     void contestarKeepAlive(std::string& memoria);
 
     Bucle& bucle_;

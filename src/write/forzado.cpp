@@ -21,7 +21,12 @@ Que Forzado::decir(Que que, std::string_view dado, double numero) {
     return que;
 }
 
-void Forzado::forzarBloque_porID(Indice bloque) {
+void Forzado::forzarBloque_porID(Indice bloque, std::string_view quien) {
+    if (!tablas_.bloques[bloque].activo) conmutar(bloque, true, quien);
+    leerYa(bloque);
+}
+
+void Forzado::leerYa(Indice bloque) {
     const BloqueLectura& b = tablas_.bloques[bloque];
     publicacion_.ponerActivo(bloque, true);
     mudas_.alCambiarActivo(bloque);
@@ -30,7 +35,7 @@ void Forzado::forzarBloque_porID(Indice bloque) {
     if (b.habilitadoPorRespuestas) poleo_.buscoSiguienteAPolear(b.idConexion);
 }
 
-Que Forzado::forzarPoleo(const std::string& direccion) {
+Que Forzado::forzarPoleo(const std::string& direccion, std::string_view quien) {
     const std::string corta = direccion.substr(0, limite::kDireccionEnMensaje);
     DireccionPartida pedida;
     const bool hayPuerto = partirDireccion(direccion, pedida) && pedida.bit != kNoEsBit &&
@@ -39,17 +44,19 @@ Que Forzado::forzarPoleo(const std::string& direccion) {
         hayPuerto ? tablas_.buscarEstacion(pedida.puerto, pedida.plc) : Tablas::LugarDeEstacion{};
     if (lugar.conexion == kNinguno) return decir(Que::SinPuertoNiPlc, corta);
     const Indice conocido = tablas_.buscarPorRegistro(lugar.conexion, pedida.plc, pedida.registro);
-    if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida.bit, false);
+    if (conocido != kNinguno) return forzarConocido(conocido, corta, pedida.bit, quien);
     return darDeAlta(lugar, tablas_.puertos[static_cast<std::size_t>(pedida.puerto) - 1],
                      pedida.plc, std::string(pedida.registro), corta, pedida.bit);
 }
 
-Que Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo) {
+/// `quien` is empty for a block that has just been made.
+Que Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit,
+                            std::string_view quien) {
     const BloqueLectura& b = tablas_.bloques[bloque];
     if (bit >= 0) modelo_.levantarBitDeDireccion(bloque, static_cast<std::size_t>(bit));
     const auto imposible = [&](Que que) {
         sucesos_.decir({.que = que,
-                        .detalle = static_cast<std::int16_t>(nuevo ? 1 : 0),
+                        .detalle = static_cast<std::int16_t>(quien.empty() ? 1 : 0),
                         .conexion = b.idConexion,
                         .bloque = bloque});
         return que;
@@ -57,7 +64,7 @@ Que Forzado::forzarConocido(Indice bloque, const std::string& direccion, int bit
     if (!b.tieneTrama) return imposible(Que::ForzarSinTrama);
     if (!turnos_.conectada(b.idConexion)) return imposible(Que::ForzarSinConexion);
     if (!b.habilitadoPorRespuestas) return imposible(Que::ForzarEnDescanso);
-    forzarBloque_porID(bloque);
+    forzarBloque_porID(bloque, quien);
     sucesos_.decir({.que = Que::Forzado, .conexion = b.idConexion, .bloque = bloque}, direccion);
     return Que::Forzado;
 }
@@ -82,7 +89,7 @@ Que Forzado::darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puert
                     .bloque = bloque,
                     .numero = puerto.scanPorDefecto},
                    direccion);
-    return forzarConocido(bloque, direccion, bit, true);
+    return forzarConocido(bloque, direccion, bit, {});
 }
 
 template <class Accion>
@@ -122,23 +129,28 @@ void Forzado::forzarVeces(Indice bloque, double veces, std::string_view nota) {
                                .conexion = tablas_.bloques[bloque].idConexion,
                                .bloque = bloque});
     reloj_.forzar(bloque, veces, nota);
-    forzarBloque_porID(bloque);
+    leerYa(bloque);
+}
+
+void Forzado::conmutar(Indice bloque, bool activo, std::string_view quien) {
+    const BloqueLectura& b = tablas_.bloques[bloque];
+    // A forced read keeps a block on for as long as it lasts: what it was before is what changes.
+    const bool cambia = (b.forzado ? b.activoSinForzar : b.activo) != activo;
+    reloj_.encender(bloque, activo, tablas_.ordenante(quien));
+    if (cambia)
+        sucesos_.decir({.que = Que::BloqueConmutado,
+                        .detalle = static_cast<std::int16_t>(activo ? 1 : 0),
+                        .conexion = b.idConexion,
+                        .bloque = bloque});
 }
 
 void Forzado::Activar_Desactivar_Bloque_Por_Solicitud(Indice bloque, bool estado,
                                                       std::string_view quien) {
     const BloqueLectura& b = tablas_.bloques[bloque];
-    // A forced read keeps a block on for as long as it lasts: what it was before is what changes.
-    const bool cambia = (b.forzado ? b.activoSinForzar : b.activo) != estado;
-    reloj_.encender(bloque, estado, tablas_.ordenante(quien));
-    if (cambia)
-        sucesos_.decir({.que = Que::BloqueConmutado,
-                        .detalle = static_cast<std::int16_t>(estado ? 1 : 0),
-                        .conexion = b.idConexion,
-                        .bloque = bloque});
+    conmutar(bloque, estado, quien);
     mudas_.alCambiarActivo(bloque);
     if (!estado || !turnos_.conectada(b.idConexion)) return;
-    if (!b.pendiente) return forzarBloque_porID(bloque);
+    if (!b.pendiente) return leerYa(bloque);
     // It waited for its turn when it was switched off, and waits again.
     poleo_.buscoSiguienteAPolear(b.idConexion);
 }
@@ -150,11 +162,11 @@ void Forzado::Activar_Dir(std::string_view clave, bool estado, std::string_view 
     }
 }
 
-void Forzado::ModificarScanDeBloque(double bloque, double segundos) {
+void Forzado::ModificarScanDeBloque(double bloque, double segundos, std::string_view quien) {
     if (!tablas_.bloques.vive(bloque) || !esScan(segundos)) return;
     const auto i = static_cast<Indice>(bloque);
     reloj_.cambiarScan(i, segundos);
-    forzarBloque_porID(i);
+    forzarBloque_porID(i, quien);
 }
 
 } // namespace kv

@@ -20,9 +20,10 @@ class Forzado {
     void fijarAPedido(double bloques) { aPedidoMaximo_ = bloques; }
     /// Reads the block that holds an address port.PLC.register[.bit] now; makes a block for it when
     /// only the station exists. What came of it is said in the operator's box, and the kind of that
-    /// event is given: `Forzado`, or why it leads nowhere.
-    Que forzarPoleo(const std::string& direccion);
-    void forzarBloque_porID(Indice bloque);
+    /// event is given: `Forzado`, or why it leads nowhere. A block that is off is switched on, and
+    /// `quien` is recorded as having done so.
+    Que forzarPoleo(const std::string& direccion, std::string_view quien);
+    void forzarBloque_porID(Indice bloque, std::string_view quien);
     void forzarBloque_porNivel(double nivel);
     /// `veces` above 0: reads every block of the level so often, on its own scan, and leaves it as
     /// it found it; 0 switches the level on, -1 off.
@@ -34,11 +35,14 @@ class Forzado {
                                                  std::string_view quien);
     void Activar_Dir(std::string_view clave, bool estado, std::string_view quien);
     /// Seconds, 0 or from a millisecond to a year; other values change nothing, like an index of no
-    /// block.
-    void ModificarScanDeBloque(double bloque, double segundos);
+    /// block. The block is read at once, and switched on if it is off.
+    void ModificarScanDeBloque(double bloque, double segundos, std::string_view quien);
 
   private:
-    Que forzarConocido(Indice bloque, const std::string& direccion, int bit, bool nuevo);
+    Que forzarConocido(Indice bloque, const std::string& direccion, int bit,
+                       std::string_view quien);
+    void leerYa(Indice bloque);
+    void conmutar(Indice bloque, bool activo, std::string_view quien);
     Que darDeAlta(const Tablas::LugarDeEstacion& lugar, const Puerto& puerto, double plc,
                   const std::string& registro, const std::string& direccion, int bit);
     void forzarVeces(Indice bloque, double veces, std::string_view nota);

@@ -187,7 +187,7 @@ TEST_F(Atrasadas, UnEnlaceQueSePierdeYVuelveEntreDosSupervisiones) {
     for (int vez = 0; vez < 40; ++vez) {
         plc.cortar();
         p.avanzar(5000 + vez * 130);
-        p.motor.forzado.forzarPoleo("1.1.10");
+        p.motor.forzado.forzarPoleo("1.1.10", "prueba");
     }
     EXPECT_GT(plc.conexiones, 30);
     EXPECT_EQ(enOtroLugar, 0) << "the pass of the supervision forgets no request that is out";

@@ -264,8 +264,8 @@ TEST_F(Escribe, UnBitSeLeeAntesDeMezclarlo) {
     p->avanzar(5000);
     EXPECT_EQ(visto(), "R10 W10=32777 R10 W10=32776 ");
     EXPECT_EQ(fines(), "1.1.10.3=1 1.1.10.0=0 ");
-    p->motor.forzado.forzarPoleo("1.1.10.3");
-    p->motor.forzado.forzarPoleo("1.1.0A.1");
+    p->motor.forzado.forzarPoleo("1.1.10.3", "prueba");
+    p->motor.forzado.forzarPoleo("1.1.0A.1", "prueba");
     p->avanzar(3000);
     EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_10_3"), 1);
     EXPECT_EQ(p->motor.scriptControl.valorDe("MW_1_1_0A_1"), 1) << "registers with letters too";

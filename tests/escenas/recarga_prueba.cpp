@@ -304,7 +304,7 @@ TEST_P(Recarga, LasEscriturasQueEsperanTerminanYLosPedidosQuedan) {
     auto& p = plantaDe(dos());
     auto& plc = p.en("10.0.0.1");
     p.arrancarYConectar();
-    p.motor.forzado.forzarPoleo("1.1.44");
+    p.motor.forzado.forzarPoleo("1.1.44", "prueba");
     p.avanzar(5'000);
     ASSERT_EQ(estado("1.1.44"), 6);
     plc.demora = [](const Solicitud&) { return 700.0; };
@@ -478,7 +478,7 @@ TEST_P(RecargaEnMedio, OrdenesAQuienSeVaYAQuienLlega) {
     auto& vecina = p.en("10.0.0.2");
     p.en("10.0.0.3");
     p.arrancarYConectar();
-    p.motor.forzado.forzarPoleo("1.1.60");
+    p.motor.forzado.forzarPoleo("1.1.60", "prueba");
     p.avanzar(10'000);
     const Indice pedido = bloque("1.1.60");
     plc.demora = [](const Solicitud&) { return 300.0; };
@@ -495,12 +495,12 @@ TEST_P(RecargaEnMedio, OrdenesAQuienSeVaYAQuienLlega) {
     EXPECT_FALSE(p.bloque(pedido).retirado) << "not while records are being compared";
     hasta([this] { return decidida(); });
     // What the comparison could not know of.
-    p.motor.forzado.forzarPoleo("1.1.41");
-    p.motor.forzado.forzarPoleo("1.2.55");
+    p.motor.forzado.forzarPoleo("1.1.41", "prueba");
+    p.motor.forzado.forzarPoleo("1.2.55", "prueba");
     ASSERT_NE(bloque("1.1.41"), kNinguno);
     ASSERT_NE(bloque("1.2.55"), kNinguno);
     ASSERT_EQ(bloque("1.1.11"), kNinguno);
-    p.motor.forzado.forzarPoleo("1.1.11");
+    p.motor.forzado.forzarPoleo("1.1.11", "prueba");
     terminar();
     cadaUnoEntero();
     EXPECT_TRUE(p.bloque(pedido).retirado);

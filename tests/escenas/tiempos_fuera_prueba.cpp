@@ -179,8 +179,8 @@ class Muda : public testing::Test {
 TEST_F(Muda, CaeEnteraSeSondeaUnaVezPorDescansoYVuelveEntera) {
     ASSERT_EQ(buenos(), 6);
     muda = true;
-    p.motor.forzado.forzarPoleo("1.1.10");
-    p.motor.forzado.forzarPoleo("1.1.11");
+    p.motor.forzado.forzarPoleo("1.1.10", "prueba");
+    p.motor.forzado.forzarPoleo("1.1.11", "prueba");
     p.avanzar(12'000); // two blocks, three tries each, and one that was still good
     EXPECT_EQ(buenos(), 0) << "ten minutes of scan time do not matter";
     EXPECT_EQ(estado(5), "BAD - Estacion sin respuesta");
@@ -208,7 +208,7 @@ TEST_F(Muda, CaeEnteraSeSondeaUnaVezPorDescansoYVuelveEntera) {
 TEST_F(Muda, DosRegistrosMalosNoCondenanANadieYSePreguntanSinReintentos) {
     malos = {0x10, 0x11};
     for (const char* d : {"1.1.10", "1.1.11"})
-        p.motor.forzado.forzarPoleo(d);
+        p.motor.forzado.forzarPoleo(d, "prueba");
     p.avanzar(60'000);
     EXPECT_EQ(buenos(), 4);
     EXPECT_EQ(estado(0), "BAD - Por TimeOut - Deshabilitacion");
@@ -229,8 +229,8 @@ TEST_F(Muda, ConElAjusteEnCeroCaeCadaBloquePorSuCuenta) {
     p.ajuste("Estacion_Muda_Bloques", "0");
     p.motor.aplicarAjustes();
     muda = true;
-    p.motor.forzado.forzarPoleo("1.1.10");
-    p.motor.forzado.forzarPoleo("1.1.11");
+    p.motor.forzado.forzarPoleo("1.1.10", "prueba");
+    p.motor.forzado.forzarPoleo("1.1.11", "prueba");
     p.avanzar(40'000);
     EXPECT_EQ(buenos(), 4);
 }

@@ -215,8 +215,9 @@ void Mundo::enOperador(const Episodio& s) {
         return luego(s.ms, [this, i] { encender(i, true); });
     case Acto::Scan: {
         const double antes = motor_.tablas.bloques[i].scanSegundos;
-        forzado.ModificarScanDeBloque(i, static_cast<double>(s.ms) / 1000);
-        return luego(10 * s.ms, [&forzado, i, antes] { forzado.ModificarScanDeBloque(i, antes); });
+        forzado.ModificarScanDeBloque(i, static_cast<double>(s.ms) / 1000, "prueba");
+        return luego(10 * s.ms,
+                     [&forzado, i, antes] { forzado.ModificarScanDeBloque(i, antes, "prueba"); });
     }
     case Acto::EscribirAMano: {
         const bool tormenta = s.c % 16 == 0;
@@ -265,7 +266,7 @@ void Mundo::forzar(const Episodio& s) {
                    (s.c % 3 == 0 ? "." + std::to_string(s.b * 5 % 16) : std::string());
     std::uint64_t antes = motor_.sucesos.siguiente();
     std::string dicho;
-    motor_.forzado.forzarPoleo(direccion);
+    motor_.forzado.forzarPoleo(direccion, "prueba");
     c_.exigir(motor_.trazas.txtDemandaLecturaEscritura.seguir(antes, dicho) && !dicho.empty(),
               "a forced read is answered or refused", s.a);
     const Indice i = valores_.bloqueDe(plan_.bloques[s.a].direccion());

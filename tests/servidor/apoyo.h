@@ -90,7 +90,7 @@ class OrdenesDePrueba final : public OrdenesDelCliente {
         hechas.push_back("forzar " + textoDeNumero(nivel) + " " + textoDeNumero(veces));
         if (alHacer) alHacer();
     }
-    void forzarPoleo(const std::string& direccion) override {
+    void forzarPoleo(const std::string& direccion, std::string_view /*quien*/) override {
         hechas.push_back("polear " + direccion);
     }
     std::vector<std::string> tomar() { return std::exchange(hechas, {}); }

@@ -189,7 +189,7 @@ TEST(Hostil, MilesDeOrdenesQueSeNieganNoLlenanElLog) {
     for (int i = 0; i < 5000; ++i) {
         p.motor.solicitudes.escribirDireccion("no es direccion " + std::to_string(i), 1,
                                               kOrigenGuion);
-        p.motor.forzado.forzarPoleo("9.9." + std::to_string(i));
+        p.motor.forzado.forzarPoleo("9.9." + std::to_string(i), "prueba");
     }
     EXPECT_EQ(veces(p.archivos.contenido(ruta), "no es direccion"), 10U);
     const std::string sello = formatoDeSello(p.bucle.reloj().ahora());

@@ -37,7 +37,8 @@ TEST(Ordenes, UnNumeroMaloPierdeElRestoDeLaLlegadaYQuedaEnElLog) {
     PlantaConServidor p(tresBloques());
     p.arrancarConCliente();
     p.cliente.enviar("[Write]a;1[/Write][Write]b;x\r\ny[/Write][Write]c;1[/Write]SINCRONIZAR");
-    EXPECT_EQ(p.ordenes.tomar(), Textos{"escribir a 1"});
+    EXPECT_EQ(p.ordenes.tomar(),
+              (Textos{"escribir a 1", "rechazar b nan: el valor no es un numero"}));
     EXPECT_EQ(p.cliente.tomar(), "[WRITE_OK][WRITE_OK]");
     const std::string log = p.log();
     EXPECT_NE(log.find("DriverKV2200>arriba datos>"), std::string::npos) << log;

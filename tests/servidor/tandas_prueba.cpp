@@ -121,6 +121,7 @@ TEST(Tandas, UnNumeroMaloEnUnaTandaPierdeElRestoDeEsaLlegadaYNoLaSiguiente) {
     p.cliente.enviar("[Write]d;1[/Write]");
     p.planta.avanzar(1500);
     Textos debido = hechas(kMuchas);
+    debido.emplace_back("rechazar b nan: el valor no es un numero");
     debido.emplace_back("escribir d 1");
     EXPECT_EQ(p.ordenes.tomar(), debido);
     EXPECT_NE(p.log().find(" Datos: [Write]c;1[/Write]SINCRONIZAR\r\n"), std::string::npos);

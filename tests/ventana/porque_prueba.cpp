@@ -217,7 +217,7 @@ TEST_F(Motivos, ElDetalleDeUnaConexionTieneSusCuentas) {
     EXPECT_TRUE(cifra("lblScans").startsWith("⚠ 4 no se pueden cumplir"))
         << qPrintable(cifra("lblScans"));
     for (int i = 0; i < 4; ++i)
-        p.motor.forzado.ModificarScanDeBloque(i, 60);
+        p.motor.forzado.ModificarScanDeBloque(i, 60, "prueba");
     ventana.refrescar();
     EXPECT_TRUE(cifra("lblScans").startsWith("se cumplen todos")) << qPrintable(cifra("lblScans"));
     // One reload brings a station, another takes one.
