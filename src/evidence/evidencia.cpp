@@ -20,7 +20,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <ostream>
 #include <system_error>
 

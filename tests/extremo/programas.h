@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kv::extremo {

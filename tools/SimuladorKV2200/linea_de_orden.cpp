@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cmath>
+#include <map>
 #include <ostream>
 
 namespace kv::simulador {
