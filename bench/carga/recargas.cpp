@@ -17,9 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace kv::banco {
 namespace {

@@ -17,7 +17,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <functional>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>

@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
         int avisos = 0;
         const kv::AvisoDeAjuste avisar = [&avisos](auto, const auto&, double) { ++avisos; };
         for (int veces = 0; veces < 2; ++veces) {
-            const double n = ajustes.leerTiempo(a, avisar);
+            const double n = ajustes.leerNumero(a, avisar);
             exigir(n >= a.minimo && n <= a.maximo);
             ajustes.vueltaNueva();
         }
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     exigir(ajustes.defecto().empty() || !puerta.puedeEntrar("203.0.113.77"));
     exigir(puerta.plazoDeLogin() >= 0);
     for (const kv::AjusteNumerico& a : kv::ajustesNumericos())
-        static_cast<void>(ajustes.leerTiempo(a, {}));
+        static_cast<void>(ajustes.leerNumero(a, {}));
     exigir(archivos.contenido("/kv/sis_config.ini") == escrito);
 
     kv::ArchivosSimulados otros;

@@ -41,10 +41,9 @@ void ponerEnCastellano(CLI::App& app) {
     app.set_version_flag("--version", conVersion(app.get_name()), "Muestra la versión y termina");
 }
 
-int terminarLinea(const CLI::App& app, const CLI::ParseError& error, int malaLinea,
-                  std::ostream& salida, std::ostream& errores) {
-    if (error.get_exit_code() != 0)
-        return terminarLinea(app, enCastellano(error), malaLinea, errores);
+int terminarLinea(const CLI::App& app, const CLI::ParseError& error, std::ostream& salida,
+                  std::ostream& errores) {
+    if (error.get_exit_code() != 0) return terminarLinea(app, enCastellano(error), errores);
     if (es<CLI::CallForVersion>(error))
         salida << error.what() << '\n';
     else
@@ -52,10 +51,9 @@ int terminarLinea(const CLI::App& app, const CLI::ParseError& error, int malaLin
     return 0;
 }
 
-int terminarLinea(const CLI::App& app, const std::string& queja, int malaLinea,
-                  std::ostream& errores) {
+int terminarLinea(const CLI::App& app, const std::string& queja, std::ostream& errores) {
     errores << app.get_name() << ": " << queja << "\nVea " << app.get_name() << " --help\n";
-    return malaLinea;
+    return kMalaLinea;
 }
 
 std::string enCastellano(const CLI::ParseError& e) {

@@ -213,7 +213,7 @@ std::string enElLog(std::string_view clave, const std::string& texto, double usa
     return std::string(clave) + "=" + texto + ": valor no valido, se usa " + textoDeNumero(usado);
 }
 
-double Ajustes::leerTiempo(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar) {
+double Ajustes::leerNumero(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar) {
     auto lugar = numeros_.find(ajuste.clave);
     if (lugar == numeros_.end())
         lugar = numeros_.emplace(ajuste.clave, Numero{ajuste.porDefecto, {}}).first;

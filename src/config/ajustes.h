@@ -64,7 +64,7 @@ class Ajustes {
 
     /// The setting's number. A text that is no number or lies outside the range gives the last good
     /// number, else the default, and `avisar`, which may be empty, is called once for it.
-    [[nodiscard]] double leerTiempo(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar);
+    [[nodiscard]] double leerNumero(const AjusteNumerico& ajuste, const AvisoDeAjuste& avisar);
 
     /// Line of a value, 0 if it is missing.
     [[nodiscard]] std::size_t lineaDe(const std::string& archivo, std::string_view seccion,

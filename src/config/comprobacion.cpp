@@ -215,7 +215,7 @@ void revisarAjustes(Ajustes& ajustes, Problemas& problemas) {
                           "escribe en él");
     for (const AjusteNumerico& a : ajustesNumericos()) {
         if (esDeLaPuerta(a.clave)) continue;
-        static_cast<void>(ajustes.leerTiempo(a, [&](std::string_view clave,
+        static_cast<void>(ajustes.leerNumero(a, [&](std::string_view clave,
                                                     const std::string& texto, double n) {
             const std::string& archivo = ajustes.archivoDeAjustes();
             problemas.agregar(archivo, ajustes.lineaDe(archivo, kSeccionDeAjustes, clave),
@@ -275,10 +275,10 @@ Revision revisar(Ajustes& ajustes) {
     revisarRepetidasDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
     revisarNombresDeAjustes(ajustes.contenido(), ajustes.archivoDeAjustes(), c.problemas);
     c.problemas.agregar(c.listas.ignoradas);
-    Revision r = revisarListas(std::move(c), ajustes.leerTiempo(kTiempoEntrePoleo, {}));
+    Revision r = revisarListas(std::move(c), ajustes.leerNumero(kTiempoEntrePoleo, {}));
     revisarDescripciones(r);
     r.escucha = escucha;
-    r.puertoEscucha = ajustes.leerTiempo(kPuertoEscucha, {});
+    r.puertoEscucha = ajustes.leerNumero(kPuertoEscucha, {});
     impedimentosDe(ajustes, r);
     return r;
 }

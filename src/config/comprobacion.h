@@ -8,7 +8,6 @@
 #include "config/validacion.h"
 #include "plant/direcciones.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>

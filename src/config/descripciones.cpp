@@ -2,6 +2,7 @@
 #include "config/descripciones.h"
 
 #include "platform/ruta.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -17,9 +18,8 @@ enum : std::size_t { kDireccion, kTexto, kUnidad };
 
 std::string celdaDeTexto(TablaCsv& tabla, std::size_t columna, std::size_t maximo) {
     std::string t = tabla.texto(columna);
-    const auto letras = std::count_if(t.begin(), t.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; // begins a character
-    });
+    const auto letras =
+        std::count_if(t.begin(), t.end(), [](char c) { return !esContinuacion(c); });
     if (static_cast<std::size_t>(letras) > maximo) {
         tabla.mal(columna, "tiene más de " + std::to_string(maximo) + " caracteres");
         return {};

@@ -28,7 +28,7 @@ Ubicacion ubicarConfiguracion(Ajustes& ajustes, Problemas& problemas) {
         esRelativa(u.rutaProyecto) ? unirRuta(ajustes.carpeta(), u.rutaProyecto) : u.rutaProyecto;
     const bool hayProyecto = !proyecto.empty() && ajustes.existeArchivo(proyecto);
     u.rutaConfiguracion = hayProyecto ? reemplazarSinCaja(proyecto, ".qmx", kExtension)
-                                      : unirRuta(ajustes.carpeta(), "DRIVER_KV2200_Config.ini");
+                                      : unirRuta(ajustes.carpeta(), kArchivoDeConfiguracion);
     u.nombreProyecto = reemplazarSinCaja(nombreDeRuta(u.rutaConfiguracion), kExtension, "");
     u.rutaExportacion = reemplazarSinCaja(u.rutaConfiguracion, kExtension, kExtensionDeExportacion);
     // Without the extension the export would be the project file itself.
@@ -39,7 +39,8 @@ Ubicacion ubicarConfiguracion(Ajustes& ajustes, Problemas& problemas) {
     const std::string cita = "RutaProyecto=" + citarUtf8(u.rutaProyecto);
     if (!hayProyecto)
         problemas.agregar(archivo, linea, cita + " no existe",
-                          "se usa DRIVER_KV2200_Config.ini de la carpeta del programa");
+                          "se usa " + std::string(kArchivoDeConfiguracion) +
+                              " de la carpeta del programa");
     else if (u.rutaExportacion == u.rutaConfiguracion)
         problemas.agregar(archivo, linea, cita + " no es un proyecto .qmx",
                           "el proyecto se lee como si fuera la configuración");

@@ -162,7 +162,8 @@ std::string referenciaDeClaves() {
         "bueno. Los números se escriben con punto decimal. Una clave `Escucha_` que no se "
         "entiende cierra la puerta: no entra ningún cliente (vea protocolo-cliente.md).\n";
     ajustes(doc);
-    doc += "\n## Configuración: `DRIVER_KV2200_Config.ini`\n\n"
+    doc += "\n## Configuración: `" + std::string(kArchivoDeConfiguracion) +
+           "`\n\n"
            "Se lee al arrancar y al recargar. Los números pueden llevar una coma por punto.\n\n"
            "### [CONFIG]\n";
     doc += kCabezaDeTabla;

@@ -8,7 +8,8 @@ namespace kv {
 
 inline constexpr std::string_view kSeccionDeAjustes = "DRIVER_KV2200";
 inline constexpr std::string_view kSeccionDeProyecto = "PROYECTO_PREDETERMINADO";
-/// In the program's folder.
+/// In the program's folder: what is read where no project is named, and the local door.
+inline constexpr std::string_view kArchivoDeConfiguracion = "DRIVER_KV2200_Config.ini";
 inline constexpr std::string_view kArchivoDePuertaLocal = "DriverKV2200.sock";
 /// What begins the name of a key of the client's door.
 inline constexpr std::string_view kPrefijoDeEscucha = "Escucha_";

@@ -166,17 +166,12 @@ void Formas::bytesDe(const Suceso& s, ObjetoJson& o) const {
     if (largo.empty() && (s.cuantos == 0 || s.texto != 0))
         return; // it had no bytes, or they were given up for later ones
     std::string hexadecimales;
-    const auto agregar = [&hexadecimales](std::uint8_t b) {
-        constexpr std::string_view kDigitos = "0123456789ABCDEF";
-        hexadecimales += kDigitos[b / 16U];
-        hexadecimales += kDigitos[b % 16U];
-    };
     if (largo.empty()) {
         for (const std::uint8_t b : s.losBytes())
-            agregar(b);
+            agregarDosCifras(hexadecimales, b);
     } else {
         for (const char c : largo)
-            agregar(static_cast<std::uint8_t>(c));
+            agregarDosCifras(hexadecimales, static_cast<std::uint8_t>(c));
         o.numero("tenidos", s.cuantos);
     }
     o.texto("bytes", hexadecimales);

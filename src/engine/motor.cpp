@@ -52,7 +52,7 @@ Motor::Motor(Bucle& bucle_, Archivos& archivos_, const std::string& carpeta,
 }
 
 double Motor::ajuste(const AjusteNumerico& cual) {
-    return ajustes.leerTiempo(
+    return ajustes.leerNumero(
         cual, [this](std::string_view clave, const std::string& texto, double usado) {
             log.escribir(
                 {"DRIVER", "Ajustes", enElLog(clave, texto, usado), {}, Novedad::AjusteNoValido});

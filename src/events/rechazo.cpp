@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "events/rechazo.h"
 
-#include <utility>
-
 namespace kv {
 
 std::string TextoDeRechazo::unir() const {

@@ -4,7 +4,6 @@
 #include "events/sucesos.h"
 #include "plant/tablas.h"
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "events/trazas.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <vector>
@@ -21,9 +22,8 @@ bool esDe(Caja caja, const Suceso& s) {
 
 /// As a box shows them: an end of a line is one.
 std::size_t caracteresDe(std::string_view utf8) {
-    return static_cast<std::size_t>(std::ranges::count_if(utf8, [](char c) {
-        return c != '\r' && (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    }));
+    return static_cast<std::size_t>(
+        std::ranges::count_if(utf8, [](char c) { return c != '\r' && !esContinuacion(c); }));
 }
 
 Apartado apartadoDe(Caja caja) {

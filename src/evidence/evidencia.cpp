@@ -13,14 +13,13 @@
 #include "platform/ruta.h"
 #include "recording/cinta.h"
 #include "script/guion.h"
-#include "text/numeros.h"
+#include "text/direccion_de_red.h"
 #include "text/texto.h"
 #include "text/windows1252.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <ostream>
 #include <system_error>
 
@@ -130,8 +129,7 @@ void Evidencia::planta() {
         n(c.listas.estaciones.size()) + " estaciones, " + n(c.listas.bloques.size()) +
         " bloques; problemas: " + n(c.problemas.lista().size() + c.problemas.demas());
     for (const Estacion& e : c.listas.estaciones) {
-        const double puerto = numeroDeTexto(e.puertoTCP).value_or(0);
-        if (puerto >= 1 && puerto <= 65535) puertos_.insert(static_cast<std::uint16_t>(puerto));
+        if (const auto puerto = puertoTcpDeTexto(e.puertoTCP)) puertos_.insert(*puerto);
     }
     ponerSiHay(ajustes.archivoDeAjustes(), std::string(kArchivoDeAjustes));
     ponerSiHay(ruta, std::string(nombreDeRuta(ruta)));

@@ -190,7 +190,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& opciones) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return terminarLinea(app, e, kMalaLinea, std::cout, std::cerr);
+        return terminarLinea(app, e, std::cout, std::cerr);
     }
     return std::nullopt;
 }

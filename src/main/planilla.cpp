@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <optional>
 #include <ostream>
-#include <utility>
 #include <vector>
 
 namespace kv {

@@ -19,7 +19,6 @@ namespace kv {
 
 inline constexpr int kOrdenado = 0;
 inline constexpr int kYaCorre = 1;
-inline constexpr int kMalaLinea = 2;
 /// No exit code: the program is to be started once more in its own place.
 inline constexpr int kDeNuevo = -1;
 

@@ -2,6 +2,7 @@
 #include "main/salida_de_traza.h"
 
 #include "text/nombre_del_programa.h"
+#include "text/numeros.h"
 
 #include <cerrno>
 #include <poll.h>
@@ -74,11 +75,10 @@ void SalidaDeTraza::alVestirEtiqueta(std::string_view etiqueta, const AspectoDeE
     if (!traza_) return;
     std::string que;
     const auto parte = [&que](std::string_view nombre, std::int32_t color) {
-        constexpr std::string_view kCifras = "0123456789ABCDEF";
         if (!AspectoDeEtiqueta::esPropio(color)) return;
         que += (que.empty() ? "" : ", ") + std::string(nombre) + " #";
-        for (const int i : {4, 0, 12, 8, 20, 16}) // the lowest byte is red
-            que += kCifras[static_cast<std::size_t>(color >> i & 0xF)];
+        for (const int i : {0, 8, 16}) // the lowest byte is red
+            agregarDosCifras(que, static_cast<std::uint8_t>(color >> i));
     };
     parte("fondo", aspecto.fondo);
     parte("letra", aspecto.tinta);

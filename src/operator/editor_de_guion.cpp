@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "operator/editor_de_guion.h"
 
+#include "text/utf8.h"
 #include "text/windows1252.h"
 #include "vbscript/engine.h"
 
@@ -42,7 +43,7 @@ std::string conFinDeLinea(std::string_view texto) {
 
 std::size_t largoDelCaracter(std::string_view texto) {
     std::size_t n = 1;
-    while (n < texto.size() && (static_cast<unsigned char>(texto[n]) & 0xC0) == 0x80)
+    while (n < texto.size() && esContinuacion(texto[n]))
         ++n;
     return n;
 }

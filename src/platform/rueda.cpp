@@ -2,6 +2,7 @@
 #include "platform/rueda.h"
 
 #include <bit>
+#include <utility>
 
 namespace kv {
 

@@ -5,7 +5,6 @@
 #include "log/cupo.h"
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace kv {

@@ -71,7 +71,7 @@ void FrmServerTCP::quejarse(const std::string& queja) {
 }
 
 double FrmServerTCP::ajuste(const AjusteNumerico& cual) {
-    return ajustes_.leerTiempo(
+    return ajustes_.leerNumero(
         cual, [this](std::string_view clave, const std::string& texto, double usado) {
             log_.escribir("Ajustes", enElLog(clave, texto, usado), Novedad::AjusteNoValido);
         });

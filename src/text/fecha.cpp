@@ -91,14 +91,17 @@ FechaHora fechaDesdeSegundos(long long segundos, int milisegundo) {
     return f;
 }
 
-long long segundosDesdeFecha(const FechaHora& f) {
-    const long long anio = f.mes <= 2 ? f.anio - 1 : f.anio;
+long long diasDesdeFecha(long long anio, int mes, int dia) {
+    if (mes <= 2) --anio;
     const long long era = (anio >= 0 ? anio : anio - 399) / 400;
     const long long anioDeEra = anio - era * 400;
-    const long long diaDeAnio = (153 * (f.mes + (f.mes > 2 ? -3 : 9)) + 2) / 5 + f.dia - 1;
-    const long long dias =
-        era * 146097 + anioDeEra * 365 + anioDeEra / 4 - anioDeEra / 100 + diaDeAnio - 719468;
-    return dias * 86400 + f.hora * 3600LL + f.minuto * 60LL + f.segundo;
+    const long long diaDeAnio = (153 * (mes + (mes > 2 ? -3 : 9)) + 2) / 5 + dia - 1;
+    return era * 146097 + anioDeEra * 365 + anioDeEra / 4 - anioDeEra / 100 + diaDeAnio - 719468;
+}
+
+long long segundosDesdeFecha(const FechaHora& f) {
+    return diasDesdeFecha(f.anio, f.mes, f.dia) * 86400 + f.hora * 3600LL + f.minuto * 60LL +
+           f.segundo;
 }
 
 std::string textoDeDuracion(long long ms) {

@@ -31,6 +31,8 @@ struct FechaHora {
 /// The calendar time of a number of seconds since 1 January 1970, in that same time zone.
 [[nodiscard]] FechaHora fechaDesdeSegundos(long long segundos, int milisegundo = 0);
 [[nodiscard]] long long segundosDesdeFecha(const FechaHora& f);
+/// The days from 1 January 1970 to a date, below 0 before. Any year; `mes` from 1 to 12.
+[[nodiscard]] long long diasDesdeFecha(long long anio, int mes, int dia);
 /// A duration as people say it: "0,4 s", "12 s", "3 min 20 s", "5 h 2 min", "4 d 3 h".
 [[nodiscard]] std::string textoDeDuracion(long long ms);
 

@@ -8,6 +8,11 @@
 #include <cmath>
 
 namespace kv {
+namespace {
+
+constexpr std::string_view kHexadecimales = "0123456789ABCDEF";
+
+} // namespace
 
 void agregarNumero(std::string& destino, double numero) {
     std::array<char, 32> cifras{};
@@ -73,9 +78,13 @@ std::optional<std::uint32_t> hexadecimal(std::string_view texto) {
 }
 
 void agregarHexadecimal(std::string& destino, std::uint8_t byte) {
-    constexpr std::string_view kCifras = "0123456789ABCDEF";
-    if (byte >= 16) destino += kCifras[byte >> 4];
-    destino += kCifras[byte & 15];
+    if (byte >= 16) destino += kHexadecimales[byte >> 4];
+    destino += kHexadecimales[byte & 15];
+}
+
+void agregarDosCifras(std::string& destino, std::uint8_t byte) {
+    destino += kHexadecimales[byte >> 4];
+    destino += kHexadecimales[byte & 15];
 }
 
 } // namespace kv

@@ -34,5 +34,7 @@ void agregarNumero(std::string& destino, double numero);
 
 /// Upper-case hexadecimal digits of a byte, without padding (7 is "7", 232 is "E8").
 void agregarHexadecimal(std::string& destino, std::uint8_t byte);
+/// Always both of its digits (7 is "07").
+void agregarDosCifras(std::string& destino, std::uint8_t byte);
 
 } // namespace kv

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "text/texto.h"
 
+#include "text/utf8.h"
+
 #include <algorithm>
 
 namespace kv {
@@ -76,7 +78,7 @@ std::vector<std::string_view> partir(std::string_view texto, char separador) {
 
 std::string_view comienzo(std::string_view texto, std::size_t largo) {
     if (texto.size() <= largo) return texto;
-    while (largo > 0 && (static_cast<unsigned char>(texto[largo]) & 0xC0) == 0x80)
+    while (largo > 0 && esContinuacion(texto[largo]))
         --largo;
     return texto.substr(0, largo);
 }

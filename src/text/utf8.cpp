@@ -31,9 +31,8 @@ CaracterUtf8 leerUtf8(std::string_view t, std::size_t i) {
     if (largo == 0 || b >= 0xF5 || i + largo > t.size()) return {0, 0};
     char32_t c = b & (0x7F >> largo);
     for (std::size_t k = 1; k < largo; ++k) {
-        const auto s = static_cast<std::uint8_t>(t[i + k]);
-        if ((s & 0xC0) != 0x80) return {0, 0};
-        c = (c << 6) | (s & 0x3F);
+        if (!esContinuacion(t[i + k])) return {0, 0};
+        c = (c << 6) | (static_cast<std::uint8_t>(t[i + k]) & 0x3F);
     }
     const bool corto = (largo == 3 && c < 0x800) || (largo == 4 && (c < 0x10000 || c > 0x10FFFF));
     return corto || (c >= 0xD800 && c < 0xE000) ? CaracterUtf8{0, 0} : CaracterUtf8{c, largo};

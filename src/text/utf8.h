@@ -15,5 +15,9 @@ struct CaracterUtf8 {
 /// The character at a position within the text.
 [[nodiscard]] CaracterUtf8 leerUtf8(std::string_view texto, std::size_t posicion);
 void agregarUtf8(std::string& salida, char32_t codigo);
+/// Whether a byte of UTF-8 goes on with a character that began before it.
+[[nodiscard]] constexpr bool esContinuacion(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
 
 } // namespace kv

@@ -9,7 +9,6 @@
 #include <QPointer>
 
 #include <functional>
-#include <string>
 #include <vector>
 
 class QKeySequence;

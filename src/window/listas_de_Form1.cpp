@@ -6,8 +6,6 @@
 
 #include <QCoreApplication>
 
-#include <limits>
-
 namespace kv {
 namespace {
 

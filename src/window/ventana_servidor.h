@@ -6,8 +6,6 @@
 #include "view/vista.h"
 #include "window/controls/ventana_al_dia.h"
 
-#include <functional>
-
 class QLabel;
 
 namespace kv {

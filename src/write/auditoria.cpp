@@ -28,10 +28,8 @@ void agregarCampo(std::string& salida, std::string_view texto) {
         c = std::find_if(c, cabe.end(), especial);
         salida.append(desde, c);
         if (c == cabe.end()) break;
-        const auto b = static_cast<std::uint8_t>(*c);
         salida += '\\';
-        if (b < 16) salida += '0';
-        agregarHexadecimal(salida, b);
+        agregarDosCifras(salida, static_cast<std::uint8_t>(*c));
     }
     if (texto.size() > kMaximoDeCampo) salida += "...";
 }

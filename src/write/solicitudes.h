@@ -6,7 +6,6 @@
 #include "plant/direcciones.h"
 #include "write/ejecucion.h"
 
-#include <string>
 #include <string_view>
 
 namespace kv {

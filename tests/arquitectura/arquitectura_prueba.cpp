@@ -35,6 +35,25 @@ const std::vector<std::string> kSinLicencia = {
     // The licence, and who holds it.
     "LICENSE", "debian/copyright"};
 
+/// What a program includes of these standard headers for.
+const std::map<std::string, std::vector<std::string>> kEstandar = {
+    {"array", {"array", "to_array"}},
+    {"charconv", {"from_chars", "to_chars"}},
+    {"functional", {"function", "hash", "invoke", "less", "greater", "plus", "ref", "cref"}},
+    {"limits", {"numeric_limits"}},
+    {"map", {"map", "multimap"}},
+    {"memory",
+     {"unique_ptr", "shared_ptr", "weak_ptr", "enable_shared_from_this", "make_unique",
+      "make_shared", "addressof", "construct_at", "destroy_at"}},
+    {"optional", {"optional", "nullopt"}},
+    {"set", {"set", "multiset"}},
+    {"span", {"span", "as_bytes"}},
+    {"string", {"string", "u16string", "to_string", "getline", "char_traits"}},
+    {"string_view", {"string_view", "u16string_view", "char_traits"}},
+    {"unordered_map", {"unordered_map", "unordered_multimap"}},
+    {"variant", {"variant", "visit", "monostate"}},
+    {"vector", {"vector"}}};
+
 const std::vector<Fuente>& fuentes() {
     static const std::vector<Fuente> todas = leerFuentes(kRaiz);
     return todas;
@@ -158,9 +177,17 @@ TEST(Arquitectura, LoQueSeIncluyeSeUsa) {
             cabeceras[f.ruta] = {declarados(f.codigo), anunciados(f.codigo)};
     }
     const auto sinExtension = [](const std::string& r) { return r.substr(0, r.rfind('.')); };
+    static const std::regex estandar(R"(#include <(\w+)>)");
     std::size_t vistos = 0;
     for (const Fuente& f : fuentes()) {
         std::set<std::string> usados = identificadores(f.codigo);
+        for (std::sregex_iterator i(f.texto.begin(), f.texto.end(), estandar), fin; i != fin; ++i) {
+            const auto h = kEstandar.find((*i)[1]);
+            EXPECT_TRUE(
+                h == kEstandar.end() ||
+                std::ranges::any_of(h->second, [&](const auto& d) { return usados.contains(d); }))
+                << f.ruta << " includes <" << (*i)[1] << "> and uses nothing of it";
+        }
         // What headers only announce may be needed whole, though not by name.
         const std::set<std::string> suyas = incluidasPor(f);
         std::set<std::string> cerca = suyas;

@@ -120,7 +120,7 @@ TEST_F(AjustesPrueba, UnTiempoMaloDaElUltimoBuenoYSeAvisaUnaVez) {
     const auto leer = [&](const std::string& texto) {
         archivos.poner(ruta, "[DRIVER_KV2200]\r\nTiempo_Entre_poleo=" + texto + "\r\n");
         ajustes.vueltaNueva();
-        return ajustes.leerTiempo(
+        return ajustes.leerNumero(
             kTiempoEntrePoleo, [&](std::string_view, const std::string& t, double usado) {
                 avisos.push_back(t + ">" + std::to_string(static_cast<int>(usado)));
             });
@@ -133,7 +133,7 @@ TEST_F(AjustesPrueba, UnTiempoMaloDaElUltimoBuenoYSeAvisaUnaVez) {
         EXPECT_EQ(leer(malo), 250) << malo;
     EXPECT_EQ(avisos, (std::vector<std::string>{"pronto>800", "-1>250", "1000000000>250", "1,5>250",
                                                 "1e400>250"}));
-    EXPECT_EQ(ajustes.leerTiempo(kBaseKeepAlive, {}), 5000);
+    EXPECT_EQ(ajustes.leerNumero(kBaseKeepAlive, {}), 5000);
 }
 
 } // namespace kv

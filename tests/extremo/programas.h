@@ -13,7 +13,6 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 namespace kv::extremo {

@@ -179,7 +179,7 @@ std::vector<Escenario> escenarios() {
                  ajustes->vueltaNueva();
                  std::string r = ajustes->leerConfiguracion("VER", "0");
                  r += ajustes->leerConfiguracion("Una_clave_que_falta_en_el_archivo", "defecto");
-                 r += std::to_string(ajustes->leerTiempo(kPuertoEscucha, {}));
+                 r += std::to_string(ajustes->leerNumero(kPuertoEscucha, {}));
                  return r + a->contenido("/kv/sis_config.ini");
              };
          }},

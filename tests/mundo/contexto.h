@@ -6,7 +6,6 @@
 #include "mundo/linea.h"
 #include "mundo/plan.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 

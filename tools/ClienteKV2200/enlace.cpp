@@ -7,7 +7,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <span>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>

@@ -181,7 +181,7 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
         app.parse(argumentos(argc, argv));
         error = interpretar(app, textos, orden);
     } catch (const CLI::Success& pedido) {
-        return terminarLinea(app, pedido, kHecho, salida, errores);
+        return terminarLinea(app, pedido, salida, errores);
     } catch (const CLI::ParseError& e) {
         error = enCastellano(e);
     }
@@ -191,7 +191,7 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
                                   [](const char* a) { return std::string_view(a) == "--json"; });
     errores << lineaDeError(error, json) << '\n';
     if (!json) errores << "Vea ClienteKV2200 --help\n";
-    return kOrdenMala;
+    return kMalaLinea;
 }
 
 } // namespace kv::cliente

@@ -29,7 +29,6 @@ enum class Accion : std::uint8_t {
 
 inline constexpr int kHecho = 0;
 inline constexpr int kNoHecho = 1;
-inline constexpr int kOrdenMala = 2;
 
 /// What the command line asks for. Texts are UTF-8.
 struct Orden {

@@ -2,11 +2,10 @@
 #include "escritorio.h"
 
 #include "engine/motor.h"
+#include "platform/epoll/bucle_epoll.h"
 #include "platform/epoll/sistema.h"
 #include "recording/discos.h"
 
-#include <chrono>
-#include <ctime>
 #include <iostream>
 
 void Papel::linea(std::string_view texto) {
@@ -15,20 +14,11 @@ void Papel::linea(std::string_view texto) {
     std::cout << texto << '\n';
 }
 
-std::int64_t Escritorio::monotonicMs() {
-    const auto t = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(t).count();
-}
+std::int64_t Escritorio::monotonicMs() { return kv::RelojReal().monotonicoMs(); }
 
 vbscript::LocalTime Escritorio::wallClock() {
-    const auto ahora = std::chrono::system_clock::now();
-    const auto segundos = std::chrono::floor<std::chrono::seconds>(ahora);
-    const std::time_t t = std::chrono::system_clock::to_time_t(segundos);
-    std::tm local{};
-    localtime_r(&t, &local);
-    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(ahora - segundos).count();
-    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,       local.tm_hour,
-            local.tm_min,         local.tm_sec,     static_cast<int>(ms)};
+    const kv::FechaHora f = kv::RelojReal().ahora();
+    return {f.anio, f.mes, f.dia, f.hora, f.minuto, f.segundo, f.milisegundo};
 }
 
 int Escritorio::messageBox(std::string_view texto, int /*botones*/, std::string_view /*titulo*/) {

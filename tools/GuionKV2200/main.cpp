@@ -56,7 +56,7 @@ std::optional<int> leerLinea(int argc, char** argv, Opciones& o) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return kv::terminarLinea(app, e, 2, std::cout, std::cerr);
+        return kv::terminarLinea(app, e, std::cout, std::cerr);
     }
     return std::nullopt;
 }

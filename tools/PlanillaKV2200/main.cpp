@@ -18,7 +18,6 @@ namespace {
 constexpr std::string_view kNombre = "PlanillaKV2200";
 constexpr std::size_t kMaximoDeLibro = std::size_t{64} << 20;
 constexpr rlim_t kTiempo = 60; ///< seconds of work
-constexpr int kMalaLinea = 2;
 
 void limitar() {
     const rlimit tiempo{kTiempo, kTiempo};
@@ -64,7 +63,7 @@ int main(int argc, char** argv) {
         limitar();
         fin = convertir(archivo);
     } catch (const CLI::ParseError& e) {
-        fin = kv::terminarLinea(app, e, kMalaLinea, std::cout, std::cerr);
+        fin = kv::terminarLinea(app, e, std::cout, std::cerr);
     }
     return kv::conSalidaEntera(fin, kNombre, std::cout, std::cerr);
 }

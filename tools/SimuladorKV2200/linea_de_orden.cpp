@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cmath>
+#include <map>
 #include <ostream>
 
 namespace kv::simulador {
@@ -121,10 +122,10 @@ std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden, st
         app.parse(argc, argv);
         error = interpretar(textos, orden);
     } catch (const CLI::ParseError& e) {
-        return terminarLinea(app, e, kOrdenMala, salida, errores);
+        return terminarLinea(app, e, salida, errores);
     }
     if (error.empty()) return std::nullopt;
-    return terminarLinea(app, error, kOrdenMala, errores);
+    return terminarLinea(app, error, errores);
 }
 
 } // namespace kv::simulador

@@ -29,8 +29,6 @@ struct Orden {
     bool traza = false;
 };
 
-inline constexpr int kOrdenMala = 2;
-
 /// Reads the command line. When there is nothing to serve, because help was asked for (0) or the
 /// line is bad (2), gives that exit code; the text goes to `salida` or `errores`.
 [[nodiscard]] std::optional<int> leerOrden(int argc, const char* const* argv, Orden& orden,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SimuladorKV2200/simulador.h"
 
+#include "cli/castellano.h"
 #include "cli/salida_entera.h"
 
 #include <array>
@@ -18,7 +19,7 @@ int correr(int argc, char** argv) {
         if (!orden.config.empty()) orden.escuchar = escuchadasDeConfig(orden.config, std::cerr);
         if (orden.escuchar.empty()) {
             std::cerr << "SimuladorKV2200: " << orden.config << " no tiene estaciones que servir\n";
-            return kOrdenMala;
+            return kv::kMalaLinea;
         }
         permitirMuchosDescriptores();
         kv::BucleEpoll bucle;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SimuladorKV2200/traza.h"
 
+#include "text/numeros.h"
+
 #include <cstdint>
 
 namespace kv::simulador {
@@ -20,13 +22,10 @@ void Traza::linea(std::string_view enlace, std::string_view texto) {
 void Traza::bytes(std::string_view enlace, std::string_view sentido, std::string_view bytes,
                   std::string_view nota) {
     if (!encendida_) return;
-    constexpr std::string_view kCifras = "0123456789ABCDEF";
     std::string texto(sentido);
     for (const char c : bytes.substr(0, kMaximoDeBytes)) {
-        const auto b = static_cast<std::uint8_t>(c);
         texto += ' ';
-        texto += kCifras[b >> 4];
-        texto += kCifras[b & 15];
+        agregarDosCifras(texto, static_cast<std::uint8_t>(c));
     }
     if (bytes.size() > kMaximoDeBytes)
         texto += " y " + std::to_string(bytes.size() - kMaximoDeBytes) + " bytes más";

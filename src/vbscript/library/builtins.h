@@ -3,6 +3,7 @@
 
 #include "vbscript/values/builtin.h"
 
+#include <string>
 #include <vector>
 
 namespace vbscript {
@@ -32,5 +33,7 @@ std::int64_t numberArg(Runtime& rt, Arguments args, std::size_t k, std::int64_t 
 enum class CompareModes { Two, Three };
 bool textCompareArg(Runtime& rt, Arguments args, std::size_t k,
                     CompareModes modes = CompareModes::Three);
+/// What a box or Err keeps of a string: no more than anybody would read.
+std::string shown(const Value& text);
 
 } // namespace vbscript

@@ -11,12 +11,6 @@ namespace vbscript {
 
 namespace {
 
-/// What a box shows of a text: no more than anybody would read.
-std::string shown(const Value& text) {
-    constexpr std::size_t longest = 32768;
-    return utf8(text.chars().substr(0, longest));
-}
-
 std::string textArg(Runtime& rt, Arguments a, std::size_t k) {
     return given(a, k) ? shown(toText(rt, a[k])) : std::string();
 }

@@ -4,7 +4,6 @@
 #include "vbscript/library/builtins.h"
 #include "vbscript/library/members.h"
 #include "vbscript/values/convert.h"
-#include "vbscript/values/text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -45,13 +44,6 @@ std::int64_t numberOfResult(std::int64_t n) {
     return at != std::end(results) && at->code == code ? at->number : n;
 }
 
-/// Err keeps no more of a text than anybody would read.
-std::string textFor(Runtime& rt, const Value& v) {
-    constexpr std::size_t longest = 32768;
-    const Value t = toText(rt, v);
-    return utf8(t.chars().substr(0, longest));
-}
-
 class ErrObject : public Native<ErrObject> {
   public:
     [[nodiscard]] std::string typeName() const override { return "Object"; }
@@ -72,7 +64,7 @@ class ErrObject : public Native<ErrObject> {
     }
     template <std::string ErrState::*Field>
     void setText(Runtime& rt, Arguments args) {
-        rt.err.*Field = textFor(rt, args[0]);
+        rt.err.*Field = shown(toText(rt, args[0]));
     }
     Value clear(Runtime& rt, Arguments /*none*/) {
         rt.err.clear();
@@ -102,11 +94,11 @@ Value ErrObject::raise(Runtime& rt, Arguments args) {
     Fault f(static_cast<int>(n));
     f.raised = true;
     if (given(args, 1))
-        f.source = textFor(rt, args[1]);
+        f.source = shown(toText(rt, args[1]));
     else
         f.source = errorText(f.number) == "Unknown runtime error" ? "" : runtimeSource;
-    if (given(args, 2)) f.description = textFor(rt, args[2]);
-    if (given(args, 3)) f.helpFile = textFor(rt, args[3]);
+    if (given(args, 2)) f.description = shown(toText(rt, args[2]));
+    if (given(args, 3)) f.helpFile = shown(toText(rt, args[3]));
     if (given(args, 4)) f.helpContext = static_cast<int>(toLong(rt, args[4]));
     throw f;
 }

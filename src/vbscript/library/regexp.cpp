@@ -80,7 +80,7 @@ class Subject {
     }
     [[nodiscard]] std::size_t next(std::size_t byte) const {
         ++byte;
-        while (byte < bytes_.size() && (static_cast<unsigned char>(bytes_[byte]) & 0xC0) == 0x80)
+        while (byte < bytes_.size() && units(bytes_[byte]) == 0)
             ++byte;
         return byte;
     }

@@ -10,7 +10,6 @@
 #include "vbscript/surroundings/line_sink.h"
 #include "vbscript/values/runtime.h"
 
-#include <map>
 #include <memory>
 #include <span>
 #include <vector>

@@ -30,10 +30,6 @@ class Memory {
     [[nodiscard]] std::size_t used() const { return used_; }
     [[nodiscard]] std::size_t limit() const { return limit_; }
     void setLimit(std::size_t bytes) { limit_ = bytes; }
-    /// Whether `bytes` more could ever fit; what big requests ask before they start.
-    [[nodiscard]] bool couldHold(double bytes) const {
-        return bytes <= static_cast<double>(limit_);
-    }
 
     /// The engine goes: the account frees itself with the last value.
     static void abandon(Memory* account);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "vbscript/values/calendar.h"
 
+#include "text/fecha.h"
 #include "vbscript/surroundings/errors.h"
 #include "vbscript/surroundings/fault.h"
 #include "vbscript/values/text.h"
@@ -14,15 +15,6 @@ namespace vbscript {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 86400;
-
-std::int64_t daysFromCivil(std::int64_t y, int m, int d) {
-    y -= m <= 2;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const std::int64_t yoe = y - era * 400;
-    const std::int64_t doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    return era * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
-}
-
 constexpr std::int64_t epoch = -25569; // 1899-12-30 counted from 1970-01-01
 
 template <class... Args>
@@ -56,7 +48,7 @@ std::u16string longDate(const Civil& c, double date, const Locale& locale) {
 } // namespace
 
 std::int64_t dayNumber(std::int64_t year, int month, int day) {
-    return daysFromCivil(year, month, day) - epoch;
+    return kv::diasDesdeFecha(year, month, day) - epoch;
 }
 
 int daysInMonth(std::int64_t year, int month) {
@@ -102,21 +94,9 @@ std::int64_t daysOf(double date) {
 }
 
 Civil civil(double date) {
-    const std::int64_t seconds = secondsOf(date) % secondsPerDay;
-    const std::int64_t z = daysOf(date) + epoch + 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const std::int64_t doe = z - era * 146097;
-    const std::int64_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const std::int64_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const std::int64_t mp = (5 * doy + 2) / 153;
-    Civil c;
-    c.day = static_cast<int>(doy - (153 * mp + 2) / 5 + 1);
-    c.month = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
-    c.year = static_cast<int>(yoe + era * 400 + (c.month <= 2));
-    c.hour = static_cast<int>(seconds / 3600);
-    c.minute = static_cast<int>(seconds / 60 % 60);
-    c.second = static_cast<int>(seconds % 60);
-    return c;
+    const kv::FechaHora f = kv::fechaDesdeSegundos((daysOf(date) + epoch) * secondsPerDay +
+                                                   secondsOf(date) % secondsPerDay);
+    return {f.anio, f.mes, f.dia, f.hora, f.minuto, f.segundo};
 }
 
 std::u16string dateText(double date, const Locale& locale, DateFormat format) {

@@ -8,7 +8,6 @@
 #include "vbscript/values/value.h"
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 namespace vbscript {

@@ -2,6 +2,7 @@
 #include "vbscript/values/text.h"
 
 #include "text/tabla_1252.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,10 +12,6 @@
 namespace vbscript {
 
 namespace {
-
-bool continuation(std::string_view t, std::size_t at) {
-    return at < t.size() && (static_cast<unsigned char>(t[at]) & 0xC0) == 0x80;
-}
 
 // From this length on the plain search may take too long over "aaaaaaab" in a long text.
 constexpr std::size_t longNeedle = 8;
@@ -39,44 +36,10 @@ std::size_t findLong(std::u16string_view in, std::u16string_view what, std::size
 } // namespace
 
 char32_t nextUtf8(std::string_view t, std::size_t& at) {
-    const auto b = static_cast<unsigned char>(t[at++]);
-    if (b < 0x80) return b;
-    const int more = b >= 0xF0 && b < 0xF5   ? 3
-                     : b >= 0xE0 && b < 0xF0 ? 2
-                     : b >= 0xC2 && b < 0xE0 ? 1
-                                             : 0;
-    char32_t c = b & (0x3F >> more);
-    bool good = more > 0;
-    for (int k = 0; good && k < more; ++k)
-        good = continuation(t, at + static_cast<std::size_t>(k));
-    if (good) {
-        for (int k = 0; k < more; ++k) {
-            c = (c << 6) | (static_cast<unsigned char>(t[at + static_cast<std::size_t>(k)]) & 0x3F);
-        }
-        constexpr char32_t least[] = {0, 0x80, 0x800, 0x10000};
-        good = c >= least[more] && c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF);
-    }
-    if (!good) return fromAnsi(b);
-    at += static_cast<std::size_t>(more);
+    const auto [c, length] = kv::leerUtf8(t, at);
+    if (length == 0) return fromAnsi(static_cast<unsigned char>(t[at++]));
+    at += length;
     return c;
-}
-
-void putUtf8(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
 }
 
 std::u16string utf16(std::string_view t) {
@@ -105,7 +68,7 @@ std::string utf8(std::u16string_view t) {
             c = pair ? 0x10000 + ((c - 0xD800) << 10) + (t[at + 1] - 0xDC00U) : 0xFFFD;
             if (pair) ++at;
         }
-        putUtf8(out, c);
+        kv::agregarUtf8(out, c);
     }
     return out;
 }

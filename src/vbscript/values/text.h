@@ -10,8 +10,6 @@ namespace vbscript {
 /// Windows-1252; a lone half of a pair is written as U+FFFD.
 std::u16string utf16(std::string_view utf8);
 std::string utf8(std::u16string_view text);
-/// Appends one code point.
-void putUtf8(std::string& out, char32_t c);
 /// Reads one code point and moves `at` behind it.
 char32_t nextUtf8(std::string_view text, std::size_t& at);
 

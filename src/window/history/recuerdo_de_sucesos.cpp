@@ -4,6 +4,7 @@
 #include "window/controls/control.h"
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 namespace kv {

@@ -10,6 +10,8 @@
 #include <QPalette>
 #include <QPixmap>
 
+#include <array>
+
 namespace kv {
 namespace {
 

@@ -7,7 +7,6 @@
 #include <QColor>
 #include <QIcon>
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -6,8 +6,6 @@
 
 #include <QWidget>
 
-#include <functional>
-
 namespace kv {
 
 /// The past of the chosen variables, drawn: a lane for each with a scale of its own, time to the
