@@ -11,6 +11,7 @@
 #include <regex>
 #include <set>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace kv::extremo {
 namespace {
@@ -367,6 +368,26 @@ TEST(LineaDeOrden, NingunaSalidaPisaLoDeLaPlantaYLoDeOtroArchivoSeGuarda) {
         planta.escribir("salida", "de antes");
         EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/salida"}).codigo, 0);
         EXPECT_EQ(planta.leer("salida.anterior"), "de antes");
+        // A link stays one.
+        planta.escribir("real", "de antes");
+        const std::string enlace = planta.ruta() + "/enlace" + que;
+        std::filesystem::create_symlink("real", enlace);
+        EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, enlace}).codigo, 0);
+        EXPECT_TRUE(std::filesystem::is_symlink(enlace)) << que;
+        EXPECT_EQ(planta.leer("real.anterior"), "de antes");
+        EXPECT_NE(planta.leer("real"), "de antes");
+        // Nor does a file take the place of what is none.
+        const std::string tubo = planta.ruta() + "/tubo" + que;
+        ASSERT_EQ(mkfifo(tubo.c_str(), 0600), 0);
+        const std::string alTubo = planta.ruta() + "/al_tubo" + que;
+        std::filesystem::create_symlink(tubo, alTubo);
+        for (const std::string& donde : {tubo, alTubo}) {
+            const Resultado r = correr({"--carpeta", planta.ruta(), que, donde});
+            EXPECT_EQ(r.codigo, 1) << que;
+            EXPECT_TRUE(tiene(r.errores, donde + " no es un archivo sino una tubería"))
+                << r.errores;
+            EXPECT_TRUE(std::filesystem::is_fifo(donde)) << que;
+        }
     }
 }
 
