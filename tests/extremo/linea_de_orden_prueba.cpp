@@ -312,6 +312,12 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
          {":2: columna TIME_OUT: ", ":3: columna Ip: ", ":3: columna PuertoTCP: ",
           ":4: columna StarAdrees: ", ":5: columna Quantity: ", ":6: columna PLC: "})
         EXPECT_TRUE(tiene(r.errores, csv + donde)) << donde << " in\n" << r.errores;
+    // Nor what leaves nothing to poll.
+    planta.escribir("planta.csv", "tipo;puerto\r\npuerto;1");
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.errores, csv + ": la última línea no termina: ")) << r.errores;
+    EXPECT_TRUE(tiene(r.errores, csv + ": no queda ningún bloque\n")) << r.errores;
     EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
     EXPECT_FALSE(std::filesystem::exists(planta.ruta() + "/DRIVER_KV2200_Config.ini.anterior"));
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
