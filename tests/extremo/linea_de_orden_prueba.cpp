@@ -287,6 +287,25 @@ TEST(LineaDeOrden, UnRegistroQueNoSePuedeEscribirSeDiceEnOtraParte) {
     EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "") << "it serves the plant all the same";
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     EXPECT_TRUE(tiene(driver.errores(), que)) << driver.errores();
+    EXPECT_FALSE(tiene(driver.errores(), "Registro: ")) << "once is enough: " << driver.errores();
+    // Nor is it lost without a word while a driver runs.
+    std::filesystem::remove(planta.ruta() + "/LOGS_DRIVER");
+    Proceso otro(planta.correr());
+    EXPECT_NE(otro.lineaCon("lblCantidadDePuntos: 1"), "");
+    const std::string registros = planta.ruta() + "/LOGS_DRIVER";
+    std::filesystem::rename(registros, registros + "_");
+    planta.escribir("LOGS_DRIVER", "where the folder was");
+    kill(otro.pid(), SIGHUP); // which the log tells
+    EXPECT_EQ(Proceso(planta.cliente({"--espera", "60", "sincronizar"})).terminar(), 0);
+    std::filesystem::remove(registros);
+    std::filesystem::rename(registros + "_", registros);
+    EXPECT_EQ(otro.terminar(SIGTERM), 0);
+    EXPECT_TRUE(tiene(otro.errores(), "Registro: " + registros +
+                                          ": se pierden entradas del "
+                                          "registro: no es una carpeta\n"))
+        << otro.errores();
+    EXPECT_TRUE(tiene(registroDe(planta), "entradas sin anotar: el disco no las tomo"))
+        << registroDe(planta);
 }
 
 TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
