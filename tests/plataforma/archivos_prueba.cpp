@@ -58,6 +58,9 @@ TEST_F(EnDisco, SeDiceEnQueCarpetaNoSePuedeEscribir) {
     EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/no"), "no existe");
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "x"));
     EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/f"), "no es una carpeta");
+    fs::create_symlink("a", carpeta + "/a");
+    EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/a"), "sus enlaces no llevan a ninguna parte");
+    fs::remove(carpeta + "/a");
     ASSERT_EQ(chmod(carpeta.c_str(), 0555), 0);
     constexpr uid_t kNadie = 65534; // who may do everything would be stopped by nothing
     const bool todopoderoso = geteuid() == 0;

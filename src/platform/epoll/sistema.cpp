@@ -13,6 +13,7 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -242,8 +243,12 @@ std::string porQueNoSeEscribeEn(const std::string& carpeta) {
     case ENOSPC:
     case EDQUOT:
         return "no queda lugar";
+    case EFBIG:
+        return "el sistema no deja que un archivo crezca (ulimit -f)";
+    case ELOOP:
+        return "sus enlaces no llevan a ninguna parte";
     default:
-        return "error " + std::to_string(errno);
+        return std::generic_category().message(errno);
     }
 }
 
