@@ -72,6 +72,12 @@ bool TablaCsv::siguiente() {
     return false;
 }
 
+bool TablaCsv::cortada() const {
+    return !termina_ && std::any_of(donde_.begin(), donde_.end(), [this](std::size_t lugar) {
+        return lugar != kSin && lugar >= celdas_.size();
+    });
+}
+
 /// Takes the cells of the next row off what is left. A quoted cell may hold separators and line
 /// ends.
 void TablaCsv::quitarFila() {
@@ -105,6 +111,7 @@ void TablaCsv::quitarFila() {
             empezada = empezada || (c != ' ' && c != '\t');
         }
     }
+    termina_ = i < resto_.size();
     resto_.remove_prefix(std::min(i + 1, resto_.size()));
 }
 

@@ -32,6 +32,8 @@ class TablaCsv {
     /// The next row that is not empty; false at the end.
     bool siguiente();
     [[nodiscard]] std::uint32_t fila() const { return fila_; }
+    /// Whether the table ends in the midst of the row: it has no line end, and not all cells.
+    [[nodiscard]] bool cortada() const;
     [[nodiscard]] bool tiene(std::size_t columna) const { return donde_[columna] != kSin; }
     /// What stands in the row's cell, in UTF-8; empty where the table has no such column. A text of
     /// more than one line is reported.
@@ -61,6 +63,7 @@ class TablaCsv {
     std::vector<std::size_t> donde_; ///< by column, its place in the rows
     std::vector<Celda> celdas_;
     std::uint32_t fila_ = 0;
+    bool termina_ = true; ///< the row, with a line end
     bool esUtf16_;
 };
 

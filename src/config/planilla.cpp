@@ -109,8 +109,12 @@ class LectorDePlanilla {
     void leer() {
         if (!tabla_.cabecera({lugarDe(Columna::Tipo), lugarDe(Columna::Puerto)})) return;
         listas_.hayDescripciones = tabla_.tiene(lugarDe(Columna::Descripcion));
-        while (tabla_.siguiente())
-            fila();
+        while (tabla_.siguiente()) {
+            if (tabla_.cortada())
+                tabla_.mal("la última línea no termina y le faltan celdas: la tabla está cortada");
+            else
+                fila();
+        }
     }
 
   private:

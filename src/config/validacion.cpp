@@ -11,6 +11,7 @@
 #include "wire/Modulo_Tramas_KV2200.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory_resource>
 #include <unordered_map>
 #include <unordered_set>
@@ -214,15 +215,29 @@ std::size_t Validador::conexionDe(const Estacion& e) {
     return lugar->second;
 }
 
+/// Whether an IPv4 address can be a station's: not this network, not many machines, not reserved.
+bool esDeUnaMaquina(std::string_view ipv4) {
+    constexpr int kDeMuchas = 224;
+    int primero = 0;
+    std::from_chars(ipv4.data(), ipv4.data() + ipv4.size(), primero);
+    return primero > 0 && primero < kDeMuchas;
+}
+
 bool Validador::alcanzable(const Estacion& e, std::size_t linea) {
     const std::string nombre = "la estación PLC " + std::to_string(e.numero);
     const std::string consecuencia = "su conexión nunca se establece: sus bloques quedan BAD";
-    const bool ip = claseDeMaquina(recortar(e.ip)) != ClaseDeMaquina::Ninguna;
+    const ClaseDeMaquina clase = claseDeMaquina(recortar(e.ip));
+    const bool ip = clase != ClaseDeMaquina::Ninguna;
     if (!ip)
         problema(linea,
                  nombre + " tiene la Ip " + citarUtf8(e.ip) +
                      ", que no es IPv4, ni IPv6, ni el nombre de una máquina",
                  consecuencia, campo::kIp);
+    if (clase == ClaseDeMaquina::IPv4 && !esDeUnaMaquina(recortar(e.ip)))
+        problema(linea,
+                 nombre + " tiene la Ip " + citarUtf8(e.ip) +
+                     ", que no es la de ninguna máquina en particular",
+                 "se intenta igual", campo::kIp);
     if (puertoTcpDeTexto(recortar(e.puertoTCP))) return ip;
     problema(linea,
              nombre + " tiene el puerto TCP " + citarUtf8(e.puertoTCP) +

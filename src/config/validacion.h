@@ -48,6 +48,14 @@ struct Validacion {
     double variables = 0;
 };
 
+/// Why nobody changes over to these lists by a reload or an import, or nothing: they leave nothing
+/// to poll.
+[[nodiscard]] inline std::string porQueNoSeAdoptan(const ListasDeConfiguracion& listas,
+                                                   const Validacion& validacion) {
+    return validacion.bloquesConstruidos > 0 ? std::string()
+                                             : listas.archivo + ": no queda ningún bloque";
+}
+
 /// Finds everything that is wrong before anything is built, each with file, line and consequence.
 /// Times and retries of ports that would stop a timer for ever are brought back to their defaults
 /// in `listas`; everything else stays as it is. Linear in the number of records.

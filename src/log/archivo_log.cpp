@@ -5,14 +5,19 @@
 #include "text/texto.h"
 #include "text/windows1252.h"
 
-#include <array>
-
 namespace kv {
+namespace {
+
+constexpr std::int64_t kEntreIntentosMs = 5000;
+
+} // namespace
 
 ArchivoLog::ArchivoLog(Archivos& archivos, const Reloj& reloj,
                        const std::string& carpetaDelPrograma, std::string programa)
     : archivos_(archivos), reloj_(reloj), carpeta_(unirRuta(carpetaDelPrograma, "LOGS_DRIVER")),
-      programa_(std::move(programa)), carpetaDelPrograma_(carpetaDelPrograma) {}
+      programa_(std::move(programa)),
+      carpetaDelPrograma_(carpetaDelPrograma), destinos_{{{" Archivo_Log_Global.txt"},
+                                                          {" " + programa_ + " ArchivoLog.txt"}}} {}
 
 std::string ArchivoLog::linea(std::string_view cuerpo) const {
     std::string l = "Log: " + formatoGeneral(reloj_.ahora()) + "," + programa_ + ",";
@@ -56,24 +61,41 @@ void ArchivoLog::avisarAlDiario(const EntradaDeLog& e) {
 
 void ArchivoLog::alPasarElTiempo() {
     if (cupo_.hayNegados()) contarCalladas(cupo_.negados(reloj_.monotonicoMs()));
+    if (pierde() && reloj_.monotonicoMs() - perdidaMs_ >= kEntreIntentosMs) agregar({}, 0);
 }
 
 void ArchivoLog::terminar() {
     contarCalladas(cupo_.negadosYa());
     cupo_.vaciar();
+    if (pierde()) agregar({}, 0);
 }
 
 void ArchivoLog::contarCalladas(std::uint64_t cuantas) {
     if (cuantas > 0)
         agregar("DRIVER>Registro>y " + std::to_string(cuantas) +
-                " entradas mas en el mismo segundo, DescError:");
+                    " entradas mas en el mismo segundo, DescError:",
+                cuantas);
 }
 
-void ArchivoLog::agregar(std::string_view cuerpo) {
+/// Without a body, for no entry: what was lost.
+void ArchivoLog::agregar(std::string_view cuerpo, std::uint64_t cuantas) {
     if (!archivos_.existe(carpeta_)) archivos_.crearCarpeta(carpeta_);
     const std::string dia = formatoDeDia(reloj_.ahora());
-    archivos_.agregar(unirRuta(carpeta_, dia + " Archivo_Log_Global.txt"), linea(cuerpo));
-    archivos_.agregar(unirRuta(carpeta_, dia + " " + programa_ + " ArchivoLog.txt"), linea(cuerpo));
+    for (Destino& d : destinos_) {
+        std::string lineas;
+        if (d.perdidas > 0)
+            lineas = linea("DRIVER>Registro>" + std::to_string(d.perdidas) +
+                           " entradas sin anotar: el disco no las tomo, DescError:" +
+                           codigoDe(Novedad::EntradasPerdidas));
+        if (!cuerpo.empty()) lineas += linea(cuerpo);
+        if (lineas.empty()) continue;
+        if (archivos_.agregar(unirRuta(carpeta_, dia + d.nombre), lineas)) {
+            d.perdidas = 0;
+        } else {
+            d.perdidas += cuantas;
+            perdidaMs_ = reloj_.monotonicoMs();
+        }
+    }
 }
 
 } // namespace kv

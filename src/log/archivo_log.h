@@ -7,6 +7,8 @@
 #include "platform/diario.h"
 #include "platform/reloj.h"
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -28,7 +30,7 @@ struct EntradaDeLog {
 
 /// The daily log files in the folder LOGS_DRIVER beside the program: one of the program's own, and
 /// one shared by all programs of the folder. Never disturbs its caller: what cannot be written is
-/// lost without a word.
+/// lost, and counted in each file as soon as it takes lines again.
 class ArchivoLog {
   public:
     /// Longest text of one entry in bytes; what is longer is cut, so that bytes from outside cannot
@@ -51,16 +53,23 @@ class ArchivoLog {
     /// From now on the system's journal gets each entry that is written, too.
     void avisarA(DiarioDelSistema* diario) { diario_ = diario; }
     /// To be called at every turn of the loop: tells how many entries a second lost, once it is
-    /// over.
+    /// over, and the disk, once it takes lines again.
     void alPasarElTiempo();
+    /// Whether the last entry was lost in one of the files.
+    [[nodiscard]] bool pierde() const { return destinos_[0].perdidas + destinos_[1].perdidas > 0; }
+    [[nodiscard]] const std::string& carpeta() const { return carpeta_; }
     /// The program ends: entries of this second that had no place are counted, and there is place
     /// for the last ones.
     void terminar();
 
   private:
+    struct Destino {
+        std::string nombre;         ///< behind the day
+        std::uint64_t perdidas = 0; ///< entries since it takes none
+    };
     void avisarAlDiario(const EntradaDeLog& entrada);
     void contarCalladas(std::uint64_t cuantas);
-    void agregar(std::string_view cuerpo);
+    void agregar(std::string_view cuerpo, std::uint64_t cuantas = 1);
     [[nodiscard]] std::string linea(std::string_view cuerpo) const;
 
     Archivos& archivos_;
@@ -70,6 +79,8 @@ class ArchivoLog {
     std::string carpetaDelPrograma_;
     DiarioDelSistema* diario_ = nullptr;
     Cupo cupo_{kUnSegundoMs};
+    std::array<Destino, 2> destinos_;
+    std::int64_t perdidaMs_ = 0; ///< when one of them took nothing
 };
 
 } // namespace kv

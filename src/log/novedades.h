@@ -23,6 +23,7 @@ enum class Novedad : std::uint16_t {
     AjusteNoValido = 121,
     Descriptores = 130,
     CarpetaSinEscritura = 131,
+    EntradasPerdidas = 132,
     Grabacion = 140,
     EnlaceArriba = 201,
     EnlaceAbajo = 202,

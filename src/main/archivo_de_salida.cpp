@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <ostream>
+#include <string_view>
 
 namespace kv {
 namespace {
@@ -39,21 +40,48 @@ bool esDeLaPlanta(Archivos& archivos, const std::string& carpeta, const std::str
     return false;
 }
 
+/// What stands in the place of a file without being a file; nothing where a file may be written.
+std::string_view loQueNoEsArchivo(const std::string& ruta) {
+    std::error_code error;
+    switch (fs::status(ruta, error).type()) {
+    case fs::file_type::regular:
+    case fs::file_type::not_found:
+        return {};
+    case fs::file_type::directory:
+        return "una carpeta";
+    case fs::file_type::fifo:
+        return "una tubería";
+    case fs::file_type::socket:
+        return "un zócalo";
+    case fs::file_type::block:
+    case fs::file_type::character:
+        return "un dispositivo";
+    default:
+        return "algo que no se puede mirar";
+    }
+}
+
 } // namespace
 
-bool guardarLoDeAntes(const std::string& carpeta, const std::string& archivo,
-                      std::ostream& errores) {
+bool prepararSalida(const std::string& carpeta, std::string& archivo, std::ostream& errores) {
     ArchivosReales archivos;
-    const std::string ruta = archivos.comoEsta(archivo);
-    if (esDeLaPlanta(archivos, carpeta, ruta)) {
-        errores << rutaLegible(ruta) << " es un archivo de la planta: no se escribe en él\n";
+    std::error_code error;
+    archivo = archivos.comoEsta(archivo);
+    if (esDeLaPlanta(archivos, carpeta, archivo)) {
+        errores << rutaLegible(archivo) << " es un archivo de la planta: no se escribe en él\n";
         return false;
     }
-    std::error_code error;
-    if (!fs::is_regular_file(ruta, error) || fs::file_size(ruta, error) == 0) return true;
-    fs::copy_file(ruta, ruta + ".anterior", fs::copy_options::overwrite_existing, error);
+    if (const auto que = loQueNoEsArchivo(archivo); !que.empty()) {
+        errores << rutaLegible(archivo) << " no es un archivo sino " << que
+                << ": no se escribe en su lugar\n";
+        return false;
+    }
+    if (!fs::exists(archivo, error)) return true;
+    archivo = fs::canonical(archivo, error).string();
+    if (!error && fs::file_size(archivo, error) > 0)
+        fs::copy_file(archivo, archivo + ".anterior", fs::copy_options::overwrite_existing, error);
     if (error)
-        errores << "no se puede guardar lo que había en " << rutaLegible(ruta)
+        errores << "no se puede guardar lo que había en " << rutaLegible(archivo)
                 << ": no se escribe en él\n";
     return !error;
 }

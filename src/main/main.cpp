@@ -210,8 +210,8 @@ int main(int argc, char** argv) {
         if (!opciones.explicar.empty())
             return kv::conSalidaEntera(kv::explicar(opciones.explicar), kv::kNombreDelPrograma,
                                        std::cout, std::cerr);
-        for (const std::string* salida : {&opciones.exportar, &opciones.evidencia}) {
-            if (!salida->empty() && !kv::guardarLoDeAntes(opciones.carpeta, *salida, std::cerr))
+        for (std::string* salida : {&opciones.exportar, &opciones.evidencia}) {
+            if (!salida->empty() && !kv::prepararSalida(opciones.carpeta, *salida, std::cerr))
                 return kv::kSalidaIncompleta;
         }
         if (!opciones.exportar.empty())

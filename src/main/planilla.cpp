@@ -31,16 +31,18 @@ void decir(std::ostream& errores, const Problemas& problemas) {
 }
 
 /// What the configuration that is there has wrong too is only reported: a plant that is served with
-/// it is not kept from its table. False: the table has more, and nothing may be written.
+/// it is not kept from its table, nor is one that polls nothing yet. False: the table has more, and
+/// nothing may be written.
 bool sirve(ListasDeConfiguracion& listas, ListasDeConfiguracion deAntes, std::ostream& errores) {
     deAntes.archivo = listas.archivo;
     Problemas antes, ahora;
-    static_cast<void>(validar(deAntes, antes));
-    static_cast<void>(validar(listas, ahora));
+    const Validacion hoy = validar(deAntes, antes);
+    const std::string nada = porQueNoSeAdoptan(listas, validar(listas, ahora));
     ProblemasConocidos conocidos;
     conocidos.conocer(antes);
     const std::vector<Problema> nuevos = conocidos.nuevos(ahora);
-    if (nuevos.empty() && ahora.demas() == 0) {
+    const bool vacia = !nada.empty() && hoy.bloquesConstruidos > 0;
+    if (nuevos.empty() && ahora.demas() == 0 && !vacia) {
         decir(errores, ahora);
         return true;
     }
@@ -48,6 +50,7 @@ bool sirve(ListasDeConfiguracion& listas, ListasDeConfiguracion deAntes, std::os
         if (!p.campo.empty()) p.que.insert(0, "columna " + std::string(p.campo) + ": ");
         errores << textoDeProblema(p) << '\n';
     }
+    if (vacia) errores << nada << '\n';
     errores << listas.archivo << " está mal donde la configuración de hoy no lo está: no se "
             << "importa nada\n";
     return false;
@@ -137,6 +140,9 @@ int importarPlanilla(const std::string& carpeta, const std::string& archivo,
         decir(errores, problemas);
         return kNoHecho;
     }
+    if (!contenido->ends_with('\n'))
+        errores << archivo << ": la última línea no termina: el archivo puede estar cortado; se "
+                << "toma como está\n";
     const std::string ini = iniDe(listas);
     const std::string& ruta = donde.rutaConfiguracion;
     if (!sirve(listas, leerConfiguracionUbicada(ajustes, {}).listas, errores))

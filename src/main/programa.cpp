@@ -59,6 +59,7 @@ Programa::Programa(const Opciones& opciones, std::function<void()> terminar)
         salida.volcar();
         mirarGrabacion();
         mirarDescriptores();
+        mirarRegistro();
     });
     motor.scriptControl.fijarDisco([this] {
         return grabacion.disco(
@@ -101,6 +102,7 @@ void Programa::mirarCarpetas() {
         const std::string texto = textoDeProblema(p);
         log_.escribir({"DRIVER", "Carpeta", texto, {}, Novedad::CarpetaSinEscritura});
         salida.alMostrarMensaje("Carpeta", texto);
+        pierde_ = true; // what the log loses is in this message
     }
 }
 
@@ -123,6 +125,26 @@ void Programa::mirarDescriptores() {
         std::to_string(faltaron) + " conexiones no se pudieron abrir";
     log_.escribir({"DRIVER", "Descriptores", texto, {}, Novedad::Descriptores});
     salida.alMostrarMensaje("Descriptores", texto);
+}
+
+/// Says it once for as long as it lasts, and not more than once a minute: it may come and go.
+void Programa::mirarRegistro() {
+    log_.alPasarElTiempo();
+    const bool pierde = motor.log.pierde() || log_.pierde();
+    if (!pierde || pierde_) {
+        pierde_ = pierde;
+        return;
+    }
+    const std::int64_t ahora = bucle.reloj().monotonicoMs();
+    if (pierdeMs_ != 0 && ahora - pierdeMs_ < kUnMinutoMs) return;
+    pierde_ = true;
+    pierdeMs_ = ahora;
+    const std::string porQue = porQueNoSeEscribeEn(log_.carpeta());
+    const std::string texto = archivos.comoEsta(log_.carpeta()) +
+                              ": se pierden entradas del registro" +
+                              (porQue.empty() ? "" : ": " + porQue);
+    log_.escribir({"DRIVER", "Registro", texto, {}, Novedad::EntradasPerdidas});
+    salida.alMostrarMensaje("Registro", texto);
 }
 
 void Programa::mirarGrabacion() {

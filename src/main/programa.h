@@ -73,6 +73,7 @@ class Programa {
     void recargar();
     void mirarGrabacion();
     void mirarDescriptores();
+    void mirarRegistro();
 
     std::optional<DiarioReal> diario_;
     std::optional<TrazaAlMomento> traza_;
@@ -81,6 +82,8 @@ class Programa {
     ArchivoLog log_;
     std::uint64_t faltaronDescriptores_ = 0; ///< already reported
     std::int64_t faltaronMs_ = 0;            ///< when
+    bool pierde_ = false;                    ///< entries of the log are lost, as a message said
+    std::int64_t pierdeMs_ = 0;              ///< when the message was sent
     std::optional<int> resultado_;
 };
 

@@ -66,8 +66,7 @@ Trabajo Recarga::unaVez() {
     Validacion validacion;
     co_await validar(leida.listas, leida.problemas, validacion, porciones_);
     if (mensaje.empty()) mensaje = queja(leida);
-    if (mensaje.empty() && validacion.bloquesConstruidos == 0)
-        mensaje = leida.listas.archivo + ": no queda ningún bloque";
+    if (mensaje.empty()) mensaje = porQueNoSeAdoptan(leida.listas, validacion);
     if (mensaje.empty())
         co_await adoptar(leida, validacion);
     else

@@ -34,7 +34,7 @@ class Archivos {
     /// Replaces the content so that a reader sees the old or the new file, whole, also after an end
     /// of the process at any moment. Owner, group and mode stay. A file that cannot be replaced
     /// (mounted, another's, in a folder that may not be written to) is written over in its place.
-    /// False too while another process is replacing it.
+    /// False too while another process is replacing it, and for what is there and is no file.
     virtual bool reemplazar(const std::string& ruta, std::string_view contenido) = 0;
     /// Opens for appending, writes whole lines in one piece, closes. A last line that an end in the
     /// middle of writing left without its end gets it first, so that it spoils no other one.

@@ -16,14 +16,15 @@ constexpr unsigned kBitsPorByte = 7;
 CintaEscrita::CintaEscrita(std::uint64_t maximo) : maximo_(maximo), pendiente_(kMarcaDeCinta) {}
 
 bool CintaEscrita::abrir(const std::string& ruta) {
-    const int d = open(ruta.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    // A pipe of that name, or a device, must not be waited for.
+    const int d =
+        open(ruta.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (d < 0) return false;
     struct stat s {};
-    const bool suyo =
-        fstat(d, &s) == 0 && (!S_ISREG(s.st_mode) || fchmod(d, S_IRUSR | S_IWUSR) == 0);
+    const bool suyo = fstat(d, &s) == 0 && S_ISREG(s.st_mode) && fchmod(d, S_IRUSR | S_IWUSR) == 0;
     close(d);
     if (suyo) archivo_.open(ruta, std::ios::binary | std::ios::trunc);
-    return archivo_.is_open();
+    return suyo && archivo_.is_open();
 }
 
 CintaEscrita& CintaEscrita::entrada(Entrada e) {

@@ -49,7 +49,7 @@ class CintaEscrita {
     /// Nothing is written beyond `maximo` bytes.
     explicit CintaEscrita(std::uint64_t maximo);
     /// Replaces the file, which only its owner may read: what clients log in with is in it. False:
-    /// it cannot be created.
+    /// it cannot be created, or what has the name is no file.
     [[nodiscard]] bool abrir(const std::string& ruta);
     /// Nothing more is kept: `maximo` was reached, or the disk takes no more.
     [[nodiscard]] bool llena() const { return llena_; }

@@ -147,6 +147,10 @@ TEST(Planilla, LoQueEstaMalConFilaYColumna) {
             "6: columna ActiveDefault: 2 no es 0 ni 1", "7: columna PLC: falta",
             "7: columna StarAdrees: tiene más de un renglón"}));
     EXPECT_EQ(malas("tipo;puerto;StarAdrees\npuerto;1\nbloque;1;\"sin cerrar").size(), 2U);
+    // Not every spreadsheet ends its last line, but all of them write its cells.
+    EXPECT_EQ(malas("puerto;ScanTime;tipo;TIME_OUT;;\n1;;puerto;2"), Lineas{});
+    EXPECT_EQ(malas("puerto;ScanTime;tipo;TIME_OUT\n1;;puerto\n1;;variable"),
+              (Lineas{"3: la última línea no termina y le faltan celdas: la tabla está cortada"}));
 }
 
 } // namespace kv

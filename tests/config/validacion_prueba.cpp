@@ -122,11 +122,14 @@ TEST(Validacion, DireccionesQueNoSePuedenAlcanzar) {
     p.estacion(1, 1, 100).estacion(1, 2, -1).estacion(1, 3, 99).estacion(1, 4, 0);
     p.estacion(1, 5, 5, "10.0.0.256").estacion(1, 6, 6, "10.0.0.1", "");
     p.estacion(1, 7, 7, "10.0.0.1", "65536").estacion(1, 8, 8, "10.0.0.1", "5e3");
+    // Those of no machine of its own are told, and tried.
+    p.estacion(1, 9, 9, "0.0.0.0").estacion(1, 10, 10, "224.0.0.1");
+    p.estacion(1, 11, 11, "255.255.255.255").estacion(1, 12, 12, "223.255.255.255");
     p.bloque(1, 1, "1").bloque(1, 3, "FF").bloque(1, 4, "0a").bloque(1, 5, "1");
     p.bloque(1, 3, "100").bloque(1, 3, "").bloque(1, 3, "1h");
-    EXPECT_EQ(p.suertes(), "s bbssbbbs bssbbbb ");
+    EXPECT_EQ(p.suertes(), "s bbssbbbsssss bssbbbb ");
     // With an empty address the name ends in "_", which is an identifier all the same.
-    EXPECT_EQ(p.problemas.lista().size(), 5U + 3U);
+    EXPECT_EQ(p.problemas.lista().size(), 5U + 3U + 3U);
 }
 
 TEST(Validacion, BloquesQueSeRechazan) {

@@ -11,6 +11,7 @@
 #include <regex>
 #include <set>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace kv::extremo {
 namespace {
@@ -276,6 +277,25 @@ TEST(LineaDeOrden, UnRegistroQueNoSePuedeEscribirSeDiceEnOtraParte) {
     EXPECT_NE(driver.lineaCon("lblPuertoServidor"), "") << "it serves the plant all the same";
     EXPECT_EQ(driver.terminar(SIGTERM), 0);
     EXPECT_TRUE(tiene(driver.errores(), que)) << driver.errores();
+    EXPECT_FALSE(tiene(driver.errores(), "Registro: ")) << "once is enough: " << driver.errores();
+    // Nor is it lost without a word while a driver runs.
+    std::filesystem::remove(planta.ruta() + "/LOGS_DRIVER");
+    Proceso otro(planta.correr());
+    EXPECT_NE(otro.lineaCon("lblCantidadDePuntos: 1"), "");
+    const std::string registros = planta.ruta() + "/LOGS_DRIVER";
+    std::filesystem::rename(registros, registros + "_");
+    planta.escribir("LOGS_DRIVER", "where the folder was");
+    kill(otro.pid(), SIGHUP); // which the log tells
+    EXPECT_EQ(Proceso(planta.cliente({"--espera", "60", "sincronizar"})).terminar(), 0);
+    std::filesystem::remove(registros);
+    std::filesystem::rename(registros + "_", registros);
+    EXPECT_EQ(otro.terminar(SIGTERM), 0);
+    EXPECT_TRUE(tiene(otro.errores(), "Registro: " + registros +
+                                          ": se pierden entradas del "
+                                          "registro: no es una carpeta\n"))
+        << otro.errores();
+    EXPECT_TRUE(tiene(registroDe(planta), "entradas sin anotar: el disco no las tomo"))
+        << registroDe(planta);
 }
 
 TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
@@ -301,6 +321,12 @@ TEST(LineaDeOrden, LaPlanillaVaYVuelveYNuncaConLaPlantaAndando) {
          {":2: columna TIME_OUT: ", ":3: columna Ip: ", ":3: columna PuertoTCP: ",
           ":4: columna StarAdrees: ", ":5: columna Quantity: ", ":6: columna PLC: "})
         EXPECT_TRUE(tiene(r.errores, csv + donde)) << donde << " in\n" << r.errores;
+    // Nor what leaves nothing to poll.
+    planta.escribir("planta.csv", "tipo;puerto\r\npuerto;1");
+    r = correr({"--carpeta", planta.ruta(), "--importar", csv});
+    EXPECT_EQ(r.codigo, 1);
+    EXPECT_TRUE(tiene(r.errores, csv + ": la última línea no termina: ")) << r.errores;
+    EXPECT_TRUE(tiene(r.errores, csv + ": no queda ningún bloque\n")) << r.errores;
     EXPECT_EQ(planta.leer("DRIVER_KV2200_Config.ini"), antes);
     EXPECT_FALSE(std::filesystem::exists(planta.ruta() + "/DRIVER_KV2200_Config.ini.anterior"));
     EXPECT_EQ(correr({"--carpeta", planta.ruta(), "--exportar", csv}).codigo, 0);
@@ -357,6 +383,26 @@ TEST(LineaDeOrden, NingunaSalidaPisaLoDeLaPlantaYLoDeOtroArchivoSeGuarda) {
         planta.escribir("salida", "de antes");
         EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, planta.ruta() + "/salida"}).codigo, 0);
         EXPECT_EQ(planta.leer("salida.anterior"), "de antes");
+        // A link stays one.
+        planta.escribir("real", "de antes");
+        const std::string enlace = planta.ruta() + "/enlace" + que;
+        std::filesystem::create_symlink("real", enlace);
+        EXPECT_EQ(correr({"--carpeta", planta.ruta(), que, enlace}).codigo, 0);
+        EXPECT_TRUE(std::filesystem::is_symlink(enlace)) << que;
+        EXPECT_EQ(planta.leer("real.anterior"), "de antes");
+        EXPECT_NE(planta.leer("real"), "de antes");
+        // Nor does a file take the place of what is none.
+        const std::string tubo = planta.ruta() + "/tubo" + que;
+        ASSERT_EQ(mkfifo(tubo.c_str(), 0600), 0);
+        const std::string alTubo = planta.ruta() + "/al_tubo" + que;
+        std::filesystem::create_symlink(tubo, alTubo);
+        for (const std::string& donde : {tubo, alTubo}) {
+            const Resultado r = correr({"--carpeta", planta.ruta(), que, donde});
+            EXPECT_EQ(r.codigo, 1) << que;
+            EXPECT_TRUE(tiene(r.errores, donde + " no es un archivo sino una tubería"))
+                << r.errores;
+            EXPECT_TRUE(std::filesystem::is_fifo(donde)) << que;
+        }
     }
 }
 

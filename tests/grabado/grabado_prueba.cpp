@@ -15,7 +15,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <csignal>
 #include <filesystem>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace kv {
 namespace {
@@ -276,14 +279,24 @@ TEST(Grabado, SoloLaLeeSuDuenoPorqueTraeLaClaveDelCliente) {
     EXPECT_EQ(std::filesystem::status(carpeta.ruta() + "/vuelo").permissions(),
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     EXPECT_FALSE(cinta.abrir(carpeta.ruta() + "/no/hay"));
+    EXPECT_FALSE(cinta.abrir("/dev/null")) << "no file";
+    ASSERT_EQ(mkfifo((carpeta.ruta() + "/tubo").c_str(), 0600), 0);
+    EXPECT_FALSE(cinta.abrir(carpeta.ruta() + "/tubo")) << "nor is a pipe, and nobody waits for it";
 }
 
 TEST(Grabado, UnDiscoLlenoSeSabe) {
+    const Carpeta carpeta;
     CintaEscrita cinta(1U << 30);
-    ASSERT_TRUE(cinta.abrir("/dev/full"));
+    ASSERT_TRUE(cinta.abrir(carpeta.ruta() + "/vuelo"));
     cinta.entrada(Entrada::FinDeVuelta).cerrarEntrada();
     EXPECT_FALSE(cinta.llena());
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit antes{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &antes), 0);
+    const rlimit nada{0, antes.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &nada), 0);
     cinta.volcar();
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &antes), 0);
     EXPECT_TRUE(cinta.llena() && cinta.sinDisco());
 }
 

@@ -129,4 +129,48 @@ TEST(Novedades, ElNumeroVaAlFinalYElDiarioTieneLosCampos) {
     EXPECT_NE(escrito.find("DRIVER>TimerDeBloque>1.1.10, DescError:falla\r\n"), std::string::npos);
 }
 
+TEST(Novedades, LoQueElDiscoNoTomaSeCuentaCuandoVuelveATomar) {
+    BucleSimulado bucle;
+    ArchivosSimulados archivos;
+    ArchivoLog log(archivos, bucle.reloj(), "/kv", "P");
+    const auto anotar = [&](int cuantas) {
+        for (int i = 0; i < cuantas; ++i)
+            log.escribirLog("DRIVER", "Una", "x");
+    };
+    const auto todo = [&] {
+        std::string escrito;
+        for (const std::string& nombre : archivos.en("/kv"))
+            escrito += archivos.contenido(nombre) + "|";
+        return escrito;
+    };
+    const auto veces = [&](const std::string& parte) {
+        int n = 0;
+        const std::string t = todo();
+        for (auto i = t.find(parte); i != std::string::npos; i = t.find(parte, i + 1))
+            ++n;
+        return n;
+    };
+    anotar(1);
+    const std::string antes = todo();
+    archivos.negarEscrituras(true);
+    anotar(ArchivoLog::kPorSegundo + 9);
+    bucle.avanzar(1000);
+    log.alPasarElTiempo();
+    EXPECT_TRUE(log.pierde());
+    EXPECT_EQ(todo(), antes);
+    archivos.negarEscrituras(false);
+    bucle.avanzar(6000); // and nobody has anything to say
+    log.alPasarElTiempo();
+    EXPECT_FALSE(log.pierde());
+    EXPECT_EQ(veces(">109 entradas sin anotar: el disco no las tomo, DescError:KV132\r\n"), 2)
+        << todo();
+    archivos.negarEscrituras(true);
+    anotar(3);
+    archivos.negarEscrituras(false);
+    anotar(1);
+    log.alPasarElTiempo();
+    EXPECT_EQ(veces(">3 entradas sin anotar: "), 2) << todo();
+    EXPECT_EQ(veces("DRIVER>Una>"), 4) << "and the next one";
+}
+
 } // namespace kv

@@ -37,6 +37,11 @@ TEST_F(EnDisco, LoQueNoSePuedeSeDiceSinRuido) {
     EXPECT_FALSE(archivos.leer(carpeta + "/nada", 10));
     ASSERT_EQ(mkfifo((carpeta + "/tubo").c_str(), 0600), 0);
     EXPECT_FALSE(archivos.leer(carpeta + "/tubo", 10)) << "nor is a pipe, and nobody waits for it";
+    EXPECT_FALSE(archivos.reemplazar(carpeta + "/tubo", "x"));
+    EXPECT_TRUE(fs::is_fifo(carpeta + "/tubo")) << "no file takes its place";
+    ASSERT_EQ(mkfifo((carpeta + "/f.nuevo").c_str(), 0600), 0);
+    EXPECT_FALSE(archivos.reemplazar(carpeta + "/f", "x")) << "nor is one waited for";
+    fs::remove(carpeta + "/f.nuevo");
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "0123\r\n"));
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "cut of"));
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "!\r\n"));
@@ -53,6 +58,9 @@ TEST_F(EnDisco, SeDiceEnQueCarpetaNoSePuedeEscribir) {
     EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/no"), "no existe");
     ASSERT_TRUE(archivos.agregar(carpeta + "/f", "x"));
     EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/f"), "no es una carpeta");
+    fs::create_symlink("a", carpeta + "/a");
+    EXPECT_EQ(porQueNoSeEscribeEn(carpeta + "/a"), "sus enlaces no llevan a ninguna parte");
+    fs::remove(carpeta + "/a");
     ASSERT_EQ(chmod(carpeta.c_str(), 0555), 0);
     constexpr uid_t kNadie = 65534; // who may do everything would be stopped by nothing
     const bool todopoderoso = geteuid() == 0;

@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -94,12 +95,14 @@ bool escribirTodo(int descriptor, std::string_view contenido) {
 }
 
 /// Holds the file that is to take another's place against other processes until its descriptor is
-/// closed. False when another one has it, or had it and put it in its place.
+/// closed. False when another one has it, or had it and put it in its place; or when it is no file,
+/// but a device perhaps, which would take the other's place.
 bool tomarPara(const std::string& ruta, int descriptor) {
     struct stat abierto {};
     struct stat nombrado {};
     return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &abierto) == 0 &&
-           stat(ruta.c_str(), &nombrado) == 0 && abierto.st_ino == nombrado.st_ino;
+           S_ISREG(abierto.st_mode) && stat(ruta.c_str(), &nombrado) == 0 &&
+           abierto.st_ino == nombrado.st_ino;
 }
 
 /// Whether an error says that a file cannot be put in the place of another here, as one that is
@@ -185,9 +188,10 @@ bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view conten
     const std::string nuevo = destino + ".nuevo";
     struct stat s {};
     const bool hay = stat(destino.c_str(), &s) == 0;
-    // A file that may not be written stays as it is, although its folder would allow replacing it.
-    if (hay && access(destino.c_str(), W_OK) != 0) return false;
-    const Descriptor d(nuevo, O_WRONLY | O_CREAT | O_CLOEXEC);
+    // A file that may not be written stays as it is, although its folder would allow replacing it;
+    // so does what is no file.
+    if (hay && (!S_ISREG(s.st_mode) || access(destino.c_str(), W_OK) != 0)) return false;
+    const Descriptor d(nuevo, O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC);
     if (!d.abierto()) return hay && noSePuedeAlLado(errno) && reescribir(destino, contenido);
     if (!tomarPara(nuevo, d.numero())) return false;
     if (hay && !igualarDueno(d.numero(), s)) {
@@ -204,7 +208,8 @@ bool ArchivosReales::reemplazar(const std::string& ruta, std::string_view conten
 }
 
 bool ArchivosReales::agregar(const std::string& ruta, std::string_view lineas) {
-    const Descriptor d(resolver(ruta), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC);
+    // Nor must a pipe of that name be waited for which nobody empties.
+    const Descriptor d(resolver(ruta), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC);
     if (!d.abierto()) return false;
     if (!quedoSinTerminar(d.numero())) return escribirTodo(d.numero(), lineas);
     return escribirTodo(d.numero(), "\r\n" + std::string(lineas));
@@ -237,8 +242,12 @@ std::string porQueNoSeEscribeEn(const std::string& carpeta) {
     case ENOSPC:
     case EDQUOT:
         return "no queda lugar";
+    case EFBIG:
+        return "el sistema no deja que un archivo crezca (ulimit -f)";
+    case ELOOP:
+        return "sus enlaces no llevan a ninguna parte";
     default:
-        return "error " + std::to_string(errno);
+        return std::generic_category().message(errno);
     }
 }
 
