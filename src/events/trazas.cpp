@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "events/trazas.h"
+
 #include "text/utf8.h"
 
 #include <algorithm>
