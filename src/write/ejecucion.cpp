@@ -222,11 +222,12 @@ void EjecucionDeEscrituras::vencida(Indice conexion) {
     if (e == nullptr) return turnos_.pausar(conexion);
     ConexionIP& c = tablas_.conexiones[conexion];
     const std::int64_t ahora = bucle_.reloj().monotonicoMs();
+    const std::int64_t esperoMs = ahora - c.enviadoUs / 1000;
     sucesos_.decir({.que = Que::TiempoFueraDeEscritura,
                     .conexion = conexion,
                     .bloque = e->indiceBloqueLectura,
                     .escritura = e->indice,
-                    .numero = static_cast<double>(ahora - c.enviadoUs / 1000)});
+                    .numero = static_cast<double>(esperoMs)});
     // A try that came while no read was due takes nothing from what was left to them.
     c.leeHastaMs = std::max(c.leeHastaMs, ahora + (ahora - c.escribeDesdeMs));
     const bool quedan = e->reintentos < leidoDe(*e).reintentosMax;
