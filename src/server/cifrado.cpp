@@ -2,6 +2,7 @@
 #include "server/cifrado.h"
 
 #include <cmath>
+#include <optional>
 
 namespace kv {
 namespace {
